@@ -1,0 +1,2 @@
+set(VANTREL_TRIPLET i686-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

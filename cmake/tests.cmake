@@ -1,0 +1,39 @@
+# GoogleTest from its Debian source package, so that one package serves every compiler.
+set(INSTALL_GTEST OFF)
+set(gtest_force_shared_crt ON)
+set(BUILD_GMOCK ON)
+add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
+
+vantrel_room(test_support SOURCES ${TEST_SUPPORT_SOURCES}
+             BELOW vantrel_forms vantrel_machine GTest::gmock GTest::gtest)
+
+# One executable a room; ctest runs it natively, or under Wine where it was cross-built.
+function(vantrel_tests name)
+    cmake_parse_arguments(TESTS "" "" "SOURCES;LINK" ${ARGN})
+    if(NOT TESTS_SOURCES)
+        return()
+    endif()
+    add_executable(${name}_tests ${TESTS_SOURCES})
+    target_link_libraries(${name}_tests PRIVATE ${TESTS_LINK} vantrel_test_support GTest::gtest_main)
+    if(WIN32)
+        add_test(NAME ${name}_tests
+                 COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-test $<TARGET_FILE:${name}_tests>)
+    else()
+        add_test(NAME ${name}_tests COMMAND ${name}_tests)
+    endif()
+endfunction()
+
+# The seam's conformance suite runs over both implementations; what stands on the seam is portable
+# and is tested on the host, under sanitizers.
+vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine)
+if(NOT WIN32)
+    vantrel_tests(common SOURCES ${COMMON_TESTS} LINK vantrel_common)
+    vantrel_tests(forms SOURCES ${FORMS_TESTS} LINK vantrel_forms)
+    vantrel_tests(zip SOURCES ${ZIP_TESTS} LINK vantrel_zip)
+    vantrel_tests(backupset SOURCES ${BACKUPSET_TESTS} LINK vantrel_backupset)
+    vantrel_tests(log SOURCES ${LOG_TESTS} LINK vantrel_log)
+    vantrel_tests(system SOURCES ${SYSTEM_TESTS} LINK vantrel_system)
+    vantrel_tests(backup SOURCES ${BACKUP_TESTS} LINK vantrel_backup)
+    vantrel_tests(ui SOURCES ${UI_TESTS} LINK vantrel_ui)
+    vantrel_tests(app SOURCES ${APP_TESTS} LINK vantrel_app)
+endif()

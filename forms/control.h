@@ -1,0 +1,82 @@
+// What every control of a window is: a plain object with a name, a few properties and the events
+// that changing them raises. A control knows nothing of any window system; a view that mirrors it
+// binds itself and is told which aspect has changed. Used on the user-interface thread only.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace vantrel::forms {
+
+class Form;
+
+enum class Aspect {
+    kText,       // caption or contents
+    kEnabled,
+    kVisible,
+    kItems,      // the entries of a list were replaced or one was added or removed
+    kSelection,
+    kValue,      // position of a bar, fill of a panel, check mark, playing animation
+    kColor,
+    kRedraw,     // paint now
+};
+
+// The other side of a binding: brings the named aspect of its control to the screen.
+class ControlView {
+  public:
+    virtual ~ControlView() = default;
+    virtual void Changed(Aspect aspect) = 0;
+};
+
+enum class Kind {
+    kAnimation, kButton, kCheckBox, kComboBox, kDriveList, kFileList, kFolderList, kFrame, kLabel,
+    kListBox, kMenu, kPanel, kPicture, kProgressBar, kStatusBar, kTabs, kTextBox, kTimer, kTree,
+};
+
+using Event = std::function<void()>;
+
+class Control {
+  public:
+    // Registers itself with `owner`; `name` is the control's given name, array members as "Name_0".
+    Control(Form& owner, Kind kind, std::string name);
+    virtual ~Control() = default;
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    Form& owner() const { return owner_; }
+    Kind kind() const { return kind_; }
+    const std::string& name() const { return name_; }
+
+    bool Enabled() const { return enabled_; }
+    void SetEnabled(bool enabled);
+    bool Visible() const { return visible_; }
+    void SetVisible(bool visible);
+    const std::string& Caption() const { return caption_; }
+    void SetCaption(const std::string& caption);
+    const std::string& Tooltip() const { return tooltip_; }
+    void SetTooltip(const std::string& tooltip) { tooltip_ = tooltip; }
+    void Refresh() { Notify(Aspect::kRedraw); }
+
+    // At most one view at a time; nullptr unbinds. The view is told nothing of the past: it reads
+    // the whole control once when it binds.
+    void Bind(ControlView* view) { view_ = view; }
+
+  protected:
+    void Notify(Aspect aspect);
+    static void Raise(const Event& event) {
+        if (event) event();
+    }
+
+  private:
+    Form& owner_;
+    Kind kind_;
+    std::string name_;
+    std::string caption_;
+    std::string tooltip_;
+    bool enabled_ = true;
+    bool visible_ = true;
+    ControlView* view_ = nullptr;
+};
+
+}  // namespace vantrel::forms

@@ -1,0 +1,150 @@
+// The simple controls: those that hold one value, and those that only show something.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+
+namespace vantrel::forms {
+
+// A line of text. Colours are the two system colours that the program's one blinking label needs.
+class Label : public Control {
+  public:
+    enum class Color { kButtonText, kHighlightText };
+    Label(Form& owner, std::string name, const std::string& caption = "");
+    Event Click;
+    void UserClick();
+    Color ForeColor() const { return color_; }
+    void SetForeColor(Color color);
+
+  private:
+    Color color_ = Color::kButtonText;
+};
+
+class Button : public Control {
+  public:
+    Button(Form& owner, std::string name, const std::string& caption);
+    Event Click;
+    // Raises Click. Pressed by program, a disabled button is pressed all the same, as setting a
+    // button's value always did; UserPress is what mouse and keyboard do.
+    void Press() { Raise(Click); }
+    void UserPress();
+};
+
+class CheckBox : public Control {
+  public:
+    CheckBox(Form& owner, std::string name, const std::string& caption);
+    Event Click;
+    bool Checked() const { return checked_; }
+    void SetChecked(bool checked);
+    void UserToggle();
+
+  private:
+    bool checked_ = false;
+};
+
+// An edit field. Change is raised whenever the text becomes a different one.
+class TextBox : public Control {
+  public:
+    TextBox(Form& owner, std::string name, bool multi_line = false, bool read_only = false);
+    Event Change;
+    const std::string& Text() const { return text_; }
+    void SetText(const std::string& text);
+    void UserType(const std::string& text);  // the text as it is after the user's keystrokes
+    bool MultiLine() const { return multi_line_; }
+    bool ReadOnly() const { return read_only_; }
+
+  private:
+    std::string text_;
+    bool multi_line_;
+    bool read_only_;
+};
+
+class Frame : public Control {
+  public:
+    Frame(Form& owner, std::string name, const std::string& caption = "");
+};
+
+class Picture : public Control {
+  public:
+    Picture(Form& owner, std::string name);
+};
+
+class StatusBar : public Control {
+  public:
+    StatusBar(Form& owner, std::string name);
+};
+
+// 0 to 100; values outside are clamped.
+class ProgressBar : public Control {
+  public:
+    ProgressBar(Form& owner, std::string name);
+    int Value() const { return value_; }
+    void SetValue(int value);
+
+  private:
+    int value_ = 0;
+};
+
+// A panel whose fill shows a percentage, 0 to 100.
+class Panel : public Control {
+  public:
+    Panel(Form& owner, std::string name, const std::string& caption = "");
+    double FloodPercent() const { return percent_; }
+    void SetFloodPercent(double percent);
+
+  private:
+    double percent_ = 0;
+};
+
+// A clip in a file; an empty path shows nothing.
+class Animation : public Control {
+  public:
+    Animation(Form& owner, std::string name);
+    const std::string& Path() const { return path_; }
+    bool Playing() const { return playing_; }
+    void Open(const std::string& path);  // and plays it
+    void Stop();
+
+  private:
+    std::string path_;
+    bool playing_ = false;
+};
+
+// Ticks while enabled; created disabled.
+class Timer : public Control {
+  public:
+    Timer(Form& owner, std::string name, std::chrono::milliseconds interval);
+    Event Tick;
+    std::chrono::milliseconds Interval() const { return interval_; }
+    void Elapse();  // one tick, when enabled
+
+  private:
+    std::chrono::milliseconds interval_;
+};
+
+class MenuItem : public Control {
+  public:
+    MenuItem(Form& owner, std::string name, const std::string& caption);
+    Event Click;
+    void UserChoose();
+};
+
+// A tab control. Click is raised with the tab shown before; showing the shown tab raises nothing.
+class Tabs : public Control {
+  public:
+    Tabs(Form& owner, std::string name, std::vector<std::string> captions);
+    std::function<void(int previous)> Click;
+    const std::vector<std::string>& Captions() const { return captions_; }
+    int Tab() const { return tab_; }
+    void SetTab(int tab);
+
+  private:
+    std::vector<std::string> captions_;
+    int tab_ = 0;
+};
+
+}  // namespace vantrel::forms

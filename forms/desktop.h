@@ -1,0 +1,57 @@
+// The screen as the program sees it: message boxes, windows that open and close, pending events,
+// the mouse pointer. views/win32 has the real one; host tests have one that a script answers.
+#pragma once
+
+#include <string>
+
+namespace vantrel::forms {
+
+class Form;
+
+enum class Buttons { kOk, kYesNo, kRetryCancel };
+enum class Icon { kNone, kCritical, kQuestion, kExclamation, kInformation };
+enum class Answer { kOk, kCancel, kRetry, kYes, kNo };
+enum class Pointer { kDefault, kHourglass };
+
+// A message box. An empty title means the program's name.
+struct Box {
+    std::string text;
+    Buttons buttons = Buttons::kOk;
+    Icon icon = Icon::kNone;
+    std::string title;
+    int default_button = 1;  // from 1
+    bool right_aligned = false;
+};
+
+// Why a window is unloaded, as its QueryUnload handler is told.
+enum class UnloadMode { kControlMenu = 0, kCode = 1, kSessionEnd = 2, kTaskManager = 3 };
+
+class Desktop {
+  public:
+    virtual ~Desktop() = default;
+
+    virtual Answer Show(const Box& box) = 0;
+    // An input box with OK and Cancel; "" on Cancel.
+    virtual std::string Input(const std::string& prompt, const std::string& title,
+                              const std::string& default_text) = 0;
+
+    // Creates the window behind `form` and runs Form_Load; nothing when it is loaded.
+    virtual void Load(Form& form) = 0;
+    // Loads when needed and shows without waiting; Form_Activate comes from the message loop.
+    virtual void ShowModeless(Form& form) = 0;
+    // Loads when needed, shows, and returns when the form is hidden or unloaded and none of its
+    // handlers is running any more.
+    virtual void ShowModal(Form& form) = 0;
+    virtual void Hide(Form& form) = 0;
+    // Form_QueryUnload, then Form_Unload, then the window is gone. Nothing when it is not loaded.
+    virtual void Unload(Form& form, UnloadMode mode = UnloadMode::kCode) = 0;
+
+    // Handles everything that waits in the message queue, once.
+    virtual void DoEvents() = 0;
+    // Handles events until no window is left.
+    virtual void Run() = 0;
+    // For the whole program, until set back.
+    virtual void SetPointer(Pointer pointer) = 0;
+};
+
+}  // namespace vantrel::forms

@@ -1,0 +1,88 @@
+// The three lists that look at the machine: drives, folders of a path, files of a folder. They
+// refuse what is not there with an error, keep their value then, and show nothing themselves.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+#include "platform/machine.h"
+
+namespace vantrel::forms {
+
+// All drives of the machine, entries "c: [LABEL]" ("c:" without a label).
+class DriveList : public Control {
+  public:
+    DriveList(Form& owner, std::string name);
+    Event Change;
+    // The selected entry, "" when no drive could be selected.
+    std::string Drive() const;
+    // Takes the drive of `drive`'s first letter and colon. Error 68 for anything else ("\" and
+    // network paths too), a drive that does not exist or one that is not ready.
+    void SetDrive(const std::string& drive);
+    const std::vector<std::string>& Entries() const { return entries_; }
+    int Index() const { return index_; }
+    // What the user does; errors of the handlers travel to the caller.
+    void UserChoose(int index);
+    void Reload();
+
+  private:
+    std::vector<std::string> entries_;
+    int index_ = -1;
+};
+
+// The folders from the root down to the current folder, and the folders in it.
+class FolderList : public Control {
+  public:
+    FolderList(Form& owner, std::string name);
+    Event Change;
+    // The current folder: "\" at its end only at a root, drive letter in upper case.
+    const std::string& Path() const { return path_; }
+    // Goes to a folder ("C:" and entries of a drive list mean that drive's root). Error 76 when it
+    // is not there. Change is raised when the folder becomes a different one (case and a last "\"
+    // aside).
+    void SetPath(const std::string& path);
+    // The chain from the root to the current folder; then, one level deeper, its sub-folders.
+    struct Entry {
+        std::string name;   // as shown
+        std::string path;   // full path
+        int depth = 0;      // 0 for the root
+        bool open = false;  // part of the chain
+    };
+    const std::vector<Entry>& Entries() const { return entries_; }
+    int SubFolderCount() const;
+    std::string SubFolder(int index) const;  // full path, "" when there is none
+    // Double click or Enter on an entry.
+    void UserOpen(int index);
+    void Reload();
+
+  private:
+    std::string path_;
+    std::vector<Entry> entries_;
+};
+
+// The files of a folder that match a pattern: plain ones, neither hidden nor system, sorted.
+class FileList : public Control {
+  public:
+    FileList(Form& owner, std::string name, std::string pattern);
+    Event Click;
+    const std::string& Path() const { return path_; }
+    void SetPath(const std::string& path);  // error 76
+    const std::string& Pattern() const { return pattern_; }
+    void SetPattern(const std::string& pattern);
+    int Count() const { return static_cast<int>(names_.size()); }
+    std::string Item(int index) const;
+    int Index() const { return index_; }
+    void SetIndex(int index);      // raises Click
+    void RestoreIndex(int index);  // does not
+    std::string FileName() const { return Item(index_); }
+    void Reload();  // reads the folder again; nothing is selected afterwards
+
+  private:
+    std::string path_;
+    std::string pattern_;
+    std::vector<std::string> names_;
+    int index_ = -1;
+};
+
+}  // namespace vantrel::forms

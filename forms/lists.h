@@ -1,0 +1,52 @@
+// Lists of text: the drop-down list and the list box.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+
+namespace vantrel::forms {
+
+// What both lists share: entries, a selected index (-1 for none), Click when an entry is chosen.
+class List : public Control {
+  public:
+    Event Click;
+    int Count() const { return static_cast<int>(items_.size()); }
+    // The entry at `index`, "" when there is none.
+    std::string Item(int index) const;
+    int Index() const { return index_; }
+    // Chooses an entry (-1: none) and always raises Click. Out of range: error 380.
+    void SetIndex(int index);
+    void Add(const std::string& text);
+    // Removes an entry. The selected one leaves no selection and raises no event.
+    void Remove(int index);
+    void Clear();
+    // Text of the selected entry, "" without one.
+    std::string Text() const { return Item(index_); }
+    // Puts the selection back without raising Click.
+    void RestoreIndex(int index);
+
+  protected:
+    List(Form& owner, Kind kind, std::string name);
+
+  private:
+    std::vector<std::string> items_;
+    int index_ = -1;
+};
+
+// A drop-down list: the text is always one of the entries, or empty.
+class ComboBox : public List {
+  public:
+    ComboBox(Form& owner, std::string name);
+    // Selects the first entry equal to `text` without regard to case ("" selects none) and raises
+    // Click; the text is then the entry as listed. No such entry: error 383.
+    void SetText(const std::string& text);
+};
+
+class ListBox : public List {
+  public:
+    ListBox(Form& owner, std::string name);
+};
+
+}  // namespace vantrel::forms

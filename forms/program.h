@@ -1,0 +1,34 @@
+// What the one running program shares: the machine, the desktop, the globals, and how it will end.
+#pragma once
+
+#include "common/globals.h"
+#include "forms/desktop.h"
+#include "platform/machine.h"
+
+namespace vantrel::forms {
+
+// Exit codes of an unattended run, for schedulers. An attended run ends with 0.
+namespace exit_code {
+constexpr int kComplete = 0;
+constexpr int kSomeFilesSkipped = 1;
+constexpr int kFailed = 2;
+constexpr int kCancelled = 3;
+constexpr int kNoSuchSet = 4;
+constexpr int kAlreadyRunning = 5;
+}  // namespace exit_code
+
+struct Program {
+    platform::Machine& machine;
+    Desktop& desktop;
+    Globals globals{};
+    int exit_code = exit_code::kComplete;
+
+    // Whether nobody is there to answer: decided, each time, by the command line alone.
+    bool Unattended() const { return !machine.process.CommandLine().empty(); }
+    // `name` in the application folder, joined by one "\".
+    std::string InApplicationFolder(const std::string& name) const {
+        return machine.process.ApplicationFolder() + "\\" + name;
+    }
+};
+
+}  // namespace vantrel::forms

@@ -1,0 +1,81 @@
+#include "platform/text_file.h"
+
+#include "common/error.h"
+
+namespace vantrel::platform {
+
+std::string ReadWholeFile(FileSystem& files, const std::string& path) {
+    auto file = files.Open(path, OpenMode::kRead);
+    std::string bytes;
+    constexpr std::size_t kStep = 64 * 1024;  // bytes asked for at a time
+    for (;;) {
+        const std::size_t have = bytes.size();
+        bytes.resize(have + kStep);
+        const std::size_t got = file->Read(bytes.data() + have, kStep);
+        bytes.resize(have + got);
+        if (got == 0) break;
+    }
+    file->Close();
+    return bytes;
+}
+
+void WriteWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
+    auto file = files.Open(path, OpenMode::kWrite);
+    file->Write(bytes.data(), bytes.size());
+    file->Close();
+}
+
+void AppendToFile(FileSystem& files, const std::string& path, std::string_view bytes) {
+    auto file = files.Open(path, OpenMode::kAppend);
+    file->Write(bytes.data(), bytes.size());
+    file->Close();
+}
+
+namespace {
+
+void RemoveQuietly(FileSystem& files, const std::string& path) {
+    try {
+        files.RemoveFile(path);
+    } catch (const Error&) {
+        // The scratch file is not there, or as stuck as the disk itself: the first error tells more.
+    }
+}
+
+}  // namespace
+
+void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
+    const auto before = files.Find(path);
+    if (before && (before->IsFolder() || (before->attributes & attribute::kReadOnly) != 0)) {
+        RaiseError(error_number::kPermissionDenied);
+    }
+    const std::string scratch = path + ".new";
+    try {
+        auto file = files.Open(scratch, OpenMode::kWrite);
+        file->Write(bytes.data(), bytes.size());
+        file->Flush();
+        file->Close();
+        if (before) files.SetAttributes(scratch, before->attributes);
+        files.Replace(scratch, path);
+    } catch (const Error&) {
+        RemoveQuietly(files, scratch);
+        throw;
+    }
+}
+
+std::vector<std::string> SplitLines(std::string_view bytes) {
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    while (start < bytes.size()) {
+        const std::size_t end = bytes.find_first_of("\r\n", start);
+        if (end == std::string_view::npos) {
+            lines.emplace_back(bytes.substr(start));
+            break;
+        }
+        lines.emplace_back(bytes.substr(start, end - start));
+        const bool pair = bytes[end] == '\r' && end + 1 < bytes.size() && bytes[end + 1] == '\n';
+        start = end + (pair ? 2 : 1);
+    }
+    return lines;
+}
+
+}  // namespace vantrel::platform

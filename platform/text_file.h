@@ -1,0 +1,31 @@
+// Whole small files and lines, on the seam: what the program's own data files (sets, log, list) are
+// read and written with. Bytes in, bytes out; code pages are the caller's business.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace vantrel::platform {
+
+// All bytes of a file. Raises as FileSystem::Open does.
+std::string ReadWholeFile(FileSystem& files, const std::string& path);
+
+// Creates or empties the file and writes `bytes`.
+void WriteWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
+
+// Appends `bytes` in one write, creating the file when it is missing.
+void AppendToFile(FileSystem& files, const std::string& path, std::string_view bytes);
+
+// Exchanges the whole content in one step: after a crash the file holds the old bytes or the new
+// ones. Writes a scratch file beside it ("path" + ".new"), which is gone afterwards either way.
+// A read-only or locked file stays as it is and raises 70; hidden and other attributes are kept.
+void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
+
+// Lines without their ends. CR LF, CR and LF all end a line; a last line needs no end; byte 1A is
+// an ordinary byte. A text that ends in a line end has no empty line after it.
+std::vector<std::string> SplitLines(std::string_view bytes);
+
+}  // namespace vantrel::platform

@@ -1,0 +1,53 @@
+// A desktop without a screen: message boxes are recorded and answered from a script, pending events
+// are steps that a test has queued. What nobody answers fails the test.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "forms/form.h"
+
+namespace vantrel::test {
+
+class ScriptedDesktop : public forms::Desktop {
+  public:
+    // --- arranging ---
+    // Answers to message boxes with more than one button, in order; none left: the default button.
+    std::deque<forms::Answer> answers;
+    std::deque<std::string> inputs;  // answers to input boxes; none left: ""
+    // Runs at the next DoEvents (one step a call); `Idle` steps run one by one while a modal window
+    // or Run() waits for the user. A wait without an idle step left fails the test and ends.
+    std::deque<std::function<void()>> on_events;
+    std::deque<std::function<void()>> idle;
+    // Called inside each box, e.g. to change the disk before the answer.
+    std::function<void(const forms::Box&)> on_box;
+
+    // --- looking ---
+    std::vector<forms::Box> boxes;
+    std::vector<std::string> input_prompts;
+    std::vector<std::string> happened;  // "load Frm_Backup", "show ...", "activate ...", "unload ..."
+    forms::Pointer pointer = forms::Pointer::kDefault;
+    int do_events_calls = 0;
+
+    forms::Answer Show(const forms::Box& box) override;
+    std::string Input(const std::string& prompt, const std::string& title,
+                      const std::string& default_text) override;
+    void Load(forms::Form& form) override;
+    void ShowModeless(forms::Form& form) override;
+    void ShowModal(forms::Form& form) override;
+    void Hide(forms::Form& form) override;
+    void Unload(forms::Form& form,
+                forms::UnloadMode mode = forms::UnloadMode::kCode) override;
+    void DoEvents() override;
+    void Run() override;
+    void SetPointer(forms::Pointer value) override { pointer = value; }
+
+  private:
+    void Activate(forms::Form& form);
+    std::vector<forms::Form*> loaded_;
+    std::deque<forms::Form*> to_activate_;
+};
+
+}  // namespace vantrel::test
