@@ -23,6 +23,17 @@ inline constexpr const char* kCreditLine = "Written by the Vantrel team";
 // The nine-letter word in the fourth line of set files and of the protected-folder list.
 inline constexpr const char* kNoticeWord = "Copyright";
 
+// Shown on the About tab and the splash window; the addresses are of the reserved example domains.
+inline constexpr const char* kAddressLine1 = "1 Example Street";
+inline constexpr const char* kAddressLine2 = "Exampleton EX1 1EX";
+inline constexpr const char* kWebAddress = "https://www.example.com/vantrel";
+inline constexpr const char* kSupportAddress = "support@example.com";
+inline constexpr const char* kWarningText =
+    "Warning: this program is protected by copyright law and international treaties. Copying or "
+    "distributing it, or any part of it, without permission may be prosecuted under the law.";
+inline constexpr const char* kSplashWarning =
+    "This program is protected by copyright law as described on the About tab.";
+
 // Major, minor and revision joined by "." without leading zeros, e.g. 3.0.6.
 std::string VersionText();
 

@@ -1,0 +1,78 @@
+// The Backup tab: which set is selected, what it backs up and where to, and the way to change that.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "backupset/clsINI.h"
+#include "forms/controls.h"
+#include "forms/file_lists.h"
+#include "forms/form.h"
+#include "forms/lists.h"
+
+namespace vantrel {
+
+class BackupTab {
+  public:
+    explicit BackupTab(forms::Form& window);
+
+    forms::Frame Fra_Backup;
+    forms::Picture Img_Set;
+    forms::Label Lbl_RestoreSet;
+    forms::ComboBox Cmb_BackupSet;
+    forms::Picture Img_What;
+    forms::DriveList Dri_DriveList;
+    forms::FolderList Dir_DirList;
+    forms::Picture Img_FilesToBackup;
+    std::array<forms::Label, 3> Lbl_BackupSet;
+    forms::Label Lbl_FilestoBackup;
+    forms::Picture Img_BackupFileName;
+    forms::Label Lbl_BackupFileName;
+    forms::Picture Img_Where;
+    forms::Label Fld_BackupWhere;
+    forms::Button Cmd_Navigate;
+    forms::Label Fld_BackupOptions;
+    std::array<forms::Button, 3> Cmd_Options;
+    forms::Frame Lin_Mainmenu;
+    forms::Button Cmd_Change;
+    forms::Button Cmd_AddNew;
+    forms::Button Cmd_Backup;
+    forms::Button Cmd_Exit;
+
+    void Cmb_BackupSet_Click();
+    void Dri_DriveList_Change();
+    void Dir_DirList_Change();
+    void Cmd_Change_Click();
+    void Cmd_Navigate_Click();
+    void Cmd_Options_Click();
+
+    void SetEditMode(bool editable);
+    // Both lists to the root of the application's drive, touching no set file.
+    void GoToApplicationDrive();
+
+  private:
+    // What a move of the two lists means for the selected set's file.
+    enum class Moves {
+        kChosen,   // somebody moved a list: its folder is written at once
+        kShowing,  // a set is being shown: its folder is written once, when it has been reached
+        kSilent,   // nobody chose anything: nothing is written
+    };
+    class MovesScope;
+
+    bool ShowSource(const clsINI& set, bool source_found);
+    bool CheckSourceDrive(clsINI& set);
+    bool CheckDestinationDrive(clsINI& set);
+    void ShowValues(clsINI& set);
+    void MoveLists(const std::string& drive, const std::string& folder);
+    void WriteSource();
+    bool FitsCodePage(const std::string& path);
+    std::string SetPath() const;
+    void AskForSet(const std::string& text);
+
+    forms::Form& window_;
+    Moves moves_ = Moves::kChosen;
+    bool moved_ = false;          // a list has moved since kShowing began
+    std::string last_good_path_;  // where the folder list stood before its last move
+};
+
+}  // namespace vantrel
