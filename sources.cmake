@@ -6,7 +6,16 @@ set(PLATFORM_SOURCES
     platform/text_file.cpp)
 set(PLATFORM_HOST_SOURCES)
 set(PLATFORM_WIN32_SOURCES)
-set(FORMS_SOURCES)
+set(FORMS_SOURCES
+    forms/control.cpp
+    forms/controls.cpp
+    forms/drive_list.cpp
+    forms/file_list.cpp
+    forms/folder_list.cpp
+    forms/folder_path.cpp
+    forms/form.cpp
+    forms/lists.cpp
+    forms/tree.cpp)
 set(ZIP_SOURCES)
 set(BACKUPSET_SOURCES)
 set(LOG_SOURCES)

@@ -12,14 +12,17 @@ namespace vantrel::forms {
 class Form;
 
 enum class Aspect {
-    kText,       // caption or contents
+    kText,  // caption or contents
     kEnabled,
     kVisible,
-    kItems,      // the entries of a list were replaced or one was added or removed
+    kItems,  // the entries of a list were replaced or one was added or removed
     kSelection,
-    kValue,      // position of a bar, fill of a panel, check mark, playing animation
+    kValue,  // position of a bar, fill of a panel, check mark, playing animation
     kColor,
-    kRedraw,     // paint now
+    kRedraw,  // paint now
+    kFocus,   // takes the keyboard
+    kScroll,  // moves what it shows
+    kPopUp,   // a menu opens at the pointer
 };
 
 // The other side of a binding: brings the named aspect of its control to the screen.
@@ -30,11 +33,40 @@ class ControlView {
 };
 
 enum class Kind {
-    kAnimation, kButton, kCheckBox, kComboBox, kDriveList, kFileList, kFolderList, kFrame, kLabel,
-    kListBox, kMenu, kPanel, kPicture, kProgressBar, kStatusBar, kTabs, kTextBox, kTimer, kTree,
+    kAnimation,
+    kButton,
+    kCheckBox,
+    kComboBox,
+    kDriveList,
+    kFileList,
+    kFolderList,
+    kFrame,
+    kLabel,
+    kListBox,
+    kMenu,
+    kPanel,
+    kPicture,
+    kProgressBar,
+    kStatusBar,
+    kTabs,
+    kTextBox,
+    kTimer,
+    kTree,
 };
 
 using Event = std::function<void()>;
+
+// Counts a form's handlers while they run: a modal window is over only when none is left.
+class HandlerScope {
+  public:
+    explicit HandlerScope(Form& form);
+    ~HandlerScope();
+    HandlerScope(const HandlerScope&) = delete;
+    HandlerScope& operator=(const HandlerScope&) = delete;
+
+  private:
+    Form& form_;
+};
 
 class Control {
   public:
@@ -57,6 +89,8 @@ class Control {
     const std::string& Tooltip() const { return tooltip_; }
     void SetTooltip(const std::string& tooltip) { tooltip_ = tooltip; }
     void Refresh() { Notify(Aspect::kRedraw); }
+    // Gives the control the keyboard; Form::ActiveControl is this one from then on.
+    void SetFocus();
 
     // At most one view at a time; nullptr unbinds. The view is told nothing of the past: it reads
     // the whole control once when it binds.
@@ -64,8 +98,12 @@ class Control {
 
   protected:
     void Notify(Aspect aspect);
-    static void Raise(const Event& event) {
-        if (event) event();
+    // Runs the handler, if there is one; its errors travel to the caller.
+    template <typename... Arguments>
+    void Raise(const std::function<void(Arguments...)>& event, Arguments... arguments) {
+        if (!event) return;
+        const HandlerScope scope(owner_);
+        event(arguments...);
     }
 
   private:

@@ -37,7 +37,7 @@ class Button : public Control {
 class CheckBox : public Control {
   public:
     CheckBox(Form& owner, std::string name, const std::string& caption);
-    Event Click;
+    Event Click;  // whenever the mark becomes a different one
     bool Checked() const { return checked_; }
     void SetChecked(bool checked);
     void UserToggle();
@@ -56,11 +56,16 @@ class TextBox : public Control {
     void UserType(const std::string& text);  // the text as it is after the user's keystrokes
     bool MultiLine() const { return multi_line_; }
     bool ReadOnly() const { return read_only_; }
+    // Moves the view down by `lines`, as far as there is text. Works on what the screen shows, so
+    // it does nothing without one.
+    void ScrollLines(int lines);
+    int ScrolledLines() const { return scrolled_lines_; }  // of the latest call
 
   private:
     std::string text_;
     bool multi_line_;
     bool read_only_;
+    int scrolled_lines_ = 0;
 };
 
 class Frame : public Control {
@@ -126,11 +131,19 @@ class Timer : public Control {
     std::chrono::milliseconds interval_;
 };
 
+// An entry of the menu bar or of a pop-up menu, or such a menu itself.
 class MenuItem : public Control {
   public:
     MenuItem(Form& owner, std::string name, const std::string& caption);
     Event Click;
     void UserChoose();
+    // Opens this menu at the mouse pointer and returns when it is closed; what the user chose there
+    // has run by then.
+    void PopUp();
+    int PopUps() const { return pop_ups_; }  // how often it was opened
+
+  private:
+    int pop_ups_ = 0;
 };
 
 // A tab control. Click is raised with the tab shown before; showing the shown tab raises nothing.

@@ -15,7 +15,8 @@ class DriveList : public Control {
   public:
     DriveList(Form& owner, std::string name);
     Event Change;
-    // The selected entry, "" when no drive could be selected.
+    // The selected entry, "" when no drive could be selected. A new list shows the drive of the
+    // application folder.
     std::string Drive() const;
     // Takes the drive of `drive`'s first letter and colon. Error 68 for anything else ("\" and
     // network paths too), a drive that does not exist or one that is not ready.
@@ -36,7 +37,8 @@ class FolderList : public Control {
   public:
     FolderList(Form& owner, std::string name);
     Event Change;
-    // The current folder: "\" at its end only at a root, drive letter in upper case.
+    // The current folder: "\" at its end only at a root, drive letter in upper case. A new list
+    // shows the application folder.
     const std::string& Path() const { return path_; }
     // Goes to a folder ("C:" and entries of a drive list mean that drive's root). Error 76 when it
     // is not there. Change is raised when the folder becomes a different one (case and a last "\"
@@ -57,15 +59,18 @@ class FolderList : public Control {
     void Reload();
 
   private:
+    void Fill();
     std::string path_;
     std::vector<Entry> entries_;
 };
 
-// The files of a folder that match a pattern: plain ones, neither hidden nor system, sorted.
+// The files of a folder that match a pattern: plain ones, neither hidden nor system, sorted. A new
+// list shows the application folder.
 class FileList : public Control {
   public:
     FileList(Form& owner, std::string name, std::string pattern);
     Event Click;
+    std::function<void(int button)> MouseDown;  // 2: right button
     const std::string& Path() const { return path_; }
     void SetPath(const std::string& path);  // error 76
     const std::string& Pattern() const { return pattern_; }
@@ -77,8 +82,10 @@ class FileList : public Control {
     void RestoreIndex(int index);  // does not
     std::string FileName() const { return Item(index_); }
     void Reload();  // reads the folder again; nothing is selected afterwards
+    void UserMouseDown(int button) { Raise(MouseDown, button); }
 
   private:
+    void Fill();
     std::string path_;
     std::string pattern_;
     std::vector<std::string> names_;

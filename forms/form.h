@@ -27,6 +27,23 @@ class Form {
     void SetCaption(const std::string& caption);
     bool Loaded() const { return loaded_; }
     bool Visible() const { return visible_; }
+    // The control that has the keyboard, nullptr for none.
+    Control* ActiveControl() const { return active_; }
+
+    // Outer size in twips (1,440 an inch).
+    int Width() const { return width_; }
+    int Height() const { return height_; }
+    // Filled boxes behind the controls, in twips from the upper left corner inside the frame, later
+    // ones on top. The colour is red, green and blue, 0 to 255 each.
+    struct FilledBox {
+        int left, top, right, bottom;
+        int red, green, blue;
+    };
+    void DrawBox(const FilledBox& box);
+    void ClearBoxes();
+    const std::vector<FilledBox>& Boxes() const { return boxes_; }
+    // Paints the window and its controls now.
+    void Refresh();
 
     // The window's own handlers.
     virtual void Form_Load() {}
@@ -38,6 +55,8 @@ class Form {
     // For Desktop implementations and views only.
     void MarkLoaded(bool loaded) { loaded_ = loaded; }
     void MarkVisible(bool visible) { visible_ = visible; }
+    void MarkActive(Control* control) { active_ = control; }
+    void MarkSize(int width, int height);
     void Bind(ControlView* view) { view_ = view; }
     int running_handlers = 0;
 
@@ -47,6 +66,10 @@ class Form {
     std::string name_;
     std::string caption_;
     std::vector<Control*> controls_;
+    std::vector<FilledBox> boxes_;
+    Control* active_ = nullptr;
+    int width_ = 0;
+    int height_ = 0;
     ControlView* view_ = nullptr;
     bool loaded_ = false;
     bool visible_ = false;

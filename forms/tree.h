@@ -20,13 +20,16 @@ class Tree : public Control {
     Tree(Form& owner, std::string name);
     int Count() const { return static_cast<int>(nodes_.size()); }
     const Node& At(int index) const { return nodes_.at(static_cast<std::size_t>(index - 1)); }
-    // Adds a node and returns its index.
+    // Adds a node below an earlier one and returns its index. No such parent: error 380.
     int Add(Node node);
     void SetImages(int index, int image, int selected_image);
     void Clear();
     int Selected() const { return selected_; }  // 0 for none
+    // 0 selects none. Out of range: error 380.
     void Select(int index);
     std::function<void(int button)> MouseDown;  // 2: right button
+    void UserSelect(int index);                 // what the user does; the screen shows it already
+    void UserMouseDown(int button) { Raise(MouseDown, button); }
 
   private:
     std::vector<Node> nodes_;

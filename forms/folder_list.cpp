@@ -1,0 +1,79 @@
+#include <algorithm>
+
+#include "common/error.h"
+#include "forms/file_lists.h"
+#include "forms/folder_path.h"
+#include "forms/form.h"
+
+namespace vantrel::forms {
+
+namespace {
+
+// Names of the folders in `path`, sorted; none when it may not be read.
+std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path) {
+    std::vector<std::string> names;
+    try {
+        machine.files.List(path, [&](const platform::FileInfo& info) {
+            if (info.IsFolder() && !info.IsHiddenOrSystem() && !info.is_link)
+                names.push_back(info.name);
+            return true;
+        });
+    } catch (const Error&) {
+        names.clear();
+    }
+    std::sort(names.begin(), names.end(), [&](const std::string& one, const std::string& other) {
+        return machine.code_page.Fold(one) < machine.code_page.Fold(other);
+    });
+    return names;
+}
+
+}  // namespace
+
+FolderList::FolderList(Form& owner_form, std::string name)
+    : Control(owner_form, Kind::kFolderList, std::move(name)) {
+    path_ = FolderPath(owner().program().machine.process.ApplicationFolder());
+    Fill();
+}
+
+void FolderList::SetPath(const std::string& path) {
+    platform::Machine& machine = owner().program().machine;
+    const std::string folder = FolderPath(path);
+    if (folder.empty() || !IsFolder(machine.files, folder)) RaiseError(error_number::kPathNotFound);
+    const bool same = SamePath(machine.code_page, folder, path_);
+    path_ = folder;
+    Reload();
+    if (!same) Raise(Change);
+}
+
+void FolderList::Fill() {
+    entries_.clear();
+    int depth = 0;
+    for (const std::string& folder : FolderChain(path_))
+        entries_.push_back({FolderName(folder), folder, depth++, true});
+    for (const std::string& name : SubFolders(owner().program().machine, path_))
+        entries_.push_back({name, JoinPath(path_, name), depth, false});
+}
+
+void FolderList::Reload() {
+    Fill();
+    Notify(Aspect::kItems);
+}
+
+int FolderList::SubFolderCount() const {
+    return static_cast<int>(std::count_if(entries_.begin(), entries_.end(),
+                                          [](const Entry& entry) { return !entry.open; }));
+}
+
+std::string FolderList::SubFolder(int index) const {
+    const int first = static_cast<int>(entries_.size()) - SubFolderCount();
+    if (index < 0 || index >= SubFolderCount()) return "";
+    return entries_[static_cast<std::size_t>(first + index)].path;
+}
+
+void FolderList::UserOpen(int index) {
+    if (index < 0 || index >= static_cast<int>(entries_.size())) return;
+    const std::string path = entries_[static_cast<std::size_t>(index)].path;
+    SetPath(path);
+}
+
+}  // namespace vantrel::forms

@@ -1,0 +1,60 @@
+#include "forms/lists.h"
+
+#include "common/error.h"
+#include "forms/form.h"
+
+namespace vantrel::forms {
+
+List::List(Form& owner, Kind kind, std::string name) : Control(owner, kind, std::move(name)) {}
+
+std::string List::Item(int index) const {
+    return index >= 0 && index < Count() ? items_[static_cast<std::size_t>(index)] : std::string();
+}
+
+void List::SetIndex(int index) {
+    RestoreIndex(index);
+    Raise(Click);
+}
+
+void List::RestoreIndex(int index) {
+    if (index < -1 || index >= Count()) RaiseError(error_number::kInvalidPropertyValue);
+    index_ = index;
+    Notify(Aspect::kSelection);
+}
+
+void List::Add(const std::string& text) {
+    items_.push_back(text);
+    Notify(Aspect::kItems);
+}
+
+void List::Remove(int index) {
+    if (index < 0 || index >= Count()) RaiseError(error_number::kInvalidPropertyValue);
+    items_.erase(items_.begin() + index);
+    if (index == index_) {
+        index_ = -1;
+    } else if (index < index_) {
+        --index_;
+    }
+    Notify(Aspect::kItems);
+}
+
+void List::Clear() {
+    items_.clear();
+    index_ = -1;
+    Notify(Aspect::kItems);
+}
+
+ComboBox::ComboBox(Form& owner, std::string name) : List(owner, Kind::kComboBox, std::move(name)) {}
+
+void ComboBox::SetText(const std::string& text) {
+    if (text.empty()) return SetIndex(-1);
+    platform::CodePage& letters = owner().program().machine.code_page;
+    const std::string wanted = letters.Fold(text);
+    for (int i = 0; i < Count(); ++i)
+        if (letters.Fold(Item(i)) == wanted) return SetIndex(i);
+    RaiseError(error_number::kTextReadOnly);
+}
+
+ListBox::ListBox(Form& owner, std::string name) : List(owner, Kind::kListBox, std::move(name)) {}
+
+}  // namespace vantrel::forms
