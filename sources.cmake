@@ -17,12 +17,22 @@ set(FORMS_SOURCES
     forms/lists.cpp
     forms/tree.cpp)
 set(ZIP_SOURCES)
-set(BACKUPSET_SOURCES)
-set(LOG_SOURCES)
+set(BACKUPSET_SOURCES
+    backupset/set_files.cpp)
+set(LOG_SOURCES
+    log/show_error.cpp)
 set(SYSTEM_SOURCES)
-set(BACKUP_SOURCES)
-set(UI_SOURCES)
-set(APP_SOURCES)
+set(BACKUP_SOURCES
+    backup/Frm_Backup.cpp
+    backup/component_messages.cpp
+    backup/preflight.cpp)
+set(UI_SOURCES
+    ui/Frm_Mainmenu.cpp
+    ui/backup_tab.cpp
+    ui/other_tabs.cpp)
+set(APP_SOURCES
+    app/Frm_Splash.cpp
+    app/application.cpp)
 set(VIEWS_WIN32_SOURCES)
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES)

@@ -43,8 +43,6 @@ class BackupTab {
     void Dri_DriveList_Change();
     void Dir_DirList_Change();
     void Cmd_Change_Click();
-    void Cmd_Navigate_Click();
-    void Cmd_Options_Click();
 
     void SetEditMode(bool editable);
     // Both lists to the root of the application's drive, touching no set file.
@@ -59,15 +57,16 @@ class BackupTab {
     };
     class MovesScope;
 
-    bool ShowSource(const clsINI& set, bool source_found);
-    bool CheckSourceDrive(clsINI& set);
-    bool CheckDestinationDrive(clsINI& set);
+    bool SourceDriveFound(clsINI& set);
+    bool DestinationDriveFound(clsINI& set);
+    void TellSourceMissing(clsINI& set);
+    void TellDestinationMissing(clsINI& set);
+    void ShowSource(clsINI& set);
     void ShowValues(clsINI& set);
-    void MoveLists(const std::string& drive, const std::string& folder);
     void WriteSource();
     bool FitsCodePage(const std::string& path);
+    void RefuseFolder();
     std::string SetPath() const;
-    void AskForSet(const std::string& text);
 
     forms::Form& window_;
     Moves moves_ = Moves::kChosen;

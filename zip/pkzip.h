@@ -49,12 +49,13 @@ class Questions {
 
 class PKZIP {
   public:
+    virtual ~PKZIP() = default;
     explicit PKZIP(platform::Machine& machine) : machine_(machine) {}
 
     // Sets a property; kAction runs the operation. Wrong type or unknown action: error 380.
-    void Set(int id, const Value& value);
+    virtual void Set(int id, const Value& value);
     // Reads a property back; never set: false, 0 or "" by its type. Unknown: error 380.
-    Value Get(int id) const;
+    virtual Value Get(int id) const;
 
     // Events, raised on the thread that set the action. Progress values are 0 to 100.
     std::function<void(std::int32_t& percent, bool& cancel)> OverallProgress;
@@ -68,7 +69,7 @@ class PKZIP {
     Questions* questions = nullptr;
 
     // Files that the last action left out although they matched.
-    std::int32_t SkippedFiles() const { return skipped_; }
+    virtual std::int32_t SkippedFiles() const { return skipped_; }
 
   private:
     platform::Machine& machine_;

@@ -1,0 +1,185 @@
+#include "backup/Frm_Backup.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "backupset/clsFiles.h"
+#include "backupset/clsINI.h"
+#include "log/clsLog.h"
+#include "system/clsDrives.h"
+
+namespace vantrel {
+
+namespace {
+
+// Below this many free bytes the volume option of a spanned backup is switched off.
+constexpr double kLowSpaceBytes = 2'000'000;
+
+// "YYYYMMDD_HHNNSS"
+std::string Stamp(const platform::LocalTime& time) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d%02d%02d_%02d%02d%02d", time.year, time.month, time.day,
+                  time.hour, time.minute, time.second);
+    return text;
+}
+
+}  // namespace
+
+Frm_Backup::Frm_Backup(forms::Program& program, std::string set_name,
+                       std::unique_ptr<zip::PKZIP> component)
+    : Form(program, "Frm_Backup"),
+      Cmd_Ok(*this, "Cmd_Ok", "OK"),
+      Cmd_Cancel(*this, "Cmd_Cancel", "Cancel"),
+      Fra_Details(*this, "Fra_Details", "Details"),
+      Lst_Details(*this, "Lst_Details"),
+      Frame1(*this, "Frame1"),
+      Lbl_File(*this, "Lbl_File", "File Progress"),
+      Lbl_JobProgress(*this, "Lbl_JobProgress", "Overall Progress"),
+      Lbl_BackupPath(*this, "Lbl_BackupPath", "Please Wait...  Processing Files"),
+      Lbl_Folder(*this, "Lbl_Folder", "Status"),
+      Lbl_BackingUp(*this, "Lbl_BackingUp", "Backing Up Files......."),
+      Ani_File(*this, "Ani_File"),
+      PB_Folder(*this, "PB_Folder"),
+      PB_File(*this, "PB_File"),
+      PKZIP(*component),
+      set_name_(std::move(set_name)),
+      component_(std::move(component)),
+      messages_(program) {
+    SetCaption("Backing Up Files...");
+    Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
+    Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
+    PKZIP.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
+        PKZIP_OverallProgress(percent, cancel);
+    };
+    PKZIP.FileProgress = [this](std::int32_t& percent) { PKZIP_FileProgress(percent); };
+    PKZIP.Message = [this](const zip::ComponentMessage& message) { PKZIP_Message(message); };
+    PKZIP.FatalStop = [this] { PKZIP_FatalStop(); };
+    if (!program.Unattended()) PKZIP.questions = this;
+}
+
+std::string Frm_Backup::SetPath() const { return program().InApplicationFolder(set_name_); }
+
+void Frm_Backup::LogRecord(const std::string& text) {
+    clsLog(program()).WriteToLog("Backup", true, text);
+}
+
+void Frm_Backup::Form_Load() {
+    const std::string clip =
+        program().machine.process.ApplicationFolder() + "\\System\\FileCopy.AVI";
+    if (clsFiles(program()).Exist(clip, true)) Ani_File.Open(clip);
+    Cmd_Cancel.SetVisible(true);
+    Cmd_Ok.SetVisible(false);
+}
+
+void Frm_Backup::Form_Activate() {
+    LogRecord("Starting Backup " + set_name_);
+    cancelled_ = false;
+    clsINI set(program());
+    set.Read_INI(SetPath());
+    const Target target = MakeTarget(set);
+    RunComponent(set, target);
+    messages_.Summarise(PKZIP.SkippedFiles());
+    Finish(target);
+    if (program().Unattended()) {
+        program().desktop.Hide(*this);
+    } else {
+        ShowOutcome();
+    }
+}
+
+Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
+    std::string folder = set.BackupToDrive();
+    if (set.TimeBackup() == "ON") folder += Stamp(program().machine.clock.Now()) + "\\";
+    return {folder, set.BackupFileName() + ".zip"};
+}
+
+// The component takes its properties in this order; the action is the last and runs to its end.
+void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
+    namespace id = zip::zip_id;
+    const bool multi_volume = set.MultiVolumeBackup() == "ON";
+    PKZIP.Set(id::kLevel, std::int16_t{9});
+    PKZIP.Set(id::kMultiVolume, multi_volume ? id::kSpanVolumes : std::int32_t{0});
+    PKZIP.Set(id::kSubFolders, set.BackupSubDirectories() == "ON");
+    program().globals.TextBuffer = target.folder + target.file;
+    PKZIP.Set(id::kArchive, program().globals.TextBuffer);
+    LogRecord("Creating Backup File " + std::get<std::string>(PKZIP.Get(id::kArchive)));
+    const bool low_space =
+        clsDrives(program()).FreeSpace(set.BackupToDrive().substr(0, 1)) < kLowSpaceBytes;
+    PKZIP.Set(id::kVolumeOption, !(multi_volume && low_space));
+    PKZIP.Set(3, true);
+    PKZIP.Set(id::kFileSpec, "\"" + set.BackupFiles() + "\"");
+    PKZIP.Set(4, true);
+    PKZIP.Set(5, true);
+    PKZIP.Set(32, true);
+    PKZIP.Set(id::kAction, id::kActionAdd);
+}
+
+void Frm_Backup::Finish(const Target& target) {
+    if (cancelled_) {
+        LogRecord("Finished Backup " + set_name_);
+        LogRecord("Cancelled by User");
+        program().exit_code = forms::exit_code::kCancelled;
+        return;
+    }
+    Cmd_Cancel.SetVisible(false);
+    Cmd_Ok.SetVisible(true);
+    clsFiles files(program());
+    files.WriteINI("RESTORE SOURCE", "RestoreFromDrive", target.folder, SetPath());
+    files.WriteINI("RESTORE SOURCE", "RestoreFileName", target.file, SetPath());
+    LogRecord("Finished Backup " + set_name_);
+    LogRecord("Successful Backup");
+    program().exit_code = PKZIP.SkippedFiles() > 0 ? forms::exit_code::kSomeFilesSkipped
+                                                   : forms::exit_code::kComplete;
+}
+
+void Frm_Backup::ShowOutcome() {
+    Ani_File.Stop();
+    Lbl_BackupPath.SetCaption(cancelled_ ? "Backup Cancelled by User" : "Backup Complete");
+    PB_Folder.SetValue(0);
+    PB_File.SetValue(0);
+    Lst_Details.Clear();
+}
+
+void Frm_Backup::Cmd_Ok_Click() { program().desktop.Hide(*this); }
+
+// The disabled button is the signal: the next overall-progress event hands the cancel over.
+void Frm_Backup::Cmd_Cancel_Click() { Cmd_Cancel.SetEnabled(false); }
+
+void Frm_Backup::PKZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
+    program().desktop.DoEvents();
+    PB_Folder.SetValue(percent);
+    if (Cmd_Cancel.Enabled()) return;
+    cancel = true;
+    Cmd_Ok.SetVisible(true);
+    Cmd_Cancel.SetVisible(false);
+    cancelled_ = true;
+}
+
+void Frm_Backup::PKZIP_FileProgress(std::int32_t& percent) {
+    program().desktop.DoEvents();
+    PB_File.SetValue(percent);
+}
+
+void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) {
+    Lbl_BackupPath.SetCaption(message.text);
+    Lst_Details.Add(message.text);
+    Lst_Details.SetIndex(Lst_Details.Count() - 1);
+    messages_.Handle(message);
+}
+
+void Frm_Backup::PKZIP_FatalStop() {
+    messages_.Summarise(PKZIP.SkippedFiles());
+    program().machine.process.End(forms::exit_code::kFailed);
+}
+
+bool Frm_Backup::AskRetry(const std::string& text) {
+    const auto answer = program().desktop.Show({.text = text,
+                                                .buttons = forms::Buttons::kRetryCancel,
+                                                .icon = forms::Icon::kExclamation,
+                                                .title = "Backup"});
+    if (answer == forms::Answer::kRetry) return true;
+    Cmd_Cancel.SetEnabled(false);
+    return false;
+}
+
+}  // namespace vantrel

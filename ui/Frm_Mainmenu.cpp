@@ -1,0 +1,96 @@
+#include "ui/Frm_Mainmenu.h"
+
+#include "backup/preflight.h"
+#include "backupset/set_files.h"
+#include "log/clsLog.h"
+
+namespace vantrel {
+
+namespace {
+constexpr const char* kSection = "Startup";
+constexpr const char* kKey = "INI File";
+constexpr const char* kNothing = "Nil";
+}  // namespace
+
+Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
+    : Form(program, "Frm_Mainmenu"),
+      TAB_Backup(*this, "TAB_Backup",
+                 {"Backup", "Restore", "INI Edit", "Log", "Secure Data", "About"}),
+      Backup(*this),
+      Restore(*this),
+      Edit(*this),
+      Log(*this),
+      Secure(*this),
+      About(*this),
+      Sta_Mainmenu(*this, "Sta_Mainmenu"),
+      Menu_File(*this, "Menu_File", "&File"),
+      Menu_File_Exit(*this, "Menu_File_Exit", "E&xit"),
+      Menu_Options(*this, "Menu_Options", "&Options"),
+      Menu_Options_Delete(*this, "Menu_Options_Delete", "&Delete Configuration File"),
+      Menu_Secure(*this, "Menu_Secure", "&Secure"),
+      Menu_Secure_Add(*this, "Menu_Secure_Add", "&Add Protected Item"),
+      Menu_Secure_Delete(*this, "Menu_Secure_Delete", "&Delete Protected Item") {
+    TAB_Backup.SetTooltip("Select Different Options");
+    TAB_Backup.Click = [this](int previous) { TAB_Backup_Click(previous); };
+    Backup.Cmd_Backup.Click = [this] { Cmd_Backup_Click(); };
+    Backup.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
+    Restore.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
+    Menu_File_Exit.Click = [this] { Menu_File_Exit_Click(); };
+}
+
+void Frm_Mainmenu::Form_Load() {
+    SetCaption(program().machine.process.ExecutableBaseName());
+    Edit.Cmd_Save.SetEnabled(false);
+    TAB_Backup.SetTab(0);
+    Backup.GoToApplicationDrive();
+    Restore.Fld_RestoreFile.SetCaption("");
+    Restore.TV_Restore.Clear();
+    Secure.SSP_PleaseWait.SetCaption("Please Wait..." + program().globals.CrLf +
+                                     "Loading Folder Structure");
+    Secure.SSP_PleaseWait.SetVisible(false);
+    Backup.SetEditMode(false);
+    FillSetLists();
+    if (!program().Unattended()) SelectRememberedSet();
+}
+
+void Frm_Mainmenu::FillSetLists() {
+    for (const std::string& name : SetFileNames(program())) {
+        Backup.Cmb_BackupSet.Add(name);
+        Restore.Cmb_RestoreFile.Add(name);
+    }
+}
+
+// The name must equal an entry to the letter; the walk goes on after a match, as it always did.
+void Frm_Mainmenu::SelectRememberedSet() {
+    const std::string remembered =
+        program().machine.settings.Read(kSection, kKey).value_or(kNothing);
+    if (remembered == kNothing) return;
+    for (int i = 0; i < Backup.Cmb_BackupSet.Count(); ++i) {
+        if (Backup.Cmb_BackupSet.Item(i) == remembered) Backup.Cmb_BackupSet.SetText(remembered);
+    }
+}
+
+void Frm_Mainmenu::Form_Activate() { program().desktop.SetPointer(forms::Pointer::kDefault); }
+
+void Frm_Mainmenu::Form_QueryUnload(forms::UnloadMode mode) {
+    clsLog(program()).WriteToLog("Exit", true, std::to_string(static_cast<int>(mode)));
+    if (program().Unattended()) return;
+    program().machine.settings.Write(kSection, kKey,
+                                     Backup.Cmb_BackupSet.Item(Backup.Cmb_BackupSet.Index()));
+}
+
+void Frm_Mainmenu::Cmd_Backup_Click() {
+    vantrel::Cmd_Backup_Click(
+        program(), {Backup.Cmb_BackupSet, Backup.Fld_BackupWhere, Backup.Dir_DirList});
+}
+
+void Frm_Mainmenu::Cmd_Exit_Click() { Menu_File_Exit_Click(); }
+
+void Frm_Mainmenu::Menu_File_Exit_Click() { program().desktop.Unload(*this); }
+
+void Frm_Mainmenu::TAB_Backup_Click(int) {
+    About.Tim_Flash.SetEnabled(false);
+    if (TAB_Backup.Tab() == 0) Backup.Cmb_BackupSet_Click();
+}
+
+}  // namespace vantrel

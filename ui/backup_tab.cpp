@@ -1,0 +1,229 @@
+#include "ui/backup_tab.h"
+
+#include "backupset/clsFiles.h"
+#include "backupset/clsString.h"
+#include "log/show_error.h"
+
+namespace vantrel {
+
+using forms::Icon;
+
+class BackupTab::MovesScope {
+  public:
+    MovesScope(BackupTab& tab, Moves moves) : tab_(tab), before_(tab.moves_) {
+        tab_.moves_ = moves;
+        tab_.moved_ = false;
+    }
+    ~MovesScope() { tab_.moves_ = before_; }
+    MovesScope(const MovesScope&) = delete;
+    MovesScope& operator=(const MovesScope&) = delete;
+
+  private:
+    BackupTab& tab_;
+    Moves before_;
+};
+
+BackupTab::BackupTab(forms::Form& window)
+    : Fra_Backup(window, "Fra_Backup"),
+      Img_Set(window, "Img_Set"),
+      Lbl_RestoreSet(window, "Lbl_RestoreSet", "&Backup Set"),
+      Cmb_BackupSet(window, "Cmb_BackupSet"),
+      Img_What(window, "Img_What"),
+      Dri_DriveList(window, "Dri_DriveList"),
+      Dir_DirList(window, "Dir_DirList"),
+      Img_FilesToBackup(window, "Img_FilesToBackup"),
+      Lbl_BackupSet{{{window, "Lbl_BackupSet_0", "Files to Backup?"},
+                     {window, "Lbl_BackupSet_1", "Backup File Name"},
+                     {window, "Lbl_BackupSet_2", "Backup Options"}}},
+      Lbl_FilestoBackup(window, "Lbl_FilestoBackup"),
+      Img_BackupFileName(window, "Img_BackupFileName"),
+      Lbl_BackupFileName(window, "Lbl_BackupFileName"),
+      Img_Where(window, "Img_Where"),
+      Fld_BackupWhere(window, "Fld_BackupWhere"),
+      Cmd_Navigate(window, "Cmd_Navigate", "..."),
+      Fld_BackupOptions(window, "Fld_BackupOptions"),
+      Cmd_Options{{{window, "Cmd_Options_0", "..."},
+                   {window, "Cmd_Options_1", "..."},
+                   {window, "Cmd_Options_2", "..."}}},
+      Lin_Mainmenu(window, "Lin_Mainmenu"),
+      Cmd_Change(window, "Cmd_Change", "&Change Settings"),
+      Cmd_AddNew(window, "Cmd_AddNew", "New Backup"),
+      Cmd_Backup(window, "Cmd_Backup", "&Backup Now"),
+      Cmd_Exit(window, "Cmd_Exit_0", "&Exit"),
+      window_(window) {
+    Cmb_BackupSet.SetTooltip("Select an Existing Backup Set");
+    Dri_DriveList.SetTooltip("Select the Drive that you wish to Backup");
+    Dir_DirList.SetTooltip("Select a Folder that you wish to Backup");
+    Lbl_FilestoBackup.SetTooltip("Displays the File Types that you wish to Backup");
+    Lbl_BackupFileName.SetTooltip("The Name of the Backup File");
+    Fld_BackupWhere.SetTooltip("Location of the Backup File");
+    Fld_BackupOptions.SetTooltip("Displays the Backup Options");
+    for (auto& button : Cmd_Options) button.SetTooltip("Edit Options");
+    Cmd_Change.SetTooltip("Modify Backup What/Where/Options Settings");
+    Cmd_AddNew.SetTooltip("Add a New Backup Configuration File");
+    Cmd_Backup.SetTooltip("Start the Backup Now!");
+    Cmd_Exit.SetTooltip("Exit this Product");
+
+    Cmb_BackupSet.Click = [this] { Cmb_BackupSet_Click(); };
+    Dri_DriveList.Change = [this] { Dri_DriveList_Change(); };
+    Dir_DirList.Change = [this] { Dir_DirList_Change(); };
+    Cmd_Change.Click = [this] { Cmd_Change_Click(); };
+}
+
+std::string BackupTab::SetPath() const {
+    return window_.program().InApplicationFolder(Cmb_BackupSet.Text());
+}
+
+void BackupTab::SetEditMode(bool editable) {
+    for (auto& button : Cmd_Options) button.SetEnabled(editable);
+    Dri_DriveList.SetEnabled(editable);
+    Dir_DirList.SetEnabled(editable);
+    Cmd_Navigate.SetEnabled(editable);
+    Cmd_Change.SetEnabled(!editable);
+}
+
+void BackupTab::Cmd_Change_Click() { SetEditMode(true); }
+
+void BackupTab::Cmb_BackupSet_Click() {
+    Fra_Backup.Refresh();
+    window_.program().desktop.DoEvents();
+    clsINI set(window_.program());
+    set.Read_INI(SetPath());
+
+    const std::string where = clsString().Backslash(set.BackupToDrive());
+    const bool source_found = SourceDriveFound(set);
+    if (!source_found) {
+        if (window_.program().Unattended()) return Fld_BackupWhere.SetCaption(where);
+        TellSourceMissing(set);
+        GoToApplicationDrive();
+        Fld_BackupWhere.SetCaption(where);
+    }
+    if (!DestinationDriveFound(set)) {
+        if (window_.program().Unattended()) return Fld_BackupWhere.SetCaption(where);
+        TellDestinationMissing(set);
+        Fld_BackupWhere.SetCaption(where);
+    }
+    SetEditMode(false);
+    // The lists move while the mask label still shows the set before: what is written for the move
+    // is what the two controls show at that moment. The label follows afterwards.
+    if (source_found) ShowSource(set);
+    ShowValues(set);
+}
+
+bool BackupTab::SourceDriveFound(clsINI& set) {
+    const std::string drive = set.Backup_Parts(set.BackupFiles(), clsINI::kDrive);
+    return clsFiles(window_.program()).Exist(drive, false);
+}
+
+bool BackupTab::DestinationDriveFound(clsINI& set) {
+    const std::string drive = set.Backup_Parts(set.BackupToDrive(), clsINI::kDrive);
+    return clsFiles(window_.program()).Exist(drive, false);
+}
+
+void BackupTab::TellSourceMissing(clsINI& set) {
+    auto& globals = window_.program().globals;
+    globals.MessageText = "You have selected a file whereupon files from " + set.BackupFiles() +
+                          " are to backed up.  Vantrel cannot locate " + set.BackupFiles() +
+                          globals.CrLf + globals.CrLf;
+    window_.program().desktop.Show(
+        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+}
+
+void BackupTab::TellDestinationMissing(clsINI& set) {
+    auto& globals = window_.program().globals;
+    globals.MessageText = "You have selected to backup files to " + set.BackupToDrive() +
+                          " are to backed up.  Vantrel cannot locate " + set.BackupToDrive() +
+                          globals.CrLf + globals.CrLf +
+                          "If the Drive Selected is a Removable Drive "
+                          "then place a Disk into the Drive Now.";
+    window_.program().desktop.Show(
+        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+}
+
+// A move that stops half-way would leave the set with a source that nobody chose. So the folder is
+// looked for before either list moves, and the set's file is written once, with the folder reached.
+void BackupTab::ShowSource(clsINI& set) {
+    forms::Program& program = window_.program();
+    const std::string folder = set.Backup_Parts(set.BackupFiles(), clsINI::kFolder);
+    if (folder.empty()) return GoToApplicationDrive();
+    if (!clsFiles(program).Exist(folder, false)) {
+        // Unattended, the checks before the backup tell of it.
+        if (!program.Unattended()) {
+            ShowError(program, Error(error_number::kPathNotFound, window_.name(),
+                                     ErrorText(error_number::kPathNotFound)));
+        }
+        return;
+    }
+    const MovesScope showing(*this, Moves::kShowing);
+    try {
+        Dri_DriveList.SetDrive(set.Backup_Parts(set.BackupFiles(), clsINI::kDrive));
+        Dir_DirList.SetPath(folder);
+    } catch (const Error& error) {
+        return ShowError(program, error);
+    }
+    if (moved_) WriteSource();
+}
+
+void BackupTab::ShowValues(clsINI& set) {
+    Lbl_FilestoBackup.SetCaption(set.Backup_Parts(set.BackupFiles(), clsINI::kFile));
+    Lbl_BackupFileName.SetCaption(set.BackupFileName());
+    Fld_BackupWhere.SetCaption(clsString().Backslash(set.BackupToDrive()));
+    Fld_BackupOptions.SetCaption("SubDir=" + set.BackupSubDirectories() +
+                                 ", MultiVolume=" + set.MultiVolumeBackup() +
+                                 ", Time=" + set.TimeBackup());
+}
+
+void BackupTab::GoToApplicationDrive() {
+    forms::Program& program = window_.program();
+    const std::string root = program.machine.process.ApplicationFolder().substr(0, 3);
+    const MovesScope silent(*this, Moves::kSilent);
+    try {
+        Dri_DriveList.SetDrive(root);
+        Dir_DirList.SetPath(root);
+    } catch (const Error& error) {
+        ShowError(program, error);
+    }
+}
+
+void BackupTab::Dri_DriveList_Change() {
+    try {
+        Dir_DirList.SetPath(Dri_DriveList.Drive());
+    } catch (const Error& error) {
+        ShowError(window_.program(), error);
+    }
+}
+
+void BackupTab::Dir_DirList_Change() {
+    if (!FitsCodePage(Dir_DirList.Path())) return RefuseFolder();
+    last_good_path_ = Dir_DirList.Path();
+    moved_ = true;
+    if (moves_ == Moves::kChosen && !Cmb_BackupSet.Text().empty()) WriteSource();
+}
+
+void BackupTab::WriteSource() {
+    forms::Program& program = window_.program();
+    if (Cmb_BackupSet.Text().empty()) return;
+    std::string path = Dir_DirList.Path();
+    if (path.empty() || path.back() != '\\') path += '\\';
+    if (Lbl_FilestoBackup.Caption().empty()) Lbl_FilestoBackup.SetCaption("*.*");
+    clsINI set(program);
+    set.BackupFiles(path + Lbl_FilestoBackup.Caption());
+    clsFiles(program).WriteINI("BACKUP SOURCE", "BackupFiles", set.BackupFiles(), SetPath());
+}
+
+// A set file is text in the system's code page: a folder that it cannot hold could not be stored.
+bool BackupTab::FitsCodePage(const std::string& path) {
+    return window_.program().machine.code_page.Encode(path).has_value();
+}
+
+void BackupTab::RefuseFolder() {
+    auto& globals = window_.program().globals;
+    globals.MessageText = "Unable to use the folder " + Dir_DirList.Path() + "." + globals.CrLf +
+                          "Its name holds characters that a Backup Set cannot store.";
+    window_.program().desktop.Show(
+        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+    const MovesScope silent(*this, Moves::kSilent);
+    Dir_DirList.SetPath(last_good_path_);
+}
+
+}  // namespace vantrel
