@@ -18,10 +18,21 @@ set(FORMS_SOURCES
     forms/tree.cpp)
 set(ZIP_SOURCES)
 set(BACKUPSET_SOURCES
+    backupset/clsFiles.cpp
+    backupset/clsINI.cpp
+    backupset/clsINI_properties.cpp
+    backupset/clsString.cpp
+    backupset/file_header.cpp
+    backupset/profile_text.cpp
+    backupset/utf8.cpp
     backupset/set_files.cpp)
 set(LOG_SOURCES
+    log/clsLog.cpp
+    log/log_truncate.cpp
     log/show_error.cpp)
-set(SYSTEM_SOURCES)
+set(SYSTEM_SOURCES
+    system/clsApplication.cpp
+    system/clsDrives.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/component_messages.cpp

@@ -16,14 +16,27 @@ class clsFiles {
     std::string ReadINI(const std::string& section, const std::string& key,
                         const std::string& file);
     // Sets the key in place, keeping every other byte of the file; a missing section, key or file
-    // is made. A file that cannot be written stays as it is, silently.
+    // is made. A file that cannot be written stays as it is, silently; so does one whose code page
+    // or format cannot hold the value.
     void WriteINI(const std::string& section, const std::string& key, const std::string& value,
                   const std::string& file);
-    // Whether a drive, folder or file is there. "" counts as existing; with `file_test` the mask
-    // "*.*" is satisfied by its folder. Never raises.
+    // Whether a drive, folder or file is there; never raises. "" counts as existing. First the
+    // drive of the path must be ready, for a path without one that of the application folder.
+    // Without `file_test` the whole path must then be a folder. With it the file must stand in its
+    // folder under exactly that name, letter case aside (a folder of that name is none, hidden and
+    // system files count), and the mask "*.*" is satisfied by the folder alone.
+    // A path that starts with one "\" is looked up on the application folder's drive. The program
+    // has no current folder: a file without a folder part, and any other relative path, is not
+    // there.
     bool Exist(const std::string& path, bool file_test);
 
   private:
+    bool Exists(const std::string& path, bool file_test);
+    bool DriveReady(const std::string& drive);
+    bool IsFolder(const std::string& path);
+    bool HasFile(const std::string& folder, const std::string& name);
+    std::string OnDrive(const std::string& path);
+
     forms::Program& program_;
 };
 

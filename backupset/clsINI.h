@@ -2,24 +2,36 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "forms/program.h"
 
 namespace vantrel {
 
+// Every operation and property reports its errors under its own label, "clsINI:Read_INI Method" or
+// "clsINI:BackupFiles Property Get".
 class clsINI {
   public:
     explicit clsINI(forms::Program& program) : program_(program) {}
 
     // Parts of a path.
-    static constexpr int kDrive = 0;   // first 3 characters, those of the application folder if none
+    static constexpr int kDrive = 0;  // first 3 characters, those of the application folder if none
     static constexpr int kFolder = 1;  // up to and including the last "\"
     static constexpr int kFile = 2;    // what follows it
+    // One part of `path`, "" for any other `part`. A path whose only "\" is its first character has
+    // neither folder nor file.
     std::string Backup_Parts(const std::string& path, int part);
 
+    // Reads the set file at `path`, gives the destination its last "\" (and the restore source,
+    // unless that is empty), puts all values in capitals and writes them back.
     void ConfirmBackslash(const std::string& path);
+    // Writes the set file `name` (with its extension of three letters) of the template into the
+    // application folder, over an existing one. The text stays in TextBuffer.
+    // Raises: a name of fewer than 4 characters; one that the code page cannot hold.
     void Create_INI(const std::string& name);
+    // Loads the nine values as they stand in the set file at `path`, "" for a missing one.
     void Read_INI(const std::string& path);
+    // Whether the loaded values may be saved. If not, shows the reason: the last one that applies.
     bool Validate_OnSave();
 
     // Each property as a pair: Name() gets, Name(value) lets. No checks, no file access.
@@ -43,11 +55,18 @@ class clsINI {
     void RestoreDestination(const std::string& value);
 
   private:
-    forms::Program& program_;
     struct BackupSet {
         std::string BackupFiles, BackupSubDirectories, BackupFileName, MultiVolumeBackup,
             BackupToDrive, TimeBackup, RestoreFromDrive, RestoreFileName, RestoreDestination;
-    } set_;
+    };
+    struct KeyPlace;
+    static const KeyPlace kPlaces[9];
+
+    std::string Template(const std::string& name) const;
+    std::string Reason() const;
+
+    forms::Program& program_;
+    BackupSet set_;
 };
 
 }  // namespace vantrel

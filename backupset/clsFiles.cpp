@@ -1,0 +1,116 @@
+#include "backupset/clsFiles.h"
+
+#include <optional>
+
+#include "backupset/clsINI.h"
+#include "backupset/clsString.h"
+#include "backupset/profile_text.h"
+#include "common/error.h"
+#include "platform/text_file.h"
+
+namespace vantrel {
+
+namespace {
+
+// Bytes that a profile read hands over: its buffer of 255 less the closing NUL. Values in the
+// program's windows never get longer than this.
+constexpr std::size_t kLongestValue = 254;
+
+// The text of a profile, "" for a file that is not there yet; nothing when it cannot be read.
+std::optional<std::string> ProfileText(platform::FileSystem& files, const std::string& file) {
+    try {
+        return platform::ReadWholeFile(files, file);
+    } catch (const Error& error) {
+        if (error.number() == error_number::kFileNotFound) return "";
+        return std::nullopt;
+    }
+}
+
+bool HasLetter(const std::string& path) {
+    const auto letter = path.empty() ? '\0' : path[0];
+    const bool is_letter = (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
+    return is_letter && path.size() > 1 && path[1] == ':';
+}
+
+}  // namespace
+
+std::string clsFiles::ReadINI(const std::string& section, const std::string& key,
+                              const std::string& file) {
+    const std::string text = ProfileText(program_.machine.files, file).value_or("");
+    const std::string value = profile::FindValue(text, section, key).value_or("");
+    return program_.machine.code_page.Decode(value.substr(0, kLongestValue));
+}
+
+void clsFiles::WriteINI(const std::string& section, const std::string& key,
+                        const std::string& value, const std::string& file) {
+    const auto bytes = program_.machine.code_page.Encode(value);
+    if (!bytes || !profile::CanHold(*bytes)) return;
+    // Only a file known to be missing may be made anew: one that merely cannot be read now would
+    // lose everything else in it.
+    const auto before = ProfileText(program_.machine.files, file);
+    if (!before) return;
+    const std::string after = profile::SetValue(*before, section, key, *bytes);
+    if (after == *before) return;
+    try {
+        platform::ReplaceWholeFile(program_.machine.files, file, after);
+    } catch (const Error&) {
+        // A profile write reports no failure.
+    }
+    // The platform's profile functions keep a copy in memory and are called once more to write it
+    // out. Nothing is held back here: the file has been flushed and put in place by now.
+}
+
+bool clsFiles::Exist(const std::string& path, bool file_test) {
+    try {
+        return Exists(path, file_test);
+    } catch (const Error&) {
+        return false;
+    }
+}
+
+bool clsFiles::Exists(const std::string& path, bool file_test) {
+    if (path.empty()) return true;
+    clsINI parts(program_);
+    if (!DriveReady(parts.Backup_Parts(path, clsINI::kDrive))) return false;
+    if (!file_test) return IsFolder(path);
+    const std::string folder = parts.Backup_Parts(path, clsINI::kFolder);
+    const std::string name = parts.Backup_Parts(path, clsINI::kFile);
+    if (!IsFolder(folder)) return false;
+    return name == "*.*" || HasFile(OnDrive(folder), name);
+}
+
+bool clsFiles::DriveReady(const std::string& drive) {
+    // As a drive list takes it: a letter and a colon, no network path.
+    return HasLetter(drive) && program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
+}
+
+bool clsFiles::IsFolder(const std::string& path) {
+    const std::string full = OnDrive(path);
+    if (full.empty() || full.find_first_of("*?") != std::string::npos) return false;
+    const auto found = program_.machine.files.Find(full);
+    return found && found->IsFolder();
+}
+
+bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
+    // By list, not by one question: the system would also find the file under its short name, or
+    // with blanks and dots behind its name.
+    auto& code_page = program_.machine.code_page;
+    const std::string sought = code_page.Upper(name);
+    bool found = false;
+    program_.machine.files.List(folder, [&](const platform::FileInfo& entry) {
+        found = !entry.IsFolder() && code_page.Upper(entry.name) == sought;
+        return !found;
+    });
+    return found;
+}
+
+std::string clsFiles::OnDrive(const std::string& path) {
+    const bool network = path.size() > 1 && path[0] == '\\' && path[1] == '\\';
+    if (network) return path;
+    if (HasLetter(path)) return path.size() == 2 ? clsString().Backslash(path) : path;
+    if (path.empty() || path[0] != '\\') return "";
+    const std::string drive = clsINI(program_).Backup_Parts(path, clsINI::kDrive);
+    return drive.substr(0, 2) + path;
+}
+
+}  // namespace vantrel

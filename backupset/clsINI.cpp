@@ -1,0 +1,143 @@
+#include "backupset/clsINI.h"
+
+#include "backupset/clsFiles.h"
+#include "backupset/clsString.h"
+#include "backupset/file_header.h"
+#include "backupset/utf8.h"
+#include "common/error.h"
+#include "common/product.h"
+#include "platform/text_file.h"
+
+namespace vantrel {
+
+// Where a value stands. "Destination" finds the "[DESTINATION]" of the template: section names are
+// matched without regard to case.
+struct clsINI::KeyPlace {
+    const char* section;
+    const char* key;
+    std::string BackupSet::*value;
+};
+
+const clsINI::KeyPlace clsINI::kPlaces[9] = {
+    {"BACKUP SOURCE", "BackupFiles", &BackupSet::BackupFiles},
+    {"BACKUP SOURCE", "BackupSubDirectories", &BackupSet::BackupSubDirectories},
+    {"Destination", "BackupFileName", &BackupSet::BackupFileName},
+    {"Destination", "MultiVolumeBackup", &BackupSet::MultiVolumeBackup},
+    {"Destination", "BackupToDrive", &BackupSet::BackupToDrive},
+    {"Destination", "TimeBackup", &BackupSet::TimeBackup},
+    {"RESTORE SOURCE", "RestoreFromDrive", &BackupSet::RestoreFromDrive},
+    {"RESTORE SOURCE", "RestoreFileName", &BackupSet::RestoreFileName},
+    {"RESTORE DESTINATION", "RestoreDestination", &BackupSet::RestoreDestination},
+};
+
+namespace {
+
+constexpr std::size_t kRootLength = 3;       // characters of "C:\"
+constexpr std::size_t kExtensionLength = 4;  // characters of ".INI"
+constexpr int kInvalidProcedureCall = 5;     // run-time error of a text function
+
+std::string WithoutExtension(const std::string& name) {
+    const std::size_t length = utf8::Length(name);
+    if (length < kExtensionLength) {
+        throw Error(kInvalidProcedureCall, product::kName, "Invalid procedure call or argument");
+    }
+    return utf8::Left(name, length - kExtensionLength);
+}
+
+bool IsSwitch(const std::string& value) { return value == "OFF" || value == "ON"; }
+
+}  // namespace
+
+std::string clsINI::Backup_Parts(const std::string& path, int part) {
+    return Reported("clsINI:Backup_Parts Method", [&]() -> std::string {
+        if (part == kDrive) {
+            const bool has_drive = path != "\\" && utf8::At(path, 1) == ":";
+            return utf8::Left(has_drive ? path : program_.machine.process.ApplicationFolder(),
+                              kRootLength);
+        }
+        const std::size_t last = path.rfind('\\');
+        if (last == 0) return "";
+        const std::size_t split = last == std::string::npos ? 0 : last + 1;
+        if (part == kFolder) return path.substr(0, split);
+        return part == kFile ? path.substr(split) : "";
+    });
+}
+
+void clsINI::Read_INI(const std::string& path) {
+    Reported("clsINI:Read_INI Method", [&] {
+        for (const KeyPlace& place : kPlaces) {
+            set_.*place.value = clsFiles(program_).ReadINI(place.section, place.key, path);
+        }
+    });
+}
+
+void clsINI::ConfirmBackslash(const std::string& path) {
+    Reported("clsINI:ConfirmBackslash Method", [&] {
+        Read_INI(path);
+        set_.BackupToDrive = clsString().Backslash(set_.BackupToDrive);
+        if (!set_.RestoreFromDrive.empty()) {
+            set_.RestoreFromDrive = clsString().Backslash(set_.RestoreFromDrive);
+        }
+        for (const KeyPlace& place : kPlaces) {
+            std::string& value = set_.*place.value;
+            value = program_.machine.code_page.Upper(value);
+            clsFiles(program_).WriteINI(place.section, place.key, value, path);
+        }
+    });
+}
+
+std::string clsINI::Template(const std::string& name) const {
+    auto& machine = program_.machine;
+    const std::string root =
+        machine.code_page.Upper(utf8::Left(machine.process.ApplicationFolder(), kRootLength));
+    std::vector<std::string> lines = FileHeader();
+    lines.insert(lines.end(), {"[BACKUP SOURCE]", "BackupFiles=" + root + "*.*",
+                               "BackupSubDirectories=OFF", "", "[DESTINATION]",
+                               "BackupFileName=" + machine.code_page.Upper(WithoutExtension(name)),
+                               "MultiVolumeBackup=ON", "BackupToDrive=" + root, "TimeBackup=ON", "",
+                               "[RESTORE SOURCE]", "RestoreFromDrive=", "RestoreFileName=", "",
+                               "[RESTORE DESTINATION]", "RestoreDestination="});
+    std::string text;
+    for (const std::string& line : lines) text += line + "\r\n";
+    return text;
+}
+
+void clsINI::Create_INI(const std::string& name) {
+    Reported("clsINI:Create_INI Method", [&] {
+        program_.globals.TextBuffer.clear();
+        program_.globals.TextBuffer = Template(name);
+        const auto bytes = program_.machine.code_page.Encode(program_.globals.TextBuffer);
+        if (!bytes) RaiseError(error_number::kBadFileName);
+        platform::ReplaceWholeFile(program_.machine.files, program_.InApplicationFolder(name),
+                                   *bytes + "\r\n");
+    });
+}
+
+std::string clsINI::Reason() const {
+    std::string reason;
+    if (set_.BackupFiles.empty()) reason = "There are no Files Selected to Backup.";
+    if (!IsSwitch(set_.BackupSubDirectories)) {
+        reason = "BackupSubDirectories does not indicate 'ON' or 'OFF'.";
+    }
+    if (set_.BackupFileName.empty()) reason = "There is no name for the Backup File.";
+    if (!IsSwitch(set_.MultiVolumeBackup)) {
+        reason = "MultiVolumeBackup does not indicate 'ON' or 'OFF'.";
+    }
+    if (set_.BackupToDrive.empty()) reason = "There is no Drive for the Backup File.";
+    if (!IsSwitch(set_.TimeBackup)) reason = "TimeBackup does not indicate 'ON' or 'OFF'.";
+    return reason;
+}
+
+bool clsINI::Validate_OnSave() {
+    return Reported("clsINI:Validate_OnSave Method", [&] {
+        std::string& message = program_.globals.MessageText;
+        message = Reason();
+        if (message.empty()) return true;
+        program_.desktop.Show(
+            {"Unable to Save this file:" + program_.globals.CrLf + "Reason: " + message,
+             forms::Buttons::kOk, forms::Icon::kExclamation, "INI Validation"});
+        return false;
+    });
+}
+
+}  // namespace vantrel

@@ -1,0 +1,173 @@
+#include "log/clsLog.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+
+#include "backupset/clsFiles.h"
+#include "common/error.h"
+#include "common/product.h"
+#include "platform/text_file.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr const char* kLineEnd = "\r\n";
+constexpr std::size_t kStampLength = 20;  // characters of "dd/mm/yyyy hh:nn:ss "
+constexpr int kTypeMismatch = 13;         // run-time error of a text that is no number
+
+std::string Rule() { return std::string(80, '-'); }
+
+std::string Header() {
+    const std::array<std::string, 12> lines = {Rule(),
+                                               "",
+                                               "Vantrel - Backup Utility",
+                                               "",
+                                               product::kNoticeLine,
+                                               "All Rights Reserved",
+                                               "",
+                                               product::kCreditLine,
+                                               "",
+                                               Rule(),
+                                               "Transaction Log",
+                                               Rule()};
+    std::string header;
+    for (const std::string& line : lines) header += line + kLineEnd;
+    return header;
+}
+
+// Ends with its line end. A mode without a reason has neither: the rule that follows then stands on
+// the same line.
+std::string UnloadReason(int mode) {
+    switch (mode) {
+        case 0:
+            return std::string("Close on Control menu.") + kLineEnd;
+        case 1:
+            return std::string("Invoked from code.") + kLineEnd;
+        case 2:
+            return std::string("Windows O/S is ending.") + kLineEnd;
+        case 3:
+            return std::string("Windows Task Manager is ending.") + kLineEnd;
+        case 4:
+            return std::string("Child MDI form is closing.") + kLineEnd;
+        case 5:
+            return std::string("Parent Form is closing.") + kLineEnd;
+        default:
+            return "";
+    }
+}
+
+int UnloadMode(const std::string& text) {
+    std::int16_t mode = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, failure] = std::from_chars(text.data(), end, mode);
+    if (failure == std::errc::result_out_of_range) RaiseError(error_number::kOverflow);
+    if (failure != std::errc() || stop != end) {
+        throw Error(kTypeMismatch, product::kName, "Type mismatch");
+    }
+    return mode;
+}
+
+}  // namespace
+
+void clsLog::WriteToLog(const std::string& kind, bool with_date, const std::string& message) {
+    Reported("clsLog:WriteToLog Method", [&] {
+        LogFile();
+        if (kind == "Backup") {
+            Log_WriteBackup(with_date, message);
+        } else if (kind == "Exit") {
+            Log_WriteOther(UnloadMode(message));
+        } else if (kind == "INI Edit") {
+            Log_WriteINI_Edit(message);
+        } else if (kind == "Startup") {
+            Log_WriteStartup();
+        } else if (kind == "Command Line") {
+            Log_WriteCommandLine();
+        } else if (kind == "PrevInstance") {
+            Log_WritePrevInstance();
+        } else {
+            program_.desktop.Show(
+                {"Hey", forms::Buttons::kOk, forms::Icon::kExclamation, "Select Case Missing"});
+        }
+    });
+}
+
+void clsLog::LogFile() {
+    Reported("clsLog:LogFile Method", [&] {
+        if (program_.machine.clock.Now().day == 1 && Exists()) RollOver();
+        if (!Exists()) Append(Header());
+    });
+}
+
+void clsLog::RollOver() {
+    auto& [process, files, drives, clock, settings, code_page] = program_.machine;
+    const auto log = files.Find(FixedName());
+    if (!log) return;
+    // Month numbers alone are compared: in January the difference is 0, which no month bears, so
+    // December's log goes on growing.
+    if (clock.Now().month - 1 != clock.ToLocal(log->times.modified).month) return;
+    // One step in place of a removal and a rename: a month's log is never without a name.
+    files.Replace(FixedName(), program_.InApplicationFolder("Vantrel.Bak"));
+}
+
+std::string clsLog::Log_WriteDate(bool with_date) {
+    return Reported("clsLog:Log_WriteDate Method", [&] {
+        if (!with_date) return std::string(kStampLength, ' ');
+        const platform::LocalTime now = program_.machine.clock.Now();
+        std::array<char, 80> stamp{};
+        std::snprintf(stamp.data(), stamp.size(), "%02d/%02d/%04d %02d:%02d:%02d ", now.day,
+                      now.month, now.year, now.hour, now.minute, now.second);
+        return std::string(stamp.data());
+    });
+}
+
+void clsLog::Log_WriteBackup(bool with_date, const std::string& message) {
+    Reported("clsLog:Log_WriteBackup Method",
+             [&] { Append(Log_WriteDate(with_date) + message + kLineEnd); });
+}
+
+void clsLog::Log_WriteOther(int unload_mode) {
+    Reported("clsLog:Log_WriteOther Method", [&] {
+        Append(Log_WriteDate(true) + "Application Closed - Unloaded by " +
+               UnloadReason(unload_mode) + Rule() + kLineEnd);
+    });
+}
+
+void clsLog::Log_WriteINI_Edit(const std::string& message) {
+    Reported("clsLog:Log_WriteINI_Edit Method",
+             [&] { Append(Log_WriteDate(true) + message + kLineEnd); });
+}
+
+void clsLog::Log_WriteStartup() {
+    Reported("clsLog:Log_WriteStartup Method", [&] {
+        Append(Log_WriteDate(true) + "Application " + product::VersionText() + " Started" +
+               kLineEnd);
+    });
+}
+
+void clsLog::Log_WriteCommandLine() {
+    Reported("clsLog:Log_WriteCommandLine Method", [&] {
+        const std::string parameter = program_.machine.process.CommandLine();
+        Append(Log_WriteDate(false) +
+               "Command Line Parameter = " + (parameter.empty() ? "Nil" : parameter) + kLineEnd);
+    });
+}
+
+void clsLog::Log_WritePrevInstance() {
+    // Left without a line end: whatever is recorded next continues the line.
+    Reported("clsLog:Log_WritePrevInstance Method",
+             [&] { Append(Log_WriteDate(true) + "Previous Instance Detected - Not Started"); });
+}
+
+void clsLog::Append(const std::string& text) {
+    platform::AppendToFile(program_.machine.files, program_.globals.LogFilePath,
+                           program_.machine.code_page.EncodeLossy(text));
+}
+
+std::string clsLog::FixedName() const { return program_.InApplicationFolder("Vantrel.Log"); }
+
+bool clsLog::Exists() { return clsFiles(program_).Exist(FixedName(), true); }
+
+}  // namespace vantrel

@@ -1,0 +1,50 @@
+#include "system/clsDrives.h"
+
+#include <cstdint>
+#include <limits>
+
+#include "common/error.h"
+
+namespace vantrel {
+
+namespace {
+
+// A product as a signed 32-bit multiplication yields it. Factors that do not fit overflow too.
+std::int32_t Multiply(std::int64_t one, std::int64_t other) {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+    const bool fits = one <= kMost && other <= kMost && (one == 0 || other <= kMost / one);
+    if (!fits) RaiseError(error_number::kOverflow);
+    return static_cast<std::int32_t>(one * other);
+}
+
+bool Listed(int type) {
+    return type >= platform::drive_type::kRemovable && type <= platform::drive_type::kRamDisk;
+}
+
+}  // namespace
+
+bool clsDrives::VerifyDriveType(const std::string& root, int type) {
+    return program_.machine.drives.Type(root) == type;
+}
+
+std::string clsDrives::ShowDrives(int type) {
+    std::string letters;
+    try {
+        for (char letter = 'a'; letter <= 'z'; ++letter) {
+            const int found = program_.machine.drives.Type(std::string(1, letter) + ":\\");
+            if (Listed(found) && found == type) letters += std::string(1, letter) + ": ";
+        }
+    } catch (const Error&) {
+        // The drives found so far are the answer.
+    }
+    letters = program_.machine.code_page.Upper(letters);
+    return letters.empty() ? "Nil" : letters;
+}
+
+double clsDrives::FreeSpace(const std::string& letter) {
+    const platform::DiskSpace space = program_.machine.drives.Space(letter + ":\\");
+    return Multiply(Multiply(space.sectors_per_cluster, space.free_clusters),
+                    space.bytes_per_sector);
+}
+
+}  // namespace vantrel
