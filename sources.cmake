@@ -11,6 +11,7 @@ set(FORMS_SOURCES
     forms/controls.cpp
     forms/drive_list.cpp
     forms/file_list.cpp
+    forms/folder_dialog.cpp
     forms/folder_list.cpp
     forms/folder_path.cpp
     forms/form.cpp
@@ -35,6 +36,8 @@ set(SYSTEM_SOURCES
     system/clsDrives.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
+    backup/Frm_BackupOptions.cpp
+    backup/Frm_BackupWhere.cpp
     backup/component_messages.cpp
     backup/preflight.cpp)
 set(UI_SOURCES
@@ -58,6 +61,12 @@ set(ZIP_TESTS)
 set(BACKUPSET_TESTS)
 set(LOG_TESTS)
 set(SYSTEM_TESTS)
-set(BACKUP_TESTS)
-set(UI_TESTS)
-set(APP_TESTS)
+set(BACKUP_TESTS
+    tests/backup/backup_run_test.cpp
+    tests/backup/dialogs_test.cpp
+    tests/backup/preflight_test.cpp)
+set(UI_TESTS
+    tests/ui/backup_tab_test.cpp
+    tests/ui/main_window_test.cpp)
+set(APP_TESTS
+    tests/app/startup_test.cpp)

@@ -1,6 +1,5 @@
 #include "ui/Frm_Mainmenu.h"
 
-#include "backup/preflight.h"
 #include "backupset/set_files.h"
 #include "log/clsLog.h"
 
@@ -32,7 +31,6 @@ Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
       Menu_Secure_Delete(*this, "Menu_Secure_Delete", "&Delete Protected Item") {
     TAB_Backup.SetTooltip("Select Different Options");
     TAB_Backup.Click = [this](int previous) { TAB_Backup_Click(previous); };
-    Backup.Cmd_Backup.Click = [this] { Cmd_Backup_Click(); };
     Backup.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
     Restore.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
     Menu_File_Exit.Click = [this] { Menu_File_Exit_Click(); };
@@ -77,11 +75,6 @@ void Frm_Mainmenu::Form_QueryUnload(forms::UnloadMode mode) {
     if (program().Unattended()) return;
     program().machine.settings.Write(kSection, kKey,
                                      Backup.Cmb_BackupSet.Item(Backup.Cmb_BackupSet.Index()));
-}
-
-void Frm_Mainmenu::Cmd_Backup_Click() {
-    vantrel::Cmd_Backup_Click(
-        program(), {Backup.Cmb_BackupSet, Backup.Fld_BackupWhere, Backup.Dir_DirList});
 }
 
 void Frm_Mainmenu::Cmd_Exit_Click() { Menu_File_Exit_Click(); }

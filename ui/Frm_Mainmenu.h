@@ -33,7 +33,6 @@ class Frm_Mainmenu : public forms::Form {
     void Form_Activate() override;
     void Form_QueryUnload(forms::UnloadMode mode) override;
 
-    void Cmd_Backup_Click();
     void Cmd_Exit_Click();
     void Menu_File_Exit_Click();
     void TAB_Backup_Click(int previous);

@@ -1,5 +1,8 @@
 #include "ui/backup_tab.h"
 
+#include "backup/Frm_BackupOptions.h"
+#include "backup/Frm_BackupWhere.h"
+#include "backup/preflight.h"
 #include "backupset/clsFiles.h"
 #include "backupset/clsString.h"
 #include "log/show_error.h"
@@ -68,6 +71,35 @@ BackupTab::BackupTab(forms::Form& window)
     Dri_DriveList.Change = [this] { Dri_DriveList_Change(); };
     Dir_DirList.Change = [this] { Dir_DirList_Change(); };
     Cmd_Change.Click = [this] { Cmd_Change_Click(); };
+    Cmd_Backup.Click = [this] { Cmd_Backup_Click(); };
+    Cmd_Navigate.Click = [this] { Cmd_Navigate_Click(); };
+    for (auto& button : Cmd_Options) button.Click = [this] { Cmd_Options_Click(); };
+}
+
+BackupControls BackupTab::Shown() {
+    return {Cmb_BackupSet,      Dir_DirList,     Lbl_FilestoBackup,
+            Lbl_BackupFileName, Fld_BackupWhere, Fld_BackupOptions};
+}
+
+void BackupTab::Cmd_Backup_Click() { vantrel::Cmd_Backup_Click(window_.program(), Shown()); }
+
+bool BackupTab::SetSelected(const std::string& request) {
+    if (!Cmb_BackupSet.Text().empty()) return true;
+    window_.program().desktop.Show(
+        {.text = request, .icon = Icon::kInformation, .title = "Backup"});
+    return false;
+}
+
+void BackupTab::Cmd_Navigate_Click() {
+    if (!SetSelected("Please select a Backup Configuration.")) return;
+    Frm_BackupWhere dialog(window_.program(), Shown());
+    window_.program().desktop.ShowModal(dialog);
+}
+
+void BackupTab::Cmd_Options_Click() {
+    if (!SetSelected("Please select a Backup Configuration first.")) return;
+    Frm_BackupOptions dialog(window_.program(), Shown());
+    window_.program().desktop.ShowModal(dialog);
 }
 
 std::string BackupTab::SetPath() const {

@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "backup/backup_controls.h"
 #include "backupset/clsINI.h"
 #include "forms/controls.h"
 #include "forms/file_lists.h"
@@ -42,7 +43,10 @@ class BackupTab {
     void Cmb_BackupSet_Click();
     void Dri_DriveList_Change();
     void Dir_DirList_Change();
+    void Cmd_Backup_Click();
     void Cmd_Change_Click();
+    void Cmd_Navigate_Click();
+    void Cmd_Options_Click();
 
     void SetEditMode(bool editable);
     // Both lists to the root of the application's drive, touching no set file.
@@ -67,6 +71,8 @@ class BackupTab {
     bool FitsCodePage(const std::string& path);
     void RefuseFolder();
     std::string SetPath() const;
+    BackupControls Shown();
+    bool SetSelected(const std::string& request);
 
     forms::Form& window_;
     Moves moves_ = Moves::kChosen;

@@ -30,6 +30,8 @@ class ScriptedDesktop : public forms::Desktop {
     std::vector<std::string> happened;  // "load Frm_Backup", "show ...", "activate ...", "unload ..."
     forms::Pointer pointer = forms::Pointer::kDefault;
     int do_events_calls = 0;
+    // The window that was loaded last and is still there.
+    forms::Form* Front() const { return loaded_.empty() ? nullptr : loaded_.back(); }
 
     forms::Answer Show(const forms::Box& box) override;
     std::string Input(const std::string& prompt, const std::string& title,

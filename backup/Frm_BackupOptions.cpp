@@ -1,0 +1,116 @@
+#include "backup/Frm_BackupOptions.h"
+
+#include "backupset/clsFiles.h"
+#include "system/clsDrives.h"
+
+namespace vantrel {
+
+namespace {
+std::string OnOff(const forms::CheckBox& box) { return box.Checked() ? "ON" : "OFF"; }
+}  // namespace
+
+Frm_BackupOptions::Frm_BackupOptions(forms::Program& program, const BackupControls& main_window)
+    : Form(program, "Frm_BackupOptions"),
+      Fra_Options(*this, "Fra_Options"),
+      Chk_TimeBackup(*this, "Chk_TimeBackup", "Time Backup"),
+      Chk_MultiVolumeBackup(*this, "Chk_MultiVolumeBackup", "Multi Volume Backup"),
+      Chk_BackupSubDirectories(*this, "Chk_BackupSubDirectories", "Backup Sub Directories"),
+      Lbl_BackupFiles(*this, "Lbl_BackupFiles", "Backup Files"),
+      Fld_BackupFile(*this, "Fld_BackupFile"),
+      Lbl_BackupFileName(*this, "Lbl_BackupFileName", "Backup File Name"),
+      Fld_BackupFileName(*this, "Fld_BackupFileName"),
+      Cmd_Ok(*this, "Cmd_Ok", "OK"),
+      Cmd_Cancel(*this, "Cmd_Cancel", "Cancel"),
+      main_(main_window),
+      set_(program) {
+    SetCaption("Backup Options");
+    Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
+    Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
+}
+
+std::string Frm_BackupOptions::SetPath() const {
+    return program().InApplicationFolder(main_.Cmb_BackupSet.Text());
+}
+
+void Frm_BackupOptions::Form_Load() {
+    set_.Read_INI(SetPath());
+    Chk_TimeBackup.SetChecked(set_.TimeBackup() == "ON");
+    Chk_MultiVolumeBackup.SetChecked(set_.MultiVolumeBackup() == "ON");
+    Chk_BackupSubDirectories.SetChecked(set_.BackupSubDirectories() == "ON");
+    Fld_BackupFile.SetText(set_.Backup_Parts(set_.BackupFiles(), clsINI::kFile));
+    Fld_BackupFileName.SetText(set_.BackupFileName());
+}
+
+void Frm_BackupOptions::Cmd_Ok_Click() {
+    if (Refused()) return;
+    if (Fld_BackupFile.Text().empty()) Fld_BackupFile.SetText("*.*");
+    TakeValues();
+    WriteKeys();
+    ShowInMainWindow();
+    program().desktop.Unload(*this);
+}
+
+void Frm_BackupOptions::Tell(const std::string& text) {
+    program().globals.MessageText = text;
+    program().desktop.Show({.text = text, .icon = forms::Icon::kExclamation, .title = "Backup"});
+}
+
+// The destination that counts is the one that the main window shows, not the one in the file. The
+// list under the last heading is that of the removable drives: those where such a set is accepted.
+bool Frm_BackupOptions::Refused() {
+    if (Fld_BackupFileName.Text().empty()) {
+        Tell("Unable to Save as no Backup Name has been entered.");
+        return true;
+    }
+    if (!TextFits(Fld_BackupFileName.Text()) || !TextFits(Fld_BackupFile.Text())) return true;
+    const std::string root = main_.Fld_BackupWhere.Caption().substr(0, 3);
+    clsDrives drives(program());
+    if (!Chk_MultiVolumeBackup.Checked() ||
+        drives.VerifyDriveType(root, platform::drive_type::kRemovable)) {
+        return false;
+    }
+    const std::string& line = program().globals.CrLf;
+    Tell("Unable to Save as you have selected the Multi Volume "
+         "flag on a Non-Removable Drive." +
+         line + line + "The Non-Removable Drives on this machine are;" + line +
+         drives.ShowDrives(platform::drive_type::kRemovable));
+    return true;
+}
+
+bool Frm_BackupOptions::TextFits(const std::string& text) {
+    if (program().machine.code_page.Encode(text)) return true;
+    Tell("Unable to Save as " + text + " holds characters that a Backup Set cannot store.");
+    return false;
+}
+
+void Frm_BackupOptions::TakeValues() {
+    auto& code_page = program().machine.code_page;
+    set_.TimeBackup(OnOff(Chk_TimeBackup));
+    set_.MultiVolumeBackup(OnOff(Chk_MultiVolumeBackup));
+    set_.BackupSubDirectories(OnOff(Chk_BackupSubDirectories));
+    set_.BackupFiles(set_.Backup_Parts(set_.BackupFiles(), clsINI::kFolder));
+    set_.BackupFiles(code_page.Upper(set_.BackupFiles() + Fld_BackupFile.Text()));
+    set_.BackupFileName(code_page.Upper(Fld_BackupFileName.Text()));
+}
+
+void Frm_BackupOptions::WriteKeys() {
+    clsFiles files(program());
+    const std::string path = SetPath();
+    files.WriteINI("BACKUP SOURCE", "BackupFiles", set_.BackupFiles(), path);
+    files.WriteINI("BACKUP SOURCE", "BackupSubDirectories", set_.BackupSubDirectories(), path);
+    files.WriteINI("Destination", "BackupFileName", set_.BackupFileName(), path);
+    files.WriteINI("Destination", "MultiVolumeBackup", set_.MultiVolumeBackup(), path);
+    files.WriteINI("Destination", "TimeBackup", set_.TimeBackup(), path);
+}
+
+void Frm_BackupOptions::ShowInMainWindow() {
+    main_.Fld_BackupOptions.SetCaption("SubDir=" + set_.BackupSubDirectories() +
+                                       ", MultiVolume=" + set_.MultiVolumeBackup() +
+                                       ", Time=" + set_.TimeBackup());
+    main_.Lbl_FilestoBackup.SetCaption(set_.Backup_Parts(set_.BackupFiles(), clsINI::kFile));
+    main_.Lbl_BackupFileName.SetCaption(set_.BackupFileName());
+}
+
+void Frm_BackupOptions::Cmd_Cancel_Click() { program().desktop.Unload(*this); }
+
+}  // namespace vantrel

@@ -1,0 +1,43 @@
+// The dialog for the switches, the file mask and the archive name of the selected set.
+#pragma once
+
+#include "backup/backup_controls.h"
+#include "backupset/clsINI.h"
+#include "forms/controls.h"
+#include "forms/form.h"
+
+namespace vantrel {
+
+class Frm_BackupOptions : public forms::Form {
+  public:
+    Frm_BackupOptions(forms::Program& program, const BackupControls& main_window);
+
+    forms::Frame Fra_Options;
+    forms::CheckBox Chk_TimeBackup;
+    forms::CheckBox Chk_MultiVolumeBackup;
+    forms::CheckBox Chk_BackupSubDirectories;
+    forms::Label Lbl_BackupFiles;
+    forms::TextBox Fld_BackupFile;
+    forms::Label Lbl_BackupFileName;
+    forms::TextBox Fld_BackupFileName;
+    forms::Button Cmd_Ok;
+    forms::Button Cmd_Cancel;
+
+    void Form_Load() override;
+    void Cmd_Ok_Click();
+    void Cmd_Cancel_Click();
+
+  private:
+    bool Refused();
+    bool TextFits(const std::string& text);
+    void TakeValues();
+    void WriteKeys();
+    void ShowInMainWindow();
+    void Tell(const std::string& text);
+    std::string SetPath() const;
+
+    BackupControls main_;
+    clsINI set_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,19 @@
+// What the backup room needs of the main window: the controls that show the selected set.
+#pragma once
+
+#include "forms/controls.h"
+#include "forms/file_lists.h"
+#include "forms/lists.h"
+
+namespace vantrel {
+
+struct BackupControls {
+    forms::ComboBox& Cmb_BackupSet;
+    forms::FolderList& Dir_DirList;
+    forms::Label& Lbl_FilestoBackup;
+    forms::Label& Lbl_BackupFileName;
+    forms::Label& Fld_BackupWhere;
+    forms::Label& Fld_BackupOptions;
+};
+
+}  // namespace vantrel

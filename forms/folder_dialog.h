@@ -1,0 +1,43 @@
+// The dialog in which a folder is chosen: drives, folders of the chosen drive, a new folder. The
+// backup and the restore destination dialogs are this one with other words and another OK.
+#pragma once
+
+#include <string>
+
+#include "forms/controls.h"
+#include "forms/file_lists.h"
+#include "forms/form.h"
+
+namespace vantrel::forms {
+
+class FolderDialog : public Form {
+  public:
+    DriveList Dri_DriveList;
+    FolderList Dir_DirList;
+    Button Cmd_NewFolder;
+    Button Cmd_Ok;
+    Button Cmd_Cancel;
+
+    void Form_Load() override;
+    void Dri_DriveList_Change();
+    void Cmd_NewFolder_Click();
+    virtual void Cmd_Ok_Click() = 0;
+    void Cmd_Cancel_Click();
+
+  protected:
+    // `missing_title` heads the box that tells of a destination that is not there.
+    FolderDialog(Program& program, std::string name, const std::string& caption,
+                 std::string missing_title);
+    // The destination chosen so far, "" for none.
+    virtual std::string Destination() const = 0;
+    // Whether that folder is there, by the program's own test.
+    virtual bool FolderExists(const std::string& folder) const = 0;
+    // False, with a message, when the data files' code page cannot hold the chosen folder.
+    bool ChosenFolderFits();
+
+  private:
+    std::string ApplicationDrive() const;
+    std::string missing_title_;
+};
+
+}  // namespace vantrel::forms

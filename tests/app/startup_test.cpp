@@ -1,0 +1,205 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/application.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class StartUp : public ProgramFixture {
+  protected:
+    StartUp() { MakeSourceAndDestination(); }
+    void Start() {
+        application = std::make_unique<Application>(machine.machine(), desktop);
+        application->Main();
+    }
+    std::string Log() { return machine.Content("C:\\Vantrel\\Vantrel.Log"); }
+    static std::string Dashes() { return std::string(60, '-'); }
+    std::vector<std::string> UnattendedRecords(const std::vector<std::string>& between) {
+        std::vector<std::string> records = {
+            "Application 3.0.6 Started",
+            "Command Line Parameter = " + machine.process.command_line};
+        records.insert(records.end(), between.begin(), between.end());
+        records.push_back("Application Closed - Unloaded by Invoked from code.");
+        records.push_back(Dashes());
+        return records;
+    }
+    std::unique_ptr<Application> application;
+};
+
+TEST_F(StartUp, GlobalsAreSetBeforeAnythingElse) {
+    machine.process.base_name = "MyBackup";
+    Start();
+    const auto& globals = application->program().globals;
+    EXPECT_EQ(globals.LogFilePath, "C:\\Vantrel\\MyBackup.Log");
+    EXPECT_EQ(globals.CrLf, "\r\n");
+}
+
+TEST_F(StartUp, WithoutParameterWritesStartupThenNilBeforeTheMainWindowShows) {
+    desktop.on_events.clear();
+    Start();
+    EXPECT_THAT(LogRecords(),
+                ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil"));
+    EXPECT_THAT(desktop.happened,
+                ElementsAre("load Frm_Splash", "show Frm_Splash", "activate Frm_Splash",
+                            "load Frm_Mainmenu", "show Frm_Mainmenu", "unload Frm_Splash"));
+    EXPECT_TRUE(application->main_window().Loaded());
+    EXPECT_EQ(application->ExitCode(), 0);
+}
+
+TEST_F(StartUp, NeverSetsThePointerBack) {
+    Start();
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kHourglass);
+}
+
+TEST_F(StartUp, LogOverTheLimitIsTrimmedWithItsNoteAfterTheStartRecords) {
+    std::string log;
+    for (int i = 0; i < 12; ++i) log += "header\r\n";
+    while (log.size() < 60000) log += "20 characters of time old record\r\n";
+    machine.PutFile("C:\\Vantrel\\Vantrel.Log", log);
+    Start();
+    EXPECT_LT(Log().size(), 52000u);
+    EXPECT_THAT(Log(), HasSubstr("Log File Truncated from 60K to about 52K"));
+}
+
+TEST_F(StartUp, SecondCopyWritesOneRecordAndNothingElse) {
+    machine.process.previous_instance = true;
+    Start();
+    EXPECT_THAT(LogRecords(), ElementsAre("Previous Instance Detected - Not Started"));
+    EXPECT_FALSE(application->main_window().Loaded());
+    EXPECT_EQ(desktop.happened.back(), "unload Frm_Splash");
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(StartUp, PreviousInstanceIsAskedTwice) {
+    machine.process.previous_instance = true;
+    Start();
+    EXPECT_EQ(machine.process.previous_instance_questions, 2);
+}
+
+TEST_F(StartUp, SecondUnattendedCopyExitsWithFive) {
+    machine.process.previous_instance = true;
+    Unattended("DAILY.INI");
+    Start();
+    EXPECT_EQ(application->ExitCode(), 5);
+}
+
+TEST_F(StartUp, MissingSetIsToldInTheLogOnly) {
+    Unattended("GONE.INI");
+    Start();
+    EXPECT_THAT(LogRecords(),
+                ::testing::ElementsAreArray(UnattendedRecords(
+                    {"Unable to Start Backup - File GONE.INI does not exist."})));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(application->ExitCode(), 4);
+    EXPECT_FALSE(application->main_window().Loaded());
+}
+
+TEST_F(StartUp, CommandLineOfBlanksIsLookedUpAsAName) {
+    Unattended("  ");
+    Start();
+    EXPECT_THAT(LogRecords()[2], "Unable to Start Backup - File    does not exist.");
+    EXPECT_EQ(application->ExitCode(), 4);
+}
+
+TEST_F(StartUp, QuotesAroundTheNameAreNotRemoved) {
+    PutSet("DAILY.INI", {});
+    Unattended("\"DAILY.INI\"");
+    Start();
+    EXPECT_THAT(LogRecords()[2], "Unable to Start Backup - File \"DAILY.INI\" does not exist.");
+    EXPECT_EQ(application->ExitCode(), 4);
+}
+
+TEST_F(StartUp, NameInOtherLetterCaseIsFoundAndLoggedAsListed) {
+    PutSet("Daily.ini", {});
+    Unattended("DAILY.INI");
+    Start();
+    EXPECT_THAT(LogRecords(), ::testing::ElementsAreArray(UnattendedRecords(
+                                  {"Starting Backup Daily.ini",
+                                   "Creating Backup File C:\\Backups\\WEEKLY.zip",
+                                   "Finished Backup Daily.ini", "Successful Backup"})));
+    EXPECT_EQ(application->ExitCode(), 0);
+    EXPECT_TRUE(machine.Exists("C:\\Backups\\WEEKLY.zip"));
+}
+
+TEST_F(StartUp, UnattendedRunEndsWithNoWindowLeft) {
+    PutSet("DAILY.INI", {});
+    Unattended("DAILY.INI");
+    Start();
+    EXPECT_EQ(desktop.Front(), nullptr);
+}
+
+TEST_F(StartUp, RefusedUnattendedRunEndsTheSameWay) {
+    PutSet("DAILY.INI", {.to_drive = "C:\\Gone\\"});
+    Unattended("DAILY.INI");
+    Start();
+    EXPECT_THAT(LogRecords(), ::testing::ElementsAreArray(UnattendedRecords(
+                                  {"Starting Backup DAILY.INI", "Finished Backup DAILY.INI",
+                                   "Backup Failed - Unable to locate C:\\Gone\\"})));
+    EXPECT_EQ(application->ExitCode(), 2);
+}
+
+TEST_F(StartUp, ExistingFileThatIsNoSetIsARunTimeError) {
+    machine.PutFile("C:\\Vantrel\\notes.txt", "");
+    Unattended("notes.txt");
+    try {
+        Start();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kTextReadOnly);
+    }
+}
+
+TEST_F(StartUp, UntrappedErrorAttendedIsTheStandardBoxAndEndsTheProgram) {
+    Start();
+    try {
+        application->EndByError(Error(53, "Vantrel", "File not found"));
+    } catch (const ProgramEnded&) {
+    }
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Run-time error '53':\r\n\r\nFile not found");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
+    EXPECT_EQ(desktop.boxes[0].title, "");
+    EXPECT_EQ(machine.settings.writes, 0);
+    EXPECT_THAT(LogRecords(),
+                ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil"));
+}
+
+TEST_F(StartUp, UntrappedErrorUnattendedIsAnUndatedLogLineAndExitCodeTwo) {
+    Unattended("DAILY.INI");
+    application = std::make_unique<Application>(machine.machine(), desktop);
+    application->program().globals = program.globals;
+    int code = 0;
+    try {
+        application->EndByError(Error(6, "Vantrel", "Overflow"));
+    } catch (const ProgramEnded& end) {
+        code = end.exit_code;
+    }
+    EXPECT_EQ(code, 2);
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_THAT(Log(), HasSubstr("\r\n                    Run-time error '6': Overflow\r\n"));
+}
+
+TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {
+    struct Broken : TestProcess {
+        bool PreviousInstance() override { RaiseError(error_number::kDeviceIo); }
+    } broken;
+    platform::Machine broken_machine{broken,          machine.files(),    machine.drives,
+                                     machine.clock,   machine.settings,   machine.code_page()};
+    Application starting(broken_machine, desktop);
+    try {
+        starting.Main();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
+        EXPECT_EQ(error.number(), -2147211505);
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test

@@ -1,0 +1,281 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "backup/Frm_BackupOptions.h"
+#include "backup/Frm_BackupWhere.h"
+#include "common/error.h"
+#include "tests/backup/selected_set.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::IsEmpty;
+
+class DialogTest : public ProgramFixture {
+  protected:
+    DialogTest() { MakeSourceAndDestination(); }
+    void Select(const SetValues& set) {
+        PutSet("WEEKLY.INI", set);
+        window.Cmb_BackupSet.Add("WEEKLY.INI");
+        window.Cmb_BackupSet.SetText("WEEKLY.INI");
+        window.Fld_BackupWhere.SetCaption(set.to_drive);
+    }
+    clsINI Stored() {
+        clsINI set(program);
+        set.Read_INI("C:\\Vantrel\\WEEKLY.INI");
+        return set;
+    }
+    void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {
+        ASSERT_EQ(desktop.boxes.size(), 1u);
+        EXPECT_EQ(desktop.boxes[0].text, text);
+        EXPECT_EQ(desktop.boxes[0].icon, icon);
+        EXPECT_EQ(desktop.boxes[0].title, title);
+    }
+    SelectedSet window{program};
+};
+
+class DestinationDialog : public DialogTest {
+  protected:
+    Frm_BackupWhere& Open() {
+        dialog = std::make_unique<Frm_BackupWhere>(program, window.Controls());
+        desktop.Load(*dialog);
+        return *dialog;
+    }
+    std::unique_ptr<Frm_BackupWhere> dialog;
+};
+
+TEST_F(DestinationDialog, OpensAtTheDestinationShown) {
+    Select({});
+    Open();
+    EXPECT_EQ(dialog->Caption(), "Backup to Where?");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Backups");
+}
+
+TEST_F(DestinationDialog, OpensAtTheApplicationFolderWithoutADestination) {
+    Open();
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Vantrel");
+}
+
+TEST_F(DestinationDialog, VanishedDestinationIsToldAndTheDriveFallsBack) {
+    Select({.to_drive = "C:\\Gone\\"});
+    Open();
+    ExpectBox("Unable to find C:\\Gone\\\r\nPlease select an available path.",
+              forms::Icon::kExclamation, "Backup Where");
+    EXPECT_EQ(dialog->Dri_DriveList.Drive().substr(0, 2), "c:");
+}
+
+TEST_F(DestinationDialog, OkStoresUpperCaseWithBackslashAndShowsThePathAsItStands) {
+    Select({.to_drive = "C:\\"});
+    Open();
+    dialog->Dir_DirList.SetPath("C:\\Backups");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(Stored().BackupToDrive(), "C:\\BACKUPS\\");
+    EXPECT_EQ(window.Fld_BackupWhere.Caption(), "C:\\Backups");
+    EXPECT_FALSE(dialog->Loaded());
+}
+
+TEST_F(DestinationDialog, OkKeepsTheSectionSpellingInTheFile) {
+    Select({});
+    Open();
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.to_drive = "C:\\BACKUPS\\"}));
+}
+
+TEST_F(DestinationDialog, CancelLeavesFileAndMainWindowUnchanged) {
+    Select({});
+    Open();
+    dialog->Dir_DirList.SetPath("C:\\Data");
+    dialog->Cmd_Cancel.UserPress();
+    EXPECT_FALSE(dialog->Loaded());
+    EXPECT_EQ(window.Fld_BackupWhere.Caption(), "C:\\Backups\\");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+}
+
+TEST_F(DestinationDialog, NewFolderAtARootIsMadeInIt) {
+    Select({.to_drive = "C:\\"});
+    Open();
+    desktop.inputs = {"Archive"};
+    dialog->Cmd_NewFolder.UserPress();
+    EXPECT_TRUE(machine.Exists("C:\\Archive"));
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Archive");
+}
+
+TEST_F(DestinationDialog, NewFolderInsideAFolderIsMadeBesideItWithBothNamesJoined) {
+    Select({.to_drive = "C:\\Data"});
+    Open();
+    desktop.inputs = {"Archive"};
+    dialog->Cmd_NewFolder.UserPress();
+    EXPECT_TRUE(machine.Exists("C:\\DataArchive"));
+    EXPECT_FALSE(machine.Exists("C:\\Data\\Archive"));
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\DataArchive");
+}
+
+TEST_F(DestinationDialog, EmptyNewFolderNameCreatesNothing) {
+    Select({});
+    Open();
+    const auto before = machine.Names("C:\\");
+    desktop.inputs = {""};
+    dialog->Cmd_NewFolder.UserPress();
+    EXPECT_EQ(machine.Names("C:\\"), before);
+}
+
+TEST_F(DestinationDialog, NewFolderThatExistsIsNotTrapped) {
+    Select({.to_drive = "C:\\"});
+    Open();
+    desktop.inputs = {"Data"};
+    try {
+        dialog->Cmd_NewFolder.UserPress();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kPathFileAccess);
+    }
+}
+
+TEST_F(DestinationDialog, UnreachableDriveIsToldAndTheApplicationsDriveComesBack) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    Select({});
+    Open();
+    const auto& entries = dialog->Dri_DriveList.Entries();
+    const auto floppy = std::find(entries.begin(), entries.end(), "a:");
+    ASSERT_NE(floppy, entries.end());
+    dialog->Dri_DriveList.UserChoose(static_cast<int>(floppy - entries.begin()));
+    ExpectBox("Unable to connect to a:", forms::Icon::kInformation, "Backup");
+    EXPECT_EQ(dialog->Dri_DriveList.Drive().substr(0, 2), "c:");
+}
+
+TEST_F(DestinationDialog, ChangingTheDriveMovesTheFolderListToItsRoot) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    Select({});
+    Open();
+    dialog->Dri_DriveList.SetDrive("d:");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "D:\\");
+}
+
+TEST_F(DestinationDialog, FolderThatTheCodePageCannotHoldIsRefused) {
+    const std::string folder = "C:\\\xE6\x96\x87";
+    machine.MakeFolders(folder);
+    Select({});
+    Open();
+    dialog->Dir_DirList.SetPath(folder);
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_TRUE(dialog->Loaded());
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+}
+
+class OptionsDialog : public DialogTest {
+  protected:
+    Frm_BackupOptions& Open() {
+        dialog = std::make_unique<Frm_BackupOptions>(program, window.Controls());
+        desktop.Load(*dialog);
+        return *dialog;
+    }
+    std::unique_ptr<Frm_BackupOptions> dialog;
+};
+
+TEST_F(OptionsDialog, ShowsTheSet) {
+    Select({.files = "C:\\Data\\*.DOC", .sub_directories = "OFF", .time = "ON"});
+    Open();
+    EXPECT_EQ(dialog->Caption(), "Backup Options");
+    EXPECT_TRUE(dialog->Chk_TimeBackup.Checked());
+    EXPECT_FALSE(dialog->Chk_MultiVolumeBackup.Checked());
+    EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
+    EXPECT_EQ(dialog->Fld_BackupFile.Text(), "*.DOC");
+    EXPECT_EQ(dialog->Fld_BackupFileName.Text(), "WEEKLY");
+}
+
+TEST_F(OptionsDialog, SwitchIsCheckedForExactlyOnOnly) {
+    Select({.sub_directories = "on", .time = "YES"});
+    Open();
+    EXPECT_FALSE(dialog->Chk_TimeBackup.Checked());
+    EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
+}
+
+TEST_F(OptionsDialog, OkWritesFiveKeysInUpperCaseAndRefreshesTheMainWindow) {
+    Select({});
+    Open();
+    dialog->Chk_TimeBackup.SetChecked(true);
+    dialog->Chk_BackupSubDirectories.SetChecked(false);
+    dialog->Fld_BackupFile.SetText("*.doc");
+    dialog->Fld_BackupFileName.SetText("weekly two");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"),
+              SetText({.files = "C:\\DATA\\*.DOC",
+                       .sub_directories = "OFF",
+                       .name = "WEEKLY TWO",
+                       .time = "ON"}));
+    EXPECT_EQ(window.Fld_BackupOptions.Caption(), "SubDir=OFF, MultiVolume=OFF, Time=ON");
+    EXPECT_EQ(window.Lbl_FilestoBackup.Caption(), "*.DOC");
+    EXPECT_EQ(window.Lbl_BackupFileName.Caption(), "WEEKLY TWO");
+    EXPECT_FALSE(dialog->Loaded());
+}
+
+TEST_F(OptionsDialog, EmptyMaskIsSavedAsAllFiles) {
+    Select({.files = "C:\\Data\\*.DOC"});
+    Open();
+    dialog->Fld_BackupFile.SetText("");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(Stored().BackupFiles(), "C:\\DATA\\*.*");
+}
+
+TEST_F(OptionsDialog, EmptyNameIsRefusedBeforeTheDriveIsLookedAt) {
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    dialog->Fld_BackupFileName.SetText("");
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox("Unable to Save as no Backup Name has been entered.", forms::Icon::kExclamation,
+              "Backup");
+    EXPECT_TRUE(dialog->Loaded());
+}
+
+TEST_F(OptionsDialog, MultiVolumeOnAFixedDiskListsTheRemovableDrivesUnderTheOtherHeading) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox(
+        "Unable to Save as you have selected the Multi Volume flag on a Non-Removable Drive."
+        "\r\n\r\nThe Non-Removable Drives on this machine are;\r\nA: ",
+        forms::Icon::kExclamation, "Backup");
+    EXPECT_TRUE(dialog->Loaded());
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+}
+
+TEST_F(OptionsDialog, MultiVolumeRefusalSaysNilWithoutARemovableDrive) {
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    dialog->Cmd_Ok.UserPress();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(desktop.boxes[0].text, ::testing::EndsWith("are;\r\nNil"));
+}
+
+TEST_F(OptionsDialog, MultiVolumeLooksAtTheDestinationShownNotAtTheFile) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    Select({});
+    window.Fld_BackupWhere.SetCaption("A:\\Sets\\");
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(Stored().MultiVolumeBackup(), "ON");
+}
+
+TEST_F(OptionsDialog, CancelLeavesFileAndMainWindowUnchanged) {
+    Select({});
+    window.Fld_BackupOptions.SetCaption("as before");
+    Open();
+    dialog->Chk_TimeBackup.SetChecked(true);
+    dialog->Cmd_Cancel.UserPress();
+    EXPECT_FALSE(dialog->Loaded());
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+    EXPECT_EQ(window.Fld_BackupOptions.Caption(), "as before");
+}
+
+}  // namespace
+}  // namespace vantrel::test

@@ -1,0 +1,251 @@
+#include "backup/preflight.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/error.h"
+#include "tests/backup/selected_set.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr std::uint32_t kSectors = 1;
+constexpr std::uint32_t kBytes = 1;
+
+class Preflight : public ProgramFixture {
+  protected:
+    Preflight() { MakeSourceAndDestination(); }
+
+    void Select(const SetValues& set) {
+        PutSet("WEEKLY.INI", set);
+        window.Cmb_BackupSet.Add("WEEKLY.INI");
+        window.Cmb_BackupSet.SetText("WEEKLY.INI");
+        window.Fld_BackupWhere.SetCaption(set.to_drive);
+        window.Dir_DirList.SetPath("C:\\Data");
+    }
+    void Press() { Cmd_Backup_Click(program, window.Controls()); }
+    void FreeOn(char letter, std::uint32_t bytes) {
+        machine.drives.drives[letter].space = {kSectors, kBytes, bytes, bytes};
+    }
+    // The user's press of OK in the window that is in front.
+    void PressOk() {
+        auto* ok = dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"));
+        ASSERT_TRUE(ok->Visible());
+        ok->UserPress();
+    }
+    bool BackupWindowShown() const {
+        for (const auto& event : desktop.happened) {
+            if (event == "load Frm_Backup") return true;
+        }
+        return false;
+    }
+    void ExpectRefusedUnattended(const std::string& reason) {
+        EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
+                                              "Finished Backup WEEKLY.INI", reason));
+        EXPECT_THAT(desktop.boxes, IsEmpty());
+        EXPECT_FALSE(BackupWindowShown());
+        EXPECT_EQ(program.exit_code, forms::exit_code::kFailed);
+    }
+    void ExpectOneBox(const std::string& text, forms::Icon icon) {
+        ASSERT_EQ(desktop.boxes.size(), 1u);
+        EXPECT_EQ(desktop.boxes[0].text, text);
+        EXPECT_EQ(desktop.boxes[0].icon, icon);
+        EXPECT_EQ(desktop.boxes[0].title, "Backup");
+        EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kOk);
+        EXPECT_FALSE(machine.Exists("C:\\Vantrel\\Vantrel.Log"));
+        EXPECT_FALSE(BackupWindowShown());
+    }
+
+    SelectedSet window{program};
+};
+
+TEST_F(Preflight, AttendedEmptySelectionShowsTwoLinesAndNothingElse) {
+    window.Fld_BackupWhere.SetCaption("Q:\\nowhere\\");
+    Press();
+    ExpectOneBox("Nothing has been selected to Backup.\r\nPlease enter a valid Backup Set.",
+                 forms::Icon::kExclamation);
+}
+
+TEST_F(Preflight, AttendedMissingDestinationIsNamedAsShown) {
+    Select({.to_drive = "C:\\Gone\\"});
+    window.Fld_BackupWhere.SetCaption("C:\\Gone\\as Shown\\");
+    Press();
+    ExpectOneBox(
+        "Unable to continue with the Backup as C:\\Gone\\as Shown\\ does not appear to exist.",
+        forms::Icon::kExclamation);
+}
+
+TEST_F(Preflight, AttendedMissingSourceIsTheFolderListsPath) {
+    machine.MakeFolders("C:\\Brief");
+    Select({});
+    window.Dir_DirList.SetPath("C:\\Brief");
+    machine.files().RemoveFolder("C:\\Brief");
+    Press();
+    ExpectOneBox("Unable to continue with the Backup as C:\\Brief does not appear to exist.",
+                 forms::Icon::kExclamation);
+}
+
+TEST_F(Preflight, AttendedSingleVolumeOntoRemovableDriveIsRefused) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    Select({.to_drive = "A:\\"});
+    Press();
+    ExpectOneBox(
+        "Unable to continue as the Multi-Volume Flag is set to OFF and a Backup File is about to "
+        "be created on a Removable Drive",
+        forms::Icon::kInformation);
+}
+
+TEST_F(Preflight, AttendedMultiVolumeOntoFixedDiskIsRefusedWithoutAsking) {
+    Select({.multi_volume = "ON"});
+    Press();
+    ExpectOneBox(
+        "Unable to continue as the Multi-Volume Flag is set to ON and a Backup File is about to "
+        "be created on a Non-Removable Drive",
+        forms::Icon::kInformation);
+}
+
+TEST_F(Preflight, AttendedSingleVolumeOntoCdRomIsNotRefusedButAsked) {
+    machine.AddDrive('D', platform::drive_type::kCdRom);
+    Select({.to_drive = "D:\\"});
+    desktop.answers = {forms::Answer::kNo};
+    Press();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Are you sure that you wish to start the backup now?");
+}
+
+TEST_F(Preflight, AttendedNeverLooksAtFreeSpace) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    FreeOn('A', 1);
+    Select({.multi_volume = "ON", .to_drive = "A:\\"});
+    desktop.answers = {forms::Answer::kNo};
+    Press();
+    EXPECT_THAT(machine.drives.space_questions, IsEmpty());
+}
+
+TEST_F(Preflight, AttendedConfirmationHasNoAsDefaultAndNoChangesNothing) {
+    Select({});
+    const std::string before = machine.Content("C:\\Vantrel\\WEEKLY.INI");
+    desktop.answers = {forms::Answer::kNo};
+    Press();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kYesNo);
+    EXPECT_EQ(desktop.boxes[0].default_button, 2);
+    EXPECT_EQ(desktop.boxes[0].title, "Vantrel");
+    EXPECT_FALSE(BackupWindowShown());
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), before);
+    EXPECT_FALSE(machine.Exists("C:\\Vantrel\\Vantrel.Log"));
+}
+
+TEST_F(Preflight, AttendedYesShowsTheBackupWindowModallyAndUnloadsIt) {
+    Select({});
+    desktop.answers = {forms::Answer::kYes};
+    desktop.idle.push_back([this] { PressOk(); });
+    Press();
+    EXPECT_TRUE(BackupWindowShown());
+    EXPECT_EQ(desktop.happened.back(), "unload Frm_Backup");
+    EXPECT_TRUE(machine.Exists("C:\\Backups\\WEEKLY.zip"));
+}
+
+TEST_F(Preflight, UnattendedMissingDestinationWritesThreeRecords) {
+    Unattended("WEEKLY.INI");
+    Select({.to_drive = "C:\\Gone\\"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
+}
+
+TEST_F(Preflight, UnattendedMissingSourceIsTheSetsFolderNotTheListsFolder) {
+    Unattended("WEEKLY.INI");
+    Select({.files = "C:\\Gone\\*.*"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
+}
+
+TEST_F(Preflight, UnattendedCdRomIsRefusedBeforeTheVolumeRules) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('D', platform::drive_type::kCdRom);
+    Select({.multi_volume = "ON", .to_drive = "D:\\"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Cannot Backup to CDROM Drive D:\\");
+}
+
+TEST_F(Preflight, UnattendedRamDiskIsRefusedBeforeTheVolumeRules) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('R', platform::drive_type::kRamDisk);
+    Select({.multi_volume = "ON", .to_drive = "R:\\"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Cannot Backup to RAM Disk R:\\");
+}
+
+TEST_F(Preflight, UnattendedSingleVolumeOntoRemovableDriveIsRefused) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    Select({.to_drive = "A:\\"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - MultiVolume Flag NOT set for Removable Drive A:\\");
+}
+
+TEST_F(Preflight, UnattendedMultiVolumeOntoFixedDiskIsRefused) {
+    Unattended("WEEKLY.INI");
+    Select({.multi_volume = "ON"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - MultiVolume Flag set for Non-Removable Drive C:\\");
+}
+
+TEST_F(Preflight, UnattendedMultiVolumeWith1999999BytesFreeIsRefused) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    FreeOn('A', 1'999'999);
+    Select({.multi_volume = "ON", .to_drive = "A:\\"});
+    Press();
+    ExpectRefusedUnattended(
+        "Backup Failed - Unable to conduct a Backup on a MultiVolume Drive whilst Unattended");
+}
+
+TEST_F(Preflight, UnattendedMultiVolumeWith2000000BytesFreeRuns) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    FreeOn('A', 2'000'000);
+    Select({.multi_volume = "ON", .to_drive = "A:\\"});
+    Press();
+    EXPECT_TRUE(BackupWindowShown());
+    EXPECT_EQ(LogRecords().front(), "Starting Backup WEEKLY.INI");
+}
+
+TEST_F(Preflight, UnattendedRunThatPassesWritesStartingOnce) {
+    Unattended("WEEKLY.INI");
+    Select({});
+    Press();
+    EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
+                                          "Creating Backup File C:\\Backups\\WEEKLY.zip",
+                                          "Finished Backup WEEKLY.INI", "Successful Backup"));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(Preflight, UnattendedAsksNoConfirmationAndDoesNotCheckTheName) {
+    Unattended("WEEKLY.INI");
+    window.Fld_BackupWhere.SetCaption("C:\\Gone\\");
+    Press();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup ", "Finished Backup ",
+                                          "Backup Failed - Unable to locate C:\\Gone\\"));
+}
+
+TEST_F(Preflight, FreeSpaceThatOverflowsIsNotTrapped) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    machine.drives.drives['A'].space = {64, 512, 65536, 65536};
+    Select({.multi_volume = "ON", .to_drive = "A:\\"});
+    try {
+        Press();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kOverflow);
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test

@@ -1,0 +1,53 @@
+// A zip component that compresses nothing: it notes the properties in the order in which they are
+// set and plays a test's events when the action is set.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "zip/pkzip.h"
+
+namespace vantrel::test {
+
+inline std::string Text(const zip::Value& value) {
+    if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "True" : "False";
+    if (const auto* text = std::get_if<std::string>(&value)) return *text;
+    if (const auto* small = std::get_if<std::int16_t>(&value)) return std::to_string(*small);
+    return std::to_string(std::get<std::int32_t>(value));
+}
+
+class RecordingZip : public zip::PKZIP {
+  public:
+    struct Record {
+        std::vector<std::string> sets;  // "8=9", in order
+        std::map<int, zip::Value> values;
+        std::function<void(RecordingZip&)> action;
+        std::int32_t skipped = 0;
+    };
+
+    RecordingZip(platform::Machine& machine, Record& record) : PKZIP(machine), record_(record) {}
+
+    void Set(int id, const zip::Value& value) override {
+        record_.sets.push_back(std::to_string(id) + "=" + Text(value));
+        record_.values[id] = value;
+        if (id == zip::zip_id::kAction && record_.action) record_.action(*this);
+    }
+    zip::Value Get(int id) const override { return record_.values.at(id); }
+    std::int32_t SkippedFiles() const override { return record_.skipped; }
+
+    // One overall-progress event; returns what the window made of the cancel flag.
+    bool RaiseOverall(std::int32_t percent) {
+        bool cancel = false;
+        OverallProgress(percent, cancel);
+        return cancel;
+    }
+    void Say(const std::string& text, zip::MessageKind kind = zip::MessageKind::kInformation) {
+        Message({.kind = kind, .text = text});
+    }
+
+  private:
+    Record& record_;
+};
+
+}  // namespace vantrel::test

@@ -1,0 +1,260 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "backupset/clsINI.h"
+#include "tests/support/program_fixture.h"
+#include "ui/Frm_Mainmenu.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class BackupTabTest : public ProgramFixture {
+  protected:
+    BackupTabTest() { MakeSourceAndDestination(); }
+
+    Frm_Mainmenu& Open() {
+        window = std::make_unique<Frm_Mainmenu>(program);
+        desktop.Load(*window);
+        return *window;
+    }
+    BackupTab& Tab() { return window->Backup; }
+    void Select(const std::string& name) { Tab().Cmb_BackupSet.SetText(name); }
+    std::string StoredSource(const std::string& name) {
+        clsINI set(program);
+        set.Read_INI("C:\\Vantrel\\" + name);
+        return set.BackupFiles();
+    }
+
+    std::unique_ptr<Frm_Mainmenu> window;
+};
+
+TEST_F(BackupTabTest, SelectingASetShowsItsFourValues) {
+    PutSet("DAILY.INI", {.name = "DAILY", .time = "ON"});
+    Open();
+    Select("DAILY.INI");
+    EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "*.*");
+    EXPECT_EQ(Tab().Lbl_BackupFileName.Caption(), "DAILY");
+    EXPECT_EQ(Tab().Fld_BackupWhere.Caption(), "C:\\Backups\\");
+    EXPECT_EQ(Tab().Fld_BackupOptions.Caption(), "SubDir=ON, MultiVolume=OFF, Time=ON");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
+    EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
+}
+
+TEST_F(BackupTabTest, DestinationIsShownWithABackslashEnsured) {
+    PutSet("DAILY.INI", {.to_drive = "C:\\Backups"});
+    Open();
+    Select("DAILY.INI");
+    EXPECT_EQ(Tab().Fld_BackupWhere.Caption(), "C:\\Backups\\");
+}
+
+TEST_F(BackupTabTest, SelectingASetWritesItsFolderWithAllFilesAtFirst) {
+    PutSet("DOCS.INI", {.files = "C:\\Data\\*.DOC"});
+    Open();
+    Select("DOCS.INI");
+    EXPECT_EQ(StoredSource("DOCS.INI"), "C:\\Data\\*.*");
+}
+
+TEST_F(BackupTabTest, SelectingASetWritesItsFolderWithTheMaskShownBefore) {
+    machine.MakeFolders("C:\\Notes");
+    PutSet("DOCS.INI", {.files = "C:\\Data\\*.DOC"});
+    PutSet("NOTES.INI", {.files = "C:\\Notes\\*.TXT"});
+    Open();
+    Select("DOCS.INI");
+    EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "*.DOC");
+    Select("NOTES.INI");
+    EXPECT_EQ(StoredSource("NOTES.INI"), "C:\\Notes\\*.DOC");
+    EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "*.TXT");
+}
+
+TEST_F(BackupTabTest, UnattendedSelectionWritesTheSourceTooAndBacksUpWhatItWrote) {
+    Unattended("DOCS.INI");
+    PutSet("DOCS.INI", {.files = "C:\\Data\\*.DOC"});
+    Open();
+    Select("DOCS.INI");
+    EXPECT_EQ(StoredSource("DOCS.INI"), "C:\\Data\\*.*");
+}
+
+TEST_F(BackupTabTest, SelectingASetInTheFolderShownAlreadyWritesNothing) {
+    PutSet("ALL.INI", {});
+    PutSet("DOCS.INI", {.files = "C:\\Data\\*.DOC"});
+    Open();
+    Select("ALL.INI");
+    Select("DOCS.INI");
+    EXPECT_EQ(StoredSource("DOCS.INI"), "C:\\Data\\*.DOC");
+}
+
+TEST_F(BackupTabTest, MovingTheListsToASetNeverStoresTheRootOnTheWay) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Work");
+    PutSet("WORK.INI", {.files = "D:\\Work\\*.*"});
+    Open();
+    Tab().Dir_DirList.Change = [this, handler = Tab().Dir_DirList.Change] {
+        handler();
+        EXPECT_EQ(StoredSource("WORK.INI"), "D:\\Work\\*.*");
+    };
+    Select("WORK.INI");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "D:\\Work");
+}
+
+TEST_F(BackupTabTest, MissingFolderOnAnAvailableDriveMovesNeitherListAndWritesNothing) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    PutSet("GONE.INI", {.files = "D:\\Gone\\*.DOC"});
+    Open();
+    Select("GONE.INI");
+    EXPECT_EQ(StoredSource("GONE.INI"), "D:\\Gone\\*.DOC");
+    EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "*.DOC");
+}
+
+TEST_F(BackupTabTest, MissingFolderShowsNothingUnattended) {
+    Unattended("GONE.INI");
+    PutSet("GONE.INI", {.files = "C:\\Gone\\*.*"});
+    Open();
+    Select("GONE.INI");
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_THAT(LogRecords(), IsEmpty());
+}
+
+TEST_F(BackupTabTest, AbsentSourceDriveShowsTheFirstMessageAndTheApplicationsDrive) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    PutSet("FLOPPY.INI", {.files = "A:\\*.*"});
+    PutSet("DAILY.INI", {});
+    Open();
+    Select("DAILY.INI");
+    Select("FLOPPY.INI");
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "You have selected a file whereupon files from A:\\*.* are to backed up.  Vantrel "
+              "cannot locate A:\\*.*\r\n\r\n");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    EXPECT_EQ(desktop.boxes[0].title, "Backup");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
+    EXPECT_EQ(StoredSource("FLOPPY.INI"), "A:\\*.*");
+}
+
+TEST_F(BackupTabTest, AbsentSourceDriveUnattendedEndsAtOnceWithTheDestinationShown) {
+    Unattended("FLOPPY.INI");
+    PutSet("FLOPPY.INI", {.files = "A:\\*.*", .to_drive = "C:\\Backups"});
+    Open();
+    Select("FLOPPY.INI");
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(Tab().Fld_BackupWhere.Caption(), "C:\\Backups\\");
+    EXPECT_EQ(Tab().Lbl_BackupFileName.Caption(), "");
+}
+
+TEST_F(BackupTabTest, UnreachableDestinationShowsTheSecondMessageAtEachSelection) {
+    PutSet("FAR.INI", {.to_drive = "Q:\\Backups\\"});
+    Open();
+    Select("FAR.INI");
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "You have selected to backup files to Q:\\Backups\\ are to backed up.  Vantrel "
+              "cannot locate Q:\\Backups\\\r\n\r\nIf the Drive Selected is a Removable Drive then "
+              "place a Disk into the Drive Now.");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
+    window->TAB_Backup.SetTab(2);
+    window->TAB_Backup.SetTab(0);
+    EXPECT_EQ(desktop.boxes.size(), 2u);
+}
+
+TEST_F(BackupTabTest, UnreachableDestinationUnattendedEndsBeforeTheListsMove) {
+    Unattended("FAR.INI");
+    PutSet("FAR.INI", {.files = "C:\\Data\\*.DOC", .to_drive = "Q:\\Backups"});
+    Open();
+    Select("FAR.INI");
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(Tab().Fld_BackupWhere.Caption(), "Q:\\Backups\\");
+    EXPECT_EQ(StoredSource("FAR.INI"), "C:\\Data\\*.DOC");
+}
+
+TEST_F(BackupTabTest, ComingBackWithNoSetSelectedRunsOnEmptyValues) {
+    Open();
+    window->TAB_Backup.SetTab(1);
+    window->TAB_Backup.SetTab(0);
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(Tab().Fld_BackupWhere.Caption(), "\\");
+    EXPECT_EQ(Tab().Fld_BackupOptions.Caption(), "SubDir=, MultiVolume=, Time=");
+    EXPECT_EQ(machine.Names("C:\\Vantrel"), std::vector<std::string>{});
+}
+
+TEST_F(BackupTabTest, SetWithoutASourceIsGivenNoneByBeingShown) {
+    PutSet("EMPTY.INI", {.files = ""});
+    Open();
+    Tab().Dir_DirList.SetPath("C:\\Data");
+    Select("EMPTY.INI");
+    EXPECT_EQ(StoredSource("EMPTY.INI"), "");
+}
+
+TEST_F(BackupTabTest, ChoosingAFolderWritesItWithTheMaskShown) {
+    PutSet("DOCS.INI", {.files = "C:\\Data\\*.DOC"});
+    Open();
+    Select("DOCS.INI");
+    Tab().Dir_DirList.SetPath("C:\\Data\\Sub");
+    EXPECT_EQ(StoredSource("DOCS.INI"), "C:\\Data\\Sub\\*.DOC");
+}
+
+TEST_F(BackupTabTest, ChoosingARootDoublesNoBackslash) {
+    PutSet("ALL.INI", {});
+    Open();
+    Select("ALL.INI");
+    Tab().Dir_DirList.SetPath("C:\\");
+    EXPECT_EQ(StoredSource("ALL.INI"), "C:\\*.*");
+}
+
+TEST_F(BackupTabTest, ChoosingAFolderWithNoSetSelectedWritesNothing) {
+    PutSet("ALL.INI", {});
+    Open();
+    Tab().Dir_DirList.SetPath("C:\\Data");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
+    EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "");
+}
+
+TEST_F(BackupTabTest, ChoosingADriveMovesTheFolderListToItsRootAndWritesThat) {
+    machine.AddDrive('D', platform::drive_type::kFixed, "WORK");
+    PutSet("ALL.INI", {});
+    Open();
+    Select("ALL.INI");
+    Tab().Dri_DriveList.SetDrive("d:");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "D:\\");
+    EXPECT_EQ(StoredSource("ALL.INI"), "D:\\*.*");
+}
+
+TEST_F(BackupTabTest, FolderThatTheCodePageCannotHoldIsRefusedAndNothingIsStored) {
+    const std::string folder = "C:\\\xE6\x96\x87";  // a Chinese character
+    machine.MakeFolders(folder);
+    PutSet("ALL.INI", {});
+    Open();
+    Select("ALL.INI");
+    Tab().Dir_DirList.SetPath(folder);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(desktop.boxes[0].text, ::testing::HasSubstr(folder));
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
+}
+
+TEST_F(BackupTabTest, EditModeIsOffAfterLoadAndAfterEachSelection) {
+    PutSet("ALL.INI", {});
+    Open();
+    EXPECT_FALSE(Tab().Dir_DirList.Enabled());
+    Tab().Cmd_Change.Press();
+    EXPECT_TRUE(Tab().Dri_DriveList.Enabled());
+    EXPECT_TRUE(Tab().Dir_DirList.Enabled());
+    EXPECT_TRUE(Tab().Cmd_Navigate.Enabled());
+    for (const auto& button : Tab().Cmd_Options) EXPECT_TRUE(button.Enabled());
+    EXPECT_FALSE(Tab().Cmd_Change.Enabled());
+    Select("ALL.INI");
+    EXPECT_FALSE(Tab().Dir_DirList.Enabled());
+    EXPECT_TRUE(Tab().Cmd_Change.Enabled());
+}
+
+}  // namespace
+}  // namespace vantrel::test

@@ -1,0 +1,177 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/program_fixture.h"
+#include "ui/Frm_Mainmenu.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+class MainWindow : public ProgramFixture {
+  protected:
+    MainWindow() { MakeSourceAndDestination(); }
+    Frm_Mainmenu& Open() {
+        window = std::make_unique<Frm_Mainmenu>(program);
+        desktop.Load(*window);
+        return *window;
+    }
+    std::vector<std::string> Sets() const {
+        std::vector<std::string> names;
+        const auto& list = window->Backup.Cmb_BackupSet;
+        for (int i = 0; i < list.Count(); ++i) names.push_back(list.Item(i));
+        return names;
+    }
+    static constexpr const char* kRemembered = "Startup/INI File";
+    std::unique_ptr<Frm_Mainmenu> window;
+};
+
+TEST_F(MainWindow, CaptionIsTheExecutablesBaseName) {
+    machine.process.base_name = "MyBackup";
+    EXPECT_EQ(Open().Caption(), "MyBackup");
+}
+
+TEST_F(MainWindow, ListsStartAtTheApplicationsDrive) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Program");
+    machine.process.application_folder = "D:\\Program";
+    Open();
+    EXPECT_EQ(window->Backup.Dri_DriveList.Drive().substr(0, 2), "d:");
+    EXPECT_EQ(window->Backup.Dir_DirList.Path(), "D:\\");
+}
+
+TEST_F(MainWindow, SetListsHoldTheSetFilesAsNamedOnDisk) {
+    PutSet("Daily.ini", {});
+    PutSet("WEEKLY.INI", {});
+    machine.PutFile("C:\\Vantrel\\Old.initial", "");
+    machine.PutFile("C:\\Vantrel\\Vantrel.Log", "");
+    machine.MakeFolders("C:\\Vantrel\\Folder.ini");
+    Open();
+    EXPECT_THAT(Sets(), UnorderedElementsAre("Daily.ini", "WEEKLY.INI"));
+    EXPECT_EQ(window->Restore.Cmb_RestoreFile.Count(), 2);
+}
+
+TEST_F(MainWindow, HiddenAndSystemSetFilesAreNotListed) {
+    PutSet("Seen.ini", {});
+    PutSet("Hidden.ini", {});
+    PutSet("System.ini", {});
+    machine.files().SetAttributes("C:\\Vantrel\\Hidden.ini", platform::attribute::kHidden);
+    machine.files().SetAttributes("C:\\Vantrel\\System.ini", platform::attribute::kSystem);
+    Open();
+    EXPECT_THAT(Sets(), ElementsAre("Seen.ini"));
+}
+
+TEST_F(MainWindow, FolderWithoutSetsLeavesBothListsEmptyAndChangeStillEnables) {
+    Open();
+    EXPECT_THAT(Sets(), IsEmpty());
+    EXPECT_EQ(window->Restore.Cmb_RestoreFile.Count(), 0);
+    window->Backup.Cmd_Change.Press();
+    EXPECT_TRUE(window->Backup.Cmd_Navigate.Enabled());
+}
+
+TEST_F(MainWindow, RememberedSetIsSelectedAndShown) {
+    PutSet("Daily.ini", {});
+    machine.settings.values[kRemembered] = "Daily.ini";
+    Open();
+    EXPECT_EQ(window->Backup.Cmb_BackupSet.Text(), "Daily.ini");
+    EXPECT_EQ(window->Backup.Dir_DirList.Path(), "C:\\Data");
+}
+
+TEST_F(MainWindow, RememberedNameInOtherCaseSelectsNothing) {
+    PutSet("Daily.ini", {});
+    machine.settings.values[kRemembered] = "DAILY.INI";
+    Open();
+    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+}
+
+TEST_F(MainWindow, RememberedNameThatIsGoneSelectsNothing) {
+    PutSet("Daily.ini", {});
+    machine.settings.values[kRemembered] = "Gone.ini";
+    Open();
+    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+}
+
+TEST_F(MainWindow, StoredEmptyNameSelectsNothing) {
+    PutSet("Daily.ini", {});
+    machine.settings.values[kRemembered] = "";
+    Open();
+    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+}
+
+TEST_F(MainWindow, SetNamedNilIsNeverRemembered) {
+    PutSet("Nil", {});
+    Open();
+    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+}
+
+TEST_F(MainWindow, UnattendedNeitherReadsNorWritesTheRememberedSet) {
+    PutSet("Daily.ini", {});
+    machine.settings.values[kRemembered] = "Daily.ini";
+    Unattended("Other.ini");
+    Open();
+    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+    desktop.Unload(*window);
+    EXPECT_EQ(machine.settings.reads, 0);
+    EXPECT_EQ(machine.settings.writes, 0);
+}
+
+TEST_F(MainWindow, ClosingWritesTheExitRecordAndStoresTheSelection) {
+    PutSet("Daily.ini", {});
+    Open();
+    window->Backup.Cmb_BackupSet.SetText("Daily.ini");
+    desktop.Unload(*window, forms::UnloadMode::kControlMenu);
+    EXPECT_THAT(LogRecords(),
+                ElementsAre("Application Closed - Unloaded by Close on Control menu.",
+                            std::string(60, '-')));
+    EXPECT_EQ(machine.settings.values[kRemembered], "Daily.ini");
+}
+
+TEST_F(MainWindow, ClosingWithNothingSelectedStoresAnEmptyName) {
+    Open();
+    desktop.Unload(*window);
+    EXPECT_EQ(machine.settings.values.at(kRemembered), "");
+}
+
+TEST_F(MainWindow, ExitButtonAndFileMenuUnloadFromCode) {
+    Open();
+    window->Backup.Cmd_Exit.Press();
+    EXPECT_FALSE(window->Loaded());
+    EXPECT_EQ(LogRecords().front(), "Application Closed - Unloaded by Invoked from code.");
+    Open();
+    window->Menu_File_Exit.UserChoose();
+    EXPECT_FALSE(window->Loaded());
+}
+
+TEST_F(MainWindow, PointerIsAnHourglassUntilTheFirstActivation) {
+    desktop.SetPointer(forms::Pointer::kHourglass);
+    Open();
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kHourglass);
+    window->Form_Activate();
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+}
+
+TEST_F(MainWindow, ShowingTheBackupTabReadsTheSetAgain) {
+    PutSet("Daily.ini", {.name = "OLD"});
+    Open();
+    window->Backup.Cmb_BackupSet.SetText("Daily.ini");
+    PutSet("Daily.ini", {.name = "NEW"});
+    window->TAB_Backup.SetTab(3);
+    EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "OLD");
+    window->TAB_Backup.SetTab(0);
+    EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "NEW");
+}
+
+TEST_F(MainWindow, ShowingTheTabThatIsShownRaisesNothing) {
+    PutSet("Daily.ini", {.name = "OLD"});
+    Open();
+    window->Backup.Cmb_BackupSet.SetText("Daily.ini");
+    PutSet("Daily.ini", {.name = "NEW"});
+    window->TAB_Backup.SetTab(0);
+    EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "OLD");
+}
+
+}  // namespace
+}  // namespace vantrel::test
