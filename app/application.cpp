@@ -51,7 +51,7 @@ bool Application::AnotherCopyRuns() {
     clsLog log(program_);
     if (!application.PrevInstance()) return false;
     log.WriteToLog("PrevInstance", true);
-    application.ShutDown(splash_);
+    application.ShutDown(&splash_);
     program_.exit_code = forms::exit_code::kAlreadyRunning;
     return true;
 }

@@ -15,10 +15,10 @@ enum class Pointer { kDefault, kHourglass };
 
 // A message box. An empty title means the program's name.
 struct Box {
-    std::string text;
+    std::string text{};
     Buttons buttons = Buttons::kOk;
     Icon icon = Icon::kNone;
-    std::string title;
+    std::string title{};
     int default_button = 1;  // from 1
     bool right_aligned = false;
 };
