@@ -1,7 +1,8 @@
 # The one source list, room by room, for every compiler. Tests stand beside the room they test.
 set(COMMON_SOURCES
     common/error.cpp
-    common/product.cpp)
+    common/product.cpp
+    common/utf.cpp)
 set(PLATFORM_SOURCES
     platform/text_file.cpp)
 set(PLATFORM_HOST_SOURCES)
@@ -34,6 +35,8 @@ set(LOG_SOURCES
 set(SYSTEM_SOURCES
     system/clsApplication.cpp
     system/clsDrives.cpp)
+set(PROTECT_SOURCES
+    protect/clsCfg.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
@@ -58,9 +61,21 @@ set(COMMON_TESTS)
 set(PLATFORM_TESTS)
 set(FORMS_TESTS)
 set(ZIP_TESTS)
-set(BACKUPSET_TESTS)
-set(LOG_TESTS)
-set(SYSTEM_TESTS)
+set(BACKUPSET_TESTS
+    tests/backupset/exist_test.cpp
+    tests/backupset/paths_test.cpp
+    tests/backupset/profile_file_test.cpp
+    tests/backupset/profile_text_test.cpp
+    tests/backupset/set_test.cpp)
+set(LOG_TESTS
+    tests/log/records_test.cpp
+    tests/log/rotation_test.cpp
+    tests/log/truncate_test.cpp)
+set(SYSTEM_TESTS
+    tests/system/application_test.cpp
+    tests/system/drives_test.cpp)
+set(PROTECT_TESTS
+    tests/protect/clsCfg_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
     tests/backup/dialogs_test.cpp

@@ -1,0 +1,102 @@
+#include "protect/clsCfg.h"
+
+#include <algorithm>
+
+#include "backupset/clsFiles.h"
+#include "backupset/file_header.h"
+#include "common/error.h"
+#include "platform/text_file.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr const char* kLineEnd = "\r\n";
+constexpr std::size_t kHeaderLines = 7;  // skipped unread by every reader
+
+std::string WithoutBackslash(std::string line) {
+    if (!line.empty() && line.back() == '\\') line.pop_back();
+    return line;
+}
+
+}  // namespace
+
+std::string clsCfg::Upper(const std::string& text) const {
+    return program_.machine.code_page.Upper(text);
+}
+
+void clsCfg::Create_CFG(const std::string& path) {
+    // The label names the file class: it has always been reported so.
+    Reported("clsFiles:Create_CFG Method", [&] {
+        std::string text;
+        for (const std::string& line : FileHeader()) text += line + kLineEnd;
+        text += std::string(";  Secure Data Directories  ") + kLineEnd + ";" + kLineEnd;
+        platform::ReplaceWholeFile(program_.machine.files, path, text + kLineEnd);
+    });
+}
+
+std::vector<std::string> clsCfg::Lines() {
+    auto lines =
+        platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(
+                                                   std::min(kHeaderLines, lines.size())));
+    for (std::string& line : lines) {
+        line = WithoutBackslash(program_.machine.code_page.Decode(line));
+    }
+    return lines;
+}
+
+// The last "\" goes after the test for an empty line: a line of one "\" is an empty entry.
+std::vector<std::string> clsCfg::ReturnProtected() {
+    auto lines =
+        platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
+    std::vector<std::string> entries;
+    for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
+        if (lines[i].empty()) continue;
+        entries.push_back(WithoutBackslash(program_.machine.code_page.Decode(lines[i])));
+    }
+    return entries;
+}
+
+bool clsCfg::IsProtected(const std::string& path) {
+    const std::string sought = Upper(path);
+    bool found = false;
+    for (const std::string& line : Lines()) {
+        if (Upper(line) == sought) found = true;
+    }
+    return found;
+}
+
+// The rule copies to the scratch file, removes the list and renames. The scratch file is still what
+// is written, but it takes the list's place in one step: there is no moment without a list.
+void clsCfg::Protected_Delete(forms::Tree& tree) {
+    auto& files = program_.machine.files;
+    const std::string scratch = program_.InApplicationFolder("Vantrel.Cft");
+    if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
+
+    const auto lines = platform::SplitLines(platform::ReadWholeFile(files, ListPath()));
+    const std::string dropped = Upper(tree.At(tree.Selected()).tag);
+    std::string text;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::string line = i < kHeaderLines ? lines[i] : WithoutBackslash(lines[i]);
+        const bool drop =
+            i >= kHeaderLines && Upper(program_.machine.code_page.Decode(line)) == dropped;
+        if (!drop) text += line + kLineEnd;
+    }
+    auto file = files.Open(scratch, platform::OpenMode::kWrite);
+    file->Write(text.data(), text.size());
+    file->Flush();
+    file->Close();
+    files.Replace(scratch, ListPath());
+    tree.SetImages(tree.Selected(), kClosedFolder, kOpenFolder);
+}
+
+void clsCfg::Protected_Add(forms::Tree& tree) {
+    auto& code_page = program_.machine.code_page;
+    const auto entry = code_page.Encode(Upper(tree.At(tree.Selected()).tag));
+    if (!entry) RaiseError(error_number::kBadFileName);
+    platform::AppendToFile(program_.machine.files, ListPath(), *entry + kLineEnd);
+    tree.SetImages(tree.Selected(), kProtectedFolder, kProtectedFolder);
+}
+
+}  // namespace vantrel

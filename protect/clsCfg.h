@@ -1,0 +1,47 @@
+// The protected-folder list: folders that a restore must never overwrite, one a line below a fixed
+// header of seven lines, in upper case. Keeps no state; each operation opens the file and closes it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/program.h"
+#include "forms/tree.h"
+
+namespace vantrel {
+
+class clsCfg {
+  public:
+    // Picture numbers of a folder's node in the Secure Data tree.
+    static constexpr int kClosedFolder = 1;
+    static constexpr int kOpenFolder = 2;
+    static constexpr int kProtectedFolder = 3;
+
+    explicit clsCfg(forms::Program& program) : program_(program) {}
+
+    // Creates or replaces the list with an empty one: the header and one empty line.
+    void Create_CFG(const std::string& path);
+    // All entries in the file's order, without a "\" at their end; empty when there is none. Raises
+    // 53 when the file is missing.
+    std::vector<std::string> ReturnProtected();
+    // Whether an entry equals `path` without regard to case. `path` is not trimmed: with a "\" at
+    // its end it never matches. Raises 53 when the file is missing.
+    bool IsProtected(const std::string& path);
+    // Drops every entry equal to the Tag of the tree's selected node, and gives the node its
+    // ordinary pictures. A root ("C:\") is never dropped: entries lose their last "\", the Tag not.
+    void Protected_Delete(forms::Tree& tree);
+    // Appends the Tag of the tree's selected node, and gives the node the protected picture.
+    void Protected_Add(forms::Tree& tree);
+
+    // The file's name in the application folder.
+    std::string ListPath() const { return program_.InApplicationFolder("Vantrel.Cfg"); }
+
+  private:
+    // The lines below the header, each without a "\" at its end.
+    std::vector<std::string> Lines();
+    std::string Upper(const std::string& text) const;
+
+    forms::Program& program_;
+};
+
+}  // namespace vantrel

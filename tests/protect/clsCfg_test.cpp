@@ -1,0 +1,150 @@
+#include "protect/clsCfg.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/error.h"
+#include "forms/form.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
+constexpr const char* kScratch = "C:\\Vantrel\\Vantrel.Cft";
+const std::string kEmptyList =
+    ";---------------------------\r\n"
+    ";  Quennell Backup Utility  \r\n"
+    ";        Version 3.0.6\r\n"
+    ";      Copyright  1999      \r\n"
+    ";---------------------------\r\n"
+    ";  Secure Data Directories  \r\n"
+    ";\r\n"
+    "\r\n";
+
+class ProtectedList : public ProgramFixture {
+  protected:
+    void Select(const std::string& path) {
+        tree.Select(tree.Add({.text = "folder", .tag = path, .parent = 0, .image = 0}));
+    }
+    void PutEntries(const std::string& lines) { machine.PutFile(kList, kEmptyList + lines); }
+
+    forms::Form window{program, "Frm_Mainmenu"};
+    forms::Tree tree{window, "TV_SecureMode"};
+    clsCfg cfg{program};
+};
+
+TEST_F(ProtectedList, FreshListHasExactlyEightLinesAndNoEntries) {
+    cfg.Create_CFG(kList);
+    EXPECT_EQ(machine.Content(kList), kEmptyList);
+    EXPECT_THAT(cfg.ReturnProtected(), IsEmpty());
+}
+
+TEST_F(ProtectedList, CreateReplacesAnExistingList) {
+    PutEntries("C:\\DATA\r\n");
+    cfg.Create_CFG(kList);
+    EXPECT_EQ(machine.Content(kList), kEmptyList);
+}
+
+TEST_F(ProtectedList, CreateReportsUnderTheFileClassesLabel) {
+    try {
+        cfg.Create_CFG("Q:\\Vantrel.Cfg");
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsFiles:Create_CFG Method");
+        EXPECT_EQ(error.number(), -2147211505);
+    }
+}
+
+TEST_F(ProtectedList, AddAppendsInUpperCaseAndMarksTheNode) {
+    PutEntries("");
+    Select("C:\\My Directory");
+    cfg.Protected_Add(tree);
+    EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\\MY DIRECTORY\r\n");
+    EXPECT_EQ(tree.At(1).image, 3);
+    EXPECT_EQ(tree.At(1).selected_image, 3);
+}
+
+TEST_F(ProtectedList, AddingTwiceLeavesTwoLinesAndOneDeleteRemovesBoth) {
+    PutEntries("");
+    Select("C:\\Data");
+    cfg.Protected_Add(tree);
+    cfg.Protected_Add(tree);
+    EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\\DATA\r\nC:\\DATA\r\n");
+    cfg.Protected_Delete(tree);
+    EXPECT_EQ(machine.Content(kList), kEmptyList);
+    EXPECT_EQ(tree.At(1).image, 1);
+    EXPECT_EQ(tree.At(1).selected_image, 2);
+}
+
+TEST_F(ProtectedList, EntryWithBackslashIsReturnedWithoutIt) {
+    PutEntries("C:\\DATA\\\r\n\r\nC:\\TWO\r\n");
+    EXPECT_THAT(cfg.ReturnProtected(), ElementsAre("C:\\DATA", "C:\\TWO"));
+    EXPECT_TRUE(cfg.IsProtected("c:\\data"));
+    EXPECT_FALSE(cfg.IsProtected("C:\\DATA\\"));
+}
+
+TEST_F(ProtectedList, PrefixOfAnEntryIsNoMatch) {
+    PutEntries("C:\\DATA\r\n");
+    EXPECT_FALSE(cfg.IsProtected("C:\\DATA\\SUB"));
+    EXPECT_FALSE(cfg.IsProtected("C:\\DAT"));
+}
+
+TEST_F(ProtectedList, RootMatchesOnlyWithoutItsBackslash) {
+    PutEntries("C:\\\r\n");
+    EXPECT_TRUE(cfg.IsProtected("C:"));
+    EXPECT_FALSE(cfg.IsProtected("C:\\"));
+}
+
+TEST_F(ProtectedList, SelectedRootIsNeverRemoved) {
+    PutEntries("C:\\\r\n");
+    Select("C:\\");
+    cfg.Protected_Delete(tree);
+    EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\r\n");
+}
+
+TEST_F(ProtectedList, DeleteTrimsTheSurvivorsAndKeepsTheEmptyLine) {
+    PutEntries("C:\\ONE\\\r\nC:\\TWO\r\nC:\\THREE\\\r\n");
+    Select("C:\\Two");
+    cfg.Protected_Delete(tree);
+    EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\\ONE\r\nC:\\THREE\r\n");
+    EXPECT_FALSE(machine.Exists(kScratch));
+}
+
+TEST_F(ProtectedList, DeleteRemovesALeftScratchFileFirst) {
+    PutEntries("C:\\ONE\r\n");
+    machine.PutFile(kScratch, "left over");
+    Select("C:\\Other");
+    cfg.Protected_Delete(tree);
+    EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\\ONE\r\n");
+    EXPECT_FALSE(machine.Exists(kScratch));
+}
+
+TEST_F(ProtectedList, HeaderIsSkippedUnread) {
+    machine.PutFile(kList, "1\r\n2\r\n3\r\n4\r\n5\r\n6\r\nC:\\SEVEN\r\nC:\\EIGHT\r\n");
+    EXPECT_THAT(cfg.ReturnProtected(), ElementsAre("C:\\EIGHT"));
+    EXPECT_FALSE(cfg.IsProtected("C:\\SEVEN"));
+}
+
+TEST_F(ProtectedList, MissingListIsAnErrorNotAnAnswer) {
+    for (const auto& question : std::vector<std::function<void()>>{
+             [&] { cfg.IsProtected("C:\\DATA"); }, [&] { cfg.ReturnProtected(); }}) {
+        try {
+            question();
+            FAIL() << "no error came";
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), error_number::kFileNotFound);
+        }
+    }
+}
+
+TEST_F(ProtectedList, LettersOutsideAsciiCompareByTheSystemsUpperCase) {
+    PutEntries("C:\\\xDCBUNG\r\n");
+    EXPECT_TRUE(cfg.IsProtected("C:\\\xC3\xBC" "bung"));
+}
+
+}  // namespace
+}  // namespace vantrel::test
