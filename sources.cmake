@@ -85,3 +85,14 @@ set(UI_TESTS
     tests/ui/main_window_test.cpp)
 set(APP_TESTS
     tests/app/startup_test.cpp)
+
+# End-to-end tests: helper programs for Windows, and the Python files that ctest runs.
+set(END_TO_END_HELPERS
+    tests/end_to_end/launch.cpp
+    tests/end_to_end/lock_file.cpp)
+set(END_TO_END_TESTS
+    tests/end_to_end/backup_test.py
+    tests/end_to_end/failure_test.py
+    tests/end_to_end/kill_test.py
+    tests/end_to_end/refusal_test.py
+    tests/end_to_end/start_test.py)

@@ -1,0 +1,17 @@
+# The tests of the finished program under Wine: build/<preset>/app/Vantrel.exe on real drives.
+foreach(source IN LISTS END_TO_END_HELPERS)
+    cmake_path(GET source STEM helper)
+    add_executable(${helper} ${source})
+    target_link_libraries(${helper} PRIVATE vantrel_options)
+    target_link_options(${helper} PRIVATE -municode)
+    set_target_properties(${helper} PROPERTIES
+                          RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/end_to_end)
+endforeach()
+
+find_program(VANTREL_PYTHON python3 REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+foreach(test IN LISTS END_TO_END_TESTS)
+    cmake_path(GET test STEM name)
+    add_test(NAME end_to_end_${name} COMMAND ${VANTREL_PYTHON} ${CMAKE_SOURCE_DIR}/${test})
+    set_tests_properties(end_to_end_${name} PROPERTIES
+                         ENVIRONMENT VANTREL_BUILD=${CMAKE_BINARY_DIR})
+endforeach()
