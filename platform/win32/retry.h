@@ -1,0 +1,16 @@
+// Brief patience with files that somebody else holds for a moment: virus scanners and indexers open
+// a file right after it was written, and a rename or removal then fails for some milliseconds.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+namespace vantrel::platform {
+
+// Runs `call`, a system call that answers whether it succeeded, again while it fails because the
+// file is in use or access is denied, for about a third of a second in all. Returns 0, or the code
+// of the last failure.
+DWORD RunPatiently(const std::function<bool()>& call);
+
+}  // namespace vantrel::platform

@@ -1,0 +1,38 @@
+// An open file of the system.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "platform/file_system.h"
+#include "platform/win32/disk_path.h"
+#include "platform/win32/handles.h"
+
+namespace vantrel::platform {
+
+class Win32File final : public File {
+  public:
+    // Opens as FileSystem::Open says.
+    static std::unique_ptr<File> Open(const DiskPath& path, OpenMode mode);
+
+    explicit Win32File(FileHandle handle) : handle_(std::move(handle)) {}
+
+    std::size_t Read(void* buffer, std::size_t count) override;
+    void Write(const void* data, std::size_t count) override;
+    void Seek(std::uint64_t position) override;
+    std::uint64_t Size() override;
+    void Truncate(std::uint64_t size) override;
+    void SetTimes(const FileTimes& times) override;
+    void Flush() override;
+    void Close() override;
+
+  private:
+    FileHandle handle_;
+    // Set when the file is closed: a later write would move the time of modification.
+    std::optional<FileTimes> times_;
+};
+
+// Sets those of the times that a file system can hold; false as SetFileTime.
+bool ApplyTimes(HANDLE file, const FileTimes& times);
+
+}  // namespace vantrel::platform

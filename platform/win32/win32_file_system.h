@@ -1,0 +1,23 @@
+// Files and folders of the system. Holds nothing; any thread may call it.
+#pragma once
+
+#include "platform/file_system.h"
+
+namespace vantrel::platform {
+
+class Win32FileSystem final : public FileSystem {
+  public:
+    std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override;
+    std::optional<FileInfo> Find(const std::string& path) override;
+    void List(const std::string& folder, const std::function<bool(const FileInfo&)>& each) override;
+    void MakeFolder(const std::string& path) override;
+    void Rename(const std::string& from, const std::string& to) override;
+    void Replace(const std::string& from, const std::string& to) override;
+    void RemoveFile(const std::string& path) override;
+    void RemoveFolder(const std::string& path) override;
+    void SetAttributes(const std::string& path, std::uint32_t attributes) override;
+    void SetTimes(const std::string& path, const FileTimes& times) override;
+    bool SameFile(const std::string& one, const std::string& other) override;
+};
+
+}  // namespace vantrel::platform

@@ -1,0 +1,33 @@
+#include "platform/win32/win32_machine.h"
+
+#include <windows.h>
+
+#include "platform/win32/win32_clock.h"
+#include "platform/win32/win32_code_page.h"
+#include "platform/win32/win32_drives.h"
+#include "platform/win32/win32_file_system.h"
+#include "platform/win32/win32_process.h"
+#include "platform/win32/win32_settings.h"
+
+namespace vantrel::platform {
+
+struct Win32Machine::Services {
+    Win32Process process;
+    Win32FileSystem files;
+    Win32Drives drives;
+    Win32Clock clock;
+    Win32Settings settings;
+    Win32CodePage code_page;
+    Machine machine{process, files, drives, clock, settings, code_page};
+};
+
+Win32Machine::Win32Machine() {
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    services_ = std::make_unique<Services>();
+}
+
+Win32Machine::~Win32Machine() = default;
+
+Machine& Win32Machine::machine() { return services_->machine; }
+
+}  // namespace vantrel::platform

@@ -1,0 +1,19 @@
+// The running program and its command line.
+#pragma once
+
+#include "platform/machine.h"
+
+namespace vantrel::platform {
+
+class Win32Process final : public Process {
+  public:
+    // The first one that a program makes decides about the previous instance, for all of them.
+    Win32Process();
+    std::string ApplicationFolder() override;
+    std::string ExecutableBaseName() override;
+    std::string CommandLine() override;
+    bool PreviousInstance() override;
+    [[noreturn]] void End(int exit_code) override;
+};
+
+}  // namespace vantrel::platform

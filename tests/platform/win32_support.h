@@ -1,0 +1,99 @@
+// For the tests of the Windows machine: the machine, a folder to work in, what scripts/wine-test
+// has arranged, and a second opinion straight from the system.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/error.h"
+#include "platform/text_file.h"
+#include "platform/win32/handles.h"
+#include "platform/win32/wide.h"
+#include "platform/win32/win32_machine.h"
+
+namespace vantrel::test {
+
+// An environment variable that the test cannot do without.
+inline std::string Arranged(const char* name) {
+    const char* const value = std::getenv(name);
+    EXPECT_NE(value, nullptr) << name << " is not set; run through scripts/wine-test";
+    return value == nullptr ? "" : value;
+}
+
+inline bool UnderWine() {
+    const HMODULE system = GetModuleHandleW(L"ntdll.dll");
+    return GetProcAddress(system, "wine_get_version") != nullptr;
+}
+
+// The number of the error that `deed` raises; 0 when it raises none.
+inline int NumberOf(const std::function<void()>& deed) {
+    try {
+        deed();
+    } catch (const Error& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+// A handle of another program, as far as sharing goes.
+inline platform::FileHandle Held(const std::string& path, DWORD access, DWORD sharing) {
+    platform::FileHandle handle(CreateFileW(platform::Wide("\\\\?\\" + path).c_str(), access,
+                                            sharing, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_TRUE(handle.IsValid()) << path << ": " << GetLastError();
+    return handle;
+}
+
+class Win32Test : public ::testing::Test {
+  protected:
+    Win32Test() {
+        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        folder_ =
+            Arranged("VANTREL_WORK_DRIVE") + "\\" + info->test_suite_name() + "-" + info->name();
+        files().MakeFolder(folder_);
+    }
+    ~Win32Test() override { RemoveAll(folder_); }
+
+    platform::Machine& machine() { return machine_.machine(); }
+    platform::FileSystem& files() { return machine().files; }
+    const std::string& folder() const { return folder_; }
+    std::string In(const std::string& name) const { return folder_ + "\\" + name; }
+
+    std::string Put(const std::string& name, const std::string& bytes = "text") {
+        platform::WriteWholeFile(files(), In(name), bytes);
+        return In(name);
+    }
+    std::string Content(const std::string& path) { return platform::ReadWholeFile(files(), path); }
+    std::vector<std::string> Names(const std::string& where) {
+        std::vector<std::string> names;
+        files().List(where, [&](const platform::FileInfo& info) {
+            names.push_back(info.name);
+            return true;
+        });
+        return names;
+    }
+
+  private:
+    void RemoveAll(const std::string& where) {
+        std::vector<platform::FileInfo> entries;
+        files().List(where, [&](const platform::FileInfo& info) {
+            entries.push_back(info);
+            return true;
+        });
+        for (const auto& entry : entries) {
+            const std::string path = where + "\\" + entry.name;
+            files().SetAttributes(path, 0);
+            entry.IsFolder() ? RemoveAll(path) : files().RemoveFile(path);
+        }
+        files().RemoveFolder(where);
+    }
+
+    platform::Win32Machine machine_;
+    std::string folder_;
+};
+
+}  // namespace vantrel::test
