@@ -4,9 +4,24 @@ set(COMMON_SOURCES
     common/product.cpp
     common/utf.cpp)
 set(PLATFORM_SOURCES
+    platform/command_line.cpp
+    platform/disk_space.cpp
     platform/text_file.cpp)
 set(PLATFORM_HOST_SOURCES)
-set(PLATFORM_WIN32_SOURCES)
+set(PLATFORM_WIN32_SOURCES
+    platform/win32/disk_path.cpp
+    platform/win32/find_data.cpp
+    platform/win32/retry.cpp
+    platform/win32/system_error.cpp
+    platform/win32/wide.cpp
+    platform/win32/win32_clock.cpp
+    platform/win32/win32_code_page.cpp
+    platform/win32/win32_drives.cpp
+    platform/win32/win32_file.cpp
+    platform/win32/win32_file_system.cpp
+    platform/win32/win32_machine.cpp
+    platform/win32/win32_process.cpp
+    platform/win32/win32_settings.cpp)
 set(FORMS_SOURCES
     forms/control.cpp
     forms/controls.cpp
@@ -18,7 +33,23 @@ set(FORMS_SOURCES
     forms/form.cpp
     forms/lists.cpp
     forms/tree.cpp)
-set(ZIP_SOURCES)
+set(ZIP_SOURCES
+    zip/archive_file.cpp
+    zip/archive_place.cpp
+    zip/archive_sink.cpp
+    zip/archive_writer.cpp
+    zip/block_store.cpp
+    zip/deflate.cpp
+    zip/dos_mask.cpp
+    zip/entry_records.cpp
+    zip/file_spec.cpp
+    zip/packer.cpp
+    zip/paths.cpp
+    zip/pkzip.cpp
+    zip/run_channel.cpp
+    zip/source_reader.cpp
+    zip/source_scan.cpp
+    zip/work_source.cpp)
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
     backupset/clsINI.cpp
@@ -30,6 +61,7 @@ set(BACKUPSET_SOURCES
     backupset/set_files.cpp)
 set(LOG_SOURCES
     log/clsLog.cpp
+    log/component_messages.cpp
     log/log_truncate.cpp
     log/show_error.cpp)
 set(SYSTEM_SOURCES
@@ -41,7 +73,6 @@ set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
     backup/Frm_BackupWhere.cpp
-    backup/component_messages.cpp
     backup/preflight.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
@@ -58,7 +89,16 @@ set(VZIP_SOURCES)
 # Used by every test: the fake machine, the scripted desktop, the fault-injecting decorator.
 set(TEST_SUPPORT_SOURCES)
 set(COMMON_TESTS)
-set(PLATFORM_TESTS)
+set(PLATFORM_TESTS
+    tests/platform/command_line_test.cpp)
+# On Windows only: what the conformance suite cannot ask of every machine.
+set(PLATFORM_WIN32_TESTS
+    tests/platform/win32_drives_test.cpp
+    tests/platform/win32_names_test.cpp
+    tests/platform/win32_path_test.cpp
+    tests/platform/win32_process_test.cpp
+    tests/platform/win32_services_test.cpp
+    tests/platform/win32_sharing_test.cpp)
 set(FORMS_TESTS)
 set(ZIP_TESTS)
 set(BACKUPSET_TESTS

@@ -4,10 +4,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <variant>
 
 #include "platform/machine.h"
+#include "zip/component_events.h"
 
 namespace vantrel::zip {
 
@@ -15,37 +17,20 @@ using Value = std::variant<bool, std::int16_t, std::int32_t, std::string>;
 
 // Dispatch identifiers of the zip component.
 namespace zip_id {
-constexpr int kArchive = 1;        // text: full path of the archive to create
-constexpr int kFileSpec = 2;       // text: folder and mask, in double quotes
-constexpr int kSubFolders = 7;     // Boolean
-constexpr int kLevel = 8;          // 16-bit integer, 0 to 9
-constexpr int kVolumeOption = 9;   // Boolean: off only for a spanned archive onto a full volume
-constexpr int kMultiVolume = 37;   // 32-bit integer: 32768 or 0
-constexpr int kAction = 40;        // 16-bit integer: 4 adds the files to a new archive
+constexpr int kArchive = 1;   // text: full path of the archive to create
+constexpr int kFileSpec = 2;  // text: folder and mask, in double quotes
+constexpr int kOption3 = 3;   // Booleans without effect: kept, and read back
+constexpr int kOption4 = 4;
+constexpr int kOption5 = 5;
+constexpr int kOption32 = 32;
+constexpr int kSubFolders = 7;    // Boolean
+constexpr int kLevel = 8;         // 16-bit integer, 0 to 9
+constexpr int kVolumeOption = 9;  // Boolean: off only for a spanned archive onto a full volume
+constexpr int kMultiVolume = 37;  // 32-bit integer: 32768 or 0
+constexpr int kAction = 40;       // 16-bit integer: 4 adds the files to a new archive
 constexpr std::int32_t kSpanVolumes = 32768;
 constexpr std::int16_t kActionAdd = 4;
 }  // namespace zip_id
-
-enum class MessageKind { kInformation, kWarning, kError };
-
-// What the message event carries; the text is its fifth argument.
-struct ComponentMessage {
-    MessageKind kind = MessageKind::kInformation;
-    int code = 0;          // run-time error number, 0 for information
-    std::int32_t entry = 0;
-    std::string path;      // the file or folder it is about, "" for the run itself
-    std::string text;      // for the user
-    std::int32_t total = 0;
-};
-
-// A question of the component: what went wrong, to be answered with Retry or Cancel.
-class Questions {
-  public:
-    virtual ~Questions() = default;
-    // True: try that step again. False: cancel; the component then raises one more
-    // overall-progress event, which must hand the cancel over.
-    virtual bool AskRetry(const std::string& text) = 0;
-};
 
 class PKZIP {
   public:
@@ -72,14 +57,13 @@ class PKZIP {
     virtual std::int32_t SkippedFiles() const { return skipped_; }
 
   private:
+    class Events;
+
+    void AddFiles();
+    std::string Text(int id) const { return std::get<std::string>(Get(id)); }
+
     platform::Machine& machine_;
-    struct Settings {
-        std::string archive, file_spec;
-        bool sub_folders = false, volume_option = true;
-        bool option3 = false, option4 = false, option5 = false, option32 = false;
-        std::int16_t level = 9;
-        std::int32_t multi_volume = 0;
-    } settings_;
+    std::map<int, Value> values_;  // what was set
     std::int32_t skipped_ = 0;
 };
 

@@ -1,0 +1,148 @@
+#include "zip/archive_writer.h"
+
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+#include "zip/archive_file.h"
+#include "zip/archive_place.h"
+#include "zip/archive_sink.h"
+#include "zip/packer.h"
+#include "zip/source_reader.h"
+#include "zip/work_source.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+// Each thread holds about 5 MB; this keeps all of them within 128 MB.
+constexpr int kMostThreads = 16;
+// Jobs that may be finished before their turn, beyond one for each thread.
+constexpr int kSlack = 6;
+
+int ThreadCount(int wanted) {
+    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+    return std::clamp(wanted > 0 ? wanted : cores, 1, kMostThreads);
+}
+
+class ArchiveRun {
+  public:
+    ArchiveRun(const platform::Machine& machine, const WriterOptions& options, RunChannel& channel)
+        : machine_(machine),
+          options_(options),
+          channel_(channel),
+          place_(machine, channel, options.archive),
+          archive_(machine_.files, channel, place_.Temporary(), options.spanning) {}
+
+    // On a background thread. Throws RunStopped when there is no archive, having tidied up.
+    void Run() {
+        try {
+            Make();
+        } catch (...) {
+            archive_.Abandon();
+            place_.Abandon(archive_.Created());
+            throw;
+        }
+    }
+
+    std::uint64_t entries = 0;
+    std::int32_t skipped = 0;
+
+  private:
+    void Make() {
+        place_.RemoveLeftovers();
+        place_.MakeFolders();
+        archive_.Create();
+        while (!FillArchive()) {
+            const Error error(error_number::kFileNotFound, "", "File not found");
+            channel_.RetryOrStop({error.number(), options_.source.folder, NothingText()});
+        }
+        archive_.Finish();
+        channel_.RaiseLastEvent();
+        place_.Commit();
+    }
+
+    std::string NothingText() const {
+        const std::string what = options_.source.mask + " in " + options_.source.folder;
+        return skipped > 0 ? "Nothing could be read of " + what + "."
+                           : "There is nothing to back up: no file matches " + what + ".";
+    }
+
+    // False when nothing could be put into it.
+    bool FillArchive() {
+        SourceList list =
+            ScanSource(machine_, options_.source, {place_.Archive(), place_.Temporary()}, channel_);
+        skipped = list.skipped;
+        channel_.SetTotal(list.bytes);
+        const int threads = ThreadCount(options_.threads);
+        ArchiveSink sink(archive_, channel_, static_cast<std::size_t>(threads + kSlack),
+                         list.items.Count());
+        SourceReader reader(machine_, channel_, options_.source.folder);
+        WorkSource source(reader, list, sink, options_.level);
+        sink.on_not_smaller = [&](SourceItem item) { source.StoreLater(std::move(item), true); };
+        Work(reader, source, sink, threads);
+        skipped += sink.Skipped();
+        entries = sink.Entries();
+        if (entries == 0) {
+            return false;
+        }
+        sink.WriteDirectory();
+        return true;
+    }
+
+    void Work(SourceReader& reader, WorkSource& source, ArchiveSink& sink, int threads) {
+        {
+            std::vector<std::jthread> workers;
+            for (int i = 0; i < threads; ++i) {
+                workers.emplace_back([&] { Worker(reader, source, sink); });
+            }
+        }
+        channel_.CheckStop();
+    }
+
+    void Worker(SourceReader& reader, WorkSource& source, ArchiveSink& sink) {
+        try {
+            Packer packer(reader, source, channel_, Compressor());
+            Job job;
+            while (source.Next(job)) {
+                sink.Deliver(job.sequence, packer.Pack(job));
+            }
+        } catch (const RunStopped&) {
+            // The reason is known already.
+        } catch (const Error& error) {
+            channel_.Fail({error.number(), "", error.description()});
+        } catch (const std::exception& error) {
+            channel_.Fail({error_number::kOutOfMemory, "", error.what()});
+        }
+    }
+
+    std::unique_ptr<RawCompressor> Compressor() const {
+        if (options_.level == 0) {
+            return nullptr;
+        }
+        return options_.make_compressor ? options_.make_compressor()
+                                        : MakeCompressor(options_.level);
+    }
+
+    platform::Machine machine_;
+    const WriterOptions& options_;
+    RunChannel& channel_;
+    ArchivePlace place_;
+    ArchiveFile archive_;
+};
+
+}  // namespace
+
+WriterResult WriteArchive(const platform::Machine& machine, const WriterOptions& options,
+                          RunEvents& events) {
+    RunChannel channel;
+    ArchiveRun run(machine, options, channel);
+    WriterResult result;
+    platform::Machine copy = machine;
+    result.outcome = channel.Run(copy.clock, events, [&run] { run.Run(); });
+    result.entries = run.entries;
+    result.skipped = run.skipped;
+    return result;
+}
+
+}  // namespace vantrel::zip

@@ -1,0 +1,75 @@
+// The records that an archive is made of, as bytes. docs/zip-format.md has them as tables.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/machine.h"
+
+namespace vantrel::zip {
+
+// APPNOTE 4.4.5; the numbers are those of the format.
+enum class Method : std::uint16_t { kStored = 0, kDeflated = 8 };
+
+constexpr std::uint32_t kLocalSignature = 0x04034b50;    // APPNOTE 4.3.7
+constexpr std::uint32_t kCentralSignature = 0x02014b50;  // 4.3.12
+constexpr std::uint32_t kEnd64Signature = 0x06064b50;    // 4.3.14
+constexpr std::uint32_t kLocatorSignature = 0x07064b50;  // 4.3.15
+constexpr std::uint32_t kEndSignature = 0x06054b50;      // 4.3.16
+constexpr std::uint32_t kSpannedMarker = 0x08074b50;     // 8.5.4
+constexpr std::uint32_t kOneDiskMarker = 0x30304b50;  // 8.5.4: begun as spanned, one disk sufficed
+
+// A short field that holds this (or 0xFFFF) says that the number stands in a Zip64 field instead,
+// so from this number on Zip64 is needed (APPNOTE 4.4.8, 4.4.9, 4.4.16, 4.4.22).
+constexpr std::uint64_t kSaturated32 = 0xFFFFFFFF;
+constexpr std::uint64_t kSaturated16 = 0xFFFF;
+
+// Longest name that a header can hold, in bytes.
+constexpr std::size_t kLongestName = 0xFFFF;
+
+// One stored file or folder.
+struct Entry {
+    std::string name;  // UTF-8, "/" between components; a folder's name ends in "/"
+    std::uint32_t attributes = 0;
+    platform::FileTimes times;
+    platform::LocalTime modified_local;  // times.modified in the user's time zone
+    Method method = Method::kStored;
+    std::uint32_t crc = 0;
+    std::uint64_t size = 0;
+    std::uint64_t packed_size = 0;
+    std::uint64_t offset = 0;  // of the local header, from the start of its disk
+    std::uint32_t disk = 0;
+    // The local header has the 64-bit sizes field. Decided when the header's place is reserved,
+    // that is, from the size which the file had when it was opened.
+    bool wide_local = false;
+};
+
+// Appends the local file header (APPNOTE 4.3.7) of an entry whose sizes and CRC are final. Its
+// length depends only on the name, the times and `wide_local`.
+void AppendLocalHeader(std::string& out, const Entry& entry);
+
+// Appends the central directory record (APPNOTE 4.3.12).
+void AppendCentralRecord(std::string& out, const Entry& entry);
+
+// What the end of the directory says about it.
+struct DirectoryEnd {
+    std::uint64_t entries = 0;
+    std::uint64_t size = 0;          // bytes of all central records
+    std::uint64_t offset = 0;        // of the first central record, on its disk
+    std::uint64_t end64_offset = 0;  // where the records appended here begin
+};
+
+// Appends the end record (APPNOTE 4.3.16), with the Zip64 end record and its locator
+// (4.3.14, 4.3.15) before it when a number does not fit.
+void AppendDirectoryEnd(std::string& out, const DirectoryEnd& end);
+
+// Whether the sizes of a file need the 64-bit field.
+constexpr bool NeedsWideSizes(std::uint64_t size, std::uint64_t packed_size) {
+    return size >= kSaturated32 || packed_size >= kSaturated32;
+}
+
+// DOS date (high half) and time of APPNOTE 4.4.6: local time, rounded down to 2 seconds; times
+// outside 1980 to 2107 become the first or last one that fits.
+std::uint32_t DosDateTime(const platform::LocalTime& local);
+
+}  // namespace vantrel::zip

@@ -1,0 +1,154 @@
+#include "zip/packer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "zip/paths.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+constexpr const char* kNotCompressed = "A file could not be compressed";
+
+}  // namespace
+
+Packer::Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
+               std::unique_ptr<RawCompressor> compressor)
+    : reader_(reader), source_(source), channel_(channel) {
+    if (compressor) {
+        deflater_ = std::make_unique<Deflater>(std::move(compressor));
+    }
+}
+
+PackedJob Packer::Pack(Job& job) { return job.piece ? PackPiece(job) : PackBatch(job); }
+
+Entry Packer::MakeEntry(const SourceItem& item) {
+    Entry entry;
+    entry.name = item.name;
+    std::replace(entry.name.begin(), entry.name.end(), '\\', '/');
+    if (item.IsFolder()) {
+        entry.name += '/';
+    }
+    entry.attributes = item.attributes;
+    entry.times = item.times;
+    entry.modified_local = reader_.machine().clock.ToLocal(item.times.modified);
+    return entry;
+}
+
+PackedJob Packer::PackBatch(Job& job) {
+    PackedJob packed;
+    packed.items.reserve(job.items.size());
+    for (const SourceItem& item : job.items) {
+        channel_.CheckStop();
+        PackItem(item, packed);
+    }
+    return packed;
+}
+
+void Packer::PackItem(const SourceItem& item, PackedJob& packed) {
+    PackedItem result;
+    result.path = JoinPath(reader_.folder(), item.name);
+    result.listed_size = item.size;
+    result.entry = MakeEntry(item);
+    if (item.IsFolder()) {
+        input_.Clear();
+        AppendFile(result, packed.bytes);
+    } else {
+        PackFile(item, result, packed.bytes);
+    }
+    packed.items.push_back(std::move(result));
+}
+
+void Packer::PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes) {
+    try {
+        if (reader_.Attempt([&] { return ReadFile(result); })) {
+            AppendFile(result, bytes);
+        } else {
+            result.moved = true;
+            source_.StoreLater(item, false);
+        }
+    } catch (const Error& error) {
+        result.trouble =
+            ComponentMessage{MessageKind::kWarning,
+                             error.number(),
+                             0,
+                             result.path,
+                             Sentence("Skipped a file that cannot be read", result.path, error),
+                             0};
+    }
+}
+
+// Reads the whole file into input_; false when it is too big for that by now.
+bool Packer::ReadFile(PackedItem& result) {
+    const auto file = reader_.machine().files.Open(result.path, platform::OpenMode::kRead);
+    const std::uint64_t size = file->Size();
+    if (size > kChunkSize) {
+        return false;
+    }
+    input_.Resize(static_cast<std::size_t>(size));
+    input_.Resize(ReadFully(*file, input_.data(), input_.size()));
+    if (input_.size() != size || file->Size() != size) {
+        result.trouble =
+            ComponentMessage{MessageKind::kWarning,
+                             0,
+                             0,
+                             result.path,
+                             "Changed while it was read, stored as read: " + result.path,
+                             0};
+    } else {
+        result.trouble.reset();
+    }
+    return true;
+}
+
+// Appends header and data of what is in input_.
+void Packer::AppendFile(PackedItem& result, Buffer& bytes) {
+    Entry& entry = result.entry;
+    output_.Clear();
+    const bool smaller =
+        deflater_ && UntilItWorks(channel_, Cannot(kNotCompressed, result.path), [&] {
+            return deflater_->Whole(input_.data(), input_.size(), output_);
+        });
+    const Buffer& data = smaller ? output_ : input_;
+    entry.method = smaller ? Method::kDeflated : Method::kStored;
+    entry.crc = Crc32(input_.data(), input_.size());
+    entry.size = input_.size();
+    entry.packed_size = data.size();
+    entry.offset = bytes.size();
+    header_.clear();
+    AppendLocalHeader(header_, entry);
+    bytes.Append(header_);
+    bytes.Append(data.View());
+    result.stored = true;
+}
+
+PackedJob Packer::PackPiece(Job& job) {
+    PackedJob packed;
+    packed.piece = job.piece;
+    packed.file = job.items.front();
+    packed.path = JoinPath(reader_.folder(), packed.file.name);
+    const Piece& piece = *job.piece;
+    if (piece.first) {
+        packed.entry = MakeEntry(packed.file);
+        packed.entry.method = piece.method;
+        // What does not shrink is stored, so the packed size needs the wide field only with this
+        // one.
+        packed.entry.wide_local = NeedsWideSizes(piece.file_size, 0);
+    }
+    packed.raw_size = job.data.size();
+    packed.crc = Crc32(job.data.data(), job.data.size());
+    if (piece.abandoned) {
+        return packed;
+    }
+    if (piece.method == Method::kDeflated) {
+        UntilItWorks(channel_, Cannot(kNotCompressed, packed.path), [&] {
+            deflater_->Part(job.data.data(), job.data.size(), piece.last, packed.bytes);
+        });
+    } else {
+        packed.bytes.Append(job.data.View());
+    }
+    return packed;
+}
+
+}  // namespace vantrel::zip

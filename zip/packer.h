@@ -1,0 +1,41 @@
+// What a worker thread does with a job: read the small files, compress, prove, and lay out headers
+// and data as they will stand in the archive.
+#pragma once
+
+#include <memory>
+
+#include "zip/deflate.h"
+#include "zip/jobs.h"
+#include "zip/run_channel.h"
+#include "zip/source_reader.h"
+#include "zip/work_source.h"
+
+namespace vantrel::zip {
+
+class Packer {
+  public:
+    // `compressor` is null when everything is to be stored as it is.
+    Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
+           std::unique_ptr<RawCompressor> compressor);
+
+    PackedJob Pack(Job& job);
+
+  private:
+    PackedJob PackBatch(Job& job);
+    PackedJob PackPiece(Job& job);
+    void PackItem(const SourceItem& item, PackedJob& packed);
+    void PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes);
+    bool ReadFile(PackedItem& result);
+    void AppendFile(PackedItem& result, Buffer& bytes);
+    Entry MakeEntry(const SourceItem& item);
+
+    SourceReader& reader_;
+    WorkSource& source_;
+    RunChannel& channel_;
+    std::unique_ptr<Deflater> deflater_;
+    Buffer input_;
+    Buffer output_;
+    std::string header_;
+};
+
+}  // namespace vantrel::zip

@@ -1,0 +1,108 @@
+#include "zip/pkzip.h"
+
+#include "common/error.h"
+#include "zip/archive_writer.h"
+#include "zip/file_spec.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+constexpr std::int16_t kHighestLevel = 9;
+
+// The value that a property has before it is set; its type is the property's type.
+Value InitialValue(int id) {
+    switch (id) {
+        case zip_id::kArchive:
+        case zip_id::kFileSpec:
+            return std::string();
+        case zip_id::kOption3:
+        case zip_id::kOption4:
+        case zip_id::kOption5:
+        case zip_id::kOption32:
+        case zip_id::kSubFolders:
+        case zip_id::kVolumeOption:
+            return false;
+        case zip_id::kLevel:
+        case zip_id::kAction:
+            return std::int16_t{0};
+        case zip_id::kMultiVolume:
+            return std::int32_t{0};
+        default:
+            RaiseError(error_number::kInvalidPropertyValue);
+    }
+}
+
+bool IsAcceptable(int id, const Value& value) {
+    if (value.index() != InitialValue(id).index()) {
+        return false;
+    }
+    if (id == zip_id::kLevel) {
+        const auto level = std::get<std::int16_t>(value);
+        return level >= 0 && level <= kHighestLevel;
+    }
+    return id != zip_id::kAction || std::get<std::int16_t>(value) == zip_id::kActionAdd;
+}
+
+}  // namespace
+
+// Hands the engine's events on to the component's.
+class PKZIP::Events : public RunEvents {
+  public:
+    explicit Events(PKZIP& zip) : zip_(zip) {}
+
+    void Overall(int percent, bool& cancel) override {
+        std::int32_t value = percent;
+        if (zip_.OverallProgress) {
+            zip_.OverallProgress(value, cancel);
+        }
+    }
+    void OfFile(int percent) override {
+        std::int32_t value = percent;
+        if (zip_.FileProgress) {
+            zip_.FileProgress(value);
+        }
+    }
+    void Told(const ComponentMessage& message) override {
+        if (zip_.Message) {
+            zip_.Message(message);
+        }
+    }
+    Questions* Answers() override { return zip_.questions; }
+
+  private:
+    PKZIP& zip_;
+};
+
+Value PKZIP::Get(int id) const {
+    const auto found = values_.find(id);
+    return found != values_.end() ? found->second : InitialValue(id);
+}
+
+void PKZIP::Set(int id, const Value& value) {
+    if (!IsAcceptable(id, value)) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
+    values_[id] = value;
+    if (id == zip_id::kAction) {
+        AddFiles();
+    }
+}
+
+void PKZIP::AddFiles() {
+    WriterOptions options;
+    options.archive = Text(zip_id::kArchive);
+    options.source = ParseFileSpec(Text(zip_id::kFileSpec));
+    options.source.sub_folders = std::get<bool>(Get(zip_id::kSubFolders));
+    options.level = std::get<std::int16_t>(Get(zip_id::kLevel));
+    options.spanning =
+        (std::get<std::int32_t>(Get(zip_id::kMultiVolume)) & zip_id::kSpanVolumes) != 0;
+    Events events(*this);
+    const WriterResult result = WriteArchive(machine_, options, events);
+    skipped_ = result.skipped;
+    if (result.outcome == RunOutcome::kFailed && FatalStop) {
+        FatalStop();
+    }
+}
+
+}  // namespace vantrel::zip
