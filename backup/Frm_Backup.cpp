@@ -15,6 +15,8 @@ namespace {
 // Below this many free bytes the volume option of a spanned backup is switched off.
 constexpr double kLowSpaceBytes = 2'000'000;
 
+constexpr const char* kSkipped = "files not backed up";
+
 // "YYYYMMDD_HHNNSS"
 std::string Stamp(const platform::LocalTime& time) {
     char text[64];
@@ -78,7 +80,7 @@ void Frm_Backup::Form_Activate() {
     set.Read_INI(SetPath());
     const Target target = MakeTarget(set);
     RunComponent(set, target);
-    messages_.Summarise(PKZIP.SkippedFiles());
+    messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
     Finish(target);
     if (program().Unattended()) {
         program().desktop.Hide(*this);
@@ -168,7 +170,7 @@ void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) {
 }
 
 void Frm_Backup::PKZIP_FatalStop() {
-    messages_.Summarise(PKZIP.SkippedFiles());
+    messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
     program().machine.process.End(forms::exit_code::kFailed);
 }
 

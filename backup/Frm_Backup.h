@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "backup/component_messages.h"
 #include "forms/controls.h"
 #include "forms/form.h"
 #include "forms/lists.h"
+#include "log/component_messages.h"
 #include "zip/pkzip.h"
 
 namespace vantrel {

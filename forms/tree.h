@@ -11,8 +11,8 @@ namespace vantrel::forms {
 class Tree : public Control {
   public:
     struct Node {
-        std::string text;
-        std::string tag;
+        std::string text{};
+        std::string tag{};
         int parent = 0;  // index of the parent node, 0 for a root node
         int image = 0;   // picture numbers from 1, 0 for none
         int selected_image = 0;

@@ -3,8 +3,11 @@
 // and the rest are counted.
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "forms/program.h"
-#include "zip/pkzip.h"
+#include "zip/component_events.h"
 
 namespace vantrel {
 
@@ -14,8 +17,8 @@ class ComponentMessages {
 
     void Handle(const zip::ComponentMessage& message);
     // Once, when the action has returned or before a fatal stop: how many more messages there were,
-    // and how many files the archive lacks.
-    void Summarise(std::int32_t skipped_files);
+    // and how many files the run has lost ("files not backed up").
+    void Summarise(std::int32_t lost_files, const std::string& what_they_are);
 
   private:
     static constexpr int kMostLines = 50;  // 50 of at most ~300 bytes leave room in a 50K log

@@ -1,4 +1,4 @@
-#include "backup/component_messages.h"
+#include "log/component_messages.h"
 
 #include "log/clsLog.h"
 
@@ -14,9 +14,9 @@ void ComponentMessages::Handle(const zip::ComponentMessage& message) {
     Write(message.text);
 }
 
-void ComponentMessages::Summarise(std::int32_t skipped_files) {
+void ComponentMessages::Summarise(std::int32_t lost_files, const std::string& what_they_are) {
     if (others_ > 0) Write(std::to_string(others_) + " more messages not written");
-    if (skipped_files > 0) Write(std::to_string(skipped_files) + " files not backed up");
+    if (lost_files > 0) Write(std::to_string(lost_files) + " " + what_they_are);
     written_ = 0;
     others_ = 0;
 }

@@ -1,0 +1,40 @@
+#include "restore/Frm_RestoreWhere.h"
+
+#include "backupset/clsFiles.h"
+#include "restore/texts.h"
+
+namespace vantrel {
+
+Frm_RestoreWhere::Frm_RestoreWhere(forms::Program& program, forms::Label& restore_to)
+    : FolderDialog(program, "Frm_RestoreWhere", "Restore To Where?", "Restore To Where"),
+      Fld_RestoreTo_(restore_to) {}
+
+std::string Frm_RestoreWhere::Destination() const { return Fld_RestoreTo_.Caption(); }
+
+bool Frm_RestoreWhere::FolderExists(const std::string& folder) const {
+    return clsFiles(program()).Exist(folder, false);
+}
+
+void Frm_RestoreWhere::Cmd_Ok_Click() {
+    if (!ChosenFolderFits()) return;
+    Fld_RestoreTo_.SetCaption(program().machine.code_page.Upper(Dir_DirList.Path()));
+    program().desktop.Unload(*this);
+}
+
+void Cmd_RestoreTo_Click(forms::Program& program, const RestoreControls& controls) {
+    if (controls.Cmb_RestoreFile.Text().empty() && controls.Fld_RestoreFile.Caption().empty()) {
+        program.desktop.Show({.text = "Please select a Backup File to Restore.",
+                              .icon = forms::Icon::kInformation,
+                              .title = "Backup"});
+        return;
+    }
+    program.globals.MessageText = LocationWarning(program);
+    program.desktop.Show({.text = program.globals.MessageText,
+                          .icon = forms::Icon::kCritical,
+                          .title = "Restore",
+                          .right_aligned = true});
+    Frm_RestoreWhere dialog(program, controls.Fld_RestoreTo);
+    program.desktop.ShowModal(dialog);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,46 @@
+#include "restore/archive_contents.h"
+
+#include "backupset/clsFiles.h"
+
+namespace vantrel {
+
+ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
+    const auto found = program.machine.files.Find(path);
+    if (!found) return {.path = path};
+    return {.path = path, .size = found->size, .modified = found->times.modified};
+}
+
+// The component counts the archive itself as entry 0: index 0 is never listed, and the number shown
+// is one less than the count.
+void ShowZipContents(forms::Program& program, const RestoreControls& controls,
+                     const std::string& path) {
+    namespace id = zip::unzip_id;
+    auto& desktop = program.desktop;
+    desktop.DoEvents();
+    desktop.SetPointer(forms::Pointer::kHourglass);
+    desktop.DoEvents();
+    controls.TV_Restore.SetVisible(false);
+    controls.TV_Restore.Clear();
+    controls.Fld_Total.SetCaption("0");
+    if (!clsFiles(program).Exist(path, true)) {
+        desktop.SetPointer(forms::Pointer::kDefault);
+        return;
+    }
+    zip::PKUNZIP& component = controls.PKUNZIP;
+    component.Set(id::kArchive, path);
+    component.Set(id::kAction, id::kActionCount);
+    const std::int32_t count = std::get<std::int32_t>(component.Get(id::kEntryCount));
+    controls.Fld_Total.SetCaption(std::to_string(count - 1));
+    component.Set(6, true);
+    for (std::int32_t i = 1; i < count; ++i) {
+        controls.SSP_TotalFiles.SetFloodPercent(100.0 / count * i);
+        component.Set(id::kEntryIndex, i);
+        component.Set(id::kAction, id::kActionEntry);
+        controls.TV_Restore.Add({.text = std::get<std::string>(component.Get(id::kEntryName))});
+    }
+    controls.SSP_TotalFiles.SetFloodPercent(0);
+    controls.TV_Restore.SetVisible(true);
+    desktop.SetPointer(forms::Pointer::kDefault);
+}
+
+}  // namespace vantrel

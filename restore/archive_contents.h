@@ -1,0 +1,28 @@
+// The listing of an archive's entries in the Restore tab.
+#pragma once
+
+#include <string>
+
+#include "forms/program.h"
+#include "platform/file_system.h"
+#include "restore/restore_controls.h"
+
+namespace vantrel {
+
+// What tells one archive from another without opening it.
+struct ListedArchive {
+    std::string path;
+    std::uint64_t size = 0;
+    platform::Ticks modified = 0;
+    bool operator==(const ListedArchive&) const = default;
+};
+
+// The archive at `path` as it is now; only the path when it is not there.
+ListedArchive LookAtArchive(forms::Program& program, const std::string& path);
+
+// Fills the tree with one node an entry and the total with their number; the fill of the panel shows
+// how far it has come. A path that is no file leaves the tree hidden and empty and the total at "0".
+void ShowZipContents(forms::Program& program, const RestoreControls& controls,
+                     const std::string& path);
+
+}  // namespace vantrel

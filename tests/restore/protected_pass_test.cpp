@@ -1,0 +1,127 @@
+#include "restore/protected_pass.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/error.h"
+#include "protect/clsCfg.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class ProtectedPass : public ProgramFixture {
+  protected:
+    void Protect(const std::string& lines) {
+        clsCfg cfg(program);
+        cfg.Create_CFG(cfg.ListPath());
+        platform::AppendToFile(machine.files(), cfg.ListPath(), lines);
+    }
+    void Pass(const std::vector<std::string>& entries, const std::string& destination) {
+        RenameProtectedFolders(program, entries, destination);
+    }
+};
+
+TEST_F(ProtectedPass, EmptyListRenamesNothingAndLogsNothing) {
+    Protect("");
+    machine.MakeFolders("C:\\Data");
+    Pass({"Data/x.txt"}, "C:\\");
+    EXPECT_TRUE(machine.Exists("C:\\Data"));
+    EXPECT_THAT(LogRecords(), IsEmpty());
+}
+
+TEST_F(ProtectedPass, FolderThatAnEntryGoesIntoIsRenamedAndLogged) {
+    Protect("C:\\DATA\r\n");
+    machine.PutFile("C:\\Data\\keep.txt", "newer work");
+    Pass({"Data/x.txt", "Data/y.txt"}, "C:\\");
+    EXPECT_EQ(machine.Content("C:\\DATA_001\\keep.txt"), "newer work");
+    EXPECT_FALSE(machine.Exists("C:\\Data"));
+    EXPECT_THAT(LogRecords(), ElementsAre("Restore process about to Overwrite C:\\DATA",
+                                          "C:\\DATA renamed to C:\\DATA_001"));
+}
+
+TEST_F(ProtectedPass, SecondRecordIsUndated) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    Pass({"Data/x.txt"}, "C:\\");
+    EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
+                ::testing::HasSubstr("\r\n                    C:\\DATA renamed to C:\\DATA_001\r\n"));
+}
+
+TEST_F(ProtectedPass, SubstringMatchesWithoutRegardToFolderBoundaries) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    Pass({"database/x.txt"}, "c:\\");
+    EXPECT_TRUE(machine.Exists("C:\\DATA_001"));
+}
+
+TEST_F(ProtectedPass, SubstringMatchesAnywhereInTheTarget) {
+    Protect("\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    Pass({"a/data/x.txt"}, "C:\\Restore");
+    EXPECT_TRUE(machine.Exists("C:\\DATA_001"));
+}
+
+TEST_F(ProtectedPass, TopLevelEntryRenamesAProtectedDestination) {
+    Protect("C:\\RESTORE\r\n");
+    machine.MakeFolders("C:\\Restore");
+    Pass({"top.txt"}, "C:\\Restore");
+    EXPECT_TRUE(machine.Exists("C:\\RESTORE_001"));
+}
+
+TEST_F(ProtectedPass, DestinationWithBackslashGetsNoSecondOne) {
+    Protect("C:\\RESTORE\\SUB\r\n");
+    machine.MakeFolders("C:\\Restore\\Sub");
+    Pass({"Sub/x.txt"}, "C:\\Restore\\");
+    EXPECT_TRUE(machine.Exists("C:\\Restore\\Sub_001"));
+}
+
+TEST_F(ProtectedPass, FirstFreeNumberIsTaken) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    machine.MakeFolders("C:\\Data_001");
+    Pass({"Data/x.txt"}, "C:\\");
+    EXPECT_TRUE(machine.Exists("C:\\DATA_002"));
+}
+
+TEST_F(ProtectedPass, WithAll999NamesTakenTheFolderStaysAndNothingIsLogged) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    for (int i = 1; i <= 999; ++i) {
+        char name[32];
+        std::snprintf(name, sizeof name, "C:\\DATA_%03d", i);
+        machine.MakeFolders(name);
+    }
+    Pass({"Data/x.txt"}, "C:\\");
+    EXPECT_TRUE(machine.Exists("C:\\Data"));
+    EXPECT_THAT(LogRecords(), IsEmpty());
+}
+
+TEST_F(ProtectedPass, ProtectedFolderThatDoesNotExistIsNeverRenamed) {
+    Protect("C:\\GONE\r\n");
+    Pass({"gone/x.txt"}, "C:\\");
+    EXPECT_THAT(LogRecords(), IsEmpty());
+}
+
+TEST_F(ProtectedPass, EachFolderIsRenamedOnceHoweverManyEntries) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    Pass({"Data/x.txt", "Data/Sub/y.txt", "Data/z.txt"}, "C:\\");
+    EXPECT_FALSE(machine.Exists("C:\\DATA_002"));
+    EXPECT_EQ(LogRecords().size(), 2u);
+}
+
+TEST_F(ProtectedPass, MissingListIsNotTrapped) {
+    try {
+        Pass({"x.txt"}, "C:\\");
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kFileNotFound);
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test
