@@ -58,7 +58,9 @@ std::optional<BY_HANDLE_FILE_INFORMATION> Identity(const FileHandle& file, const
 }  // namespace
 
 std::unique_ptr<File> Win32FileSystem::Open(const std::string& path, OpenMode mode) {
-    return Win32File::Open(DiskPath(path), mode);
+    const DiskPath file(path);
+    if (mode == OpenMode::kWrite || mode == OpenMode::kAppend) RefuseReadOnly(file);
+    return Win32File::Open(file, mode);
 }
 
 std::optional<FileInfo> Win32FileSystem::Find(const std::string& path) {

@@ -76,7 +76,9 @@ class Win32Process : public Win32Test {
         return In(name);
     }
     static std::string CommandSeen(const std::string& after_name) {
-        Probe probe(ProbePath(), "\"" + ProbePath() + "\"" + after_name);
+        std::string line(1, '"');
+        line.append(ProbePath()).append(1, '"').append(after_name);
+        Probe probe(ProbePath(), line);
         EXPECT_EQ(probe.Finish(), 7u);
         return probe.command;
     }
