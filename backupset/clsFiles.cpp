@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "backupset/clsINI.h"
-#include "backupset/clsString.h"
 #include "backupset/profile_text.h"
 #include "common/error.h"
+#include "forms/folder_path.h"
 #include "platform/text_file.h"
 
 namespace vantrel {
@@ -76,19 +76,23 @@ bool clsFiles::Exists(const std::string& path, bool file_test) {
     const std::string folder = parts.Backup_Parts(path, clsINI::kFolder);
     const std::string name = parts.Backup_Parts(path, clsINI::kFile);
     if (!IsFolder(folder)) return false;
-    return name == "*.*" || HasFile(OnDrive(folder), name);
+    return name == "*.*" || HasFile(folder, name);
 }
 
 bool clsFiles::DriveReady(const std::string& drive) {
     // As a drive list takes it: a letter and a colon, no network path.
-    return HasLetter(drive) && program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
+    if (!HasLetter(drive)) return false;
+    try {
+        return program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
+    } catch (const Error&) {
+        return true;  // a disk is there, though its root may not be looked at
+    }
 }
 
 bool clsFiles::IsFolder(const std::string& path) {
     const std::string full = OnDrive(path);
-    if (full.empty() || full.find_first_of("*?") != std::string::npos) return false;
-    const auto found = program_.machine.files.Find(full);
-    return found && found->IsFolder();
+    const bool mask = full.find_first_of("*?") != std::string::npos;
+    return !full.empty() && !mask && forms::IsFolder(program_.machine.files, full);
 }
 
 bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
@@ -97,7 +101,7 @@ bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
     auto& code_page = program_.machine.code_page;
     const std::string sought = code_page.Upper(name);
     bool found = false;
-    program_.machine.files.List(folder, [&](const platform::FileInfo& entry) {
+    program_.machine.files.List(OnDrive(folder), [&](const platform::FileInfo& entry) {
         found = !entry.IsFolder() && code_page.Upper(entry.name) == sought;
         return !found;
     });
@@ -105,12 +109,10 @@ bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
 }
 
 std::string clsFiles::OnDrive(const std::string& path) {
-    const bool network = path.size() > 1 && path[0] == '\\' && path[1] == '\\';
-    if (network) return path;
-    if (HasLetter(path)) return path.size() == 2 ? clsString().Backslash(path) : path;
-    if (path.empty() || path[0] != '\\') return "";
+    const bool without_drive = path.starts_with("\\") && !path.starts_with("\\\\");
+    if (!without_drive) return forms::FolderPath(path);
     const std::string drive = clsINI(program_).Backup_Parts(path, clsINI::kDrive);
-    return drive.substr(0, 2) + path;
+    return forms::FolderPath(drive.substr(0, 2) + path);
 }
 
 }  // namespace vantrel

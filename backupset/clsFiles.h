@@ -35,6 +35,7 @@ class clsFiles {
     bool DriveReady(const std::string& drive);
     bool IsFolder(const std::string& path);
     bool HasFile(const std::string& folder, const std::string& name);
+    // The full path of a folder as a folder list takes it, "" for one that it refuses.
     std::string OnDrive(const std::string& path);
 
     forms::Program& program_;

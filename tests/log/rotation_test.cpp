@@ -1,0 +1,149 @@
+#include "common/error.h"
+#include "tests/log/log_fixture.h"
+
+namespace vantrel {
+namespace {
+
+using test::TransactionLog;
+
+class LogRotation : public TransactionLog {
+  protected:
+    bool RolledOver() { return machine.Exists(kBak) && machine.Content(kBak) == "old"; }
+    // Writes on that day into a log last written on the other.
+    void WriteOn(int year, int month, int day) {
+        machine.clock.Set(year, month, day);
+        Write("Backup", "new", false);
+    }
+};
+
+TEST_F(LogRotation, FirstOfTheMonthMovesLastMonthsLogAside) {
+    PutLog(kLog, "old", 2026, 10, 31);
+    machine.PutFile(kBak, "older");
+    WriteOn(2026, 11, 1);
+    EXPECT_TRUE(RolledOver());
+    EXPECT_EQ(machine.Content(kLog), Header() + std::string(20, ' ') + "new\r\n");
+    EXPECT_EQ(machine.Names("C:\\Vantrel"),
+              (std::vector<std::string>{"Vantrel.Bak", "Vantrel.Log"}));
+}
+
+TEST_F(LogRotation, WorksWithoutAnEarlierBak) {
+    PutLog(kLog, "old", 2026, 10, 1);
+    WriteOn(2026, 11, 1);
+    EXPECT_TRUE(RolledOver());
+}
+
+TEST_F(LogRotation, HappensOncePerMonth) {
+    PutLog(kLog, "old", 2026, 10, 31);
+    WriteOn(2026, 11, 1);
+    const platform::Ticks now = machine.clock.UtcNow();
+    machine.files().SetTimes(kLog, {now, now, now});
+    WriteOn(2026, 11, 1);
+    EXPECT_TRUE(RolledOver());
+}
+
+TEST_F(LogRotation, JanuaryDoesNotRotate) {
+    PutLog(kLog, "old", 2026, 12, 31);
+    WriteOn(2027, 1, 1);
+    EXPECT_FALSE(machine.Exists(kBak));
+    EXPECT_EQ(machine.Content(kLog), "old" + std::string(20, ' ') + "new\r\n");
+}
+
+TEST_F(LogRotation, SecondOfTheMonthDoesNotRotate) {
+    PutLog(kLog, "old", 2026, 10, 31);
+    WriteOn(2026, 11, 2);
+    EXPECT_FALSE(machine.Exists(kBak));
+}
+
+TEST_F(LogRotation, LogOlderThanLastMonthDoesNotRotate) {
+    PutLog(kLog, "old", 2026, 9, 30);
+    WriteOn(2026, 11, 1);
+    EXPECT_FALSE(machine.Exists(kBak));
+}
+
+TEST_F(LogRotation, OnlyTheMonthNumberIsCompared) {
+    PutLog(kLog, "old", 2024, 10, 31);
+    WriteOn(2026, 11, 1);
+    EXPECT_TRUE(RolledOver());
+}
+
+TEST_F(LogRotation, LogWrittenThisMonthDoesNotRotate) {
+    PutLog(kLog, "old", 2026, 11, 1);
+    WriteOn(2026, 11, 1);
+    EXPECT_FALSE(machine.Exists(kBak));
+}
+
+TEST_F(LogRotation, HappensBeforeAnUnknownKindToo) {
+    PutLog(kLog, "old", 2026, 10, 31);
+    machine.clock.Set(2026, 11, 1);
+    Write("backup");
+    EXPECT_TRUE(RolledOver());
+    EXPECT_EQ(machine.Content(kLog), Header());
+}
+
+TEST_F(LogRotation, RenamedExecutableRollsTheFixedNameOver) {
+    program.globals.LogFilePath = "C:\\Vantrel\\Other.Log";
+    PutLog(kLog, "old", 2026, 10, 31);
+    PutLog("C:\\Vantrel\\Other.Log", "other", 2026, 10, 31);
+    WriteOn(2026, 11, 1);
+    EXPECT_TRUE(RolledOver());
+    EXPECT_FALSE(machine.Exists(kLog));
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\Other.Log"),
+              "other" + Header() + std::string(20, ' ') + "new\r\n");
+}
+
+TEST_F(LogRotation, BakThatCannotGoIsReportedAndBothLogsStay) {
+    PutLog(kLog, "old", 2026, 10, 31);
+    machine.PutFile(kBak, "older");
+    machine.files().SetAttributes(kBak, platform::attribute::kReadOnly);
+    EXPECT_THROW(WriteOn(2026, 11, 1), Error);
+    EXPECT_EQ(machine.Content(kLog), "old");
+    EXPECT_EQ(machine.Content(kBak), "older");
+}
+
+// Ten hours ahead of UTC.
+class EasternClock : public platform::Clock {
+  public:
+    explicit EasternClock(test::TestClock& utc) : utc_(utc) {}
+    platform::LocalTime Now() override { return ToLocal(utc_.UtcNow()); }
+    platform::Ticks UtcNow() override { return utc_.UtcNow(); }
+    platform::LocalTime ToLocal(platform::Ticks utc) override {
+        return utc_.ToLocal(utc + 10ull * 60 * 60 * 10'000'000);
+    }
+    std::uint64_t Milliseconds() override { return utc_.Milliseconds(); }
+    void Sleep(std::chrono::milliseconds time) override { utc_.Sleep(time); }
+    void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
+              std::chrono::milliseconds time) override {
+        utc_.Wait(signal, lock, time);
+    }
+
+  private:
+    test::TestClock& utc_;
+};
+
+TEST_F(LogRotation, BothMonthsAreLocalOnes) {
+    EasternClock clock(machine.clock);
+    platform::Machine east{machine.process, machine.files(),  machine.drives,
+                           clock,           machine.settings, machine.code_page()};
+    forms::Program there{east, desktop, program.globals};
+    PutLog(kLog, "old", 2026, 10, 31);       // 22:00 in the east
+    machine.clock.Set(2026, 10, 31, 15, 0);  // already 1 November there
+    clsLog(there).WriteToLog("Backup", true, "new");
+    EXPECT_TRUE(RolledOver());
+    EXPECT_EQ(machine.Content(kLog), Header() + "01/11/2026 01:00:00 new\r\n");
+}
+
+TEST_F(LogRotation, LogWrittenAtTheLocalTurnOfTheMonthIsThisMonths) {
+    EasternClock clock(machine.clock);
+    platform::Machine east{machine.process, machine.files(),  machine.drives,
+                           clock,           machine.settings, machine.code_page()};
+    forms::Program there{east, desktop, program.globals};
+    machine.PutFile(kLog, "old");
+    machine.clock.Set(2026, 10, 31, 14, 30);  // 00:30 on 1 November there
+    const platform::Ticks then = machine.clock.UtcNow();
+    machine.files().SetTimes(kLog, {then, then, then});
+    clsLog(there).WriteToLog("Backup", true, "new");
+    EXPECT_FALSE(machine.Exists(kBak));
+}
+
+}  // namespace
+}  // namespace vantrel

@@ -1,0 +1,58 @@
+#include "common/error.h"
+#include "system/clsApplication.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel {
+namespace {
+
+class Application : public test::ProgramFixture {};
+
+TEST_F(Application, VersionIsMajorMinorRevision) {
+    EXPECT_EQ(clsApplication(program).VersionNo(), "3.0.6");
+}
+
+TEST_F(Application, PrevInstanceAsksTheProcessEachTime) {
+    EXPECT_FALSE(clsApplication(program).PrevInstance());
+    machine.process.previous_instance = true;
+    EXPECT_TRUE(clsApplication(program).PrevInstance());
+    EXPECT_EQ(machine.process.previous_instance_questions, 2);
+}
+
+class FailingProcess : public test::TestProcess {
+  public:
+    bool PreviousInstance() override { RaiseError(error_number::kDeviceIo); }
+};
+
+TEST_F(Application, PrevInstanceReportsItsErrors) {
+    FailingProcess process;
+    platform::Machine broken{process,       machine.files(),  machine.drives,
+                             machine.clock, machine.settings, machine.code_page()};
+    forms::Program there{broken, desktop};
+    try {
+        clsApplication(there).PrevInstance();
+        ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -2147211505);
+        EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
+        EXPECT_EQ(error.description(), "Device I/O error");
+    }
+}
+
+TEST_F(Application, ShutDownUnloadsALoadedSplash) {
+    forms::Form splash(program, "Frm_Splash");
+    desktop.ShowModeless(splash);
+    clsApplication(program).ShutDown(&splash);
+    EXPECT_FALSE(splash.Loaded());
+}
+
+TEST_F(Application, ShutDownDoesNothingElse) {
+    forms::Form splash(program, "Frm_Splash");
+    clsApplication(program).ShutDown(&splash);
+    clsApplication(program).ShutDown(nullptr);
+    EXPECT_TRUE(desktop.happened.empty());
+    EXPECT_TRUE(desktop.boxes.empty());
+    EXPECT_TRUE(machine.Names("C:\\Vantrel").empty());
+}
+
+}  // namespace
+}  // namespace vantrel
