@@ -7,7 +7,21 @@ set(PLATFORM_SOURCES
     platform/command_line.cpp
     platform/disk_space.cpp
     platform/text_file.cpp)
-set(PLATFORM_HOST_SOURCES)
+set(PLATFORM_HOST_SOURCES
+    platform/host/host_clock.cpp
+    platform/host/host_code_page.cpp
+    platform/host/host_drive_map.cpp
+    platform/host/host_drives.cpp
+    platform/host/host_error.cpp
+    platform/host/host_file.cpp
+    platform/host/host_file_system.cpp
+    platform/host/host_info.cpp
+    platform/host/host_list.cpp
+    platform/host/host_machine.cpp
+    platform/host/host_path.cpp
+    platform/host/host_process.cpp
+    platform/host/host_settings.cpp
+    platform/host/host_sharing.cpp)
 set(PLATFORM_WIN32_SOURCES
     platform/win32/disk_path.cpp
     platform/win32/find_data.cpp
@@ -84,16 +98,25 @@ set(APP_SOURCES
 set(VIEWS_WIN32_SOURCES)
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES)
-set(VZIP_SOURCES)
+set(VZIP_SOURCES
+    tools/vzip.cpp
+    tools/vzip_create.cpp)
 
 # Used by every test: the fake machine, the scripted desktop, the fault-injecting decorator.
-set(TEST_SUPPORT_SOURCES)
+set(TEST_SUPPORT_SOURCES
+    tests/support/scripted_desktop.cpp)
+# The fake machine stands on the host's file system.
+set(TEST_SUPPORT_HOST_SOURCES
+    tests/support/test_clock.cpp
+    tests/support/test_machine.cpp
+    tests/support/test_services.cpp)
 set(COMMON_TESTS)
 set(PLATFORM_TESTS
     tests/platform/command_line_test.cpp)
 # On Windows only: what the conformance suite cannot ask of every machine.
 set(PLATFORM_WIN32_TESTS
     tests/platform/win32_drives_test.cpp
+    tests/platform/win32_file_test.cpp
     tests/platform/win32_names_test.cpp
     tests/platform/win32_path_test.cpp
     tests/platform/win32_process_test.cpp

@@ -4,6 +4,9 @@ set(gtest_force_shared_crt ON)
 set(BUILD_GMOCK ON)
 add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
 
+if(NOT WIN32)
+    list(APPEND TEST_SUPPORT_SOURCES ${TEST_SUPPORT_HOST_SOURCES})
+endif()
 vantrel_room(test_support SOURCES ${TEST_SUPPORT_SOURCES}
              BELOW vantrel_forms vantrel_machine GTest::gmock GTest::gtest)
 
@@ -25,8 +28,16 @@ endfunction()
 
 # The seam's conformance suite runs over both implementations; what stands on the seam is portable
 # and is tested on the host, under sanitizers.
+if(WIN32)
+    list(APPEND PLATFORM_TESTS ${PLATFORM_WIN32_TESTS})
+endif()
 vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine)
-if(NOT WIN32)
+if(WIN32)
+    # A second program for tests to start; it stands beside them.
+    add_executable(process_probe tests/platform/process_probe.cpp)
+    target_link_libraries(process_probe PRIVATE vantrel_machine)
+    add_dependencies(platform_tests process_probe)
+else()
     vantrel_tests(common SOURCES ${COMMON_TESTS} LINK vantrel_common)
     vantrel_tests(forms SOURCES ${FORMS_TESTS} LINK vantrel_forms)
     vantrel_tests(zip SOURCES ${ZIP_TESTS} LINK vantrel_zip)

@@ -17,8 +17,10 @@ class ScriptedDesktop : public forms::Desktop {
     // Answers to message boxes with more than one button, in order; none left: the default button.
     std::deque<forms::Answer> answers;
     std::deque<std::string> inputs;  // answers to input boxes; none left: ""
-    // Runs at the next DoEvents (one step a call); `Idle` steps run one by one while a modal window
+    // Runs at the next DoEvents (one step a call); `idle` steps run one by one while a modal window
     // or Run() waits for the user. A wait without an idle step left fails the test and ends.
+    // Windows that are due for it are activated before either: the shown one, and the one that is
+    // in front again when another is gone.
     std::deque<std::function<void()>> on_events;
     std::deque<std::function<void()>> idle;
     // Called inside each box, e.g. to change the disk before the answer.
@@ -27,7 +29,8 @@ class ScriptedDesktop : public forms::Desktop {
     // --- looking ---
     std::vector<forms::Box> boxes;
     std::vector<std::string> input_prompts;
-    std::vector<std::string> happened;  // "load Frm_Backup", "show ...", "activate ...", "unload ..."
+    // "load Frm_Backup", "show ...", "activate ...", "hide ...", "unload ...".
+    std::vector<std::string> happened;
     forms::Pointer pointer = forms::Pointer::kDefault;
     int do_events_calls = 0;
     // The window that was loaded last and is still there.
@@ -40,15 +43,20 @@ class ScriptedDesktop : public forms::Desktop {
     void ShowModeless(forms::Form& form) override;
     void ShowModal(forms::Form& form) override;
     void Hide(forms::Form& form) override;
-    void Unload(forms::Form& form,
-                forms::UnloadMode mode = forms::UnloadMode::kCode) override;
+    void Unload(forms::Form& form, forms::UnloadMode mode = forms::UnloadMode::kCode) override;
     void DoEvents() override;
     void Run() override;
     void SetPointer(forms::Pointer value) override { pointer = value; }
 
   private:
-    void Activate(forms::Form& form);
+    void FirstShow(forms::Form& form);
+    void Leave(forms::Form& form);
+    void RunActivations();
+    bool RunIdleStep(const std::string& who);
+
     std::vector<forms::Form*> loaded_;
+    std::vector<forms::Form*> shown_;  // the front one last
+    std::vector<forms::Form*> unloading_;
     std::deque<forms::Form*> to_activate_;
 };
 

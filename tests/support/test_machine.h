@@ -79,7 +79,8 @@ class TestDrives : public platform::Drives {
         int type = platform::drive_type::kFixed;
         platform::DiskSpace space{8, 512, 100000, 200000};
         std::uint64_t free_bytes = 100000ull * 4096;
-        std::string label;
+        std::string label{};
+        bool ready = true;  // no space and no label otherwise
     };
     std::map<char, Drive> drives;  // by capital letter
     std::vector<std::string> space_questions;

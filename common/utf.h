@@ -1,0 +1,27 @@
+// UTF-8 and UTF-16. Both ways are lenient, because file names on disk are not always well formed:
+// a lone surrogate becomes three bytes and comes back as it was; a byte that belongs to no valid
+// sequence becomes U+FFFD.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace vantrel::utf {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+std::u16string ToUtf16(std::string_view utf8);
+std::string ToUtf8(std::u16string_view utf16);
+
+// The code point at `position`, which moves behind it; kReplacement, and one byte further, where no
+// valid sequence starts. `position` must lie inside the text.
+char32_t Next(std::string_view utf8, std::size_t& position);
+
+// Appends a code point (surrogates too) as UTF-8.
+void Append(std::string& utf8, char32_t point);
+
+// How many UTF-16 units the text takes.
+std::size_t Utf16Length(std::string_view utf8);
+
+}  // namespace vantrel::utf

@@ -1,0 +1,35 @@
+// Which host folder stands behind each drive letter. Shared by the file system and the drive
+// questions; may be changed while they run (a disk is taken out). Safe from any thread.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "platform/machine.h"
+
+namespace vantrel::platform {
+
+struct HostDrive {
+    std::string folder;  // host path of the drive's root
+    int type = drive_type::kFixed;
+    std::string label{};
+    bool ready = true;  // false: a drive without a disk
+};
+
+class HostDriveMap {
+  public:
+    HostDriveMap() = default;
+    explicit HostDriveMap(std::map<char, HostDrive> drives) : drives_(std::move(drives)) {}
+
+    // `letter` is a capital.
+    std::optional<HostDrive> Get(char letter) const;
+    void Set(char letter, HostDrive drive);
+
+  private:
+    mutable std::mutex mutex_;
+    std::map<char, HostDrive> drives_;
+};
+
+}  // namespace vantrel::platform

@@ -1,0 +1,125 @@
+#include "platform/host/host_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "common/error.h"
+#include "platform/host/host_error.h"
+#include "platform/host/host_info.h"
+
+namespace vantrel::platform {
+
+namespace {
+
+[[noreturn]] void RaiseFileError() { RaiseHostError(errno, HostDeed::kFile); }
+
+// Emptying waits until it is known that the file may be written. Not to block: a pipe would.
+int FlagsFor(OpenMode mode) {
+    constexpr int kAlways = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    switch (mode) {
+        case OpenMode::kRead:
+            return kAlways | O_RDONLY;
+        case OpenMode::kWrite:
+            return kAlways | O_WRONLY | O_CREAT;
+        case OpenMode::kAppend:
+            return kAlways | O_WRONLY | O_CREAT | O_APPEND;
+        case OpenMode::kCreateNew:
+            break;
+    }
+    return kAlways | O_RDWR | O_CREAT | O_EXCL;
+}
+
+HostFd TryOpen(const HostPlace& place, int flags) {
+    int fd = 0;
+    do {
+        fd = ::openat(place.Folder(), place.Name(), flags, 0666);
+    } while (fd < 0 && errno == EINTR);
+    return HostFd(fd);
+}
+
+HostFd OpenAnySpelling(HostPlace& place, int flags) {
+    // A name is made only after it is known that none stands there in another spelling.
+    const int careful = flags & ~(O_CREAT | O_EXCL);
+    HostFd fd;
+    if ((flags & O_EXCL) == 0) fd = TryOpen(place, careful);
+    if (fd.IsValid()) return fd;
+    const bool missing = (flags & O_EXCL) != 0 || errno == ENOENT || errno == ENOTDIR;
+    if (!missing) RaiseFileError();
+    const bool there = place.Respell();
+    if (there && (flags & O_EXCL) != 0) RaiseError(error_number::kFileExists);
+    fd = TryOpen(place, flags);
+    if (!fd.IsValid()) RaiseFileError();
+    return fd;
+}
+
+}  // namespace
+
+std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
+    if (place.Leaf().empty()) RaiseError(error_number::kPermissionDenied);
+    HostFd fd = OpenAnySpelling(place, FlagsFor(mode));
+    struct stat status;
+    if (::fstat(fd.Get(), &status) != 0) RaiseFileError();
+    const bool writing = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
+    if (!S_ISREG(status.st_mode) || (writing && IsReadOnlyMode(status.st_mode))) {
+        RaiseError(error_number::kPermissionDenied);
+    }
+    auto share = std::make_unique<HostShare>(status.st_dev, status.st_ino, mode);
+    auto file = std::make_unique<HostFile>(std::move(fd), std::move(share));
+    if (mode == OpenMode::kWrite && status.st_size != 0) file->Truncate(0);
+    return file;
+}
+
+std::size_t HostFile::Read(void* buffer, std::size_t count) {
+    std::size_t done = 0;
+    while (done < count) {
+        const ssize_t got = ::read(fd_.Get(), static_cast<char*>(buffer) + done, count - done);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) RaiseFileError();
+        if (got == 0) break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+void HostFile::Write(const void* data, std::size_t count) {
+    std::size_t done = 0;
+    while (done < count) {
+        const ssize_t put = ::write(fd_.Get(), static_cast<const char*>(data) + done, count - done);
+        if (put < 0 && errno == EINTR) continue;
+        if (put < 0) RaiseFileError();
+        if (put == 0) RaiseError(error_number::kDiskFull);
+        done += static_cast<std::size_t>(put);
+    }
+}
+
+void HostFile::Seek(std::uint64_t position) {
+    if (::lseek(fd_.Get(), static_cast<off_t>(position), SEEK_SET) < 0) RaiseFileError();
+}
+
+std::uint64_t HostFile::Size() {
+    struct stat status;
+    if (::fstat(fd_.Get(), &status) != 0) RaiseFileError();
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
+void HostFile::Truncate(std::uint64_t size) {
+    if (::ftruncate(fd_.Get(), static_cast<off_t>(size)) != 0) RaiseFileError();
+    Seek(size);
+}
+
+void HostFile::Flush() {
+    if (::fsync(fd_.Get()) != 0) RaiseFileError();
+}
+
+void HostFile::Close() {
+    if (times_ && fd_.IsValid() && ::futimens(fd_.Get(), HostTimes(*times_).values) != 0) {
+        RaiseFileError();
+    }
+    const bool closed = fd_.Close();
+    share_.reset();
+    if (!closed) RaiseFileError();
+}
+
+}  // namespace vantrel::platform

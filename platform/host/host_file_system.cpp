@@ -1,0 +1,212 @@
+#include "platform/host/host_file_system.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "common/error.h"
+#include "platform/host/host_error.h"
+#include "platform/host/host_file.h"
+#include "platform/host/host_info.h"
+#include "platform/host/host_list.h"
+#include "platform/host/host_path.h"
+#include "platform/host/host_sharing.h"
+
+namespace vantrel::platform {
+
+namespace {
+
+using namespace error_number;
+
+// Runs `call` on the place as spelled, then in the spelling on disk. Whether it succeeded; errno
+// tells why not. Raises 76 when a folder on the way is missing.
+template <typename Call>
+bool InAnySpelling(HostPlace& place, Call call) {
+    if (call()) return true;
+    if (errno != ENOENT && errno != ENOTDIR) return false;
+    if (place.Respell()) return call();
+    errno = ENOENT;
+    return false;
+}
+
+bool Status(HostPlace& place, struct stat& status, int flags) {
+    return InAnySpelling(
+        place, [&] { return ::fstatat(place.Folder(), place.Name(), &status, flags) == 0; });
+}
+
+// The status of what must be there.
+struct stat Needed(HostPlace& place, HostDeed deed) {
+    struct stat status;
+    if (!Status(place, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, deed);
+    return status;
+}
+
+// Whether nothing more can be said than that a thing is not there.
+bool IsAbsence(int number) {
+    return number == kFileNotFound || number == kPathNotFound || number == kBadFileName ||
+           number == kDeviceUnavailable || number == kDiskNotReady;
+}
+
+std::optional<FileInfo> FindAt(HostPlace& place) {
+    struct statx status;
+    const bool found = InAnySpelling(place, [&] {
+        return ::statx(place.Folder(), place.Name(), AT_SYMLINK_NOFOLLOW, kHostMask, &status) == 0;
+    });
+    if (!found) RaiseHostError(errno, HostDeed::kFile);
+    // The root of a drive is a folder even where it is a link on the host.
+    if (place.Leaf().empty() && S_ISLNK(status.stx_mode)) {
+        ::statx(place.Folder(), place.Name(), 0, kHostMask, &status);
+    }
+    FileInfo info = InfoFromStatus(place.Leaf(), status);
+    AddStoredAttributes(place.Path(), info);
+    return info;
+}
+
+void CheckMovable(const struct stat& status) {
+    HostShare::CheckMovable(status.st_dev, status.st_ino);
+}
+
+// Refuses a target that a file cannot take the place of.
+void CheckReplaceable(HostPlace& target) {
+    struct stat status;
+    if (!Status(target, status, AT_SYMLINK_NOFOLLOW)) {
+        if (errno != ENOENT) RaiseHostError(errno, HostDeed::kFile);
+        return;
+    }
+    const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
+    if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
+    CheckMovable(status);
+}
+
+std::optional<struct stat> Identity(const HostDriveMap& drives, const std::string& path) {
+    try {
+        HostPlace place(drives, HostPath(path));
+        struct stat status;
+        if (Status(place, status, 0)) return status;
+        if (errno == EACCES) RaiseError(kPermissionDenied);
+        return std::nullopt;
+    } catch (const Error& error) {
+        if (IsAbsence(error.number())) return std::nullopt;
+        throw;
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<File> HostFileSystem::Open(const std::string& path, OpenMode mode) {
+    HostPlace place(drives_, HostPath(path));
+    return HostFile::Open(place, mode);
+}
+
+std::optional<FileInfo> HostFileSystem::Find(const std::string& path) {
+    try {
+        HostPlace place(drives_, HostPath(path));
+        return FindAt(place);
+    } catch (const Error& error) {
+        if (IsAbsence(error.number())) return std::nullopt;
+        throw;
+    }
+}
+
+void HostFileSystem::List(const std::string& folder,
+                          const std::function<bool(const FileInfo&)>& each) {
+    HostPlace place(drives_, HostPath(folder));
+    ListHostFolder(place, each);
+}
+
+void HostFileSystem::MakeFolder(const std::string& path) {
+    HostPath parsed = [&] {
+        try {
+            return HostPath(path);
+        } catch (const Error& error) {
+            RaiseError(error.number() == kBadFileName ? kPathFileAccess : error.number());
+        }
+    }();
+    HostPlace place(drives_, parsed);
+    if (parsed.IsRoot() || place.Respell()) RaiseError(kPathFileAccess);
+    if (::mkdirat(place.Folder(), place.Name(), 0777) != 0) {
+        RaiseHostError(errno, HostDeed::kFolder);
+    }
+}
+
+void HostFileSystem::Rename(const std::string& from, const std::string& to) {
+    const HostPath from_path(from);
+    const HostPath to_path(to);
+    HostPlace source(drives_, from_path);
+    const struct stat status = Needed(source, HostDeed::kFile);
+    if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
+    const HostDeed deed = S_ISDIR(status.st_mode) ? HostDeed::kFolder : HostDeed::kFile;
+    if (from_path.IsRoot()) RaiseError(kPathFileAccess);
+    HostPlace target(drives_, to_path);
+    const std::string wanted = target.Path();
+    struct stat taken;
+    // A name may change its letters' case only, which finds itself under the new name.
+    if (Status(target, taken, AT_SYMLINK_NOFOLLOW)) {
+        const bool itself = target.Path() == source.Path() && wanted != source.Path();
+        if (!itself) RaiseError(kFileExists);
+        target.SpellLeaf(to_path.names.back());
+    }
+    CheckMovable(status);
+    if (::renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(),
+                    RENAME_NOREPLACE) != 0) {
+        RaiseHostError(errno, errno == EEXIST ? HostDeed::kFile : deed);
+    }
+}
+
+void HostFileSystem::Replace(const std::string& from, const std::string& to) {
+    const HostPath from_path(from);
+    const HostPath to_path(to);
+    HostPlace source(drives_, from_path);
+    const struct stat status = Needed(source, HostDeed::kFile);
+    if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
+    if (S_ISDIR(status.st_mode)) RaiseError(kPermissionDenied);
+    CheckMovable(status);
+    HostPlace target(drives_, to_path);
+    CheckReplaceable(target);
+    if (::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) != 0) {
+        RaiseHostError(errno, HostDeed::kFile);
+    }
+}
+
+void HostFileSystem::RemoveFile(const std::string& path) {
+    HostPlace place(drives_, HostPath(path));
+    const struct stat status = Needed(place, HostDeed::kFile);
+    const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
+    if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
+    CheckMovable(status);
+    if (::unlinkat(place.Folder(), place.Name(), 0) != 0) RaiseHostError(errno, HostDeed::kFile);
+}
+
+void HostFileSystem::RemoveFolder(const std::string& path) {
+    const HostPath parsed(path);
+    HostPlace place(drives_, parsed);
+    if (parsed.IsRoot()) RaiseError(kPathFileAccess);
+    const bool removed = InAnySpelling(
+        place, [&] { return ::unlinkat(place.Folder(), place.Name(), AT_REMOVEDIR) == 0; });
+    if (!removed) RaiseHostError(errno, HostDeed::kFolder);
+}
+
+void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
+    HostPlace place(drives_, HostPath(path));
+    Needed(place, HostDeed::kFile);
+    StoreAttributes(place, attributes);
+}
+
+void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
+    HostPlace place(drives_, HostPath(path));
+    const HostTimes host_times(times);
+    const bool done = InAnySpelling(place, [&] {
+        return ::utimensat(place.Folder(), place.Name(), host_times.values, 0) == 0;
+    });
+    if (!done) RaiseHostError(errno, HostDeed::kFile);
+}
+
+bool HostFileSystem::SameFile(const std::string& one, const std::string& other) {
+    const auto first = Identity(drives_, one);
+    const auto second = first ? Identity(drives_, other) : std::nullopt;
+    return second && first->st_dev == second->st_dev && first->st_ino == second->st_ino;
+}
+
+}  // namespace vantrel::platform

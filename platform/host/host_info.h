@@ -1,0 +1,42 @@
+// What the host knows about a file, in Windows' terms. Read-only is a file without any write bit in
+// its mode; hidden, system and archive are kept in the extended attribute user.DOSATTRIB as the
+// text "0x22", where other programs look for them too. A folder keeps its read-only bit there as
+// well, because its mode's write bits mean something else.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <string>
+
+#include "platform/file_system.h"
+#include "platform/host/host_path.h"
+
+namespace vantrel::platform {
+
+constexpr unsigned kHostMask = STATX_BASIC_STATS | STATX_BTIME;
+
+// Everything but what the extended attribute adds.
+FileInfo InfoFromStatus(const std::string& name, const struct statx& status);
+
+// Adds what the extended attribute says about the file at the host path. False when the file system
+// there has no such attributes, so that a listing need not ask again.
+bool AddStoredAttributes(const std::string& host_path, FileInfo& info);
+
+// Brings the mode and the extended attribute of a file or folder to `attributes`. Raises 70.
+void StoreAttributes(const HostPlace& place, std::uint32_t attributes);
+
+// Whether a file of this mode is read-only.
+bool IsReadOnlyMode(unsigned mode);
+
+// The two times that a host can set, for utimensat: accessed, modified. 0 leaves a time as it is.
+struct HostTimes {
+    explicit HostTimes(const FileTimes& times);
+    struct timespec values[2];
+};
+
+// From and to the host's time, seconds since 1970.
+Ticks TicksOf(std::int64_t seconds, std::uint32_t nanoseconds);
+std::int64_t SecondsOf(Ticks ticks);  // rounded down
+
+}  // namespace vantrel::platform

@@ -1,0 +1,57 @@
+// From Windows paths to the host's. Names are taken as they are spelled when that exists, else
+// found without regard to case; nothing is remembered from one call to the next.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/host/host_drive_map.h"
+#include "platform/host/host_handles.h"
+
+namespace vantrel::platform {
+
+// "C:\Folder\Name" taken apart. "/" counts as "\"; "." and ".." are resolved; "\\?\" is dropped.
+struct HostPath {
+    // Raises 52 for a malformed path or name (characters below a blank, any of < > : " | ? *, more
+    // than 255 UTF-16 units), 76 for a network path.
+    explicit HostPath(std::string_view path);
+
+    char letter = 0;  // capital
+    std::vector<std::string> names;
+    bool IsRoot() const { return names.empty(); }
+};
+
+// Where something stands or would stand on the host: a name in an open folder. For paths that the
+// host takes in one piece the folder is the current one and the name is absolute.
+class HostPlace {
+  public:
+    // The drive's root (68 or 71 when it cannot be had) and names below it, spelled as given.
+    HostPlace(const HostDriveMap& drives, const HostPath& path);
+
+    int Folder() const { return folder_.IsValid() ? folder_.Get() : kCurrentFolder; }
+    const char* Name() const { return name_.c_str(); }
+    // A path that leads there while this object lives.
+    std::string Path() const;
+    // The last name, spelled as on disk after Respell.
+    const std::string& Leaf() const { return leaf_; }
+
+    // Looks for every name that is not there as spelled, without regard to case, and takes the
+    // spelling on disk. Returns false when the last name is not there in any spelling (it then
+    // stays as given); the place is then where it would be made. Raises 76 for a missing folder.
+    bool Respell();
+    // Takes another spelling of the last name. Raises 76 for a missing folder.
+    void SpellLeaf(const std::string& name);
+
+  private:
+    static constexpr int kCurrentFolder = -100;  // AT_FDCWD
+    // Points at the names as they are spelled now; false when a folder on the way is not there.
+    bool Go();
+    std::string root_;
+    std::vector<std::string> names_;
+    HostFd folder_;
+    std::string name_;
+    std::string leaf_;
+};
+
+}  // namespace vantrel::platform

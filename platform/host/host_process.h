@@ -1,0 +1,31 @@
+// A process that is what its maker says it is.
+#pragma once
+
+#include <string>
+
+#include "platform/machine.h"
+
+namespace vantrel::platform {
+
+struct HostProgram {
+    std::string application_folder = "Z:\\";
+    std::string base_name = "Vantrel";
+    std::string command_line{};
+    bool previous_instance = false;
+};
+
+class HostProcess : public Process {
+  public:
+    explicit HostProcess(HostProgram program) : program_(std::move(program)) {}
+
+    std::string ApplicationFolder() override { return program_.application_folder; }
+    std::string ExecutableBaseName() override { return program_.base_name; }
+    std::string CommandLine() override { return program_.command_line; }
+    bool PreviousInstance() override { return program_.previous_instance; }
+    [[noreturn]] void End(int exit_code) override;
+
+  private:
+    HostProgram program_;
+};
+
+}  // namespace vantrel::platform

@@ -1,0 +1,166 @@
+#include "tests/support/scripted_desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vantrel::test {
+
+using forms::Answer;
+using forms::Buttons;
+using forms::Form;
+
+namespace {
+
+bool Contains(const std::vector<Form*>& forms, const Form& form) {
+    return std::find(forms.begin(), forms.end(), &form) != forms.end();
+}
+
+template <typename Forms>
+void Remove(Forms& forms, const Form& form) {
+    forms.erase(std::remove(forms.begin(), forms.end(), &form), forms.end());
+}
+
+Answer DefaultAnswer(const forms::Box& box) {
+    const bool first = box.default_button == 1;
+    switch (box.buttons) {
+        case Buttons::kYesNo:
+            return first ? Answer::kYes : Answer::kNo;
+        case Buttons::kRetryCancel:
+            return first ? Answer::kRetry : Answer::kCancel;
+        case Buttons::kOk:
+            break;
+    }
+    return Answer::kOk;
+}
+
+template <typename T>
+T TakeFront(std::deque<T>& queue) {
+    T front = std::move(queue.front());
+    queue.pop_front();
+    return front;
+}
+
+}  // namespace
+
+Answer ScriptedDesktop::Show(const forms::Box& box) {
+    boxes.push_back(box);
+    if (on_box) on_box(box);
+    if (box.buttons == Buttons::kOk || answers.empty()) return DefaultAnswer(box);
+    return TakeFront(answers);
+}
+
+std::string ScriptedDesktop::Input(const std::string& prompt, const std::string&,
+                                   const std::string&) {
+    input_prompts.push_back(prompt);
+    return inputs.empty() ? std::string() : TakeFront(inputs);
+}
+
+void ScriptedDesktop::Load(Form& form) {
+    if (form.Loaded()) return;
+    form.MarkLoaded(true);
+    loaded_.push_back(&form);
+    happened.push_back("load " + form.name());
+    const forms::HandlerScope scope(form);
+    try {
+        form.Form_Load();
+    } catch (...) {
+        // A window whose load handler fails was never there.
+        Remove(loaded_, form);
+        form.MarkLoaded(false);
+        throw;
+    }
+}
+
+void ScriptedDesktop::FirstShow(Form& form) {
+    if (form.Visible()) return;
+    form.MarkVisible(true);
+    shown_.push_back(&form);
+    to_activate_.push_back(&form);
+    happened.push_back("show " + form.name());
+}
+
+void ScriptedDesktop::ShowModeless(Form& form) {
+    Load(form);
+    if (form.Loaded()) FirstShow(form);
+}
+
+void ScriptedDesktop::ShowModal(Form& form) {
+    const int running_before = form.running_handlers;
+    Load(form);
+    if (!form.Loaded()) return;
+    FirstShow(form);
+    while (form.Visible() || form.running_handlers > running_before) {
+        RunActivations();
+        if (form.Visible() && !RunIdleStep(form.name())) Hide(form);
+    }
+}
+
+// The user is back in the window behind, if it was in front of him that this one was.
+void ScriptedDesktop::Leave(Form& form) {
+    if (!form.Visible()) return;
+    form.MarkVisible(false);
+    const bool in_front = shown_.back() == &form;
+    Remove(shown_, form);
+    Remove(to_activate_, form);
+    if (!in_front || shown_.empty()) return;
+    Remove(to_activate_, *shown_.back());
+    to_activate_.push_back(shown_.back());
+}
+
+void ScriptedDesktop::Hide(Form& form) {
+    if (!form.Visible()) return;
+    happened.push_back("hide " + form.name());
+    Leave(form);
+}
+
+void ScriptedDesktop::Unload(Form& form, forms::UnloadMode mode) {
+    if (!form.Loaded() || Contains(unloading_, form)) return;
+    unloading_.push_back(&form);
+    happened.push_back("unload " + form.name());
+    try {
+        const forms::HandlerScope scope(form);
+        form.Form_QueryUnload(mode);
+        form.Form_Unload();
+    } catch (...) {
+        Remove(unloading_, form);
+        throw;
+    }
+    Leave(form);
+    form.MarkLoaded(false);
+    Remove(loaded_, form);
+    Remove(unloading_, form);
+}
+
+void ScriptedDesktop::RunActivations() {
+    while (!to_activate_.empty()) {
+        Form& form = *TakeFront(to_activate_);
+        happened.push_back("activate " + form.name());
+        const forms::HandlerScope scope(form);
+        form.Form_Activate();
+    }
+}
+
+bool ScriptedDesktop::RunIdleStep(const std::string& who) {
+    if (idle.empty()) {
+        ADD_FAILURE() << who << " waits for a user who does nothing";
+        return false;
+    }
+    TakeFront(idle)();
+    return true;
+}
+
+void ScriptedDesktop::DoEvents() {
+    ++do_events_calls;
+    RunActivations();
+    if (!on_events.empty()) TakeFront(on_events)();
+}
+
+void ScriptedDesktop::Run() {
+    while (!loaded_.empty()) {
+        RunActivations();
+        if (!loaded_.empty() && !RunIdleStep(loaded_.back()->name())) return;
+    }
+}
+
+}  // namespace vantrel::test

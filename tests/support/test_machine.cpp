@@ -1,0 +1,117 @@
+#include "tests/support/test_machine.h"
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+
+#include "common/error.h"
+#include "platform/host/host_code_page.h"
+#include "platform/host/host_drive_map.h"
+#include "platform/host/host_file_system.h"
+#include "platform/host/host_path.h"
+#include "platform/text_file.h"
+
+namespace vantrel::test {
+
+namespace {
+
+std::string NewFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    return pattern;
+}
+
+std::string ParentOf(const std::string& path) {
+    const std::size_t end = path.find_last_of('\\');
+    return end == std::string::npos ? std::string() : path.substr(0, end);
+}
+
+}  // namespace
+
+struct TestMachine::State {
+    explicit State(TestMachine& owner)
+        : machine{owner.process, files, owner.drives, owner.clock, owner.settings, code_page} {}
+
+    std::string folder = NewFolder();
+    platform::HostDriveMap map;
+    platform::HostFileSystem files{map};
+    platform::HostCodePage code_page;
+    platform::Machine machine;
+};
+
+TestMachine::TestMachine() : state_(std::make_unique<State>(*this)) {
+    AddDrive('C', platform::drive_type::kFixed);
+    MakeFolders("C:\\Vantrel");
+}
+
+TestMachine::~TestMachine() {
+    std::error_code ignored;
+    std::filesystem::remove_all(state_->folder, ignored);
+}
+
+platform::Machine& TestMachine::machine() { return state_->machine; }
+
+platform::FileSystem& TestMachine::files() { return state_->files; }
+
+platform::CodePage& TestMachine::code_page() { return state_->code_page; }
+
+void TestMachine::AddDrive(char letter, int type, const std::string& label, bool ready) {
+    const std::string folder = state_->folder + "/" + letter;
+    std::filesystem::create_directories(folder);
+    state_->map.Set(letter, {.folder = folder, .type = type, .label = label, .ready = ready});
+    TestDrives::Drive& drive = drives.drives[letter];
+    drive.type = type;
+    drive.label = label;
+    drive.ready = ready;
+}
+
+void TestMachine::SetReady(char letter, bool ready) {
+    auto drive = state_->map.Get(letter).value();
+    drive.ready = ready;
+    state_->map.Set(letter, drive);
+    drives.drives.at(letter).ready = ready;
+}
+
+std::string TestMachine::HostPath(const std::string& path) const {
+    const platform::HostPath parsed(path);
+    platform::HostPlace place(state_->map, parsed);
+    try {
+        place.Respell();
+    } catch (const Error&) {
+        // Folders that are still to be made are spelled as given.
+    }
+    return place.Path();
+}
+
+void TestMachine::MakeFolders(const std::string& path) {
+    if (path.empty() || state_->files.Find(path)) return;
+    MakeFolders(ParentOf(path));
+    state_->files.MakeFolder(path);
+}
+
+void TestMachine::PutFile(const std::string& path, const std::string& bytes) {
+    MakeFolders(ParentOf(path));
+    platform::WriteWholeFile(state_->files, path, bytes);
+}
+
+std::string TestMachine::Content(const std::string& path) const {
+    return platform::ReadWholeFile(state_->files, path);
+}
+
+bool TestMachine::Exists(const std::string& path) const {
+    return state_->files.Find(path).has_value();
+}
+
+std::vector<std::string> TestMachine::Names(const std::string& folder) const {
+    std::vector<std::string> names;
+    state_->files.List(folder, [&](const platform::FileInfo& info) {
+        names.push_back(info.IsFolder() ? info.name + "\\" : info.name);
+        return true;
+    });
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace vantrel::test
