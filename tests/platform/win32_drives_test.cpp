@@ -77,6 +77,10 @@ TEST_F(Win32Drives, MissingDriveIs68AndHoldsNothing) {
     EXPECT_EQ(drives().FreeBytes("Q:\\a"), 0u);
 }
 
+TEST_F(Win32Drives, LabelIsTheVolumes) {
+    EXPECT_EQ(drives().Label(Root("VANTREL_OTHER_DRIVE")), Arranged("VANTREL_OTHER_LABEL"));
+}
+
 TEST_F(Win32Drives, RootIsAFolderWithoutAName) {
     for (const std::string& root : {Root("VANTREL_WORK_DRIVE"), Drive("VANTREL_WORK_DRIVE")}) {
         const auto info = files().Find(root);
