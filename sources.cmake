@@ -95,7 +95,25 @@ set(UI_SOURCES
 set(APP_SOURCES
     app/Frm_Splash.cpp
     app/application.cpp)
-set(VIEWS_WIN32_SOURCES)
+set(VIEWS_WIN32_SOURCES
+    views/win32/bind_folders.cpp
+    views/win32/bind_lists.cpp
+    views/win32/bind_pictures.cpp
+    views/win32/bind_simple.cpp
+    views/win32/bind_text.cpp
+    views/win32/bind_tree.cpp
+    views/win32/bind_window.cpp
+    views/win32/binder.cpp
+    views/win32/control_ids.cpp
+    views/win32/desktop.cpp
+    views/win32/fonts.cpp
+    views/win32/icons.cpp
+    views/win32/input_box.cpp
+    views/win32/layout.cpp
+    views/win32/message_box.cpp
+    views/win32/text.cpp
+    views/win32/window_parts.cpp
+    views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES)
 set(VZIP_SOURCES

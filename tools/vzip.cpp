@@ -1,0 +1,43 @@
+// The archive engine on a command line, for trying, measuring and scripting it.
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "tools/vzip_create.h"
+
+#ifdef _WIN32
+#include "platform/win32/win32_machine.h"
+using NativeMachine = vantrel::platform::Win32Machine;
+#else
+#include "platform/host/host_machine.h"
+using NativeMachine = vantrel::platform::HostMachine;
+#endif
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: vzip create ARCHIVE.zip FOLDER [--level 0-9] [--mask MASK] [--no-sub-folders]\n"
+    "                   [--threads N] [--quiet]\n"
+    "exit code: 0 complete, 1 some files skipped, 2 failed\n";
+
+int Run(int count, char** words) {
+    NativeMachine native;
+    const std::string command = count > 1 ? words[1] : "";
+    if (command != "create") {
+        std::fputs(kUsage, stderr);
+        return vantrel::tools::kExitFailed;
+    }
+    return vantrel::tools::CreateArchive(native.machine(), {words + 2, words + count});
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+    try {
+        return Run(count, words);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vzip: %s\n%s", error.what(), kUsage);
+        return vantrel::tools::kExitFailed;
+    }
+}
