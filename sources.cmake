@@ -141,7 +141,13 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_services_test.cpp
     tests/platform/win32_sharing_test.cpp)
 set(FORMS_TESTS)
-set(ZIP_TESTS)
+set(ZIP_TESTS
+    tests/zip/archive_reader.cpp
+    tests/zip/deflate_test.cpp
+    tests/zip/dos_mask_test.cpp
+    tests/zip/entry_records_test.cpp
+    tests/zip/memory_file_system.cpp
+    tests/zip/small_parts_test.cpp)
 set(BACKUPSET_TESTS
     tests/backupset/exist_test.cpp
     tests/backupset/paths_test.cpp

@@ -1,7 +1,77 @@
 # The Windows executable and the application folder that a user installs: build/<preset>/app.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+include(cmake/product_version.cmake)
+set(VANTREL_GENERATED ${CMAKE_BINARY_DIR}/generated)
+set(VANTREL_APP ${CMAKE_BINARY_DIR}/app)
+file(MAKE_DIRECTORY ${VANTREL_GENERATED} ${VANTREL_APP}/System)
+
+configure_file(views/win32/vantrel.manifest.in ${VANTREL_GENERATED}/vantrel.manifest @ONLY)
+configure_file(views/win32/version.rc.in ${VANTREL_GENERATED}/version.rc @ONLY)
+
+# The table from control names to numbers: the names that resource.h defines between its marks.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+             ${CMAKE_SOURCE_DIR}/views/win32/resource.h)
+file(READ views/win32/resource.h resource_header)
+string(REGEX MATCH "// Controls: begin.*// Controls: end" resource_header "${resource_header}")
+string(REGEX MATCHALL "#define [A-Za-z0-9_]+" control_names "${resource_header}")
+list(TRANSFORM control_names REPLACE "#define (.+)" "VANTREL_CONTROL(\\1)\n")
+string(CONCAT control_table ${control_names})
+file(CONFIGURE OUTPUT ${VANTREL_GENERATED}/control_ids.inc CONTENT "${control_table}" @ONLY)
+
+# Pictures and the clip are drawn by scripts.
+set(VANTREL_DRAWING ${CMAKE_SOURCE_DIR}/scripts/drawing.py)
+set(VANTREL_PICTURES)
+foreach(picture product folder open_folder protected_folder backup_set files archive destination)
+    add_custom_command(
+        OUTPUT ${VANTREL_GENERATED}/${picture}.ico
+        COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-icon ${picture}
+                ${VANTREL_GENERATED}/${picture}.ico
+        DEPENDS scripts/make-icon ${VANTREL_DRAWING} VERBATIM)
+    list(APPEND VANTREL_PICTURES ${VANTREL_GENERATED}/${picture}.ico)
+endforeach()
+add_custom_command(
+    OUTPUT ${VANTREL_APP}/System/FileCopy.AVI
+    COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-animation
+            ${VANTREL_APP}/System/FileCopy.AVI
+    DEPENDS scripts/make-animation ${VANTREL_DRAWING} VERBATIM)
+
+# A fresh installation protects no folder: the list that the program itself would create, so that a
+# first restore finds one.
+string(CONCAT protected_list
+    ";---------------------------\n"
+    ";  Quennell Backup Utility  \n"
+    ";        Version ${VANTREL_VERSION_TEXT}\n"
+    ";      ${VANTREL_NOTICE_WORD}  1999      \n"
+    ";---------------------------\n"
+    ";  Secure Data Directories  \n"
+    ";\n"
+    "\n")
+file(CONFIGURE OUTPUT ${VANTREL_APP}/Vantrel.Cfg CONTENT "${protected_list}"
+     @ONLY NEWLINE_STYLE CRLF)
+
+set_source_files_properties(
+    views/win32/vantrel.rc PROPERTIES OBJECT_DEPENDS
+    "${VANTREL_PICTURES};${CMAKE_SOURCE_DIR}/views/win32/resource.h")
+set_source_files_properties(${VANTREL_GENERATED}/version.rc PROPERTIES OBJECT_DEPENDS
+                            ${VANTREL_GENERATED}/vantrel.manifest)
+
+# The windows, and the resources that an executable needs to show them.
+enable_language(RC)
+vantrel_room(views SOURCES ${VIEWS_WIN32_SOURCES} BELOW vantrel_forms)
+target_include_directories(vantrel_views PRIVATE ${VANTREL_GENERATED})
+target_link_libraries(vantrel_views PUBLIC comctl32 uxtheme gdi32)
+function(vantrel_windows_program name)
+    add_executable(${name} WIN32 ${ARGN} views/win32/vantrel.rc ${VANTREL_GENERATED}/version.rc)
+    target_include_directories(${name} PRIVATE ${VANTREL_GENERATED})
+    target_link_libraries(${name} PRIVATE vantrel_app vantrel_views vantrel_machine)
+endfunction()
+
 if(VANTREL_EXE_SOURCES)
-    vantrel_room(views SOURCES ${VIEWS_WIN32_SOURCES} BELOW vantrel_forms)
-    add_executable(Vantrel WIN32 ${VANTREL_EXE_SOURCES})
-    target_link_libraries(Vantrel PRIVATE vantrel_app vantrel_views vantrel_machine comctl32)
-    set_target_properties(Vantrel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/app)
+    vantrel_windows_program(Vantrel ${VANTREL_EXE_SOURCES})
+    set_target_properties(Vantrel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VANTREL_APP})
+    add_custom_target(vantrel_clip ALL DEPENDS ${VANTREL_APP}/System/FileCopy.AVI)
+    add_dependencies(Vantrel vantrel_clip)
+endif()
+if(VANTREL_TESTS)
+    vantrel_windows_program(view_gallery EXCLUDE_FROM_ALL tests/views/gallery.cpp)
 endif()

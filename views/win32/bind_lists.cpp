@@ -1,0 +1,163 @@
+// Lists of text: drop-down lists, list boxes, drive lists, file lists.
+#include "forms/form.h"
+#include "views/win32/binders.h"
+#include "views/win32/text.h"
+#include "views/win32/window_view.h"
+
+namespace vantrel::views {
+
+using forms::Aspect;
+
+namespace {
+
+// The messages of the two real lists.
+struct Messages {
+    UINT reset, add, count, select, selection;
+};
+constexpr Messages kCombo{CB_RESETCONTENT, CB_ADDSTRING, CB_GETCOUNT, CB_SETCURSEL, CB_GETCURSEL};
+constexpr Messages kListBox{LB_RESETCONTENT, LB_ADDSTRING, LB_GETCOUNT, LB_SETCURSEL, LB_GETCURSEL};
+
+class ListBinder : public Binder {
+  public:
+    ListBinder(WindowView& window, forms::Control& control, HWND handle, int id,
+               const Messages& messages)
+        : Binder(window, control, handle, id), messages_(messages) {}
+
+    void Command(WORD code) override {
+        if (code != (&messages_ == &kCombo ? CBN_SELCHANGE : LBN_SELCHANGE)) return;
+        const SelectionKept keep{*this};
+        Choose(Send(messages_.selection));
+    }
+
+  protected:
+    virtual int Count() const = 0;
+    virtual std::string Entry(int index) const = 0;
+    virtual int Selected() const = 0;
+    virtual void Choose(int index) = 0;
+    virtual void Added(const std::wstring&) {}
+
+    int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
+        return static_cast<int>(SendMessageW(handle(), message, wparam, lparam));
+    }
+    void Show(Aspect aspect) override {
+        if (aspect == Aspect::kItems) ShowEntries();
+        if (aspect == Aspect::kItems || aspect == Aspect::kSelection) ShowSelection();
+    }
+
+  private:
+    // A refused choice leaves the object as it was; the screen follows it.
+    struct SelectionKept {
+        ListBinder& binder;
+        ~SelectionKept() {
+            if (binder.Send(binder.messages_.selection) != binder.Selected())
+                binder.ShowSelection();
+        }
+    };
+
+    void ShowSelection() { Send(messages_.select, static_cast<WPARAM>(Selected())); }
+
+    // The object tells every single change, so one entry more means one entry at the end.
+    void ShowEntries() {
+        int shown = Send(messages_.count);
+        if (Count() != shown + 1) {
+            Send(messages_.reset);
+            shown = 0;
+        }
+        for (; shown < Count(); ++shown) {
+            const std::wstring text = Wide(Entry(shown));
+            Send(messages_.add, 0, reinterpret_cast<LPARAM>(text.c_str()));
+            Added(text);
+        }
+    }
+
+    const Messages& messages_;
+};
+
+class TextListBinder : public ListBinder {
+  public:
+    TextListBinder(WindowView& window, forms::List& list, HWND handle, int id,
+                   const Messages& messages)
+        : ListBinder(window, list, handle, id, messages), list_(list) {}
+
+  protected:
+    int Count() const override { return list_.Count(); }
+    std::string Entry(int index) const override { return list_.Item(index); }
+    int Selected() const override { return list_.Index(); }
+    void Choose(int index) override { list_.SetIndex(index); }
+
+  private:
+    forms::List& list_;
+};
+
+// Long lines can be scrolled to.
+class WideListBinder : public TextListBinder {
+  public:
+    using TextListBinder::TextListBinder;
+
+  protected:
+    void Added(const std::wstring& text) override {
+        const HDC device = GetDC(handle());
+        const HGDIOBJ before =
+            SelectObject(device, reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)));
+        SIZE extent{};
+        GetTextExtentPoint32W(device, text.c_str(), static_cast<int>(text.size()), &extent);
+        SelectObject(device, before);
+        ReleaseDC(handle(), device);
+        const int needed = static_cast<int>(extent.cx) + GetSystemMetrics(SM_CXVSCROLL);
+        if (needed > Send(LB_GETHORIZONTALEXTENT))
+            Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(needed));
+    }
+};
+
+class DriveListBinder : public ListBinder {
+  public:
+    DriveListBinder(WindowView& window, forms::DriveList& list, HWND handle, int id)
+        : ListBinder(window, list, handle, id, kCombo), list_(list) {}
+
+  protected:
+    int Count() const override { return static_cast<int>(list_.Entries().size()); }
+    std::string Entry(int index) const override {
+        return list_.Entries()[static_cast<std::size_t>(index)];
+    }
+    int Selected() const override { return list_.Index(); }
+    void Choose(int index) override { list_.UserChoose(index); }
+
+  private:
+    forms::DriveList& list_;
+};
+
+class FileListBinder : public ListBinder {
+  public:
+    FileListBinder(WindowView& window, forms::FileList& list, HWND handle, int id)
+        : ListBinder(window, list, handle, id, kListBox), list_(list) {}
+    void RightClick() override { list_.UserMouseDown(2); }
+
+  protected:
+    int Count() const override { return list_.Count(); }
+    std::string Entry(int index) const override { return list_.Item(index); }
+    int Selected() const override { return list_.Index(); }
+    void Choose(int index) override { list_.SetIndex(index); }
+
+  private:
+    forms::FileList& list_;
+};
+
+}  // namespace
+
+OwnedBinder BindComboBox(WindowView& window, forms::ComboBox& combo, HWND handle, int id) {
+    return std::make_unique<TextListBinder>(window, combo, handle, id, kCombo);
+}
+
+OwnedBinder BindListBox(WindowView& window, forms::ListBox& list, HWND handle, int id) {
+    return std::make_unique<WideListBinder>(window, list, handle, id, kListBox);
+}
+
+OwnedBinder BindDriveList(WindowView& window, forms::DriveList& list, HWND handle, int id) {
+    return std::make_unique<DriveListBinder>(window, list, handle, id);
+}
+
+OwnedBinder BindFileList(WindowView& window, forms::FileList& list, HWND handle, int id) {
+    return std::make_unique<FileListBinder>(window, list, handle, id);
+}
+
+}  // namespace vantrel::views

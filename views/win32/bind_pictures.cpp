@@ -1,0 +1,147 @@
+// What the program paints itself: pictures and percentage panels; and the clip.
+#include <windows.h>
+
+#include <uxtheme.h>
+
+#include <cmath>
+#include <string>
+
+#include "views/win32/binders.h"
+#include "views/win32/icons.h"
+#include "views/win32/resource.h"
+#include "views/win32/text.h"
+#include "views/win32/window_view.h"
+
+namespace vantrel::views {
+
+using forms::Aspect;
+
+namespace {
+
+int PictureOf(int control_id) {
+    switch (control_id) {
+        case Img_Set:
+            return IDI_BackupSet;
+        case Img_What:
+            return IDI_Folder;
+        case Img_FilesToBackup:
+            return IDI_Files;
+        case Img_BackupFileName:
+            return IDI_Archive;
+        case Img_Where:
+            return IDI_Destination;
+        default:
+            return IDI_Product;
+    }
+}
+
+class PictureBinder : public Binder {
+  public:
+    using Binder::Binder;
+
+    void Rescale(int dpi) override {
+        const bool large = id() == Img_Logo || id() == Frm_Splash_Img_Logo;
+        icon_ = LoadPicture(PictureOf(id()), MulDiv(id() == Frm_Splash_Img_Logo ? 64
+                                                    : large                     ? 48
+                                                                                : 32,
+                                                    dpi, USER_DEFAULT_SCREEN_DPI));
+        size_ = PictureSize(icon_.get());
+    }
+    void Draw(const DRAWITEMSTRUCT& item) override {
+        RECT area = item.rcItem;
+        if (!window_.HasBoxes()) DrawThemeParentBackground(handle(), item.hDC, &area);
+        DrawIconEx(item.hDC, area.left, area.top, icon_.get(), size_, size_, 0, nullptr, DI_NORMAL);
+    }
+
+  private:
+    OwnedIcon icon_;
+    int size_ = 0;
+};
+
+// Caption in the middle, filled from the left; letters over the fill take its text colour.
+class PanelBinder : public Binder {
+  public:
+    PanelBinder(WindowView& window, forms::Panel& panel, HWND handle, int id)
+        : Binder(window, panel, handle, id), panel_(panel) {}
+
+    void Draw(const DRAWITEMSTRUCT& item) override {
+        RECT area = item.rcItem;
+        FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
+        InflateRect(&area, -1, -1);
+        RECT filled = area;
+        filled.right =
+            area.left +
+            static_cast<LONG>(std::lround((area.right - area.left) * panel_.FloodPercent() / 100));
+        RECT rest = area;
+        rest.left = filled.right;
+        PaintPart(item.hDC, area, filled, COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT);
+        PaintPart(item.hDC, area, rest, COLOR_WINDOW, COLOR_WINDOWTEXT);
+    }
+
+  protected:
+    void Show(Aspect aspect) override {
+        if (aspect == Aspect::kText) SetTextOf(handle(), panel_.Caption());
+        if (aspect == Aspect::kText || aspect == Aspect::kValue)
+            RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    }
+
+  private:
+    void PaintPart(HDC device, const RECT& area, const RECT& part, int fill, int letters) const {
+        FillRect(device, &part, GetSysColorBrush(fill));
+        const int saved = SaveDC(device);
+        IntersectClipRect(device, part.left, part.top, part.right, part.bottom);
+        SetBkMode(device, TRANSPARENT);
+        SetTextColor(device, GetSysColor(letters));
+        const std::wstring text = Wide(panel_.Caption());
+        RECT needed = area;
+        DrawTextW(device, text.c_str(), -1, &needed, DT_CENTER | DT_NOPREFIX | DT_CALCRECT);
+        RECT middle = area;
+        middle.top += ((area.bottom - area.top) - (needed.bottom - needed.top)) / 2;
+        DrawTextW(device, text.c_str(), -1, &middle, DT_CENTER | DT_NOPREFIX | DT_NOCLIP);
+        RestoreDC(device, saved);
+    }
+
+    forms::Panel& panel_;
+};
+
+class AnimationBinder : public Binder {
+  public:
+    AnimationBinder(WindowView& window, forms::Animation& clip, HWND handle, int id)
+        : Binder(window, clip, handle, id), clip_(clip) {}
+
+  protected:
+    void Show(Aspect aspect) override {
+        if (aspect != Aspect::kValue) return;
+        if (clip_.Path() != open_) {
+            open_ = clip_.Path();
+            const std::wstring path = Wide(open_);
+            SendMessageW(handle(), ACM_OPENW, 0,
+                         open_.empty() ? 0 : reinterpret_cast<LPARAM>(path.c_str()));
+        }
+        if (clip_.Playing()) {
+            SendMessageW(handle(), ACM_PLAY, static_cast<WPARAM>(-1), MAKELPARAM(0, -1));
+        } else {
+            SendMessageW(handle(), ACM_STOP, 0, 0);
+        }
+    }
+
+  private:
+    forms::Animation& clip_;
+    std::string open_;
+};
+
+}  // namespace
+
+OwnedBinder BindPicture(WindowView& window, forms::Picture& picture, HWND handle, int id) {
+    return std::make_unique<PictureBinder>(window, picture, handle, id);
+}
+
+OwnedBinder BindPanel(WindowView& window, forms::Panel& panel, HWND handle, int id) {
+    return std::make_unique<PanelBinder>(window, panel, handle, id);
+}
+
+OwnedBinder BindAnimation(WindowView& window, forms::Animation& clip, HWND handle, int id) {
+    return std::make_unique<AnimationBinder>(window, clip, handle, id);
+}
+
+}  // namespace vantrel::views

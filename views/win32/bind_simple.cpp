@@ -1,0 +1,150 @@
+// Labels, buttons, check boxes, frames, bars: one property each.
+#include <windows.h>
+
+#include <uxtheme.h>
+
+#include "views/win32/binders.h"
+#include "views/win32/text.h"
+#include "views/win32/window_view.h"
+
+namespace vantrel::views {
+
+using forms::Aspect;
+
+namespace {
+
+// The caption of the object is the text of the real control.
+class CaptionBinder : public Binder {
+  public:
+    using Binder::Binder;
+
+  protected:
+    void Show(Aspect aspect) override {
+        if (aspect == Aspect::kText) SetTextOf(handle(), control().Caption());
+    }
+};
+
+class LabelBinder : public CaptionBinder {
+  public:
+    LabelBinder(WindowView& window, forms::Label& label, HWND handle, int id)
+        : CaptionBinder(window, label, handle, id), label_(label) {}
+
+    void Command(WORD code) override {
+        if (code == STN_CLICKED || code == STN_DBLCLK) label_.UserClick();
+    }
+    HBRUSH Colors(HDC device) override {
+        if (!window_.HasBoxes()) return nullptr;
+        SetTextColor(device, RGB(255, 255, 255));
+        SetBkMode(device, TRANSPARENT);
+        return static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
+    }
+    // Only the label that changes its colour paints itself.
+    void Draw(const DRAWITEMSTRUCT& item) override {
+        RECT area = item.rcItem;
+        DrawThemeParentBackground(handle(), item.hDC, &area);
+        SetBkMode(item.hDC, TRANSPARENT);
+        const bool text_color = label_.ForeColor() == forms::Label::Color::kButtonText;
+        SetTextColor(item.hDC, GetSysColor(text_color ? COLOR_BTNTEXT : COLOR_HIGHLIGHTTEXT));
+        DrawTextW(item.hDC, Wide(label_.Caption()).c_str(), -1, &area,
+                  DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER);
+    }
+
+  protected:
+    void Show(Aspect aspect) override {
+        CaptionBinder::Show(aspect);
+        if (aspect == Aspect::kColor) InvalidateRect(handle(), nullptr, TRUE);
+    }
+
+  private:
+    forms::Label& label_;
+};
+
+class ButtonBinder : public CaptionBinder {
+  public:
+    ButtonBinder(WindowView& window, forms::Button& button, HWND handle, int id)
+        : CaptionBinder(window, button, handle, id), button_(button) {}
+    void Command(WORD code) override {
+        if (code == BN_CLICKED) button_.UserPress();
+    }
+
+  private:
+    forms::Button& button_;
+};
+
+// The resource's box must not check itself (BS_CHECKBOX): the object decides.
+class CheckBoxBinder : public CaptionBinder {
+  public:
+    CheckBoxBinder(WindowView& window, forms::CheckBox& box, HWND handle, int id)
+        : CaptionBinder(window, box, handle, id), box_(box) {}
+    void Command(WORD code) override {
+        if (code == BN_CLICKED) box_.UserToggle();
+    }
+
+  protected:
+    void Show(Aspect aspect) override {
+        CaptionBinder::Show(aspect);
+        if (aspect == Aspect::kValue)
+            SendMessageW(handle(), BM_SETCHECK, box_.Checked() ? BST_CHECKED : BST_UNCHECKED, 0);
+    }
+
+  private:
+    forms::CheckBox& box_;
+};
+
+class StatusBarBinder : public Binder {
+  public:
+    using Binder::Binder;
+    void Rescale(int) override { SendMessageW(handle(), WM_SIZE, 0, 0); }
+
+  protected:
+    void Show(Aspect aspect) override {
+        if (aspect == Aspect::kText)
+            SendMessageW(handle(), SB_SETTEXTW, 0,
+                         reinterpret_cast<LPARAM>(Wide(control().Caption()).c_str()));
+    }
+};
+
+class ProgressBarBinder : public Binder {
+  public:
+    ProgressBarBinder(WindowView& window, forms::ProgressBar& bar, HWND handle, int id)
+        : Binder(window, bar, handle, id), bar_(bar) {
+        SendMessageW(handle, PBM_SETRANGE32, 0, 100);
+    }
+
+  protected:
+    void Show(Aspect aspect) override {
+        if (aspect == Aspect::kValue)
+            SendMessageW(handle(), PBM_SETPOS, static_cast<WPARAM>(bar_.Value()), 0);
+    }
+
+  private:
+    forms::ProgressBar& bar_;
+};
+
+}  // namespace
+
+OwnedBinder BindLabel(WindowView& window, forms::Label& label, HWND handle, int id) {
+    return std::make_unique<LabelBinder>(window, label, handle, id);
+}
+
+OwnedBinder BindButton(WindowView& window, forms::Button& button, HWND handle, int id) {
+    return std::make_unique<ButtonBinder>(window, button, handle, id);
+}
+
+OwnedBinder BindCheckBox(WindowView& window, forms::CheckBox& box, HWND handle, int id) {
+    return std::make_unique<CheckBoxBinder>(window, box, handle, id);
+}
+
+OwnedBinder BindFrame(WindowView& window, forms::Frame& frame, HWND handle, int id) {
+    return std::make_unique<CaptionBinder>(window, frame, handle, id);
+}
+
+OwnedBinder BindStatusBar(WindowView& window, forms::StatusBar& bar, HWND handle, int id) {
+    return std::make_unique<StatusBarBinder>(window, bar, handle, id);
+}
+
+OwnedBinder BindProgressBar(WindowView& window, forms::ProgressBar& bar, HWND handle, int id) {
+    return std::make_unique<ProgressBarBinder>(window, bar, handle, id);
+}
+
+}  // namespace vantrel::views

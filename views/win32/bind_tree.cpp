@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "views/win32/binders.h"
+#include "views/win32/icons.h"
+#include "views/win32/resource.h"
+#include "views/win32/text.h"
+
+namespace vantrel::views {
+
+using forms::Aspect;
+
+namespace {
+
+struct ImageListCloser {
+    void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
+};
+using OwnedImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListCloser>;
+
+// Picture numbers of nodes count from 1, in this order.
+constexpr int kPictures[] = {IDI_Folder, IDI_OpenFolder, IDI_ProtectedFolder};
+
+class TreeBinder : public Binder {
+  public:
+    TreeBinder(WindowView& window, forms::Tree& tree, HWND handle, int id)
+        : Binder(window, tree, handle, id), tree_(tree) {}
+    ~TreeBinder() override { TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL); }
+
+    void Notify(const NMHDR& header) override {
+        if (header.code != TVN_SELCHANGEDW || showing_) return;
+        const auto& change = reinterpret_cast<const NMTREEVIEWW&>(header);
+        tree_.UserSelect(static_cast<int>(change.itemNew.lParam));
+    }
+    void RightClick() override { tree_.UserMouseDown(2); }
+
+    void Rescale(int dpi) override {
+        const OwnedIcon sample =
+            LoadPicture(kPictures[0], MulDiv(16, dpi, USER_DEFAULT_SCREEN_DPI));
+        const int size = PictureSize(sample.get());
+        OwnedImageList images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 3, 0));
+        for (int picture : kPictures)
+            ImageList_AddIcon(images.get(), LoadPicture(picture, size).get());
+        if (has_images_) TreeView_SetImageList(handle(), images.get(), TVSIL_NORMAL);
+        images_ = std::move(images);
+    }
+
+  protected:
+    void Show(Aspect aspect) override {
+        showing_ = true;
+        if (aspect == Aspect::kItems) ShowNodes();
+        if (aspect == Aspect::kValue) ShowImages();
+        if (aspect == Aspect::kSelection)
+            TreeView_SelectItem(handle(), tree_.Selected() ? ItemOf(tree_.Selected()) : nullptr);
+        showing_ = false;
+    }
+
+  private:
+    struct Shown {
+        HTREEITEM item;
+        int image, selected_image;
+    };
+
+    HTREEITEM ItemOf(int node) const { return shown_[static_cast<std::size_t>(node - 1)].item; }
+
+    // Nodes are only ever added at the end, or all removed.
+    void ShowNodes() {
+        if (tree_.Count() <= static_cast<int>(shown_.size())) {
+            TreeView_DeleteAllItems(handle());
+            shown_.clear();
+        }
+        while (static_cast<int>(shown_.size()) < tree_.Count())
+            Insert(static_cast<int>(shown_.size()) + 1);
+    }
+
+    void Insert(int index) {
+        const forms::Tree::Node& node = tree_.At(index);
+        if (node.image && !has_images_) {
+            has_images_ = true;
+            TreeView_SetImageList(handle(), images_.get(), TVSIL_NORMAL);
+        }
+        std::wstring text = Wide(node.text);
+        TVINSERTSTRUCTW insert{};
+        insert.hParent = node.parent ? ItemOf(node.parent) : TVI_ROOT;
+        insert.hInsertAfter = TVI_LAST;
+        insert.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_IMAGE | TVIF_SELECTEDIMAGE;
+        insert.item.pszText = text.data();
+        insert.item.lParam = index;
+        insert.item.iImage = ImageIndex(node.image);
+        insert.item.iSelectedImage = ImageIndex(node.selected_image);
+        const auto item = reinterpret_cast<HTREEITEM>(
+            SendMessageW(handle(), TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
+        shown_.push_back({item, node.image, node.selected_image});
+    }
+
+    static int ImageIndex(int picture) { return picture ? picture - 1 : I_IMAGENONE; }
+
+    void ShowImages() {
+        const int count = std::min(tree_.Count(), static_cast<int>(shown_.size()));
+        for (int index = 1; index <= count; ++index) {
+            const forms::Tree::Node& node = tree_.At(index);
+            Shown& shown = shown_[static_cast<std::size_t>(index - 1)];
+            if (shown.image == node.image && shown.selected_image == node.selected_image) continue;
+            shown = {shown.item, node.image, node.selected_image};
+            TVITEMW item{};
+            item.mask = TVIF_HANDLE | TVIF_IMAGE | TVIF_SELECTEDIMAGE;
+            item.hItem = shown.item;
+            item.iImage = ImageIndex(node.image);
+            item.iSelectedImage = ImageIndex(node.selected_image);
+            SendMessageW(handle(), TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        }
+    }
+
+    forms::Tree& tree_;
+    OwnedImageList images_;
+    std::vector<Shown> shown_;
+    bool has_images_ = false;
+    bool showing_ = false;
+};
+
+}  // namespace
+
+OwnedBinder BindTree(WindowView& window, forms::Tree& tree, HWND handle, int id) {
+    return std::make_unique<TreeBinder>(window, tree, handle, id);
+}
+
+}  // namespace vantrel::views

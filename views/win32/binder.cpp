@@ -1,0 +1,132 @@
+#include "views/win32/binder.h"
+
+#include "common/error.h"
+#include "forms/form.h"
+#include "views/win32/binders.h"
+#include "views/win32/text.h"
+#include "views/win32/window_view.h"
+
+namespace vantrel::views {
+
+using forms::Aspect;
+using forms::Kind;
+
+Binder::Binder(WindowView& window, forms::Control& control, HWND handle, int id)
+    : window_(window), control_(control), handle_(handle), id_(id) {}
+
+Binder::~Binder() { control_.Bind(nullptr); }
+
+void Binder::Start() {
+    for (Aspect aspect : {Aspect::kText, Aspect::kItems, Aspect::kSelection, Aspect::kValue,
+                          Aspect::kColor, Aspect::kEnabled, Aspect::kVisible})
+        Changed(aspect);
+    control_.Bind(this);
+}
+
+void Binder::Changed(Aspect aspect) {
+    if (handle_) {
+        switch (aspect) {
+            case Aspect::kEnabled:
+                Enable(control_.Enabled());
+                break;
+            case Aspect::kVisible:
+                if (!ShouldShow()) MoveFocusAway();
+                ShowWindow(handle_, ShouldShow() ? SW_SHOWNA : SW_HIDE);
+                window_.ContainerShown(control_);
+                break;
+            case Aspect::kFocus:
+                SetFocus(handle_);
+                break;
+            case Aspect::kRedraw:
+                RedrawWindow(handle_, nullptr, nullptr, RDW_UPDATENOW);
+                break;
+            default:
+                break;
+        }
+    }
+    Show(aspect);
+}
+
+bool Binder::ShouldShow() const {
+    const forms::Control* container = window_.ContainerOf(control_);
+    return control_.Visible() && (!container || container->Visible());
+}
+
+void Binder::Enable(bool enabled) {
+    if (!enabled) MoveFocusAway();
+    EnableWindow(handle_, enabled);
+}
+
+// A control that goes away while it has the keyboard would take the keyboard with it.
+void Binder::MoveFocusAway() {
+    if (GetFocus() == handle_) SendMessageW(window_.handle(), WM_NEXTDLGCTL, 0, FALSE);
+}
+
+void Binder::Rescale(int dpi) {
+    OwnedFont font = ControlFont(id_, dpi);
+    if (!font) return;
+    SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+    font_ = std::move(font);
+}
+
+namespace {
+
+template <typename T>
+T& As(forms::Control& control) {
+    return static_cast<T&>(control);
+}
+
+}  // namespace
+
+std::unique_ptr<Binder> MakeBinder(WindowView& window, forms::Control& control, HWND handle,
+                                   int id) {
+    const Kind kind = control.kind();
+    if (kind == Kind::kTimer) return BindTimer(window, As<forms::Timer>(control));
+    if (id == 0 || (!handle && kind != Kind::kMenu))
+        throw Error(error_number::kInvalidPropertyValue, "MakeBinder",
+                    "The window " + control.owner().name() + " has no real control \"" +
+                        control.name() + "\"");
+    switch (kind) {
+        case Kind::kLabel:
+            return BindLabel(window, As<forms::Label>(control), handle, id);
+        case Kind::kButton:
+            return BindButton(window, As<forms::Button>(control), handle, id);
+        case Kind::kCheckBox:
+            return BindCheckBox(window, As<forms::CheckBox>(control), handle, id);
+        case Kind::kFrame:
+            return BindFrame(window, As<forms::Frame>(control), handle, id);
+        case Kind::kPicture:
+            return BindPicture(window, As<forms::Picture>(control), handle, id);
+        case Kind::kStatusBar:
+            return BindStatusBar(window, As<forms::StatusBar>(control), handle, id);
+        case Kind::kProgressBar:
+            return BindProgressBar(window, As<forms::ProgressBar>(control), handle, id);
+        case Kind::kPanel:
+            return BindPanel(window, As<forms::Panel>(control), handle, id);
+        case Kind::kAnimation:
+            return BindAnimation(window, As<forms::Animation>(control), handle, id);
+        case Kind::kTextBox:
+            return BindTextBox(window, As<forms::TextBox>(control), handle, id);
+        case Kind::kTabs:
+            return BindTabs(window, As<forms::Tabs>(control), handle, id);
+        case Kind::kComboBox:
+            return BindComboBox(window, As<forms::ComboBox>(control), handle, id);
+        case Kind::kListBox:
+            return BindListBox(window, As<forms::ListBox>(control), handle, id);
+        case Kind::kDriveList:
+            return BindDriveList(window, As<forms::DriveList>(control), handle, id);
+        case Kind::kFolderList:
+            return BindFolderList(window, As<forms::FolderList>(control), handle, id);
+        case Kind::kFileList:
+            return BindFileList(window, As<forms::FileList>(control), handle, id);
+        case Kind::kTree:
+            return BindTree(window, As<forms::Tree>(control), handle, id);
+        case Kind::kMenu:
+            return BindMenu(window, As<forms::MenuItem>(control), id);
+        case Kind::kTimer:
+            break;
+    }
+    return nullptr;
+}
+
+}  // namespace vantrel::views

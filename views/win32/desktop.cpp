@@ -1,0 +1,186 @@
+#include "views/win32/desktop.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "forms/controls.h"
+
+namespace vantrel::views {
+
+using forms::Form;
+using forms::UnloadMode;
+
+Win32Desktop::Win32Desktop() {
+    const INITCOMMONCONTROLSEX classes{
+        sizeof classes, ICC_TAB_CLASSES | ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES |
+                            ICC_PROGRESS_CLASS | ICC_ANIMATE_CLASS | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&classes);
+}
+
+Win32Desktop::~Win32Desktop() = default;
+
+WindowView* Win32Desktop::ViewOf(const Form& form) const {
+    for (const auto& view : views_)
+        if (view->form() == &form) return view.get();
+    return nullptr;
+}
+
+WindowView& Win32Desktop::LoadedView(Form& form) {
+    if (WindowView* view = ViewOf(form)) return *view;
+    views_.push_back(std::make_unique<WindowView>(*this, form));
+    form.MarkLoaded(true);
+    const forms::HandlerScope scope(form);
+    form.Form_Load();
+    return *views_.back();
+}
+
+void Win32Desktop::Load(Form& form) { LoadedView(form); }
+
+void Win32Desktop::ShowView(WindowView& view) {
+    if (view.form()->Visible()) {
+        SetForegroundWindow(view.handle());
+        return;
+    }
+    last_active_ = &view;  // being shown activates by itself, once
+    view.Show();
+}
+
+void Win32Desktop::ShowModeless(Form& form) { ShowView(LoadedView(form)); }
+
+void Win32Desktop::ShowModal(Form& form) {
+    WindowView& view = LoadedView(form);
+    const HWND window = view.handle();
+    const HWND owner = FrontWindow();
+    if (owner && owner != window) view.SetOwner(owner);
+    std::vector<HWND> disabled;
+    for (const auto& other : views_) {
+        if (other.get() == &view || !IsWindowEnabled(other->handle())) continue;
+        disabled.push_back(other->handle());
+        EnableWindow(other->handle(), FALSE);
+    }
+    ShowView(view);
+    MSG message;
+    while (form.Visible() && !session_ends_ && GetMessageW(&message, nullptr, 0, 0) > 0)
+        Dispatch(message);
+    form.MarkVisible(false);
+    // The owner first, or Windows would give the keyboard to another program's window.
+    for (HWND other : disabled) EnableWindow(other, TRUE);
+    if (WindowView* still_there = ViewOf(form)) still_there->Hide();
+    if (owner && IsWindow(owner)) SetActiveWindow(owner);
+}
+
+void Win32Desktop::Hide(Form& form) {
+    WindowView* view = ViewOf(form);
+    if (!view) return;
+    const bool modal = GetWindow(view->handle(), GW_OWNER) != nullptr;
+    form.MarkVisible(false);
+    if (!modal) view->Hide();  // a modal window goes when its handlers have ended
+}
+
+void Win32Desktop::Unload(Form& form, UnloadMode mode) {
+    if (!ViewOf(form)) return;
+    {
+        const forms::HandlerScope scope(form);
+        form.Form_QueryUnload(mode);
+        form.Form_Unload();
+    }
+    const auto found = std::find_if(views_.begin(), views_.end(),
+                                    [&](const auto& view) { return view->form() == &form; });
+    if (found == views_.end()) return;
+    gone_.push_back(std::move(*found));
+    views_.erase(found);
+    WindowView& view = *gone_.back();
+    form.MarkVisible(false);
+    form.MarkLoaded(false);
+    const HWND owner = GetWindow(view.handle(), GW_OWNER);
+    if (owner) EnableWindow(owner, TRUE);
+    // Windows would take owned windows along.
+    for (const auto& other : views_)
+        if (GetWindow(other->handle(), GW_OWNER) == view.handle()) other->SetOwner(nullptr);
+    view.Destroy();
+}
+
+void Win32Desktop::Dispatch(MSG& message) {
+    if (dispatching_ == 0) gone_.clear();
+    ++dispatching_;
+    const HWND root = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
+    WindowView* target = nullptr;
+    for (const auto& view : views_)
+        if (view->handle() == root) target = view.get();
+    if (!target || !target->PreTranslate(message)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    if (target) target->TrackFocus();
+    --dispatching_;
+}
+
+void Win32Desktop::DoEvents() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+        Dispatch(message);
+    }
+}
+
+void Win32Desktop::Run() {
+    MSG message;
+    while (!views_.empty() && GetMessageW(&message, nullptr, 0, 0) > 0) Dispatch(message);
+}
+
+void Win32Desktop::SetPointer(forms::Pointer pointer) {
+    pointer_ = pointer;
+    SetCursor(LoadCursorW(nullptr, pointer == forms::Pointer::kHourglass ? IDC_WAIT : IDC_ARROW));
+}
+
+HWND Win32Desktop::FrontWindow() const {
+    const HWND active = GetActiveWindow();
+    HWND front = nullptr;
+    for (const auto& view : views_) {
+        if (!IsWindowVisible(view->handle()) || !IsWindowEnabled(view->handle())) continue;
+        front = view->handle();
+        if (front == active) return front;
+    }
+    return front;
+}
+
+void Win32Desktop::WindowActivated(WindowView& view) {
+    if (last_active_ == &view) return;
+    last_active_ = &view;
+    if (view.form()->Visible()) view.PostActivation();
+}
+
+bool Win32Desktop::PressCancelOrOk(Form& form) {
+    bool has_one = false;
+    for (const char* name : {"Cmd_Cancel", "Cmd_Ok"}) {
+        forms::Control* control = form.Find(name);
+        if (!control || control->kind() != forms::Kind::kButton) continue;
+        has_one = true;
+        if (!control->Visible()) continue;
+        Guarded([&] { static_cast<forms::Button*>(control)->UserPress(); });
+        return true;
+    }
+    return has_one;
+}
+
+void Win32Desktop::Close(WindowView& view, UnloadMode mode) {
+    if (!IsWindowEnabled(view.handle())) return;  // a modal window is in front of it
+    Form& form = *view.form();
+    if (!PressCancelOrOk(form)) Guarded([&] { Unload(form, mode); });
+}
+
+void Win32Desktop::Escape(WindowView& view) {
+    if (IsWindowEnabled(view.handle())) PressCancelOrOk(*view.form());
+}
+
+void Win32Desktop::EndSession() {
+    if (session_ends_) return;
+    session_ends_ = true;
+    std::vector<Form*> forms;
+    for (const auto& view : views_) forms.push_back(view->form());
+    for (auto form = forms.rbegin(); form != forms.rend(); ++form)
+        if (!PressCancelOrOk(**form)) Guarded([&] { Unload(**form, UnloadMode::kSessionEnd); });
+}
+
+}  // namespace vantrel::views

@@ -1,0 +1,222 @@
+// How a window comes to be: its dialogs, menus, binders and tooltips, and their places for a dpi.
+#include <windows.h>
+
+#include <uxtheme.h>
+
+#include "views/win32/control_ids.h"
+#include "views/win32/desktop.h"
+#include "views/win32/icons.h"
+#include "views/win32/resource.h"
+#include "views/win32/text.h"
+#include "views/win32/window_view.h"
+
+#include "forms/controls.h"
+
+namespace vantrel::views {
+
+namespace {
+
+HMODULE Program() { return GetModuleHandleW(nullptr); }
+
+// Newer systems scale dialogs by themselves; these windows do it better, with another typeface.
+void KeepSystemFromScaling(HWND dialog) {
+    using Setter = BOOL(WINAPI*)(HWND, int, int);
+    constexpr int kDisableAll = 1;
+    const auto setter = reinterpret_cast<Setter>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior")));
+    if (setter) setter(dialog, kDisableAll, kDisableAll);
+}
+
+}  // namespace
+
+WindowView::WindowView(Win32Desktop& desktop, forms::Form& form)
+    : desktop_(desktop), form_(&form), layout_(Wide(form.name()).c_str()) {
+    window_ = MakeDialog(Wide(form.name()).c_str(), nullptr, layout_);
+    if (!form.Caption().empty()) SetTextOf(window_, form.Caption());
+    MakePages();
+    LoadMenus();
+    MakeBinders();
+    MakeTooltips();
+    TakeDpi(static_cast<int>(GetDpiForWindow(window_)), nullptr);
+    form.Bind(this);
+}
+
+WindowView::~WindowView() { Destroy(); }
+
+HWND WindowView::MakeDialog(const wchar_t* name, HWND parent, Layout& layout) {
+    const HWND dialog =
+        CreateDialogParamW(Program(), name, parent, Procedure, reinterpret_cast<LPARAM>(this));
+    if (!dialog)
+        throw Error(error_number::kOutOfMemory, "WindowView",
+                    "The window " + Utf8(name) + " cannot be made");
+    KeepSystemFromScaling(dialog);
+    layout.Attach(dialog);
+    return dialog;
+}
+
+void WindowView::MakePages() {
+    const int id = ControlId(form_->name(), "TAB_Backup");
+    if (!id || !GetDlgItem(window_, id)) return;
+    const auto* tabs = static_cast<forms::Tabs*>(form_->Find("TAB_Backup"));
+    for (std::size_t i = 0; tabs && i < tabs->Captions().size(); ++i) {
+        const std::wstring name = Wide(form_->name() + "_" + std::to_string(i));
+        Page page{nullptr, Layout(name.c_str())};
+        page.window = MakeDialog(name.c_str(), window_, page.layout);
+        EnableThemeDialogTexture(page.window, ETDT_ENABLETAB);
+        pages_.push_back(std::move(page));
+    }
+}
+
+void WindowView::LoadMenus() {
+    for (const forms::Control* control : form_->controls()) {
+        if (control->kind() != forms::Kind::kMenu) continue;
+        const int id = ControlId(form_->name(), control->name());
+        OwnedMenu menu(id ? LoadMenuW(Program(), MAKEINTRESOURCEW(id)) : nullptr);
+        if (menu) pop_ups_[id] = std::move(menu);
+    }
+}
+
+HWND WindowView::RealControl(int id) const {
+    if (HWND control = GetDlgItem(window_, id)) return control;
+    for (const Page& page : pages_)
+        if (HWND control = GetDlgItem(page.window, id)) return control;
+    return nullptr;
+}
+
+void WindowView::MakeBinders() {
+    for (forms::Control* control : form_->controls()) {
+        const int id = ControlId(form_->name(), control->name());
+        binders_.push_back(MakeBinder(*this, *control, id ? RealControl(id) : nullptr, id));
+        if (id) by_id_[id] = binders_.back().get();
+    }
+    for (const auto& binder : binders_) binder->Start();
+}
+
+void WindowView::MakeTooltips() {
+    tooltip_ =
+        CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                        WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
+                        CW_USEDEFAULT, CW_USEDEFAULT, window_, nullptr, Program(), nullptr);
+    for (const auto& binder : binders_) {
+        if (!binder->handle() || binder->control().Tooltip().empty()) continue;
+        std::wstring text = Wide(binder->control().Tooltip());
+        TTTOOLINFOW tool{};
+        tool.cbSize = sizeof tool;
+        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+        tool.hwnd = GetParent(binder->handle());
+        tool.uId = reinterpret_cast<UINT_PTR>(binder->handle());
+        tool.lpszText = text.data();
+        SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    }
+}
+
+void WindowView::TakeDpi(int dpi, const RECT* suggested) {
+    dpi_ = dpi;
+    OwnedFont font = WindowFont(dpi);
+    const SIZE inside = layout_.Apply(font.get());
+    for (const Page& page : pages_) page.layout.Apply(font.get());
+    font_ = std::move(font);
+    for (const auto& binder : binders_) binder->Rescale(dpi);
+    large_icon_ =
+        LoadPicture(IDI_Product, GetSystemMetricsForDpi(SM_CXICON, static_cast<UINT>(dpi)));
+    small_icon_ =
+        LoadPicture(IDI_Product, GetSystemMetricsForDpi(SM_CXSMICON, static_cast<UINT>(dpi)));
+    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large_icon_.get()));
+    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon_.get()));
+
+    RECT outer{0, 0, inside.cx, inside.cy};
+    AdjustWindowRectExForDpi(&outer, static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_STYLE)),
+                             GetMenu(window_) != nullptr,
+                             static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_EXSTYLE)),
+                             static_cast<UINT>(dpi));
+    SetWindowPos(window_, nullptr, suggested ? suggested->left : 0, suggested ? suggested->top : 0,
+                 outer.right - outer.left, outer.bottom - outer.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE | (suggested ? 0U : static_cast<UINT>(SWP_NOMOVE)));
+    PlacePages();
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+void WindowView::PlacePages() {
+    const HWND tabs = GetDlgItem(window_, TAB_Backup);
+    if (!tabs) return;
+    RECT area{};
+    GetWindowRect(tabs, &area);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&area), 2);
+    SendMessageW(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    for (const Page& page : pages_)
+        SetWindowPos(page.window, HWND_TOP, area.left, area.top, area.right - area.left,
+                     area.bottom - area.top, SWP_NOACTIVATE);
+}
+
+void WindowView::ShowPage(int page) {
+    const bool page_had_focus = [&] {
+        for (const Page& each : pages_)
+            if (IsChild(each.window, GetFocus())) return true;
+        return false;
+    }();
+    for (std::size_t i = 0; i < pages_.size(); ++i)
+        if (static_cast<int>(i) != page) ShowWindow(pages_[i].window, SW_HIDE);
+    if (page < static_cast<int>(pages_.size()))
+        ShowWindow(pages_[static_cast<std::size_t>(page)].window, SW_SHOWNA);
+    if (page_had_focus) SetFocus(GetDlgItem(window_, TAB_Backup));
+}
+
+void WindowView::Centre() {
+    const HWND owner = GetWindow(window_, GW_OWNER);
+    RECT over{};
+    if (owner && IsWindowVisible(owner) && !IsIconic(owner)) {
+        GetWindowRect(owner, &over);
+    } else {
+        MONITORINFO monitor{};
+        monitor.cbSize = sizeof monitor;
+        GetMonitorInfoW(MonitorFromWindow(window_, MONITOR_DEFAULTTOPRIMARY), &monitor);
+        over = monitor.rcWork;
+    }
+    RECT own{};
+    GetWindowRect(window_, &own);
+    SetWindowPos(window_, nullptr, (over.left + over.right - (own.right - own.left)) / 2,
+                 (over.top + over.bottom - (own.bottom - own.top)) / 2, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void WindowView::SetMenuText(int id, const std::string& text) {
+    std::wstring wide = Wide(text);
+    MENUITEMINFOW item{};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_STRING;
+    item.dwTypeData = wide.data();
+    SetMenuItemInfoW(GetMenu(window_), static_cast<UINT>(id), FALSE, &item);
+    for (const auto& [menu_id, menu] : pop_ups_)
+        SetMenuItemInfoW(menu.get(), static_cast<UINT>(id), FALSE, &item);
+}
+
+void WindowView::EnableMenuEntry(int id, bool enabled) {
+    const UINT how = MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED);
+    EnableMenuItem(GetMenu(window_), static_cast<UINT>(id), how);
+    for (const auto& [menu_id, menu] : pop_ups_)
+        EnableMenuItem(menu.get(), static_cast<UINT>(id), how);
+}
+
+void WindowView::PopUpMenu(int id) {
+    const auto found = pop_ups_.find(id);
+    if (found == pop_ups_.end()) return;
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    const int chosen =
+        TrackPopupMenuEx(GetSubMenu(found->second.get(), 0), TPM_RETURNCMD | TPM_RIGHTBUTTON,
+                         pointer.x, pointer.y, window_, nullptr);
+    // The handler that opened the menu gets the errors of what was chosen.
+    if (Binder* binder = chosen ? Find(chosen) : nullptr) binder->Command(0);
+}
+
+const forms::Control* WindowView::ContainerOf(const forms::Control& control) const {
+    if (!form_ || control.name() != "SSP_ProgressSecure") return nullptr;
+    return form_->Find("SSP_PleaseWait");
+}
+
+void WindowView::ContainerShown(const forms::Control& container) {
+    for (const auto& binder : binders_)
+        if (ContainerOf(binder->control()) == &container) binder->Changed(forms::Aspect::kVisible);
+}
+
+}  // namespace vantrel::views

@@ -1,0 +1,238 @@
+#include "views/win32/window_view.h"
+
+#include <cmath>
+
+#include "forms/controls.h"
+#include "views/win32/desktop.h"
+#include "views/win32/resource.h"
+#include "views/win32/text.h"
+
+namespace vantrel::views {
+
+using forms::Aspect;
+
+namespace {
+
+constexpr UINT kActivateMessage = WM_APP + 1;
+constexpr double kTwipsAnInch = 1440;
+
+int TwipsOf(LONG pixels, int dpi) {
+    return static_cast<int>(std::nearbyint(static_cast<double>(pixels) * kTwipsAnInch / dpi));
+}
+
+int PixelsOf(int twips, int dpi) {
+    return static_cast<int>(std::nearbyint(static_cast<double>(twips) * dpi / kTwipsAnInch));
+}
+
+}  // namespace
+
+void WindowView::Show() {
+    Resized();
+    Centre();
+    form_->MarkVisible(true);
+    PostActivation();
+    ShowWindow(window_, SW_SHOW);
+    UpdateWindow(window_);
+}
+
+void WindowView::Hide() { ShowWindow(window_, SW_HIDE); }
+
+void WindowView::SetOwner(HWND owner) {
+    SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner));
+}
+
+void WindowView::Destroy() {
+    if (!form_) return;
+    form_->Bind(nullptr);
+    by_id_.clear();
+    binders_.clear();
+    form_ = nullptr;
+    SetWindowLongPtrW(window_, DWLP_USER, 0);
+    for (Page& page : pages_) SetWindowLongPtrW(page.window, DWLP_USER, 0);
+    DestroyWindow(window_);
+}
+
+void WindowView::PostActivation() {
+    if (activation_posted_) return;
+    activation_posted_ = true;
+    PostMessageW(window_, kActivateMessage, 0, 0);
+}
+
+void WindowView::Activate() {
+    activation_posted_ = false;
+    if (!form_->Visible()) return;
+    desktop_.Guarded([this] {
+        const forms::HandlerScope scope(*form_);
+        form_->Form_Activate();
+    });
+}
+
+void WindowView::Changed(Aspect aspect) {
+    switch (aspect) {
+        case Aspect::kText:
+            SetTextOf(window_, form_->Caption());
+            break;
+        case Aspect::kValue:
+            InvalidateRect(window_, nullptr, TRUE);
+            break;
+        case Aspect::kRedraw:
+            RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+            break;
+        default:
+            break;
+    }
+}
+
+void WindowView::Resized() {
+    RECT outer{};
+    GetWindowRect(window_, &outer);
+    form_->MarkSize(TwipsOf(outer.right - outer.left, dpi_),
+                    TwipsOf(outer.bottom - outer.top, dpi_));
+    desktop_.Guarded([this] {
+        const forms::HandlerScope scope(*form_);
+        form_->Form_Resize();
+    });
+}
+
+void WindowView::PaintBoxes(HDC device) const {
+    for (const forms::Form::FilledBox& box : form_->Boxes()) {
+        const RECT area{PixelsOf(box.left, dpi_), PixelsOf(box.top, dpi_),
+                        PixelsOf(box.right, dpi_), PixelsOf(box.bottom, dpi_)};
+        SetDCBrushColor(device, RGB(box.red, box.green, box.blue));
+        FillRect(device, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    }
+}
+
+INT_PTR CALLBACK WindowView::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(window, DWLP_USER, lparam);
+        return FALSE;
+    }
+    auto* view = reinterpret_cast<WindowView*>(GetWindowLongPtrW(window, DWLP_USER));
+    return view ? view->Handle(window, message, wparam, lparam) : FALSE;
+}
+
+INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_COMMAND:
+            Command(LOWORD(wparam), HIWORD(wparam));
+            return TRUE;
+        case WM_NOTIFY: {
+            const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
+            if (Binder* binder = Find(static_cast<int>(header.idFrom)))
+                desktop_.Guarded([&] { binder->Notify(header); });
+            return FALSE;
+        }
+        case WM_DRAWITEM: {
+            const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lparam);
+            if (Binder* binder = Find(static_cast<int>(item.CtlID))) binder->Draw(item);
+            return TRUE;
+        }
+        case WM_CONTEXTMENU:
+            if (Binder* binder = Find(GetDlgCtrlID(reinterpret_cast<HWND>(wparam))))
+                desktop_.Guarded([&] { binder->RightClick(); });
+            return TRUE;
+        case WM_CTLCOLORSTATIC:
+            return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
+        case WM_SETCURSOR:
+            if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
+            SetWindowLongPtrW(window, DWLP_MSGRESULT, TRUE);
+            return TRUE;
+        default:
+            return window == window_ ? HandleForTop(message, wparam, lparam) : FALSE;
+    }
+}
+
+INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case kActivateMessage:
+            Activate();
+            return TRUE;
+        case WM_ACTIVATE:
+            if (LOWORD(wparam) != WA_INACTIVE) desktop_.WindowActivated(*this);
+            return FALSE;  // the dialog manager restores the focus
+        case WM_TIMER:
+            for (const auto& binder : binders_) {
+                if (reinterpret_cast<WPARAM>(binder.get()) != wparam) continue;
+                desktop_.Guarded([&] { binder->Tick(); });
+                break;
+            }
+            return TRUE;
+        case WM_SIZE:
+            if (Binder* bar = Find(Sta_Mainmenu)) bar->Rescale(dpi_);
+            if (form_->Visible() && wparam != SIZE_MINIMIZED) Resized();
+            return TRUE;
+        case WM_ERASEBKGND:
+            if (!HasBoxes()) return FALSE;
+            PaintBoxes(reinterpret_cast<HDC>(wparam));
+            SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
+            return TRUE;
+        case WM_DPICHANGED:
+            TakeDpi(LOWORD(wparam), reinterpret_cast<const RECT*>(lparam));
+            return TRUE;
+        case WM_SYSCOMMAND:
+            if ((wparam & 0xFFF0) != SC_CLOSE) return FALSE;
+            desktop_.Close(*this, forms::UnloadMode::kControlMenu);
+            return TRUE;
+        case WM_CLOSE:
+            desktop_.Close(*this, forms::UnloadMode::kTaskManager);
+            return TRUE;
+        case WM_QUERYENDSESSION:
+            SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
+            return TRUE;
+        case WM_ENDSESSION:
+            if (wparam) desktop_.EndSession();
+            return TRUE;
+        default:
+            return FALSE;
+    }
+}
+
+void WindowView::Command(int id, WORD code) {
+    if (id == IDCANCEL) return desktop_.Escape(*this);
+    if (Binder* binder = Find(id)) desktop_.Guarded([&] { binder->Command(code); });
+}
+
+bool WindowView::ShowPointer(HWND over, WORD hit) {
+    if (desktop_.pointer() == forms::Pointer::kHourglass) {
+        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+        return true;
+    }
+    const Binder* binder = hit == HTCLIENT ? Find(GetDlgCtrlID(over)) : nullptr;
+    if (!binder || binder->control().kind() != forms::Kind::kLabel) return false;
+    if (!static_cast<forms::Label&>(binder->control()).Click) return false;
+    SetCursor(LoadCursorW(nullptr, IDC_HAND));
+    return true;
+}
+
+INT_PTR WindowView::Colors(HDC device, HWND control) {
+    Binder* binder = Find(GetDlgCtrlID(control));
+    return binder ? reinterpret_cast<INT_PTR>(binder->Colors(device)) : 0;
+}
+
+bool WindowView::PreTranslate(MSG& message) {
+    const bool control_key = GetKeyState(VK_CONTROL) < 0;
+    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && control_key) {
+        if (Binder* binder = Find(TAB_Backup)) {
+            auto& tabs = static_cast<forms::Tabs&>(binder->control());
+            const int count = static_cast<int>(tabs.Captions().size());
+            const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
+            desktop_.Guarded([&] { tabs.SetTab((tabs.Tab() + step) % count); });
+            return true;
+        }
+    }
+    return IsDialogMessageW(window_, &message) != FALSE;
+}
+
+void WindowView::TrackFocus() {
+    const HWND focus = GetFocus();
+    if (!form_ || !focus || !IsChild(window_, focus)) return;
+    if (Binder* binder = Find(GetDlgCtrlID(focus))) form_->MarkActive(&binder->control());
+}
+
+Binder* WindowView::Find(int id) const {
+    const auto found = by_id_.find(id);
+    return found == by_id_.end() ? nullptr : found->second;
+}
+
+}  // namespace vantrel::views
