@@ -76,6 +76,8 @@ TEST_F(Win32Files, FileBeingWrittenIsFoundWithItsSize) {
 }
 
 TEST_F(Win32Files, SystemNeverAsksForADisk) {
+    SetErrorMode(0);  // the test framework has switched dialogs off, too
+    const platform::Win32Machine another;
     const UINT quiet = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
     EXPECT_EQ(GetErrorMode() & quiet, quiet);
 }
