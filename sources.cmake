@@ -122,6 +122,10 @@ set(VZIP_SOURCES
 
 # Used by every test: the fake machine, the scripted desktop, the fault-injecting decorator.
 set(TEST_SUPPORT_SOURCES
+    tests/support/fault_plan.cpp
+    tests/support/faulty_file.cpp
+    tests/support/faulty_file_system.cpp
+    tests/support/unflushed_writes.cpp
     tests/support/scripted_desktop.cpp)
 # The fake machine stands on the host's file system.
 set(TEST_SUPPORT_HOST_SOURCES
@@ -143,14 +147,23 @@ set(PLATFORM_WIN32_TESTS
 set(FORMS_TESTS)
 set(ZIP_TESTS
     tests/zip/archive_reader.cpp
+    tests/zip/archive_writer_test.cpp
     tests/zip/deflate_test.cpp
     tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
     tests/zip/memory_file_system.cpp
-    tests/zip/small_parts_test.cpp)
+    tests/zip/other_readers_test.cpp
+    tests/zip/pkzip_test.cpp
+    tests/zip/progress_test.cpp
+    tests/zip/small_parts_test.cpp
+    tests/zip/source_scan_test.cpp
+    tests/zip/unreadable_files_test.cpp
+    tests/zip/writer_failure_test.cpp
+    tests/zip/zip64_test.cpp)
 set(BACKUPSET_TESTS
     tests/backupset/exist_test.cpp
     tests/backupset/paths_test.cpp
+    tests/backupset/profile_fault_test.cpp
     tests/backupset/profile_file_test.cpp
     tests/backupset/profile_text_test.cpp
     tests/backupset/set_test.cpp)
