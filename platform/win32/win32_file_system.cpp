@@ -40,6 +40,13 @@ void RefuseReadOnly(const DiskPath& path) {
     if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) RaiseError(error_number::kPermissionDenied);
 }
 
+// The attributes of what must be there.
+DWORD Needed(const DiskPath& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) RaiseSystemError(GetLastError(), Deed::kFile, path);
+    return attributes;
+}
+
 void RaiseUnless(DWORD code, Deed deed, const DiskPath& path) {
     if (code != ERROR_SUCCESS) RaiseSystemError(code, deed, path);
 }
@@ -74,33 +81,34 @@ void Win32FileSystem::List(const std::string& folder,
 }
 
 void Win32FileSystem::MakeFolder(const std::string& path) {
-    const DiskPath folder(path);
-    if (!CreateDirectoryW(folder.c_str(), nullptr)) {
-        RaiseSystemError(GetLastError(), Deed::kFolder, folder);
+    const auto folder = PathOrNothing(path);
+    if (!folder) RaiseError(error_number::kPathFileAccess);
+    if (!CreateDirectoryW(folder->c_str(), nullptr)) {
+        RaiseSystemError(GetLastError(), Deed::kFolder, *folder);
     }
 }
 
 void Win32FileSystem::Rename(const std::string& from, const std::string& to) {
     const DiskPath source(from);
     const DiskPath target(to);
-    const DWORD attributes = GetFileAttributesW(source.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        RaiseSystemError(GetLastError(), Deed::kFile, source);
-    }
+    const Deed deed = IsFolder(Needed(source)) ? Deed::kFolder : Deed::kFile;
     // Two letters may be one volume, but a name never changes its drive.
     if (!source.OnSameDrive(target)) RaiseError(error_number::kAcrossDrives);
+    if (source.IsRoot()) RaiseError(error_number::kPathFileAccess);
+    // To the system a name is free for its own file, which is right for letter case alone.
+    if (source.Text() == target.Text()) RaiseError(error_number::kFileExists);
     const DWORD code = RunPatiently(
         [&] { return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0; });
-    if (ErrorNumber(code, Deed::kFile) == error_number::kFileExists) {
-        RaiseError(error_number::kFileExists);
-    }
-    RaiseUnless(code, IsFolder(attributes) ? Deed::kFolder : Deed::kFile, target);
+    const bool taken = ErrorNumber(code, Deed::kFile) == error_number::kFileExists;
+    RaiseUnless(code, taken ? Deed::kFile : deed, target);
 }
 
 void Win32FileSystem::Replace(const std::string& from, const std::string& to) {
     const DiskPath source(from);
     const DiskPath target(to);
+    const bool folder = IsFolder(Needed(source));
     if (!source.OnSameDrive(target)) RaiseError(error_number::kAcrossDrives);
+    if (folder) RaiseError(error_number::kPermissionDenied);
     RefuseReadOnly(target);
     const DWORD code = RunPatiently([&] {
         return MoveFileExW(source.c_str(), target.c_str(),
@@ -117,6 +125,7 @@ void Win32FileSystem::RemoveFile(const std::string& path) {
 
 void Win32FileSystem::RemoveFolder(const std::string& path) {
     const DiskPath folder(path);
+    if (folder.IsRoot()) RaiseError(error_number::kPathFileAccess);
     RaiseUnless(RunPatiently([&] { return RemoveDirectoryW(folder.c_str()) != 0; }), Deed::kFolder,
                 folder);
 }
@@ -128,9 +137,7 @@ void Win32FileSystem::SetAttributes(const std::string& path, std::uint32_t attri
     constexpr DWORD kKept =
         FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_OFFLINE | FILE_ATTRIBUTE_TEMPORARY;
     const DiskPath item(path);
-    const DWORD before = GetFileAttributesW(item.c_str());
-    if (before == INVALID_FILE_ATTRIBUTES) RaiseSystemError(GetLastError(), Deed::kFile, item);
-    const DWORD after = (before & kKept) | (attributes & kOurs);
+    const DWORD after = (Needed(item) & kKept) | (attributes & kOurs);
     if (!SetFileAttributesW(item.c_str(), after == 0 ? FILE_ATTRIBUTE_NORMAL : after)) {
         RaiseSystemError(GetLastError(), Deed::kFile, item);
     }
