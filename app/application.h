@@ -22,7 +22,7 @@ class Application {
 
     // An error that nothing has trapped ends the program: told in a box, or in the log when nobody
     // is there to press OK. No exit record, no stored selection.
-    [[noreturn]] void EndByError(const Error& error);
+    void EndByError(const Error& error);
 
     forms::Program& program() { return program_; }
     Frm_Mainmenu& main_window() { return main_window_; }

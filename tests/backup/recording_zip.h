@@ -29,7 +29,7 @@ class RecordingZip : public zip::PKZIP {
     RecordingZip(platform::Machine& machine, Record& record) : PKZIP(machine), record_(record) {}
 
     void Set(int id, const zip::Value& value) override {
-        record_.sets.push_back(std::to_string(id) + "=" + Text(value));
+        record_.sets.push_back(std::to_string(id) + "=" + test::Text(value));
         record_.values[id] = value;
         if (id == zip::zip_id::kAction && record_.action) record_.action(*this);
     }
@@ -43,7 +43,10 @@ class RecordingZip : public zip::PKZIP {
         return cancel;
     }
     void Say(const std::string& text, zip::MessageKind kind = zip::MessageKind::kInformation) {
-        Message({.kind = kind, .text = text});
+        zip::ComponentMessage message;
+        message.kind = kind;
+        message.text = text;
+        Message(message);
     }
 
   private:

@@ -142,7 +142,7 @@ TEST_F(ProtectedList, MissingListIsAnErrorNotAnAnswer) {
 }
 
 TEST_F(ProtectedList, LettersOutsideAsciiCompareByTheSystemsUpperCase) {
-    PutEntries("C:\\\xDCBUNG\r\n");
+    PutEntries("C:\\\xDC" "BUNG\r\n");
     EXPECT_TRUE(cfg.IsProtected("C:\\\xC3\xBC" "bung"));
 }
 
