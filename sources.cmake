@@ -168,6 +168,7 @@ set(BACKUPSET_TESTS
     tests/backupset/profile_text_test.cpp
     tests/backupset/set_test.cpp)
 set(LOG_TESTS
+    tests/log/log_fault_test.cpp
     tests/log/records_test.cpp
     tests/log/rotation_test.cpp
     tests/log/truncate_test.cpp)

@@ -1,0 +1,79 @@
+#include "common/error.h"
+#include "tests/log/log_fixture.h"
+#include "tests/support/faulty_file_system.h"
+
+namespace vantrel {
+namespace {
+
+using test::Call;
+using test::Effect;
+
+class LogFault : public test::TransactionLog {
+  protected:
+    LogFault() { there.globals = program.globals; }
+
+    test::FaultyFileSystem faulty{machine.files()};
+    platform::Machine with_faults{machine.process, faulty,           machine.drives,
+                                  machine.clock,   machine.settings, machine.code_page()};
+    forms::Program there{with_faults, desktop};
+};
+
+TEST_F(LogFault, FailingAppendTravelsUnderTheLabelOfTheRecord) {
+    machine.PutFile(kLog, "old\r\n");
+    faulty.plan.Inject({Call::kWrite, 1, false, error_number::kDiskFull});
+    try {
+        clsLog(there).WriteToLog("Backup", true, "lost");
+        ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -2147211505);
+        EXPECT_EQ(error.source(), "clsLog:WriteToLog Method");
+        EXPECT_EQ(error.description(), "Disk full");
+    }
+    EXPECT_EQ(machine.Content(kLog), "old\r\n");
+}
+
+TEST_F(LogFault, AppendThatIsCutOffLosesItsOwnRecordOnly) {
+    machine.PutFile(kLog, "old\r\n");
+    faulty.plan.Inject({Call::kWrite, 1, false, error_number::kDiskFull, Effect::kShortWrite});
+    EXPECT_THROW(clsLog(there).WriteToLog("Exit", true, "1"), Error);
+    EXPECT_EQ(machine.Content(kLog).substr(0, 5), "old\r\n");
+    EXPECT_EQ(faulty.plan.Count(Call::kWrite), 1);
+}
+
+TEST_F(LogFault, EveryRecordIsOneWrite) {
+    machine.PutFile(kLog, "old\r\n");
+    int writes = 0;
+    for (const char* kind : {"Backup", "Exit", "INI Edit", "Startup", "Command Line"}) {
+        clsLog(there).WriteToLog(kind, true, "6");
+        EXPECT_EQ(faulty.plan.Count(Call::kWrite), ++writes) << kind;
+    }
+    EXPECT_EQ(faulty.plan.Count(Call::kOpen), faulty.plan.Count(Call::kClose));
+}
+
+TEST_F(LogFault, TrimThatFailsOrDiesAnywhereLeavesOneWholeLog) {
+    std::string text = Header() + "first\r\n";
+    for (int i = 0; i < 50; ++i) text += "record\r\n";
+    const long limit = static_cast<long>(text.size());
+    std::string trimmed = text;
+    trimmed.erase(trimmed.size() - 8);
+    for (const Effect effect : {Effect::kRaise, Effect::kDie}) {
+        for (int at = 1;; ++at) {
+            machine.PutFile(kLog, text);
+            const int fired = faulty.plan.Fired();
+            faulty.plan.Inject({Call::kAny, at, false, error_number::kDeviceIo, effect});
+            try {
+                clsLog(there).Log_Truncate(limit);
+            } catch (const Error&) {
+            } catch (const test::ProcessDied&) {
+            }
+            faulty.plan.Heal();
+            const std::string left = machine.Content(kLog);
+            EXPECT_TRUE(left == text || left == trimmed + "\r\n") << at;
+            if (faulty.plan.Fired() == fired) break;
+            ASSERT_LT(at, 100);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vantrel
