@@ -115,7 +115,8 @@ set(VIEWS_WIN32_SOURCES
     views/win32/window_parts.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
-set(VANTREL_EXE_SOURCES)
+set(VANTREL_EXE_SOURCES
+    app/main_win32.cpp)
 set(VZIP_SOURCES
     tools/vzip.cpp
     tools/vzip_create.cpp)
@@ -132,11 +133,25 @@ set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_clock.cpp
     tests/support/test_machine.cpp
     tests/support/test_services.cpp)
-set(COMMON_TESTS)
+set(COMMON_TESTS
+    tests/common/error_test.cpp
+    tests/common/utf_test.cpp)
 set(PLATFORM_TESTS
-    tests/platform/command_line_test.cpp)
+    tests/platform/command_line_test.cpp
+    tests/platform/disk_space_test.cpp
+    tests/platform/seam_drives_test.cpp
+    tests/platform/seam_facts_test.cpp
+    tests/platform/seam_folders_test.cpp
+    tests/platform/seam_names_test.cpp
+    tests/platform/seam_open_test.cpp
+    tests/platform/seam_services_test.cpp)
+# On the host only: its machine, and what is tested with the fake one.
+set(PLATFORM_HOST_TESTS
+    tests/platform/machine_under_test_host.cpp
+    tests/platform/text_file_test.cpp)
 # On Windows only: what the conformance suite cannot ask of every machine.
 set(PLATFORM_WIN32_TESTS
+    tests/platform/machine_under_test_win32.cpp
     tests/platform/win32_drives_test.cpp
     tests/platform/win32_file_test.cpp
     tests/platform/win32_names_test.cpp
@@ -144,7 +159,13 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
     tests/platform/win32_sharing_test.cpp)
-set(FORMS_TESTS)
+set(FORMS_TESTS
+    tests/forms/controls_test.cpp
+    tests/forms/drive_list_test.cpp
+    tests/forms/file_list_test.cpp
+    tests/forms/folder_list_test.cpp
+    tests/forms/form_test.cpp
+    tests/forms/lists_test.cpp)
 set(ZIP_TESTS
     tests/zip/archive_reader.cpp
     tests/zip/archive_writer_test.cpp
