@@ -1,10 +1,13 @@
 // Shows one window of the program, filled with sample values, so that its looks can be judged:
 //     VANTREL_GALLERY=tab0 view_gallery.exe
-// tab0 to tab5, backup, splash, input, box. Not a test: somebody has to look.
+// tab0 to tab5, tab4wait, edit, backup, options, where, splash, input, box. Not a test: somebody
+// has to look.
 #include <cstdlib>
 #include <string>
 
 #include "app/Frm_Splash.h"
+#include "backup/Frm_BackupOptions.h"
+#include "backup/Frm_BackupWhere.h"
 #include "common/error.h"
 #include "forms/lists.h"
 #include "platform/win32/win32_machine.h"
@@ -118,6 +121,18 @@ void Show(const std::string& what, forms::Program& program, Frm_Mainmenu& window
     if (what == "backup") {
         static SampleRun run(program);
         desktop.ShowModal(run);
+    }
+    BackupTab& tab = window.Backup;
+    const BackupControls shown{tab.Cmb_BackupSet,      tab.Dir_DirList,     tab.Lbl_FilestoBackup,
+                               tab.Lbl_BackupFileName, tab.Fld_BackupWhere, tab.Fld_BackupOptions};
+    if (what == "options") {
+        static Frm_BackupOptions options(program, shown);
+        desktop.ShowModal(options);
+    }
+    if (what == "where") {
+        window.Backup.Fld_BackupWhere.SetCaption("C:\\windows\\system32");
+        static Frm_BackupWhere where(program, shown);
+        desktop.ShowModal(where);
     }
     if (what == "input")
         desktop.Input("Please enter the name of the Configuration File.", "New Configuration", "");

@@ -40,11 +40,8 @@ class PictureBinder : public Binder {
     using Binder::Binder;
 
     void Rescale(int dpi) override {
-        const bool large = id() == Img_Logo || id() == Frm_Splash_Img_Logo;
-        icon_ = LoadPicture(PictureOf(id()), MulDiv(id() == Frm_Splash_Img_Logo ? 64
-                                                    : large                     ? 48
-                                                                                : 32,
-                                                    dpi, USER_DEFAULT_SCREEN_DPI));
+        const int pixels = id() == Frm_Splash_Img_Logo ? 64 : id() == Img_Logo ? 48 : 32;
+        icon_ = LoadPicture(PictureOf(id()), MulDiv(pixels, dpi, USER_DEFAULT_SCREEN_DPI));
         size_ = PictureSize(icon_.get());
     }
     void Draw(const DRAWITEMSTRUCT& item) override {

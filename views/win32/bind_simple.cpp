@@ -3,7 +3,10 @@
 
 #include <uxtheme.h>
 
+#include <string>
+
 #include "views/win32/binders.h"
+#include "views/win32/resource.h"
 #include "views/win32/text.h"
 #include "views/win32/window_view.h"
 
@@ -38,21 +41,30 @@ class LabelBinder : public CaptionBinder {
         SetBkMode(device, TRANSPARENT);
         return static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
     }
-    // Only the label that changes its colour paints itself.
+    // Owner-drawn are the label that changes its colour, and the values that the program shows: one
+    // line in a thin frame, a long path shortened in its middle.
     void Draw(const DRAWITEMSTRUCT& item) override {
         RECT area = item.rcItem;
         DrawThemeParentBackground(handle(), item.hDC, &area);
+        if (id() != Lbl_WebAddress) {
+            FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
+            const int indent = (area.bottom - area.top) / 5;
+            InflateRect(&area, -indent, -1);
+        }
         SetBkMode(item.hDC, TRANSPARENT);
         const bool text_color = label_.ForeColor() == forms::Label::Color::kButtonText;
         SetTextColor(item.hDC, GetSysColor(text_color ? COLOR_BTNTEXT : COLOR_HIGHLIGHTTEXT));
+        const bool path = label_.Caption().find('\\') != std::string::npos;
         DrawTextW(item.hDC, Wide(label_.Caption()).c_str(), -1, &area,
-                  DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER);
+                  DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER |
+                      static_cast<UINT>(path ? DT_PATH_ELLIPSIS : DT_END_ELLIPSIS));
     }
 
   protected:
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
-        if (aspect == Aspect::kColor) InvalidateRect(handle(), nullptr, TRUE);
+        if (aspect == Aspect::kColor || aspect == Aspect::kText)
+            InvalidateRect(handle(), nullptr, TRUE);
     }
 
   private:

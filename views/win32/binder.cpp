@@ -30,8 +30,7 @@ void Binder::Changed(Aspect aspect) {
                 Enable(control_.Enabled());
                 break;
             case Aspect::kVisible:
-                if (!ShouldShow()) MoveFocusAway();
-                ShowWindow(handle_, ShouldShow() ? SW_SHOWNA : SW_HIDE);
+                ShowOrHide(ShouldShow());
                 window_.ContainerShown(control_);
                 break;
             case Aspect::kFocus:
@@ -55,6 +54,20 @@ bool Binder::ShouldShow() const {
 void Binder::Enable(bool enabled) {
     if (!enabled) MoveFocusAway();
     EnableWindow(handle_, enabled);
+}
+
+// What stood behind a hidden control is painted now: handlers that run long show their waiting
+// panel that way, and let no event be handled meanwhile.
+void Binder::ShowOrHide(bool show) {
+    const HWND parent = GetParent(handle_);
+    RECT area{};
+    GetWindowRect(handle_, &area);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
+    if (!show) MoveFocusAway();
+    ShowWindow(handle_, show ? SW_SHOWNA : SW_HIDE);
+    if (!show)
+        RedrawWindow(parent, &area, nullptr,
+                     RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
 // A control that goes away while it has the keyboard would take the keyboard with it.

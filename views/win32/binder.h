@@ -52,6 +52,7 @@ class Binder : public forms::ControlView {
 
   private:
     void Enable(bool enabled);
+    void ShowOrHide(bool show);
     void MoveFocusAway();
 
     forms::Control& control_;

@@ -1,10 +1,14 @@
 #include "views/win32/fonts.h"
 
+#include <cwchar>
+
 #include "views/win32/resource.h"
 
 namespace vantrel::views {
 
 namespace {
+
+constexpr wchar_t kTypewriter[] = L"Courier New";
 
 struct Special {
     int control_id;
@@ -14,8 +18,8 @@ struct Special {
 };
 
 constexpr Special kSpecials[] = {
-    {Fld_INI, L"Courier New", 9},
-    {Fld_Log, L"Courier New", 9},
+    {Fld_INI, kTypewriter, 9},
+    {Fld_Log, kTypewriter, 9},
     {Lbl_ProductName, L"Arial", 20, FW_BOLD},
     {Lbl_Description, L"Arial", 10},
     {Lbl_CompanyProduct, L"Arial", 9},
@@ -32,9 +36,12 @@ constexpr Special kSpecials[] = {
 };
 
 OwnedFont Make(const wchar_t* face, int points, int weight, int dpi) {
+    // Where there is no Courier New, another typeface of even pitch takes its place.
+    const DWORD pitch =
+        std::wcscmp(face, kTypewriter) == 0 ? FIXED_PITCH | FF_MODERN : DEFAULT_PITCH | FF_SWISS;
     return OwnedFont(CreateFontW(-MulDiv(points, dpi, 72), 0, 0, 0, weight, FALSE, FALSE, FALSE,
                                  DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                 DEFAULT_QUALITY, DEFAULT_PITCH, face));
+                                 DEFAULT_QUALITY, pitch, face));
 }
 
 }  // namespace

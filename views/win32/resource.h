@@ -125,6 +125,42 @@
 #define Frm_Splash_Lbl_Copyright 2055
 #define Frm_Splash_Lbl_Warning 2056
 #define Frm_Splash_Img_Logo 2057
+// Frm_BackupWhere
+#define Frm_BackupWhere_Dri_DriveList 2100
+#define Frm_BackupWhere_Dir_DirList 2101
+#define Frm_BackupWhere_Cmd_NewFolder 2102
+#define Frm_BackupWhere_Cmd_Ok 2103
+#define Frm_BackupWhere_Cmd_Cancel 2104
+// Frm_BackupOptions
+#define Frm_BackupOptions_Fra_Options 2150
+#define Frm_BackupOptions_Chk_TimeBackup 2151
+#define Frm_BackupOptions_Chk_MultiVolumeBackup 2152
+#define Frm_BackupOptions_Chk_BackupSubDirectories 2153
+#define Frm_BackupOptions_Lbl_BackupFiles 2154
+#define Frm_BackupOptions_Fld_BackupFile 2155
+#define Frm_BackupOptions_Lbl_BackupFileName 2156
+#define Frm_BackupOptions_Fld_BackupFileName 2157
+#define Frm_BackupOptions_Cmd_Ok 2158
+#define Frm_BackupOptions_Cmd_Cancel 2159
+// Frm_RestoreWhere
+#define Frm_RestoreWhere_Dri_DriveList 2200
+#define Frm_RestoreWhere_Dir_DirList 2201
+#define Frm_RestoreWhere_Cmd_NewFolder 2202
+#define Frm_RestoreWhere_Cmd_Ok 2203
+#define Frm_RestoreWhere_Cmd_Cancel 2204
+// Frm_Restore
+#define Frm_Restore_Cmd_Ok 2250
+#define Frm_Restore_Cmd_Cancel 2251
+#define Frm_Restore_Fra_Details 2252
+#define Frm_Restore_Lst_Details 2253
+#define Frm_Restore_Frame1 2254
+#define Frm_Restore_Lbl_File 2255
+#define Frm_Restore_Lbl_JobProgress 2256
+#define Frm_Restore_Lbl_RestorePath 2257
+#define Frm_Restore_Lbl_Folder 2258
+#define Frm_Restore_Ani_File 2259
+#define Frm_Restore_PB_Folder 2260
+#define Frm_Restore_PB_File 2261
 // Controls: end
 
 // The input box, a window of the desktop's own.

@@ -132,6 +132,7 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
     SetWindowPos(window_, nullptr, suggested ? suggested->left : 0, suggested ? suggested->top : 0,
                  outer.right - outer.left, outer.bottom - outer.top,
                  SWP_NOZORDER | SWP_NOACTIVATE | (suggested ? 0U : static_cast<UINT>(SWP_NOMOVE)));
+    TellSize();
     PlacePages();
     InvalidateRect(window_, nullptr, TRUE);
 }

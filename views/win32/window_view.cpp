@@ -83,11 +83,15 @@ void WindowView::Changed(Aspect aspect) {
     }
 }
 
-void WindowView::Resized() {
+void WindowView::TellSize() {
     RECT outer{};
     GetWindowRect(window_, &outer);
     form_->MarkSize(TwipsOf(outer.right - outer.left, dpi_),
                     TwipsOf(outer.bottom - outer.top, dpi_));
+}
+
+void WindowView::Resized() {
+    TellSize();
     desktop_.Guarded([this] {
         const forms::HandlerScope scope(*form_);
         form_->Form_Resize();

@@ -69,6 +69,7 @@ class WindowView : public forms::ControlView {
     INT_PTR Colors(HDC device, HWND control);
     void Command(int id, WORD code);
     void Activate();
+    void TellSize();
     void Resized();
     void PaintBoxes(HDC device) const;
 
