@@ -85,6 +85,8 @@ int ErrorNumber(DWORD code, Deed deed) {
     const bool denied = number == kPermissionDenied;
     if (deed == Deed::kFile) return number;
     if (number == kFileNotFound) return kPathNotFound;
+    // How some systems put it that a folder cannot become part of itself.
+    if (code == ERROR_INVALID_PARAMETER) return kPathFileAccess;
     if (deed == Deed::kList && number == kBadFileName) return kPathNotFound;
     return denied || number == kFileExists || number == kBadFileName ? kPathFileAccess : number;
 }

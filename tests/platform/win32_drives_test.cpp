@@ -150,6 +150,8 @@ TEST(Win32ErrorNumbers, FollowOneTable) {
     EXPECT_EQ(ErrorNumber(ERROR_FILENAME_EXCED_RANGE, Deed::kFile), kBadFileName);
     EXPECT_EQ(ErrorNumber(ERROR_NOT_SAME_DEVICE, Deed::kFile), kAcrossDrives);
     EXPECT_EQ(ErrorNumber(ERROR_CRC, Deed::kFile), kDeviceIo);
+    EXPECT_EQ(ErrorNumber(ERROR_INVALID_PARAMETER, Deed::kFile), kDeviceIo);
+    EXPECT_EQ(ErrorNumber(ERROR_INVALID_PARAMETER, Deed::kFolder), kPathFileAccess);
     EXPECT_EQ(ErrorNumber(ERROR_ACCESS_DENIED, Deed::kFolder), kPathFileAccess);
     EXPECT_EQ(ErrorNumber(ERROR_ALREADY_EXISTS, Deed::kFolder), kPathFileAccess);
     EXPECT_EQ(ErrorNumber(ERROR_ACCESS_DENIED, Deed::kList), kPathFileAccess);
