@@ -69,6 +69,15 @@ class BackupOfARealTree(harness.EndToEndTest):
         top = {path.name for path in self.source.iterdir() if path.is_file()}
         self.assertEqual(top, set(archives.entries(self.destination / "Daily.zip")))
 
+    def test_mask_becomes_all_files(self):
+        # Showing the set moves the folder list before the set's own mask is shown, which writes the
+        # folder with the mask of an empty window.
+        self.pc.write_set("Texts.ini", BackupFiles="S:\\Eigene Dateien\\*.txt",
+                          BackupToDrive="E:\\", BackupSubDirectories="OFF")
+        self.assert_exit_code(harness.COMPLETE, self.pc.run_unattended("Texts.ini"))
+        self.assertEqual("S:\\Eigene Dateien\\*.*", self.pc.read_set("Texts.ini")["BackupFiles"])
+        self.assertIn("one.bin", archives.entries(self.destination / "TEXTS.zip"))
+
     def test_second_run_replaces_the_first(self):
         self.back_up()
         first = (self.destination / "Daily.zip").read_bytes()

@@ -62,9 +62,10 @@ class FailingBackups(harness.EndToEndTest):
 
     def test_no_file_matches(self):
         destination = self.pc.drive("e")
-        self.pc.write_set("Job.INI", BackupFiles="S:\\*.nothing", BackupToDrive="E:\\")
+        (self.source / "Nothing").mkdir()
+        self.pc.write_set("Job.INI", BackupFiles="S:\\Nothing\\*.*", BackupToDrive="E:\\")
         self.assert_exit_code(harness.FAILED, self.pc.run_unattended("Job.INI"))
-        self.assert_failed_with("s:\\")
+        self.assert_failed_with("s:\\nothing")
         self.assertEqual({}, archives.tree(destination))
 
 

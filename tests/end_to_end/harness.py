@@ -128,8 +128,10 @@ class Computer:
 
     def start(self, *arguments, **options):
         """Starts a program under Wine without waiting; a list entry is one argument."""
-        process = subprocess.Popen(["wine", *arguments], env=self.environment,
-                                   cwd=self.application, **options)
+        # What Wine itself has to say is no part of any test.
+        with open(self.folder / "wine.log", "ab") as chatter:
+            process = subprocess.Popen(["wine", *arguments], env=self.environment, stderr=chatter,
+                                       cwd=self.application, **options)
         self._running.append(process)
         return process
 

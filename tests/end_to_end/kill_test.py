@@ -88,16 +88,18 @@ class Victim:
             assert left == sorted(self.earlier), f"debris: {left}"
         [newest] = [path for path, data in self.archives().items()
                     if data != self.earlier.get(path)]
+        folders = [path for path, data in archives.tree(self.destination).items() if data is None]
+        assert len(folders) == (len(left) if self.time_backup else 0), f"debris: {folders}"
         complaints = archives.differences(self.source, self.destination / newest)
         assert not complaints, complaints
 
 
 class KilledBackups(unittest.TestCase):
     def kill_all(self, time_backup):
-        print(f"VANTREL_KILL_SEED={SEED}", flush=True)
         chance = random.Random(SEED + time_backup)
         # The last tenth is left out: a kill must not come after the end.
         moments = [int(chance.random() * 0.9 * FILES * FILE_BYTES) for _ in range(KILLS)]
+        print(f"VANTREL_KILL_SEED={SEED}, killed after bytes: {sorted(moments)}", flush=True)
         shares = [moments[start::COMPUTERS] for start in range(COMPUTERS)]
 
         def one_computer(share):
