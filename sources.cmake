@@ -147,8 +147,12 @@ set(PLATFORM_TESTS
     tests/platform/seam_services_test.cpp)
 # On the host only: its machine, and what is tested with the fake one.
 set(PLATFORM_HOST_TESTS
+    tests/platform/host_test.cpp
     tests/platform/machine_under_test_host.cpp
-    tests/platform/text_file_test.cpp)
+    tests/platform/text_file_test.cpp
+    tests/support/faulty_file_system_test.cpp
+    tests/support/scripted_desktop_test.cpp
+    tests/support/test_machine_test.cpp)
 # On Windows only: what the conformance suite cannot ask of every machine.
 set(PLATFORM_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp

@@ -1,0 +1,49 @@
+// A small reader of zip archives that shares nothing with the engine: plain zlib, and a strict look
+// at every record. What it does not like, it throws as std::runtime_error.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace vantrel::test {
+
+struct ReadEntry {
+    std::string name;
+    std::uint16_t made_by = 0;
+    std::uint16_t needed = 0;
+    std::uint16_t flags = 0;
+    std::uint16_t method = 0;
+    std::uint32_t dos_time = 0;
+    std::uint32_t crc = 0;
+    std::uint64_t size = 0;
+    std::uint64_t packed_size = 0;
+    std::uint64_t offset = 0;
+    std::uint32_t attributes = 0;
+    std::map<std::uint16_t, std::string> central_fields;
+    std::map<std::uint16_t, std::string> local_fields;
+    std::string content;  // empty when contents were not asked for
+};
+
+struct ReadResult {
+    std::vector<ReadEntry> entries;
+    bool zip64 = false;  // there is a Zip64 end record
+    std::uint64_t directory_offset = 0;
+
+    const ReadEntry& At(const std::string& name) const;
+    std::vector<std::string> Names() const;
+};
+
+using ReadBytes = std::function<std::string(std::uint64_t offset, std::size_t count)>;
+
+// Checks that entries follow each other without gap from the first byte to the directory, that
+// local headers agree with the directory, and (with `contents`) that sizes and CRCs are right.
+ReadResult ReadArchive(const ReadBytes& read, std::uint64_t size, bool contents = true);
+ReadResult ReadArchive(const std::string& bytes);
+
+// Inflates a raw deflate stream that must fill `packed` exactly.
+std::string InflateAll(const std::string& packed);
+
+}  // namespace vantrel::test

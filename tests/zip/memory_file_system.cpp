@@ -1,0 +1,493 @@
+#include "tests/zip/memory_file_system.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+#include "common/error.h"
+
+namespace vantrel::test {
+
+using platform::FileInfo;
+using platform::FileTimes;
+using platform::OpenMode;
+
+namespace {
+
+constexpr std::size_t kPage = 64 * 1024;
+// 2026-11-15 13:05:09 UTC.
+constexpr platform::Ticks kThen = 134392215090000000ull;
+
+std::string KeyParent(const std::string& key) {
+    const std::size_t slash = key.rfind('\\');
+    return slash == std::string::npos ? "" : key.substr(0, slash);
+}
+
+std::string Leaf(std::string path) {
+    while (!path.empty() && path.back() == '\\') {
+        path.pop_back();
+    }
+    const std::size_t slash = path.rfind('\\');
+    return slash == std::string::npos ? "" : path.substr(slash + 1);
+}
+
+}  // namespace
+
+struct MemoryFileSystem::Node {
+    FileInfo info;
+    std::map<std::uint64_t, std::string> pages;  // those that are not all zero
+    int open = 0;
+    bool exclusive = false;
+    bool flushed = true;
+};
+
+class MemoryFile : public platform::File {
+  public:
+    MemoryFile(MemoryFileSystem& files, std::shared_ptr<MemoryFileSystem::Node> node,
+               std::string path, bool writable, std::uint64_t position)
+        : files_(files),
+          node_(std::move(node)),
+          path_(std::move(path)),
+          writable_(writable),
+          position_(position) {}
+    ~MemoryFile() override { Release(); }
+
+    std::size_t Read(void* buffer, std::size_t count) override {
+        files_.Hook("Read", path_);
+        const std::lock_guard lock(files_.mutex_);
+        const std::size_t read = files_.Load(*node_, position_, static_cast<char*>(buffer), count);
+        position_ += read;
+        return read;
+    }
+    void Write(const void* data, std::size_t count) override {
+        files_.Hook("Write", path_);
+        const std::lock_guard lock(files_.mutex_);
+        if (!writable_) {
+            RaiseError(error_number::kPermissionDenied);
+        }
+        const std::uint64_t end = position_ + count;
+        const std::uint64_t more = end > node_->info.size ? end - node_->info.size : 0;
+        const std::uint64_t room = files_.capacity - std::min(files_.capacity, files_.used_);
+        const std::size_t fits =
+            more <= room ? count : count - std::min<std::size_t>(count, more - room);
+        files_.Store(*node_, position_, static_cast<const char*>(data), fits);
+        node_->flushed = false;
+        position_ += fits;
+        if (fits < count) {
+            RaiseError(error_number::kDiskFull);
+        }
+    }
+    void Seek(std::uint64_t position) override {
+        files_.Hook("Seek", path_);
+        position_ = position;
+    }
+    std::uint64_t Size() override {
+        files_.Hook("Size", path_);
+        const std::lock_guard lock(files_.mutex_);
+        return node_->info.size;
+    }
+    void Truncate(std::uint64_t size) override {
+        files_.Hook("Truncate", path_);
+        const std::lock_guard lock(files_.mutex_);
+        files_.used_ -= node_->info.size - size;
+        node_->info.size = size;
+        node_->pages.erase(node_->pages.lower_bound((size + kPage - 1) / kPage),
+                           node_->pages.end());
+        if (const auto page = node_->pages.find(size / kPage); page != node_->pages.end()) {
+            std::fill(page->second.begin() + static_cast<std::ptrdiff_t>(size % kPage),
+                      page->second.end(), '\0');
+        }
+        position_ = size;
+    }
+    void SetTimes(const FileTimes& times) override {
+        files_.Hook("SetTimes", path_);
+        const std::lock_guard lock(files_.mutex_);
+        node_->info.times = times;
+    }
+    void Flush() override {
+        files_.Hook("Flush", path_);
+        const std::lock_guard lock(files_.mutex_);
+        node_->flushed = true;
+    }
+    void Close() override {
+        files_.Hook("Close", path_);
+        Release();
+    }
+
+  private:
+    void Release() {
+        const std::lock_guard lock(files_.mutex_);
+        if (node_) {
+            --node_->open;
+            node_->exclusive = false;
+            node_.reset();
+        }
+    }
+
+    MemoryFileSystem& files_;
+    std::shared_ptr<MemoryFileSystem::Node> node_;
+    std::string path_;
+    bool writable_;
+    std::uint64_t position_;
+};
+
+MemoryFileSystem::MemoryFileSystem() { Make("C:\\", true); }
+MemoryFileSystem::~MemoryFileSystem() = default;
+
+void MemoryFileSystem::Hook(const char* call, const std::string& path) const {
+    if (before) {
+        before(call, path);
+    }
+}
+
+std::string MemoryFileSystem::Key(const std::string& path) const {
+    std::string key = path;
+    while (!key.empty() && key.back() == '\\') {
+        key.pop_back();
+    }
+    std::transform(key.begin(), key.end(), key.begin(), [](char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    for (const auto& [prefix, stands_for] : aliases_) {
+        if (key.starts_with(prefix)) {
+            key = stands_for + key.substr(prefix.size());
+        }
+    }
+    return key;
+}
+
+void MemoryFileSystem::Alias(const std::string& prefix, const std::string& stands_for) {
+    aliases_.emplace_back(Key(prefix), Key(stands_for));
+}
+
+std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::Lookup(const std::string& path) const {
+    const std::string key = Key(path);
+    const auto found = nodes_.find(key);
+    const bool gone = !taken_away_.empty() && key.starts_with(taken_away_);
+    return found == nodes_.end() || gone ? nullptr : found->second;
+}
+
+std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::Make(const std::string& path,
+                                                               bool folder) {
+    const std::string key = Key(path);
+    const std::string parent = KeyParent(key);
+    if (!parent.empty() && nodes_.count(parent) == 0) {
+        std::string trimmed = path;
+        while (trimmed.back() == '\\') {
+            trimmed.pop_back();
+        }
+        Make(trimmed.substr(0, trimmed.rfind('\\')), true);
+    }
+    auto& node = nodes_[key];
+    if (!node) {
+        node = std::make_shared<Node>();
+        node->info.name = Leaf(path);
+        node->info.attributes =
+            folder ? platform::attribute::kFolder : platform::attribute::kArchive;
+        node->info.times = {kThen, kThen, kThen};
+    }
+    return node;
+}
+
+void MemoryFileSystem::PutFolder(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    Make(path, true);
+}
+
+void MemoryFileSystem::Put(const std::string& path, const std::string& bytes) {
+    const std::lock_guard lock(mutex_);
+    const auto node = Make(path, false);
+    used_ -= node->info.size;
+    node->info.size = 0;
+    node->pages.clear();
+    Store(*node, 0, bytes.data(), bytes.size());
+}
+
+void MemoryFileSystem::PutZeros(const std::string& path, std::uint64_t size) {
+    const std::lock_guard lock(mutex_);
+    Make(path, false)->info.size = size;
+    used_ += size;
+}
+
+void MemoryFileSystem::Append(const std::string& path, const std::string& bytes) {
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(path);
+    Store(*node, node->info.size, bytes.data(), bytes.size());
+}
+
+void MemoryFileSystem::Change(const std::string& path,
+                              const std::function<void(FileInfo&)>& change) {
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(path);
+    if (!node) {
+        throw std::logic_error("no such file: " + path);
+    }
+    change(node->info);
+}
+
+void MemoryFileSystem::Remove(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    const std::string key = Key(path);
+    for (auto node = nodes_.begin(); node != nodes_.end();) {
+        const bool gone = node->first == key || node->first.starts_with(key + "\\");
+        used_ -= gone ? node->second->info.size : 0;
+        node = gone ? nodes_.erase(node) : std::next(node);
+    }
+}
+
+void MemoryFileSystem::TakeAway(const std::string& prefix) {
+    const std::lock_guard lock(mutex_);
+    taken_away_ = Key(prefix);
+}
+
+void MemoryFileSystem::BringBack() {
+    const std::lock_guard lock(mutex_);
+    taken_away_.clear();
+}
+
+bool MemoryFileSystem::Exists(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    return Lookup(path) != nullptr;
+}
+
+FileInfo MemoryFileSystem::Info(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(path);
+    if (!node) {
+        throw std::logic_error("no such file: " + path);
+    }
+    return node->info;
+}
+
+std::string MemoryFileSystem::Content(const std::string& path) const {
+    return Content(path, 0, static_cast<std::size_t>(Info(path).size));
+}
+
+std::string MemoryFileSystem::Content(const std::string& path, std::uint64_t offset,
+                                      std::size_t count) const {
+    const std::lock_guard lock(mutex_);
+    std::string bytes(count, '\0');
+    bytes.resize(Load(*Lookup(path), offset, bytes.data(), count));
+    return bytes;
+}
+
+std::vector<std::string> MemoryFileSystem::Everything() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> all;
+    for (const auto& [key, node] : nodes_) {
+        const auto name = [](const std::string& at, const Node& of) {
+            return of.info.name.empty() ? at : of.info.name;
+        };
+        std::string path = name(key, *node);
+        for (std::string up = KeyParent(key); !up.empty(); up = KeyParent(up)) {
+            path = name(up, *nodes_.at(up)) + "\\" + path;
+        }
+        all.push_back(path + (node->info.IsFolder() ? "\\" : ""));
+    }
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+bool MemoryFileSystem::AllFlushed(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    return Lookup(path)->flushed;
+}
+
+void MemoryFileSystem::Store(Node& node, std::uint64_t offset, const char* data,
+                             std::size_t count) {
+    static const std::string zeros(kPage, '\0');
+    const std::uint64_t end = offset + count;
+    if (end > node.info.size) {
+        used_ += end - node.info.size;
+        node.info.size = end;
+    }
+    while (count > 0) {
+        const std::size_t start = offset % kPage;
+        const std::size_t part = std::min(count, kPage - start);
+        const auto page = node.pages.find(offset / kPage);
+        if (page != node.pages.end()) {
+            std::memcpy(page->second.data() + start, data, part);
+        } else if (std::memcmp(data, zeros.data(), part) != 0) {
+            std::memcpy(node.pages.emplace(offset / kPage, zeros).first->second.data() + start,
+                        data, part);
+        }
+        offset += part;
+        data += part;
+        count -= part;
+    }
+}
+
+std::size_t MemoryFileSystem::Load(const Node& node, std::uint64_t offset, char* out,
+                                   std::size_t count) const {
+    const std::uint64_t left = node.info.size - std::min(node.info.size, offset);
+    const std::size_t total = static_cast<std::size_t>(std::min<std::uint64_t>(left, count));
+    for (std::size_t done = 0; done < total;) {
+        const std::size_t start = (offset + done) % kPage;
+        const std::size_t part = std::min(total - done, kPage - start);
+        const auto page = node.pages.find((offset + done) / kPage);
+        if (page == node.pages.end()) {
+            std::memset(out + done, 0, part);
+        } else {
+            std::memcpy(out + done, page->second.data() + start, part);
+        }
+        done += part;
+    }
+    return total;
+}
+
+bool MemoryFileSystem::HasChildren(const std::string& key) const {
+    const auto next = nodes_.upper_bound(key + "\\");
+    return next != nodes_.end() && next->first.starts_with(key + "\\");
+}
+
+std::unique_ptr<platform::File> MemoryFileSystem::Open(const std::string& path, OpenMode mode) {
+    Hook("Open", path);
+    const std::lock_guard lock(mutex_);
+    auto node = Lookup(path);
+    if (!Lookup(KeyParent(Key(path)))) {
+        RaiseError(error_number::kPathNotFound);
+    }
+    if (mode == OpenMode::kRead && !node) {
+        RaiseError(error_number::kFileNotFound);
+    }
+    if (mode == OpenMode::kCreateNew && node) {
+        RaiseError(error_number::kFileExists);
+    }
+    if (node && (node->exclusive || node->info.IsFolder())) {
+        RaiseError(error_number::kPermissionDenied);
+    }
+    if (!node) {
+        node = Make(path, false);
+    }
+    ++node->open;
+    node->exclusive = mode == OpenMode::kCreateNew;
+    if (mode == OpenMode::kWrite) {
+        used_ -= node->info.size;
+        node->info.size = 0;
+        node->pages.clear();
+    }
+    return std::make_unique<MemoryFile>(*this, node, path, mode != OpenMode::kRead,
+                                        mode == OpenMode::kAppend ? node->info.size : 0);
+}
+
+std::optional<FileInfo> MemoryFileSystem::Find(const std::string& path) {
+    Hook("Find", path);
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(path);
+    return node ? std::optional(node->info) : std::nullopt;
+}
+
+void MemoryFileSystem::List(const std::string& folder,
+                            const std::function<bool(const FileInfo&)>& each) {
+    Hook("List", folder);
+    std::vector<FileInfo> children;
+    {
+        const std::lock_guard lock(mutex_);
+        if (!Lookup(folder)) {
+            RaiseError(error_number::kPathNotFound);
+        }
+        const std::string prefix = Key(folder) + "\\";
+        for (auto node = nodes_.upper_bound(prefix);
+             node != nodes_.end() && node->first.starts_with(prefix); ++node) {
+            if (node->first.find('\\', prefix.size()) == std::string::npos) {
+                children.push_back(node->second->info);
+            }
+        }
+    }
+    // Not sorted, as on most disks.
+    std::reverse(children.begin(), children.end());
+    for (const FileInfo& info : children) {
+        if (!each(info)) {
+            return;
+        }
+    }
+}
+
+void MemoryFileSystem::MakeFolder(const std::string& path) {
+    Hook("MakeFolder", path);
+    const std::lock_guard lock(mutex_);
+    if (Lookup(path)) {
+        RaiseError(error_number::kPathFileAccess);
+    }
+    if (!Lookup(KeyParent(Key(path)))) {
+        RaiseError(error_number::kPathNotFound);
+    }
+    Make(path, true);
+}
+
+void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
+    Hook("Rename", from);
+    if (Exists(to)) {
+        RaiseError(error_number::kFileExists);
+    }
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(from);
+    if (!node || node->info.IsFolder()) {
+        RaiseError(error_number::kFileNotFound);
+    }
+    nodes_.erase(Key(from));
+    node->info.name = Leaf(to);
+    nodes_[Key(to)] = node;
+}
+
+void MemoryFileSystem::Replace(const std::string& from, const std::string& to) {
+    Hook("Replace", to);
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(from);
+    const auto target = Lookup(to);
+    if (!node) {
+        RaiseError(error_number::kFileNotFound);
+    }
+    if (node->open > 0 ||
+        (target && (target->open > 0 || target->info.IsFolder() ||
+                    (target->info.attributes & platform::attribute::kReadOnly) != 0))) {
+        RaiseError(error_number::kPermissionDenied);
+    }
+    used_ -= target ? target->info.size : 0;
+    nodes_.erase(Key(from));
+    node->info.name = Leaf(to);
+    nodes_[Key(to)] = node;
+}
+
+void MemoryFileSystem::RemoveFile(const std::string& path) {
+    Hook("RemoveFile", path);
+    const std::lock_guard lock(mutex_);
+    const auto node = Lookup(path);
+    if (!node) {
+        RaiseError(error_number::kFileNotFound);
+    }
+    if (node->open > 0 || (node->info.attributes & platform::attribute::kReadOnly) != 0) {
+        RaiseError(error_number::kPermissionDenied);
+    }
+    used_ -= node->info.size;
+    nodes_.erase(Key(path));
+}
+
+void MemoryFileSystem::RemoveFolder(const std::string& path) {
+    Hook("RemoveFolder", path);
+    const std::lock_guard lock(mutex_);
+    if (!Lookup(path) || HasChildren(Key(path))) {
+        RaiseError(error_number::kPathFileAccess);
+    }
+    nodes_.erase(Key(path));
+}
+
+void MemoryFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
+    Hook("SetAttributes", path);
+    Change(path, [&](FileInfo& info) { info.attributes = attributes; });
+}
+
+void MemoryFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
+    Hook("SetTimes", path);
+    Change(path, [&](FileInfo& info) { info.times = times; });
+}
+
+bool MemoryFileSystem::SameFile(const std::string& one, const std::string& other) {
+    Hook("SameFile", one);
+    const std::lock_guard lock(mutex_);
+    const auto first = Lookup(one);
+    return first && first == Lookup(other);
+}
+
+}  // namespace vantrel::test

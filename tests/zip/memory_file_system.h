@@ -1,0 +1,89 @@
+// A disk in memory for tests of the engine: sparse, so that files of many gigabytes cost nothing;
+// with a hook before every call, which may look, raise an error, wait, or change the disk.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace vantrel::test {
+
+class MemoryFileSystem : public platform::FileSystem {
+  public:
+    // Folder "C:\" exists.
+    MemoryFileSystem();
+    ~MemoryFileSystem() override;
+
+    // Runs before every call, on the calling thread, without any lock held. `call` is the member's
+    // name ("Open", "Read", ...), `path` the path it is about.
+    std::function<void(const std::string& call, const std::string& path)> before;
+    // Bytes that all files may hold together; a write beyond it writes what fits and raises 61.
+    std::uint64_t capacity = ~std::uint64_t{0};
+
+    // --- arranging and looking; nothing of it reaches `before` ---
+    void PutFolder(const std::string& path);
+    // Folders are made as needed; modified 2026-11-15 13:05:09 UTC unless said.
+    void Put(const std::string& path, const std::string& bytes);
+    // A file of `size` zero bytes.
+    void PutZeros(const std::string& path, std::uint64_t size);
+    void Append(const std::string& path, const std::string& bytes);
+    void Change(const std::string& path, const std::function<void(platform::FileInfo&)>& change);
+    void Remove(const std::string& path);
+    // A second name of the same file or folder (a share, a substituted drive).
+    void Alias(const std::string& prefix, const std::string& stands_for);
+
+    // Everything below `prefix` is missing until BringBack, as when a disk is taken out.
+    void TakeAway(const std::string& prefix);
+    void BringBack();
+
+    bool Exists(const std::string& path) const;
+    platform::FileInfo Info(const std::string& path) const;
+    std::string Content(const std::string& path) const;
+    std::string Content(const std::string& path, std::uint64_t offset, std::size_t count) const;
+    // Full paths of everything, sorted; folders end in "\".
+    std::vector<std::string> Everything() const;
+    // Whether nothing was written to the file since it was last flushed.
+    bool AllFlushed(const std::string& path) const;
+
+    // --- FileSystem ---
+    std::unique_ptr<platform::File> Open(const std::string& path, platform::OpenMode mode) override;
+    std::optional<platform::FileInfo> Find(const std::string& path) override;
+    void List(const std::string& folder,
+              const std::function<bool(const platform::FileInfo&)>& each) override;
+    void MakeFolder(const std::string& path) override;
+    void Rename(const std::string& from, const std::string& to) override;
+    void Replace(const std::string& from, const std::string& to) override;
+    void RemoveFile(const std::string& path) override;
+    void RemoveFolder(const std::string& path) override;
+    void SetAttributes(const std::string& path, std::uint32_t attributes) override;
+    void SetTimes(const std::string& path, const platform::FileTimes& times) override;
+    bool SameFile(const std::string& one, const std::string& other) override;
+
+  private:
+    friend class MemoryFile;
+    struct Node;
+    using Nodes = std::map<std::string, std::shared_ptr<Node>>;
+
+    void Hook(const char* call, const std::string& path) const;
+    std::string Key(const std::string& path) const;
+    std::shared_ptr<Node> Lookup(const std::string& path) const;
+    std::shared_ptr<Node> Make(const std::string& path, bool folder);
+    bool HasChildren(const std::string& key) const;
+    void Store(Node& node, std::uint64_t offset, const char* data, std::size_t count);
+    std::size_t Load(const Node& node, std::uint64_t offset, char* out, std::size_t count) const;
+
+    mutable std::mutex mutex_;
+    Nodes nodes_;  // by upper-case path without a last backslash
+    std::vector<std::pair<std::string, std::string>> aliases_;
+    std::string taken_away_;
+    std::uint64_t used_ = 0;
+};
+
+}  // namespace vantrel::test

@@ -1,0 +1,78 @@
+// Archives on a real disk, read by other people's programs.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "tests/support/test_machine.h"
+#include "tests/zip/writer_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using zip::kChunkSize;
+using zip::RunOutcome;
+
+class OtherReaders : public ::testing::Test {
+  protected:
+    OtherReaders() {
+        machine.PutFile("C:\\Data\\a.txt", "first");
+        machine.PutFile("C:\\Data\\empty.txt", "");
+        machine.PutFile("C:\\Data\\Docs\\prose.txt", Prose(70000));
+        machine.PutFile("C:\\Data\\Docs\\noise", Noise(70000));
+        machine.PutFile("C:\\Data\\big prose", Prose(5 * kChunkSize + 17));
+        machine.PutFile("C:\\Data\\big noise", Noise(3 * kChunkSize + 17));
+        machine.PutFile("C:\\Data\\\xC3\xA4\xE2\x82\xAC.txt", "umlaut and euro");
+        machine.MakeFolders("C:\\Data\\Empty");
+        options.archive = "C:\\Backup\\Weekly.zip";
+        options.source = {"C:\\Data", "*.*", true};
+    }
+    // Runs `command` with the archive's host path in place of "@"; 0 is success.
+    int Shell(std::string command) const {
+        const std::string path = machine.HostPath(options.archive);
+        command.replace(command.find('@'), 1, "'" + path + "'");
+        return std::system((command + " >/dev/null").c_str());
+    }
+    void ExpectAllReadersContent() {
+        EXPECT_EQ(Shell("unzip -tqq @"), 0);
+        EXPECT_EQ(Shell("7zz t @"), 0);
+        EXPECT_EQ(Shell("python3 -c 'import sys, zipfile; "
+                        "sys.exit(zipfile.ZipFile(sys.argv[1]).testzip() is not None)' @"),
+                  0);
+    }
+
+    TestMachine machine;
+    zip::WriterOptions options;
+    Recorder events;
+};
+
+TEST_F(OtherReaders, ReadAnArchiveOfAllKinds) {
+    for (const int level : {0, 1, 9}) {
+        options.level = level;
+        const auto result = zip::WriteArchive(machine.machine(), options, events);
+        ASSERT_EQ(result.outcome, RunOutcome::kComplete);
+        EXPECT_EQ(result.entries, 8u);
+        ExpectAllReadersContent();
+        EXPECT_EQ(ReadArchive(machine.Content(options.archive)).entries.size(), 8u);
+    }
+}
+
+TEST_F(OtherReaders, ReadAnArchiveWithZip64) {
+    for (int i = 0; i < 65540; ++i) {
+        // One folder holds them all, made once.
+        machine.PutFile("C:\\Data\\Many\\" + std::to_string(i), "");
+    }
+    ASSERT_EQ(zip::WriteArchive(machine.machine(), options, events).outcome, RunOutcome::kComplete);
+    ExpectAllReadersContent();
+}
+
+TEST_F(OtherReaders, FindADamagedByte) {
+    ASSERT_EQ(zip::WriteArchive(machine.machine(), options, events).outcome, RunOutcome::kComplete);
+    std::string bytes = machine.Content(options.archive);
+    bytes[bytes.size() / 2] ^= 1;
+    machine.PutFile(options.archive, bytes);
+    EXPECT_NE(Shell("unzip -tqq @ 2>/dev/null"), 0);
+}
+
+}  // namespace
+}  // namespace vantrel::test

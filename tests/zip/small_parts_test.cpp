@@ -1,0 +1,93 @@
+// Paths, file specifications and the compressed list.
+#include <gtest/gtest.h>
+
+#include "zip/block_store.h"
+#include "zip/file_spec.h"
+#include "zip/paths.h"
+
+namespace vantrel::zip {
+namespace {
+
+TEST(Paths, ParentStopsAtRoots) {
+    EXPECT_EQ(ParentOf("C:\\Data\\a.txt"), "C:\\Data");
+    EXPECT_EQ(ParentOf("C:\\a.txt"), "C:\\");
+    EXPECT_EQ(ParentOf("C:\\"), "");
+    EXPECT_EQ(ParentOf("\\\\server\\share\\a"), "\\\\server\\share\\");
+    EXPECT_EQ(ParentOf("\\\\server\\share\\"), "");
+    EXPECT_EQ(ParentOf("\\\\server\\share"), "");
+    EXPECT_EQ(ParentOf("a"), "");
+}
+
+TEST(Paths, LeafIsTheLastComponent) {
+    EXPECT_EQ(LeafOf("C:\\Data\\a.txt"), "a.txt");
+    EXPECT_EQ(LeafOf("C:\\Data\\"), "Data");
+    EXPECT_EQ(LeafOf("C:\\"), "");
+}
+
+TEST(Paths, JoinAddsOneBackslash) {
+    EXPECT_EQ(JoinPath("C:\\", "a"), "C:\\a");
+    EXPECT_EQ(JoinPath("C:\\Data", "a"), "C:\\Data\\a");
+    EXPECT_EQ(JoinPath("", "a"), "a");
+    EXPECT_EQ(JoinPath("C:\\Data", ""), "C:\\Data");
+}
+
+TEST(Paths, StampIsDateUnderscoreTime) {
+    EXPECT_TRUE(IsStamp("20261115_130509"));
+    EXPECT_FALSE(IsStamp("20261115-130509"));
+    EXPECT_FALSE(IsStamp("20261115_13050"));
+    EXPECT_FALSE(IsStamp("2026111__130509"));
+    EXPECT_FALSE(IsStamp("20261115_13050a"));
+}
+
+TEST(FileSpec, QuotesAreTakenOffAndFolderAndMaskCut) {
+    EXPECT_EQ(ParseFileSpec("\"C:\\My Data\\*.txt\"").folder, "C:\\My Data");
+    EXPECT_EQ(ParseFileSpec("\"C:\\My Data\\*.txt\"").mask, "*.txt");
+    EXPECT_EQ(ParseFileSpec("C:\\Data\\*.*").folder, "C:\\Data");
+    EXPECT_EQ(ParseFileSpec("\"C:\\*.*\"").folder, "C:\\");
+    EXPECT_EQ(ParseFileSpec("\"C:\\Data\\\"").mask, "*.*");
+    EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\x\\*.*\"").folder, "\\\\s\\d\\x");
+    EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\*.*\"").folder, "\\\\s\\d\\");
+    EXPECT_EQ(ParseFileSpec("").folder, "");
+}
+
+TEST(BlockStore, GivesBackWhatWasPutInOrder) {
+    BlockStore store;
+    std::uint64_t bytes = 0;
+    for (int i = 0; i < 50000; ++i) {
+        const std::string record = "Folder\\Sub\\file" + std::to_string(i);
+        store.Append(record);
+        bytes += record.size();
+    }
+    store.Append("");
+    EXPECT_EQ(store.Count(), 50001u);
+    EXPECT_EQ(store.Bytes(), bytes);
+    std::string record;
+    for (int i = 0; i < 50000; ++i) {
+        ASSERT_TRUE(store.Take(record));
+        ASSERT_EQ(record, "Folder\\Sub\\file" + std::to_string(i));
+    }
+    ASSERT_TRUE(store.Take(record));
+    EXPECT_EQ(record, "");
+    EXPECT_FALSE(store.Take(record));
+    EXPECT_FALSE(store.Take(record));
+}
+
+TEST(BlockStore, WithoutRecordsGivesNone) {
+    BlockStore store;
+    std::string record;
+    EXPECT_FALSE(store.Take(record));
+}
+
+TEST(BlockStore, HoldsRecordsLongerThanABlock) {
+    BlockStore store;
+    store.Append(std::string(1000000, 'x'));
+    store.Append("y");
+    std::string record;
+    ASSERT_TRUE(store.Take(record));
+    EXPECT_EQ(record, std::string(1000000, 'x'));
+    ASSERT_TRUE(store.Take(record));
+    EXPECT_EQ(record, "y");
+}
+
+}  // namespace
+}  // namespace vantrel::zip

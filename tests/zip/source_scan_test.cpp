@@ -1,0 +1,142 @@
+// What belongs to a backup.
+#include "zip/source_scan.h"
+
+#include "tests/zip/writer_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using platform::FileInfo;
+using zip::MessageKind;
+using zip::RunOutcome;
+
+class SourceScan : public WriterTest {
+  protected:
+    SourceScan() {
+        for (const char* name : {"a.txt", "b.doc", "README", "Sub\\c.txt", "Sub\\d.doc"}) {
+            files.Put(std::string("C:\\Data\\") + name, "x");
+        }
+        files.PutFolder("C:\\Data\\Empty");
+    }
+    Strings Names() {
+        EXPECT_EQ(Run(), RunOutcome::kComplete);
+        return Archive().Names();
+    }
+};
+
+TEST_F(SourceScan, TakesEverythingWithStarDotStar) {
+    EXPECT_EQ(Names(), (Strings{"README", "a.txt", "b.doc", "Empty/", "Sub/c.txt", "Sub/d.doc"}));
+}
+
+TEST_F(SourceScan, MaskAppliesInEachSubFolder) {
+    options.source.mask = "*.txt";
+    EXPECT_EQ(Names(), (Strings{"a.txt", "Sub/c.txt"}));
+}
+
+TEST_F(SourceScan, WithoutSubFoldersTakesTheFolderItselfOnly) {
+    options.source.sub_folders = false;
+    EXPECT_EQ(Names(), (Strings{"README", "a.txt", "b.doc"}));
+}
+
+TEST_F(SourceScan, EmptyFoldersNeedStarDotStar) {
+    options.source.mask = "*.doc";
+    EXPECT_EQ(Names(), (Strings{"b.doc", "Sub/d.doc"}));
+    files.PutFolder("C:\\Data\\Empty\\Inner");
+    options.source.mask = "*.*";
+    EXPECT_EQ(Names(),
+              (Strings{"README", "a.txt", "b.doc", "Empty/Inner/", "Sub/c.txt", "Sub/d.doc"}));
+}
+
+TEST_F(SourceScan, HiddenAndSystemFilesBelongToIt) {
+    files.Change("C:\\Data\\a.txt", [](FileInfo& info) {
+        info.attributes |= platform::attribute::kHidden | platform::attribute::kSystem;
+    });
+    files.Change("C:\\Data\\Sub",
+                 [](FileInfo& info) { info.attributes |= platform::attribute::kHidden; });
+    options.source.mask = "*.txt";
+    EXPECT_EQ(Names(), (Strings{"a.txt", "Sub/c.txt"}));
+}
+
+TEST_F(SourceScan, LinksAreNotEnteredWithOneMessageEach) {
+    files.Change("C:\\Data\\Sub", [](FileInfo& info) { info.is_link = true; });
+    files.Change("C:\\Data\\a.txt", [](FileInfo& info) { info.is_link = true; });
+    EXPECT_EQ(Names(), (Strings{"README", "b.doc", "Empty/"}));
+    EXPECT_EQ(events.Texts(MessageKind::kWarning),
+              (Strings{"Skipped a link, which is not followed: C:\\Data\\Sub",
+                       "Skipped a link, which is not followed: C:\\Data\\a.txt"}));
+    EXPECT_EQ(result.skipped, 0) << "a link is no data that is missing";
+}
+
+TEST_F(SourceScan, CloudPlaceholdersAreOrdinaryFiles) {
+    files.Change("C:\\Data\\a.txt",
+                 [](FileInfo& info) { info.attributes |= platform::attribute::kReparse; });
+    options.source.mask = "a.*";
+    EXPECT_EQ(Names(), (Strings{"a.txt"}));
+}
+
+TEST_F(SourceScan, DevicesAreSkippedWithAMessage) {
+    files.Change("C:\\Data\\a.txt",
+                 [](FileInfo& info) { info.attributes |= platform::attribute::kDevice; });
+    options.source.sub_folders = false;
+    EXPECT_EQ(Names(), (Strings{"README", "b.doc"}));
+    EXPECT_EQ(events.Texts(MessageKind::kWarning),
+              (Strings{"Skipped a device, which holds no data to back up: C:\\Data\\a.txt"}));
+}
+
+TEST_F(SourceScan, AnUnreadableFolderIsAWarningAndCounted) {
+    files.before = [](const std::string& call, const std::string& path) {
+        if (call == "List" && path == "C:\\Data\\Sub") {
+            RaiseError(error_number::kPathFileAccess);
+        }
+    };
+    ASSERT_EQ(Run(), RunOutcome::kComplete);
+    files.before = nullptr;
+    EXPECT_EQ(Archive().Names(), (Strings{"README", "a.txt", "b.doc", "Empty/"}));
+    EXPECT_EQ(result.skipped, 1);
+    ASSERT_EQ(events.Texts(MessageKind::kWarning),
+              (Strings{"Skipped a folder that cannot be read: C:\\Data\\Sub (Path/File access "
+                       "error)."}));
+    const auto& message = events.messages.front();
+    EXPECT_EQ(message.code, error_number::kPathFileAccess);
+    EXPECT_EQ(message.path, "C:\\Data\\Sub");
+}
+
+TEST_F(SourceScan, ListsEachFolderOnceAndOpensNothing) {
+    std::map<std::string, int> lists;
+    bool opened_while_scanning = false;
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "List" && path.starts_with("C:\\Data")) {
+            ++lists[path];
+            opened_while_scanning |= lists.count("opened") != 0;
+        }
+        if (call == "Open" && path.starts_with("C:\\Data")) {
+            lists["opened"] = 1;
+        }
+    };
+    ASSERT_EQ(Run(), RunOutcome::kComplete);
+    files.before = nullptr;
+    EXPECT_FALSE(opened_while_scanning);
+    lists.erase("opened");
+    EXPECT_EQ(lists, (std::map<std::string, int>{
+                         {"C:\\Data", 1}, {"C:\\Data\\Empty", 1}, {"C:\\Data\\Sub", 1}}));
+}
+
+TEST_F(SourceScan, ARootIsASourceToo) {
+    options.source.folder = "C:\\";
+    options.source.mask = "a.txt";
+    EXPECT_EQ(Names(), (Strings{"Data/a.txt"}));
+}
+
+TEST_F(SourceScan, APathTooLongForAHeaderIsSkippedWithAWarning) {
+    std::string folder = "C:\\Data";
+    for (int i = 0; i < 300; ++i) {
+        folder += "\\" + std::string(250, 'n');
+    }
+    files.Put(folder + "\\deep.txt", "x");
+    options.source.mask = "*.txt";
+    EXPECT_EQ(Names(), (Strings{"a.txt", "Sub/c.txt"}));
+    EXPECT_EQ(result.skipped, 1);
+}
+
+}  // namespace
+}  // namespace vantrel::test

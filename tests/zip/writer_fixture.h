@@ -1,0 +1,129 @@
+// What the tests of the archive writer share: a disk in memory with C:\Data to back up into
+// C:\Backup\Weekly.zip, and a recorder of everything that a run raises.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/support/test_machine.h"
+#include "tests/zip/archive_reader.h"
+#include "tests/zip/memory_file_system.h"
+#include "zip/archive_writer.h"
+
+namespace vantrel::test {
+
+// Answers questions in order with what `answers` return; none left: Cancel.
+class ScriptedQuestions : public zip::Questions {
+  public:
+    std::deque<std::function<bool()>> answers;
+    std::vector<std::string> asked;
+
+    bool AskRetry(const std::string& text) override {
+        asked.push_back(text);
+        if (answers.empty()) {
+            return false;
+        }
+        const auto answer = answers.front();
+        answers.pop_front();
+        return answer();
+    }
+};
+
+class Recorder : public zip::RunEvents {
+  public:
+    std::vector<int> overall;
+    std::vector<int> of_file;
+    std::vector<zip::ComponentMessage> messages;
+    std::vector<std::thread::id> threads;
+    std::size_t cancel_at = 0;  // the n-th overall event cancels, from 1; 0: none
+    std::function<void()> on_overall;
+    zip::Questions* questions = nullptr;
+
+    void Overall(int percent, bool& cancel) override {
+        overall.push_back(percent);
+        threads.push_back(std::this_thread::get_id());
+        cancel = overall.size() == cancel_at;
+        if (on_overall) {
+            on_overall();
+        }
+    }
+    void OfFile(int percent) override { of_file.push_back(percent); }
+    void Told(const zip::ComponentMessage& message) override { messages.push_back(message); }
+    zip::Questions* Answers() override { return questions; }
+
+    std::vector<std::string> Texts(zip::MessageKind kind) const {
+        std::vector<std::string> texts;
+        for (const auto& message : messages) {
+            if (message.kind == kind) {
+                texts.push_back(message.text);
+            }
+        }
+        return texts;
+    }
+};
+
+// Bytes that no method shrinks, the same ones for the same seed.
+inline std::string Noise(std::size_t size, std::uint64_t seed = 1) {
+    std::string bytes(size, '\0');
+    std::uint64_t state = seed * 0x9E3779B97F4A7C15ull + 1;
+    for (char& byte : bytes) {
+        state ^= state << 13;
+        state ^= state >> 7;
+        state ^= state << 17;
+        byte = static_cast<char>(state >> 32);
+    }
+    return bytes;
+}
+
+// Words in an order that never repeats: shrinks, but not to nothing.
+inline std::string Prose(std::size_t size, std::uint64_t seed = 1) {
+    static const char* const kWords[] = {"archive ", "folder ", "of ",   "the ",  "disk ",
+                                         "weekly ",  "and ",    "file ", "copy ", "again\r\n"};
+    const std::string noise = Noise(size / 2 + 1, seed);
+    std::string text;
+    for (std::size_t i = 0; text.size() < size; ++i) {
+        text += kWords[static_cast<unsigned char>(noise[i % noise.size()]) % 10];
+    }
+    text.resize(size);
+    return text;
+}
+
+class WriterTest : public ::testing::Test {
+  protected:
+    WriterTest() {
+        options.archive = "C:\\Backup\\Weekly.zip";
+        options.source = {"C:\\Data", "*.*", true};
+        options.threads = 3;
+        files.PutFolder("C:\\Backup");
+        files.PutFolder("C:\\Data");
+    }
+
+    platform::Machine Machine() {
+        return {machine.process,    files, machine.drives, machine.clock, machine.settings,
+                machine.code_page()};
+    }
+    zip::RunOutcome Run() {
+        result = zip::WriteArchive(Machine(), options, events);
+        return result.outcome;
+    }
+    ReadResult Archive() const { return ReadArchive(files.Content(options.archive)); }
+
+    TestMachine machine;
+    MemoryFileSystem files;
+    zip::WriterOptions options;
+    Recorder events;
+    ScriptedQuestions questions;
+    zip::WriterResult result;
+};
+
+using Strings = std::vector<std::string>;
+
+}  // namespace vantrel::test
