@@ -10,9 +10,10 @@ endif()
 vantrel_room(test_support SOURCES ${TEST_SUPPORT_SOURCES}
              BELOW vantrel_forms vantrel_machine GTest::gmock GTest::gtest)
 
-# One executable a room; ctest runs it natively, or under Wine where it was cross-built.
+# One executable a room; ctest runs it natively (THROUGH a script that arranges something), or under
+# Wine where it was cross-built.
 function(vantrel_tests name)
-    cmake_parse_arguments(TESTS "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(TESTS "" "" "SOURCES;LINK;THROUGH" ${ARGN})
     if(NOT TESTS_SOURCES)
         return()
     endif()
@@ -22,7 +23,7 @@ function(vantrel_tests name)
         add_test(NAME ${name}_tests
                  COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-test $<TARGET_FILE:${name}_tests>)
     else()
-        add_test(NAME ${name}_tests COMMAND ${name}_tests)
+        add_test(NAME ${name}_tests COMMAND ${TESTS_THROUGH} $<TARGET_FILE:${name}_tests>)
     endif()
 endfunction()
 
@@ -30,8 +31,11 @@ endfunction()
 # and is tested on the host, under sanitizers.
 if(WIN32)
     list(APPEND PLATFORM_TESTS ${PLATFORM_WIN32_TESTS})
+else()
+    list(APPEND PLATFORM_TESTS ${PLATFORM_HOST_TESTS})
 endif()
-vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine)
+vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine
+              THROUGH ${CMAKE_SOURCE_DIR}/scripts/with-full-disk)
 if(WIN32)
     # A second program for tests to start; it stands beside them.
     add_executable(process_probe tests/platform/process_probe.cpp)

@@ -1,10 +1,11 @@
-// Files and folders, the way the program sees them on every machine: Windows paths ("C:\Data\a.txt",
-// "\\server\share\x") in UTF-8, Windows attributes and times, names compared without regard to case.
-// Failures are raised as vantrel::Error with these numbers: opening a missing file 53; a missing
-// folder in a path 76; locked, denied or read-only 70; renaming onto an existing name 58; renaming
-// across drives 74; making or renaming a folder that cannot be 75; a full disk 61; a drive that is
-// not there 68, that has no disk 71; a malformed name 52; anything else 57.
-// Every member may be called from any thread; one File belongs to one thread at a time.
+// Files and folders, the way the program sees them on every machine: Windows paths
+// ("C:\Data\a.txt",
+// "\\server\share\x") in UTF-8, Windows attributes and times, names compared without regard to
+// case. Failures are raised as vantrel::Error with these numbers: opening a missing file 53; a
+// missing folder in a path 76; locked, denied or read-only 70; renaming onto an existing name 58;
+// renaming across drives 74; making or renaming a folder that cannot be 75; a full disk 61; a drive
+// that is not there 68, that has no disk 71; a malformed name 52; anything else 57. Every member
+// may be called from any thread; one File belongs to one thread at a time.
 #pragma once
 
 #include <cstddef>
@@ -30,6 +31,7 @@ constexpr std::uint32_t kDevice = 0x40;  // neither file nor folder: pipes and t
 constexpr std::uint32_t kReparse = 0x400;
 }  // namespace attribute
 
+// To be set, 0 leaves a time as it is; a host that cannot set the time of creation leaves that one.
 struct FileTimes {
     Ticks modified = 0;
     Ticks accessed = 0;
@@ -92,18 +94,19 @@ class FileSystem {
     virtual void List(const std::string& folder,
                       const std::function<bool(const FileInfo&)>& each) = 0;
 
-    // Makes one folder; its parent must exist (76). Raises 75 when the name is taken or not allowed.
+    // Makes one folder; its parent must exist (76). Raises 75 when the name is taken or not
+    // allowed.
     virtual void MakeFolder(const std::string& path) = 0;
     // Renames a file or folder on its drive; the new name must be free (58).
     virtual void Rename(const std::string& from, const std::string& to) = 0;
-    // Puts file `from` in the place of `to` (which may exist) in one step: at any moment a reader of
-    // `to` finds the old file or the new one. A read-only or locked `to` is left alone (70).
+    // Puts file `from` in the place of `to` (which may exist) in one step: at any moment a reader
+    // of `to` finds the old file or the new one. A read-only or locked `to` is left alone (70).
     virtual void Replace(const std::string& from, const std::string& to) = 0;
     // Removes one file; a read-only one is refused (70).
     virtual void RemoveFile(const std::string& path) = 0;
     // Removes one empty folder (75 when it is not empty or in use).
     virtual void RemoveFolder(const std::string& path) = 0;
-    // Sets the read-only, hidden, system and archive bits; others are ignored.
+    // Sets the read-only, hidden, system and archive bits of a file or folder; others are ignored.
     virtual void SetAttributes(const std::string& path, std::uint32_t attributes) = 0;
     // Sets the times of a file or folder by name.
     virtual void SetTimes(const std::string& path, const FileTimes& times) = 0;

@@ -23,6 +23,7 @@ int FileNumber(int code) {
         case EISDIR:
         case ETXTBSY:
         case EBUSY:
+        case ENXIO:  // a pipe or socket with nobody at its other end
             return kPermissionDenied;
         case EEXIST:
             return kFileExists;
@@ -38,7 +39,6 @@ int FileNumber(int code) {
         case ENOMEM:
             return kOutOfMemory;
         case ENODEV:
-        case ENXIO:
             return kDeviceUnavailable;
         case ENOMEDIUM:
             return kDiskNotReady;

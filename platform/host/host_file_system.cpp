@@ -196,11 +196,11 @@ void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attrib
 
 void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
     HostPlace place(drives_, HostPath(path));
-    const HostTimes host_times(times);
-    const bool done = InAnySpelling(place, [&] {
-        return ::utimensat(place.Folder(), place.Name(), host_times.values, 0) == 0;
-    });
-    if (!done) RaiseHostError(errno, HostDeed::kFile);
+    // The host does not even look where neither time is to change.
+    Needed(place, HostDeed::kFile);
+    if (::utimensat(place.Folder(), place.Name(), HostTimes(times).values, 0) != 0) {
+        RaiseHostError(errno, HostDeed::kFile);
+    }
 }
 
 bool HostFileSystem::SameFile(const std::string& one, const std::string& other) {

@@ -1,0 +1,71 @@
+#include "common/error.h"
+
+#include <gtest/gtest.h>
+
+namespace vantrel::test {
+namespace {
+
+TEST(ErrorText, HasTheUsualWords) {
+    const struct {
+        int number;
+        const char* words;
+    } expected[] = {
+        {6, "Overflow"},
+        {52, "Bad file name or number"},
+        {53, "File not found"},
+        {55, "File already open"},
+        {58, "File already exists"},
+        {61, "Disk full"},
+        {68, "Device unavailable"},
+        {70, "Permission denied"},
+        {71, "Disk not ready"},
+        {75, "Path/File access error"},
+        {76, "Path not found"},
+    };
+    for (const auto& row : expected) EXPECT_EQ(ErrorText(row.number), row.words) << row.number;
+}
+
+TEST(ErrorText, NumberWithoutWordsIsApplicationDefined) {
+    EXPECT_EQ(ErrorText(12345), "Application-defined or object-defined error");
+    EXPECT_EQ(ErrorText(-2147211505), "Application-defined or object-defined error");
+}
+
+TEST(RaiseError, CarriesNumberAndWords) {
+    try {
+        RaiseError(error_number::kFileNotFound);
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 53);
+        EXPECT_EQ(error.description(), "File not found");
+        EXPECT_STREQ(error.what(), "File not found");
+    }
+}
+
+TEST(ReportError, NumberIsTheObjectBasePlus9999AndTheDescriptionStays) {
+    try {
+        ReportError("clsLog:LogFile Method", Error(70, "Vantrel", "Permission denied"));
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -2147211505);
+        EXPECT_EQ(error.source(), "clsLog:LogFile Method");
+        EXPECT_EQ(error.description(), "Permission denied");
+    }
+}
+
+TEST(Reported, PassesTheValueOn) {
+    EXPECT_EQ(Reported("a label", [] { return 7; }), 7);
+}
+
+TEST(Reported, NestedReportsKeepTheFirstDescriptionAndTheLastLabel) {
+    try {
+        Reported("outer", [] { Reported("inner", [] { RaiseError(error_number::kDiskFull); }); });
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -2147211505);
+        EXPECT_EQ(error.source(), "outer");
+        EXPECT_EQ(error.description(), "Disk full");
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test

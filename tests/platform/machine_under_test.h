@@ -1,0 +1,30 @@
+// The conformance suite knows every implementation of the seam by this class only. Each build links
+// one of machine_under_test_host.cpp and machine_under_test_win32.cpp.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/machine.h"
+
+namespace vantrel::test {
+
+class MachineUnderTest {
+  public:
+    virtual ~MachineUnderTest() = default;
+    virtual platform::Machine& machine() = 0;
+
+    // What has been arranged around it. Drives are a letter and a colon.
+    virtual std::string WorkDrive() const = 0;     // fixed; tests work in folders of its root
+    virtual std::string OtherDrive() const = 0;    // fixed, too
+    virtual std::string OtherLabel() const = 0;    // the label of that one
+    virtual std::string EmptyDrive() const = 0;    // removable, without a disk
+    virtual std::string MissingDrive() const = 0;  // not there
+    // Fixed, about 1 MB that really fill up. Fails the test when nobody has arranged it.
+    virtual std::string FullDrive() const = 0;
+};
+
+// The time zone is New York's.
+std::unique_ptr<MachineUnderTest> NewMachineUnderTest();
+
+}  // namespace vantrel::test

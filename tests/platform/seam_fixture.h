@@ -1,0 +1,94 @@
+// A machine under test and an empty folder on its work drive.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/error.h"
+#include "platform/text_file.h"
+#include "tests/platform/machine_under_test.h"
+
+namespace vantrel::test {
+
+class Seam : public ::testing::Test {
+  protected:
+    Seam() {
+        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        folder_ =
+            under_test_->WorkDrive() + "\\Seam-" + info->test_suite_name() + "-" + info->name();
+        files().MakeFolder(folder_);
+    }
+    ~Seam() override { RemoveAll(folder_); }
+
+    MachineUnderTest& under_test() { return *under_test_; }
+    platform::Machine& machine() { return under_test_->machine(); }
+    platform::FileSystem& files() { return machine().files; }
+    const std::string& folder() const { return folder_; }
+    std::string In(const std::string& name) const { return folder_ + "\\" + name; }
+
+    // Writes a file into the folder and returns its path.
+    std::string Put(const std::string& name, const std::string& bytes = "text") {
+        platform::WriteWholeFile(files(), In(name), bytes);
+        return In(name);
+    }
+    std::string MakeFolder(const std::string& name) {
+        files().MakeFolder(In(name));
+        return In(name);
+    }
+    std::string Content(const std::string& path) { return platform::ReadWholeFile(files(), path); }
+    bool Exists(const std::string& path) { return files().Find(path).has_value(); }
+    std::vector<std::string> Names(const std::string& where) {
+        std::vector<std::string> names;
+        files().List(where, [&](const platform::FileInfo& info) {
+            names.push_back(info.name);
+            return true;
+        });
+        return names;
+    }
+    std::uint32_t Attributes(const std::string& path) {
+        return files().Find(path).value().attributes;
+    }
+    std::unique_ptr<platform::File> Open(const std::string& path, platform::OpenMode mode) {
+        return files().Open(path, mode);
+    }
+
+    // The number of the error that `deed` raises; 0 when it raises none.
+    static int ErrorOf(const std::function<void()>& deed) {
+        try {
+            deed();
+        } catch (const Error& error) {
+            return error.number();
+        }
+        return 0;
+    }
+    int OpenError(const std::string& path, platform::OpenMode mode) {
+        return ErrorOf([&] { files().Open(path, mode); });
+    }
+
+    void RemoveAll(const std::string& where) {
+        std::vector<platform::FileInfo> entries;
+        files().List(where, [&](const platform::FileInfo& info) {
+            entries.push_back(info);
+            return true;
+        });
+        for (const auto& entry : entries) {
+            const std::string path = where + "\\" + entry.name;
+            if (entry.IsFolder()) {
+                RemoveAll(path);
+                continue;
+            }
+            if (!entry.is_link) files().SetAttributes(path, 0);
+            files().RemoveFile(path);
+        }
+        files().RemoveFolder(where);
+    }
+
+  private:
+    std::unique_ptr<MachineUnderTest> under_test_ = NewMachineUnderTest();
+    std::string folder_;
+};
+
+}  // namespace vantrel::test
