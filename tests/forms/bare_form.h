@@ -1,0 +1,38 @@
+// An empty window on a machine with nothing in it, to put controls on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "common/error.h"
+#include "forms/form.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+
+class FormsFixture : public ProgramFixture {
+  protected:
+    struct BareForm : forms::Form {
+        explicit BareForm(forms::Program& owner) : Form(owner, "Frm_Test") {}
+    };
+    BareForm form{program};
+
+    // Number of the error that `body` raises, 0 for none.
+    template <typename Body>
+    static int ErrorOf(Body&& body) {
+        try {
+            body();
+        } catch (const Error& error) {
+            return error.number();
+        }
+        return 0;
+    }
+};
+
+// Counts what a control tells its view, and what its event runs.
+struct RecordingView : forms::ControlView {
+    std::vector<forms::Aspect> changes;
+    void Changed(forms::Aspect aspect) override { changes.push_back(aspect); }
+};
+
+}  // namespace vantrel::test

@@ -1,0 +1,174 @@
+#include "forms/controls.h"
+
+#include "forms/tree.h"
+#include "tests/forms/bare_form.h"
+
+namespace vantrel::test {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+class Controls : public FormsFixture {
+  protected:
+    int raised = 0;
+    forms::Event Count() {
+        return [this] { ++raised; };
+    }
+};
+
+TEST_F(Controls, AreFoundOnTheirFormByName) {
+    forms::Button ok(form, "Cmd_Ok", "OK");
+    EXPECT_EQ(&ok, form.Find("Cmd_Ok"));
+    EXPECT_EQ(nullptr, form.Find("Cmd_ok"));
+}
+
+TEST_F(Controls, TextChangesOnlyWhenItBecomesAnother) {
+    forms::TextBox text(form, "Fld_INI", true);
+    text.Change = Count();
+    text.SetText("a");
+    text.SetText("a");
+    text.UserType("a");
+    EXPECT_EQ(1, raised);
+    text.UserType("ab");
+    EXPECT_EQ(2, raised);
+    EXPECT_EQ("ab", text.Text());
+}
+
+TEST_F(Controls, EmptyingAnEmptyTextBoxIsNoChange) {
+    forms::TextBox text(form, "Fld_INI");
+    text.Change = Count();
+    text.SetText("");
+    EXPECT_EQ(0, raised);
+}
+
+TEST_F(Controls, ReadOnlyTextTakesNothingFromTheUser) {
+    forms::TextBox text(form, "Fld_Log", true, true);
+    text.SetText("log");
+    text.UserType("lag");
+    EXPECT_EQ("log", text.Text());
+}
+
+TEST_F(Controls, ProgramPressesADisabledButtonAndTheUserDoesNot) {
+    forms::Button button(form, "Cmd_Save", "&Save");
+    button.Click = Count();
+    button.SetEnabled(false);
+    button.UserPress();
+    EXPECT_EQ(0, raised);
+    button.Press();
+    EXPECT_EQ(1, raised);
+}
+
+TEST_F(Controls, UserCannotPressAHiddenButton) {
+    forms::Button button(form, "Cmd_Ok", "OK");
+    button.Click = Count();
+    button.SetVisible(false);
+    button.UserPress();
+    EXPECT_EQ(0, raised);
+}
+
+TEST_F(Controls, CheckBoxRaisesClickOnlyWhenItsMarkChanges) {
+    forms::CheckBox box(form, "Chk_TimeBackup", "Time Backup");
+    box.Click = Count();
+    box.SetChecked(false);
+    EXPECT_EQ(0, raised);
+    box.UserToggle();
+    EXPECT_TRUE(box.Checked());
+    EXPECT_EQ(1, raised);
+}
+
+TEST_F(Controls, ShowingTheShownTabRaisesNothing) {
+    forms::Tabs tabs(form, "TAB_Backup", {"Backup", "Restore", "About"});
+    std::vector<int> previous;
+    tabs.Click = [&](int tab) { previous.push_back(tab); };
+    tabs.SetTab(0);
+    EXPECT_TRUE(previous.empty());
+    tabs.SetTab(2);
+    tabs.SetTab(1);
+    EXPECT_EQ((std::vector{0, 2}), previous);
+    EXPECT_EQ(380, ErrorOf([&] { tabs.SetTab(3); }));
+    EXPECT_EQ(1, tabs.Tab());
+}
+
+TEST_F(Controls, BarsAndPanelsStayBetweenNothingAndAll) {
+    forms::ProgressBar bar(form, "PB_File");
+    bar.SetValue(101);
+    EXPECT_EQ(100, bar.Value());
+    bar.SetValue(-1);
+    EXPECT_EQ(0, bar.Value());
+    forms::Panel panel(form, "SSP_TotalFiles");
+    panel.SetFloodPercent(33.25);
+    EXPECT_EQ(33.25, panel.FloodPercent());
+    panel.SetFloodPercent(100.5);
+    EXPECT_EQ(100, panel.FloodPercent());
+}
+
+TEST_F(Controls, TimerStartsSwitchedOffAndTicksOnlyWhileOn) {
+    forms::Timer timer(form, "Tim_Flash", milliseconds(500));
+    timer.Tick = Count();
+    timer.Elapse();
+    EXPECT_EQ(0, raised);
+    timer.SetEnabled(true);
+    timer.Elapse();
+    EXPECT_EQ(1, raised);
+}
+
+TEST_F(Controls, DisabledMenuEntryCannotBeChosen) {
+    forms::MenuItem item(form, "Menu_Secure_Add", "&Add Protected Item");
+    item.Click = Count();
+    item.SetEnabled(false);
+    item.UserChoose();
+    EXPECT_EQ(0, raised);
+}
+
+TEST_F(Controls, ViewHearsOnlyRealChanges) {
+    forms::Label label(form, "Lbl_Version", "Version");
+    RecordingView view;
+    label.Bind(&view);
+    label.SetCaption("Version");
+    label.SetVisible(true);
+    EXPECT_TRUE(view.changes.empty());
+    label.SetCaption("Version 3.0.6");
+    label.SetVisible(false);
+    EXPECT_EQ((std::vector{forms::Aspect::kText, forms::Aspect::kVisible}), view.changes);
+}
+
+TEST_F(Controls, HandlersAreCountedWhileTheyRunAlsoWhenTheyFail) {
+    forms::Button button(form, "Cmd_Ok", "OK");
+    int seen = 0;
+    button.Click = [&] {
+        seen = form.running_handlers;
+        RaiseError(error_number::kPathNotFound);
+    };
+    EXPECT_EQ(76, ErrorOf([&] { button.UserPress(); }));
+    EXPECT_EQ(1, seen);
+    EXPECT_EQ(0, form.running_handlers);
+}
+
+TEST_F(Controls, FocusIsKnownToTheForm) {
+    forms::TextBox text(form, "Fld_Log", true, true);
+    forms::Button button(form, "Cmd_Refresh", "&Refresh");
+    EXPECT_EQ(nullptr, form.ActiveControl());
+    text.SetFocus();
+    button.SetFocus();
+    EXPECT_EQ(&button, form.ActiveControl());
+}
+
+TEST_F(Controls, TreeNodesCountFromOneAndNeedTheirParent) {
+    forms::Tree tree(form, "TV_SecureMode");
+    EXPECT_EQ(1, tree.Add({.text = "Data", .tag = "C:\\Data"}));
+    EXPECT_EQ(2, tree.Add({.text = "Sub", .tag = "C:\\Data\\Sub", .parent = 1}));
+    EXPECT_EQ(380, ErrorOf([&] { tree.Add({.text = "Lost", .tag = "", .parent = 3}); }));
+    EXPECT_EQ(2, tree.Count());
+    EXPECT_EQ(1, tree.At(2).parent);
+    tree.SetImages(2, 3, 3);
+    EXPECT_EQ(3, tree.At(2).image);
+    tree.Select(2);
+    tree.Clear();
+    EXPECT_EQ(0, tree.Selected());
+    EXPECT_EQ(380, ErrorOf([&] { tree.Select(1); }));
+}
+
+}  // namespace
+
+}  // namespace vantrel::test

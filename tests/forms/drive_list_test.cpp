@@ -1,0 +1,85 @@
+#include "forms/file_lists.h"
+#include "tests/forms/bare_form.h"
+
+namespace vantrel::test {
+
+namespace {
+
+namespace type = platform::drive_type;
+
+class DriveLists : public FormsFixture {
+  protected:
+    DriveLists() {
+        machine.AddDrive('A', type::kRemovable, "", false);
+        machine.AddDrive('D', type::kCdRom, "MUSIC");
+        machine.AddDrive('N', type::kRemote);
+    }
+    std::vector<std::string> changes;
+    void Watch(forms::DriveList& list) {
+        list.Change = [this, &list] { changes.push_back(list.Drive()); };
+    }
+};
+
+TEST_F(DriveLists, ShowDrivesInOrderWithTheirLabels) {
+    forms::DriveList list(form, "Dri_DriveList");
+    EXPECT_EQ((std::vector<std::string>{"a:", "c:", "d: [MUSIC]", "n:"}), list.Entries());
+}
+
+TEST_F(DriveLists, ShowOnlyTypesFromRemovableToRamDisk) {
+    machine.AddDrive('E', type::kUnknown);
+    machine.AddDrive('R', type::kRamDisk);
+    forms::DriveList list(form, "Dri_DriveList");
+    EXPECT_EQ((std::vector<std::string>{"a:", "c:", "d: [MUSIC]", "n:", "r:"}), list.Entries());
+}
+
+TEST_F(DriveLists, StartAtTheDriveOfTheApplicationFolder) {
+    forms::DriveList list(form, "Dri_DriveList");
+    EXPECT_EQ("c:", list.Drive());
+}
+
+TEST_F(DriveLists, TakeADriveFromAnyTextThatBeginsWithIt) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    list.SetDrive("D:\\Some\\Folder");
+    list.SetDrive("n:");
+    list.SetDrive("d: [MUSIC]");
+    EXPECT_EQ((std::vector<std::string>{"d: [MUSIC]", "n:", "d: [MUSIC]"}), changes);
+}
+
+TEST_F(DriveLists, RaiseChangeOnlyForAnotherDrive) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    list.SetDrive("C:\\");
+    EXPECT_TRUE(changes.empty());
+    list.SetDrive("D:\\");
+    list.SetDrive("d:");
+    EXPECT_EQ(1u, changes.size());
+}
+
+TEST_F(DriveLists, RefuseWithError68AndKeepTheirValue) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    for (const char* refused : {"X:\\", "A:\\", "\\", "\\\\server\\share", "", "C", "::"})
+        EXPECT_EQ(68, ErrorOf([&] { list.SetDrive(refused); })) << refused;
+    EXPECT_EQ("c:", list.Drive());
+    EXPECT_TRUE(changes.empty());
+    EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(DriveLists, TakeADriveOnceItsDiskIsIn) {
+    forms::DriveList list(form, "Dri_DriveList");
+    machine.SetReady('A', true);
+    list.SetDrive("A:\\");
+    EXPECT_EQ("a:", list.Drive());
+}
+
+TEST_F(DriveLists, UserMayChooseADriveThatIsNotReady) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    list.UserChoose(0);
+    EXPECT_EQ(std::vector<std::string>{"a:"}, changes);
+}
+
+}  // namespace
+
+}  // namespace vantrel::test

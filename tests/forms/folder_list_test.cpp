@@ -1,0 +1,176 @@
+#include "forms/file_lists.h"
+
+#include <filesystem>
+
+#include "forms/folder_path.h"
+#include "tests/forms/bare_form.h"
+#include "tests/forms/denied_listing.h"
+
+namespace vantrel::test {
+
+namespace {
+
+class FolderLists : public FormsFixture {
+  protected:
+    FolderLists() {
+        for (const char* folder : {"C:\\Data\\beta", "C:\\Data\\Alpha\\Deep", "C:\\Data\\Gamma"})
+            machine.MakeFolders(folder);
+        machine.PutFile("C:\\Data\\file.txt", "text");
+        list.Change = [this] { changes.push_back(list.Path()); };
+    }
+    std::vector<std::string> Shown() const {
+        std::vector<std::string> shown;
+        for (const auto& entry : list.Entries())
+            shown.push_back(std::string(static_cast<std::size_t>(entry.depth), ' ') +
+                            (entry.open ? "-" : "+") + entry.name);
+        return shown;
+    }
+    int IndexOf(const std::string& name) const {
+        for (std::size_t i = 0; i < list.Entries().size(); ++i)
+            if (list.Entries()[i].name == name) return static_cast<int>(i);
+        return -1;
+    }
+    forms::FolderList list{form, "Dir_DirList"};
+    std::vector<std::string> changes;
+};
+
+TEST_F(FolderLists, StartAtTheApplicationFolder) { EXPECT_EQ("C:\\Vantrel", list.Path()); }
+
+TEST_F(FolderLists, ShowTheWayFromTheRootAndTheSubFoldersSorted) {
+    list.SetPath("C:\\Data");
+    EXPECT_EQ((std::vector<std::string>{"-C:\\", " -Data", "  +Alpha", "  +beta", "  +Gamma"}),
+              Shown());
+    EXPECT_EQ(3, list.SubFolderCount());
+    EXPECT_EQ("C:\\Data\\beta", list.SubFolder(1));
+    EXPECT_EQ("", list.SubFolder(3));
+}
+
+TEST_F(FolderLists, PathEndsInABackslashOnlyAtARoot) {
+    list.SetPath("C:\\Data\\");
+    EXPECT_EQ("C:\\Data", list.Path());
+    list.SetPath("C:\\");
+    EXPECT_EQ("C:\\", list.Path());
+}
+
+TEST_F(FolderLists, DriveLetterIsACapitalAndNamesStayAsGiven) {
+    list.SetPath("c:\\DATA\\alpha");
+    EXPECT_EQ("C:\\DATA\\alpha", list.Path());
+}
+
+TEST_F(FolderLists, BrowsedNamesAreAsOnDisk) {
+    list.SetPath("C:\\Data");
+    list.UserOpen(IndexOf("Alpha"));
+    EXPECT_EQ("C:\\Data\\Alpha", list.Path());
+    list.UserOpen(IndexOf("C:\\"));
+    EXPECT_EQ("C:\\", list.Path());
+}
+
+TEST_F(FolderLists, PointedAtADriveGoToItsRoot) {
+    machine.AddDrive('D', platform::drive_type::kFixed, "STORE");
+    machine.MakeFolders("D:\\Inside");
+    for (const char* drive : {"D:", "d: [STORE]", "D:\\"}) {
+        list.SetPath("C:\\Data");
+        list.SetPath(drive);
+        EXPECT_EQ("D:\\", list.Path()) << drive;
+    }
+}
+
+TEST_F(FolderLists, RaiseChangeOnlyForAnotherFolderCaseAndLastBackslashAside) {
+    list.SetPath("C:\\Data");
+    list.SetPath("c:\\DATA\\");
+    EXPECT_EQ(std::vector<std::string>{"C:\\Data"}, changes);
+    list.SetPath("C:\\Data\\Alpha");
+    EXPECT_EQ(2u, changes.size());
+}
+
+TEST_F(FolderLists, RefuseWithError76AndKeepTheirValue) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    list.SetPath("C:\\Data");
+    changes.clear();
+    for (const char* refused :
+         {"C:\\Missing", "C:\\Data\\file.txt", "A:\\", "a:", "Q:\\", "\\", "Data", "", "C:Data"})
+        EXPECT_EQ(76, ErrorOf([&] { list.SetPath(refused); })) << refused;
+    EXPECT_EQ("C:\\Data", list.Path());
+    EXPECT_TRUE(changes.empty());
+    EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(FolderLists, HiddenAndSystemFoldersAreNotListed) {
+    machine.files().SetAttributes("C:\\Data\\beta", platform::attribute::kHidden);
+    machine.files().SetAttributes("C:\\Data\\Gamma", platform::attribute::kSystem);
+    list.SetPath("C:\\Data");
+    EXPECT_EQ(1, list.SubFolderCount());
+    EXPECT_EQ("C:\\Data\\Alpha", list.SubFolder(0));
+}
+
+TEST_F(FolderLists, LinksAreNotListed) {
+    std::filesystem::create_directory_symlink(machine.HostPath("C:\\Data\\Alpha"),
+                                              machine.HostPath("C:\\Data\\Link"));
+    list.SetPath("C:\\Data");
+    EXPECT_EQ(-1, IndexOf("Link"));
+    EXPECT_EQ(3, list.SubFolderCount());
+}
+
+TEST_F(FolderLists, UnreadableFolderHasNoSubFolders) {
+    DeniedListing denied(machine.files(), "C:\\Data");
+    const platform::Machine& real = machine.machine();
+    platform::Machine with_denied{real.process, denied,        real.drives,
+                                  real.clock,   real.settings, real.code_page};
+    forms::Program program_there{with_denied, desktop};
+    BareForm form_there(program_there);
+    forms::FolderList list_there(form_there, "Dir_DirList");
+    list_there.SetPath("C:\\Data");
+    EXPECT_EQ("C:\\Data", list_there.Path());
+    EXPECT_EQ(0, list_there.SubFolderCount());
+    list_there.SetPath("C:\\Data\\Alpha");
+    EXPECT_EQ(1, list_there.SubFolderCount());
+}
+
+TEST_F(FolderLists, TakeNetworkPaths) {
+    DeniedListing network(machine.files(), "");
+    network.folder_there = "\\\\server\\share\\Data";
+    const platform::Machine& real = machine.machine();
+    platform::Machine with_network{real.process, network,       real.drives,
+                                   real.clock,   real.settings, real.code_page};
+    forms::Program program_there{with_network, desktop};
+    BareForm form_there(program_there);
+    forms::FolderList list_there(form_there, "Dir_DirList");
+    list_there.SetPath("\\\\server\\share\\Data\\");
+    EXPECT_EQ("\\\\server\\share\\Data", list_there.Path());
+    EXPECT_EQ("\\\\server\\share", list_there.Entries()[0].name);
+    EXPECT_EQ(76, ErrorOf([&] { list_there.SetPath("\\\\server\\share\\Other"); }));
+}
+
+TEST_F(FolderLists, NewFolderIsSeenAfterReload) {
+    list.SetPath("C:\\Data");
+    machine.MakeFolders("C:\\Data\\Delta");
+    EXPECT_EQ(3, list.SubFolderCount());
+    list.Reload();
+    EXPECT_EQ("C:\\Data\\Delta", list.SubFolder(2));
+}
+
+TEST_F(FolderLists, UserOpeningAFolderThatWentAwayGetsTheError) {
+    list.SetPath("C:\\Data");
+    const int gamma = IndexOf("Gamma");
+    machine.files().RemoveFolder("C:\\Data\\Gamma");
+    EXPECT_EQ(76, ErrorOf([&] { list.UserOpen(gamma); }));
+    EXPECT_EQ("C:\\Data", list.Path());
+}
+
+TEST(FolderPath, KeepsNetworkPaths) {
+    EXPECT_EQ("\\\\server\\share\\Folder", forms::FolderPath("\\\\server\\share\\Folder\\"));
+    EXPECT_EQ((std::vector<std::string>{"\\\\server\\share", "\\\\server\\share\\One",
+                                        "\\\\server\\share\\One\\Two"}),
+              forms::FolderChain("\\\\server\\share\\One\\Two"));
+    EXPECT_EQ("\\\\server\\share", forms::FolderName("\\\\server\\share"));
+    EXPECT_EQ("One", forms::FolderName("\\\\server\\share\\One"));
+}
+
+TEST(FolderPath, IsEmptyForWhatIsNoFullPath) {
+    for (const char* text : {"", "\\", "Data", "C", "C:Data", "1:\\", "\\\\", "\\\\\\x"})
+        EXPECT_EQ("", forms::FolderPath(text)) << text;
+}
+
+}  // namespace
+
+}  // namespace vantrel::test
