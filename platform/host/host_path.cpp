@@ -40,15 +40,38 @@ bool Exists(int folder, const std::string& name) {
     return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+// Compares many names with one, at the price of a few instructions for most of them.
+class NameMatcher {
+  public:
+    explicit NameMatcher(const std::string& name) : folded_(HostFold(name)) {}
+
+    bool Matches(std::string_view name) const {
+        for (std::size_t i = 0; i < name.size(); ++i) {
+            // Capitals of ASCII letters stand where their letters stood, as long as nothing but
+            // ASCII came before.
+            if (static_cast<unsigned char>(name[i]) >= 0x80) {
+                return HostFold(std::string(name)) == folded_;
+            }
+            const bool small = name[i] >= 'a' && name[i] <= 'z';
+            const char capital = small ? static_cast<char>(name[i] - 0x20) : name[i];
+            if (i >= folded_.size() || folded_[i] != capital) return false;
+        }
+        return name.size() == folded_.size();
+    }
+
+  private:
+    std::string folded_;
+};
+
 // The entry of `folder` that is `name` but for letter case.
 std::optional<std::string> OtherSpelling(int folder, const std::string& name) {
     HostFd copy(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const HostDir dir(copy.IsValid() ? ::fdopendir(copy.Get()) : nullptr);
     if (!dir) return std::nullopt;
     copy.Release();
-    const std::string wanted = HostFold(name);
+    const NameMatcher wanted(name);
     while (const dirent* entry = ::readdir(dir.get())) {
-        if (HostFold(entry->d_name) == wanted) return entry->d_name;
+        if (wanted.Matches(entry->d_name)) return entry->d_name;
     }
     return std::nullopt;
 }
