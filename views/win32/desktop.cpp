@@ -76,6 +76,7 @@ void Win32Desktop::Hide(Form& form) {
     const bool modal = GetWindow(view->handle(), GW_OWNER) != nullptr;
     form.MarkVisible(false);
     if (!modal) view->Hide();  // a modal window goes when its handlers have ended
+    WakeLoops();
 }
 
 void Win32Desktop::Unload(Form& form, UnloadMode mode) {
@@ -99,7 +100,12 @@ void Win32Desktop::Unload(Form& form, UnloadMode mode) {
     for (const auto& other : views_)
         if (GetWindow(other->handle(), GW_OWNER) == view.handle()) other->SetOwner(nullptr);
     view.Destroy();
+    WakeLoops();
 }
+
+// A message that another program sends is handled inside GetMessage, which goes on waiting then:
+// the loops have to look again whether they are still wanted.
+void Win32Desktop::WakeLoops() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
 
 void Win32Desktop::Dispatch(MSG& message) {
     if (dispatching_ == 0) gone_.clear();
@@ -177,6 +183,7 @@ void Win32Desktop::Escape(WindowView& view) {
 void Win32Desktop::EndSession() {
     if (session_ends_) return;
     session_ends_ = true;
+    WakeLoops();
     std::vector<Form*> forms;
     for (const auto& view : views_) forms.push_back(view->form());
     for (auto form = forms.rbegin(); form != forms.rend(); ++form)

@@ -69,6 +69,7 @@ class Win32Desktop : public forms::Desktop {
     void ShowView(WindowView& view);
     bool PressCancelOrOk(forms::Form& form);
     void Dispatch(MSG& message);
+    static void WakeLoops();
 
     std::vector<std::unique_ptr<WindowView>> views_;  // in the order of loading
     // Windows that may still have a procedure running; cleared when none has.
