@@ -11,7 +11,10 @@
 using NativeMachine = vantrel::platform::Win32Machine;
 #else
 #include "platform/host/host_machine.h"
-using NativeMachine = vantrel::platform::HostMachine;
+// Names as this system's other tools know them.
+struct NativeMachine : vantrel::platform::HostMachine {
+    NativeMachine() : HostMachine({{'Z', {.folder = "/", .exact_names = true}}}) {}
+};
 #endif
 
 namespace {

@@ -16,6 +16,9 @@ struct HostDrive {
     int type = drive_type::kFixed;
     std::string label{};
     bool ready = true;  // false: a drive without a disk
+    // Names are found as they are spelled only, as the host's own programs find them. Saves looking
+    // through a folder for another spelling of each name that is not there.
+    bool exact_names = false;
 };
 
 class HostDriveMap {

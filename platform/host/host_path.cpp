@@ -108,6 +108,7 @@ HostPlace::HostPlace(const HostDriveMap& drives, const HostPath& path) : names_(
     if (!drive) RaiseError(error_number::kDeviceUnavailable);
     if (!drive->ready) RaiseError(error_number::kDiskNotReady);
     root_ = drive->folder;
+    exact_names_ = drive->exact_names;
     if (!Go()) Respell();
 }
 
@@ -138,13 +139,23 @@ void HostPlace::SpellLeaf(const std::string& name) {
     if (!Go()) RaiseError(error_number::kPathNotFound);
 }
 
+bool HostPlace::IsThere() const {
+    if (Exists(Folder(), name_)) return true;
+    const std::size_t slash = name_.rfind('/');
+    const bool folder_there = slash == std::string::npos || slash == 0 ||
+                              OpenFolder(Folder(), name_.substr(0, slash)).IsValid();
+    if (!folder_there) RaiseError(error_number::kPathNotFound);
+    return false;
+}
+
 bool HostPlace::Respell() {
+    if (exact_names_ && Go()) return IsThere();
     HostFd folder = OpenFolder(kCurrentFolder, root_);
     if (!folder.IsValid()) RaiseError(error_number::kDiskNotReady);
     for (std::size_t i = 0; i < names_.size(); ++i) {
         const bool last = i + 1 == names_.size();
         if (!Exists(folder.Get(), names_[i])) {
-            const auto other = OtherSpelling(folder.Get(), names_[i]);
+            const auto other = exact_names_ ? std::nullopt : OtherSpelling(folder.Get(), names_[i]);
             if (!other && !last) RaiseError(error_number::kPathNotFound);
             if (!other) {
                 if (!Go()) RaiseError(error_number::kPathNotFound);

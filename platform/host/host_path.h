@@ -47,7 +47,10 @@ class HostPlace {
     static constexpr int kCurrentFolder = -100;  // AT_FDCWD
     // Points at the names as they are spelled now; false when a folder on the way is not there.
     bool Go();
+    // Respell where names stand as they are spelled.
+    bool IsThere() const;
     std::string root_;
+    bool exact_names_ = false;
     std::vector<std::string> names_;
     HostFd folder_;
     std::string name_;

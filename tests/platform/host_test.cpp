@@ -98,6 +98,18 @@ TEST_F(Host, RootOfTheHostIsDriveZUnlessToldOtherwise) {
     EXPECT_EQ(whole.machine().drives.Type("C:\\"), platform::drive_type::kNoRoot);
 }
 
+TEST_F(Host, DriveOfExactNamesKnowsOneSpellingOnly) {
+    machine.PutFile("C:\\sub\\name.txt", "bytes");
+    platform::HostMachine exact({{'C', {.folder = OnHost(""), .exact_names = true}}});
+    auto& exact_files = exact.machine().files;
+    EXPECT_TRUE(exact_files.Find("C:\\sub\\name.txt"));
+    EXPECT_FALSE(exact_files.Find("C:\\sub\\NAME.txt"));
+    exact_files.Open("C:\\sub\\NAME.txt", OpenMode::kCreateNew)->Close();
+    EXPECT_THAT(machine.Names("C:\\sub"), UnorderedElementsAre("NAME.txt", "name.txt"));
+    EXPECT_EQ(ErrorOf([&] { exact_files.Open("C:\\SUB\\new", OpenMode::kCreateNew); }),
+              kPathNotFound);
+}
+
 TEST_F(Host, RenameMayChangeLetterCaseOnly) {
     machine.PutFile("C:\\sub\\name.txt", "bytes");
     files.Rename("C:\\SUB\\name.txt", "C:\\SUB\\NAME.txt");
