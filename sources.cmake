@@ -35,7 +35,8 @@ set(PLATFORM_WIN32_SOURCES
     platform/win32/win32_file_system.cpp
     platform/win32/win32_machine.cpp
     platform/win32/win32_process.cpp
-    platform/win32/win32_settings.cpp)
+    platform/win32/win32_settings.cpp
+    platform/win32/win32_shell.cpp)
 set(FORMS_SOURCES
     forms/control.cpp
     forms/controls.cpp
@@ -48,21 +49,33 @@ set(FORMS_SOURCES
     forms/lists.cpp
     forms/tree.cpp)
 set(ZIP_SOURCES
+    zip/archive_extractor.cpp
     zip/archive_file.cpp
     zip/archive_place.cpp
     zip/archive_sink.cpp
+    zip/archive_source.cpp
     zip/archive_writer.cpp
     zip/block_store.cpp
+    zip/central_record.cpp
     zip/deflate.cpp
+    zip/directory_reader.cpp
     zip/dos_mask.cpp
+    zip/end_record.cpp
+    zip/entry_data.cpp
+    zip/entry_name.cpp
     zip/entry_records.cpp
+    zip/extract_worker.cpp
+    zip/extraction_plan.cpp
+    zip/folder_maker.cpp
     zip/file_spec.cpp
     zip/packer.cpp
     zip/paths.cpp
+    zip/pkunzip.cpp
     zip/pkzip.cpp
     zip/run_channel.cpp
     zip/source_reader.cpp
     zip/source_scan.cpp
+    zip/target_file.cpp
     zip/work_source.cpp)
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
@@ -80,7 +93,9 @@ set(LOG_SOURCES
     log/show_error.cpp)
 set(SYSTEM_SOURCES
     system/clsApplication.cpp
-    system/clsDrives.cpp)
+    system/clsDrives.cpp
+    system/clsForm.cpp
+    system/clsSystem.cpp)
 set(PROTECT_SOURCES
     protect/clsCfg.cpp)
 set(BACKUP_SOURCES
@@ -119,7 +134,8 @@ set(VANTREL_EXE_SOURCES
     app/main_win32.cpp)
 set(VZIP_SOURCES
     tools/vzip.cpp
-    tools/vzip_create.cpp)
+    tools/vzip_create.cpp
+    tools/vzip_extract.cpp)
 
 # Used by every test: the fake machine, the scripted desktop, the fault-injecting decorator.
 set(TEST_SUPPORT_SOURCES
@@ -199,7 +215,8 @@ set(LOG_TESTS
     tests/log/truncate_test.cpp)
 set(SYSTEM_TESTS
     tests/system/application_test.cpp
-    tests/system/drives_test.cpp)
+    tests/system/drives_test.cpp
+    tests/system/web_and_gradient_test.cpp)
 set(PROTECT_TESTS
     tests/protect/clsCfg_test.cpp)
 set(BACKUP_TESTS

@@ -83,8 +83,8 @@ int Application::ExitCode() const {
 void Application::EndByError(const Error& error) {
     const std::string number = "Run-time error '" + std::to_string(error.number()) + "':";
     if (!program_.Unattended()) {
-        program_.desktop.Show({.text = number + "\r\n\r\n" + error.description(),
-                               .icon = forms::Icon::kCritical});
+        program_.desktop.Show(
+            {.text = number + "\r\n\r\n" + error.description(), .icon = forms::Icon::kCritical});
     } else {
         try {
             clsLog(program_).WriteToLog("Backup", false, number + " " + error.description());

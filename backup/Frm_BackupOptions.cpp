@@ -70,10 +70,11 @@ bool Frm_BackupOptions::Refused() {
         return false;
     }
     const std::string& line = program().globals.CrLf;
-    Tell("Unable to Save as you have selected the Multi Volume "
-         "flag on a Non-Removable Drive." +
-         line + line + "The Non-Removable Drives on this machine are;" + line +
-         drives.ShowDrives(platform::drive_type::kRemovable));
+    Tell(
+        "Unable to Save as you have selected the Multi Volume "
+        "flag on a Non-Removable Drive." +
+        line + line + "The Non-Removable Drives on this machine are;" + line +
+        drives.ShowDrives(platform::drive_type::kRemovable));
     return true;
 }
 
@@ -104,9 +105,8 @@ void Frm_BackupOptions::WriteKeys() {
 }
 
 void Frm_BackupOptions::ShowInMainWindow() {
-    main_.Fld_BackupOptions.SetCaption("SubDir=" + set_.BackupSubDirectories() +
-                                       ", MultiVolume=" + set_.MultiVolumeBackup() +
-                                       ", Time=" + set_.TimeBackup());
+    main_.Fld_BackupOptions.SetCaption("SubDir=" + set_.BackupSubDirectories() + ", MultiVolume=" +
+                                       set_.MultiVolumeBackup() + ", Time=" + set_.TimeBackup());
     main_.Lbl_FilestoBackup.SetCaption(set_.Backup_Parts(set_.BackupFiles(), clsINI::kFile));
     main_.Lbl_BackupFileName.SetCaption(set_.BackupFileName());
 }

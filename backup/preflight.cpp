@@ -63,17 +63,15 @@ class Preflight {
   private:
     bool MultiVolume() const { return set_.MultiVolumeBackup() == "ON"; }
     bool RootIs(int type) { return clsDrives(program_).VerifyDriveType(root_, type); }
-    bool FolderExists(const std::string& folder) {
-        return clsFiles(program_).Exist(folder, false);
-    }
+    bool FolderExists(const std::string& folder) { return clsFiles(program_).Exist(folder, false); }
 
     static Box Refusal(const std::string& text, Icon icon) {
         return {.text = text, .icon = icon, .title = "Backup"};
     }
     static Box Missing(const std::string& folder) {
-        return Refusal("Unable to continue with the Backup as " + folder +
-                           " does not appear to exist.",
-                       Icon::kExclamation);
+        return Refusal(
+            "Unable to continue with the Backup as " + folder + " does not appear to exist.",
+            Icon::kExclamation);
     }
 
     std::optional<Box> AttendedRefusal() {
@@ -121,8 +119,7 @@ class Preflight {
             return failed + "MultiVolume Flag set for Non-Removable Drive " + root_;
         }
         if (clsDrives(program_).FreeSpace(set_.BackupToDrive().substr(0, 1)) < kLeastFreeBytes) {
-            return failed +
-                   "Unable to conduct a Backup on a MultiVolume Drive whilst Unattended";
+            return failed + "Unable to conduct a Backup on a MultiVolume Drive whilst Unattended";
         }
         return std::nullopt;
     }
@@ -139,8 +136,7 @@ class Preflight {
 
 void Cmd_Backup_Click(forms::Program& program, const BackupControls& controls) {
     Preflight checks(program, controls);
-    const bool passes =
-        program.Unattended() ? checks.PassesUnattended() : checks.PassesAttended();
+    const bool passes = program.Unattended() ? checks.PassesUnattended() : checks.PassesAttended();
     if (!passes) return;
     Frm_Backup window(program, controls.Cmb_BackupSet.Text(),
                       std::make_unique<zip::PKZIP>(program.machine));

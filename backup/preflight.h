@@ -1,5 +1,5 @@
-// The checks between pressing Backup Now and the backup window. With somebody there every refusal is
-// a message box; without, it is three log records, and the rules are stricter.
+// The checks between pressing Backup Now and the backup window. With somebody there every refusal
+// is a message box; without, it is three log records, and the rules are stricter.
 #pragma once
 
 #include "backup/backup_controls.h"

@@ -30,8 +30,8 @@ void FolderDialog::Form_Load() {
     const std::string destination = Destination();
     if (!destination.empty() && !FolderExists(destination)) {
         auto& globals = program().globals;
-        globals.MessageText = "Unable to find " + destination + globals.CrLf +
-                              "Please select an available path.";
+        globals.MessageText =
+            "Unable to find " + destination + globals.CrLf + "Please select an available path.";
         program().desktop.Show(
             {.text = globals.MessageText, .icon = Icon::kExclamation, .title = missing_title_});
         Dri_DriveList.SetDrive(ApplicationDrive());
@@ -61,11 +61,11 @@ void FolderDialog::Dri_DriveList_Change() {
     }
 }
 
-// The name is joined to the shown path without a separator: at a root that is a folder in it, inside
-// a folder a folder beside it whose name begins with this one's.
+// The name is joined to the shown path without a separator: at a root that is a folder in it,
+// inside a folder a folder beside it whose name begins with this one's.
 void FolderDialog::Cmd_NewFolder_Click() {
-    const std::string name = program().desktop.Input("Please enter a Folder Name",
-                                                     "Create New Folder", "New Folder");
+    const std::string name =
+        program().desktop.Input("Please enter a Folder Name", "Create New Folder", "New Folder");
     if (name.empty()) return;
     const std::string folder = Dir_DirList.Path() + name;
     program().machine.files.MakeFolder(folder);

@@ -1,6 +1,6 @@
 // What the log keeps of a component's messages: warnings and errors, undated, as they are handled.
-// A run over a broken disk may bring thousands; the log is small, so only the first ones are written
-// and the rest are counted.
+// A run over a broken disk may bring thousands; the log is small, so only the first ones are
+// written and the rest are counted.
 #pragma once
 
 #include <cstdint>

@@ -6,9 +6,8 @@ namespace vantrel {
 
 void ShowError(forms::Program& program, const Error& error) {
     if (!program.Unattended()) {
-        program.desktop.Show({.text = error.description(),
-                              .icon = forms::Icon::kCritical,
-                              .title = "Error"});
+        program.desktop.Show(
+            {.text = error.description(), .icon = forms::Icon::kCritical, .title = "Error"});
         return;
     }
     try {

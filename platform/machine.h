@@ -89,6 +89,8 @@ class Process {
     // Everything after the executable's name. Blanks before the first other character are the
     // separator; a text of blanks only loses exactly one.
     virtual std::string CommandLine() = 0;
+    // Folder of the operating system, without a trailing "\" unless it is a drive root.
+    virtual std::string WindowsFolder() = 0;
     // Whether another copy of this executable ran in the user's session when this one started.
     virtual bool PreviousInstance() = 0;
     // Ends the program at once, without any clean-up.
@@ -112,6 +114,17 @@ class CodePage {
     virtual std::string Fold(const std::string& utf8) = 0;
 };
 
+// The user's desktop shell.
+class Shell {
+  public:
+    virtual ~Shell() = default;
+    // Path of the program that opens files like `file` (which must exist), "" when there is none.
+    virtual std::string ProgramFor(const std::string& file) = 0;
+    // Hands a file or an address to the program that opens it, with the default verb and a normal
+    // window. Above 32: done; up to 32: the shell's error code.
+    virtual int Open(const std::string& target) = 0;
+};
+
 struct Machine {
     Process& process;
     FileSystem& files;
@@ -119,6 +132,7 @@ struct Machine {
     Clock& clock;
     Settings& settings;
     CodePage& code_page;
+    Shell& shell;
 };
 
 }  // namespace vantrel::platform

@@ -36,10 +36,9 @@ void clsCfg::Create_CFG(const std::string& path) {
 }
 
 std::vector<std::string> clsCfg::Lines() {
-    auto lines =
-        platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
-    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(
-                                                   std::min(kHeaderLines, lines.size())));
+    auto lines = platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
+    lines.erase(lines.begin(),
+                lines.begin() + static_cast<std::ptrdiff_t>(std::min(kHeaderLines, lines.size())));
     for (std::string& line : lines) {
         line = WithoutBackslash(program_.machine.code_page.Decode(line));
     }
@@ -48,8 +47,7 @@ std::vector<std::string> clsCfg::Lines() {
 
 // The last "\" goes after the test for an empty line: a line of one "\" is an empty entry.
 std::vector<std::string> clsCfg::ReturnProtected() {
-    auto lines =
-        platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
+    auto lines = platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
     std::vector<std::string> entries;
     for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
         if (lines[i].empty()) continue;

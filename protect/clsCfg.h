@@ -1,5 +1,6 @@
 // The protected-folder list: folders that a restore must never overwrite, one a line below a fixed
-// header of seven lines, in upper case. Keeps no state; each operation opens the file and closes it.
+// header of seven lines, in upper case. Keeps no state; each operation opens the file and closes
+// it.
 #pragma once
 
 #include <string>

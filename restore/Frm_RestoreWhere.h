@@ -1,5 +1,5 @@
-// The dialog that says into which folder to restore. The choice lives in the main window's label; no
-// set file is touched.
+// The dialog that says into which folder to restore. The choice lives in the main window's label;
+// no set file is touched.
 #pragma once
 
 #include "forms/folder_dialog.h"

@@ -20,8 +20,9 @@ struct ListedArchive {
 // The archive at `path` as it is now; only the path when it is not there.
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path);
 
-// Fills the tree with one node an entry and the total with their number; the fill of the panel shows
-// how far it has come. A path that is no file leaves the tree hidden and empty and the total at "0".
+// Fills the tree with one node an entry and the total with their number; the fill of the panel
+// shows how far it has come. A path that is no file leaves the tree hidden and empty and the total
+// at "0".
 void ShowZipContents(forms::Program& program, const RestoreControls& controls,
                      const std::string& path);
 

@@ -1,5 +1,5 @@
-// The main window: six tabs, a status bar, three menus. It owns the controls, remembers the selected
-// set between runs and writes the exit record.
+// The main window: six tabs, a status bar, three menus. It owns the controls, remembers the
+// selected set between runs and writes the exit record.
 #pragma once
 
 #include "forms/controls.h"

@@ -200,9 +200,8 @@ void BackupTab::ShowValues(clsINI& set) {
     Lbl_FilestoBackup.SetCaption(set.Backup_Parts(set.BackupFiles(), clsINI::kFile));
     Lbl_BackupFileName.SetCaption(set.BackupFileName());
     Fld_BackupWhere.SetCaption(clsString().Backslash(set.BackupToDrive()));
-    Fld_BackupOptions.SetCaption("SubDir=" + set.BackupSubDirectories() +
-                                 ", MultiVolume=" + set.MultiVolumeBackup() +
-                                 ", Time=" + set.TimeBackup());
+    Fld_BackupOptions.SetCaption("SubDir=" + set.BackupSubDirectories() + ", MultiVolume=" +
+                                 set.MultiVolumeBackup() + ", Time=" + set.TimeBackup());
 }
 
 void BackupTab::GoToApplicationDrive() {

@@ -10,6 +10,7 @@
 #include "platform/host/host_file_system.h"
 #include "platform/host/host_process.h"
 #include "platform/host/host_settings.h"
+#include "platform/host/host_shell.h"
 #include "platform/machine.h"
 
 namespace vantrel::platform {
@@ -33,7 +34,8 @@ class HostMachine {
     HostClock clock_;
     HostSettings settings_;
     HostCodePage code_page_;
-    Machine machine_{process_, files_, drives_, clock_, settings_, code_page_};
+    HostShell shell_;
+    Machine machine_{process_, files_, drives_, clock_, settings_, code_page_, shell_};
 };
 
 }  // namespace vantrel::platform

@@ -11,6 +11,7 @@ struct HostProgram {
     std::string application_folder = "Z:\\";
     std::string base_name = "Vantrel";
     std::string command_line{};
+    std::string windows_folder = "Z:\\usr";
     bool previous_instance = false;
 };
 
@@ -21,6 +22,7 @@ class HostProcess : public Process {
     std::string ApplicationFolder() override { return program_.application_folder; }
     std::string ExecutableBaseName() override { return program_.base_name; }
     std::string CommandLine() override { return program_.command_line; }
+    std::string WindowsFolder() override { return program_.windows_folder; }
     bool PreviousInstance() override { return program_.previous_instance; }
     [[noreturn]] void End(int exit_code) override;
 

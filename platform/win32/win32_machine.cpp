@@ -8,6 +8,7 @@
 #include "platform/win32/win32_file_system.h"
 #include "platform/win32/win32_process.h"
 #include "platform/win32/win32_settings.h"
+#include "platform/win32/win32_shell.h"
 
 namespace vantrel::platform {
 
@@ -18,7 +19,8 @@ struct Win32Machine::Services {
     Win32Clock clock;
     Win32Settings settings;
     Win32CodePage code_page;
-    Machine machine{process, files, drives, clock, settings, code_page};
+    Win32Shell shell;
+    Machine machine{process, files, drives, clock, settings, code_page, shell};
 };
 
 Win32Machine::Win32Machine() {

@@ -82,6 +82,12 @@ std::string Win32Process::ExecutableBaseName() {
 
 std::string Win32Process::CommandLine() { return ParameterText(Narrow(GetCommandLineW())); }
 
+std::string Win32Process::WindowsFolder() {
+    std::array<wchar_t, MAX_PATH> folder{};
+    const UINT length = GetWindowsDirectoryW(folder.data(), MAX_PATH);
+    return length < MAX_PATH ? Narrow(folder.data()) : "";
+}
+
 bool Win32Process::PreviousInstance() { return Mark().Previous(); }
 
 void Win32Process::End(int exit_code) {

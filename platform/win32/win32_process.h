@@ -12,6 +12,7 @@ class Win32Process final : public Process {
     std::string ApplicationFolder() override;
     std::string ExecutableBaseName() override;
     std::string CommandLine() override;
+    std::string WindowsFolder() override;
     bool PreviousInstance() override;
     [[noreturn]] void End(int exit_code) override;
 };

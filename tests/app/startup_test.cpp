@@ -92,9 +92,8 @@ TEST_F(StartUp, SecondUnattendedCopyExitsWithFive) {
 TEST_F(StartUp, MissingSetIsToldInTheLogOnly) {
     Unattended("GONE.INI");
     Start();
-    EXPECT_THAT(LogRecords(),
-                ::testing::ElementsAreArray(UnattendedRecords(
-                    {"Unable to Start Backup - File GONE.INI does not exist."})));
+    EXPECT_THAT(LogRecords(), ::testing::ElementsAreArray(UnattendedRecords(
+                                  {"Unable to Start Backup - File GONE.INI does not exist."})));
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(application->ExitCode(), 4);
     EXPECT_FALSE(application->main_window().Loaded());
@@ -119,10 +118,10 @@ TEST_F(StartUp, NameInOtherLetterCaseIsFoundAndLoggedAsListed) {
     PutSet("Daily.ini", {});
     Unattended("DAILY.INI");
     Start();
-    EXPECT_THAT(LogRecords(), ::testing::ElementsAreArray(UnattendedRecords(
-                                  {"Starting Backup Daily.ini",
-                                   "Creating Backup File C:\\Backups\\WEEKLY.zip",
-                                   "Finished Backup Daily.ini", "Successful Backup"})));
+    EXPECT_THAT(LogRecords(),
+                ::testing::ElementsAreArray(UnattendedRecords(
+                    {"Starting Backup Daily.ini", "Creating Backup File C:\\Backups\\WEEKLY.zip",
+                     "Finished Backup Daily.ini", "Successful Backup"})));
     EXPECT_EQ(application->ExitCode(), 0);
     EXPECT_TRUE(machine.Exists("C:\\Backups\\WEEKLY.zip"));
 }
@@ -189,8 +188,9 @@ TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {
     struct Broken : TestProcess {
         bool PreviousInstance() override { RaiseError(error_number::kDeviceIo); }
     } broken;
-    platform::Machine broken_machine{broken,          machine.files(),    machine.drives,
-                                     machine.clock,   machine.settings,   machine.code_page()};
+    platform::Machine broken_machine{broken,        machine.files(),  machine.drives,
+                                     machine.clock, machine.settings, machine.code_page(),
+                                     machine.shell};
     Application starting(broken_machine, desktop);
     try {
         starting.Main();

@@ -57,10 +57,9 @@ class BackupRun : public ProgramFixture {
 
 TEST_F(BackupRun, SetsThePropertiesInTheirOrderAndTheActionLast) {
     Run({.files = "C:\\Data\\*.*"});
-    EXPECT_THAT(zip.sets,
-                ElementsAre("8=9", "37=0", "7=True", "1=C:\\Backups\\WEEKLY.zip", "9=True",
-                            "3=True", "2=\"C:\\Data\\*.*\"", "4=True", "5=True", "32=True",
-                            "40=4"));
+    EXPECT_THAT(zip.sets, ElementsAre("8=9", "37=0", "7=True", "1=C:\\Backups\\WEEKLY.zip",
+                                      "9=True", "3=True", "2=\"C:\\Data\\*.*\"", "4=True", "5=True",
+                                      "32=True", "40=4"));
 }
 
 TEST_F(BackupRun, MultiVolumeAsksForSpannedVolumesWithItsControlWord) {

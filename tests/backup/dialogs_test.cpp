@@ -202,11 +202,10 @@ TEST_F(OptionsDialog, OkWritesFiveKeysInUpperCaseAndRefreshesTheMainWindow) {
     dialog->Fld_BackupFile.SetText("*.doc");
     dialog->Fld_BackupFileName.SetText("weekly two");
     dialog->Cmd_Ok.UserPress();
-    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"),
-              SetText({.files = "C:\\DATA\\*.DOC",
-                       .sub_directories = "OFF",
-                       .name = "WEEKLY TWO",
-                       .time = "ON"}));
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.files = "C:\\DATA\\*.DOC",
+                                                                   .sub_directories = "OFF",
+                                                                   .name = "WEEKLY TWO",
+                                                                   .time = "ON"}));
     EXPECT_EQ(window.Fld_BackupOptions.Caption(), "SubDir=OFF, MultiVolume=OFF, Time=ON");
     EXPECT_EQ(window.Lbl_FilestoBackup.Caption(), "*.DOC");
     EXPECT_EQ(window.Lbl_BackupFileName.Caption(), "WEEKLY TWO");

@@ -39,7 +39,8 @@ class ProfileFault : public test::ProgramFixture {
 
     test::FaultyFileSystem faulty{machine.files()};
     platform::Machine with_faults{machine.process, faulty,           machine.drives,
-                                  machine.clock,   machine.settings, machine.code_page()};
+                                  machine.clock,   machine.settings, machine.code_page(),
+                                  machine.shell};
     forms::Program there{with_faults, desktop};
 };
 

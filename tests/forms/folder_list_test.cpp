@@ -114,8 +114,8 @@ TEST_F(FolderLists, LinksAreNotListed) {
 TEST_F(FolderLists, UnreadableFolderHasNoSubFolders) {
     DeniedListing denied(machine.files(), "C:\\Data");
     const platform::Machine& real = machine.machine();
-    platform::Machine with_denied{real.process, denied,        real.drives,
-                                  real.clock,   real.settings, real.code_page};
+    platform::Machine with_denied{real.process,  denied,         real.drives, real.clock,
+                                  real.settings, real.code_page, real.shell};
     forms::Program program_there{with_denied, desktop};
     BareForm form_there(program_there);
     forms::FolderList list_there(form_there, "Dir_DirList");
@@ -130,8 +130,8 @@ TEST_F(FolderLists, TakeNetworkPaths) {
     DeniedListing network(machine.files(), "");
     network.folder_there = "\\\\server\\share\\Data";
     const platform::Machine& real = machine.machine();
-    platform::Machine with_network{real.process, network,       real.drives,
-                                   real.clock,   real.settings, real.code_page};
+    platform::Machine with_network{real.process,  network,        real.drives, real.clock,
+                                   real.settings, real.code_page, real.shell};
     forms::Program program_there{with_network, desktop};
     BareForm form_there(program_there);
     forms::FolderList list_there(form_there, "Dir_DirList");

@@ -14,7 +14,8 @@ class LogFault : public test::TransactionLog {
 
     test::FaultyFileSystem faulty{machine.files()};
     platform::Machine with_faults{machine.process, faulty,           machine.drives,
-                                  machine.clock,   machine.settings, machine.code_page()};
+                                  machine.clock,   machine.settings, machine.code_page(),
+                                  machine.shell};
     forms::Program there{with_faults, desktop};
 };
 

@@ -142,8 +142,12 @@ TEST_F(ProtectedList, MissingListIsAnErrorNotAnAnswer) {
 }
 
 TEST_F(ProtectedList, LettersOutsideAsciiCompareByTheSystemsUpperCase) {
-    PutEntries("C:\\\xDC" "BUNG\r\n");
-    EXPECT_TRUE(cfg.IsProtected("C:\\\xC3\xBC" "bung"));
+    PutEntries(
+        "C:\\\xDC"
+        "BUNG\r\n");
+    EXPECT_TRUE(
+        cfg.IsProtected("C:\\\xC3\xBC"
+                        "bung"));
 }
 
 }  // namespace

@@ -47,8 +47,9 @@ TEST_F(ProtectedPass, SecondRecordIsUndated) {
     Protect("C:\\DATA\r\n");
     machine.MakeFolders("C:\\Data");
     Pass({"Data/x.txt"}, "C:\\");
-    EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
-                ::testing::HasSubstr("\r\n                    C:\\DATA renamed to C:\\DATA_001\r\n"));
+    EXPECT_THAT(
+        machine.Content("C:\\Vantrel\\Vantrel.Log"),
+        ::testing::HasSubstr("\r\n                    C:\\DATA renamed to C:\\DATA_001\r\n"));
 }
 
 TEST_F(ProtectedPass, SubstringMatchesWithoutRegardToFolderBoundaries) {

@@ -32,7 +32,7 @@ std::string ParentOf(const std::string& path) {
 
 struct TestMachine::State {
     explicit State(TestMachine& owner)
-        : machine{owner.process, files, owner.drives, owner.clock, owner.settings, code_page} {}
+        : machine{owner.process, files, owner.drives, owner.clock, owner.settings, code_page, owner.shell} {}
 
     std::string folder = NewFolder();
     platform::HostDriveMap map;

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -56,6 +57,8 @@ class TestProcess : public platform::Process {
     std::string ApplicationFolder() override { return application_folder; }
     std::string ExecutableBaseName() override { return base_name; }
     std::string CommandLine() override { return command_line; }
+    std::string windows_folder = "C:\\WINDOWS";
+    std::string WindowsFolder() override { return windows_folder; }
     bool PreviousInstance() override {
         ++previous_instance_questions;
         return previous_instance;
@@ -91,6 +94,25 @@ class TestDrives : public platform::Drives {
     std::string Label(const std::string& root) override;
 };
 
+class TestShell : public platform::Shell {
+  public:
+    std::string executable = "C:\\Browser\\browser.exe";
+    int answer = 42;
+    std::vector<std::string> asked;
+    std::vector<std::string> opened;
+    std::function<void()> on_find;
+
+    std::string ProgramFor(const std::string& file) override {
+        asked.push_back(file);
+        if (on_find) on_find();
+        return executable;
+    }
+    int Open(const std::string& target) override {
+        opened.push_back(target);
+        return answer;
+    }
+};
+
 // Drive C: (fixed) with an empty application folder C:\Vantrel, nothing else. Every other letter
 // has no drive until AddDrive. Removes its folder from the host when it goes.
 class TestMachine {
@@ -104,6 +126,7 @@ class TestMachine {
     TestClock clock;
     TestSettings settings;
     TestDrives drives;
+    TestShell shell;
 
     // The machine over the services above. `files` may be exchanged for a decorated one:
     // platform::Machine with_faults{m.process, faulty, m.drives, ...}.

@@ -25,8 +25,8 @@ class FailingProcess : public test::TestProcess {
 
 TEST_F(Application, PrevInstanceReportsItsErrors) {
     FailingProcess process;
-    platform::Machine broken{process,       machine.files(),  machine.drives,
-                             machine.clock, machine.settings, machine.code_page()};
+    platform::Machine broken{process,          machine.files(),     machine.drives, machine.clock,
+                             machine.settings, machine.code_page(), machine.shell};
     forms::Program there{broken, desktop};
     try {
         clsApplication(there).PrevInstance();

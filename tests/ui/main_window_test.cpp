@@ -123,9 +123,8 @@ TEST_F(MainWindow, ClosingWritesTheExitRecordAndStoresTheSelection) {
     Open();
     window->Backup.Cmb_BackupSet.SetText("Daily.ini");
     desktop.Unload(*window, forms::UnloadMode::kControlMenu);
-    EXPECT_THAT(LogRecords(),
-                ElementsAre("Application Closed - Unloaded by Close on Control menu.",
-                            std::string(60, '-')));
+    EXPECT_THAT(LogRecords(), ElementsAre("Application Closed - Unloaded by Close on Control menu.",
+                                          std::string(60, '-')));
     EXPECT_EQ(machine.settings.values[kRemembered], "Daily.ini");
 }
 

@@ -1,0 +1,147 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/error.h"
+#include "system/clsForm.h"
+#include "system/clsSystem.h"
+#include "tests/support/program_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kScratch = "C:\\Vantrel\\temphtm.HTM";
+
+class WebPage : public ProgramFixture {
+  protected:
+    void Show() { clsSystem(program).ShowWebPage("https://www.example.com/"); }
+};
+
+TEST_F(WebPage, OpensTheAddressThroughTheShell) {
+    Show();
+    EXPECT_THAT(machine.shell.asked, ElementsAre(kScratch));
+    EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(WebPage, ScratchFileHoldsOneLineWithABackslashAndIsGoneAfterwards) {
+    std::string content;
+    machine.shell.on_find = [&] { content = machine.Content(kScratch); };
+    Show();
+    EXPECT_EQ(content, "<HTML> <\\HTML>\r\n");
+    EXPECT_FALSE(machine.Exists(kScratch));
+}
+
+TEST_F(WebPage, NoBrowserIsToldUnderTheAddressAndLeavesNoScratchFile) {
+    machine.shell.executable = "   ";
+    Show();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Could not find a Web Browser.");
+    EXPECT_EQ(desktop.boxes[0].title, "https://www.example.com/");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    EXPECT_THAT(machine.shell.opened, IsEmpty());
+    EXPECT_FALSE(machine.Exists(kScratch));
+}
+
+TEST_F(WebPage, ShellAnswerOf32IsAFailureAnd33IsNot) {
+    machine.shell.answer = 33;
+    Show();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    machine.shell.answer = 32;
+    Show();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Web Page not Opened");
+    EXPECT_EQ(desktop.boxes[0].title, "Web URL Failed");
+}
+
+TEST_F(WebPage, ErrorCarriesItsLabel) {
+    machine.MakeFolders(kScratch);
+    try {
+        Show();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
+    }
+}
+
+class Scrolling : public ProgramFixture {
+  protected:
+    forms::Form window{program, "Frm_Mainmenu"};
+    forms::TextBox text{window, "Fld_Log", true, true};
+    forms::Button button{window, "Cmd_Refresh", "&Refresh"};
+};
+
+TEST_F(Scrolling, FocusGoesBackToTheControlThatHadIt) {
+    button.SetFocus();
+    clsSystem(program).ScrollText(text, 1000);
+    EXPECT_EQ(text.ScrolledLines(), 1000);
+    EXPECT_EQ(window.ActiveControl(), &button);
+}
+
+TEST_F(Scrolling, FocusStaysOnTheTextBoxThatHadItItself) {
+    text.SetFocus();
+    clsSystem(program).ScrollText(text, 3);
+    EXPECT_EQ(window.ActiveControl(), &text);
+}
+
+class GradientTest : public ProgramFixture {
+  protected:
+    const std::vector<forms::Form::FilledBox>& Paint(int height, int blue, bool down) {
+        window.MarkSize(3000, height);
+        clsForm().Gradient(window, 0, 0, blue, down);
+        return window.Boxes();
+    }
+    forms::Form window{program, "Frm_Splash"};
+};
+
+TEST_F(GradientTest, Draws63BandsFromPureBlueToSeven) {
+    const auto& bands = Paint(6300, 255, true);
+    ASSERT_EQ(bands.size(), 63u);
+    EXPECT_EQ(bands.front().top, 0);
+    EXPECT_EQ(bands.front().bottom, 100);
+    EXPECT_EQ(bands.front().right, 3000);
+    EXPECT_EQ(bands.front().blue, 255);
+    EXPECT_EQ(bands.back().top, 6200);
+    EXPECT_EQ(bands.back().blue, 7);
+    EXPECT_EQ(bands.back().red, 0);
+}
+
+TEST_F(GradientTest, ComponentThatFallsBelowOneIsZero) {
+    const auto& bands = Paint(6300, 8, true);
+    EXPECT_EQ(bands[1].blue, 4);
+    EXPECT_EQ(bands[2].blue, 0);
+    EXPECT_EQ(bands[3].blue, 0);
+}
+
+TEST_F(GradientTest, BottomToTopBeginsAtTheBottom) {
+    const auto& bands = Paint(6300, 255, false);
+    EXPECT_EQ(bands.front().top, 6200);
+    EXPECT_EQ(bands.front().bottom, 6300);
+    EXPECT_EQ(bands.back().top, 0);
+}
+
+TEST_F(GradientTest, WindowShorterThan32UnitsGets63EmptyBands) {
+    const auto& bands = Paint(31, 255, true);
+    ASSERT_EQ(bands.size(), 63u);
+    for (const auto& band : bands) EXPECT_EQ(band.top, band.bottom);
+}
+
+TEST_F(GradientTest, RepaintingReplacesTheBands) {
+    Paint(6300, 255, true);
+    EXPECT_EQ(Paint(630, 255, true).size(), 63u);
+}
+
+TEST_F(GradientTest, CoordinateBeyond16BitsEndsThroughTheErrorTrap) {
+    try {
+        Paint(40000, 255, true);
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsForm:Gradient Method");
+        EXPECT_EQ(error.description(), "Overflow");
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test
