@@ -1,10 +1,12 @@
 // The archive engine on a command line, for trying, measuring and scripting it.
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
 
 #include "tools/vzip_create.h"
+#include "tools/vzip_extract.h"
 
 #ifdef _WIN32
 #include "platform/win32/win32_machine.h"
@@ -22,16 +24,25 @@ namespace {
 constexpr const char* kUsage =
     "usage: vzip create ARCHIVE.zip FOLDER [--level 0-9] [--mask MASK] [--no-sub-folders]\n"
     "                   [--threads N] [--quiet]\n"
-    "exit code: 0 complete, 1 some files skipped, 2 failed\n";
+    "       vzip list ARCHIVE.zip\n"
+    "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--quiet]\n"
+    "exit code: 0 complete, 1 some files skipped or not restored, 2 failed\n";
 
 int Run(int count, char** words) {
     NativeMachine native;
     const std::string command = count > 1 ? words[1] : "";
-    if (command != "create") {
-        std::fputs(kUsage, stderr);
-        return vantrel::tools::kExitFailed;
+    const std::vector<std::string> arguments(words + std::min(count, 2), words + count);
+    if (command == "create") {
+        return vantrel::tools::CreateArchive(native.machine(), arguments);
     }
-    return vantrel::tools::CreateArchive(native.machine(), {words + 2, words + count});
+    if (command == "list") {
+        return vantrel::tools::ListArchive(native.machine(), arguments);
+    }
+    if (command == "extract") {
+        return vantrel::tools::ExtractFiles(native.machine(), arguments);
+    }
+    std::fputs(kUsage, stderr);
+    return vantrel::tools::kExitFailed;
 }
 
 }  // namespace
