@@ -63,9 +63,12 @@ void CheckLocal(const ReadBytes& read, ReadEntry& entry, bool contents,
     const std::uint16_t extra_size = U16(header, 28);
     Demand(read(entry.offset + 30, name_size) == entry.name, "local name of " + entry.name);
     entry.local_fields = Fields(read(entry.offset + 30 + name_size, extra_size));
-    Demand(U16(header, 4) == entry.needed && U16(header, 6) == entry.flags &&
-               U16(header, 8) == entry.method && U32(header, 10) == entry.dos_time &&
-               U32(header, 14) == entry.crc,
+    // An offset that needs Zip64 raises the version in the directory only.
+    const std::uint16_t needed = U16(header, 4);
+    Demand(needed == entry.needed || (entry.needed == 45 && entry.offset >= 0xFFFFFFFF),
+           "version needed of " + entry.name);
+    Demand(U16(header, 6) == entry.flags && U16(header, 8) == entry.method &&
+               U32(header, 10) == entry.dos_time && U32(header, 14) == entry.crc,
            "local header of " + entry.name);
     const auto wide = entry.local_fields.find(1);
     if (wide == entry.local_fields.end()) {

@@ -224,8 +224,8 @@ TEST_F(ArchiveWriter, WritesInLargeStepsOneAfterTheOther) {
     for (int i = 0; i < 300; ++i) {
         files.Put("C:\\Data\\" + std::to_string(i), Noise(20000, static_cast<std::uint64_t>(i)));
     }
-    int writes = 0;
-    int seeks = 0;
+    std::atomic<int> writes{0};
+    std::atomic<int> seeks{0};
     files.before = [&](const std::string& call, const std::string& path) {
         writes += call == "Write" ? 1 : 0;
         seeks += call == "Seek" && path.ends_with(zip::kTemporarySuffix) ? 1 : 0;

@@ -107,8 +107,10 @@ class WriterTest : public ::testing::Test {
     }
 
     platform::Machine Machine() {
-        return {machine.process,    files, machine.drives, machine.clock, machine.settings,
-                machine.code_page()};
+        return {machine.process,        files,
+                machine.drives,         machine.clock,
+                machine.settings,       machine.code_page(),
+                machine.machine().shell};
     }
     zip::RunOutcome Run() {
         result = zip::WriteArchive(Machine(), options, events);
