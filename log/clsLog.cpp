@@ -102,7 +102,8 @@ void clsLog::LogFile() {
 }
 
 void clsLog::RollOver() {
-    auto& [process, files, drives, clock, settings, code_page] = program_.machine;
+    auto& clock = program_.machine.clock;
+    auto& files = program_.machine.files;
     const auto log = files.Find(FixedName());
     if (!log) return;
     // Month numbers alone are compared: in January the difference is 0, which no month bears, so
