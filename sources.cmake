@@ -194,13 +194,20 @@ set(ZIP_TESTS
     tests/zip/entry_records_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/other_readers_test.cpp
+    tests/zip/pkunzip_test.cpp
     tests/zip/pkzip_test.cpp
     tests/zip/progress_test.cpp
+    tests/zip/reader_directory_test.cpp
+    tests/zip/reader_extract_test.cpp
+    tests/zip/reader_failure_test.cpp
+    tests/zip/reader_names_test.cpp
+    tests/zip/reader_others_test.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/source_scan_test.cpp
     tests/zip/unreadable_files_test.cpp
     tests/zip/writer_failure_test.cpp
-    tests/zip/zip64_test.cpp)
+    tests/zip/zip64_test.cpp
+    tests/zip/zip_builder.cpp)
 set(BACKUPSET_TESTS
     tests/backupset/exist_test.cpp
     tests/backupset/paths_test.cpp

@@ -137,6 +137,13 @@ SafeName MakeSafeName(std::string_view stored) {
         return Refused(std::move(refusal));
     }
     stored = WithoutOuterSlashes(stored, name);
+    // How some writers begin every name; nothing is meant by it.
+    if (stored == "." || stored.starts_with("./") || stored.starts_with(".\\")) {
+        stored.remove_prefix(std::min<std::size_t>(stored.size(), 2));
+        if (stored.empty()) {
+            return name;
+        }
+    }
     if (IsDriveStart(stored)) {
         return Refused("its name starts with a drive");
     }

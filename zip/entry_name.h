@@ -17,8 +17,9 @@ struct SafeName {
     std::vector<std::string> changes;
 };
 
-// Both kinds of slash separate components; one at the end is dropped. A name that leads out of the
-// destination, that is empty, or that means a drive or a device is refused; leading slashes go;
+// Both kinds of slash separate components; one at the end is dropped, and so is "./" at the start
+// (a name of nothing else is the destination itself: no path, no refusal). A name that leads out of
+// the destination, that is empty, or that means a drive or a device is refused; leading slashes go;
 // characters that no Windows name may hold become "_", reserved names get one before them.
 SafeName MakeSafeName(std::string_view stored);
 

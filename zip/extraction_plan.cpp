@@ -98,6 +98,12 @@ class Planner {
         if (!name.refusal.empty()) {
             return Refuse(index, name.refusal);
         }
+        if (name.path.empty()) {
+            if (!entry.is_folder) {
+                Refuse(index, "its name means the destination itself");
+            }
+            return;
+        }
         if (entry.is_link) {
             return Refuse(index, "it is a link, and links are not made");
         }

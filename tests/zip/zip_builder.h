@@ -1,0 +1,60 @@
+// Archives made byte by byte, right ones and wrong ones.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "zip/byte_source.h"
+
+namespace vantrel::test {
+
+struct BuiltEntry {
+    std::string name;
+    std::string content;
+    std::uint16_t method = 0;  // 0 and 8 are really made; of others the data is the content
+    std::uint16_t flags = 0;
+    std::uint8_t host = 0;
+    std::uint32_t external = 0x20;
+    std::uint32_t dos_time = 0x5B6F68A0;  // 2025-11-15 13:05:00
+    std::string central_extra{};
+    std::string local_extra{};
+    // Lies, of the directory alone; a negative number tells the truth.
+    std::int64_t size = -1;
+    std::int64_t packed_size = -1;
+    std::int64_t crc = -1;
+    std::int64_t offset = -1;
+    std::string local_name{};  // "" is `name`
+};
+
+struct BuiltArchive {
+    std::string prefix;  // before the archive; offsets do not count it
+    std::vector<BuiltEntry> entries;
+    std::string comment;
+    std::string junk;  // behind everything
+    std::int64_t entries_stated = -1;
+    std::int64_t comment_length = -1;
+    bool zip64 = false;       // with Zip64 end record and locator
+    bool zip64_marks = true;  // the short fields are saturated then
+
+    std::string Bytes() const;
+};
+
+// An extra field with its header.
+std::string ExtraField(std::uint16_t id, const std::string& body);
+// A complete raw deflate stream.
+std::string RawDeflate(const std::string& content);
+
+class StringSource : public zip::ByteSource {
+  public:
+    explicit StringSource(std::string bytes) : bytes_(std::move(bytes)) {}
+    std::uint64_t Size() override { return bytes_.size(); }
+    std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count) override;
+    std::uint64_t bytes_read = 0;
+
+  private:
+    std::string bytes_;
+};
+
+}  // namespace vantrel::test
