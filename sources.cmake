@@ -66,8 +66,9 @@ set(ZIP_SOURCES
     zip/entry_records.cpp
     zip/extract_worker.cpp
     zip/extraction_plan.cpp
-    zip/folder_maker.cpp
     zip/file_spec.cpp
+    zip/folder_maker.cpp
+    zip/inflate64.cpp
     zip/packer.cpp
     zip/paths.cpp
     zip/pkunzip.cpp

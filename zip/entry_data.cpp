@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <map>
 #include <new>
+#include <string_view>
 
 #include "common/error.h"
 #include "zip/deflate.h"
 #include "zip/entry_records.h"
+#include "zip/inflate64.h"
 #include "zip/little_endian.h"
 
 namespace vantrel::zip {
@@ -103,7 +105,9 @@ std::string UnreadableBecause(const StoredEntry& entry) {
     if ((entry.flags & flag::kPatch) != 0) {
         return "it is a patch of another file";
     }
-    if (entry.method != method::kStored && entry.method != method::kDeflated) {
+    const bool known = entry.method == method::kStored || entry.method == method::kDeflated ||
+                       entry.method == method::kDeflated64;
+    if (!known) {
         return "its compression method " + std::to_string(entry.method) + " (" +
                MethodName(entry.method) + ") is not supported";
     }
@@ -178,7 +182,9 @@ std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
     if (entry.method == method::kStored && entry.size != entry.packed_size) {
         Damaged("its two sizes differ although it is stored");
     }
-    if (std::max(entry.size, entry.packed_size) <= kLargestWhole) {
+    if (entry.method == method::kDeflated64) {
+        StreamDeflated64(entry, data_at, sink);
+    } else if (std::max(entry.size, entry.packed_size) <= kLargestWhole) {
         ReadWhole(entry, data_at, sink);
     } else if (entry.method == method::kStored) {
         StreamStored(entry, data_at, sink);
@@ -246,6 +252,23 @@ void EntryData::StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, 
         }
         checked.Put(output_.data(), kPiece - stream.avail_out);
     }
+    checked.Finish();
+}
+
+void EntryData::StreamDeflated64(const StoredEntry& entry, std::uint64_t data_at,
+                                 const Sink& sink) {
+    CheckedSink checked(entry, sink);
+    std::uint64_t taken = 0;
+    const auto more = [&] {
+        const auto part =
+            static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, entry.packed_size - taken));
+        const std::uint8_t* const data = View(data_at + taken, part);
+        taken += part;
+        return std::string_view(reinterpret_cast<const char*>(data), part);
+    };
+    Inflate64(more, [&](const std::uint8_t* data, std::size_t count) {
+        checked.Put(data, count);
+    }).Run();
     checked.Finish();
 }
 

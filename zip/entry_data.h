@@ -35,9 +35,9 @@ class EntryData {
     using Sink = std::function<void(const std::uint8_t* data, std::size_t count)>;
 
     // Hands all data of the entry to `sink`, in order; what `sink` throws comes out. Raises 57 with
-    // words for the user when data, size or CRC are not as the directory states; data of at most
-    // kLargestWhole bytes has been checked before `sink` sees it. Returns how the local header
-    // disagrees with the directory, "" when it does not.
+    // words for the user when data, size or CRC are not as the directory states; stored or deflated
+    // data of at most kLargestWhole bytes has been checked before `sink` sees it. Returns how the
+    // local header disagrees with the directory, "" when it does not.
     std::string Read(const StoredEntry& entry, const Sink& sink);
 
   private:
@@ -48,6 +48,7 @@ class EntryData {
     void ReadWhole(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
     void StreamStored(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
     void StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
+    void StreamDeflated64(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
 
     ByteSource& source_;
     std::unique_ptr<Inflaters> inflaters_;

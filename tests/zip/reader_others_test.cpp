@@ -64,6 +64,15 @@ TEST_F(OtherWriters, SevenZip) {
     ExpectSameTree();
 }
 
+TEST_F(OtherWriters, SevenZipsDeflate64WithItsLongMatchesAndFarDistances) {
+    const std::string far = Noise(50000);
+    machine.PutFile("C:\\Data\\far", far + far + Noise(65000, 2) + far);
+    machine.PutFile("C:\\Data\\long", std::string(300000, 'z') + Prose(300000));
+    MakeWith("7zz a -tzip -mm=Deflate64 -mx=9 @ .");
+    Extract();
+    ExpectSameTree();
+}
+
 TEST_F(OtherWriters, Bsdtar) {
     MakeWith("bsdtar --format zip -cf @ .");
     Extract();

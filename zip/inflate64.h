@@ -1,0 +1,61 @@
+// Decompression of method 9, Deflate64: deflate (RFC 1951) with a window of 64 KiB, two more
+// distance codes, and a last length code that carries 16 bits. Windows itself writes it for files
+// over 2 GB.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+namespace vantrel::zip {
+
+class Inflate64 {
+  public:
+    // `more` gives the next bytes of input, valid until its next call; empty at the end.
+    // `out` takes what has been decompressed.
+    Inflate64(std::function<std::string_view()> more,
+              std::function<void(const std::uint8_t*, std::size_t)> out);
+
+    // Runs to the end of the stream. Raises 57 when it is damaged or ends early.
+    void Run();
+
+  private:
+    // A Huffman code as a table: indexed by the next bits of input, it holds symbol * 16 + length.
+    class Code {
+      public:
+        void Build(const std::uint8_t* lengths, std::size_t count);
+        unsigned Read(Inflate64& in) const;
+
+      private:
+        std::vector<std::uint16_t> table_;
+        int bits_ = 0;
+    };
+
+    std::uint32_t Peek(int count);
+    void Drop(int count);
+    std::uint32_t Take(int count);
+    bool RunBlock();
+    void CopyStored();
+    void ReadFixedCodes();
+    void ReadDynamicCodes();
+    void RunCodes();
+    void CopyMatch(unsigned symbol);
+    void Put(std::uint8_t byte);
+    void Flush();
+
+    std::function<std::string_view()> more_;
+    std::function<void(const std::uint8_t*, std::size_t)> out_;
+    std::string_view input_;
+    std::uint64_t bits_ = 0;
+    int bit_count_ = 0;
+    std::vector<std::uint8_t> window_;
+    std::size_t position_ = 0;  // in the window
+    bool wrapped_ = false;      // the window is full of earlier output
+    Code literals_;
+    Code distances_;
+};
+
+}  // namespace vantrel::zip
