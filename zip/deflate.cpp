@@ -3,6 +3,7 @@
 #include <libdeflate.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -159,6 +160,28 @@ void Deflater::Part(const std::uint8_t* in, std::size_t size, bool last, Buffer&
     const std::size_t padding = packed_size * 8 - block.end_bit;
     const std::size_t skip = padding >= 3 ? 1 : 0;
     out.Append(kEmptyStored + skip, sizeof(kEmptyStored) - skip);
+}
+
+bool Sampler::GainsNothing(const std::uint8_t* sample, std::size_t size) {
+    packed_.Resize(size);
+    return compressor_->Compress(sample, size, packed_.data(), size - size / 64) == 0;
+}
+
+bool Sampler::LooksIncompressible(const std::uint8_t* data, std::size_t size) {
+    // Below this the samples would cost as much as they save.
+    constexpr std::size_t kSmallest = 4096;
+    constexpr std::size_t kSpacing = 128 * 1024;
+    if (size < kSmallest) {
+        return false;
+    }
+    const std::size_t samples = 2 + size / kSpacing;
+    const std::size_t length = std::min(kSampleSize / 4, size / 4);
+    for (std::size_t i = 0; i < samples; ++i) {
+        if (!GainsNothing(data + (size - length) / (samples - 1) * i, length)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::uint32_t Crc32(const std::uint8_t* data, std::size_t size) {

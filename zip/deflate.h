@@ -50,6 +50,25 @@ class Deflater {
     std::unique_ptr<Proof> proof_;
 };
 
+// Tells cheaply whether data is compressed already, from samples at the quickest level. An object
+// belongs to one thread.
+class Sampler {
+  public:
+    static constexpr std::size_t kSampleSize = 16 * 1024;  // bytes; at most, of one sample
+
+    Sampler() : compressor_(MakeCompressor(1)) {}
+
+    // Whether this sample gains less than one part in 64.
+    bool GainsNothing(const std::uint8_t* sample, std::size_t size);
+    // Whether samples from all over the data, each of them, gain nothing. Small data is never worth
+    // asking for: false.
+    bool LooksIncompressible(const std::uint8_t* data, std::size_t size);
+
+  private:
+    std::unique_ptr<RawCompressor> compressor_;
+    Buffer packed_;
+};
+
 // CRC-32 as in APPNOTE 4.4.7, of a piece, and of two pieces joined.
 std::uint32_t Crc32(const std::uint8_t* data, std::size_t size);
 std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t second_size);

@@ -106,8 +106,9 @@ bool Packer::ReadFile(PackedItem& result) {
 void Packer::AppendFile(PackedItem& result, Buffer& bytes) {
     Entry& entry = result.entry;
     output_.Clear();
+    const bool worth_it = deflater_ && !sampler_.LooksIncompressible(input_.data(), input_.size());
     const bool smaller =
-        deflater_ && UntilItWorks(channel_, Cannot(kNotCompressed, result.path), [&] {
+        worth_it && UntilItWorks(channel_, Cannot(kNotCompressed, result.path), [&] {
             return deflater_->Whole(input_.data(), input_.size(), output_);
         });
     const Buffer& data = smaller ? output_ : input_;

@@ -33,6 +33,7 @@ class Packer {
     WorkSource& source_;
     RunChannel& channel_;
     std::unique_ptr<Deflater> deflater_;
+    Sampler sampler_;
     Buffer input_;
     Buffer output_;
     std::string header_;

@@ -14,12 +14,8 @@ constexpr std::size_t kMostFilesInBatch = 256;
 constexpr std::uint64_t kBatchBytes = kChunkSize;
 
 // Samples taken of a big file, to see whether it is compressed already.
-constexpr std::size_t kSampleSize = 16 * 1024;
 constexpr std::uint64_t kFewestSamples = 4;
 constexpr std::uint64_t kMostSamples = 32;
-// A sample that gains less than one part in 64 at the quickest level gains nothing at the best one.
-constexpr std::size_t kSampleGain = kSampleSize / 64;
-constexpr int kSampleLevel = 1;
 
 }  // namespace
 
@@ -35,11 +31,7 @@ struct WorkSource::BigFile {
 };
 
 WorkSource::WorkSource(SourceReader& reader, SourceList& list, ArchiveSink& sink, int level)
-    : reader_(reader),
-      list_(list),
-      sink_(sink),
-      level_(level),
-      sampler_(MakeCompressor(kSampleLevel)) {}
+    : reader_(reader), list_(list), sink_(sink), level_(level) {}
 
 WorkSource::~WorkSource() = default;
 
@@ -150,14 +142,11 @@ bool WorkSource::LooksIncompressible(platform::File& file, std::uint64_t size) {
     }
     const std::uint64_t samples = std::clamp(size / kChunkSize, kFewestSamples, kMostSamples);
     Buffer sample;
-    Buffer packed;
-    sample.Resize(kSampleSize);
-    packed.Resize(kSampleSize);
+    sample.Resize(Sampler::kSampleSize);
     for (std::uint64_t i = 0; i < samples; ++i) {
-        file.Seek((size - kSampleSize) / (samples - 1) * i);
-        const std::size_t count = ReadFully(file, sample.data(), kSampleSize);
-        if (count < kSampleSize || sampler_->Compress(sample.data(), count, packed.data(),
-                                                      kSampleSize - kSampleGain) != 0) {
+        file.Seek((size - sample.size()) / (samples - 1) * i);
+        const std::size_t count = ReadFully(file, sample.data(), sample.size());
+        if (count < sample.size() || !sampler_.GainsNothing(sample.data(), count)) {
             return false;
         }
     }

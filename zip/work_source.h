@@ -52,7 +52,7 @@ class WorkSource {
     std::unique_ptr<BigFile> big_;
     std::optional<SourceItem> read_ahead_;
     std::vector<Late> late_;  // being handed out, the next one last
-    std::unique_ptr<RawCompressor> sampler_;
+    Sampler sampler_;
 
     std::mutex later_mutex_;
     std::vector<Late> later_;

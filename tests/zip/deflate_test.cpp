@@ -166,6 +166,30 @@ TEST(Deflater, UnusedInputIsAnError) {
     EXPECT_THROW(deflater.Whole(Bytes(data), data.size(), out), Error);
 }
 
+TEST(Sampler, KnowsDataThatIsCompressedAlready) {
+    Sampler sampler;
+    for (const std::size_t size : {std::size_t{4096}, std::size_t{100000}, kChunkSize}) {
+        const std::string noise = test::Noise(size);
+        const std::string prose = test::Prose(size);
+        EXPECT_TRUE(sampler.LooksIncompressible(Bytes(noise), size)) << size;
+        EXPECT_FALSE(sampler.LooksIncompressible(Bytes(prose), size)) << size;
+    }
+}
+
+TEST(Sampler, OneSampleThatShrinksIsEnoughToCompress) {
+    Sampler sampler;
+    std::string data = test::Noise(kChunkSize);
+    data.replace(data.size() - 4096, 4096, std::string(4096, 'a'));
+    EXPECT_FALSE(sampler.LooksIncompressible(Bytes(data), data.size()));
+}
+
+TEST(Sampler, SmallDataIsAlwaysTried) {
+    Sampler sampler;
+    const std::string noise = test::Noise(4095);
+    EXPECT_FALSE(sampler.LooksIncompressible(Bytes(noise), noise.size()));
+    EXPECT_FALSE(sampler.LooksIncompressible(nullptr, 0));
+}
+
 TEST(Crc, OfPartsCombinesToTheWhole) {
     const std::string data = test::Prose(5000);
     const std::uint32_t first = Crc32(Bytes(data), 1234);
