@@ -30,6 +30,7 @@ void List::Add(const std::string& text) {
 void List::Remove(int index) {
     if (index < 0 || index >= Count()) RaiseError(error_number::kInvalidPropertyValue);
     items_.erase(items_.begin() + index);
+    ++removals_;
     if (index == index_) {
         index_ = -1;
     } else if (index < index_) {
@@ -40,6 +41,7 @@ void List::Remove(int index) {
 
 void List::Clear() {
     items_.clear();
+    ++removals_;
     index_ = -1;
     Notify(Aspect::kItems);
 }

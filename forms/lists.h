@@ -22,6 +22,9 @@ class List : public Control {
     // Removes an entry. The selected one leaves no selection and raises no event.
     void Remove(int index);
     void Clear();
+    // How often entries were taken away. While it stays the same, entries were only added at the
+    // end: a view of many entries need not begin anew.
+    int Removals() const { return removals_; }
     // Text of the selected entry, "" without one.
     std::string Text() const { return Item(index_); }
     // Puts the selection back without raising Click.
@@ -33,6 +36,7 @@ class List : public Control {
   private:
     std::vector<std::string> items_;
     int index_ = -1;
+    int removals_ = 0;
 };
 
 // A drop-down list: the text is always one of the entries, or empty.

@@ -1,4 +1,6 @@
 // Lists of text: drop-down lists, list boxes, drive lists, file lists.
+#include <utility>
+
 #include "forms/form.h"
 #include "views/win32/binders.h"
 #include "views/win32/text.h"
@@ -35,6 +37,8 @@ class ListBinder : public Binder {
     virtual int Selected() const = 0;
     virtual void Choose(int index) = 0;
     virtual void Added(const std::wstring&) {}
+    // Whether the entries that are shown still stand as they are shown, others behind them.
+    virtual bool OnlyAdded() { return false; }
 
     int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
         return static_cast<int>(SendMessageW(handle(), message, wparam, lparam));
@@ -56,10 +60,10 @@ class ListBinder : public Binder {
 
     void ShowSelection() { Send(messages_.select, static_cast<WPARAM>(Selected())); }
 
-    // The object tells every single change, so one entry more means one entry at the end.
     void ShowEntries() {
         int shown = Send(messages_.count);
-        if (Count() != shown + 1) {
+        SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
+        if (!OnlyAdded() || shown > Count()) {
             Send(messages_.reset);
             shown = 0;
         }
@@ -68,6 +72,8 @@ class ListBinder : public Binder {
             Send(messages_.add, 0, reinterpret_cast<LPARAM>(text.c_str()));
             Added(text);
         }
+        SendMessageW(handle(), WM_SETREDRAW, TRUE, 0);
+        InvalidateRect(handle(), nullptr, TRUE);
     }
 
     const Messages& messages_;
@@ -84,17 +90,25 @@ class TextListBinder : public ListBinder {
     std::string Entry(int index) const override { return list_.Item(index); }
     int Selected() const override { return list_.Index(); }
     void Choose(int index) override { list_.SetIndex(index); }
+    bool OnlyAdded() override {
+        const int before = std::exchange(removals_, list_.Removals());
+        return before == removals_;
+    }
 
   private:
     forms::List& list_;
+    int removals_ = -1;
 };
 
-// Long lines can be scrolled to.
+// A list of messages: they come by the thousand, and their long lines can be scrolled to.
 class WideListBinder : public TextListBinder {
   public:
     using TextListBinder::TextListBinder;
 
   protected:
+    bool PutsOff(Aspect aspect) const override {
+        return aspect == Aspect::kItems || aspect == Aspect::kSelection;
+    }
     void Added(const std::wstring& text) override {
         const HDC device = GetDC(handle());
         const HGDIOBJ before =

@@ -61,6 +61,7 @@ class LabelBinder : public CaptionBinder {
     }
 
   protected:
+    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kText; }
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
         if (aspect == Aspect::kColor || aspect == Aspect::kText)
@@ -124,6 +125,7 @@ class ProgressBarBinder : public Binder {
     }
 
   protected:
+    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kValue; }
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kValue)
             SendMessageW(handle(), PBM_SETPOS, static_cast<WPARAM>(bar_.Value()), 0);

@@ -1,5 +1,8 @@
 #include "views/win32/binder.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "common/error.h"
 #include "forms/form.h"
 #include "views/win32/binders.h"
@@ -23,7 +26,17 @@ void Binder::Start() {
     control_.Bind(this);
 }
 
+void Binder::Flush() {
+    for (Aspect aspect : std::exchange(put_off_, {})) Show(aspect);
+}
+
 void Binder::Changed(Aspect aspect) {
+    if (PutsOff(aspect)) {
+        if (std::find(put_off_.begin(), put_off_.end(), aspect) == put_off_.end())
+            put_off_.push_back(aspect);
+        return;
+    }
+    if (aspect == Aspect::kRedraw) Flush();
     if (handle_) {
         switch (aspect) {
             case Aspect::kEnabled:

@@ -8,6 +8,7 @@
 #include <commctrl.h>
 
 #include <memory>
+#include <vector>
 
 #include "forms/control.h"
 #include "views/win32/fonts.h"
@@ -31,6 +32,8 @@ class Binder : public forms::ControlView {
     // Brings the whole object to the screen and follows it from then on.
     void Start();
     void Changed(forms::Aspect aspect) override;
+    // Shows what has been put off.
+    void Flush();
 
     // What the real control reports: a WM_COMMAND code, a WM_NOTIFY, a wish to be painted, a click
     // of the right button, a tick, a chosen menu entry.
@@ -46,6 +49,9 @@ class Binder : public forms::ControlView {
 
   protected:
     virtual void Show(forms::Aspect) {}
+    // Whether an aspect may change thousands of times a second: it is then shown when the message
+    // queue is looked at next, which is when anybody could see it.
+    virtual bool PutsOff(forms::Aspect) const { return false; }
     bool ShouldShow() const;
 
     WindowView& window_;
@@ -59,6 +65,7 @@ class Binder : public forms::ControlView {
     HWND handle_;
     int id_;
     OwnedFont font_;
+    std::vector<forms::Aspect> put_off_;
 };
 
 // The binder for the control's kind. Throws vantrel::Error when the window lacks the real control.

@@ -61,8 +61,7 @@ void Win32Desktop::ShowModal(Form& form) {
     }
     ShowView(view);
     MSG message;
-    while (form.Visible() && !session_ends_ && GetMessageW(&message, nullptr, 0, 0) > 0)
-        Dispatch(message);
+    while (form.Visible() && !session_ends_ && NextMessage(message)) Dispatch(message);
     form.MarkVisible(false);
     // The owner first, or Windows would give the keyboard to another program's window.
     for (HWND other : disabled) EnableWindow(other, TRUE);
@@ -122,7 +121,17 @@ void Win32Desktop::Dispatch(MSG& message) {
     --dispatching_;
 }
 
+void Win32Desktop::Flush() {
+    for (const auto& view : views_) view->Flush();
+}
+
+bool Win32Desktop::NextMessage(MSG& message) {
+    Flush();
+    return GetMessageW(&message, nullptr, 0, 0) > 0;
+}
+
 void Win32Desktop::DoEvents() {
+    Flush();
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
@@ -132,7 +141,7 @@ void Win32Desktop::DoEvents() {
 
 void Win32Desktop::Run() {
     MSG message;
-    while (!views_.empty() && GetMessageW(&message, nullptr, 0, 0) > 0) Dispatch(message);
+    while (!views_.empty() && NextMessage(message)) Dispatch(message);
 }
 
 void Win32Desktop::SetPointer(forms::Pointer pointer) {

@@ -69,6 +69,8 @@ class Win32Desktop : public forms::Desktop {
     void ShowView(WindowView& view);
     bool PressCancelOrOk(forms::Form& form);
     void Dispatch(MSG& message);
+    void Flush();
+    bool NextMessage(MSG& message);
     static void WakeLoops();
 
     std::vector<std::unique_ptr<WindowView>> views_;  // in the order of loading

@@ -228,6 +228,10 @@ bool WindowView::PreTranslate(MSG& message) {
     return IsDialogMessageW(window_, &message) != FALSE;
 }
 
+void WindowView::Flush() {
+    for (const auto& binder : binders_) binder->Flush();
+}
+
 void WindowView::TrackFocus() {
     const HWND focus = GetFocus();
     if (!form_ || !focus || !IsChild(window_, focus)) return;

@@ -42,6 +42,8 @@ class WindowView : public forms::ControlView {
     void PostActivation();
     // A message for this window or something in it, before Windows sees it; true when that was all.
     bool PreTranslate(MSG& message);
+    // Shows what its binders have put off.
+    void Flush();
     void TrackFocus();
 
     // For binders.
