@@ -73,7 +73,8 @@ void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
 
 void ArchiveFile::Patch(std::uint64_t offset, std::string_view bytes) {
     const std::uint64_t end = offset + bytes.size();
-    const std::uint64_t in_file = std::min(end, std::max(flushed_, offset)) - offset;
+    const auto in_file =
+        static_cast<std::size_t>(std::min(end, std::max(flushed_, offset)) - offset);
     if (in_file > 0) {
         WriteAt(offset, bytes.substr(0, in_file));
     }
@@ -85,7 +86,7 @@ void ArchiveFile::Patch(std::uint64_t offset, std::string_view bytes) {
 
 void ArchiveFile::CutBack(std::uint64_t offset) {
     if (offset >= flushed_) {
-        buffer_.Resize(offset - flushed_);
+        buffer_.Resize(static_cast<std::size_t>(offset - flushed_));
         return;
     }
     UntilItWorks(
