@@ -38,6 +38,22 @@ std::string MethodName(std::uint16_t number) {
     return found == kNames.end() ? "unknown" : found->second;
 }
 
+// What a local header says otherwise than the directory; sizes may stand in a descriptor or in a
+// Zip64 field instead.
+std::string NumbersThatDiffer(std::string_view header, const StoredEntry& entry) {
+    if (GetNumber<std::uint16_t>(header, 8) != entry.method) {
+        return "method";
+    }
+    const auto agrees = [&header](std::size_t at, std::uint64_t central) {
+        const auto local = GetNumber<std::uint32_t>(header, at);
+        return local == central || local == kSaturated32;
+    };
+    const bool in_descriptor = (GetNumber<std::uint16_t>(header, 6) & flag::kDescriptor) != 0;
+    const bool same = GetNumber<std::uint32_t>(header, 14) == entry.crc &&
+                      agrees(18, entry.packed_size) && agrees(22, entry.size);
+    return in_descriptor || same ? "" : "size or checksum";
+}
+
 // Counts and checks what is handed to a sink.
 class CheckedSink {
   public:
@@ -150,30 +166,16 @@ std::uint64_t EntryData::FindData(const StoredEntry& entry, std::string& disagre
     if (GetNumber<std::uint32_t>(header, 0) != kLocalSignature) {
         Damaged("its local header is not where the directory says");
     }
-    const auto flags = GetNumber<std::uint16_t>(header, 6);
-    const auto method = GetNumber<std::uint16_t>(header, 8);
-    const auto crc = GetNumber<std::uint32_t>(header, 14);
-    const auto packed_size = GetNumber<std::uint32_t>(header, 18);
-    const auto size = GetNumber<std::uint32_t>(header, 22);
     const std::size_t name_length = GetNumber<std::uint16_t>(header, 26);
     const std::size_t extra_length = GetNumber<std::uint16_t>(header, 28);
-    const auto agrees = [](std::uint32_t local, std::uint64_t central) {
-        return local == central || local == kSaturated32;
-    };
-    if (method != entry.method) {
-        disagreement = "method";
-    } else if ((flags & flag::kDescriptor) == 0 &&
-               (crc != entry.crc || !agrees(packed_size, entry.packed_size) ||
-                !agrees(size, entry.size))) {
-        disagreement = "size or checksum";
-    }
-    const std::string& raw_name = entry.RawName();
-    const std::uint8_t* const name = View(entry.offset + kLocalSize, name_length);
-    if (name_length != raw_name.size() ||
-        !std::equal(raw_name.begin(), raw_name.end(), reinterpret_cast<const char*>(name))) {
+    disagreement = NumbersThatDiffer(header, entry);
+    const std::uint64_t name_at = entry.offset + kLocalSize;
+    const std::string_view name(reinterpret_cast<const char*>(View(name_at, name_length)),
+                                name_length);
+    if (name != entry.RawName()) {
         disagreement = "name";
     }
-    return entry.offset + kLocalSize + name_length + extra_length;
+    return name_at + name_length + extra_length;
 }
 
 std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {

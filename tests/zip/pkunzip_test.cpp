@@ -132,8 +132,17 @@ TEST_F(PkUnzip, CancelIsTakenFromTheOverallEvent) {
     PutArchive();
     SetAll();
     cancel_at = 1;
+    // The archive cannot be opened before the cancel has been handed over.
+    std::atomic<int> raised = 0;
+    component.FileProgress = [&](std::int32_t&) { ++raised; };
+    files.before = [&](const std::string& call, const std::string&) {
+        while (call == "Open" && raised < 2) {
+            std::this_thread::yield();
+        }
+    };
     component.Set(kAction, kActionExtract);
-    EXPECT_EQ(overall.size(), 1u);
+    EXPECT_FALSE(files.Exists("C:\\Out"));
+    EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(PkUnzip, CancelledQuestionRaisesOneMoreOverallEvent) {
