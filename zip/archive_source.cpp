@@ -8,6 +8,9 @@ platform::File& ArchiveSource::Opened() {
     if (!file_) {
         file_ = files_.Open(path_, platform::OpenMode::kRead);
         position_ = 0;
+        if (channel_ != nullptr && file_->Size() != expected_size_) {
+            throw Error(error_number::kDeviceIo, "", "It is another archive than before");
+        }
     }
     return *file_;
 }

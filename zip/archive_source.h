@@ -15,8 +15,13 @@ class ArchiveSource : public ByteSource {
     ArchiveSource(platform::FileSystem& files, std::string path)
         : files_(files), path_(std::move(path)) {}
 
-    // From now on failures are questions: tried again until it works or the run stops.
-    void AskOn(RunChannel& channel) { channel_ = &channel; }
+    // From now on failures are questions: tried again until it works or the run stops. So is an
+    // archive of another size than this, which somebody has put in the place of the one that was
+    // listed.
+    void AskOn(RunChannel& channel, std::uint64_t size) {
+        channel_ = &channel;
+        expected_size_ = size;
+    }
 
     std::uint64_t Size() override;
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count) override;
@@ -29,6 +34,7 @@ class ArchiveSource : public ByteSource {
     platform::FileSystem& files_;
     std::string path_;
     RunChannel* channel_ = nullptr;
+    std::uint64_t expected_size_ = 0;
     std::unique_ptr<platform::File> file_;
     std::uint64_t position_ = 0;
 };

@@ -114,6 +114,27 @@ TEST_F(ExtractionFailure, ArchiveGoneInTheMiddleComesBack) {
     EXPECT_EQ(result.failed, 0);
 }
 
+TEST_F(ExtractionFailure, AnotherArchiveInItsPlaceIsNotRead) {
+    PutArchive();
+    options.threads = 1;
+    events.questions = &questions;
+    std::atomic<int> opens = 0;
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "Open" && path == options.archive && ++opens == 2) {
+            files.Append(options.archive, "x");
+        }
+    };
+    questions.answers = {[&] {
+        PutArchive();
+        return true;
+    }};
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(
+        questions.asked,
+        Strings{"The archive cannot be read: C:\\In.zip (It is another archive than before)."});
+    EXPECT_EQ(Content("a.txt"), Prose(3000));
+}
+
 TEST_F(ExtractionFailure, TooLittleSpaceIsSaidBeforeTheFirstByte) {
     PutArchive();
     machine.drives.drives['C'].free_bytes = 3003;  // 3004 are needed
