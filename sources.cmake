@@ -104,6 +104,12 @@ set(BACKUP_SOURCES
     backup/Frm_BackupOptions.cpp
     backup/Frm_BackupWhere.cpp
     backup/preflight.cpp)
+set(RESTORE_SOURCES
+    restore/Frm_Restore.cpp
+    restore/Frm_RestoreWhere.cpp
+    restore/archive_contents.cpp
+    restore/protected_pass.cpp
+    restore/texts.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
     ui/backup_tab.cpp
@@ -231,6 +237,8 @@ set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
     tests/backup/dialogs_test.cpp
     tests/backup/preflight_test.cpp)
+set(RESTORE_TESTS
+    tests/restore/protected_pass_test.cpp)
 set(UI_TESTS
     tests/ui/backup_tab_test.cpp
     tests/ui/main_window_test.cpp)

@@ -37,7 +37,8 @@ void RemoveQuietly(FileSystem& files, const std::string& path) {
     try {
         files.RemoveFile(path);
     } catch (const Error&) {
-        // The scratch file is not there, or as stuck as the disk itself: the first error tells more.
+        // The scratch file is not there, or as stuck as the disk itself: the first error tells
+        // more.
     }
 }
 

@@ -32,7 +32,8 @@ std::string ParentOf(const std::string& path) {
 
 struct TestMachine::State {
     explicit State(TestMachine& owner)
-        : machine{owner.process, files, owner.drives, owner.clock, owner.settings, code_page, owner.shell} {}
+        : machine{owner.process,  files,     owner.drives, owner.clock,
+                  owner.settings, code_page, owner.shell} {}
 
     std::string folder = NewFolder();
     platform::HostDriveMap map;
