@@ -199,6 +199,7 @@ set(ZIP_TESTS
     tests/zip/deflate_test.cpp
     tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
+    tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/other_readers_test.cpp
     tests/zip/pkunzip_test.cpp

@@ -17,6 +17,10 @@ namespace {
 
 // Each thread holds about 5 MB; this keeps all of them within 128 MB.
 constexpr int kMostThreads = 16;
+// The compressor's own level for each level of ours (its scale goes to 12). Measured on 1 GB in
+// 69,000 files: its 9 makes the archive 0.3 % smaller than its 7 and takes twice the time; with 7
+// the archive is still 0.8 % smaller than that of `zip -9`. See docs/performance.md.
+constexpr int kEffort[] = {0, 1, 2, 3, 4, 5, 6, 6, 7, 7};
 // Jobs that may be finished before their turn, beyond one for each thread.
 constexpr int kSlack = 6;
 
@@ -93,6 +97,7 @@ class ArchiveRun {
     void Work(SourceReader& reader, WorkSource& source, ArchiveSink& sink, int threads) {
         {
             std::vector<std::jthread> workers;
+            workers.reserve(static_cast<std::size_t>(threads));
             for (int i = 0; i < threads; ++i) {
                 workers.emplace_back([&] { Worker(reader, source, sink); });
             }
@@ -121,7 +126,7 @@ class ArchiveRun {
             return nullptr;
         }
         return options_.make_compressor ? options_.make_compressor()
-                                        : MakeCompressor(options_.level);
+                                        : MakeCompressor(kEffort[options_.level]);
     }
 
     platform::Machine machine_;

@@ -95,12 +95,14 @@ class DestinationInsideTheSource(harness.EndToEndTest):
         source = self.pc.drive("s")
         trees.make_real_tree(source)
         (source / "Backup").mkdir()
+        (source / "Backup" / "list of discs.txt").write_text("one")
         self.pc.write_set("Inside.ini", BackupFiles="S:\\*.*", BackupToDrive="S:\\Backup\\")
         # The second run meets the first one's archive, which is about to be replaced.
         for _ in range(2):
             self.assert_exit_code(harness.COMPLETE, self.pc.run_unattended("Inside.ini"))
             archive = source / "Backup" / "INSIDE.zip"
-            self.assertEqual(["INSIDE.zip"], [path.name for path in archive.parent.iterdir()])
+            self.assertEqual(["INSIDE.zip", "list of discs.txt"],
+                             sorted(path.name for path in archive.parent.iterdir()))
             self.assertEqual([], archives.differences(source, archive, {"Backup/INSIDE.zip"}))
 
 
