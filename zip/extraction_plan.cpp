@@ -113,7 +113,10 @@ class Planner {
         if (overlaps_[index] && !(entry.is_folder && entry.packed_size == 0)) {
             return Refuse(index, "its data overlaps other data of the archive");
         }
-        entry.is_folder ? AddFolder(index, std::move(name)) : AddFile(index, std::move(name));
+        if (entry.is_folder) {
+            return AddFolder(index, std::move(name));
+        }
+        AddFile(index, std::move(name));
     }
 
     void AddFolder(std::uint32_t index, SafeName name) {

@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::size_t kWindow = 65536;
 constexpr int kLongestCode = 15;  // bits, RFC 1951 section 3.2.2
+// Places for the code lengths 0 to kLongestCode, and for the one that a sum over them ends at.
+constexpr std::size_t kLengths = 16;
+constexpr std::size_t kLengthsAndOne = 17;
 constexpr unsigned kEndOfBlock = 256;
 constexpr unsigned kFirstLength = 257;
 constexpr std::size_t kMostLiterals = 286;
@@ -46,7 +49,7 @@ Inflate64::Inflate64(std::function<std::string_view()> more,
     : more_(std::move(more)), out_(std::move(out)), window_(kWindow) {}
 
 void Inflate64::Code::Build(const std::uint8_t* lengths, std::size_t count) {
-    std::array<unsigned, kLongestCode + 1> counts{};
+    std::array<unsigned, kLengths> counts{};
     for (std::size_t i = 0; i < count; ++i) {
         ++counts[lengths[i]];
     }
@@ -55,8 +58,8 @@ void Inflate64::Code::Build(const std::uint8_t* lengths, std::size_t count) {
     while (bits_ > 1 && counts[static_cast<std::size_t>(bits_)] == 0) {
         --bits_;
     }
-    std::array<unsigned, kLongestCode + 2> next{};
-    for (std::size_t length = 1; length <= kLongestCode; ++length) {
+    std::array<unsigned, kLengthsAndOne> next{};
+    for (std::size_t length = 1; length < kLengths; ++length) {
         next[length + 1] = (next[length] + counts[length]) << 1;
         if (next[length] + counts[length] > (1u << length)) {
             Damaged();  // more codes than there is room for
