@@ -109,6 +109,7 @@ set(RESTORE_SOURCES
     restore/Frm_RestoreWhere.cpp
     restore/archive_contents.cpp
     restore/protected_pass.cpp
+    restore/restore_actions.cpp
     restore/texts.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
@@ -133,6 +134,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/input_box.cpp
     views/win32/layout.cpp
     views/win32/message_box.cpp
+    views/win32/open_file.cpp
     views/win32/text.cpp
     views/win32/window_parts.cpp
     views/win32/window_view.cpp)
@@ -239,7 +241,8 @@ set(BACKUP_TESTS
     tests/backup/dialogs_test.cpp
     tests/backup/preflight_test.cpp)
 set(RESTORE_TESTS
-    tests/restore/protected_pass_test.cpp)
+    tests/restore/protected_pass_test.cpp
+    tests/restore/restore_actions_test.cpp)
 set(UI_TESTS
     tests/ui/backup_tab_test.cpp
     tests/ui/main_window_test.cpp)

@@ -35,6 +35,11 @@ class Desktop {
     virtual std::string Input(const std::string& prompt, const std::string& title,
                               const std::string& default_text) = 0;
 
+    // The system's dialog for choosing a file that exists. `filter` is "Name (*.ext)|*.ext";
+    // `start` is the file chosen so far, "" for none. The chosen path, "" on Cancel.
+    virtual std::string OpenFile(const std::string& title, const std::string& filter,
+                                 const std::string& start) = 0;
+
     // Creates the window behind `form` and runs Form_Load; nothing when it is loaded.
     virtual void Load(Form& form) = 0;
     // Loads when needed and shows without waiting; Form_Activate comes from the message loop.

@@ -8,6 +8,8 @@
 #include "forms/form.h"
 #include "forms/lists.h"
 #include "forms/tree.h"
+#include "restore/restore_actions.h"
+#include "zip/pkunzip.h"
 
 namespace vantrel {
 
@@ -27,6 +29,8 @@ struct RestoreTab {
     forms::Label Fld_Total;
     forms::Button Cmd_Restore;
     forms::Button Cmd_Exit;
+    zip::PKUNZIP PKUNZIP;  // lists archives
+    RestoreActions actions;
 };
 
 struct EditTab {

@@ -56,6 +56,12 @@ std::string ScriptedDesktop::Input(const std::string& prompt, const std::string&
     return inputs.empty() ? std::string() : TakeFront(inputs);
 }
 
+std::string ScriptedDesktop::OpenFile(const std::string&, const std::string&,
+                                      const std::string& start) {
+    file_starts.push_back(start);
+    return files.empty() ? std::string() : TakeFront(files);
+}
+
 void ScriptedDesktop::Load(Form& form) {
     if (form.Loaded()) return;
     form.MarkLoaded(true);

@@ -17,6 +17,7 @@ class ScriptedDesktop : public forms::Desktop {
     // Answers to message boxes with more than one button, in order; none left: the default button.
     std::deque<forms::Answer> answers;
     std::deque<std::string> inputs;  // answers to input boxes; none left: ""
+    std::deque<std::string> files;   // answers to file dialogs; none left: ""
     // Runs at the next DoEvents (one step a call); `idle` steps run one by one while a modal window
     // or Run() waits for the user. A wait without an idle step left fails the test and ends.
     // Windows that are due for it are activated before either: the shown one, and the one that is
@@ -29,6 +30,7 @@ class ScriptedDesktop : public forms::Desktop {
     // --- looking ---
     std::vector<forms::Box> boxes;
     std::vector<std::string> input_prompts;
+    std::vector<std::string> file_starts;
     // "load Frm_Backup", "show ...", "activate ...", "hide ...", "unload ...".
     std::vector<std::string> happened;
     forms::Pointer pointer = forms::Pointer::kDefault;
@@ -39,6 +41,8 @@ class ScriptedDesktop : public forms::Desktop {
     forms::Answer Show(const forms::Box& box) override;
     std::string Input(const std::string& prompt, const std::string& title,
                       const std::string& default_text) override;
+    std::string OpenFile(const std::string& title, const std::string& filter,
+                         const std::string& start) override;
     void Load(forms::Form& form) override;
     void ShowModeless(forms::Form& form) override;
     void ShowModal(forms::Form& form) override;

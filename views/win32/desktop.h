@@ -28,6 +28,8 @@ class Win32Desktop : public forms::Desktop {
     forms::Answer Show(const forms::Box& box) override;
     std::string Input(const std::string& prompt, const std::string& title,
                       const std::string& default_text) override;
+    std::string OpenFile(const std::string& title, const std::string& filter,
+                         const std::string& start) override;
     void Load(forms::Form& form) override;
     void ShowModeless(forms::Form& form) override;
     void ShowModal(forms::Form& form) override;

@@ -1,0 +1,149 @@
+#include "restore/restore_actions.h"
+
+#include <memory>
+#include <vector>
+
+#include "backupset/clsFiles.h"
+#include "backupset/clsINI.h"
+#include "common/error.h"
+#include "log/show_error.h"
+#include "restore/Frm_Restore.h"
+#include "restore/Frm_RestoreWhere.h"
+#include "restore/protected_pass.h"
+#include "restore/texts.h"
+
+namespace vantrel {
+
+using forms::Icon;
+using forms::Pointer;
+
+std::string RestoreActions::SetPath() const {
+    return program_.InApplicationFolder(controls_.Cmb_RestoreFile.Text());
+}
+
+std::string RestoreActions::ArchiveOfSet() const {
+    clsINI set(program_);
+    set.Read_INI(SetPath());
+    return set.RestoreFromDrive() + set.RestoreFileName();
+}
+
+std::string RestoreActions::ArchiveToRestore() const {
+    return controls_.Cmb_RestoreFile.Text().empty() ? controls_.Fld_RestoreFile.Caption()
+                                                    : ArchiveOfSet();
+}
+
+void RestoreActions::Tell(const std::string& text) {
+    program_.globals.MessageText = text;
+    program_.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Restore"});
+}
+
+void RestoreActions::List(const std::string& archive) {
+    ShowZipContents(program_, controls_, archive);
+    listed_ = LookAtArchive(program_, archive);
+}
+
+void RestoreActions::Cmb_RestoreFile_Click() {
+    if (controls_.Cmb_RestoreFile.Index() == -1) return;
+    try {
+        TakeSet();
+    } catch (const Error& error) {
+        program_.desktop.SetPointer(Pointer::kDefault);
+        ShowError(program_, error);
+    }
+}
+
+void RestoreActions::TakeSet() {
+    program_.desktop.SetPointer(Pointer::kHourglass);
+    clsINI set(program_);
+    set.Read_INI(SetPath());
+    const std::string archive = set.RestoreFromDrive() + set.RestoreFileName();
+    const std::string& line = program_.globals.CrLf;
+    if (set.RestoreFromDrive().empty()) {
+        program_.desktop.SetPointer(Pointer::kDefault);
+        Tell("There is no Restore Information available for this Backupset." + line +
+             "Please select a new Backupset to Restore From or "
+             "manually select a file.");
+        controls_.Cmb_RestoreFile.SetIndex(-1);
+        return;
+    }
+    if (!clsFiles(program_).Exist(archive, true)) {
+        program_.desktop.SetPointer(Pointer::kDefault);
+        Tell(
+            "This configuration file indicates that a backup file "
+            "was created but it no longer appears to "
+            "exist." +
+            line + line + "File being sought is " + archive + line + line +
+            "If the File is from a Removable Drive then "
+            "place the disk into the drive now and try again.");
+        controls_.Cmb_RestoreFile.SetIndex(-1);
+        controls_.TV_Restore.Clear();
+        controls_.Fld_RestoreFile.SetCaption("");
+        return;
+    }
+    controls_.Fld_RestoreFile.SetCaption(archive);
+    List(archive);
+    program_.desktop.SetPointer(Pointer::kDefault);
+}
+
+void RestoreActions::Cmd_RestoreFile_Click() {
+    try {
+        Browse();
+    } catch (const Error&) {
+        program_.desktop.SetPointer(Pointer::kDefault);
+    }
+}
+
+void RestoreActions::Browse() {
+    std::string start = controls_.Fld_RestoreFile.Caption();
+    if (start.empty() || !clsFiles(program_).Exist(start, true)) start.clear();
+    const std::string chosen =
+        program_.desktop.OpenFile("Select a Restore File", "Restore Files (*.zip)|*.zip", start);
+    if (chosen.empty()) return;
+    controls_.Fld_RestoreFile.SetCaption(chosen);
+    List(chosen);
+    ForgetSetUnlessItNames(chosen);
+}
+
+void RestoreActions::ForgetSetUnlessItNames(const std::string& archive) {
+    if (controls_.Cmb_RestoreFile.Index() == -1) return;
+    auto& code_page = program_.machine.code_page;
+    const bool same = clsFiles(program_).Exist(SetPath(), true) &&
+                      code_page.Upper(ArchiveOfSet()) == code_page.Upper(archive);
+    if (!same) controls_.Cmb_RestoreFile.SetIndex(-1);
+}
+
+void RestoreActions::Cmd_RestoreTo_Click() { vantrel::Cmd_RestoreTo_Click(program_, controls_); }
+
+bool RestoreActions::Refused() {
+    const std::string& line = program_.globals.CrLf;
+    if (controls_.Cmb_RestoreFile.Text().empty() && controls_.Fld_RestoreFile.Caption().empty()) {
+        Tell("Nothing has been selected to Restore." + line + line +
+             "Please enter a valid Restore File.");
+        return true;
+    }
+    if (!controls_.Fld_RestoreTo.Caption().empty()) return false;
+    Tell("No Location has been selected to Restore the File To." + line + line +
+         LocationWarning(program_));
+    return true;
+}
+
+void RestoreActions::Cmd_Restore_Click() {
+    if (Refused()) return;
+    program_.desktop.SetPointer(Pointer::kHourglass);
+    // The pass goes by the entries that are listed: a listing of another archive would let a
+    // protected folder be overwritten.
+    const std::string archive = ArchiveToRestore();
+    if (LookAtArchive(program_, archive) != listed_) List(archive);
+    program_.desktop.SetPointer(Pointer::kHourglass);
+    std::vector<std::string> entries;
+    for (int i = 1; i <= controls_.TV_Restore.Count(); ++i) {
+        entries.push_back(controls_.TV_Restore.At(i).text);
+    }
+    RenameProtectedFolders(program_, entries, controls_.Fld_RestoreTo.Caption());
+    program_.desktop.SetPointer(Pointer::kDefault);
+    Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
+    program_.desktop.ShowModal(window);
+    program_.desktop.Unload(window);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,42 @@
+// What the buttons and the list of the Restore tab do: choosing what to restore and where to, and
+// the restore itself.
+#pragma once
+
+#include <string>
+
+#include "forms/program.h"
+#include "restore/archive_contents.h"
+#include "restore/restore_controls.h"
+
+namespace vantrel {
+
+class RestoreActions {
+  public:
+    RestoreActions(forms::Program& program, const RestoreControls& controls)
+        : program_(program), controls_(controls) {}
+
+    // A backup set was chosen: lists the archive that its last backup wrote, or tells why not.
+    void Cmb_RestoreFile_Click();
+    // Browses for an archive. Any error, a cancelled dialog too, changes nothing further.
+    void Cmd_RestoreFile_Click();
+    void Cmd_RestoreTo_Click();
+    // Checks, runs the protected-folder pass and shows the restore window. Traps nothing.
+    void Cmd_Restore_Click();
+
+  private:
+    void TakeSet();
+    void Browse();
+    void ForgetSetUnlessItNames(const std::string& archive);
+    void List(const std::string& archive);
+    std::string SetPath() const;
+    std::string ArchiveOfSet() const;
+    std::string ArchiveToRestore() const;
+    bool Refused();
+    void Tell(const std::string& text);
+
+    forms::Program& program_;
+    RestoreControls controls_;
+    ListedArchive listed_;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,324 @@
+#include "restore/restore_actions.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "backupset/clsINI.h"
+#include "common/error.h"
+#include "forms/file_lists.h"
+#include "forms/form.h"
+#include "protect/clsCfg.h"
+#include "tests/support/program_fixture.h"
+#include "zip/pkzip.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+constexpr const char* kArchive = "C:\\Backups\\WEEKLY.zip";
+
+// The Restore tab's controls without the rest of the main window.
+class Tab : public forms::Form {
+  public:
+    explicit Tab(forms::Program& the_program)
+        : Form(the_program, "Frm_Mainmenu"),
+          Cmb_RestoreFile(*this, "Cmb_RestoreFile"),
+          Fld_RestoreFile(*this, "Fld_RestoreFile"),
+          Fld_RestoreTo(*this, "Fld_RestoreTo"),
+          TV_Restore(*this, "TV_Restore"),
+          Fld_Total(*this, "Fld_Total"),
+          SSP_TotalFiles(*this, "SSP_TotalFiles"),
+          PKUNZIP(the_program.machine),
+          actions(the_program, {Cmb_RestoreFile, Fld_RestoreFile, Fld_RestoreTo, TV_Restore,
+                                Fld_Total, SSP_TotalFiles, PKUNZIP}) {
+        Cmb_RestoreFile.Click = [this] { actions.Cmb_RestoreFile_Click(); };
+    }
+    forms::ComboBox Cmb_RestoreFile;
+    forms::Label Fld_RestoreFile;
+    forms::Label Fld_RestoreTo;
+    forms::Tree TV_Restore;
+    forms::Label Fld_Total;
+    forms::Panel SSP_TotalFiles;
+    zip::PKUNZIP PKUNZIP;
+    RestoreActions actions;
+};
+
+class RestoreTabTest : public ProgramFixture {
+  protected:
+    RestoreTabTest() {
+        MakeSourceAndDestination();
+        clsCfg cfg(program);
+        cfg.Create_CFG(cfg.ListPath());
+    }
+    void Archive(const std::string& folder = "C:\\Data") {
+        namespace id = zip::zip_id;
+        zip::PKZIP component(machine.machine());
+        component.Set(id::kLevel, std::int16_t{9});
+        component.Set(id::kSubFolders, true);
+        component.Set(id::kArchive, std::string(kArchive));
+        component.Set(id::kFileSpec, "\"" + folder + "\\*.*\"");
+        component.Set(id::kAction, id::kActionAdd);
+        ASSERT_TRUE(machine.Exists(kArchive));
+    }
+    void PutSetWithArchive(const std::string& from, const std::string& name) {
+        machine.PutFile("C:\\Vantrel\\WEEKLY.INI", "[RESTORE SOURCE]\r\nRestoreFromDrive=" + from +
+                                                       "\r\nRestoreFileName=" + name + "\r\n");
+        tab.Cmb_RestoreFile.Add("WEEKLY.INI");
+    }
+    void ChooseSet() { tab.Cmb_RestoreFile.SetText("WEEKLY.INI"); }
+    void Browse(const std::string& path) {
+        desktop.files.push_back(path);
+        tab.actions.Cmd_RestoreFile_Click();
+    }
+    std::vector<std::string> Listed() const {
+        std::vector<std::string> names;
+        for (int i = 1; i <= tab.TV_Restore.Count(); ++i) {
+            names.push_back(tab.TV_Restore.At(i).text);
+        }
+        return names;
+    }
+    void Restore() {
+        desktop.idle.push_back(
+            [this] { dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"))->UserPress(); });
+        tab.actions.Cmd_Restore_Click();
+    }
+    void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {
+        ASSERT_FALSE(desktop.boxes.empty());
+        EXPECT_EQ(desktop.boxes.back().text, text);
+        EXPECT_EQ(desktop.boxes.back().icon, icon);
+        EXPECT_EQ(desktop.boxes.back().title, title);
+    }
+
+    Tab tab{program};
+};
+
+TEST_F(RestoreTabTest, SetThatWasNeverBackedUpIsToldAndDeselected) {
+    PutSetWithArchive("", "");
+    ChooseSet();
+    ExpectBox(
+        "There is no Restore Information available for this Backupset.\r\nPlease select a new "
+        "Backupset to Restore From or manually select a file.",
+        forms::Icon::kExclamation, "Restore");
+    EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+}
+
+TEST_F(RestoreTabTest, SetWhoseArchiveIsGoneIsToldAndNothingStaysChosen) {
+    Archive();
+    Browse(kArchive);
+    PutSetWithArchive("C:\\Backups\\", "GONE.zip");
+    ChooseSet();
+    ExpectBox(
+        "This configuration file indicates that a backup file was created but it no longer appears "
+        "to exist.\r\n\r\nFile being sought is C:\\Backups\\GONE.zip\r\n\r\nIf the File is from a "
+        "Removable Drive then place the disk into the drive now and try again.",
+        forms::Icon::kExclamation, "Restore");
+    EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
+    EXPECT_EQ(tab.TV_Restore.Count(), 0);
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), "");
+}
+
+TEST_F(RestoreTabTest, ChoosingASetListsItsArchive) {
+    Archive();
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    ChooseSet();
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), kArchive);
+    EXPECT_THAT(Listed(), ElementsAre("a.txt", "Sub/b.txt"));
+    EXPECT_EQ(tab.Fld_Total.Caption(), "2");
+    EXPECT_TRUE(tab.TV_Restore.Visible());
+    EXPECT_EQ(tab.SSP_TotalFiles.FloodPercent(), 0);
+}
+
+TEST_F(RestoreTabTest, UnreadableArchiveCountsOneAndListsNothing) {
+    machine.PutFile(kArchive, "this is no archive");
+    Browse(kArchive);
+    EXPECT_EQ(tab.Fld_Total.Caption(), "0");
+    EXPECT_THAT(Listed(), IsEmpty());
+}
+
+TEST_F(RestoreTabTest, PathThatDoesNotExistLeavesTheTreeHidden) {
+    Browse("C:\\Backups\\GONE.zip");
+    EXPECT_FALSE(tab.TV_Restore.Visible());
+    EXPECT_EQ(tab.Fld_Total.Caption(), "0");
+}
+
+TEST_F(RestoreTabTest, CancelledBrowsingChangesNothing) {
+    Archive();
+    Browse(kArchive);
+    tab.actions.Cmd_RestoreFile_Click();
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), kArchive);
+    EXPECT_THAT(desktop.file_starts, ElementsAre("", kArchive));
+}
+
+TEST_F(RestoreTabTest, BrowsingToTheSetsArchiveInOtherCaseKeepsTheSet) {
+    Archive();
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    ChooseSet();
+    Browse("c:\\backups\\weekly.ZIP");
+    EXPECT_EQ(tab.Cmb_RestoreFile.Text(), "WEEKLY.INI");
+}
+
+TEST_F(RestoreTabTest, BrowsingToAnotherArchiveClearsTheSet) {
+    Archive();
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    ChooseSet();
+    machine.PutFile("C:\\Other.zip", machine.Content(kArchive));
+    Browse("C:\\Other.zip");
+    EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), "C:\\Other.zip");
+}
+
+TEST_F(RestoreTabTest, BrowsingClearsASetWhoseFileIsGone) {
+    Archive();
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    ChooseSet();
+    machine.files().RemoveFile("C:\\Vantrel\\WEEKLY.INI");
+    Browse(kArchive);
+    EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
+}
+
+TEST_F(RestoreTabTest, DestinationButtonWithoutAnArchiveOnlyAsksForOne) {
+    tab.actions.Cmd_RestoreTo_Click();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    ExpectBox("Please select a Backup File to Restore.", forms::Icon::kInformation, "Backup");
+}
+
+TEST_F(RestoreTabTest, DestinationIsChosenAfterTheWarningInUpperCaseWithoutBackslash) {
+    machine.MakeFolders("C:\\Restore\\Here");
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    desktop.idle.push_back([this] {
+        dynamic_cast<forms::FolderList*>(desktop.Front()->Find("Dir_DirList"))
+            ->SetPath("C:\\Restore\\Here");
+        dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"))->UserPress();
+    });
+    tab.actions.Cmd_RestoreTo_Click();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    ExpectBox(
+        "Vantrel has been designed to allow the user to manualy select the Restore Location "
+        "themselves as this can cause major risks to Users Data.\r\n\r\nPLEASE SELECT THE RESTORE "
+        "LOCATION WITH CARE!",
+        forms::Icon::kCritical, "Restore");
+    EXPECT_TRUE(desktop.boxes.back().right_aligned);
+    EXPECT_EQ(tab.Fld_RestoreTo.Caption(), "C:\\RESTORE\\HERE");
+}
+
+TEST_F(RestoreTabTest, CancelledDestinationStaysAsItWas) {
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    tab.Fld_RestoreTo.SetCaption("C:\\BACKUPS");
+    desktop.idle.push_back(
+        [this] { dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Cancel"))->UserPress(); });
+    tab.actions.Cmd_RestoreTo_Click();
+    EXPECT_EQ(tab.Fld_RestoreTo.Caption(), "C:\\BACKUPS");
+}
+
+TEST_F(RestoreTabTest, NothingSelectedIsRefused) {
+    tab.actions.Cmd_Restore_Click();
+    ExpectBox("Nothing has been selected to Restore.\r\n\r\nPlease enter a valid Restore File.",
+              forms::Icon::kExclamation, "Restore");
+}
+
+TEST_F(RestoreTabTest, MissingLocationIsRefused) {
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    tab.actions.Cmd_Restore_Click();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(desktop.boxes[0].text,
+                ::testing::StartsWith("No Location has been selected to Restore the File To."
+                                      "\r\n\r\nVantrel has been designed"));
+}
+
+TEST_F(RestoreTabTest, BrowsedArchiveComesBackAndIsLogged) {
+    Archive();
+    machine.MakeFolders("C:\\RESTORE");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    Restore();
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\a.txt"), "alpha");
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
+    EXPECT_THAT(LogRecords(),
+                ElementsAre("Starting Restore from ZIP File - C:\\Backups\\WEEKLY.zip",
+                            "Finished Restore from ZIP File - C:\\Backups\\WEEKLY.zip"));
+}
+
+TEST_F(RestoreTabTest, RestoredSetRemembersTheDestination) {
+    Archive();
+    machine.MakeFolders("C:\\RESTORE");
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    ChooseSet();
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Restore();
+    clsINI set(program);
+    set.Read_INI("C:\\Vantrel\\WEEKLY.INI");
+    EXPECT_EQ(set.RestoreDestination(), "C:\\RESTORE");
+    EXPECT_THAT(LogRecords(), ElementsAre("Starting Restore from WEEKLY.INI",
+                                          "Finished Restore from WEEKLY.INI"));
+}
+
+TEST_F(RestoreTabTest, ProtectedFolderIsRenamedBeforeTheRestoreWritesIntoIt) {
+    Archive();
+    clsCfg cfg(program);
+    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
+    machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    Restore();
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
+}
+
+TEST_F(RestoreTabTest, ListingThatIsOutOfDateIsListedAnewBeforeThePass) {
+    machine.PutFile("C:\\Old\\top.txt", "old");
+    Archive("C:\\Old");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
+    clsCfg cfg(program);
+    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
+    Browse(kArchive);
+    Archive();  // another backup has replaced it since it was listed
+    Restore();
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
+    EXPECT_THAT(Listed(), Contains("Sub/b.txt"));
+}
+
+TEST_F(RestoreTabTest, MissingProtectedListEndsTheProgramBeforeTheWindowOpens) {
+    Archive();
+    clsCfg cfg(program);
+    machine.files().RemoveFile(cfg.ListPath());
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    try {
+        tab.actions.Cmd_Restore_Click();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kFileNotFound);
+    }
+    EXPECT_THAT(desktop.happened, Not(Contains("load Frm_Restore")));
+}
+
+TEST_F(RestoreTabTest, CancelledRestoreIsLoggedAndTheSetStaysAsItWas) {
+    Archive();
+    machine.MakeFolders("C:\\RESTORE");
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    ChooseSet();
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    desktop.on_events.push_back(
+        [this] { dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Cancel"))->UserPress(); });
+    std::string status;
+    desktop.idle.push_back([&] {
+        status = desktop.Front()->Find("Lbl_RestorePath")->Caption();
+        dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"))->UserPress();
+    });
+    tab.actions.Cmd_Restore_Click();
+    EXPECT_EQ(status, "Restore Cancelled by User");
+    EXPECT_THAT(LogRecords(), ElementsAre("Starting Restore from WEEKLY.INI",
+                                          "Finished Restore from WEEKLY.INI", "Cancelled by User"));
+    clsINI set(program);
+    set.Read_INI("C:\\Vantrel\\WEEKLY.INI");
+    EXPECT_EQ(set.RestoreDestination(), "");
+}
+
+}  // namespace
+}  // namespace vantrel::test

@@ -1,0 +1,35 @@
+// The system's dialog for choosing a file.
+#include <windows.h>
+// Needs the types of windows.h.
+#include <commdlg.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "views/win32/desktop.h"
+#include "views/win32/text.h"
+
+namespace vantrel::views {
+
+std::string Win32Desktop::OpenFile(const std::string& title, const std::string& filter,
+                                   const std::string& start) {
+    constexpr std::size_t kLongestPath = 32768;  // UTF-16 units, the limit of the system
+    std::wstring path = Wide(start);
+    path.resize(kLongestPath);
+    const std::wstring title_text = Wide(title);
+    std::wstring filters = Wide(filter);
+    std::replace(filters.begin(), filters.end(), L'|', L'\0');
+    filters += L'\0';
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = FrontWindow();
+    dialog.lpstrFilter = filters.c_str();
+    dialog.lpstrFile = path.data();
+    dialog.nMaxFile = static_cast<DWORD>(path.size());
+    dialog.lpstrTitle = title_text.c_str();
+    dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+    return GetOpenFileNameW(&dialog) ? Utf8(path.c_str()) : std::string();
+}
+
+}  // namespace vantrel::views
