@@ -29,7 +29,9 @@ std::string Win32Desktop::OpenFile(const std::string& title, const std::string& 
     dialog.nMaxFile = static_cast<DWORD>(path.size());
     dialog.lpstrTitle = title_text.c_str();
     dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
-    return GetOpenFileNameW(&dialog) ? Utf8(path.c_str()) : std::string();
+    if (!GetOpenFileNameW(&dialog)) return "";
+    path.resize(path.find(L'\0'));
+    return Utf8(path);
 }
 
 }  // namespace vantrel::views
