@@ -113,8 +113,12 @@ set(RESTORE_SOURCES
     restore/texts.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
+    ui/about_tab.cpp
     ui/backup_tab.cpp
-    ui/other_tabs.cpp)
+    ui/edit_tab.cpp
+    ui/log_tab.cpp
+    ui/restore_tab.cpp
+    ui/secure_tab.cpp)
 set(APP_SOURCES
     app/Frm_Splash.cpp
     app/application.cpp)

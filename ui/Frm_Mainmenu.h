@@ -4,8 +4,12 @@
 
 #include "forms/controls.h"
 #include "forms/form.h"
+#include "ui/about_tab.h"
 #include "ui/backup_tab.h"
-#include "ui/other_tabs.h"
+#include "ui/edit_tab.h"
+#include "ui/log_tab.h"
+#include "ui/restore_tab.h"
+#include "ui/secure_tab.h"
 
 namespace vantrel {
 
