@@ -6,6 +6,8 @@ set(COMMON_SOURCES
 set(PLATFORM_SOURCES
     platform/command_line.cpp
     platform/disk_space.cpp
+    platform/mail.cpp
+    platform/mail_draft.cpp
     platform/text_file.cpp)
 set(PLATFORM_HOST_SOURCES
     platform/host/host_clock.cpp
@@ -25,6 +27,7 @@ set(PLATFORM_HOST_SOURCES
 set(PLATFORM_WIN32_SOURCES
     platform/win32/disk_path.cpp
     platform/win32/find_data.cpp
+    platform/win32/mapi_library.cpp
     platform/win32/retry.cpp
     platform/win32/system_error.cpp
     platform/win32/wide.cpp
@@ -34,6 +37,7 @@ set(PLATFORM_WIN32_SOURCES
     platform/win32/win32_file.cpp
     platform/win32/win32_file_system.cpp
     platform/win32/win32_machine.cpp
+    platform/win32/win32_mail.cpp
     platform/win32/win32_process.cpp
     platform/win32/win32_settings.cpp
     platform/win32/win32_shell.cpp)
@@ -98,7 +102,9 @@ set(SYSTEM_SOURCES
     system/clsForm.cpp
     system/clsSystem.cpp)
 set(PROTECT_SOURCES
-    protect/clsCfg.cpp)
+    protect/clsCfg.cpp
+    protect/clsInfo.cpp
+    protect/folder_tree.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
@@ -155,8 +161,9 @@ set(TEST_SUPPORT_SOURCES
     tests/support/fault_plan.cpp
     tests/support/faulty_file.cpp
     tests/support/faulty_file_system.cpp
-    tests/support/unflushed_writes.cpp
-    tests/support/scripted_desktop.cpp)
+    tests/support/recording_mail.cpp
+    tests/support/scripted_desktop.cpp
+    tests/support/unflushed_writes.cpp)
 # The fake machine stands on the host's file system.
 set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_clock.cpp
@@ -239,7 +246,8 @@ set(SYSTEM_TESTS
     tests/system/drives_test.cpp
     tests/system/web_and_gradient_test.cpp)
 set(PROTECT_TESTS
-    tests/protect/clsCfg_test.cpp)
+    tests/protect/clsCfg_test.cpp
+    tests/protect/folder_tree_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
     tests/backup/dialogs_test.cpp
@@ -249,12 +257,14 @@ set(RESTORE_TESTS
     tests/restore/restore_actions_test.cpp)
 set(UI_TESTS
     tests/ui/backup_tab_test.cpp
-    tests/ui/main_window_test.cpp)
+    tests/ui/main_window_test.cpp
+    tests/ui/secure_tab_test.cpp)
 set(APP_TESTS
     tests/app/startup_test.cpp)
 
 # End-to-end tests: helper programs for Windows, and the Python files that ctest runs.
 set(END_TO_END_HELPERS
+    tests/end_to_end/drive_window.cpp
     tests/end_to_end/launch.cpp
     tests/end_to_end/lock_file.cpp)
 set(END_TO_END_TESTS
