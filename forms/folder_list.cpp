@@ -7,28 +7,6 @@
 
 namespace vantrel::forms {
 
-namespace {
-
-// Names of the folders in `path`, sorted; none when it may not be read.
-std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path) {
-    std::vector<std::string> names;
-    try {
-        machine.files.List(path, [&](const platform::FileInfo& info) {
-            if (info.IsFolder() && !info.IsHiddenOrSystem() && !info.is_link)
-                names.push_back(info.name);
-            return true;
-        });
-    } catch (const Error&) {
-        names.clear();
-    }
-    std::sort(names.begin(), names.end(), [&](const std::string& one, const std::string& other) {
-        return machine.code_page.Fold(one) < machine.code_page.Fold(other);
-    });
-    return names;
-}
-
-}  // namespace
-
 FolderList::FolderList(Form& owner_form, std::string name)
     : Control(owner_form, Kind::kFolderList, std::move(name)) {
     path_ = FolderPath(owner().program().machine.process.ApplicationFolder());

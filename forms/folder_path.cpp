@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "common/error.h"
 
@@ -93,6 +94,24 @@ bool IsFolder(platform::FileSystem& files, const std::string& path) {
     } catch (const Error&) {
         return false;
     }
+}
+
+std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path) {
+    std::vector<std::pair<std::string, std::string>> found;  // what to sort by, name
+    try {
+        machine.files.List(path, [&](const platform::FileInfo& info) {
+            if (info.IsFolder() && !info.IsHiddenOrSystem() && !info.is_link)
+                found.emplace_back(machine.code_page.Fold(info.name), info.name);
+            return true;
+        });
+    } catch (const Error&) {
+        return {};
+    }
+    std::sort(found.begin(), found.end());
+    std::vector<std::string> names;
+    names.reserve(found.size());
+    for (auto& folder : found) names.push_back(std::move(folder.second));
+    return names;
 }
 
 std::string JoinPath(const std::string& folder, const std::string& name) {

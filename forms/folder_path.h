@@ -1,4 +1,5 @@
-// How the lists spell, compare and look for folders. Only IsFolder asks the machine.
+// How the lists spell, compare and look for folders. Only IsFolder and SubFolders ask the
+// machine.
 #pragma once
 
 #include <string>
@@ -20,6 +21,10 @@ std::vector<std::string> FolderChain(const std::string& path);
 
 // Whether a folder is there to be read; one that may not even be asked for is not. Never raises.
 bool IsFolder(platform::FileSystem& files, const std::string& path);
+
+// Names of the folders in `path` as a folder list shows them: sorted without regard to case,
+// neither hidden nor system ones nor links. None when the folder is not there or may not be read.
+std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path);
 
 // `folder` and `name` joined by exactly one "\".
 std::string JoinPath(const std::string& folder, const std::string& name);

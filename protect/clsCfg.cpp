@@ -56,14 +56,13 @@ std::vector<std::string> clsCfg::ReturnProtected() {
     return entries;
 }
 
-bool clsCfg::IsProtected(const std::string& path) {
-    const std::string sought = Upper(path);
-    bool found = false;
-    for (const std::string& line : Lines()) {
-        if (Upper(line) == sought) found = true;
-    }
-    return found;
+std::unordered_set<std::string> clsCfg::UpperEntries() {
+    std::unordered_set<std::string> entries;
+    for (const std::string& line : Lines()) entries.insert(Upper(line));
+    return entries;
 }
+
+bool clsCfg::IsProtected(const std::string& path) { return UpperEntries().contains(Upper(path)); }
 
 // The rule copies to the scratch file, removes the list and renames. The scratch file is still what
 // is written, but it takes the list's place in one step: there is no moment without a list.

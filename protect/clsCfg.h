@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "forms/program.h"
@@ -28,6 +29,9 @@ class clsCfg {
     // Whether an entry equals `path` without regard to case. `path` is not trimmed: with a "\" at
     // its end it never matches. Raises 53 when the file is missing.
     bool IsProtected(const std::string& path);
+    // All that IsProtected compares a path's upper-case form with, for a caller with many paths.
+    // Raises as it does.
+    std::unordered_set<std::string> UpperEntries();
     // Drops every entry equal to the Tag of the tree's selected node, and gives the node its
     // ordinary pictures. A root ("C:\") is never dropped: entries lose their last "\", the Tag not.
     void Protected_Delete(forms::Tree& tree);

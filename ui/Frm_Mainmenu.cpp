@@ -2,6 +2,7 @@
 
 #include "backupset/set_files.h"
 #include "log/clsLog.h"
+#include "protect/clsInfo.h"
 
 namespace vantrel {
 
@@ -19,7 +20,7 @@ Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
       Restore(*this),
       Edit(*this),
       Log(*this),
-      Secure(*this),
+      Secure(*this, {Menu_Secure, Menu_Secure_Add, Menu_Secure_Delete}),
       About(*this),
       Sta_Mainmenu(*this, "Sta_Mainmenu"),
       Menu_File(*this, "Menu_File", "&File"),
@@ -34,6 +35,8 @@ Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
     Backup.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
     Restore.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
     Menu_File_Exit.Click = [this] { Menu_File_Exit_Click(); };
+    Menu_Secure_Add.Click = [this] { Secure.Menu_Secure_Add_Click(); };
+    Menu_Secure_Delete.Click = [this] { Secure.Menu_Secure_Delete_Click(); };
 }
 
 void Frm_Mainmenu::Form_Load() {
@@ -46,6 +49,7 @@ void Frm_Mainmenu::Form_Load() {
     Secure.SSP_PleaseWait.SetCaption("Please Wait..." + program().globals.CrLf +
                                      "Loading Folder Structure");
     Secure.SSP_PleaseWait.SetVisible(false);
+    clsInfo().SecureData(Secure.Fld_SecureData);
     Backup.SetEditMode(false);
     FillSetLists();
     if (!program().Unattended()) SelectRememberedSet();
@@ -84,6 +88,7 @@ void Frm_Mainmenu::Menu_File_Exit_Click() { program().desktop.Unload(*this); }
 void Frm_Mainmenu::TAB_Backup_Click(int) {
     About.Tim_Flash.SetEnabled(false);
     if (TAB_Backup.Tab() == 0) Backup.Cmb_BackupSet_Click();
+    if (TAB_Backup.Tab() == 4) Secure.Entered();
 }
 
 }  // namespace vantrel

@@ -1,13 +1,137 @@
 #include "ui/secure_tab.h"
 
+#include "backupset/clsFiles.h"
+#include "common/error.h"
+#include "log/show_error.h"
+#include "protect/clsCfg.h"
+#include "protect/folder_tree.h"
+
 namespace vantrel {
 
-SecureTab::SecureTab(forms::Form& window)
+using forms::Icon;
+using forms::Pointer;
+
+namespace {
+
+constexpr int kRightButton = 2;
+
+// What stands in for the tree while it loads, however loading ends.
+class WaitScope {
+  public:
+    explicit WaitScope(SecureTab& tab) : tab_(tab) { Wait(true); }
+    ~WaitScope() { Wait(false); }
+    WaitScope(const WaitScope&) = delete;
+    WaitScope& operator=(const WaitScope&) = delete;
+
+  private:
+    void Wait(bool waiting) {
+        forms::Desktop& desktop = tab_.TV_SecureMode.owner().program().desktop;
+        if (waiting) desktop.SetPointer(Pointer::kHourglass);
+        tab_.SSP_PleaseWait.SetVisible(waiting);
+        tab_.TV_SecureMode.SetVisible(!waiting);
+        if (!waiting) desktop.SetPointer(Pointer::kDefault);
+    }
+    SecureTab& tab_;
+};
+
+}  // namespace
+
+SecureTab::SecureTab(forms::Form& window, SecureMenu menu)
     : Fra_SecureData{{{window, "Fra_SecureData_0", "Secure Data"}, {window, "Fra_SecureData_1"}}},
       Dri_SecureMode(window, "Dri_SecureMode"),
       TV_SecureMode(window, "TV_SecureMode"),
       SSP_PleaseWait(window, "SSP_PleaseWait", "Please Wait..."),
       SSP_ProgressSecure(window, "SSP_ProgressSecure", "Loading Folder Structure"),
-      Fld_SecureData(window, "Fld_SecureData", true, true) {}
+      Fld_SecureData(window, "Fld_SecureData", true, true),
+      window_(window),
+      menu_(menu) {
+    Dri_SecureMode.Change = [this] { Dri_SecureMode_Change(); };
+    TV_SecureMode.MouseDown = [this](int button) { TV_SecureMode_MouseDown(button); };
+}
+
+bool SecureTab::CreateMissingList() {
+    clsCfg list(window_.program());
+    if (clsFiles(window_.program()).Exist(list.ListPath(), true)) return false;
+    list.Create_CFG(list.ListPath());
+    return true;
+}
+
+void SecureTab::Entered() {
+    forms::Program& program = window_.program();
+    try {
+        CreateMissingList();
+        if (TV_SecureMode.Count() > 0) return;
+        Dri_SecureMode.SetDrive(program.machine.process.ApplicationFolder().substr(0, 3));
+        program.desktop.DoEvents();
+        LoadDrive();
+    } catch (const Error& error) {
+        ShowError(program, error);
+    }
+}
+
+void SecureTab::Dri_SecureMode_Change() {
+    try {
+        LoadDrive();
+    } catch (const Error& error) {
+        ShowError(window_.program(), error);
+    }
+}
+
+void SecureTab::LoadDrive() {
+    const std::string root = Dri_SecureMode.Drive().substr(0, 2) + "\\";
+    if (!clsFiles(window_.program()).Exist(root, false)) return TV_SecureMode.Clear();
+    const WaitScope waiting(*this);
+    TV_SecureMode.Clear();
+    Create_DirectoryStructure(TV_SecureMode, SSP_ProgressSecure, root, "");
+}
+
+// The menu is about the selected node, not about the one under the pointer.
+void SecureTab::TV_SecureMode_MouseDown(int button) {
+    if (button != kRightButton || TV_SecureMode.Selected() == 0) return;
+    const bool is_protected =
+        TV_SecureMode.At(TV_SecureMode.Selected()).image == clsCfg::kProtectedFolder;
+    menu_.Menu_Secure_Add.SetEnabled(!is_protected);
+    menu_.Menu_Secure_Delete.SetEnabled(is_protected);
+    menu_.Menu_Secure.PopUp();
+}
+
+void SecureTab::Menu_Secure_Add_Click() {
+    if (TV_SecureMode.Selected() == 0) return;
+    if (Refused(TV_SecureMode.At(TV_SecureMode.Selected()).tag)) return;
+    CreateMissingList();
+    clsCfg(window_.program()).Protected_Add(TV_SecureMode);
+}
+
+// The list is text in the system's code page: a folder that it cannot hold could not be stored.
+bool SecureTab::Refused(const std::string& folder) {
+    auto& machine = window_.program().machine;
+    const std::string upper = machine.code_page.Upper(folder);
+    if (upper == machine.code_page.Upper(machine.process.WindowsFolder())) {
+        Tell(
+            "This folder is maintained by your Operating System.  "
+            "You may not Protect System Folders.");
+        return true;
+    }
+    if (machine.code_page.Encode(upper)) return false;
+    Tell("Unable to use the folder " + folder + "." + window_.program().globals.CrLf +
+         "Its name holds characters that the list of Protected Folders cannot store.");
+    return true;
+}
+
+void SecureTab::Tell(const std::string& text) {
+    forms::Program& program = window_.program();
+    program.globals.MessageText = text;
+    program.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Protected Folders"});
+}
+
+void SecureTab::Menu_Secure_Delete_Click() {
+    const int node = TV_SecureMode.Selected();
+    if (node == 0) return;
+    if (CreateMissingList()) {
+        TV_SecureMode.SetImages(node, clsCfg::kClosedFolder, clsCfg::kOpenFolder);
+    } else {
+        clsCfg(window_.program()).Protected_Delete(TV_SecureMode);
+    }
+}
 
 }  // namespace vantrel

@@ -1,0 +1,295 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "common/error.h"
+#include "protect/clsCfg.h"
+#include "tests/support/program_fixture.h"
+#include "ui/Frm_Mainmenu.h"
+
+namespace vantrel::test {
+namespace {
+
+using forms::Icon;
+using forms::Pointer;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
+constexpr int kTab = 4;
+
+class SecureTabTest : public ProgramFixture {
+  protected:
+    SecureTabTest() {
+        machine.MakeFolders("C:\\Data\\Sub");
+        machine.MakeFolders("C:\\WINDOWS\\TEMP");
+    }
+
+    Frm_Mainmenu& Load() {
+        window = std::make_unique<Frm_Mainmenu>(program);
+        desktop.Load(*window);
+        return *window;
+    }
+    void Open() { Load().TAB_Backup.SetTab(kTab); }
+    SecureTab& Tab() { return window->Secure; }
+    std::vector<std::string> Tags() {
+        std::vector<std::string> tags;
+        for (int i = 1; i <= Tab().TV_SecureMode.Count(); ++i)
+            tags.push_back(Tab().TV_SecureMode.At(i).tag);
+        return tags;
+    }
+    void Select(const std::string& tag) {
+        const auto tags = Tags();
+        const auto found = std::find(tags.begin(), tags.end(), tag);
+        ASSERT_NE(found, tags.end()) << tag;
+        Tab().TV_SecureMode.UserSelect(static_cast<int>(found - tags.begin()) + 1);
+    }
+    int Picture() { return Tab().TV_SecureMode.At(Tab().TV_SecureMode.Selected()).image; }
+    int SelectedPicture() {
+        return Tab().TV_SecureMode.At(Tab().TV_SecureMode.Selected()).selected_image;
+    }
+    std::vector<std::string> Entries() { return clsCfg(program).ReturnProtected(); }
+
+    std::unique_ptr<Frm_Mainmenu> window;
+};
+
+// What the screen shows of the tab at the moment when a control changes.
+struct Moments : forms::ControlView {
+    explicit Moments(SecureTab& shown, ScriptedDesktop& screen) : tab(shown), desktop(screen) {
+        tab.SSP_ProgressSecure.Bind(this);
+    }
+    ~Moments() override { tab.SSP_ProgressSecure.Bind(nullptr); }
+    void Changed(forms::Aspect) override {
+        waiting = waiting && tab.SSP_PleaseWait.Visible() && !tab.TV_SecureMode.Visible() &&
+                  desktop.pointer == Pointer::kHourglass;
+        ++moments;
+    }
+    SecureTab& tab;
+    ScriptedDesktop& desktop;
+    bool waiting = true;
+    int moments = 0;
+};
+
+TEST_F(SecureTabTest, LoadWritesTheHelpTextAndLoadsNoFolder) {
+    Load();
+    EXPECT_EQ(Tab().Fld_SecureData.Text().substr(0, 52),
+              "When restoring files, the User MUST be sure that the");
+    EXPECT_TRUE(Tab().Fld_SecureData.ReadOnly());
+    EXPECT_EQ(Tab().TV_SecureMode.Count(), 0);
+    EXPECT_FALSE(machine.Exists(kList));
+}
+
+TEST_F(SecureTabTest, EnteringCreatesAMissingListAndLoadsTheApplicationsDrive) {
+    Open();
+    EXPECT_THAT(Entries(), IsEmpty());
+    EXPECT_TRUE(machine.Exists(kList));
+    EXPECT_THAT(Tags(), ElementsAre("C:\\Data", "C:\\Data\\Sub", "C:\\Vantrel", "C:\\WINDOWS",
+                                    "C:\\WINDOWS\\TEMP"));
+    EXPECT_EQ(Tab().Dri_SecureMode.Drive().substr(0, 2), "c:");
+}
+
+TEST_F(SecureTabTest, EnteringKeepsAListThatIsThere) {
+    clsCfg(program).Create_CFG(kList);
+    machine.PutFile(kList, machine.Content(kList) + "C:\\DATA\r\n");
+    Open();
+    EXPECT_THAT(Entries(), ElementsAre("C:\\DATA"));
+    Select("C:\\Data");
+    EXPECT_EQ(Picture(), clsCfg::kProtectedFolder);
+}
+
+TEST_F(SecureTabTest, EnteringAgainKeepsTheLoadedTree) {
+    Open();
+    Select("C:\\WINDOWS");
+    machine.MakeFolders("C:\\New");
+    window->TAB_Backup.SetTab(5);
+    window->TAB_Backup.SetTab(kTab);
+    EXPECT_EQ(Tab().TV_SecureMode.Count(), 5);
+    EXPECT_EQ(Tab().TV_SecureMode.At(Tab().TV_SecureMode.Selected()).tag, "C:\\WINDOWS");
+}
+
+TEST_F(SecureTabTest, EnteringWithAnEmptyTreeGoesToTheApplicationsDriveAgain) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    Open();
+    Tab().Dri_SecureMode.UserChoose(0);
+    ASSERT_EQ(Tab().TV_SecureMode.Count(), 0);
+    window->TAB_Backup.SetTab(5);
+    window->TAB_Backup.SetTab(kTab);
+    EXPECT_EQ(Tab().Dri_SecureMode.Drive().substr(0, 2), "c:");
+    EXPECT_EQ(Tab().TV_SecureMode.Count(), 5);
+}
+
+TEST_F(SecureTabTest, ChoosingADriveShowsItsFolders) {
+    machine.AddDrive('D', platform::drive_type::kFixed, "STORE");
+    machine.MakeFolders("D:\\Inside");
+    Open();
+    Tab().Dri_SecureMode.UserChoose(1);
+    EXPECT_THAT(Tags(), ElementsAre("D:\\Inside"));
+}
+
+TEST_F(SecureTabTest, ChoosingAnEmptyRemovableDriveClearsTheTreeWithoutAMessage) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    Open();
+    Tab().Dri_SecureMode.UserChoose(0);
+    EXPECT_EQ(Tab().TV_SecureMode.Count(), 0);
+    EXPECT_TRUE(Tab().TV_SecureMode.Visible());
+    EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(SecureTabTest, WhileLoadingThePanelStandsInForTheTree) {
+    Load();
+    Moments moments(Tab(), desktop);
+    window->TAB_Backup.SetTab(kTab);
+    EXPECT_TRUE(moments.waiting);
+    EXPECT_GE(moments.moments, 4);
+    EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
+    EXPECT_TRUE(Tab().TV_SecureMode.Visible());
+    EXPECT_EQ(desktop.pointer, Pointer::kDefault);
+}
+
+TEST_F(SecureTabTest, NothingIsHandledWhileTheTreeLoads) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Inside");
+    Open();
+    const int before = desktop.do_events_calls;
+    Tab().Dri_SecureMode.UserChoose(1);
+    EXPECT_EQ(desktop.do_events_calls, before);
+}
+
+TEST_F(SecureTabTest, ListThatVanishedIsShownAsAnErrorAndTheTreeComesBack) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Inside");
+    Open();
+    machine.files().RemoveFile(kList);
+    Tab().Dri_SecureMode.UserChoose(1);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, ErrorText(error_number::kFileNotFound));
+    EXPECT_EQ(desktop.boxes[0].icon, Icon::kCritical);
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_TRUE(Tab().TV_SecureMode.Visible());
+    EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
+    EXPECT_EQ(desktop.pointer, Pointer::kDefault);
+}
+
+TEST_F(SecureTabTest, MenuOfAnOrdinaryFolderOffersOnlyToAdd) {
+    Open();
+    Select("C:\\Data");
+    Tab().TV_SecureMode.UserMouseDown(2);
+    EXPECT_EQ(window->Menu_Secure.PopUps(), 1);
+    EXPECT_TRUE(window->Menu_Secure_Add.Enabled());
+    EXPECT_FALSE(window->Menu_Secure_Delete.Enabled());
+}
+
+TEST_F(SecureTabTest, MenuOfAProtectedFolderOffersOnlyToDelete) {
+    Open();
+    Select("C:\\Data");
+    window->Menu_Secure_Add.UserChoose();
+    Tab().TV_SecureMode.UserMouseDown(2);
+    EXPECT_FALSE(window->Menu_Secure_Add.Enabled());
+    EXPECT_TRUE(window->Menu_Secure_Delete.Enabled());
+}
+
+TEST_F(SecureTabTest, MenuDoesNotAppearWithoutASelectedNodeNorForOtherButtons) {
+    Open();
+    Tab().TV_SecureMode.UserMouseDown(2);
+    EXPECT_EQ(window->Menu_Secure.PopUps(), 0);
+    Select("C:\\Data");
+    Tab().TV_SecureMode.UserMouseDown(1);
+    EXPECT_EQ(window->Menu_Secure.PopUps(), 0);
+}
+
+TEST_F(SecureTabTest, AddingStoresThePathInCapitalsAndMarksTheNode) {
+    Open();
+    Select("C:\\Data\\Sub");
+    window->Menu_Secure_Add.UserChoose();
+    EXPECT_THAT(Entries(), ElementsAre("C:\\DATA\\SUB"));
+    EXPECT_EQ(Picture(), 3);
+    EXPECT_EQ(SelectedPicture(), 3);
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(SecureTabTest, AddingCreatesAMissingList) {
+    Open();
+    machine.files().RemoveFile(kList);
+    Select("C:\\Data");
+    window->Menu_Secure_Add.UserChoose();
+    EXPECT_THAT(Entries(), ElementsAre("C:\\DATA"));
+}
+
+TEST_F(SecureTabTest, WindowsFolderIsRefusedInAnyLetterCase) {
+    machine.process.windows_folder = "c:\\Windows";
+    Open();
+    Select("C:\\WINDOWS");
+    window->Menu_Secure_Add.UserChoose();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "This folder is maintained by your Operating System.  "
+              "You may not Protect System Folders.");
+    EXPECT_EQ(desktop.boxes[0].icon, Icon::kExclamation);
+    EXPECT_EQ(desktop.boxes[0].title, "Protected Folders");
+    EXPECT_THAT(Entries(), IsEmpty());
+    EXPECT_EQ(Picture(), 1);
+}
+
+TEST_F(SecureTabTest, RefusingTheWindowsFolderCreatesNoList) {
+    Open();
+    machine.files().RemoveFile(kList);
+    Select("C:\\WINDOWS");
+    window->Menu_Secure_Add.UserChoose();
+    EXPECT_FALSE(machine.Exists(kList));
+}
+
+TEST_F(SecureTabTest, FoldersInTheWindowsFolderMayBeProtected) {
+    Open();
+    Select("C:\\WINDOWS\\TEMP");
+    window->Menu_Secure_Add.UserChoose();
+    EXPECT_THAT(Entries(), ElementsAre("C:\\WINDOWS\\TEMP"));
+}
+
+TEST_F(SecureTabTest, FolderThatTheCodePageCannotHoldIsRefusedWithAMessage) {
+    machine.MakeFolders("C:\\Data\\\xE6\x97\xA5");
+    Open();
+    Select("C:\\Data\\\xE6\x97\xA5");
+    window->Menu_Secure_Add.UserChoose();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "Unable to use the folder C:\\Data\\\xE6\x97\xA5.\r\nIts name holds characters that "
+              "the list of Protected Folders cannot store.");
+    EXPECT_THAT(Entries(), IsEmpty());
+    EXPECT_EQ(Picture(), 1);
+}
+
+TEST_F(SecureTabTest, DeletingDropsTheEntryAndTheMark) {
+    Open();
+    Select("C:\\Data");
+    window->Menu_Secure_Add.UserChoose();
+    window->Menu_Secure_Delete.UserChoose();
+    EXPECT_THAT(Entries(), IsEmpty());
+    EXPECT_EQ(Picture(), 1);
+    EXPECT_EQ(SelectedPicture(), 2);
+}
+
+TEST_F(SecureTabTest, DeletingWithoutAListCreatesOneAndDropsTheMark) {
+    Open();
+    Select("C:\\Data");
+    window->Menu_Secure_Add.UserChoose();
+    machine.files().RemoveFile(kList);
+    window->Menu_Secure_Delete.UserChoose();
+    EXPECT_TRUE(machine.Exists(kList));
+    EXPECT_THAT(Entries(), IsEmpty());
+    EXPECT_EQ(Picture(), 1);
+    EXPECT_EQ(SelectedPicture(), 2);
+}
+
+TEST_F(SecureTabTest, MenuHandlersTrapNothing) {
+    Open();
+    Select("C:\\Data");
+    machine.files().SetAttributes(kList, platform::attribute::kReadOnly);
+    EXPECT_THROW(window->Menu_Secure_Add.UserChoose(), Error);
+    EXPECT_THROW(window->Menu_Secure_Delete.UserChoose(), Error);
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+}  // namespace
+}  // namespace vantrel::test
