@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/file_system.h"
+#include "platform/mail.h"
 
 namespace vantrel::platform {
 
@@ -133,6 +134,8 @@ struct Machine {
     Settings& settings;
     CodePage& code_page;
     Shell& shell;
+    MailSession& mail_session;
+    MailMessages& mail_messages;
 };
 
 }  // namespace vantrel::platform

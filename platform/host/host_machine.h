@@ -8,6 +8,7 @@
 #include "platform/host/host_drive_map.h"
 #include "platform/host/host_drives.h"
 #include "platform/host/host_file_system.h"
+#include "platform/host/host_mail.h"
 #include "platform/host/host_process.h"
 #include "platform/host/host_settings.h"
 #include "platform/host/host_shell.h"
@@ -35,7 +36,10 @@ class HostMachine {
     HostSettings settings_;
     HostCodePage code_page_;
     HostShell shell_;
-    Machine machine_{process_, files_, drives_, clock_, settings_, code_page_, shell_};
+    HostMailSession mail_session_;
+    HostMailMessages mail_messages_;
+    Machine machine_{process_,   files_, drives_,       clock_,        settings_,
+                     code_page_, shell_, mail_session_, mail_messages_};
 };
 
 }  // namespace vantrel::platform

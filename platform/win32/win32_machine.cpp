@@ -2,10 +2,12 @@
 
 #include <windows.h>
 
+#include "platform/win32/mapi_library.h"
 #include "platform/win32/win32_clock.h"
 #include "platform/win32/win32_code_page.h"
 #include "platform/win32/win32_drives.h"
 #include "platform/win32/win32_file_system.h"
+#include "platform/win32/win32_mail.h"
 #include "platform/win32/win32_process.h"
 #include "platform/win32/win32_settings.h"
 #include "platform/win32/win32_shell.h"
@@ -20,7 +22,11 @@ struct Win32Machine::Services {
     Win32Settings settings;
     Win32CodePage code_page;
     Win32Shell shell;
-    Machine machine{process, files, drives, clock, settings, code_page, shell};
+    MapiLibrary mapi;
+    Win32MailSession mail_session{mapi};
+    Win32MailMessages mail_messages{mapi};
+    Machine machine{process,   files, drives,       clock,        settings,
+                    code_page, shell, mail_session, mail_messages};
 };
 
 Win32Machine::Win32Machine() {

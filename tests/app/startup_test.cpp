@@ -188,9 +188,9 @@ TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {
     struct Broken : TestProcess {
         bool PreviousInstance() override { RaiseError(error_number::kDeviceIo); }
     } broken;
-    platform::Machine broken_machine{broken,        machine.files(),  machine.drives,
-                                     machine.clock, machine.settings, machine.code_page(),
-                                     machine.shell};
+    platform::Machine broken_machine{broken,        machine.files(),      machine.drives,
+                                     machine.clock, machine.settings,     machine.code_page(),
+                                     machine.shell, machine.mail.session, machine.mail.messages};
     Application starting(broken_machine, desktop);
     try {
         starting.Main();

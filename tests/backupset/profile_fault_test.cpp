@@ -38,9 +38,11 @@ class ProfileFault : public test::ProgramFixture {
     }
 
     test::FaultyFileSystem faulty{machine.files()};
-    platform::Machine with_faults{machine.process, faulty,           machine.drives,
-                                  machine.clock,   machine.settings, machine.code_page(),
-                                  machine.shell};
+    platform::Machine with_faults{machine.process,      faulty,
+                                  machine.drives,       machine.clock,
+                                  machine.settings,     machine.code_page(),
+                                  machine.shell,        machine.mail.session,
+                                  machine.mail.messages};
     forms::Program there{with_faults, desktop};
 };
 

@@ -32,8 +32,9 @@ std::string ParentOf(const std::string& path) {
 
 struct TestMachine::State {
     explicit State(TestMachine& owner)
-        : machine{owner.process,  files,     owner.drives, owner.clock,
-                  owner.settings, code_page, owner.shell} {}
+        : machine{owner.process,      files,     owner.drives, owner.clock,
+                  owner.settings,     code_page, owner.shell,  owner.mail.session,
+                  owner.mail.messages} {}
 
     std::string folder = NewFolder();
     platform::HostDriveMap map;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/machine.h"
+#include "tests/support/recording_mail.h"
 
 namespace vantrel::test {
 
@@ -127,6 +128,7 @@ class TestMachine {
     TestSettings settings;
     TestDrives drives;
     TestShell shell;
+    RecordingMail mail;
 
     // The machine over the services above. `files` may be exchanged for a decorated one:
     // platform::Machine with_faults{m.process, faulty, m.drives, ...}.

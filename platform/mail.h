@@ -1,0 +1,71 @@
+// Handing messages to the user's mail program: a session that is signed on and off, and a message
+// that is filled field by field and sent. Two services of the machine; user-interface thread only.
+//
+// Every failure is raised as a vantrel::Error whose number is that of Simple MAPI and whose
+// description says it in words.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vantrel::platform {
+
+// Numbers of Simple MAPI that the program itself raises.
+namespace mail_error {
+constexpr int kUserAbort = 1;
+constexpr int kFailure = 2;
+constexpr int kLoginFailure = 3;
+constexpr int kAttachmentNotFound = 11;
+constexpr int kNotSupported = 26;
+}  // namespace mail_error
+
+// What a number means, in words; "Unknown mail error" for one that has none.
+std::string MailErrorText(int number);
+
+// Raises `number` with its words.
+[[noreturn]] void RaiseMailError(int number);
+// The same for a machine that nobody can send mail from.
+[[noreturn]] void RaiseNoMailProgram();
+
+using MailSessionId = std::uintptr_t;
+
+class MailSession {
+  public:
+    virtual ~MailSession() = default;
+    // Signs on to the mail program, which may ask its user for a name and a password.
+    virtual void SignOn() = 0;
+    // What identifies the sign-on to the mail program; 0 before the first one.
+    virtual MailSessionId SessionId() const = 0;
+    // Ends the sign-on; nothing without one.
+    virtual void SignOff() = 0;
+};
+
+// Setting a field keeps all others. An attachment's fields are those of the one at the attachment
+// index; the index after the last one adds an attachment.
+class MailMessages {
+  public:
+    virtual ~MailMessages() = default;
+
+    static constexpr int kComposeBuffer = -1;  // the one message that can be written
+    static constexpr int kNoPosition = -1;     // an attachment with no place in the text
+
+    virtual void SetSessionId(MailSessionId session) = 0;
+    // Only the compose buffer may be chosen (380): the program reads nobody's mail.
+    virtual void SetMessageIndex(int index) = 0;
+    // Begins an empty message.
+    virtual void Compose() = 0;
+    virtual void SetRecipientDisplayName(const std::string& name) = 0;
+    virtual void SetRecipientAddress(const std::string& address) = 0;
+    // Whether the mail program may ask who is meant. Off, the address is taken as it is.
+    virtual void SetAddressResolutionDialog(bool on) = 0;
+    virtual void SetSubject(const std::string& subject) = 0;
+    virtual void SetNoteText(const std::string& text) = 0;
+    virtual void SetAttachmentIndex(int index) = 0;  // 380 beyond the one that would be added
+    virtual void SetAttachmentPath(const std::string& path) = 0;
+    // The character of the text that stands for the attachment, from 0.
+    virtual void SetAttachmentPosition(int position) = 0;
+    // Hands the message over; with `dialog` its user writes it and may close it unsent (1).
+    virtual void Send(bool dialog) = 0;
+};
+
+}  // namespace vantrel::platform
