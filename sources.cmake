@@ -256,10 +256,12 @@ set(RESTORE_TESTS
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp)
 set(UI_TESTS
+    tests/ui/about_tab_test.cpp
     tests/ui/backup_tab_test.cpp
     tests/ui/main_window_test.cpp
     tests/ui/secure_tab_test.cpp)
 set(APP_TESTS
+    tests/app/splash_test.cpp
     tests/app/startup_test.cpp)
 
 # End-to-end tests: helper programs for Windows, and the Python files that ctest runs.

@@ -1,4 +1,5 @@
-// The window that is on screen while start-up does its slow steps.
+// The window that is on screen while start-up does its slow steps, and at least five seconds, so
+// that it is seen.
 #pragma once
 
 #include "forms/controls.h"
@@ -19,7 +20,16 @@ class Frm_Splash : public forms::Form {
     forms::Label Lbl_Copyright;
     forms::Label Lbl_Warning;
 
+    forms::Timer Tim_Delay;
+
     void Form_Load() override;
+    void Form_Resize() override;
+    // Returns when the delay is over, or the window was closed.
+    void Form_Activate() override;
+    void Tim_Delay_Timer();
+
+  private:
+    bool delay_elapsed_ = false;
 };
 
 }  // namespace vantrel

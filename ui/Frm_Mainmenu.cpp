@@ -7,6 +7,9 @@
 namespace vantrel {
 
 namespace {
+// As in the tab control, from the left.
+enum class Tab { kBackup, kRestore, kEdit, kLog, kSecureData, kAbout };
+
 constexpr const char* kSection = "Startup";
 constexpr const char* kKey = "INI File";
 constexpr const char* kNothing = "Nil";
@@ -87,8 +90,16 @@ void Frm_Mainmenu::Menu_File_Exit_Click() { program().desktop.Unload(*this); }
 
 void Frm_Mainmenu::TAB_Backup_Click(int) {
     About.Tim_Flash.SetEnabled(false);
-    if (TAB_Backup.Tab() == 0) Backup.Cmb_BackupSet_Click();
-    if (TAB_Backup.Tab() == 4) Secure.Entered();
+    switch (static_cast<Tab>(TAB_Backup.Tab())) {
+        case Tab::kBackup:
+            return Backup.Cmb_BackupSet_Click();
+        case Tab::kSecureData:
+            return Secure.Entered();
+        case Tab::kAbout:
+            return About.Shown();
+        default:
+            return;
+    }
 }
 
 }  // namespace vantrel

@@ -1,6 +1,7 @@
 #include "ui/about_tab.h"
 
 #include <chrono>
+#include <string>
 
 #include "common/product.h"
 
@@ -30,9 +31,30 @@ AboutTab::AboutTab(forms::Form& window)
       Cmd_ContactUs(window, "Cmd_ContactUs", "&Contact Us"),
       Tim_Flash(window, "Tim_Flash", milliseconds(500)),
       Fra_Warning(window, "Fra_Warning"),
-      Lbl_Warning(window, "Lbl_Warning", product::kWarningText) {
+      Lbl_Warning(window, "Lbl_Warning", product::kWarningText),
+      program_(window.program()) {
+    Lbl_WebAddress.Click = [this] { Lbl_WebAddress_Click(); };
+    Tim_Flash.Tick = [this] { Tim_Flash_Timer(); };
     Lbl_WebAddress.SetTooltip("Connect to Web Address");
     Cmd_ContactUs.SetTooltip("Send EMail to Corvane Limited");
 }
+
+void AboutTab::Shown() {
+    program_.desktop.SetPointer(forms::Pointer::kHourglass);
+    Tim_Flash.SetEnabled(true);
+    Fld_Version.SetCaption(std::to_string(product::kVersionMajor) + "." +
+                           std::to_string(product::kVersionMinor));
+    Fld_Build.SetCaption(std::to_string(product::kVersionRevision));
+    program_.desktop.SetPointer(forms::Pointer::kDefault);
+}
+
+void AboutTab::Tim_Flash_Timer() {
+    using Color = forms::Label::Color;
+    const bool plain = Lbl_WebAddress.ForeColor() == Color::kButtonText;
+    Lbl_WebAddress.SetForeColor(plain ? Color::kHighlightText : Color::kButtonText);
+}
+
+// Whether it opened is for the shell to tell.
+void AboutTab::Lbl_WebAddress_Click() { program_.machine.shell.Open(Lbl_WebAddress.Caption()); }
 
 }  // namespace vantrel

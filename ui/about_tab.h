@@ -8,8 +8,10 @@
 
 namespace vantrel {
 
-struct AboutTab {
+class AboutTab {
+  public:
     explicit AboutTab(forms::Form& window);
+
     forms::Frame Fra_Logo;
     forms::Picture Img_Logo;
     forms::Label Lbl_ProductName;
@@ -30,6 +32,14 @@ struct AboutTab {
     forms::Timer Tim_Flash;
     forms::Frame Fra_Warning;
     forms::Label Lbl_Warning;
+
+    // What showing the tab does: the version is filled in and the web address begins to flash.
+    void Shown();
+    void Tim_Flash_Timer();
+    void Lbl_WebAddress_Click();
+
+  private:
+    forms::Program& program_;
 };
 
 }  // namespace vantrel

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
+
+#include "forms/controls.h"
 
 namespace vantrel::test {
 
@@ -160,6 +163,28 @@ void ScriptedDesktop::DoEvents() {
     ++do_events_calls;
     RunActivations();
     if (!on_events.empty()) TakeFront(on_events)();
+}
+
+bool ScriptedDesktop::RunShortestTimer() {
+    forms::Timer* shortest = nullptr;
+    for (const Form* form : loaded_) {
+        for (forms::Control* control : form->controls()) {
+            if (control->kind() != forms::Kind::kTimer || !control->Enabled()) continue;
+            auto* timer = static_cast<forms::Timer*>(control);
+            if (!shortest || timer->Interval() < shortest->Interval()) shortest = timer;
+        }
+    }
+    if (!shortest) return false;
+    waited += shortest->Interval();
+    shortest->Elapse();
+    return true;
+}
+
+void ScriptedDesktop::WaitEvents() {
+    if (!to_activate_.empty() || !on_events.empty()) return DoEvents();
+    if (RunShortestTimer()) return;
+    // Nothing will ever happen: a program that waits here hangs.
+    throw std::logic_error("waits for events that nobody raises");
 }
 
 void ScriptedDesktop::Run() {

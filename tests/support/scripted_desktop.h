@@ -2,6 +2,7 @@
 // are steps that a test has queued. What nobody answers fails the test.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <string>
@@ -20,6 +21,7 @@ class ScriptedDesktop : public forms::Desktop {
     std::deque<std::string> files;   // answers to file dialogs; none left: ""
     // Runs at the next DoEvents (one step a call); `idle` steps run one by one while a modal window
     // or Run() waits for the user. A wait without an idle step left fails the test and ends.
+    // A wait for events handles such a step, or lets the shortest enabled timer run out.
     // Windows that are due for it are activated before either: the shown one, and the one that is
     // in front again when another is gone.
     std::deque<std::function<void()>> on_events;
@@ -35,6 +37,7 @@ class ScriptedDesktop : public forms::Desktop {
     std::vector<std::string> happened;
     forms::Pointer pointer = forms::Pointer::kDefault;
     int do_events_calls = 0;
+    std::chrono::milliseconds waited{0};  // the sum of all waits for a timer
     // The window that was loaded last and is still there.
     forms::Form* Front() const { return loaded_.empty() ? nullptr : loaded_.back(); }
 
@@ -49,6 +52,7 @@ class ScriptedDesktop : public forms::Desktop {
     void Hide(forms::Form& form) override;
     void Unload(forms::Form& form, forms::UnloadMode mode = forms::UnloadMode::kCode) override;
     void DoEvents() override;
+    void WaitEvents() override;
     void Run() override;
     void SetPointer(forms::Pointer value) override { pointer = value; }
 
@@ -56,6 +60,7 @@ class ScriptedDesktop : public forms::Desktop {
     void FirstShow(forms::Form& form);
     void Leave(forms::Form& form);
     void RunActivations();
+    bool RunShortestTimer();
     bool RunIdleStep(const std::string& who);
 
     std::vector<forms::Form*> loaded_;

@@ -139,6 +139,12 @@ void Win32Desktop::DoEvents() {
     }
 }
 
+void Win32Desktop::WaitEvents() {
+    Flush();
+    MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    DoEvents();
+}
+
 void Win32Desktop::Run() {
     MSG message;
     while (!views_.empty() && NextMessage(message)) Dispatch(message);

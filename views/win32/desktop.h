@@ -36,6 +36,7 @@ class Win32Desktop : public forms::Desktop {
     void Hide(forms::Form& form) override;
     void Unload(forms::Form& form, forms::UnloadMode mode = forms::UnloadMode::kCode) override;
     void DoEvents() override;
+    void WaitEvents() override;
     void Run() override;
     void SetPointer(forms::Pointer pointer) override;
 
