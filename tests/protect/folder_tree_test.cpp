@@ -137,8 +137,9 @@ TEST_F(FolderTree, UnreadableFolderHasNoSubFolders) {
     machine.MakeFolders("D:\\Open\\Seen");
     DeniedListing denied(machine.files(), "D:\\Closed");
     platform::Machine& whole = machine.machine();
-    platform::Machine with_denied{whole.process,  denied,          whole.drives, whole.clock,
-                                  whole.settings, whole.code_page, whole.shell};
+    platform::Machine with_denied{
+        whole.process,   denied,      whole.drives,       whole.clock,        whole.settings,
+        whole.code_page, whole.shell, whole.mail_session, whole.mail_messages};
     forms::Program other{with_denied, desktop, program.globals};
     forms::Form its_window{other, "Frm_Mainmenu"};
     forms::Tree its_tree{its_window, "TV_SecureMode"};
@@ -197,8 +198,9 @@ TEST_F(FolderTree, ListIsReadOnceAndEachFolderIsListedOnce) {
     for (int i = 0; i < 40; ++i) machine.MakeFolders("D:\\" + std::to_string(i) + "\\Sub");
     FaultyFileSystem counting(machine.files());
     platform::Machine& whole = machine.machine();
-    platform::Machine counted{whole.process,  counting,        whole.drives, whole.clock,
-                              whole.settings, whole.code_page, whole.shell};
+    platform::Machine counted{whole.process, counting,           whole.drives,
+                              whole.clock,   whole.settings,     whole.code_page,
+                              whole.shell,   whole.mail_session, whole.mail_messages};
     forms::Program other{counted, desktop, program.globals};
     forms::Form its_window{other, "Frm_Mainmenu"};
     forms::Tree its_tree{its_window, "TV_SecureMode"};
