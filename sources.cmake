@@ -123,8 +123,11 @@ set(UI_SOURCES
     ui/backup_tab.cpp
     ui/edit_tab.cpp
     ui/log_tab.cpp
+    ui/mailing.cpp
+    ui/new_backup.cpp
     ui/restore_tab.cpp
-    ui/secure_tab.cpp)
+    ui/secure_tab.cpp
+    ui/text_views.cpp)
 set(APP_SOURCES
     app/Frm_Splash.cpp
     app/application.cpp)

@@ -58,6 +58,13 @@ void TextBox::SetText(const std::string& text) {
     Raise(Change);
 }
 
+void TextBox::Append(const std::string& text) {
+    if (text.empty()) return;
+    text_ += text;
+    Notify(Aspect::kText);
+    Raise(Change);
+}
+
 void TextBox::UserType(const std::string& text) {
     if (read_only_ || !Enabled() || text_ == text) return;
     text_ = text;

@@ -53,6 +53,8 @@ class TextBox : public Control {
     Event Change;
     const std::string& Text() const { return text_; }
     void SetText(const std::string& text);
+    // The same as setting the text to what it is with `text` at its end.
+    void Append(const std::string& text);
     void UserType(const std::string& text);  // the text as it is after the user's keystrokes
     bool MultiLine() const { return multi_line_; }
     bool ReadOnly() const { return read_only_; }

@@ -3,6 +3,7 @@
 #include "backupset/set_files.h"
 #include "log/clsLog.h"
 #include "protect/clsInfo.h"
+#include "ui/new_backup.h"
 
 namespace vantrel {
 
@@ -38,6 +39,12 @@ Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
     Backup.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
     Restore.Cmd_Exit.Click = [this] { Cmd_Exit_Click(); };
     Menu_File_Exit.Click = [this] { Menu_File_Exit_Click(); };
+    Backup.Cmd_AddNew.Click = [this] {
+        Cmd_AddNew_Click(this->program(), Backup, Restore.Cmb_RestoreFile);
+    };
+    Edit.Fil_INI.MouseDown = [this](int button) { Fil_INI_MouseDown(button); };
+    Menu_Options_Delete.Click = [this] { Edit.Menu_Options_Delete_Click(Backup.Cmb_BackupSet); };
+    About.Cmd_ContactUs.Click = [this] { Log.mailing.Cmd_ContactUs_Click(); };
     Menu_Secure_Add.Click = [this] { Secure.Menu_Secure_Add_Click(); };
     Menu_Secure_Delete.Click = [this] { Secure.Menu_Secure_Delete_Click(); };
 }
@@ -88,11 +95,20 @@ void Frm_Mainmenu::Cmd_Exit_Click() { Menu_File_Exit_Click(); }
 
 void Frm_Mainmenu::Menu_File_Exit_Click() { program().desktop.Unload(*this); }
 
+void Frm_Mainmenu::Fil_INI_MouseDown(int button) {
+    constexpr int kRightButton = 2;
+    if (button == kRightButton) Menu_Options.PopUp();
+}
+
 void Frm_Mainmenu::TAB_Backup_Click(int) {
     About.Tim_Flash.SetEnabled(false);
     switch (static_cast<Tab>(TAB_Backup.Tab())) {
         case Tab::kBackup:
             return Backup.Cmb_BackupSet_Click();
+        case Tab::kEdit:
+            return Edit.Cmd_INIRefresh.Press();
+        case Tab::kLog:
+            return Log.Cmd_Refresh.Press();
         case Tab::kSecureData:
             return Secure.Entered();
         case Tab::kAbout:

@@ -40,6 +40,7 @@ class Frm_Mainmenu : public forms::Form {
     void Cmd_Exit_Click();
     void Menu_File_Exit_Click();
     void TAB_Backup_Click(int previous);
+    void Fil_INI_MouseDown(int button);
 
   private:
     void FillSetLists();

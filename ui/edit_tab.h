@@ -1,14 +1,21 @@
-// The INI Edit tab: the set files, and the text of one of them.
+// The INI Edit tab: the set files, and the text of one of them, which is saved only when it is a
+// valid set. The Save button's enabled state is the marker of unsaved changes.
 #pragma once
+
+#include <functional>
+#include <string>
 
 #include "forms/controls.h"
 #include "forms/file_lists.h"
 #include "forms/form.h"
+#include "forms/lists.h"
 
 namespace vantrel {
 
-struct EditTab {
+class EditTab {
+  public:
     explicit EditTab(forms::Form& window);
+
     forms::Frame Fra_INIFileList;
     forms::Label Lbl_INIEdit;
     forms::FileList Fil_INI;
@@ -17,6 +24,36 @@ struct EditTab {
     forms::Label Lbl_INIContents;
     forms::TextBox Fld_INI;
     forms::Button Cmd_Save;
+
+    std::string CurrentINI;     // name of the file whose text is shown, "" for none
+    bool SaveAccepted = false;  // whether the last save wrote its file
+    bool ConfirmSave = false;   // whether the next press of Save asks first
+
+    void Fil_INI_Click();
+    void Fld_INI_Change();
+    void Cmd_Save_Click();
+    void Cmd_INIRefresh_Click();
+    // Deletes the selected file and takes it out of the list of sets; other lists keep it.
+    void Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet);
+
+  private:
+    // Runs a handler that traps its errors. A file that is picked while it runs (showing one lets
+    // events run) is shown when it is done.
+    void Run(const std::function<void()>& handler);
+    void ShowPicked();
+    bool KeepsChanges(const std::string& picked);
+    bool Confirmed();
+    void Save();
+    bool WriteScratch(const std::string& scratch);
+    bool Accepts(const std::string& scratch);
+    void PutInPlace(const std::string& scratch);
+    std::string ScratchPath() const;
+    void Delete(const std::string& name, forms::ComboBox& sets);
+    bool IsDeletionMeant(const std::string& name);
+
+    forms::Program& program_;
+    bool running_ = false;
+    bool picked_meanwhile_ = false;
 };
 
 }  // namespace vantrel

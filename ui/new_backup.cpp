@@ -1,0 +1,100 @@
+#include "ui/new_backup.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "backupset/clsINI.h"
+#include "backupset/set_files.h"
+#include "backupset/utf8.h"
+#include "common/error.h"
+#include "log/show_error.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr std::size_t kExtensionLength = 4;  // characters of ".INI"
+constexpr std::size_t kRootLength = 3;       // characters of "C:\"
+
+std::string WithExtension(forms::Program& program, const std::string& name) {
+    const std::size_t length = utf8::Length(name);
+    const std::size_t start = length - std::min(length, kExtensionLength);
+    const std::string end = name.substr(utf8::Left(name, start).size());
+    return program.machine.code_page.Upper(end) == ".INI" ? name : name + ".INI";
+}
+
+// "CON.INI" would be a file that no other program of the user could touch.
+bool IsDevice(forms::Program& program, const std::string& name) {
+    std::string base = program.machine.code_page.Upper(name.substr(0, name.find('.')));
+    base.erase(base.find_last_not_of(' ') + 1);
+    for (const std::string_view device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
+        if (base == device) return true;
+    }
+    return base.size() == 4 && (base.starts_with("COM") || base.starts_with("LPT")) &&
+           base[3] >= '0' && base[3] <= '9';
+}
+
+// A name with a folder or a drive in it would make a set that no list ever shows.
+bool CanBeNamed(forms::Program& program, const std::string& name) {
+    const bool controls =
+        std::any_of(name.begin(), name.end(), [](char c) { return c >= '\0' && c < ' '; });
+    return !controls && name.find_first_of("\\/:*?\"<>|") == std::string::npos &&
+           !IsDevice(program, name);
+}
+
+// Files that no list shows count, too: a hidden set is not to be written over.
+bool IsTaken(forms::Program& program, const std::string& name) {
+    auto& machine = program.machine;
+    const std::string folded = machine.code_page.Fold(name);
+    const auto names = SetFileNames(program);
+    return std::any_of(names.begin(), names.end(),
+                       [&](const auto& each) { return machine.code_page.Fold(each) == folded; }) ||
+           machine.files.Find(program.InApplicationFolder(name)).has_value();
+}
+
+void Refuse(forms::Program& program) {
+    auto& message = program.globals.MessageText;
+    message = "Unable to Save the Configuration File as it already exists.";
+    program.desktop.Show({.text = message, .icon = forms::Icon::kExclamation, .title = "Backup"});
+}
+
+// The file comes first: when it cannot be made, nothing else has happened.
+void Make(forms::Program& program, const std::string& name, BackupTab& tab,
+          forms::ComboBox& restore_sets) {
+    clsINI(program).Create_INI(name);
+    tab.Cmb_BackupSet.Add(name);
+    restore_sets.Add(name);
+    tab.GoToApplicationDrive();
+    tab.Fld_BackupWhere.SetCaption(
+        utf8::Left(program.machine.process.ApplicationFolder(), kRootLength));
+    // Not what the new file says; its selection shows that a moment later.
+    tab.Fld_BackupOptions.SetCaption("SubDir=ON, MultiVolume=OFF, Time=ON");
+}
+
+void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,
+            forms::ComboBox& restore_sets) {
+    program.globals.MessageText.clear();
+    const std::string name = WithExtension(program, typed);
+    if (!CanBeNamed(program, name)) RaiseError(error_number::kBadFileName);
+    if (IsTaken(program, name)) {
+        Refuse(program);
+    } else {
+        Make(program, name, tab, restore_sets);
+    }
+    tab.Cmb_BackupSet.SetText(name);
+}
+
+}  // namespace
+
+void Cmd_AddNew_Click(forms::Program& program, BackupTab& tab, forms::ComboBox& Cmb_RestoreFile) {
+    const std::string typed = program.desktop.Input(
+        "Please enter the name of the Configuration File.", "New Configuration", "");
+    if (typed.empty()) return;
+    try {
+        AddNew(program, typed, tab, Cmb_RestoreFile);
+    } catch (const Error& error) {
+        ShowError(program, error);
+    }
+}
+
+}  // namespace vantrel
