@@ -63,6 +63,7 @@ set(ZIP_SOURCES
     zip/central_record.cpp
     zip/deflate.cpp
     zip/directory_reader.cpp
+    zip/disk_prompt.cpp
     zip/dos_mask.cpp
     zip/end_record.cpp
     zip/entry_data.cpp
@@ -80,7 +81,9 @@ set(ZIP_SOURCES
     zip/run_channel.cpp
     zip/source_reader.cpp
     zip/source_scan.cpp
+    zip/spanned_archive.cpp
     zip/target_file.cpp
+    zip/volume.cpp
     zip/work_source.cpp)
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
@@ -93,7 +96,6 @@ set(BACKUPSET_SOURCES
     backupset/set_files.cpp)
 set(LOG_SOURCES
     log/clsLog.cpp
-    log/component_messages.cpp
     log/log_truncate.cpp
     log/show_error.cpp)
 set(SYSTEM_SOURCES
@@ -105,6 +107,9 @@ set(PROTECT_SOURCES
     protect/clsCfg.cpp
     protect/clsInfo.cpp
     protect/folder_tree.cpp)
+set(PROGRESS_SOURCES
+    progress/component_messages.cpp
+    progress/progress_window.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
@@ -148,6 +153,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/layout.cpp
     views/win32/message_box.cpp
     views/win32/open_file.cpp
+    views/win32/taskbar.cpp
     views/win32/text.cpp
     views/win32/window_parts.cpp
     views/win32/window_view.cpp)
@@ -226,8 +232,11 @@ set(ZIP_TESTS
     tests/zip/reader_failure_test.cpp
     tests/zip/reader_names_test.cpp
     tests/zip/reader_others_test.cpp
+    tests/zip/set_reader.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/source_scan_test.cpp
+    tests/zip/spanning_prompts_test.cpp
+    tests/zip/spanning_write_test.cpp
     tests/zip/unreadable_files_test.cpp
     tests/zip/writer_failure_test.cpp
     tests/zip/zip64_test.cpp

@@ -10,18 +10,21 @@ namespace {
 // Bytes of one write. Large, because every write costs a trip to the disk or the network.
 constexpr std::size_t kWriteSize = std::size_t{1} << 20;
 
+constexpr const char* kCannotWrite = "The archive cannot be written";
+
 }  // namespace
 
-ArchiveFile::ArchiveFile(platform::FileSystem& files, RunChannel& channel, std::string path,
-                         bool spanning)
-    : files_(files), channel_(channel), path_(std::move(path)), spanning_(spanning) {}
+ArchiveFile::ArchiveFile(const platform::Machine& machine, RunChannel& channel,
+                         const std::string& archive)
+    : files_(machine.files),
+      channel_(channel),
+      place_(machine, channel, archive),
+      path_(place_.Temporary()) {}
 
-StepFailure ArchiveFile::CannotWrite(const Error& error) const {
-    const bool next_disk = spanning_ && error.number() == error_number::kDiskFull;
-    return {error.number(), path_,
-            Sentence(next_disk ? "The archive needs a second disk, and cannot be continued on one"
-                               : "The archive cannot be written",
-                     path_, error)};
+void ArchiveFile::Open() {
+    place_.RemoveLeftovers();
+    place_.MakeFolders();
+    Create();
 }
 
 void ArchiveFile::Create() {
@@ -32,14 +35,19 @@ void ArchiveFile::Create() {
     created_ = true;
 }
 
-void ArchiveFile::Append(const void* data, std::size_t count) {
+void ArchiveFile::Write(std::string_view bytes, std::span<WholeRecord> records) {
+    for (WholeRecord& record : records) {
+        record.place = {0, Position() + record.at};
+    }
+    Append(bytes);
+}
+
+void ArchiveFile::Append(std::string_view bytes) {
     buffer_.Reserve(kWriteSize);
-    const char* next = static_cast<const char*>(data);
-    while (count > 0) {
-        const std::size_t part = std::min(count, kWriteSize - buffer_.size());
-        buffer_.Append(next, part);
-        next += part;
-        count -= part;
+    while (!bytes.empty()) {
+        const std::size_t part = std::min(bytes.size(), kWriteSize - buffer_.size());
+        buffer_.Append(bytes.substr(0, part));
+        bytes.remove_prefix(part);
         if (buffer_.size() == kWriteSize) {
             WriteBuffer();
         }
@@ -56,22 +64,21 @@ void ArchiveFile::WriteBuffer() {
 }
 
 void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
-    UntilItWorks(
-        channel_, [this](const Error& e) { return CannotWrite(e); },
-        [&] {
-            channel_.CheckStop();
-            if (!position_known_ || file_position_ != offset) {
-                position_known_ = false;
-                file_->Seek(offset);
-            }
-            position_known_ = false;  // a write that fails may have written a part
-            file_->Write(bytes.data(), bytes.size());
-            file_position_ = offset + bytes.size();
-            position_known_ = true;
-        });
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        if (!position_known_ || file_position_ != offset) {
+            position_known_ = false;
+            file_->Seek(offset);
+        }
+        position_known_ = false;  // a write that fails may have written a part
+        file_->Write(bytes.data(), bytes.size());
+        file_position_ = offset + bytes.size();
+        position_known_ = true;
+    });
 }
 
-void ArchiveFile::Patch(std::uint64_t offset, std::string_view bytes) {
+void ArchiveFile::Patch(const Place& place, std::string_view bytes) {
+    const std::uint64_t offset = place.offset;
     const std::uint64_t end = offset + bytes.size();
     const auto in_file =
         static_cast<std::size_t>(std::min(end, std::max(flushed_, offset)) - offset);
@@ -84,30 +91,27 @@ void ArchiveFile::Patch(std::uint64_t offset, std::string_view bytes) {
     }
 }
 
-void ArchiveFile::CutBack(std::uint64_t offset) {
+void ArchiveFile::CutBack(const Place& place) {
+    const std::uint64_t offset = place.offset;
     if (offset >= flushed_) {
         buffer_.Resize(static_cast<std::size_t>(offset - flushed_));
         return;
     }
-    UntilItWorks(
-        channel_, [this](const Error& e) { return CannotWrite(e); },
-        [&] {
-            channel_.CheckStop();
-            position_known_ = false;
-            file_->Truncate(offset);
-        });
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        position_known_ = false;
+        file_->Truncate(offset);
+    });
     buffer_.Clear();
     flushed_ = offset;
 }
 
 void ArchiveFile::Finish() {
     WriteBuffer();
-    UntilItWorks(
-        channel_, [this](const Error& e) { return CannotWrite(e); },
-        [this] {
-            channel_.CheckStop();
-            file_->Flush();
-        });
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
+        channel_.CheckStop();
+        file_->Flush();
+    });
     channel_.CheckStop();
     UntilItWorks(channel_, Cannot("The archive cannot be closed", path_),
                  [this] { CloseChecked(); });
@@ -126,6 +130,9 @@ void ArchiveFile::CloseChecked() {
     }
 }
 
-void ArchiveFile::Abandon() { file_.reset(); }
+void ArchiveFile::Abandon() {
+    file_.reset();
+    place_.Abandon(created_);
+}
 
 }  // namespace vantrel::zip

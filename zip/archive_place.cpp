@@ -1,5 +1,6 @@
 #include "zip/archive_place.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "zip/entry_records.h"
@@ -46,7 +47,7 @@ void ArchivePlace::RemoveLeftoversBelow(const std::string& folder) {
 void ArchivePlace::RemoveLeftover(const std::string& folder) {
     const std::string path = JoinPath(folder, LeafOf(temporary_));
     try {
-        if (machine_.files.Find(path) && IsOurs(path) && RemovePatiently(path) &&
+        if (machine_.files.Find(path) && IsOurs(path) && RemoveFile(path) &&
             IsStamp(LeafOf(folder))) {
             machine_.files.RemoveFolder(folder);
         }
@@ -68,7 +69,7 @@ bool ArchivePlace::IsOurs(const std::string& path) {
            signature == kOneDiskMarker;
 }
 
-bool ArchivePlace::RemovePatiently(const std::string& path) {
+bool ArchivePlace::RemoveFile(const std::string& path) {
     try {
         WithPatience(machine_.clock, [&] { machine_.files.RemoveFile(path); });
         return true;
@@ -85,20 +86,34 @@ bool ArchivePlace::Exists(const std::string& folder) {
     }
 }
 
-void ArchivePlace::MakeFolders() {
+std::vector<std::string> ArchivePlace::MissingFolders() {
     std::vector<std::string> missing;
     for (std::string folder = ParentOf(archive_); !folder.empty() && !Exists(folder);
          folder = ParentOf(folder)) {
         missing.push_back(folder);
     }
-    for (; !missing.empty(); missing.pop_back()) {
-        const std::string& folder = missing.back();
+    std::reverse(missing.begin(), missing.end());
+    return missing;
+}
+
+void ArchivePlace::MakeFolder(const std::string& folder) {
+    machine_.files.MakeFolder(folder);
+    made_folders_.push_back(folder);
+}
+
+void ArchivePlace::TryMakeFolders() {
+    for (const std::string& folder : MissingFolders()) {
+        MakeFolder(folder);
+    }
+}
+
+void ArchivePlace::MakeFolders() {
+    for (const std::string& folder : MissingFolders()) {
         UntilItWorks(channel_, Cannot("The folder for the archive cannot be made", folder), [&] {
             channel_.CheckStop();
             // It may have come back meanwhile, with the drive that holds it.
             if (!Exists(folder)) {
-                machine_.files.MakeFolder(folder);
-                made_folders_.push_back(folder);
+                MakeFolder(folder);
             }
         });
     }
@@ -111,7 +126,7 @@ void ArchivePlace::Commit() {
 
 void ArchivePlace::Abandon(bool created) {
     if (created) {
-        RemovePatiently(temporary_);
+        RemoveFile(temporary_);
     }
     for (; !made_folders_.empty(); made_folders_.pop_back()) {
         try {

@@ -26,18 +26,24 @@ class ArchivePlace {
     // too when it is then empty. Only what begins as we begin an archive is touched. Fails
     // silently.
     void RemoveLeftovers();
-    // Makes the missing folders of the path.
+    // Makes the missing folders of the path; what fails is a question, or (Try) raised.
     void MakeFolders();
+    void TryMakeFolders();
     // Puts the finished temporary file in the archive's place.
     void Commit();
+    // The folders that were made are on a disk that is no longer there.
+    void ForgetFolders() { made_folders_.clear(); }
+    // Removes a file of ours, patiently; false when that fails.
+    bool RemoveFile(const std::string& path);
     // Removes the temporary file if `created`, and the folders that MakeFolders made.
     void Abandon(bool created);
 
   private:
+    std::vector<std::string> MissingFolders();
+    void MakeFolder(const std::string& folder);
     void RemoveLeftover(const std::string& folder);
     void RemoveLeftoversBelow(const std::string& folder);
     bool IsOurs(const std::string& path);
-    bool RemovePatiently(const std::string& path);
     bool Exists(const std::string& folder);
 
     platform::Machine machine_;

@@ -8,7 +8,21 @@
 
 namespace vantrel::zip {
 
-ArchiveSink::ArchiveSink(ArchiveFile& archive, RunChannel& channel, std::size_t window,
+namespace {
+
+// Central records are written together, so many bytes or a little more at a time.
+constexpr std::size_t kDirectoryPortion = 256 * 1024;
+
+Place PlaceOf(const Entry& entry) { return {entry.disk, entry.offset}; }
+
+void SetPlace(Entry& entry, const Place& place) {
+    entry.disk = place.disk;
+    entry.offset = place.offset;
+}
+
+}  // namespace
+
+ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t window,
                          std::uint64_t total)
     : archive_(archive), channel_(channel), window_(window), total_(total) {}
 
@@ -56,11 +70,17 @@ void ArchiveSink::Write(PackedJob& job) {
 }
 
 void ArchiveSink::WriteBatch(PackedJob& job) {
-    const std::uint64_t start = archive_.Position();
-    archive_.Append(job.bytes.View());
+    whole_.clear();
+    for (const PackedItem& item : job.items) {
+        if (item.stored) {
+            whole_.push_back({static_cast<std::size_t>(item.entry.offset), item.header_size, {}});
+        }
+    }
+    archive_.Write(job.bytes.View(), whole_);
+    auto header = whole_.cbegin();
     for (PackedItem& item : job.items) {
         if (item.stored) {
-            item.entry.offset += start;
+            SetPlace(item.entry, header++->place);
             AddToDirectory(item.entry);
             TellAdded(item.path);
         } else if (!item.moved) {
@@ -75,19 +95,9 @@ void ArchiveSink::WriteBatch(PackedJob& job) {
 void ArchiveSink::WritePiece(PackedJob& job) {
     Piece& piece = *job.piece;
     if (piece.first) {
-        file_ = std::move(job.entry);
-        file_.offset = archive_.Position();
-        file_left_ = piece.again ? 0 : job.file.size;
-        if (!piece.abandoned) {
-            record_.clear();
-            AppendLocalHeader(record_, file_);
-            archive_.Append(record_);
-            if (!piece.again) {
-                TellAdded(job.path);
-            }
-        }
+        StartFile(job);
     }
-    archive_.Append(job.bytes.View());
+    archive_.Write(job.bytes.View());
     file_.crc = CombineCrc32(file_.crc, job.crc, job.raw_size);
     file_.size += job.raw_size;
     file_.packed_size += job.bytes.size();
@@ -98,7 +108,9 @@ void ArchiveSink::WritePiece(PackedJob& job) {
     channel_.SetFilePercent(
         std::min(static_cast<int>(static_cast<double>(file_.size) / size * 100), 100));
     if (piece.abandoned) {
-        archive_.CutBack(file_.offset);
+        if (!piece.first) {
+            archive_.CutBack(PlaceOf(file_));
+        }
         ++skipped_;
     } else if (piece.last) {
         FinishFile(job);
@@ -106,15 +118,40 @@ void ArchiveSink::WritePiece(PackedJob& job) {
     TellTrouble(piece.trouble);
 }
 
-void ArchiveSink::FinishFile(const PackedJob& job) {
-    if (file_.method == Method::kDeflated && file_.packed_size >= file_.size) {
-        archive_.CutBack(file_.offset);
-        on_not_smaller(job.file);
+void ArchiveSink::StartFile(PackedJob& job) {
+    const Piece& piece = *job.piece;
+    file_ = std::move(job.entry);
+    file_left_ = piece.again ? 0 : job.file.size;
+    if (piece.abandoned) {
         return;
+    }
+    if (!archive_.CanPatch()) {
+        file_.descriptor = true;
+        // It may grow under compression and stays so: at most some bytes for each of its blocks.
+        file_.wide_local =
+            NeedsWideSizes(piece.file_size, piece.file_size + piece.file_size / 1024);
     }
     record_.clear();
     AppendLocalHeader(record_, file_);
-    archive_.Patch(file_.offset, record_);
+    SetPlace(file_, archive_.WriteWhole(record_));
+    if (!piece.again) {
+        TellAdded(job.path);
+    }
+}
+
+void ArchiveSink::FinishFile(const PackedJob& job) {
+    record_.clear();
+    if (file_.descriptor) {
+        AppendDescriptor(record_, file_);
+        archive_.WriteWhole(record_);
+    } else if (file_.method == Method::kDeflated && file_.packed_size >= file_.size) {
+        archive_.CutBack(PlaceOf(file_));
+        on_not_smaller(job.file);
+        return;
+    } else {
+        AppendLocalHeader(record_, file_);
+        archive_.Patch(PlaceOf(file_), record_);
+    }
     AddToDirectory(file_);
 }
 
@@ -140,15 +177,55 @@ void ArchiveSink::WriteDirectory() {
     DirectoryEnd end;
     end.entries = directory_.Count();
     end.size = directory_.Bytes();
-    end.offset = archive_.Position();
-    while (directory_.Take(record_)) {
-        channel_.CheckStop();
-        archive_.Append(record_);
+    WriteCentralRecords(end);
+    // The end records state their own disk, and on which it is shows only when they are written.
+    for (Place place = archive_.Next();;) {
+        DirectoryEnd here = end;
+        here.disk = place.disk;
+        here.end64_offset = place.offset;
+        here.entries_on_other_disks =
+            place.disk == last_central_disk_ ? end.entries_on_other_disks : end.entries;
+        record_.clear();
+        AppendDirectoryEnd(record_, here);
+        const Place written = archive_.WriteWhole(record_);
+        if (written == place) {
+            return;
+        }
+        archive_.CutBack(written);
+        place = written;
     }
-    end.end64_offset = archive_.Position();
+}
+
+void ArchiveSink::WriteCentralRecords(DirectoryEnd& end) {
+    std::string record;
     record_.clear();
-    AppendDirectoryEnd(record_, end);
-    archive_.Append(record_);
+    whole_.clear();
+    while (directory_.Take(record)) {
+        whole_.push_back({record_.size(), record.size(), {}});
+        record_ += record;
+        if (record_.size() >= kDirectoryPortion) {
+            FlushCentralRecords(end);
+        }
+    }
+    FlushCentralRecords(end);
+}
+
+void ArchiveSink::FlushCentralRecords(DirectoryEnd& end) {
+    channel_.CheckStop();
+    archive_.Write(record_, whole_);
+    for (const WholeRecord& record : whole_) {
+        if (central_records_ == 0) {
+            end.offset = record.place.offset;
+            end.directory_disk = record.place.disk;
+        }
+        if (record.place.disk != last_central_disk_) {
+            last_central_disk_ = record.place.disk;
+            end.entries_on_other_disks = central_records_;
+        }
+        ++central_records_;
+    }
+    record_.clear();
+    whole_.clear();
 }
 
 }  // namespace vantrel::zip

@@ -8,8 +8,9 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <vector>
 
-#include "zip/archive_file.h"
+#include "zip/archive_output.h"
 #include "zip/block_store.h"
 #include "zip/jobs.h"
 #include "zip/run_channel.h"
@@ -20,7 +21,8 @@ class ArchiveSink {
   public:
     // `window`: jobs that may be under way, from the one to be written next. `total`: items to
     // store, for the messages.
-    ArchiveSink(ArchiveFile& archive, RunChannel& channel, std::size_t window, std::uint64_t total);
+    ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t window,
+                std::uint64_t total);
 
     // Called with a file that was compressed without becoming smaller, and taken out again.
     std::function<void(SourceItem item)> on_not_smaller;
@@ -43,11 +45,14 @@ class ArchiveSink {
     void WriteBatch(PackedJob& job);
     void WritePiece(PackedJob& job);
     void FinishFile(const PackedJob& job);
+    void StartFile(PackedJob& job);
     void AddToDirectory(const Entry& entry);
+    void WriteCentralRecords(DirectoryEnd& end);
+    void FlushCentralRecords(DirectoryEnd& end);
     void TellAdded(const std::string& path);
     void TellTrouble(std::optional<ComponentMessage>& trouble);
 
-    ArchiveFile& archive_;
+    ArchiveOutput& archive_;
     RunChannel& channel_;
     const std::size_t window_;
     const std::uint64_t total_;
@@ -61,8 +66,11 @@ class ArchiveSink {
     // Of the thread that is writing.
     BlockStore directory_;
     std::string record_;
-    Entry file_;                   // the big file under way
-    std::uint64_t file_left_ = 0;  // of its listed size, not yet counted as done
+    std::vector<WholeRecord> whole_;       // of the bytes that are written next
+    Entry file_;                           // the big file under way
+    std::uint64_t file_left_ = 0;          // of its listed size, not yet counted as done
+    std::uint64_t central_records_ = 0;    // written
+    std::uint32_t last_central_disk_ = 0;  // of the last of them
     std::int32_t told_ = 0;
     std::int32_t skipped_ = 0;
 };

@@ -9,6 +9,7 @@
 #include "zip/archive_sink.h"
 #include "zip/packer.h"
 #include "zip/source_reader.h"
+#include "zip/spanned_archive.h"
 #include "zip/work_source.h"
 
 namespace vantrel::zip {
@@ -32,19 +33,20 @@ int ThreadCount(int wanted) {
 class ArchiveRun {
   public:
     ArchiveRun(const platform::Machine& machine, const WriterOptions& options, RunChannel& channel)
-        : machine_(machine),
-          options_(options),
-          channel_(channel),
-          place_(machine, channel, options.archive),
-          archive_(machine_.files, channel, place_.Temporary(), options.spanning) {}
+        : machine_(machine), options_(options), channel_(channel) {
+        if (options.spanning) {
+            output_ = std::make_unique<SpannedArchive>(machine_, channel, options.archive);
+        } else {
+            output_ = std::make_unique<ArchiveFile>(machine_, channel, options.archive);
+        }
+    }
 
     // On a background thread. Throws RunStopped when there is no archive, having tidied up.
     void Run() {
         try {
             Make();
         } catch (...) {
-            archive_.Abandon();
-            place_.Abandon(archive_.Created());
+            output_->Abandon();
             throw;
         }
     }
@@ -54,16 +56,14 @@ class ArchiveRun {
 
   private:
     void Make() {
-        place_.RemoveLeftovers();
-        place_.MakeFolders();
-        archive_.Create();
+        output_->Open();
         while (!FillArchive()) {
             const Error error(error_number::kFileNotFound, "", "File not found");
             channel_.RetryOrStop({error.number(), options_.source.folder, NothingText()});
         }
-        archive_.Finish();
+        output_->Finish();
         channel_.RaiseLastEvent();
-        place_.Commit();
+        output_->Commit();
     }
 
     std::string NothingText() const {
@@ -74,12 +74,12 @@ class ArchiveRun {
 
     // False when nothing could be put into it.
     bool FillArchive() {
-        SourceList list =
-            ScanSource(machine_, options_.source, {place_.Archive(), place_.Temporary()}, channel_);
+        const OwnFiles own{options_.archive, options_.archive + kTemporarySuffix};
+        SourceList list = ScanSource(machine_, options_.source, own, channel_);
         skipped = list.skipped;
         channel_.SetTotal(list.bytes);
         const int threads = ThreadCount(options_.threads);
-        ArchiveSink sink(archive_, channel_, static_cast<std::size_t>(threads + kSlack),
+        ArchiveSink sink(*output_, channel_, static_cast<std::size_t>(threads + kSlack),
                          list.items.Count());
         SourceReader reader(machine_, channel_, options_.source.folder);
         WorkSource source(reader, list, sink, options_.level);
@@ -132,8 +132,7 @@ class ArchiveRun {
     platform::Machine machine_;
     const WriterOptions& options_;
     RunChannel& channel_;
-    ArchivePlace place_;
-    ArchiveFile archive_;
+    std::unique_ptr<ArchiveOutput> output_;
 };
 
 }  // namespace

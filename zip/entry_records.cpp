@@ -13,8 +13,9 @@ constexpr std::uint16_t kVersionStored = 10;    // APPNOTE 4.4.3.2
 constexpr std::uint16_t kVersionDeflated = 20;  // also for folders
 constexpr std::uint16_t kVersionZip64 = 45;
 constexpr std::uint16_t kMadeBy =
-    kVersionZip64;                             // high byte 0: attributes are those of DOS (4.4.2)
-constexpr std::uint16_t kFlagUtf8 = 1u << 11;  // 4.4.4
+    kVersionZip64;  // high byte 0: attributes are those of DOS (4.4.2)
+constexpr std::uint16_t kFlagDescriptor = 1u << 3;  // 4.4.4
+constexpr std::uint16_t kFlagUtf8 = 1u << 11;
 
 constexpr std::uint16_t kZip64Field = 0x0001;     // 4.5.3
 constexpr std::uint16_t kNtfsField = 0x000A;      // 4.5.5
@@ -34,7 +35,10 @@ bool IsAscii(const std::string& name) {
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-std::uint16_t Flags(const Entry& entry) { return IsAscii(entry.name) ? 0 : kFlagUtf8; }
+std::uint16_t Flags(const Entry& entry) {
+    return static_cast<std::uint16_t>((IsAscii(entry.name) ? 0 : kFlagUtf8) |
+                                      (entry.descriptor ? kFlagDescriptor : 0));
+}
 
 std::uint16_t VersionNeeded(const Entry& entry, bool zip64) {
     if (zip64) {
@@ -83,8 +87,8 @@ std::string LocalExtra(const Entry& entry) {
     std::string extra;
     if (entry.wide_local) {
         std::string sizes;  // both, as 4.5.3 demands of a local header
-        Put64(sizes, entry.size);
-        Put64(sizes, entry.packed_size);
+        Put64(sizes, entry.descriptor ? 0 : entry.size);
+        Put64(sizes, entry.descriptor ? 0 : entry.packed_size);
         AppendField(extra, kZip64Field, sizes);
     }
     AppendUnixTime(extra, entry.times.modified);
@@ -105,15 +109,12 @@ std::string Zip64Numbers(const Entry& entry) {
     return numbers;
 }
 
-void AppendCommon(std::string& out, const Entry& entry, bool zip64, std::uint32_t size_limit_hit) {
+// Version, flags, method, time; then CRC and sizes, which stand at the same places in both headers.
+void AppendCommon(std::string& out, const Entry& entry, bool zip64) {
     Put16(out, VersionNeeded(entry, zip64));
     Put16(out, Flags(entry));
     Put16(out, static_cast<std::uint16_t>(entry.method));
     Put32(out, DosDateTime(entry.modified_local));
-    Put32(out, entry.crc);
-    Put32(out, size_limit_hit != 0 ? size_limit_hit : Saturate32(entry.packed_size));
-    Put32(out, size_limit_hit != 0 ? size_limit_hit : Saturate32(entry.size));
-    Put16(out, static_cast<std::uint16_t>(entry.name.size()));
 }
 
 }  // namespace
@@ -136,10 +137,28 @@ std::uint32_t DosDateTime(const platform::LocalTime& local) {
 void AppendLocalHeader(std::string& out, const Entry& entry) {
     const std::string extra = LocalExtra(entry);
     Put32(out, kLocalSignature);
-    AppendCommon(out, entry, entry.wide_local, entry.wide_local ? Saturate32(kSaturated32) : 0);
+    AppendCommon(out, entry, entry.wide_local);
+    Put32(out, entry.descriptor ? 0 : entry.crc);
+    for (const std::uint64_t size : {entry.packed_size, entry.size}) {
+        const std::uint64_t told = entry.descriptor ? 0 : size;
+        Put32(out, static_cast<std::uint32_t>(entry.wide_local ? kSaturated32 : told));
+    }
+    Put16(out, static_cast<std::uint16_t>(entry.name.size()));
     Put16(out, static_cast<std::uint16_t>(extra.size()));
     out += entry.name;
     out += extra;
+}
+
+void AppendDescriptor(std::string& out, const Entry& entry) {
+    Put32(out, kDescriptorSignature);
+    Put32(out, entry.crc);
+    for (const std::uint64_t size : {entry.packed_size, entry.size}) {
+        // 8 bytes each exactly when the local header has the 64-bit field (4.3.9.2).
+        Put32(out, static_cast<std::uint32_t>(size & kSaturated32));
+        if (entry.wide_local) {
+            Put32(out, static_cast<std::uint32_t>(size >> 32));
+        }
+    }
 }
 
 void AppendCentralRecord(std::string& out, const Entry& entry) {
@@ -152,7 +171,11 @@ void AppendCentralRecord(std::string& out, const Entry& entry) {
     AppendUnixTime(extra, entry.times.modified);
     Put32(out, kCentralSignature);
     Put16(out, kMadeBy);
-    AppendCommon(out, entry, !numbers.empty() || entry.wide_local, 0);
+    AppendCommon(out, entry, !numbers.empty() || entry.wide_local);
+    Put32(out, entry.crc);
+    Put32(out, Saturate32(entry.packed_size));
+    Put32(out, Saturate32(entry.size));
+    Put16(out, static_cast<std::uint16_t>(entry.name.size()));
     Put16(out, static_cast<std::uint16_t>(extra.size()));
     Put16(out, 0);  // comment
     Put16(out, Saturate16(entry.disk));
@@ -164,26 +187,28 @@ void AppendCentralRecord(std::string& out, const Entry& entry) {
 }
 
 void AppendDirectoryEnd(std::string& out, const DirectoryEnd& end) {
-    if (end.entries >= kSaturated16 || end.size >= kSaturated32 || end.offset >= kSaturated32) {
+    const std::uint64_t entries_here = end.entries - end.entries_on_other_disks;
+    if (end.entries >= kSaturated16 || end.size >= kSaturated32 || end.offset >= kSaturated32 ||
+        end.disk >= kSaturated16) {
         Put32(out, kEnd64Signature);
         Put64(out, 44);  // bytes that follow this number
         Put16(out, kMadeBy);
         Put16(out, kVersionZip64);
-        Put32(out, 0);  // this disk
-        Put32(out, 0);  // disk on which the directory starts
-        Put64(out, end.entries);
+        Put32(out, end.disk);
+        Put32(out, end.directory_disk);
+        Put64(out, entries_here);
         Put64(out, end.entries);
         Put64(out, end.size);
         Put64(out, end.offset);
         Put32(out, kLocatorSignature);
-        Put32(out, 0);
+        Put32(out, end.disk);  // of the Zip64 end record, which stands right before
         Put64(out, end.end64_offset);
-        Put32(out, 1);  // disks in all
+        Put32(out, end.disk + 1);  // disks in all
     }
     Put32(out, kEndSignature);
-    Put16(out, 0);
-    Put16(out, 0);
-    Put16(out, Saturate16(end.entries));
+    Put16(out, Saturate16(end.disk));
+    Put16(out, Saturate16(end.directory_disk));
+    Put16(out, Saturate16(entries_here));
     Put16(out, Saturate16(end.entries));
     Put32(out, Saturate32(end.size));
     Put32(out, Saturate32(end.offset));

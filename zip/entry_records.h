@@ -11,12 +11,13 @@ namespace vantrel::zip {
 // APPNOTE 4.4.5; the numbers are those of the format.
 enum class Method : std::uint16_t { kStored = 0, kDeflated = 8 };
 
-constexpr std::uint32_t kLocalSignature = 0x04034b50;    // APPNOTE 4.3.7
-constexpr std::uint32_t kCentralSignature = 0x02014b50;  // 4.3.12
-constexpr std::uint32_t kEnd64Signature = 0x06064b50;    // 4.3.14
-constexpr std::uint32_t kLocatorSignature = 0x07064b50;  // 4.3.15
-constexpr std::uint32_t kEndSignature = 0x06054b50;      // 4.3.16
-constexpr std::uint32_t kSpannedMarker = 0x08074b50;     // 8.5.4
+constexpr std::uint32_t kLocalSignature = 0x04034b50;       // APPNOTE 4.3.7
+constexpr std::uint32_t kCentralSignature = 0x02014b50;     // 4.3.12
+constexpr std::uint32_t kEnd64Signature = 0x06064b50;       // 4.3.14
+constexpr std::uint32_t kLocatorSignature = 0x07064b50;     // 4.3.15
+constexpr std::uint32_t kEndSignature = 0x06054b50;         // 4.3.16
+constexpr std::uint32_t kDescriptorSignature = 0x08074b50;  // 4.3.9.3
+constexpr std::uint32_t kSpannedMarker = 0x08074b50;        // 8.5.4, the same number
 constexpr std::uint32_t kOneDiskMarker = 0x30304b50;  // 8.5.4: begun as spanned, one disk sufficed
 
 // A short field that holds this (or 0xFFFF) says that the number stands in a Zip64 field instead,
@@ -42,11 +43,15 @@ struct Entry {
     // The local header has the 64-bit sizes field. Decided when the header's place is reserved,
     // that is, from the size which the file had when it was opened.
     bool wide_local = false;
+    // CRC and sizes follow the data (4.3.9), because the header cannot be written again.
+    bool descriptor = false;
 };
 
-// Appends the local file header (APPNOTE 4.3.7) of an entry whose sizes and CRC are final. Its
-// length depends only on the name, the times and `wide_local`.
+// Appends the local file header (APPNOTE 4.3.7) of an entry whose sizes and CRC are final, or are
+// left to a descriptor. Its length depends only on the name, the times and `wide_local`.
 void AppendLocalHeader(std::string& out, const Entry& entry);
+// Appends the data descriptor (4.3.9), with its signature.
+void AppendDescriptor(std::string& out, const Entry& entry);
 
 // Appends the central directory record (APPNOTE 4.3.12).
 void AppendCentralRecord(std::string& out, const Entry& entry);
@@ -56,7 +61,11 @@ struct DirectoryEnd {
     std::uint64_t entries = 0;
     std::uint64_t size = 0;          // bytes of all central records
     std::uint64_t offset = 0;        // of the first central record, on its disk
-    std::uint64_t end64_offset = 0;  // where the records appended here begin
+    std::uint64_t end64_offset = 0;  // where the records appended here begin, on their disk
+    // Of an archive on several disks, numbered from 0.
+    std::uint32_t disk = 0;                    // the one of the records appended here, the last
+    std::uint32_t directory_disk = 0;          // the one of the first central record
+    std::uint64_t entries_on_other_disks = 0;  // central records that are not on the last disk
 };
 
 // Appends the end record (APPNOTE 4.3.16), with the Zip64 end record and its locator

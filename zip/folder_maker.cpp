@@ -26,6 +26,10 @@ FolderMaker::FolderMaker(const platform::Machine& machine, std::string destinati
     : machine_(machine), destination_(std::move(destination)), told_alias_(std::move(told_alias)) {}
 
 std::string FolderMaker::Ensure(const std::string& path) {
+    // Looked at before the first of its folders is made.
+    if (IsTooLongPath(JoinPath(destination_, path))) {
+        throw Error(error_number::kBadFileName, "", "its path is too long");
+    }
     const std::lock_guard lock(mutex_);
     return EnsureLocked(path).full_path;
 }

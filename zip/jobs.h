@@ -37,6 +37,7 @@ struct PackedItem {
     bool stored = false;  // the batch holds it; its offset counts from the batch's first byte
     bool moved = false;   // handed back, to be stored as a big file later
     Entry entry;
+    std::size_t header_size = 0;
     std::uint64_t listed_size = 0;
     std::string path;
     std::optional<ComponentMessage> trouble;

@@ -119,6 +119,7 @@ void Packer::AppendFile(PackedItem& result, Buffer& bytes) {
     entry.offset = bytes.size();
     header_.clear();
     AppendLocalHeader(header_, entry);
+    result.header_size = header_.size();
     bytes.Append(header_);
     bytes.Append(data.View());
     result.stored = true;

@@ -43,6 +43,8 @@ std::string ParentOf(std::string_view path) {
     return std::string(path.substr(0, std::max(slash, root)));
 }
 
+std::string RootOf(std::string_view path) { return std::string(path.substr(0, RootLength(path))); }
+
 std::string LeafOf(std::string_view path) {
     const std::size_t root = RootLength(path);
     while (path.size() > root && path.back() == '\\') {

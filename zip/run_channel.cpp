@@ -109,7 +109,8 @@ void RunChannel::RetryOrStop(const StepFailure& failure) {
     question_.reset();
     lock.unlock();
     if (answer == Answer::kNobody) {
-        Fail(failure);
+        const std::string& unattended = failure.text_unattended;
+        Fail({failure.number, failure.path, unattended.empty() ? failure.text : unattended, {}});
     }
     if (answer != Answer::kRetry) {
         throw RunStopped{};

@@ -41,6 +41,8 @@ struct StepFailure {
     int number = 0;  // run-time error number
     std::string path;
     std::string text;  // for the user
+    // What is said instead when nobody is there to be asked; "" is `text`.
+    std::string text_unattended{};
 };
 
 // Unwinds a background thread when the run was cancelled or has failed; never leaves the engine.

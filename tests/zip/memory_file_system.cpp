@@ -148,6 +148,11 @@ void MemoryFileSystem::BringBack() {
     taken_away_.clear();
 }
 
+std::uint64_t MemoryFileSystem::Used() const {
+    const std::lock_guard lock(mutex_);
+    return used_;
+}
+
 bool MemoryFileSystem::Exists(const std::string& path) const {
     const std::lock_guard lock(mutex_);
     return Lookup(path) != nullptr;

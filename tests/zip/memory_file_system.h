@@ -44,6 +44,8 @@ class MemoryFileSystem : public platform::FileSystem {
     void BringBack();
 
     bool Exists(const std::string& path) const;
+    // Bytes that all files hold together.
+    std::uint64_t Used() const;
     platform::FileInfo Info(const std::string& path) const;
     std::string Content(const std::string& path) const;
     std::string Content(const std::string& path, std::uint64_t offset, std::size_t count) const;

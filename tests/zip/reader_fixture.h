@@ -21,11 +21,9 @@ class ReaderTest : public ::testing::Test {
     }
 
     platform::Machine Machine() {
-        platform::Machine over_memory = machine.machine();
-        return {over_memory.process,  files,
-                over_memory.drives,   over_memory.clock,
-                over_memory.settings, over_memory.code_page,
-                over_memory.shell};
+        platform::Machine& real = machine.machine();
+        return {real.process,   files,      real.drives,       real.clock,        real.settings,
+                real.code_page, real.shell, real.mail_session, real.mail_messages};
     }
     zip::RunOutcome Run() {
         result = zip::ExtractArchive(Machine(), options, events);

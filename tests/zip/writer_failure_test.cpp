@@ -59,8 +59,8 @@ TEST_F(WriterFailure, FullDiskWhereASecondOneWasWantedSaysSo) {
     files.capacity = 8 * kChunkSize;
     options.spanning = true;
     ExpectFailedUnattended(error_number::kDiskFull,
-                           "The archive needs a second disk, and cannot be continued on one: "
-                           "C:\\Backup\\Weekly.zip.vantrel-new (Disk full).");
+                           "The archive needs disk 2, and nobody is there to insert it: "
+                           "C:\\Backup\\Weekly.zip.");
 }
 
 TEST_F(WriterFailure, RetryAfterAFullDiskGoesOnWhereItStopped) {

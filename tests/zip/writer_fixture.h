@@ -107,10 +107,9 @@ class WriterTest : public ::testing::Test {
     }
 
     platform::Machine Machine() {
-        return {machine.process,        files,
-                machine.drives,         machine.clock,
-                machine.settings,       machine.code_page(),
-                machine.machine().shell};
+        platform::Machine& real = machine.machine();
+        return {real.process,   files,      real.drives,       real.clock,        real.settings,
+                real.code_page, real.shell, real.mail_session, real.mail_messages};
     }
     zip::RunOutcome Run() {
         result = zip::WriteArchive(Machine(), options, events);

@@ -1,0 +1,29 @@
+// What is said when a disk must be changed, and why a disk that was put in will not do.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "common/error.h"
+
+namespace vantrel::zip {
+
+// "A:" of "A:\Weekly.zip"; a path without a drive letter gives its root.
+std::string DriveOf(const std::string& path);
+
+// The question for a disk of the archive at `path`; `disk` counts from 1. `note` says how the disk
+// that is in the drive now stands, as a sentence.
+std::string PromptToWrite(std::uint32_t disk, const std::string& path, const std::string& note);
+
+// The same for reading a set of `disks`. 0 when that is not known yet; the last one is then meant.
+std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::string& path,
+                         const std::string& note);
+
+// Notes. They speak of "the disk in the drive".
+std::string FreeSpaceNote(std::uint64_t bytes);
+std::string FullNote(std::uint64_t bytes);
+std::string NoDiskNote();
+std::string HoldsArchiveNote(const std::string& path);
+std::string ErrorNote(const Error& error);
+
+}  // namespace vantrel::zip
