@@ -221,6 +221,9 @@ set(ZIP_TESTS
     tests/zip/deflate_test.cpp
     tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
+    tests/zip/hostile_archives_test.cpp
+    tests/zip/hostile_names.cpp
+    tests/zip/hostile_structures.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/other_readers_test.cpp

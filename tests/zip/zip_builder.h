@@ -11,8 +11,8 @@
 namespace vantrel::test {
 
 struct BuiltEntry {
-    std::string name;
-    std::string content;
+    std::string name{};
+    std::string content{};
     std::uint16_t method = 0;  // 0 and 8 are really made; of others the data is the content
     std::uint16_t flags = 0;
     std::uint8_t host = 0;
