@@ -29,27 +29,13 @@ std::string Stamp(const platform::LocalTime& time) {
 
 Frm_Backup::Frm_Backup(forms::Program& program, std::string set_name,
                        std::unique_ptr<zip::PKZIP> component)
-    : Form(program, "Frm_Backup"),
-      Cmd_Ok(*this, "Cmd_Ok", "OK"),
-      Cmd_Cancel(*this, "Cmd_Cancel", "Cancel"),
-      Fra_Details(*this, "Fra_Details", "Details"),
-      Lst_Details(*this, "Lst_Details"),
-      Frame1(*this, "Frame1"),
-      Lbl_File(*this, "Lbl_File", "File Progress"),
-      Lbl_JobProgress(*this, "Lbl_JobProgress", "Overall Progress"),
-      Lbl_BackupPath(*this, "Lbl_BackupPath", "Please Wait...  Processing Files"),
-      Lbl_Folder(*this, "Lbl_Folder", "Status"),
+    : ProgressWindow(program, "Frm_Backup", "Lbl_BackupPath", "Backup"),
+      Lbl_BackupPath(path_label_),
       Lbl_BackingUp(*this, "Lbl_BackingUp", "Backing Up Files......."),
-      Ani_File(*this, "Ani_File"),
-      PB_Folder(*this, "PB_Folder"),
-      PB_File(*this, "PB_File"),
       PKZIP(*component),
       set_name_(std::move(set_name)),
-      component_(std::move(component)),
-      messages_(program) {
+      component_(std::move(component)) {
     SetCaption("Backing Up Files...");
-    Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
-    Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
     PKZIP.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
         PKZIP_OverallProgress(percent, cancel);
     };
@@ -60,18 +46,6 @@ Frm_Backup::Frm_Backup(forms::Program& program, std::string set_name,
 }
 
 std::string Frm_Backup::SetPath() const { return program().InApplicationFolder(set_name_); }
-
-void Frm_Backup::LogRecord(const std::string& text) {
-    clsLog(program()).WriteToLog("Backup", true, text);
-}
-
-void Frm_Backup::Form_Load() {
-    const std::string clip =
-        program().machine.process.ApplicationFolder() + "\\System\\FileCopy.AVI";
-    if (clsFiles(program()).Exist(clip, true)) Ani_File.Open(clip);
-    Cmd_Cancel.SetVisible(true);
-    Cmd_Ok.SetVisible(false);
-}
 
 void Frm_Backup::Form_Activate() {
     LogRecord("Starting Backup " + set_name_);
@@ -85,7 +59,7 @@ void Frm_Backup::Form_Activate() {
     if (program().Unattended()) {
         program().desktop.Hide(*this);
     } else {
-        ShowOutcome();
+        ShowOutcome(cancelled_ ? "Backup Cancelled by User" : "Backup Complete");
     }
 }
 
@@ -134,54 +108,19 @@ void Frm_Backup::Finish(const Target& target) {
                                                    : forms::exit_code::kComplete;
 }
 
-void Frm_Backup::ShowOutcome() {
-    Ani_File.Stop();
-    Lbl_BackupPath.SetCaption(cancelled_ ? "Backup Cancelled by User" : "Backup Complete");
-    PB_Folder.SetValue(0);
-    PB_File.SetValue(0);
-    Lst_Details.Clear();
-}
-
 void Frm_Backup::Cmd_Ok_Click() { program().desktop.Hide(*this); }
 
-// The disabled button is the signal: the next overall-progress event hands the cancel over.
-void Frm_Backup::Cmd_Cancel_Click() { Cmd_Cancel.SetEnabled(false); }
-
 void Frm_Backup::PKZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
-    program().desktop.DoEvents();
-    PB_Folder.SetValue(percent);
-    if (Cmd_Cancel.Enabled()) return;
-    cancel = true;
-    Cmd_Ok.SetVisible(true);
-    Cmd_Cancel.SetVisible(false);
-    cancelled_ = true;
+    OverallProgress(percent, cancel);
 }
 
-void Frm_Backup::PKZIP_FileProgress(std::int32_t& percent) {
-    program().desktop.DoEvents();
-    PB_File.SetValue(percent);
-}
+void Frm_Backup::PKZIP_FileProgress(std::int32_t& percent) { FileProgress(percent); }
 
-void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) {
-    Lbl_BackupPath.SetCaption(message.text);
-    Lst_Details.Add(message.text);
-    Lst_Details.SetIndex(Lst_Details.Count() - 1);
-    messages_.Handle(message);
-}
+void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) { Message(message); }
 
 void Frm_Backup::PKZIP_FatalStop() {
     messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
     program().machine.process.End(forms::exit_code::kFailed);
-}
-
-bool Frm_Backup::AskRetry(const std::string& text) {
-    const auto answer = program().desktop.Show({.text = text,
-                                                .buttons = forms::Buttons::kRetryCancel,
-                                                .icon = forms::Icon::kExclamation,
-                                                .title = "Backup"});
-    if (answer == forms::Answer::kRetry) return true;
-    Cmd_Cancel.SetEnabled(false);
-    return false;
 }
 
 }  // namespace vantrel

@@ -59,7 +59,7 @@ set_source_files_properties(${VANTREL_GENERATED}/version.rc PROPERTIES OBJECT_DE
 enable_language(RC)
 vantrel_room(views SOURCES ${VIEWS_WIN32_SOURCES} BELOW vantrel_forms)
 target_include_directories(vantrel_views PRIVATE ${VANTREL_GENERATED})
-target_link_libraries(vantrel_views PUBLIC comctl32 comdlg32 uxtheme gdi32)
+target_link_libraries(vantrel_views PUBLIC comctl32 comdlg32 uxtheme gdi32 ole32 uuid)
 function(vantrel_windows_program name)
     add_executable(${name} WIN32 ${ARGN} views/win32/vantrel.rc ${VANTREL_GENERATED}/version.rc)
     target_include_directories(${name} PRIVATE ${VANTREL_GENERATED})

@@ -19,10 +19,11 @@ enum class Aspect {
     kSelection,
     kValue,  // position of a bar, fill of a panel, check mark, playing animation
     kColor,
-    kRedraw,  // paint now
-    kFocus,   // takes the keyboard
-    kScroll,  // moves what it shows
-    kPopUp,   // a menu opens at the pointer
+    kRedraw,        // paint now
+    kFocus,         // takes the keyboard
+    kScroll,        // moves what it shows
+    kPopUp,         // a menu opens at the pointer
+    kTaskProgress,  // of a window
 };
 
 // The other side of a binding: brings the named aspect of its control to the screen.

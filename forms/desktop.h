@@ -53,7 +53,8 @@ class Desktop {
 
     // Handles everything that waits in the message queue, once.
     virtual void DoEvents() = 0;
-    // Waits, without using the processor, until something is in the message queue, and handles that.
+    // Waits, without using the processor, until something is in the message queue, and handles
+    // that.
     virtual void WaitEvents() = 0;
     // Handles events until no window is left.
     virtual void Run() = 0;

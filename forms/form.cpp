@@ -20,6 +20,12 @@ void Form::DrawBox(const FilledBox& box) {
     if (view_) view_->Changed(Aspect::kValue);
 }
 
+void Form::SetTaskProgress(int percent) {
+    if (percent == task_progress_) return;
+    task_progress_ = percent;
+    if (view_) view_->Changed(Aspect::kTaskProgress);
+}
+
 void Form::ClearBoxes() {
     boxes_.clear();
     if (view_) view_->Changed(Aspect::kValue);

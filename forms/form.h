@@ -42,6 +42,10 @@ class Form {
     void DrawBox(const FilledBox& box);
     void ClearBoxes();
     const std::vector<FilledBox>& Boxes() const { return boxes_; }
+    // How much of a long run is done, 0 to 100, for the window's button on the taskbar.
+    static constexpr int kNoTaskProgress = -1;
+    int TaskProgress() const { return task_progress_; }
+    void SetTaskProgress(int percent);
     // Paints the window and its controls now.
     void Refresh();
 
@@ -70,6 +74,7 @@ class Form {
     Control* active_ = nullptr;
     int width_ = 0;
     int height_ = 0;
+    int task_progress_ = kNoTaskProgress;
     ControlView* view_ = nullptr;
     bool loaded_ = false;
     bool visible_ = false;

@@ -10,26 +10,12 @@ namespace vantrel {
 
 Frm_Restore::Frm_Restore(forms::Program& program, const RestoreControls& main_window,
                          std::unique_ptr<zip::PKUNZIP> component)
-    : Form(program, "Frm_Restore"),
-      Cmd_Ok(*this, "Cmd_Ok", "OK"),
-      Cmd_Cancel(*this, "Cmd_Cancel", "Cancel"),
-      Fra_Details(*this, "Fra_Details", "Details"),
-      Lst_Details(*this, "Lst_Details"),
-      Frame1(*this, "Frame1"),
-      Lbl_File(*this, "Lbl_File", "File Progress"),
-      Lbl_JobProgress(*this, "Lbl_JobProgress", "Overall Progress"),
-      Lbl_RestorePath(*this, "Lbl_RestorePath", "Please Wait...  Processing Files"),
-      Lbl_Folder(*this, "Lbl_Folder", "Status"),
-      Ani_File(*this, "Ani_File"),
-      PB_Folder(*this, "PB_Folder"),
-      PB_File(*this, "PB_File"),
+    : ProgressWindow(program, "Frm_Restore", "Lbl_RestorePath", "Restore"),
+      Lbl_RestorePath(path_label_),
       PKUNZIP(*component),
       main_(main_window),
-      component_(std::move(component)),
-      messages_(program) {
+      component_(std::move(component)) {
     SetCaption("Restoring Files...");
-    Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
-    Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
     PKUNZIP.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
         PKUNZIP_OverallProgress(percent, cancel);
     };
@@ -54,18 +40,6 @@ std::string Frm_Restore::ArchivePath() {
     return set.RestoreFromDrive() + set.RestoreFileName();
 }
 
-void Frm_Restore::LogRecord(const std::string& text) {
-    clsLog(program()).WriteToLog("Backup", true, text);
-}
-
-void Frm_Restore::Form_Load() {
-    const std::string clip =
-        program().machine.process.ApplicationFolder() + "\\System\\FileCopy.AVI";
-    if (clsFiles(program()).Exist(clip, true)) Ani_File.Open(clip);
-    Cmd_Cancel.SetVisible(true);
-    Cmd_Ok.SetVisible(false);
-}
-
 void Frm_Restore::Form_Activate() {
     LogRecord("Starting Restore from " + SourceInWords());
     cancelled_ = false;
@@ -80,7 +54,8 @@ void Frm_Restore::Form_Activate() {
         RememberDestination();
         LogRecord("Finished Restore from " + SourceInWords());
     }
-    ShowOutcome();
+    ShowOutcome(cancelled_ ? "Restore Cancelled by User" : "Restore Complete");
+    Lst_Details.Refresh();
 }
 
 // The component takes its properties in this order; the action is the last and runs to its end.
@@ -107,50 +82,14 @@ void Frm_Restore::RememberDestination() {
                                  program().machine.code_page.Upper(SetPath()));
 }
 
-void Frm_Restore::ShowOutcome() {
-    Ani_File.Stop();
-    Lbl_RestorePath.SetCaption(cancelled_ ? "Restore Cancelled by User" : "Restore Complete");
-    PB_Folder.SetValue(0);
-    PB_File.SetValue(0);
-    Lst_Details.Clear();
-    Lst_Details.Refresh();
-}
-
 void Frm_Restore::Cmd_Ok_Click() { program().desktop.Unload(*this); }
 
-// The disabled button is the signal: the next overall-progress event hands the cancel over.
-void Frm_Restore::Cmd_Cancel_Click() { Cmd_Cancel.SetEnabled(false); }
-
 void Frm_Restore::PKUNZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
-    program().desktop.DoEvents();
-    PB_Folder.SetValue(percent);
-    if (Cmd_Cancel.Enabled()) return;
-    cancel = true;
-    Cmd_Ok.SetVisible(true);
-    Cmd_Cancel.SetVisible(false);
-    cancelled_ = true;
+    OverallProgress(percent, cancel);
 }
 
-void Frm_Restore::PKUNZIP_FileProgress(std::int32_t& percent) {
-    program().desktop.DoEvents();
-    PB_File.SetValue(percent);
-}
+void Frm_Restore::PKUNZIP_FileProgress(std::int32_t& percent) { FileProgress(percent); }
 
-void Frm_Restore::PKUNZIP_Message(const zip::ComponentMessage& message) {
-    Lbl_RestorePath.SetCaption(message.text);
-    Lst_Details.Add(message.text);
-    Lst_Details.SetIndex(Lst_Details.Count() - 1);
-    messages_.Handle(message);
-}
-
-bool Frm_Restore::AskRetry(const std::string& text) {
-    const auto answer = program().desktop.Show({.text = text,
-                                                .buttons = forms::Buttons::kRetryCancel,
-                                                .icon = forms::Icon::kExclamation,
-                                                .title = "Restore"});
-    if (answer == forms::Answer::kRetry) return true;
-    Cmd_Cancel.SetEnabled(false);
-    return false;
-}
+void Frm_Restore::PKUNZIP_Message(const zip::ComponentMessage& message) { Message(message); }
 
 }  // namespace vantrel

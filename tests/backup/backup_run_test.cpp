@@ -222,6 +222,17 @@ TEST_F(BackupRun, ProgressEventsYieldAndMoveTheBarsUnchanged) {
     Run({});
 }
 
+TEST_F(BackupRun, TaskbarButtonShowsTheOverallProgressUntilTheEnd) {
+    int shown = -1;
+    zip.action = [&](RecordingZip& component) {
+        component.RaiseOverall(47);
+        shown = window->TaskProgress();
+    };
+    Run({});
+    EXPECT_EQ(shown, 47);
+    EXPECT_EQ(window->TaskProgress(), forms::Form::kNoTaskProgress);
+}
+
 TEST_F(BackupRun, MessagesShowTheirTextAndScrollTheDetails) {
     zip.action = [this](RecordingZip& component) {
         component.Say("Adding a.txt");

@@ -12,6 +12,7 @@
 #include "common/error.h"
 #include "forms/desktop.h"
 #include "forms/form.h"
+#include "views/win32/taskbar.h"
 #include "views/win32/window_view.h"
 
 namespace vantrel::views {
@@ -45,6 +46,7 @@ class Win32Desktop : public forms::Desktop {
 
     // For windows.
     forms::Pointer pointer() const { return pointer_; }
+    Taskbar& taskbar() { return taskbar_; }
     void WindowActivated(WindowView& view);
     // Close box, Alt+F4 or a WM_CLOSE from outside. A window with a Cancel or OK button takes it as
     // that button, whichever is to be seen; any other window is unloaded.
@@ -81,6 +83,7 @@ class Win32Desktop : public forms::Desktop {
     std::vector<std::unique_ptr<WindowView>> gone_;
     WindowView* last_active_ = nullptr;  // only compared
     forms::Pointer pointer_ = forms::Pointer::kDefault;
+    Taskbar taskbar_;
     int dispatching_ = 0;
     bool session_ends_ = false;
 };

@@ -78,6 +78,10 @@ void WindowView::Changed(Aspect aspect) {
         case Aspect::kRedraw:
             RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
             break;
+        case Aspect::kTaskProgress:
+            desktop_.taskbar().ShowProgress(GetAncestor(window_, GA_ROOTOWNER),
+                                            form_->TaskProgress());
+            break;
         default:
             break;
     }

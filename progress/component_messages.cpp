@@ -1,4 +1,4 @@
-#include "log/component_messages.h"
+#include "progress/component_messages.h"
 
 #include "log/clsLog.h"
 

@@ -1,0 +1,87 @@
+#include "progress/progress_window.h"
+
+#include <utility>
+
+#include "backupset/clsFiles.h"
+#include "log/clsLog.h"
+
+namespace vantrel {
+
+ProgressWindow::ProgressWindow(forms::Program& program, std::string name, std::string path_label,
+                               std::string question_title)
+    : Form(program, std::move(name)),
+      Cmd_Ok(*this, "Cmd_Ok", "OK"),
+      Cmd_Cancel(*this, "Cmd_Cancel", "Cancel"),
+      Fra_Details(*this, "Fra_Details", "Details"),
+      Lst_Details(*this, "Lst_Details"),
+      Frame1(*this, "Frame1"),
+      Lbl_File(*this, "Lbl_File", "File Progress"),
+      Lbl_JobProgress(*this, "Lbl_JobProgress", "Overall Progress"),
+      Lbl_Folder(*this, "Lbl_Folder", "Status"),
+      Ani_File(*this, "Ani_File"),
+      PB_Folder(*this, "PB_Folder"),
+      PB_File(*this, "PB_File"),
+      path_label_(*this, std::move(path_label), "Please Wait...  Processing Files"),
+      messages_(program),
+      question_title_(std::move(question_title)) {
+    Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
+    Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
+}
+
+void ProgressWindow::Form_Load() {
+    const std::string clip =
+        program().machine.process.ApplicationFolder() + "\\System\\FileCopy.AVI";
+    if (clsFiles(program()).Exist(clip, true)) Ani_File.Open(clip);
+    Cmd_Cancel.SetVisible(true);
+    Cmd_Ok.SetVisible(false);
+}
+
+void ProgressWindow::Cmd_Cancel_Click() { Cmd_Cancel.SetEnabled(false); }
+
+void ProgressWindow::OverallProgress(std::int32_t percent, bool& cancel) {
+    program().desktop.DoEvents();
+    PB_Folder.SetValue(percent);
+    SetTaskProgress(percent);
+    if (Cmd_Cancel.Enabled()) return;
+    cancel = true;
+    Cmd_Ok.SetVisible(true);
+    Cmd_Cancel.SetVisible(false);
+    cancelled_ = true;
+}
+
+void ProgressWindow::FileProgress(std::int32_t percent) {
+    program().desktop.DoEvents();
+    PB_File.SetValue(percent);
+}
+
+void ProgressWindow::Message(const zip::ComponentMessage& message) {
+    path_label_.SetCaption(message.text);
+    Lst_Details.Add(message.text);
+    Lst_Details.SetIndex(Lst_Details.Count() - 1);
+    messages_.Handle(message);
+}
+
+bool ProgressWindow::AskRetry(const std::string& text) {
+    const auto answer = program().desktop.Show({.text = text,
+                                                .buttons = forms::Buttons::kRetryCancel,
+                                                .icon = forms::Icon::kExclamation,
+                                                .title = question_title_});
+    if (answer == forms::Answer::kRetry) return true;
+    Cmd_Cancel.SetEnabled(false);
+    return false;
+}
+
+void ProgressWindow::LogRecord(const std::string& text) {
+    clsLog(program()).WriteToLog("Backup", true, text);
+}
+
+void ProgressWindow::ShowOutcome(const std::string& text) {
+    Ani_File.Stop();
+    path_label_.SetCaption(text);
+    PB_Folder.SetValue(0);
+    PB_File.SetValue(0);
+    SetTaskProgress(kNoTaskProgress);
+    Lst_Details.Clear();
+}
+
+}  // namespace vantrel
