@@ -113,9 +113,7 @@ TEST_F(FolderLists, LinksAreNotListed) {
 
 TEST_F(FolderLists, UnreadableFolderHasNoSubFolders) {
     DeniedListing denied(machine.files(), "C:\\Data");
-    const platform::Machine& real = machine.machine();
-    platform::Machine with_denied{real.process,  denied,         real.drives, real.clock,
-                                  real.settings, real.code_page, real.shell};
+    platform::Machine with_denied = WithFiles(machine.machine(), denied);
     forms::Program program_there{with_denied, desktop};
     BareForm form_there(program_there);
     forms::FolderList list_there(form_there, "Dir_DirList");
@@ -129,9 +127,7 @@ TEST_F(FolderLists, UnreadableFolderHasNoSubFolders) {
 TEST_F(FolderLists, TakeNetworkPaths) {
     DeniedListing network(machine.files(), "");
     network.folder_there = "\\\\server\\share\\Data";
-    const platform::Machine& real = machine.machine();
-    platform::Machine with_network{real.process,  network,        real.drives, real.clock,
-                                   real.settings, real.code_page, real.shell};
+    platform::Machine with_network = WithFiles(machine.machine(), network);
     forms::Program program_there{with_network, desktop};
     BareForm form_there(program_there);
     forms::FolderList list_there(form_there, "Dir_DirList");

@@ -156,4 +156,13 @@ class TestMachine {
     std::unique_ptr<State> state_;
 };
 
+// The same machine with another file system, which must outlive it.
+inline platform::Machine WithFiles(const platform::Machine& machine, platform::FileSystem& files) {
+    return {machine.process,      files,
+            machine.drives,       machine.clock,
+            machine.settings,     machine.code_page,
+            machine.shell,        machine.mail_session,
+            machine.mail_messages};
+}
+
 }  // namespace vantrel::test
