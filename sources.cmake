@@ -290,3 +290,11 @@ set(END_TO_END_TESTS
     tests/end_to_end/kill_test.py
     tests/end_to_end/refusal_test.py
     tests/end_to_end/start_test.py)
+set(FUZZ_SUPPORT_SOURCES
+    tests/zip/hostile_names.cpp
+    tests/zip/hostile_structures.cpp
+    tests/zip/memory_file_system.cpp
+    tests/zip/zip_builder.cpp)
+set(FUZZ_TARGETS
+    tests/fuzz/directory_fuzz.cpp
+    tests/fuzz/extract_fuzz.cpp)

@@ -1,0 +1,11 @@
+# Fuzz targets, for clang and its libFuzzer: preset "fuzz". scripts/fuzz runs them.
+add_library(fuzz_support STATIC ${FUZZ_SUPPORT_SOURCES})
+target_link_libraries(fuzz_support PUBLIC vantrel_zip vantrel_machine)
+foreach(source IN LISTS FUZZ_TARGETS)
+    cmake_path(GET source STEM target)
+    add_executable(${target} ${source})
+    target_link_libraries(${target} PRIVATE fuzz_support)
+    target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+endforeach()
+add_executable(make_seeds tests/fuzz/make_seeds.cpp)
+target_link_libraries(make_seeds PRIVATE fuzz_support)

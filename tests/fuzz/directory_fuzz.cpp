@@ -1,0 +1,61 @@
+// Any bytes as an archive, up to its list of entries: the end records, the central directory, the
+// names, and the plan that is made of it all.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "platform/host/host_machine.h"
+#include "tests/zip/zip_builder.h"
+#include "zip/directory_reader.h"
+#include "zip/extraction_plan.h"
+
+namespace {
+
+using vantrel::zip::Directory;
+using vantrel::zip::ExtractionPlan;
+
+// A path below the destination: no component that Windows or a host takes for something else.
+bool IsSafe(std::string_view path) {
+    for (bool more = true; more;) {
+        const std::size_t end = path.find('\\');
+        const std::string_view component = path.substr(0, end);
+        more = end != std::string_view::npos;
+        path.remove_prefix(more ? end + 1 : path.size());
+        if (component.empty() || component.back() == '.' || component.back() == ' ') return false;
+        for (const char c : component) {
+            const bool forbidden = std::string_view("/:*?\"<>|").find(c) != std::string_view::npos;
+            if (forbidden || static_cast<unsigned char>(c) < ' ') return false;
+        }
+    }
+    return true;
+}
+
+void Demand(bool held) {
+    if (!held) std::abort();
+}
+
+void CheckPlan(const Directory& directory, const ExtractionPlan& plan) {
+    for (const auto* list : {&plan.files, &plan.folders}) {
+        for (const auto& planned : *list) {
+            Demand(planned.index < directory.entries.size());
+            Demand(IsSafe(planned.path));
+        }
+    }
+    Demand(plan.files.size() + plan.folders.size() <= directory.entries.size());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static vantrel::platform::HostMachine machine;
+    auto& [process, files, drives, clock, settings, code_page, shell, session, messages] =
+        machine.machine();
+    vantrel::test::StringSource source(std::string(reinterpret_cast<const char*>(data), size));
+    const Directory directory = vantrel::zip::ReadDirectory(source, code_page, clock);
+    // A record takes 46 bytes, whatever an archive states.
+    Demand(directory.entries.size() <= size / 46);
+    const vantrel::zip::DosMask everything(code_page, "*.*");
+    CheckPlan(directory, vantrel::zip::MakePlan(directory, everything, code_page, [](auto) {}));
+    return 0;
+}
