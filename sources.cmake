@@ -184,6 +184,7 @@ set(COMMON_TESTS
 set(PLATFORM_TESTS
     tests/platform/command_line_test.cpp
     tests/platform/disk_space_test.cpp
+    tests/platform/mail_test.cpp
     tests/platform/seam_drives_test.cpp
     tests/platform/seam_facts_test.cpp
     tests/platform/seam_folders_test.cpp
@@ -273,8 +274,15 @@ set(RESTORE_TESTS
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_tab_test.cpp
+    tests/ui/editor_list_test.cpp
+    tests/ui/editor_save_test.cpp
+    tests/ui/editor_test.cpp
+    tests/ui/log_tab_test.cpp
+    tests/ui/mailing_test.cpp
     tests/ui/main_window_test.cpp
-    tests/ui/secure_tab_test.cpp)
+    tests/ui/new_backup_test.cpp
+    tests/ui/secure_tab_test.cpp
+    tests/ui/text_views_test.cpp)
 set(APP_TESTS
     tests/app/splash_test.cpp
     tests/app/startup_test.cpp)

@@ -1,0 +1,326 @@
+// Saving: validation, the scratch file, the confirmation, and what is on disk afterwards.
+#include "common/error.h"
+#include "tests/support/faulty_file_system.h"
+#include "tests/ui/editor_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr const char* kScratch = "C:\\Vantrel\\Temp.INI";
+
+class EditorSave : public EditorFixture {
+  protected:
+    EditorSave() {
+        PutSet("DAILY.INI", {.name = "DAILY"});
+        PutSet("WEEKLY.INI", {.name = "WEEKLY"});
+    }
+    // Types `text` over DAILY.INI and presses Save.
+    void SaveText(const std::string& text) {
+        PickAndType("DAILY.INI", text);
+        Tab().Cmd_Save.UserPress();
+    }
+    std::string Saved() const { return machine.Content(PathOf("DAILY.INI")); }
+    // A text whose one value is this, and the reason for which it is refused.
+    void ExpectRefused(const SetValues& values, const std::string& reason) {
+        Open();
+        std::string text = SetText(values);
+        SaveText(text);
+        ASSERT_EQ(desktop.boxes.size(), 1u);
+        EXPECT_EQ(desktop.boxes[0].text, "Unable to Save this file:\r\nReason: " + reason);
+        EXPECT_EQ(desktop.boxes[0].title, "INI Validation");
+        EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+        EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kOk);
+        EXPECT_FALSE(Tab().SaveAccepted);
+        EXPECT_TRUE(Tab().Cmd_Save.Enabled());
+        EXPECT_EQ(Saved(), SetText({.name = "DAILY"}));
+        EXPECT_EQ(machine.Content(kScratch), text + "\r\n");
+        EXPECT_THAT(LogRecords(), IsEmpty());
+    }
+};
+
+TEST_F(EditorSave, RefusesATextWithoutFiles) {
+    ExpectRefused({.files = ""}, "There are no Files Selected to Backup.");
+}
+
+TEST_F(EditorSave, RefusesASubDirectoriesSwitchInLowerCase) {
+    ExpectRefused({.sub_directories = "on"},
+                  "BackupSubDirectories does not indicate 'ON' or 'OFF'.");
+}
+
+TEST_F(EditorSave, RefusesATextWithoutAnArchiveName) {
+    ExpectRefused({.name = ""}, "There is no name for the Backup File.");
+}
+
+TEST_F(EditorSave, RefusesAnotherMultiVolumeSwitch) {
+    ExpectRefused({.multi_volume = "YES"}, "MultiVolumeBackup does not indicate 'ON' or 'OFF'.");
+}
+
+TEST_F(EditorSave, RefusesATextWithoutADestination) {
+    ExpectRefused({.to_drive = ""}, "There is no Drive for the Backup File.");
+}
+
+TEST_F(EditorSave, RefusesATextWithoutATimeSwitch) {
+    ExpectRefused({.time = ""}, "TimeBackup does not indicate 'ON' or 'OFF'.");
+}
+
+TEST_F(EditorSave, RefusalNamesTheLastReasonOnly) {
+    ExpectRefused({.files = "", .name = "", .time = "YES"},
+                  "TimeBackup does not indicate 'ON' or 'OFF'.");
+}
+
+TEST_F(EditorSave, RefusesAnEmptyText) {
+    Open();
+    SaveText("");
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(desktop.boxes[0].text, HasSubstr("TimeBackup"));
+    EXPECT_EQ(Saved(), SetText({.name = "DAILY"}));
+}
+
+TEST_F(EditorSave, RefusedTextCanBeCorrectedAndSaved) {
+    Open();
+    SaveText(SetText({.time = "maybe"}));
+    Tab().Fld_INI.UserType(TextWithName("RIGHT"));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_TRUE(Tab().SaveAccepted);
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=RIGHT\r\n"));
+    EXPECT_FALSE(machine.Exists(kScratch)) << "left behind until the next save, not longer";
+}
+
+TEST_F(EditorSave, AcceptedTextIsWrittenShownAndLogged) {
+    Open();
+    SaveText(TextWithName("EDITED"));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_TRUE(Tab().SaveAccepted);
+    EXPECT_FALSE(Tab().Cmd_Save.Enabled());
+    EXPECT_FALSE(Tab().ConfirmSave);
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=EDITED\r\n"));
+    EXPECT_EQ(Tab().Lbl_INIContents.Caption(), "INI File Contents - DAILY.INI");
+    EXPECT_THAT(LogRecords(), ElementsAre("INI DAILY.INI Edited"));
+    EXPECT_FALSE(machine.Exists(kScratch));
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+}
+
+TEST_F(EditorSave, LogRecordIsDated) {
+    Open();
+    SaveText(TextWithName("EDITED"));
+    EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
+                ::testing::EndsWith("15/11/2026 13:05:09 INI DAILY.INI Edited\r\n"));
+}
+
+TEST_F(EditorSave, SavedFileAlwaysEndsWithALineEnd) {
+    Open();
+    const std::string text = TextWithName("EDITED");
+    ASSERT_FALSE(text.ends_with("\r\n"));
+    SaveText(text);
+    EXPECT_THAT(Saved(), ::testing::EndsWith("RestoreDestination=\r\n"));
+    // A text that ends with one already gets another: the whole text is printed, then its end.
+    Tab().Fld_INI.UserType(text + "\r\n");
+    Tab().Cmd_Save.UserPress();
+    EXPECT_THAT(Saved(), ::testing::EndsWith("RestoreDestination=\r\n\r\n"));
+}
+
+TEST_F(EditorSave, SavedValuesAreInCapitalsWithABackslashAndShownSo) {
+    Open();
+    SaveText(SetText({.files = "C:\\Data\\*.doc", .name = "daily", .to_drive = "C:\\Backups"}));
+    EXPECT_THAT(Saved(), HasSubstr("BackupFiles=C:\\DATA\\*.DOC\r\n"));
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=DAILY\r\n"));
+    EXPECT_THAT(Saved(), HasSubstr("BackupToDrive=C:\\BACKUPS\\\r\n"));
+    EXPECT_THAT(Tab().Fld_INI.Text(), HasSubstr("BackupToDrive=C:\\BACKUPS\\\r\n"));
+}
+
+TEST_F(EditorSave, CommentsAndOtherKeysOfTheTextAreKept) {
+    Open();
+    SaveText("; mine\r\n[Other]\r\nKey=Value\r\n\r\n" + TextWithName("EDITED"));
+    EXPECT_THAT(Saved(), ::testing::StartsWith("; mine\r\n[Other]\r\nKey=Value\r\n\r\n[BACKUP"));
+}
+
+TEST_F(EditorSave, OldScratchFileIsNotAppendedTo) {
+    machine.PutFile(kScratch, "[DESTINATION]\r\nTimeBackup=OLD\r\n");
+    Open();
+    SaveText(SetText({.time = ""}));
+    EXPECT_EQ(machine.Content(kScratch), SetText({.time = ""}) + "\r\n");
+}
+
+TEST_F(EditorSave, DirectSaveAsksNothing) {
+    Open();
+    SaveText(TextWithName("ONE"));
+    Tab().Fld_INI.UserType(TextWithName("TWO"));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+// The asymmetry of the confirmation, which is meant.
+TEST_F(EditorSave, FirstDirectSaveAfterOneThroughTheQuestionIsConfirmedAndNoOther) {
+    Open();
+    PickAndType("DAILY.INI", TextWithName("ONE"));
+    desktop.answers = {forms::Answer::kYes};
+    Pick("WEEKLY.INI");
+    EXPECT_TRUE(Tab().ConfirmSave);
+
+    Tab().Fld_INI.UserType(TextWithName("TWO"));
+    desktop.answers = {forms::Answer::kYes};
+    Tab().Cmd_Save.UserPress();
+    ASSERT_EQ(desktop.boxes.size(), 2u);
+    EXPECT_EQ(desktop.boxes[1].text, "Are you sure that you wish to save the changes?");
+    EXPECT_EQ(desktop.boxes[1].title, "Save Changes");
+    EXPECT_EQ(desktop.boxes[1].buttons, forms::Buttons::kYesNo);
+    EXPECT_EQ(desktop.boxes[1].default_button, 2);
+    EXPECT_FALSE(Tab().ConfirmSave);
+    EXPECT_THAT(machine.Content(PathOf("WEEKLY.INI")), HasSubstr("BackupFileName=TWO\r\n"));
+
+    Tab().Fld_INI.UserType(TextWithName("THREE"));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_EQ(desktop.boxes.size(), 2u);
+}
+
+TEST_F(EditorSave, AnsweringNoToTheConfirmationChangesNothingAndItIsAskedAgain) {
+    Open();
+    PickAndType("DAILY.INI", TextWithName("ONE"));
+    desktop.answers = {forms::Answer::kYes};
+    Pick("WEEKLY.INI");
+    Tab().Fld_INI.UserType(TextWithName("TWO"));
+    desktop.answers = {forms::Answer::kNo};
+    Tab().Cmd_Save.UserPress();
+    EXPECT_TRUE(Tab().ConfirmSave);
+    EXPECT_TRUE(Tab().Cmd_Save.Enabled());
+    EXPECT_EQ(machine.Content(PathOf("WEEKLY.INI")), SetText({.name = "WEEKLY"}));
+    EXPECT_FALSE(machine.Exists(kScratch));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_EQ(desktop.boxes.size(), 3u);
+}
+
+TEST_F(EditorSave, RefusedSaveThroughTheQuestionLeavesTheConfirmationSet) {
+    Open();
+    PickAndType("DAILY.INI", "no set");
+    desktop.answers = {forms::Answer::kYes};
+    Pick("WEEKLY.INI");
+    EXPECT_TRUE(Tab().ConfirmSave);
+    desktop.answers = {forms::Answer::kYes};
+    Tab().Cmd_Save.UserPress();  // confirmed, and refused once more
+    EXPECT_FALSE(Tab().ConfirmSave);
+}
+
+TEST_F(EditorSave, SetThatIsGoneMeanwhileIsMadeAnew) {
+    Open();
+    PickAndType("DAILY.INI", TextWithName("EDITED"));
+    machine.files().RemoveFile(PathOf("DAILY.INI"));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=EDITED\r\n"));
+}
+
+TEST_F(EditorSave, TextWithoutAFileIsAnErrorAndStays) {
+    Open();
+    Tab().Fld_INI.UserType(TextWithName("NOBODY"));
+    Tab().Cmd_Save.UserPress();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_EQ(desktop.boxes[0].text, "Path/File access error");
+    EXPECT_FALSE(Tab().SaveAccepted);
+    EXPECT_TRUE(Tab().Cmd_Save.Enabled());
+    EXPECT_EQ(Tab().Fld_INI.Text(), TextWithName("NOBODY"));
+}
+
+TEST_F(EditorSave, TextThatTheCodePageCannotHoldIsRefused) {
+    Open();
+    SaveText(SetText({.files = "C:\\\xE6\x96\x87\\*.*"}));
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "Unable to Save this file:\r\n"
+              "Reason: It holds characters that a Backup Set cannot store.");
+    EXPECT_EQ(Saved(), SetText({.name = "DAILY"}));
+    EXPECT_TRUE(Tab().Cmd_Save.Enabled());
+}
+
+TEST_F(EditorSave, LettersOfTheCodePageAreSavedAsItsBytes) {
+    Open();
+    SaveText(TextWithName("\xC3\x84RGER"));
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=\xC4RGER\r\n"));
+    EXPECT_THAT(Tab().Fld_INI.Text(), HasSubstr("BackupFileName=\xC3\x84RGER\r\n"));
+}
+
+TEST_F(EditorSave, LockedLogIsToldAfterTheSetHasBeenSaved) {
+    machine.MakeFolders("C:\\Vantrel\\Vantrel.Log");
+    Open();
+    desktop.boxes.clear();
+    SaveText(TextWithName("EDITED"));
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_TRUE(Tab().SaveAccepted);
+    EXPECT_FALSE(Tab().Cmd_Save.Enabled());
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=EDITED\r\n"));
+}
+
+class ScratchSet : public EditorSave {
+  protected:
+    ScratchSet() { PutSet("Temp.INI", {.name = "TEMP"}); }
+};
+
+TEST_F(ScratchSet, IsASetLikeAnyOther) {
+    Open();
+    PickAndType("Temp.INI", TextWithName("EDITED"));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_THAT(machine.Content(kScratch), HasSubstr("BackupFileName=EDITED\r\n"));
+    EXPECT_THAT(LogRecords(), ElementsAre("INI Temp.INI Edited"));
+}
+
+TEST_F(ScratchSet, RefusedSaveOfItKeepsItsOnlyCopy) {
+    Open();
+    PickAndType("Temp.INI", "no set");
+    Tab().Cmd_Save.UserPress();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(machine.Content(kScratch), SetText({.name = "TEMP"}));
+    EXPECT_THAT(machine.Names("C:\\Vantrel"), ElementsAre("DAILY.INI", "Temp.INI", "WEEKLY.INI"));
+}
+
+TEST_F(ScratchSet, NameInOtherCaseIsTheSameFile) {
+    machine.files().Rename(kScratch, "C:\\Vantrel\\other.ini");
+    machine.files().Rename("C:\\Vantrel\\other.ini", "C:\\Vantrel\\TEMP.ini");
+    Open();
+    PickAndType("TEMP.ini", "no set");
+    Tab().Cmd_Save.UserPress();
+    EXPECT_EQ(machine.Content(kScratch), SetText({.name = "TEMP"}));
+}
+
+// At every step of a save that fails, the set holds its old text or the new one, whole.
+class EditorSaveFaults : public EditorSave {};
+
+TEST_F(EditorSaveFaults, SetIsOldOrNewAfterAnyFailingCall) {
+    const std::string before = SetText({.name = "DAILY"});
+    const std::string after = SetText({.name = "EDITED"});
+    for (int at = 1;; ++at) {
+        PutSet("DAILY.INI", {.name = "DAILY"});
+        FaultyFileSystem faulty(machine.files());
+        platform::Machine& real = machine.machine();
+        platform::Machine failing{real.process,      faulty,         real.drives, real.clock,
+                                  real.settings,     real.code_page, real.shell,  real.mail_session,
+                                  real.mail_messages};
+        ScriptedDesktop its_desktop;
+        forms::Program its_program{failing, its_desktop, program.globals};
+        Frm_Mainmenu its_window(its_program);
+        its_desktop.Load(its_window);
+        its_window.TAB_Backup.SetTab(2);
+        its_window.Edit.Fil_INI.SetIndex(0);
+        ASSERT_EQ(its_window.Edit.CurrentINI, "DAILY.INI");
+        its_window.Edit.Fld_INI.UserType(TextWithName("EDITED"));
+        faulty.plan.Inject({.at = at, .from_then_on = true, .number = error_number::kDeviceIo});
+        its_window.Edit.Cmd_Save.UserPress();
+        const std::string text = Saved();
+        // After the new text has come, its values may still be written one by one.
+        const bool new_one = text.find("BackupFileName=EDITED\r\n") != std::string::npos &&
+                             text.size() >= after.size();
+        EXPECT_TRUE(text == before || new_one) << "call " << at << ":\n" << text;
+        if (text == before) {
+            EXPECT_TRUE(its_window.Edit.Cmd_Save.Enabled()) << "call " << at;
+            EXPECT_FALSE(its_window.Edit.SaveAccepted) << "call " << at;
+        }
+        if (faulty.plan.Fired() == 0) break;
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test
