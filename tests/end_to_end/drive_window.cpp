@@ -154,9 +154,7 @@ constexpr int kBoxText = 0xFFFF;
 
 // Title, text, default button, style bits of the text's alignment, whether it has an icon, then
 // number and caption of each button.
-Words DescribeBox() {
-    const HWND box = FindBox();
-    if (!box) return {};
+Words DescribeBox(HWND box) {
     const HWND text = GetDlgItem(box, kBoxText);
     const bool right = text && (GetWindowLongPtrW(box, GWL_EXSTYLE) & WS_EX_RIGHT ||
                                 (GetWindowLongPtrW(text, GWL_STYLE) & SS_RIGHT));
@@ -174,6 +172,18 @@ Words DescribeBox() {
         words.push_back(Utf8(TextOf(button)));
     }
     return words;
+}
+
+// Nothing when there is none; one may close while it is looked at.
+Words LookAtBox() {
+    const HWND box = FindBox();
+    if (!box) return {};
+    try {
+        return DescribeBox(box);
+    } catch (const std::runtime_error&) {
+        if (IsWindow(box)) throw;
+        return {};
+    }
 }
 
 Words PressInBox(const Words& words) {
@@ -280,7 +290,7 @@ const std::map<std::string, Command>& Commands() {
         {"window_place", [](const Words& w) { return Place(Top(Control(w.at(1)))); }},
         {"focus", [](const Words&) { return Focus(); }},
         {"titles", [](const Words&) { return Titles(); }},
-        {"box", [](const Words&) { return DescribeBox(); }},
+        {"box", [](const Words&) { return LookAtBox(); }},
         // control, sometimes what in it
         {"click", ClickControl},
         {"right_click", RightClickControl},

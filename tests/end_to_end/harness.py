@@ -23,7 +23,7 @@ BUILD = Path(os.environ.get("VANTREL_BUILD", ROOT / "build" / "windows")).resolv
 PREFIX_TOOL = ROOT / "scripts" / "wine-prefix"
 
 # A hang is a failure, too. Far longer than any run takes on a slow machine.
-HANG_SECONDS = 240
+HANG_SECONDS = float(os.environ.get("VANTREL_HANG_SECONDS", 240))
 
 COMPLETE, SOME_SKIPPED, FAILED, CANCELLED, NO_SUCH_SET, ALREADY_RUNNING = range(6)
 

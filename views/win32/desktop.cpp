@@ -119,6 +119,8 @@ void Win32Desktop::Dispatch(MSG& message) {
     }
     if (target) target->TrackFocus();
     --dispatching_;
+    // A run that had to be cancelled first is over now.
+    if (session_ends_ && dispatching_ == 0) LeaveSession();
 }
 
 void Win32Desktop::Flush() {
@@ -201,8 +203,29 @@ void Win32Desktop::EndSession() {
     WakeLoops();
     std::vector<Form*> forms;
     for (const auto& view : views_) forms.push_back(view->form());
+    bool waits_for_a_run = false;
     for (auto form = forms.rbegin(); form != forms.rend(); ++form)
-        if (!PressCancelOrOk(**form)) Guarded([&] { Unload(**form, UnloadMode::kSessionEnd); });
+        if (PressCancelOrOk(**form) && (*form)->Visible()) waits_for_a_run = true;
+    DismissBoxes();
+    if (!waits_for_a_run) LeaveSession();
+}
+
+// Whatever a box asks, nobody will answer it any more.
+void Win32Desktop::DismissBoxes() {
+    for (const auto& view : views_) {
+        const HWND front = GetLastActivePopup(view->handle());
+        const auto shows_it = [&](const auto& each) { return each->handle() == front; };
+        if (std::any_of(views_.begin(), views_.end(), shows_it)) continue;
+        for (const WPARAM answer : {IDCANCEL, IDNO}) PostMessageW(front, WM_COMMAND, answer, 0);
+    }
+}
+
+void Win32Desktop::LeaveSession() {
+    while (!views_.empty()) {
+        Form& form = *views_.back()->form();
+        Guarded([&] { Unload(form, UnloadMode::kSessionEnd); });
+        if (form.Loaded()) return;  // an error ends the program its own way
+    }
 }
 
 }  // namespace vantrel::views

@@ -53,6 +53,7 @@ class Win32Desktop : public forms::Desktop {
     void Close(WindowView& view, forms::UnloadMode mode);
     // Esc does the same to windows with such a button and nothing to others.
     void Escape(WindowView& view);
+    // Cancel first, for what runs; then every window is unloaded, the main window last.
     void EndSession();
 
     // Runs a handler for Windows: errors go to on_unhandled.
@@ -77,6 +78,8 @@ class Win32Desktop : public forms::Desktop {
     void Flush();
     bool NextMessage(MSG& message);
     static void WakeLoops();
+    void DismissBoxes();
+    void LeaveSession();
 
     std::vector<std::unique_ptr<WindowView>> views_;  // in the order of loading
     // Windows that may still have a procedure running; cleared when none has.

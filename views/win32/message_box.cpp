@@ -61,6 +61,7 @@ Answer AnswerOf(int pressed) {
 }  // namespace
 
 Answer Win32Desktop::Show(const forms::Box& box) {
+    if (session_ends_) return AnswerOf(box.buttons == Buttons::kYesNo ? IDNO : IDCANCEL);
     const std::wstring title = Wide(box.title.empty() ? product::kName : box.title);
     const HWND owner = FrontWindow();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
