@@ -12,7 +12,8 @@ namespace vantrel::forms {
 class Form;
 
 enum class Aspect {
-    kText,  // caption or contents
+    kText,      // caption or contents
+    kAppended,  // contents that got longer; shown with the next kRedraw at the latest
     kEnabled,
     kVisible,
     kItems,  // the entries of a list were replaced or one was added or removed

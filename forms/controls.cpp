@@ -61,7 +61,7 @@ void TextBox::SetText(const std::string& text) {
 void TextBox::Append(const std::string& text) {
     if (text.empty()) return;
     text_ += text;
-    Notify(Aspect::kText);
+    Notify(Aspect::kAppended);
     Raise(Change);
 }
 

@@ -53,7 +53,8 @@ class TextBox : public Control {
     Event Change;
     const std::string& Text() const { return text_; }
     void SetText(const std::string& text);
-    // The same as setting the text to what it is with `text` at its end.
+    // The same as setting the text to what it is with `text` at its end; the screen may follow
+    // as late as the next Refresh.
     void Append(const std::string& text);
     void UserType(const std::string& text);  // the text as it is after the user's keystrokes
     bool MultiLine() const { return multi_line_; }

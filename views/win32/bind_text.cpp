@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "views/win32/binders.h"
 #include "views/win32/text.h"
 
@@ -7,11 +9,55 @@ using forms::Aspect;
 
 namespace {
 
+constexpr WPARAM kSelectAllKey = 'A';
+constexpr WPARAM kControlA = 1;  // what the keyboard makes of it, too
+
+// What edit fields of every system and comctl32 do not do by themselves: Ctrl+A marks everything,
+// and coming in by Tab does not mark a whole file, which the next key would wipe out.
+LRESULT CALLBACK EditProcedure(HWND edit, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
+                               DWORD_PTR multi_line) {
+    switch (message) {
+        case WM_KEYDOWN:
+            if (wparam != kSelectAllKey || GetKeyState(VK_CONTROL) >= 0 || GetKeyState(VK_MENU) < 0)
+                break;
+            SendMessageW(edit, EM_SETSEL, 0, -1);
+            return 0;
+        case WM_CHAR:
+            if (wparam == kControlA) return 0;
+            break;
+        case WM_GETDLGCODE: {
+            const LRESULT code = DefSubclassProc(edit, message, wparam, lparam);
+            return multi_line ? code & ~static_cast<LRESULT>(DLGC_HASSETSEL) : code;
+        }
+        case WM_NCDESTROY:
+            RemoveWindowSubclass(edit, EditProcedure, 0);
+            break;
+        default:
+            break;
+    }
+    return DefSubclassProc(edit, message, wparam, lparam);
+}
+
+// Whole lines that an edit field has room for.
+int LinesOnScreen(HWND edit) {
+    RECT area{};
+    SendMessageW(edit, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
+    const HDC device = GetDC(edit);
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0));
+    const HGDIOBJ before = SelectObject(device, font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(device, &metrics);
+    SelectObject(device, before);
+    ReleaseDC(edit, device);
+    return std::max(1, static_cast<int>((area.bottom - area.top) / metrics.tmHeight));
+}
+
 class TextBoxBinder : public Binder {
   public:
     TextBoxBinder(WindowView& window, forms::TextBox& box, HWND handle, int id)
         : Binder(window, box, handle, id), box_(box) {
         SendMessageW(handle, EM_SETLIMITTEXT, 0, 0);  // as much as there is memory for
+        SetWindowSubclass(handle, EditProcedure, 0, box.MultiLine());
     }
 
     void Command(WORD code) override {
@@ -25,17 +71,29 @@ class TextBoxBinder : public Binder {
     }
 
   protected:
+    // A file comes line by line; nobody wants to see each.
+    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kAppended; }
+
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kText) {
+        if (aspect == Aspect::kText || aspect == Aspect::kAppended) {
             showing_ = true;
             SetTextOf(handle(), box_.Text());
             showing_ = false;
         } else if (aspect == Aspect::kScroll) {
-            SendMessageW(handle(), EM_LINESCROLL, 0, box_.ScrolledLines());
+            Flush();
+            Scroll();
         }
     }
 
   private:
+    // As far as there is text: some systems would scroll on until the last line is the only one.
+    void Scroll() {
+        const int first = static_cast<int>(SendMessageW(handle(), EM_GETFIRSTVISIBLELINE, 0, 0));
+        const int lines = static_cast<int>(SendMessageW(handle(), EM_GETLINECOUNT, 0, 0));
+        const int furthest = std::max(0, lines - LinesOnScreen(handle()) - first);
+        SendMessageW(handle(), EM_LINESCROLL, 0, std::min(box_.ScrolledLines(), furthest));
+    }
+
     forms::TextBox& box_;
     bool showing_ = false;
 };

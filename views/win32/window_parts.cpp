@@ -160,6 +160,7 @@ void WindowView::ShowPage(int page) {
     if (page < static_cast<int>(pages_.size()))
         ShowWindow(pages_[static_cast<std::size_t>(page)].window, SW_SHOWNA);
     if (page_had_focus) SetFocus(GetDlgItem(window_, TAB_Backup));
+    TrackFocus();
 }
 
 void WindowView::Centre() {

@@ -127,6 +127,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             return TRUE;
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
+            TrackFocus();
             if (Binder* binder = Find(static_cast<int>(header.idFrom)))
                 desktop_.Guarded([&] { binder->Notify(header); });
             return FALSE;
@@ -198,6 +199,7 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void WindowView::Command(int id, WORD code) {
     if (id == IDCANCEL) return desktop_.Escape(*this);
+    TrackFocus();  // a handler may ask who has the keyboard
     if (Binder* binder = Find(id)) desktop_.Guarded([&] { binder->Command(code); });
 }
 
