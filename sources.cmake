@@ -292,9 +292,12 @@ set(END_TO_END_HELPERS
     tests/end_to_end/drive_window.cpp
     tests/end_to_end/launch.cpp
     tests/end_to_end/lock_file.cpp)
+set(END_TO_END_LIBRARIES
+    tests/end_to_end/recording_mapi.cpp)
 set(END_TO_END_TESTS
     tests/end_to_end/attended_backup_test.py
     tests/end_to_end/backup_test.py
+    tests/end_to_end/editor_test.py
     tests/end_to_end/failure_test.py
     tests/end_to_end/kill_test.py
     tests/end_to_end/refusal_test.py

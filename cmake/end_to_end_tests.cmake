@@ -8,6 +8,17 @@ foreach(source IN LISTS END_TO_END_HELPERS)
                           RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/end_to_end)
 endforeach()
 
+# The mail program of the tests, a library that a test registers in its prefix.
+foreach(source IN LISTS END_TO_END_LIBRARIES)
+    cmake_path(GET source STEM library)
+    add_library(${library} SHARED ${source})
+    target_link_libraries(${library} PRIVATE vantrel_options)
+    # By the names as written, as callers look for them; 32-bit compilers decorate them.
+    target_link_options(${library} PRIVATE -Wl,--kill-at)
+    set_target_properties(${library} PROPERTIES PREFIX ""
+                          RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/end_to_end)
+endforeach()
+
 find_program(VANTREL_PYTHON python3 REQUIRED NO_CMAKE_FIND_ROOT_PATH)
 foreach(test IN LISTS END_TO_END_TESTS)
     cmake_path(GET test STEM name)

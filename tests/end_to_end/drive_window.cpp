@@ -160,7 +160,8 @@ Words DescribeBox(HWND box) {
                                 (GetWindowLongPtrW(text, GWL_STYLE) & SS_RIGHT));
     const auto icons = WindowsWhere(box, [](HWND each) {
         return ClassOf(each) == L"Static" && IsWindowVisible(each) &&
-               (GetWindowLongPtrW(each, GWL_STYLE) & SS_TYPEMASK) == SS_ICON;
+               (GetWindowLongPtrW(each, GWL_STYLE) & SS_TYPEMASK) == SS_ICON &&
+               Send(each, STM_GETICON) != 0;  // a box without one has an empty place for it
     });
     Words words = {Utf8(TextOf(box)), text ? Utf8(TextOf(text)) : "", "0", right ? "right" : "left",
                    icons.empty() ? "plain" : "icon"};
@@ -184,6 +185,13 @@ Words LookAtBox() {
         if (IsWindow(box)) throw;
         return {};
     }
+}
+
+// A pop-up menu that is open.
+Words Menu() {
+    const auto menus = WindowsWhere(
+        nullptr, [](HWND each) { return ClassOf(each) == L"#32768" && IsWindowVisible(each); });
+    return {menus.empty() ? "0" : "1"};
 }
 
 Words PressInBox(const Words& words) {
@@ -291,6 +299,7 @@ const std::map<std::string, Command>& Commands() {
         {"focus", [](const Words&) { return Focus(); }},
         {"titles", [](const Words&) { return Titles(); }},
         {"box", [](const Words&) { return LookAtBox(); }},
+        {"menu", [](const Words&) { return Menu(); }},
         // control, sometimes what in it
         {"click", ClickControl},
         {"right_click", RightClickControl},

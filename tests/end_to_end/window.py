@@ -157,6 +157,10 @@ class Attended:
     def titles(self):
         return self._ask("titles")
 
+    def menu_is_open(self):
+        """Whether a pop-up menu is open; keys go to it."""
+        return self._ask("menu")[0] == "1"
+
     # Acting
 
     def click(self, name):

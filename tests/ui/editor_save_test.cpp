@@ -295,10 +295,7 @@ TEST_F(EditorSaveFaults, SetIsOldOrNewAfterAnyFailingCall) {
     for (int at = 1;; ++at) {
         PutSet("DAILY.INI", {.name = "DAILY"});
         FaultyFileSystem faulty(machine.files());
-        platform::Machine& real = machine.machine();
-        platform::Machine failing{real.process,      faulty,         real.drives, real.clock,
-                                  real.settings,     real.code_page, real.shell,  real.mail_session,
-                                  real.mail_messages};
+        platform::Machine failing = WithFiles(machine.machine(), faulty);
         ScriptedDesktop its_desktop;
         forms::Program its_program{failing, its_desktop, program.globals};
         Frm_Mainmenu its_window(its_program);

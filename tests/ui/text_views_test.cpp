@@ -125,10 +125,7 @@ TEST_F(TextViews, CaptionNamesTheFileUnlessItIsTheLog) {
 
 TEST_F(TextViews, QuickViewerReadsTheWholeFileInOneCall) {
     FaultyFileSystem counting(machine.files());
-    platform::Machine& real = machine.machine();
-    platform::Machine counted{real.process, counting,          real.drives,
-                              real.clock,   real.settings,     real.code_page,
-                              real.shell,   real.mail_session, real.mail_messages};
+    platform::Machine counted = WithFiles(machine.machine(), counting);
     forms::Program its_program{counted, desktop, program.globals};
     const std::string bytes(300'000, 'x');
     machine.PutFile("C:\\Vantrel\\Vantrel.Log", bytes);
@@ -140,10 +137,7 @@ TEST_F(TextViews, QuickViewerReadsTheWholeFileInOneCall) {
 TEST_F(TextViews, ErrorsCarryTheViewersLabelsAndGiveThePointerBack) {
     machine.PutFile("C:\\Vantrel\\A.INI", "text");
     FaultyFileSystem faulty(machine.files());
-    platform::Machine& real = machine.machine();
-    platform::Machine failing{real.process,      faulty,         real.drives, real.clock,
-                              real.settings,     real.code_page, real.shell,  real.mail_session,
-                              real.mail_messages};
+    platform::Machine failing = WithFiles(machine.machine(), faulty);
     forms::Program its_program{failing, desktop, program.globals};
     const auto source_of = [&](auto show) {
         faulty.plan.Inject({.kind = Call::kOpen, .number = error_number::kPermissionDenied});
