@@ -94,6 +94,17 @@ std::string ToUtf8(std::u16string_view utf16) {
     return utf8;
 }
 
+std::optional<std::string> UpperOfAscii(std::string_view text) {
+    std::string upper(text);
+    unsigned char all = 0;
+    for (char& c : upper) {
+        all |= static_cast<unsigned char>(c);
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
+    }
+    if (all >= 0x80) return std::nullopt;
+    return upper;
+}
+
 std::size_t Utf16Length(std::string_view utf8) {
     std::size_t units = 0;
     for (std::size_t i = 0; i < utf8.size();) units += Next(utf8, i) < kFirstAstral ? 1 : 2;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ char32_t Next(std::string_view utf8, std::size_t& position);
 
 // Appends a code point (surrogates too) as UTF-8.
 void Append(std::string& utf8, char32_t point);
+
+// The text in capitals when it holds nothing but ASCII, as most names do; otherwise nothing.
+std::optional<std::string> UpperOfAscii(std::string_view text);
 
 // How many UTF-16 units the text takes.
 std::size_t Utf16Length(std::string_view utf8);

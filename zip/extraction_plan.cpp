@@ -1,11 +1,13 @@
 #include "zip/extraction_plan.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 
 #include "common/error.h"
 #include "zip/entry_data.h"
 #include "zip/entry_name.h"
+#include "zip/folder_maker.h"
 #include "zip/paths.h"
 
 namespace vantrel::zip {
@@ -81,7 +83,7 @@ class Planner {
 
   private:
     struct Taken {
-        bool folder = false;
+        std::uint32_t folder = 0;  // its number, 0 for a file
         int next_number = 2;
     };
 
@@ -131,15 +133,16 @@ class Planner {
     }
 
     void AddFile(std::uint32_t index, SafeName name) {
-        if (!TakeFolders(ParentOf(name.path))) {
+        const auto folder = TakeFolders(ParentOf(name.path));
+        if (!folder) {
             return Refuse(index, "a file of the archive has the name of its folder");
         }
-        const auto [taken, is_new] = taken_.try_emplace(code_page_.Fold(name.path));
+        const auto [taken, is_new] = taken_.try_emplace(Key(*folder, LeafOf(name.path)));
         if (!is_new) {
-            if (taken->second.folder) {
+            if (taken->second.folder != 0) {
                 return Refuse(index, "a folder of the archive has its name");
             }
-            name.path = FreePath(name.path, taken->second.next_number);
+            name.path = FreePath(*folder, name.path, taken->second.next_number);
             name.changes.push_back("another entry has its name already");
         }
         TellChanges(index, name);
@@ -147,33 +150,43 @@ class Planner {
         plan_.files.push_back({index, std::move(name.path)});
     }
 
+    std::string Key(std::uint32_t folder, const std::string& name) const {
+        return KeyInFolder(code_page_, folder, name);
+    }
+
     // `number` is part of the map's value, which stays where it is when the map grows.
-    std::string FreePath(const std::string& path, int& number) {
+    std::string FreePath(std::uint32_t folder, const std::string& path, int& number) {
         for (;;) {
             std::string numbered = NumberedPath(path, number++);
-            if (taken_.try_emplace(code_page_.Fold(numbered)).second) {
+            if (taken_.try_emplace(Key(folder, LeafOf(numbered))).second) {
                 return numbered;
             }
         }
     }
 
-    // Whether this and all folders above it can be folders.
-    bool TakeFolders(const std::string& folder) {
-        if (folder.empty() || folder == last_folder_) {
-            return true;
+    // The number of a folder (0 for the destination) that is taken with all folders above it;
+    // nothing when one of them cannot be a folder.
+    std::optional<std::uint32_t> TakeFolders(const std::string& path) {
+        if (path == last_folder_) {
+            return last_number_;
         }
-        for (std::size_t end = folder.find('\\');; end = folder.find('\\', end + 1)) {
+        std::uint32_t number = 0;
+        for (std::size_t start = 0; start < path.size();) {
+            const std::size_t end = std::min(path.find('\\', start), path.size());
             const auto [taken, is_new] =
-                taken_.try_emplace(code_page_.Fold(folder.substr(0, end)), Taken{true});
-            if (!taken->second.folder) {
-                return false;
+                taken_.try_emplace(Key(number, path.substr(start, end - start)));
+            if (is_new) {
+                taken->second.folder = ++folders_;
             }
-            if (end == std::string::npos) {
-                break;
+            if (taken->second.folder == 0) {
+                return std::nullopt;
             }
+            number = taken->second.folder;
+            start = end + 1;
         }
-        last_folder_ = folder;
-        return true;
+        last_folder_ = path;
+        last_number_ = number;
+        return number;
     }
 
     void TellChanges(std::uint32_t index, const SafeName& name) {
@@ -201,8 +214,10 @@ class Planner {
     const std::function<void(ComponentMessage)>& tell_;
     Overlaps overlaps_;
     ExtractionPlan plan_;
-    std::unordered_map<std::string, Taken> taken_;  // by folded path
+    std::unordered_map<std::string, Taken> taken_;  // by KeyInFolder
+    std::uint32_t folders_ = 0;
     std::string last_folder_;
+    std::uint32_t last_number_ = 0;
 };
 
 }  // namespace

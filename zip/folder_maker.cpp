@@ -1,9 +1,11 @@
 #include "zip/folder_maker.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/error.h"
 #include "zip/entry_name.h"
+#include "zip/little_endian.h"
 #include "zip/paths.h"
 
 namespace vantrel::zip {
@@ -25,39 +27,53 @@ FolderMaker::FolderMaker(const platform::Machine& machine, std::string destinati
                          std::function<void(const std::string&, const std::string&)> told_alias)
     : machine_(machine), destination_(std::move(destination)), told_alias_(std::move(told_alias)) {}
 
+std::string KeyInFolder(platform::CodePage& code_page, std::uint32_t number,
+                        const std::string& name) {
+    std::string key;
+    Put32(key, number);
+    return key += code_page.Fold(name);
+}
+
 std::string FolderMaker::Ensure(const std::string& path) {
     // Looked at before the first of its folders is made.
     if (IsTooLongPath(JoinPath(destination_, path))) {
         throw Error(error_number::kBadFileName, "", "its path is too long");
     }
     const std::lock_guard lock(mutex_);
-    return EnsureLocked(path).full_path;
-}
-
-const FolderMaker::Made& FolderMaker::EnsureLocked(const std::string& path) {
-    std::string key = machine_.code_page.Fold(path);
-    const auto known = made_.find(key);
-    if (known != made_.end()) {
-        return known->second;
+    std::string full_path = destination_;
+    std::uint32_t number = 0;
+    bool is_new = false;
+    for (std::size_t start = 0; start < path.size();) {
+        const std::size_t end = std::min(path.find('\\', start), path.size());
+        const std::string name = path.substr(start, end - start);
+        start = end + 1;
+        std::string key = KeyInFolder(machine_.code_page, number, name);
+        auto known = made_.find(key);
+        if (known == made_.end()) {
+            known = made_.emplace(std::move(key), Enter(full_path, is_new, name)).first;
+        }
+        full_path = JoinPath(full_path, known->second.name);
+        number = known->second.number;
+        is_new = known->second.is_new;
     }
-    Made made = path.empty() ? Made{destination_, false}
-                             : Enter(EnsureLocked(ParentOf(path)), LeafOf(path));
-    return made_.emplace(std::move(key), std::move(made)).first->second;
+    return full_path;
 }
 
-FolderMaker::Made FolderMaker::Enter(const Made& parent, std::string name) {
+FolderMaker::Made FolderMaker::Enter(const std::string& parent, bool parent_is_new,
+                                     std::string name) {
+    const auto number = static_cast<std::uint32_t>(made_.size() + 1);
     for (;;) {
-        std::string full_path = JoinPath(parent.full_path, name);
+        const std::string full_path = JoinPath(parent, name);
         if (IsTooLongPath(full_path)) {
             throw Error(error_number::kBadFileName, "", "its path is too long");
         }
-        if (MakeNew(parent, full_path)) {
-            return {std::move(full_path), true};
+        if (parent_is_new && MakeNew(full_path)) {
+            return {std::move(name), number, true};
         }
         const auto found = machine_.files.Find(full_path);
         if (!found) {
             machine_.files.MakeFolder(full_path);
-            return {std::move(full_path), true};
+            return {std::move(name), number, true};
         }
         if (!IsAliasOf(machine_.code_page, *found, name)) {
             if (found->is_link) {
@@ -66,18 +82,15 @@ FolderMaker::Made FolderMaker::Enter(const Made& parent, std::string name) {
             if (!found->IsFolder()) {
                 InTheWay("A file", full_path);
             }
-            return {std::move(full_path), false};
+            return {std::move(name), number, false};
         }
         name += '_';
-        told_alias_(parent.full_path, name);
+        told_alias_(parent, name);
     }
 }
 
 // In a folder that was made just now nothing stands yet, as a rule.
-bool FolderMaker::MakeNew(const Made& parent, const std::string& full_path) {
-    if (!parent.is_new) {
-        return false;
-    }
+bool FolderMaker::MakeNew(const std::string& full_path) {
     try {
         machine_.files.MakeFolder(full_path);
         return true;

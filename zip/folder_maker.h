@@ -2,6 +2,7 @@
 // once, never entered through a link. Safe from any thread.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -24,19 +25,24 @@ class FolderMaker {
 
   private:
     struct Made {
-        std::string full_path;
+        std::string name;        // on disk
+        std::uint32_t number{};  // its own, from 1; the destination is 0
         bool is_new = false;  // by this run, so that nothing can be in it that we did not put there
     };
-    const Made& EnsureLocked(const std::string& path);
-    Made Enter(const Made& parent, std::string name);
-    bool MakeNew(const Made& parent, const std::string& full_path);
+    Made Enter(const std::string& parent, bool parent_is_new, std::string name);
+    bool MakeNew(const std::string& full_path);
 
     platform::Machine machine_;
     std::string destination_;
     std::function<void(const std::string&, const std::string&)> told_alias_;
     std::mutex mutex_;
-    std::unordered_map<std::string, Made> made_;  // by folded path below the destination
+    std::unordered_map<std::string, Made> made_;  // by KeyInFolder
 };
+
+// One key for all spellings of a name in the folder `number`. Whole paths as keys would take the
+// square of the memory where an archive's folders are deep.
+std::string KeyInFolder(platform::CodePage& code_page, std::uint32_t number,
+                        const std::string& name);
 
 // Whether something that was found under a name bears another one: `name` is then its short alias.
 bool IsAliasOf(platform::CodePage& code_page, const platform::FileInfo& found,

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "common/utf.h"
 
@@ -105,6 +106,7 @@ std::string HostCodePage::DecodeOem(const std::string& bytes) {
 }
 
 std::string HostCodePage::Upper(const std::string& utf8) {
+    if (auto ascii = utf::UpperOfAscii(utf8)) return std::move(*ascii);
     return MapPoints(utf8, [](char32_t point) {
         const char32_t capital = Capital(point);
         return AnsiByte(capital) < 0 ? point : capital;
@@ -113,6 +115,9 @@ std::string HostCodePage::Upper(const std::string& utf8) {
 
 std::string HostCodePage::Fold(const std::string& utf8) { return HostFold(utf8); }
 
-std::string HostFold(const std::string& utf8) { return MapPoints(utf8, Capital); }
+std::string HostFold(const std::string& utf8) {
+    if (auto ascii = utf::UpperOfAscii(utf8)) return std::move(*ascii);
+    return MapPoints(utf8, Capital);
+}
 
 }  // namespace vantrel::platform

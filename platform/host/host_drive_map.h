@@ -17,7 +17,8 @@ struct HostDrive {
     std::string label{};
     bool ready = true;  // false: a drive without a disk
     // Names are found as they are spelled only, as the host's own programs find them. Saves looking
-    // through a folder for another spelling of each name that is not there.
+    // through a folder for another spelling of each name that is not there, and keeping account of
+    // who has which new file open.
     bool exact_names = false;
 };
 

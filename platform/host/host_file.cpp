@@ -58,6 +58,11 @@ HostFd OpenAnySpelling(HostPlace& place, int flags) {
 
 std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
     if (place.Leaf().empty()) RaiseError(error_number::kPermissionDenied);
+    if (mode == OpenMode::kCreateNew && place.ExactNames()) {
+        // All that can be known about a new name is known when this works.
+        HostFd created = TryOpen(place, FlagsFor(mode));
+        if (created.IsValid()) return std::make_unique<HostFile>(std::move(created), nullptr);
+    }
     HostFd fd = OpenAnySpelling(place, FlagsFor(mode));
     struct stat status;
     if (::fstat(fd.Get(), &status) != 0) RaiseFileError();

@@ -36,6 +36,9 @@ class HostPlace {
     // The last name, spelled as on disk after Respell.
     const std::string& Leaf() const { return leaf_; }
 
+    // Whether names are found as they are spelled only (HostDrive::exact_names).
+    bool ExactNames() const { return exact_names_; }
+
     // Looks for every name that is not there as spelled, without regard to case, and takes the
     // spelling on disk. Returns false when the last name is not there in any spelling (it then
     // stays as given); the place is then where it would be made. Raises 76 for a missing folder.

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <utility>
+
+#include "common/utf.h"
 #include "platform/win32/wide.h"
 
 namespace vantrel::platform {
@@ -77,6 +80,7 @@ std::string Win32CodePage::DecodeOem(const std::string& bytes) {
 }
 
 std::string Win32CodePage::Upper(const std::string& utf8) {
+    if (auto ascii = utf::UpperOfAscii(utf8)) return std::move(*ascii);
     std::wstring text = Wide(utf8);
     const std::wstring capitals = FoldWide(text);
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -86,7 +90,10 @@ std::string Win32CodePage::Upper(const std::string& utf8) {
     return Narrow(text);
 }
 
-std::string Win32CodePage::Fold(const std::string& utf8) { return Narrow(FoldWide(Wide(utf8))); }
+std::string Win32CodePage::Fold(const std::string& utf8) {
+    if (auto ascii = utf::UpperOfAscii(utf8)) return std::move(*ascii);
+    return Narrow(FoldWide(Wide(utf8)));
+}
 
 std::wstring FoldWide(std::wstring text) {
     if (text.empty()) return text;

@@ -60,5 +60,11 @@ TEST(Utf, EmptyTextIsEmpty) {
     EXPECT_EQ(utf::Utf16Length(""), 0u);
 }
 
+TEST(Utf, UpperOfAsciiIsNothingForOtherLetters) {
+    EXPECT_EQ(utf::UpperOfAscii("a[z]{9}\\Name"), "A[Z]{9}\\NAME");
+    EXPECT_EQ(utf::UpperOfAscii(""), "");
+    EXPECT_EQ(utf::UpperOfAscii("na\xC3\xAFve"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace vantrel::test

@@ -106,6 +106,8 @@ TEST_F(Host, DriveOfExactNamesKnowsOneSpellingOnly) {
     EXPECT_FALSE(exact_files.Find("C:\\sub\\NAME.txt"));
     exact_files.Open("C:\\sub\\NAME.txt", OpenMode::kCreateNew)->Close();
     EXPECT_THAT(machine.Names("C:\\sub"), UnorderedElementsAre("NAME.txt", "name.txt"));
+    EXPECT_EQ(ErrorOf([&] { exact_files.Open("C:\\sub\\NAME.txt", OpenMode::kCreateNew); }),
+              kFileExists);
     EXPECT_EQ(ErrorOf([&] { exact_files.Open("C:\\SUB\\new", OpenMode::kCreateNew); }),
               kPathNotFound);
 }
