@@ -64,6 +64,8 @@ set(ZIP_SOURCES
     zip/deflate.cpp
     zip/directory_reader.cpp
     zip/disk_prompt.cpp
+    zip/disk_set.cpp
+    zip/disk_signs.cpp
     zip/dos_mask.cpp
     zip/end_record.cpp
     zip/entry_data.cpp
@@ -216,6 +218,25 @@ set(FORMS_TESTS
     tests/forms/folder_list_test.cpp
     tests/forms/form_test.cpp
     tests/forms/lists_test.cpp)
+# One suite for the controls as objects and as what is on the screen; the person in front of them
+# differs.
+set(VIEWS_TESTS
+    tests/views/machine_lists_test.cpp
+    tests/views/pictures_test.cpp
+    tests/views/simple_controls_test.cpp
+    tests/views/states_test.cpp
+    tests/views/text_box_test.cpp
+    tests/views/text_lists_test.cpp
+    tests/views/tree_test.cpp
+    tests/views/window_controls_test.cpp)
+set(VIEWS_HOST_TESTS
+    tests/platform/machine_under_test_host.cpp
+    tests/views/plain_user.cpp)
+set(VIEWS_WIN32_TESTS
+    tests/platform/machine_under_test_win32.cpp
+    tests/views/menu_person.cpp
+    tests/views/win32_doing.cpp
+    tests/views/win32_seeing.cpp)
 set(ZIP_TESTS
     tests/zip/archive_reader.cpp
     tests/zip/archive_writer_test.cpp
@@ -239,7 +260,9 @@ set(ZIP_TESTS
     tests/zip/set_reader.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/source_scan_test.cpp
+    tests/zip/spanning_others_test.cpp
     tests/zip/spanning_prompts_test.cpp
+    tests/zip/spanning_read_test.cpp
     tests/zip/spanning_write_test.cpp
     tests/zip/unreadable_files_test.cpp
     tests/zip/writer_failure_test.cpp

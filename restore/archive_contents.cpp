@@ -4,6 +4,29 @@
 
 namespace vantrel {
 
+namespace {
+
+// Asks for the disks that the list of an archive on several stands on.
+class DiskQuestions : public zip::Questions {
+  public:
+    explicit DiskQuestions(forms::Program& program) : desktop_(program.desktop) {}
+
+    bool AskRetry(const std::string& text) override {
+        desktop_.SetPointer(forms::Pointer::kDefault);
+        const auto answer = desktop_.Show({.text = text,
+                                           .buttons = forms::Buttons::kRetryCancel,
+                                           .icon = forms::Icon::kExclamation,
+                                           .title = "Restore"});
+        desktop_.SetPointer(forms::Pointer::kHourglass);
+        return answer == forms::Answer::kRetry;
+    }
+
+  private:
+    forms::Desktop& desktop_;
+};
+
+}  // namespace
+
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
     const auto found = program.machine.files.Find(path);
     if (!found) return {.path = path};
@@ -28,7 +51,10 @@ void ShowZipContents(forms::Program& program, const RestoreControls& controls,
     }
     zip::PKUNZIP& component = controls.PKUNZIP;
     component.Set(id::kArchive, path);
+    DiskQuestions questions(program);
+    component.questions = &questions;
     component.Set(id::kAction, id::kActionCount);
+    component.questions = nullptr;
     const std::int32_t count = std::get<std::int32_t>(component.Get(id::kEntryCount));
     controls.Fld_Total.SetCaption(std::to_string(count - 1));
     component.Set(6, true);

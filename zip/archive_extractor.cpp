@@ -49,6 +49,9 @@ class ExtractRun {
     void ReadTheDirectory() {
         UntilItWorks(channel_, Cannot("The archive cannot be read", options_.archive), [this] {
             ArchiveSource source(machine_.files, options_.archive);
+            source.AskForDisks(machine_.drives, [this](const StepFailure& failure) {
+                channel_.RetryOrStop(failure);
+            });
             directory_ = ReadDirectory(source, machine_.code_page, machine_.clock);
             if (directory_.entries.empty() && !directory_.IsComplete()) {
                 throw Error(error_number::kDeviceIo, "", directory_.trouble);
@@ -150,7 +153,9 @@ class ExtractRun {
 
     void Work(Extraction& run) {
         std::vector<std::jthread> workers;
-        for (int i = ThreadCount(options_.threads, plan_.files.size()); i > 0; --i) {
+        // Disks are put in one after the other, and so must be read.
+        const int wanted = directory_.disks.IsSet() ? 1 : options_.threads;
+        for (int i = ThreadCount(wanted, plan_.files.size()); i > 0; --i) {
             workers.emplace_back([this, &run] { WorkerMain(run); });
         }
     }

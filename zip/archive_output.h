@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace vantrel::zip {
@@ -53,6 +54,10 @@ class ArchiveOutput {
     // Forgets the record at `place`, the last one that was written, and all behind it. What stands
     // on an earlier disk stays there, and means nothing.
     virtual void CutBack(const Place& place) = 0;
+
+    // How the disks that are full can be told apart: body of the field of disk_signs.h. "" when
+    // there is one disk.
+    virtual std::string DiskList() const { return ""; }
 
     // Returns when everything is on the medium and closed.
     virtual void Finish() = 0;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "zip/deflate.h"
+#include "zip/disk_signs.h"
 #include "zip/paths.h"
 
 namespace vantrel::zip {
@@ -176,7 +177,6 @@ void ArchiveSink::TellTrouble(std::optional<ComponentMessage>& trouble) {
 void ArchiveSink::WriteDirectory() {
     DirectoryEnd end;
     end.entries = directory_.Count();
-    end.size = directory_.Bytes();
     WriteCentralRecords(end);
     // The end records state their own disk, and on which it is shows only when they are written.
     for (Place place = archive_.Next();;) {
@@ -201,6 +201,10 @@ void ArchiveSink::WriteCentralRecords(DirectoryEnd& end) {
     record_.clear();
     whole_.clear();
     while (directory_.Take(record)) {
+        if (end.size == 0) {
+            AddExtraField(record, kDiskListField, archive_.DiskList());
+        }
+        end.size += record.size();
         whole_.push_back({record_.size(), record.size(), {}});
         record_ += record;
         if (record_.size() >= kDirectoryPortion) {

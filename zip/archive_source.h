@@ -1,4 +1,5 @@
-// An archive on disk, read at random by one thread; asks when its medium is gone.
+// An archive on disk, read at random by one thread; asks when its medium is gone, and for the disks
+// of an archive on several.
 #pragma once
 
 #include <memory>
@@ -6,6 +7,8 @@
 
 #include "platform/machine.h"
 #include "zip/byte_source.h"
+#include "zip/directory_reader.h"
+#include "zip/disk_set.h"
 #include "zip/run_channel.h"
 
 namespace vantrel::zip {
@@ -16,20 +19,26 @@ class ArchiveSource : public ByteSource {
         : files_(files), path_(std::move(path)) {}
 
     // From now on failures are questions: tried again until it works or the run stops. So is an
-    // archive of another size than this, which somebody has put in the place of the one that was
-    // listed.
-    void AskOn(RunChannel& channel, std::uint64_t size) {
-        channel_ = &channel;
-        expected_size_ = size;
-    }
+    // archive of another size than that of `directory`, which somebody has put in the place of the
+    // one that was listed. Of an archive on several disks, those are asked for. `directory` is
+    // borrowed.
+    void AskOn(RunChannel& channel, const Directory& directory);
+
+    // From now on the disks of an archive on several are asked for. One whose end is missing is
+    // taken for such an archive when it begins like one, or lies on a disk that can be changed.
+    void AskForDisks(platform::Drives& drives, AskForDisk ask);
 
     std::uint64_t Size() override;
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count) override;
+    std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count) override;
+    bool ChangeToLastDisk() override;
+    bool ReadSet(const DiskSigns& signs) override;
 
   private:
     template <typename Step>
     auto Try(Step step);
     platform::File& Opened();
+    bool MayBeOneOfSeveral();
 
     platform::FileSystem& files_;
     std::string path_;
@@ -37,6 +46,9 @@ class ArchiveSource : public ByteSource {
     std::uint64_t expected_size_ = 0;
     std::unique_ptr<platform::File> file_;
     std::uint64_t position_ = 0;
+    AskForDisk ask_;
+    bool removable_ = false;
+    std::unique_ptr<DiskSet> set_;
 };
 
 }  // namespace vantrel::zip

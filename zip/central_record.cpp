@@ -6,6 +6,7 @@
 
 #include "common/utf.h"
 #include "zip/deflate.h"
+#include "zip/disk_signs.h"
 #include "zip/entry_records.h"
 #include "zip/little_endian.h"
 
@@ -230,6 +231,7 @@ CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& co
     const std::string_view extra =
         record.substr(kCentralSize + name_length, GetNumber<std::uint16_t>(record, 30));
     ReadZip64(extra, result);
+    result.disk_list = FindField(extra, kDiskListField).value_or("");
     entry.name = DecodeName(raw, (entry.flags & flag::kUtf8) != 0,
                             FindField(extra, kUnicodePathField).value_or(""), code_page);
     if (entry.name != raw) {

@@ -22,6 +22,7 @@ std::size_t CentralRecordLength(std::string_view fixed_part);
 struct CentralRecord {
     StoredEntry entry;
     std::uint32_t disk = 0;
+    std::string_view disk_list;  // the field of disk_signs.h, "" if there is none; of the record
 };
 CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
                                  platform::Clock& clock);

@@ -86,10 +86,27 @@ class DirectoryReader {
             return Stop(directory, "the next record is cut off");
         }
         CentralRecord parsed = ParseCentralRecord(record, code_page_, clock_);
+        if (directory.disks.IsSet()) {
+            NoteDisk(directory, parsed, record);
+            // One on a disk that there is not lies behind everything.
+            parsed.entry.offset = parsed.disk < directory.disks.disks
+                                      ? OffsetOnDisk(parsed.disk, parsed.entry.offset)
+                                      : ~std::uint64_t{0};
+        }
         bytes_.Skip(length);
         parsed.entry.offset += place_.prefix;
         directory.entries.push_back(std::move(parsed.entry));
         return true;
+    }
+
+    static void NoteDisk(Directory& directory, const CentralRecord& parsed,
+                         std::string_view record) {
+        if (directory.entries.empty()) {
+            directory.disks.ReadList(parsed.disk_list);
+        }
+        const DiskSign sign{parsed.entry.offset, parsed.entry.RawName(),
+                            GetNumber<std::uint32_t>(record, 12), false};
+        directory.disks.signs.try_emplace(parsed.disk, sign);
     }
 
     static bool Stop(Directory& directory, const std::string& why) {
@@ -114,17 +131,37 @@ class DirectoryReader {
 
 }  // namespace
 
+namespace {
+
+// What is known of the disks before the first record is read: those of the directory itself.
+void Describe(ByteSource& source, const DirectoryPlace& place, Directory& directory) {
+    directory.disks.disks = place.last_disk + 1;
+    directory.disks.ListLast(directory.archive_size, source.Bytes(0, kDiskHead));
+    const std::uint32_t first = DiskOfOffset(place.start);
+    directory.disks.signs[first] = {place.start - OffsetOnDisk(first, 0), "", 0, true};
+    directory.disks.directory_disk = first;
+}
+
+}  // namespace
+
 Directory ReadDirectory(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock) {
     Directory directory;
+    auto place = FindDirectory(source);
+    while ((!place || !place->found) && source.ChangeToLastDisk()) {
+        place = FindDirectory(source);
+    }
     directory.archive_size = source.Size();
-    const auto place = FindDirectory(source);
     if (!place) {
         directory.trouble = "This is no zip archive, or its end is missing.";
         return directory;
     }
     if (place->several_disks) {
-        directory.trouble = "This is the last part of an archive on several disks.";
-        return directory;
+        Describe(source, *place, directory);
+        if (!source.ReadSet(directory.disks)) {
+            directory.disks.disks = 1;
+            directory.trouble = "This is the last part of an archive on several disks.";
+            return directory;
+        }
     }
     if (!place->found) {
         directory.trouble = "The archive's directory is not where its end record says.";

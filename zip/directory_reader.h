@@ -8,6 +8,7 @@
 
 #include "platform/machine.h"
 #include "zip/byte_source.h"
+#include "zip/disk_signs.h"
 #include "zip/stored_entry.h"
 
 namespace vantrel::zip {
@@ -15,7 +16,8 @@ namespace vantrel::zip {
 struct Directory {
     std::vector<StoredEntry> entries;  // in the archive's order
     std::uint64_t start = 0;           // of the directory; no entry's data reaches beyond it
-    std::uint64_t archive_size = 0;
+    std::uint64_t archive_size = 0;    // of several disks, the last one's
+    DiskSigns disks;                   // offsets hold their disk when it is a set
     // Empty when the directory was read to its end; otherwise where and why it stops, for the user.
     std::string trouble;
 

@@ -47,6 +47,21 @@ std::string HoldsArchiveNote(const std::string& path) {
     return "The disk in the drive holds " + path + " already, and no file is overwritten.";
 }
 
+std::string MissingNote(const std::string& path) {
+    return "The disk in the drive does not hold " + path + ".";
+}
+
+std::string OtherDiskNote() { return "The disk in the drive is another one."; }
+
+std::string NotLastNote() { return "The disk in the drive is not the last one of an archive."; }
+
+std::string ReadErrorNote(const Error& error) {
+    const int number = error.number();
+    return number == error_number::kDeviceUnavailable || number == error_number::kDiskNotReady
+               ? NoDiskNote()
+               : "The disk in the drive cannot be read (" + error.description() + ").";
+}
+
 std::string ErrorNote(const Error& error) {
     switch (error.number()) {
         case error_number::kDeviceUnavailable:

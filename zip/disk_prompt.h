@@ -24,6 +24,11 @@ std::string FreeSpaceNote(std::uint64_t bytes);
 std::string FullNote(std::uint64_t bytes);
 std::string NoDiskNote();
 std::string HoldsArchiveNote(const std::string& path);
+std::string MissingNote(const std::string& path);
+std::string OtherDiskNote();
+std::string NotLastNote();
+// Why a disk cannot be written to, and read from.
 std::string ErrorNote(const Error& error);
+std::string ReadErrorNote(const Error& error);
 
 }  // namespace vantrel::zip

@@ -26,7 +26,8 @@ struct Stated {
     std::uint64_t offset = 0;
     std::uint64_t records_at = 0;  // where the first of the end records stands
     bool zip64 = false;
-    bool several_disks = false;
+    std::uint32_t disk = 0;        // of the end record itself
+    std::uint32_t start_disk = 0;  // of the directory's start
 };
 
 bool HasSignature(ByteSource& source, std::uint64_t offset, std::uint32_t signature) {
@@ -66,7 +67,8 @@ void ReadEnd64(ByteSource& source, std::uint64_t end_at, Stated& stated) {
     const std::string record = source.Bytes(*at, kEnd64Size);
     stated.zip64 = true;
     stated.records_at = *at;
-    stated.several_disks = GetNumber<std::uint32_t>(record, 16) != 0;
+    stated.disk = GetNumber<std::uint32_t>(record, 16);
+    stated.start_disk = GetNumber<std::uint32_t>(record, 20);
     stated.entries = GetNumber<std::uint64_t>(record, 32);
     stated.size = GetNumber<std::uint64_t>(record, 40);
     stated.offset = GetNumber<std::uint64_t>(record, 48);
@@ -75,20 +77,37 @@ void ReadEnd64(ByteSource& source, std::uint64_t end_at, Stated& stated) {
 Stated ReadEnd(ByteSource& source, std::string_view record, std::uint64_t end_at) {
     Stated stated;
     stated.records_at = end_at;
-    const auto disk = GetNumber<std::uint16_t>(record, 4);
-    stated.several_disks = disk != 0 && disk != kSaturated16;
+    stated.disk = GetNumber<std::uint16_t>(record, 4);
+    stated.start_disk = GetNumber<std::uint16_t>(record, 6);
     stated.entries = GetNumber<std::uint16_t>(record, 10);
     stated.size = GetNumber<std::uint32_t>(record, 12);
     stated.offset = GetNumber<std::uint32_t>(record, 16);
     ReadEnd64(source, end_at, stated);
+    if (!stated.zip64 && stated.disk == kSaturated16) {
+        stated.disk = 0;  // some writers mark it although there is one disk only
+    }
     return stated;
+}
+
+// On the last of several disks offsets need no correction, and only there the end is the file's.
+DirectoryPlace LocateInSet(ByteSource& source, const Stated& stated, bool ends_with_file) {
+    DirectoryPlace place;
+    place.entries = stated.entries;
+    place.exact_count = stated.zip64;
+    place.several_disks = true;
+    place.last_disk = stated.disk;
+    place.start = OffsetOnDisk(stated.start_disk, stated.offset);
+    place.end = place.start + stated.size;
+    const bool here = stated.start_disk == stated.disk;
+    place.found = ends_with_file && stated.start_disk <= stated.disk && stated.disk < kMostDisks &&
+                  (!here || HasSignature(source, stated.offset, kCentralSignature));
+    return place;
 }
 
 DirectoryPlace Locate(ByteSource& source, const Stated& stated) {
     DirectoryPlace place;
     place.entries = stated.entries;
     place.exact_count = stated.zip64;
-    place.several_disks = stated.several_disks;
     if (stated.size <= stated.records_at) {
         place.start = stated.records_at - stated.size;
         place.end = stated.records_at;
@@ -120,8 +139,10 @@ struct Best {
 
 void Consider(ByteSource& source, std::uint64_t size, std::uint64_t at, std::string_view record,
               Best& best) {
-    const DirectoryPlace place = Locate(source, ReadEnd(source, record, at));
     const bool ends_with_file = at + kEndSize + GetNumber<std::uint16_t>(record, 20) == size;
+    const Stated stated = ReadEnd(source, record, at);
+    const DirectoryPlace place =
+        stated.disk == 0 ? Locate(source, stated) : LocateInSet(source, stated, ends_with_file);
     const int rank = Rank(place, ends_with_file);
     // Candidates come from the end backwards.
     const int needed = ends_with_file ? best.rank : best.rank + 1;

@@ -8,7 +8,8 @@
 
 namespace vantrel::zip {
 
-// Where the directory lies, counted from the first byte of the file.
+// Where the directory lies, counted from the first byte of the file; of several disks, in offsets
+// that hold their disk (byte_source.h).
 struct DirectoryPlace {
     std::uint64_t start = 0;
     std::uint64_t end = 0;      // just behind the last record
@@ -18,6 +19,7 @@ struct DirectoryPlace {
     std::uint64_t prefix = 0;
     bool found = false;  // there is a directory at `start`, or none is needed
     bool several_disks = false;
+    std::uint32_t last_disk = 0;  // the number of the disk that was searched, from 0
 };
 
 // Looks for the end record (APPNOTE 4.3.16) from the end of the file backwards: within the longest

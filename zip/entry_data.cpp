@@ -143,7 +143,7 @@ void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
     window_.Clear();
     window_.Resize(count);
     window_at_ = offset;
-    window_.Resize(source_.ReadAt(offset, window_.data(), count));
+    window_.Resize(source_.ReadAhead(offset, window_.data(), count));
 }
 
 // Valid until the next call.

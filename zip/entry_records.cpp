@@ -186,6 +186,18 @@ void AppendCentralRecord(std::string& out, const Entry& entry) {
     out += extra;
 }
 
+void AddExtraField(std::string& record, std::uint16_t id, const std::string& body) {
+    constexpr std::size_t kLengthAt = 30;  // of the extra fields
+    const std::size_t length = GetNumber<std::uint16_t>(record, kLengthAt) + 4 + body.size();
+    if (body.empty() || length > kSaturated16) {
+        return;
+    }
+    AppendField(record, id, body);
+    std::string number;
+    Put16(number, static_cast<std::uint16_t>(length));
+    record.replace(kLengthAt, number.size(), number);
+}
+
 void AppendDirectoryEnd(std::string& out, const DirectoryEnd& end) {
     const std::uint64_t entries_here = end.entries - end.entries_on_other_disks;
     if (end.entries >= kSaturated16 || end.size >= kSaturated32 || end.offset >= kSaturated32 ||

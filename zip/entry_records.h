@@ -56,6 +56,9 @@ void AppendDescriptor(std::string& out, const Entry& entry);
 // Appends the central directory record (APPNOTE 4.3.12).
 void AppendCentralRecord(std::string& out, const Entry& entry);
 
+// Adds an extra field to a central record that has room for it; none when `body` is empty.
+void AddExtraField(std::string& record, std::uint16_t id, const std::string& body);
+
 // What the end of the directory says about it.
 struct DirectoryEnd {
     std::uint64_t entries = 0;

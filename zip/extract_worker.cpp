@@ -50,7 +50,7 @@ Extraction::Batch Extraction::NextBatch() {
 
 ExtractWorker::ExtractWorker(Extraction& run)
     : run_(run), source_(run.machine.files, run.archive), data_(source_) {
-    source_.AskOn(run.channel, run.directory.archive_size);
+    source_.AskOn(run.channel, run.directory);
 }
 
 void ExtractWorker::Work() {

@@ -112,6 +112,11 @@ void PKUNZIP::State::ReadNames(const PKUNZIP& component) {
     const std::string archive = Text(unzip_id::kArchive);
     try {
         ArchiveSource source(machine.files, archive);
+        source.AskForDisks(machine.drives, [&component](const StepFailure& failure) {
+            if (component.questions == nullptr || !component.questions->AskRetry(failure.text)) {
+                throw Error(failure.number, "", ErrorText(failure.number));
+            }
+        });
         Directory directory = ReadDirectory(source, machine.code_page, machine.clock);
         trouble = directory.trouble;
         names.reserve(directory.entries.size());

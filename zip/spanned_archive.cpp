@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "zip/disk_prompt.h"
+#include "zip/disk_signs.h"
 #include "zip/entry_records.h"
 #include "zip/little_endian.h"
 #include "zip/paths.h"
@@ -149,6 +150,11 @@ std::string SpannedArchive::Begin(std::size_t needed) {
 void SpannedArchive::LeaveDisk() {
     volume_->Close();
     volume_->ReadBack();
+    if (disk_ < kDiskListLimit) {
+        Put64(disk_list_, volume_->Size());
+        Put32(disk_list_, volume_->HeadCrc());
+    }
+    smallest_ = std::min(smallest_, volume_->Size());
     if (disk_ == 0 && machine_.files.Find(place_.Archive())) {
         waiting_ = left_ = Found(place_.Temporary());
     } else {
@@ -169,6 +175,11 @@ void SpannedArchive::Ask(std::uint32_t disk, const std::string& note) {
 
 std::uint64_t SpannedArchive::FreeBytes() {
     return machine_.drives.FreeBytes(ParentOf(place_.Archive()));
+}
+
+// It stands in one record, which must fit onto a disk.
+std::string SpannedArchive::DiskList() const {
+    return disk_list_.size() <= smallest_ / 4 ? disk_list_ : "";
 }
 
 SpannedArchive::Finished SpannedArchive::Found(const std::string& path) {

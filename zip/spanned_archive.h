@@ -30,6 +30,7 @@ class SpannedArchive : public ArchiveOutput {
     void Patch(const Place& place, std::string_view bytes) override;
     void CutBack(const Place& place) override;
 
+    std::string DiskList() const override;
     void Finish() override;
     void Commit() override;
     void Abandon() override;
@@ -58,13 +59,15 @@ class SpannedArchive : public ArchiveOutput {
     platform::Machine machine_;
     RunChannel& channel_;
     ArchivePlace place_;
-    std::uint32_t disk_ = 0;            // the current one
-    std::uint32_t finished_disks_ = 0;  // left behind with a part of the archive
-    std::unique_ptr<Volume> volume_;    // null between two disks
-    std::uint64_t room_ = 0;            // bytes that the current disk may still take
-    Place marked_;                      // where volume_ can be cut back to
-    std::optional<Finished> left_;      // on the disk that was finished last
-    std::optional<Finished> waiting_;   // on disk 1, beside an earlier archive, to replace it
+    std::uint32_t disk_ = 0;                      // the current one
+    std::uint32_t finished_disks_ = 0;            // left behind with a part of the archive
+    std::unique_ptr<Volume> volume_;              // null between two disks
+    std::uint64_t room_ = 0;                      // bytes that the current disk may still take
+    Place marked_;                                // where volume_ can be cut back to
+    std::string disk_list_;                       // of the disks that were left
+    std::uint64_t smallest_ = ~std::uint64_t{0};  // bytes on one of those
+    std::optional<Finished> left_;                // on the disk that was finished last
+    std::optional<Finished> waiting_;  // on disk 1, beside an earlier archive, to replace it
 };
 
 }  // namespace vantrel::zip

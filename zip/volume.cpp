@@ -5,6 +5,7 @@
 
 #include "zip/buffer.h"
 #include "zip/deflate.h"
+#include "zip/disk_signs.h"
 #include "zip/source_reader.h"
 
 namespace vantrel::zip {
@@ -68,8 +69,8 @@ std::size_t Volume::WriteWhatFits(std::string_view bytes) {
 
 void Volume::Keep(std::string_view offered, std::size_t count) {
     std::string_view kept = offered.substr(0, count);
-    if (state_.head.size() < kHead) {
-        const std::size_t part = std::min(kHead - state_.head.size(), kept.size());
+    if (state_.head.size() < kDiskHead) {
+        const std::size_t part = std::min(kDiskHead - state_.head.size(), kept.size());
         state_.head += kept.substr(0, part);
         kept.remove_prefix(part);
     }
@@ -101,6 +102,8 @@ void Volume::PatchHead(std::string_view bytes) {
     state_.head.replace(0, bytes.size(), bytes);
 }
 
+std::uint32_t Volume::HeadCrc() const { return CrcOf(state_.head); }
+
 void Volume::Close() {
     UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
         channel_.CheckStop();
@@ -128,7 +131,7 @@ void Volume::Compare() {
     std::uint64_t size = 0;
     for (;;) {
         channel_.CheckStop();
-        const std::size_t wanted = size == 0 ? kHead : kReadSize;
+        const std::size_t wanted = size == 0 ? kDiskHead : kReadSize;
         const std::size_t count = ReadFully(*file, buffer.data(), wanted);
         if (size == 0) {
             head = buffer.View().substr(0, count);

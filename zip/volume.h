@@ -28,19 +28,20 @@ class Volume {
     // Where CutBack can lead: the end as it is now.
     void Mark() { mark_ = state_; }
     void CutBack();
-    // Overwrites the first bytes, at most kHead.
+    // Overwrites bytes of the first kDiskHead.
     void PatchHead(std::string_view bytes);
 
     // Returns when all of it is on the medium and the file is closed.
     void Close();
     // Reads all of it again and compares its checksum.
     void ReadBack();
+    // CRC-32 of the first kDiskHead bytes.
+    std::uint32_t HeadCrc() const;
 
   private:
-    static constexpr std::size_t kHead = 4;  // bytes that may be patched: the marker of a set
     struct State {
         std::uint64_t size = 0;
-        std::string head;            // the first bytes
+        std::string head;            // the first kDiskHead bytes
         std::uint32_t rest_crc = 0;  // CRC-32 of all others
     };
 

@@ -320,5 +320,24 @@ TEST_F(RestoreTabTest, CancelledRestoreIsLoggedAndTheSetStaysAsItWas) {
     EXPECT_EQ(set.RestoreDestination(), "");
 }
 
+// The first bytes are those of the first of several disks.
+TEST_F(RestoreTabTest, ListingASetOfDisksAsksForTheLastOne) {
+    machine.PutFile("C:\\Backups\\SET.zip", "PK\7\x8PK\3\4 and so on");
+    desktop.answers = {forms::Answer::kRetry, forms::Answer::kCancel};
+    desktop.on_box = [this](const forms::Box&) {
+        EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+    };
+    Browse("C:\\Backups\\SET.zip");
+    ASSERT_EQ(desktop.boxes.size(), 2u);
+    EXPECT_EQ(desktop.boxes[1].text,
+              "Please insert the last disk of SET.zip into drive C: and press Retry.\r\n\r\n"
+              "The disk in the drive is not the last one of an archive.");
+    EXPECT_EQ(desktop.boxes[1].title, "Restore");
+    EXPECT_EQ(desktop.boxes[1].buttons, forms::Buttons::kRetryCancel);
+    EXPECT_EQ(desktop.boxes[1].icon, forms::Icon::kExclamation);
+    EXPECT_THAT(Listed(), IsEmpty());
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+}
+
 }  // namespace
 }  // namespace vantrel::test
