@@ -251,6 +251,7 @@ set(ZIP_TESTS
     tests/zip/other_readers_test.cpp
     tests/zip/pkunzip_test.cpp
     tests/zip/pkzip_test.cpp
+    tests/zip/platform_calls_test.cpp
     tests/zip/progress_test.cpp
     tests/zip/reader_directory_test.cpp
     tests/zip/reader_extract_test.cpp

@@ -79,16 +79,27 @@ void Packer::PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes)
     }
 }
 
-// Reads the whole file into input_; false when it is too big for that by now.
+// Reads the whole file into input_; false when it is too big for that by now. One byte more than
+// was listed is asked for: as long as that one is missing, nothing more needs to be asked.
 bool Packer::ReadFile(PackedItem& result) {
     const auto file = reader_.machine().files.Open(result.path, platform::OpenMode::kRead);
+    const auto listed = static_cast<std::size_t>(result.listed_size);
+    result.trouble.reset();
+    input_.Resize(listed + 1);
+    std::size_t count = file->Read(input_.data(), input_.size());
+    if (count == listed) {
+        input_.Resize(listed);
+        return true;
+    }
     const std::uint64_t size = file->Size();
     if (size > kChunkSize) {
         return false;
     }
-    input_.Resize(static_cast<std::size_t>(size));
-    input_.Resize(ReadFully(*file, input_.data(), input_.size()));
-    if (input_.size() != size || file->Size() != size) {
+    input_.Resize(count);
+    input_.Resize(std::max(static_cast<std::size_t>(size), count));
+    count += ReadFully(*file, input_.data() + count, input_.size() - count);
+    input_.Resize(count);
+    if (count != size || file->Size() != size) {
         result.trouble =
             ComponentMessage{MessageKind::kWarning,
                              0,
@@ -96,8 +107,6 @@ bool Packer::ReadFile(PackedItem& result) {
                              result.path,
                              "Changed while it was read, stored as read: " + result.path,
                              0};
-    } else {
-        result.trouble.reset();
     }
     return true;
 }
