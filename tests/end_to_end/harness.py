@@ -84,14 +84,28 @@ class Computer:
         """Adds a drive and returns its root folder. `kind` is what Wine is told (hd, floppy, cdrom,
         network, ramdisk); with a size in bytes it is a volume of its own that really fills up."""
         root = self.folder / f"drive_{letter}"
-        root.mkdir()
         if size is not None:
-            subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={size},mode=755",
-                            "vantrel-test", root], check=True)
-            self._mounted.append(root)
+            self.disk(root.name, size)
+        else:
+            root.mkdir()
         (self.prefix / "dosdevices" / f"{letter}:").symlink_to(root)
         self._set_drive_type(letter, kind)
         return root
+
+    def disk(self, name, size):
+        """A volume that is in no drive yet; returns its root folder."""
+        root = self.folder / name
+        root.mkdir()
+        subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={size},mode=755", "vantrel-test",
+                        root], check=True)
+        self._mounted.append(root)
+        return root
+
+    def put_in(self, letter, root):
+        """Changes the disk of a drive; None takes it out."""
+        drive = self.prefix / "dosdevices" / f"{letter}:"
+        drive.unlink(missing_ok=True)
+        drive.symlink_to(root if root else self.folder / "no disk")
 
     def _set_drive_type(self, letter, kind):
         registry = self.prefix / "system.reg"
