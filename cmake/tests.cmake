@@ -11,9 +11,9 @@ vantrel_room(test_support SOURCES ${TEST_SUPPORT_SOURCES}
              BELOW vantrel_forms vantrel_machine GTest::gmock GTest::gtest)
 
 # One executable a room; ctest runs it natively (THROUGH a script that arranges something), or under
-# Wine where it was cross-built.
+# Wine where it was cross-built (with a SCREEN where windows are shown).
 function(vantrel_tests name)
-    cmake_parse_arguments(TESTS "" "" "SOURCES;LINK;THROUGH" ${ARGN})
+    cmake_parse_arguments(TESTS "SCREEN" "" "SOURCES;LINK;THROUGH" ${ARGN})
     if(NOT TESTS_SOURCES)
         return()
     endif()
@@ -23,7 +23,8 @@ function(vantrel_tests name)
     target_link_libraries(${name}_tests PRIVATE ${TESTS_LINK} vantrel_test_support GTest::gtest_main)
     if(WIN32)
         add_test(NAME ${name}_tests
-                 COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-test $<TARGET_FILE:${name}_tests>)
+                 COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-test $<$<BOOL:${TESTS_SCREEN}>:--screen>
+                         $<TARGET_FILE:${name}_tests> COMMAND_EXPAND_LISTS)
     else()
         add_test(NAME ${name}_tests COMMAND ${TESTS_THROUGH} $<TARGET_FILE:${name}_tests>)
     endif()
@@ -38,7 +39,18 @@ else()
 endif()
 vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine
               THROUGH ${CMAKE_SOURCE_DIR}/scripts/with-full-disk)
+
+# One suite for the controls by themselves and for the real ones that show them.
 if(WIN32)
+    list(APPEND VIEWS_TESTS ${VIEWS_WIN32_TESTS})
+else()
+    list(APPEND VIEWS_TESTS ${VIEWS_HOST_TESTS})
+endif()
+vantrel_tests(views SOURCES ${VIEWS_TESTS} LINK vantrel_forms vantrel_machine SCREEN)
+
+if(WIN32)
+    vantrel_show_windows(views_tests)
+    add_dependencies(views_tests vantrel_clip)
     # A second program for tests to start; it stands beside them.
     add_executable(process_probe tests/platform/process_probe.cpp)
     target_link_libraries(process_probe PRIVATE vantrel_machine)

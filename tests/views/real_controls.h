@@ -1,0 +1,177 @@
+// The real controls behind the objects, in this very process: finding them, reading them, and
+// clicking where they are. Clicks go to the window that Windows finds at that point, so what stands
+// in front of a control or disables it stops the mouse here, too.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "forms/control.h"
+#include "forms/form.h"
+#include "views/win32/control_ids.h"
+#include "views/win32/text.h"
+
+namespace vantrel::test {
+
+inline LRESULT Send(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+    return SendMessageW(window, message, wparam, lparam);
+}
+
+inline std::wstring ClassOf(HWND window) {
+    wchar_t name[64]{};
+    GetClassNameW(window, name, 64);
+    return name;
+}
+
+// The first window that `wanted` takes, among `parent` and all that is in it, or among this
+// thread's windows when there is no parent; nullptr when there is none.
+inline HWND WindowWhere(HWND parent, const std::function<bool(HWND)>& wanted) {
+    struct Search {
+        const std::function<bool(HWND)>& wanted;
+        HWND found = nullptr;
+    } search{wanted};
+    const auto visit = [](HWND window, LPARAM data) -> BOOL {
+        auto& state = *reinterpret_cast<Search*>(data);
+        if (!state.found && state.wanted(window)) state.found = window;
+        return state.found == nullptr;
+    };
+    const auto data = reinterpret_cast<LPARAM>(&search);
+    if (parent) {
+        EnumChildWindows(parent, visit, data);
+    } else {
+        EnumThreadWindows(GetCurrentThreadId(), visit, data);
+    }
+    return search.found;
+}
+
+inline int IdOf(const forms::Control& control) {
+    return views::ControlId(control.owner().name(), control.name());
+}
+
+// One window of each form at a time: a control's number names its real control.
+inline HWND HandleOf(const forms::Control& control) {
+    const int id = IdOf(control);
+    HWND found = nullptr;
+    WindowWhere(nullptr, [&](HWND top) {
+        found = WindowWhere(top, [id](HWND each) { return GetDlgCtrlID(each) == id; });
+        return found != nullptr;
+    });
+    if (!found) throw std::runtime_error("no real control " + control.name());
+    return found;
+}
+
+// The window of a form, by one of its controls.
+inline HWND TopOf(const forms::Form& form) {
+    for (const forms::Control* control : form.controls())
+        if (control->kind() != forms::Kind::kTimer && control->kind() != forms::Kind::kMenu)
+            return GetAncestor(HandleOf(*control), GA_ROOT);
+    throw std::runtime_error("no window " + form.name());
+}
+
+inline POINT MiddleOf(const RECT& area) {
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+inline RECT ClientOf(HWND window) {
+    RECT area{};
+    GetClientRect(window, &area);
+    return area;
+}
+
+enum class Mouse { kLeft, kRight, kTwice };
+
+// Posts what the mouse does at a point of `window`; nothing when that point is not to be reached.
+inline void ClickAt(HWND window, POINT at, Mouse how = Mouse::kLeft) {
+    ClientToScreen(window, &at);
+    const HWND target = WindowFromPoint(at);
+    if (!target || !IsWindowEnabled(target)) return;
+    ScreenToClient(target, &at);
+    const LPARAM place = MAKELPARAM(at.x, at.y);
+    const bool right = how == Mouse::kRight;
+    const UINT up = right ? WM_RBUTTONUP : WM_LBUTTONUP;
+    PostMessageW(target, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, right ? MK_RBUTTON : MK_LBUTTON,
+                 place);
+    PostMessageW(target, up, 0, place);
+    if (how != Mouse::kTwice) return;
+    PostMessageW(target, WM_LBUTTONDBLCLK, MK_LBUTTON, place);
+    PostMessageW(target, up, 0, place);
+}
+
+inline void PressKey(HWND window, WPARAM key) {
+    constexpr LPARAM kDown = 1;
+    constexpr auto kUp = static_cast<LPARAM>(0xC0000001u);
+    PostMessageW(window, WM_KEYDOWN, key, kDown);
+    PostMessageW(window, WM_KEYUP, key, kUp);
+}
+
+// The messages of the two real lists.
+struct ListMessages {
+    UINT count, selection, length, text;
+};
+inline const ListMessages& MessagesOf(HWND list) {
+    static constexpr ListMessages kCombo{CB_GETCOUNT, CB_GETCURSEL, CB_GETLBTEXTLEN, CB_GETLBTEXT};
+    static constexpr ListMessages kListBox{LB_GETCOUNT, LB_GETCURSEL, LB_GETTEXTLEN, LB_GETTEXT};
+    return ClassOf(list) == L"ComboBox" ? kCombo : kListBox;
+}
+
+inline std::vector<std::string> ItemsOf(HWND list) {
+    const ListMessages& messages = MessagesOf(list);
+    std::vector<std::string> items;
+    const LRESULT count = Send(list, messages.count);
+    for (LRESULT i = 0; i < count; ++i) {
+        const auto index = static_cast<WPARAM>(i);
+        const auto length = static_cast<std::size_t>(Send(list, messages.length, index));
+        std::wstring text(length + 1, L'\0');
+        Send(list, messages.text, index, reinterpret_cast<LPARAM>(text.data()));
+        text.resize(length);
+        items.push_back(views::Utf8(text));
+    }
+    return items;
+}
+
+// Of the pixels of a part of `window`, how many have this colour.
+inline int PixelsOf(HWND window, const RECT& part, COLORREF color) {
+    const HDC device = GetDC(window);
+    int count = 0;
+    for (LONG y = part.top; y < part.bottom; ++y)
+        for (LONG x = part.left; x < part.right; ++x)
+            if (GetPixel(device, x, y) == color) ++count;
+    ReleaseDC(window, device);
+    return count;
+}
+
+// A tree's items from top to bottom, as (level, item).
+struct TreeItem {
+    int level;
+    HTREEITEM item;
+};
+inline void CollectItems(HWND tree, HTREEITEM first, int level, std::vector<TreeItem>& items) {
+    for (HTREEITEM item = first; item; item = TreeView_GetNextSibling(tree, item)) {
+        items.push_back({level, item});
+        CollectItems(tree, TreeView_GetChild(tree, item), level + 1, items);
+    }
+}
+inline std::vector<TreeItem> ItemsOfTree(HWND tree) {
+    std::vector<TreeItem> items;
+    CollectItems(tree, TreeView_GetRoot(tree), 0, items);
+    return items;
+}
+inline TVITEMW LookAt(HWND tree, HTREEITEM item, UINT mask, std::wstring& text) {
+    text.assign(300, L'\0');
+    TVITEMW look{};
+    look.mask = TVIF_HANDLE | mask;
+    look.hItem = item;
+    look.pszText = text.data();
+    look.cchTextMax = static_cast<int>(text.size());
+    Send(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&look));
+    text.assign(text.c_str());
+    return look;
+}
+
+}  // namespace vantrel::test
