@@ -107,6 +107,7 @@ class Spanned(harness.EndToEndTest):
 
     def choose_destination(self, program):
         program.click("Cmd_RestoreTo")
+        program.answer("OK", "PLEASE SELECT THE RESTORE LOCATION WITH CARE!")
         program.wait_for(lambda: program.exists("Frm_RestoreWhere_Cmd_Ok"), "the dialog")
         program.choose("Frm_RestoreWhere_Dri_DriveList", "r:")
         program.wait_for(lambda: "Here" in program.items("Frm_RestoreWhere_Dir_DirList"), "r:")

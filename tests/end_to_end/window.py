@@ -217,7 +217,10 @@ class Attended:
 
     def box(self):
         """The box in front, or None."""
-        words = self._ask("box")
+        try:
+            words = self._ask("box")
+        except DriverError:  # it was closed while it was looked at
+            words = self._ask("box")
         if not words:
             return None
         title, text, default, alignment, icon = words[:5]
