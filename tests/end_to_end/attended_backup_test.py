@@ -70,12 +70,12 @@ class CompleteBackups(Attended):
 
         # Where: a folder of another drive, made in the dialog.
         program.click("Cmd_Navigate")
-        program.wait_for(lambda: program.exists("Frm_BackupWhere_Cmd_Ok"), "the dialog")
+        program.wait_for(lambda: program.visible("Frm_BackupWhere_Cmd_Ok"), "the dialog")
         self.assertFalse(program.enabled("TAB_Backup"))
         program.choose("Frm_BackupWhere_Dri_DriveList", "e:")
         program.wait_for(lambda: "Kept" in program.items("Frm_BackupWhere_Dir_DirList"), "e:")
         program.click("Frm_BackupWhere_Cmd_NewFolder")
-        program.wait_for(lambda: program.exists("Frm_Input_Fld_Answer"), "the input box")
+        program.wait_for(lambda: program.visible("Frm_Input_Fld_Answer"), "the input box")
         self.assertEqual("New Folder", program.text("Frm_Input_Fld_Answer"))
         program.replace_text("Frm_Input_Fld_Answer", "Archive")
         program.wait_for(lambda: program.text("Frm_Input_Fld_Answer") == "Archive", "the name")
@@ -89,7 +89,7 @@ class CompleteBackups(Attended):
         # Options: another name, stored in capitals.
         program.wait_for(lambda: program.enabled("Cmd_Options_1"), "the main window again")
         program.click("Cmd_Options_1")
-        program.wait_for(lambda: program.exists("Frm_BackupOptions_Cmd_Ok"), "the options")
+        program.wait_for(lambda: program.visible("Frm_BackupOptions_Cmd_Ok"), "the options")
         self.assertTrue(program.checked("Frm_BackupOptions_Chk_BackupSubDirectories"))
         program.replace_text("Frm_BackupOptions_Fld_BackupFileName", "weekly")
         program.wait_for(
@@ -164,7 +164,7 @@ class CompleteBackups(Attended):
         program.click("Cmd_Change")
         program.wait_for(lambda: program.enabled("Cmd_Options_2"), "the edit mode")
         program.click("Cmd_Options_2")
-        program.wait_for(lambda: program.exists("Frm_BackupOptions_Cmd_Ok"), "the options")
+        program.wait_for(lambda: program.visible("Frm_BackupOptions_Cmd_Ok"), "the options")
         program.click("Frm_BackupOptions_Chk_MultiVolumeBackup")
         program.wait_for(
             lambda: program.checked("Frm_BackupOptions_Chk_MultiVolumeBackup"), "the mark")

@@ -14,6 +14,7 @@ import sys
 import tempfile
 import time
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from log_file import LogFile
@@ -24,6 +25,9 @@ PREFIX_TOOL = ROOT / "scripts" / "wine-prefix"
 
 # A hang is a failure, too. Far longer than any run takes on a slow machine.
 HANG_SECONDS = float(os.environ.get("VANTREL_HANG_SECONDS", 240))
+
+# How many tests of a file run at a time.
+SIDE_BY_SIDE = int(os.environ.get("VANTREL_SIDE_BY_SIDE", 3))
 
 COMPLETE, SOME_SKIPPED, FAILED, CANCELLED, NO_SUCH_SET, ALREADY_RUNNING = range(6)
 
@@ -225,10 +229,44 @@ def _enter_own_mount_namespace():
                           sys.executable, *sys.argv])
 
 
+def _every_test(suite):
+    for each in suite:
+        if isinstance(each, unittest.TestSuite):
+            yield from _every_test(each)
+        else:
+            yield f"{type(each).__name__}.{each._testMethodName}"
+
+
+def _run_alone(name):
+    """Runs one test in a process of its own; its name, success and output."""
+    done = subprocess.run([sys.executable, *sys.argv, name], stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    return name, done.returncode == 0, done.stdout.decode("utf-8", errors="replace")
+
+
+def _run_side_by_side():
+    """The program waits more than it works, so that several tests at a time cost little more than
+    one. Every test has its own computer, so none sees another."""
+    names = list(_every_test(unittest.defaultTestLoader.loadTestsFromModule(
+        sys.modules["__main__"])))
+    failures = 0
+    with ThreadPoolExecutor(SIDE_BY_SIDE) as pool:
+        for name, passed, output in pool.map(_run_alone, names):
+            failures += not passed
+            print(f"{name} ... {'ok' if passed else 'FAILED'}", flush=True)
+            if not passed:
+                print(output, flush=True)
+    print(f"Ran {len(names)} tests, {failures} failed", flush=True)
+    sys.exit(failures > 0 or not names)
+
+
 def main():
-    """What a test file calls: its own mounts, a screen if there is none, then its tests."""
+    """What a test file calls: its own mounts, a screen if there is none, then its tests. Names of
+    tests on the command line are run one by one, here."""
     _enter_own_mount_namespace()
     if not os.environ.get("DISPLAY"):
         screen = str(ROOT / "scripts" / "with-display")
         os.execv(screen, [screen, sys.executable, *sys.argv])
+    if len(sys.argv) == 1:
+        _run_side_by_side()
     unittest.main(verbosity=2)

@@ -271,6 +271,13 @@ class Attended:
 
     # Pictures
 
+    def picture(self, name):
+        """What a control looks like now, as bytes of an image that can be compared."""
+        left, top, right, bottom = self.place(name)
+        crop = f"{right - left}x{bottom - top}+{left}+{top}"
+        return subprocess.run(["import", "-window", "root", "-crop", crop, "+repage", "ppm:-"],
+                              check=True, stdout=subprocess.PIPE).stdout
+
     def screenshot(self, path):
         """For a person's eyes."""
         subprocess.run(["import", "-window", "root", str(path)], check=True)

@@ -45,7 +45,7 @@ void WindowView::Destroy() {
     if (!form_) return;
     form_->Bind(nullptr);
     by_id_.clear();
-    binders_.clear();
+    for (const auto& binder : binders_) binder->Release();
     form_ = nullptr;
     SetWindowLongPtrW(window_, DWLP_USER, 0);
     for (Page& page : pages_) SetWindowLongPtrW(page.window, DWLP_USER, 0);
@@ -230,6 +230,11 @@ bool WindowView::PreTranslate(MSG& message) {
             desktop_.Guarded([&] { tabs.SetTab((tabs.Tab() + step) % count); });
             return true;
         }
+    }
+    if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
+        // Some systems' combo boxes keep every key that comes with Alt to themselves.
+        PostMessageW(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
+        return true;
     }
     return IsDialogMessageW(window_, &message) != FALSE;
 }
