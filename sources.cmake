@@ -228,6 +228,7 @@ set(VIEWS_TESTS
     tests/views/text_box_test.cpp
     tests/views/text_lists_test.cpp
     tests/views/tree_test.cpp
+    tests/views/unloading_test.cpp
     tests/views/window_controls_test.cpp)
 set(VIEWS_HOST_TESTS
     tests/platform/machine_under_test_host.cpp
@@ -235,6 +236,8 @@ set(VIEWS_HOST_TESTS
 set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/views/menu_person.cpp
+    tests/views/poisoned_memory.cpp
+    tests/views/screen_test.cpp
     tests/views/win32_doing.cpp
     tests/views/win32_seeing.cpp)
 set(ZIP_TESTS
@@ -326,7 +329,6 @@ set(END_TO_END_TESTS
     tests/end_to_end/kill_test.py
     tests/end_to_end/main_window_test.py
     tests/end_to_end/refusal_test.py
-    tests/end_to_end/restore_test.py
     tests/end_to_end/start_test.py)
 set(FUZZ_SUPPORT_SOURCES
     tests/zip/hostile_names.cpp

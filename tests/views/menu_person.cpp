@@ -34,7 +34,9 @@ HMENU MenuPerson::OpenMenu() {
 
 void MenuPerson::PressNext() {
     const HMENU menu = OpenMenu();
-    if (!menu) return;
+    MSG waiting;
+    // One key at a time: what comes next depends on what it does.
+    if (!menu || PeekMessageW(&waiting, owner_, WM_KEYFIRST, WM_KEYLAST, PM_NOREMOVE)) return;
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         wchar_t text[200]{};
         GetMenuStringW(menu, static_cast<UINT>(i), text, 200, MF_BYPOSITION);

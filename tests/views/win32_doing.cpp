@@ -8,10 +8,12 @@ namespace {
 
 // A test that hangs has failed; nothing is measured by it.
 constexpr UINT kHangLimit = 60000;  // milliseconds
+constexpr UINT kPoll = 10;          // milliseconds; a clip, for one, sends nothing
 bool g_hanging = false;
 int g_ticks = 0;
 
 void CALLBACK Hang(HWND, UINT, UINT_PTR, DWORD) { g_hanging = true; }
+void CALLBACK Wake(HWND, UINT, UINT_PTR, DWORD) {}
 void CALLBACK CountTick(HWND, UINT, UINT_PTR, DWORD) { ++g_ticks; }
 
 UINT LongestInterval(const forms::Form& form) {
@@ -32,7 +34,9 @@ HWND Win32User::Settled(const forms::Control& control) {
 void Win32User::WaitUntil(const std::function<bool()>& done) {
     g_hanging = false;
     const UINT_PTR limit = SetTimer(nullptr, 0, kHangLimit, Hang);
+    const UINT_PTR poll = SetTimer(nullptr, 0, kPoll, Wake);
     while (!done() && !g_hanging) desktop_.WaitEvents();
+    KillTimer(nullptr, poll);
     KillTimer(nullptr, limit);
     if (!done()) throw std::runtime_error("waited in vain");
 }

@@ -46,13 +46,15 @@ class Win32User : public ControlUser {
     std::vector<int> Pictures(forms::Tree& tree) override;
     std::string SelectedNode(forms::Tree& tree) override;
 
+    // Handles events until it is so. Throws when it does not come to be.
+    void WaitUntil(const std::function<bool()>& done);
+
   private:
     // Everything that waits is handled first, then the control is looked for.
     HWND Settled(const forms::Control& control);
     void Click(const forms::Control& control, POINT at, Mouse how);
     // The middle of an entry, brought into view.
     POINT PlaceOf(HWND list, int index);
-    void WaitUntil(const std::function<bool()>& done);
     SeenEntry LookAtEntry(forms::Control& entry);
 
     // Hears what real clips answer to being played: they cannot be asked later.

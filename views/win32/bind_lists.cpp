@@ -27,8 +27,10 @@ class ListBinder : public Binder {
 
     void Command(WORD code) override {
         if (code != (&messages_ == &kCombo ? CBN_SELCHANGE : LBN_SELCHANGE)) return;
+        const int chosen = Send(messages_.selection);
+        if (chosen >= Count()) return Flush();  // it is gone, and only still shown
         const SelectionKept keep{*this};
-        Choose(Send(messages_.selection));
+        Choose(chosen);
     }
 
   protected:

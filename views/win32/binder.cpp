@@ -17,7 +17,13 @@ using forms::Kind;
 Binder::Binder(WindowView& window, forms::Control& control, HWND handle, int id)
     : window_(window), control_(control), handle_(handle), id_(id) {}
 
-Binder::~Binder() { control_.Bind(nullptr); }
+Binder::~Binder() { Release(); }
+
+void Binder::Release() {
+    if (std::exchange(released_, true)) return;
+    put_off_.clear();
+    control_.Bind(nullptr);
+}
 
 void Binder::Start() {
     for (Aspect aspect : {Aspect::kText, Aspect::kItems, Aspect::kSelection, Aspect::kValue,

@@ -34,6 +34,9 @@ class Binder : public forms::ControlView {
     void Changed(forms::Aspect aspect) override;
     // Shows what has been put off.
     void Flush();
+    // Lets go of the object. The binder itself may still be at work then: a handler that it has
+    // called may take the window away.
+    void Release();
 
     // What the real control reports: a WM_COMMAND code, a WM_NOTIFY, a wish to be painted, a click
     // of the right button, a tick, a chosen menu entry.
@@ -66,6 +69,7 @@ class Binder : public forms::ControlView {
     int id_;
     OwnedFont font_;
     std::vector<forms::Aspect> put_off_;
+    bool released_ = false;
 };
 
 // The binder for the control's kind. Throws vantrel::Error when the window lacks the real control.

@@ -1,0 +1,195 @@
+// What only a screen has: what scrolls, what has the keyboard, what is shown when.
+#include <algorithm>
+
+#include "tests/views/real_controls.h"
+#include "tests/views/win32_user.h"
+#include "tests/views/windows_under_test.h"
+
+namespace vantrel::test {
+
+namespace {
+
+class MainOnScreen : public WindowFixture<MainWindow> {
+  protected:
+    void ShowPage(int page) {
+        window.TAB_Backup.SetTab(page);
+        Happened();
+    }
+    static std::string Numbered(int lines) {
+        std::string text;
+        for (int i = 0; i < lines; ++i) text += std::to_string(i) + "\r\n";
+        return text;
+    }
+};
+
+class RunOnScreen : public WindowFixture<RunWindow> {
+  protected:
+    HWND List() { return HandleOf(window.Lst_Details); }
+    bool IsInView(int index) {
+        RECT area{};
+        Send(List(), LB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&area));
+        return area.top >= 0 && area.bottom <= ClientOf(List()).bottom;
+    }
+};
+
+TEST_F(RunOnScreen, ListBoxScrollsToItsSelectedLastLine) {
+    for (int i = 0; i < 100; ++i) {
+        window.Lst_Details.Add("Adding file " + std::to_string(i));
+        window.Lst_Details.SetIndex(i);
+    }
+    program.desktop.DoEvents();
+    EXPECT_TRUE(IsInView(99));
+    EXPECT_FALSE(IsInView(0));
+}
+
+TEST_F(RunOnScreen, LongLinesOfAListBoxCanBeScrolledTo) {
+    EXPECT_EQ(0, Send(List(), LB_GETHORIZONTALEXTENT));
+    window.Lst_Details.Add(std::string(500, 'W'));
+    program.desktop.DoEvents();
+    EXPECT_LT(ClientOf(List()).right, Send(List(), LB_GETHORIZONTALEXTENT));
+}
+
+TEST_F(RunOnScreen, DetailsAndProgressAreShownWhenEventsAreNextHandled) {
+    window.Lst_Details.Add("Adding a.txt");
+    window.PB_File.SetValue(50);
+    EXPECT_EQ(0, Send(List(), LB_GETCOUNT));
+    EXPECT_EQ(0, Send(HandleOf(window.PB_File), PBM_GETPOS));
+    program.desktop.DoEvents();
+    EXPECT_EQ(1, Send(List(), LB_GETCOUNT));
+    EXPECT_EQ(50, Send(HandleOf(window.PB_File), PBM_GETPOS));
+}
+
+TEST_F(RunOnScreen, RefreshShowsWhatWasPutOff) {
+    window.PB_File.SetValue(50);
+    window.PB_File.Refresh();
+    EXPECT_EQ(50, Send(HandleOf(window.PB_File), PBM_GETPOS));
+}
+
+TEST_F(RunOnScreen, ClickOnALineThatIsGoneChoosesNothing) {
+    for (const char* line : {"a", "b", "c"}) window.Lst_Details.Add(line);
+    program.desktop.DoEvents();
+    window.Lst_Details.Clear();
+    Send(List(), LB_SETCURSEL, 2);
+    const auto chosen = MAKEWPARAM(GetDlgCtrlID(List()), LBN_SELCHANGE);
+    Send(TopOf(window), WM_COMMAND, chosen, reinterpret_cast<LPARAM>(List()));
+    EXPECT_TRUE(user->errors.empty());
+    EXPECT_EQ(Lines{}, Happened());
+    EXPECT_EQ(0, Send(List(), LB_GETCOUNT));
+}
+
+TEST_F(RunOnScreen, ClipIsSeenToMove) {
+    window.Ani_File.Open(program.InApplicationFolder("app\\System\\FileCopy.AVI"));
+    const HWND clip = HandleOf(window.Ani_File);
+    const auto background = [&] {
+        return PixelsOf(clip, ClientOf(clip), GetSysColor(COLOR_BTNFACE));
+    };
+    program.desktop.DoEvents();
+    const int before = background();
+    static_cast<Win32User&>(*user).WaitUntil([&] { return background() != before; });
+    EXPECT_TRUE(user->Playing(window.Ani_File));
+}
+
+TEST_F(MainOnScreen, TextScrollsByLines) {
+    ShowPage(MainWindow::kLog);
+    window.Fld_Log.SetText(Numbered(200));
+    const HWND log = HandleOf(window.Fld_Log);
+    EXPECT_EQ(0, Send(log, EM_GETFIRSTVISIBLELINE));
+    window.Fld_Log.ScrollLines(50);
+    EXPECT_EQ(50, Send(log, EM_GETFIRSTVISIBLELINE));
+    window.Fld_Log.ScrollLines(1000);
+    EXPECT_LT(150, Send(log, EM_GETFIRSTVISIBLELINE));
+}
+
+TEST_F(MainOnScreen, CaretStaysWhileTheUserTypes) {
+    ShowPage(MainWindow::kEdit);
+    window.Fld_INI.SetText("ac");
+    const HWND box = HandleOf(window.Fld_INI);
+    Send(box, EM_SETSEL, 1, 1);
+    PostMessageW(box, WM_CHAR, L'b', 1);
+    program.desktop.DoEvents();
+    EXPECT_EQ("abc", window.Fld_INI.Text());
+    EXPECT_EQ(MAKELONG(2, 2), Send(box, EM_GETSEL));
+}
+
+TEST_F(MainOnScreen, DisablingTheControlWithTheKeyboardPassesTheKeyboardOn) {
+    window.Cmd_Backup.SetFocus();
+    window.Cmd_Backup.SetEnabled(false);
+    const HWND focus = GetFocus();
+    ASSERT_NE(nullptr, focus);
+    EXPECT_NE(HandleOf(window.Cmd_Backup), focus);
+    EXPECT_TRUE(IsWindowEnabled(focus));
+    EXPECT_TRUE(IsChild(TopOf(window), focus));
+}
+
+TEST_F(MainOnScreen, HidingTheControlWithTheKeyboardPassesTheKeyboardOn) {
+    window.Cmd_Backup.SetFocus();
+    window.Cmd_Backup.SetVisible(false);
+    const HWND focus = GetFocus();
+    ASSERT_NE(nullptr, focus);
+    EXPECT_NE(HandleOf(window.Cmd_Backup), focus);
+    EXPECT_TRUE(IsWindowVisible(focus));
+    EXPECT_TRUE(IsChild(TopOf(window), focus));
+}
+
+TEST_F(MainOnScreen, FormKnowsWhereTheUserTookTheKeyboard) {
+    user->Click(window.Cmd_Backup);
+    EXPECT_EQ(&window.Cmd_Backup, window.ActiveControl());
+    ShowPage(MainWindow::kEdit);
+    user->Type(window.Fld_INI, "x");
+    EXPECT_EQ(&window.Fld_INI, window.ActiveControl());
+}
+
+TEST_F(MainOnScreen, OnlyThePageOfTheShownTabIsSeen) {
+    const auto seen = [&] {
+        Lines names;
+        for (forms::Control* control : {static_cast<forms::Control*>(&window.Cmd_Backup),
+                                        static_cast<forms::Control*>(&window.SSP_TotalFiles),
+                                        static_cast<forms::Control*>(&window.Fld_INI),
+                                        static_cast<forms::Control*>(&window.Fld_Log),
+                                        static_cast<forms::Control*>(&window.TV_SecureMode),
+                                        static_cast<forms::Control*>(&window.Lbl_WebAddress)})
+            if (IsWindowVisible(HandleOf(*control))) names.push_back(control->name());
+        return names;
+    };
+    const Lines expected{"Cmd_Backup", "SSP_TotalFiles", "Fld_INI",
+                         "Fld_Log",    "TV_SecureMode",  "Lbl_WebAddress"};
+    for (int tab = 5; tab >= 0; --tab) {
+        ShowPage(tab);
+        EXPECT_EQ(Lines{expected[static_cast<std::size_t>(tab)]}, seen());
+    }
+}
+
+TEST_F(MainOnScreen, PanelGoesWithThePanelItStandsOn) {
+    EXPECT_TRUE(user->Visible(window.SSP_ProgressSecure));
+    window.SSP_PleaseWait.SetVisible(false);
+    EXPECT_FALSE(user->Visible(window.SSP_ProgressSecure));
+    window.SSP_ProgressSecure.SetVisible(false);
+    window.SSP_PleaseWait.SetVisible(true);
+    EXPECT_FALSE(user->Visible(window.SSP_ProgressSecure));
+    window.SSP_ProgressSecure.SetVisible(true);
+    EXPECT_TRUE(user->Visible(window.SSP_ProgressSecure));
+}
+
+TEST_F(MainOnScreen, PictureIsPainted) {
+    const HWND picture = HandleOf(window.Img_Set);
+    program.desktop.DoEvents();
+    const RECT all = ClientOf(picture);
+    const HDC device = GetDC(picture);
+    const COLORREF corner = GetPixel(device, all.right - 1, all.bottom - 1);
+    ReleaseDC(picture, device);
+    EXPECT_NE(CLR_INVALID, corner);
+    EXPECT_LT(100, all.right * all.bottom - PixelsOf(picture, all, corner));
+}
+
+TEST_F(MainOnScreen, ControlsThatTheDialogLacksAreAnError) {
+    struct Lacking : forms::Form {
+        explicit Lacking(forms::Program& owner) : Form(owner, "Frm_Backup") {}
+        forms::Button Cmd_Nowhere{*this, "Cmd_Nowhere", ""};
+    } lacking{program};
+    EXPECT_EQ(380, ErrorOf([&] { program.desktop.Load(lacking); }));
+    EXPECT_FALSE(lacking.Loaded());
+}
+
+}  // namespace
+
+}  // namespace vantrel::test
