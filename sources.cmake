@@ -329,6 +329,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/kill_test.py
     tests/end_to_end/main_window_test.py
     tests/end_to_end/refusal_test.py
+    tests/end_to_end/restore_test.py
     tests/end_to_end/start_test.py)
 set(FUZZ_SUPPORT_SOURCES
     tests/zip/hostile_names.cpp
