@@ -328,6 +328,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/failure_test.py
     tests/end_to_end/kill_test.py
     tests/end_to_end/main_window_test.py
+    tests/end_to_end/mail_test.py
     tests/end_to_end/refusal_test.py
     tests/end_to_end/restore_test.py
     tests/end_to_end/start_test.py)

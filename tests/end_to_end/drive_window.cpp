@@ -175,15 +175,17 @@ Words DescribeBox(HWND box) {
     return words;
 }
 
-// Nothing when there is none; one may close while it is looked at.
+// Nothing when there is none; one may close while it is looked at, its parts before itself.
 Words LookAtBox() {
-    const HWND box = FindBox();
-    if (!box) return {};
-    try {
-        return DescribeBox(box);
-    } catch (const std::runtime_error&) {
-        if (IsWindow(box)) throw;
-        return {};
+    constexpr int kLooks = 50;
+    for (int look = 1;; ++look) {
+        const HWND box = FindBox();
+        if (!box) return {};
+        try {
+            return DescribeBox(box);
+        } catch (const std::runtime_error&) {
+            if (look == kLooks) throw;
+        }
     }
 }
 

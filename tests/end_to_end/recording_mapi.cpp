@@ -1,25 +1,25 @@
 // A mail program that sends nothing: a library that speaks Simple MAPI and writes down each call.
-// Tests register it in a Wine prefix as the user's mail program. Environment of the program that
-// loads it:
-//   VANTREL_MAIL_RECORD  the file to append to: a line a call, fields separated by tabs, "\" before
-//                        tabs, line ends and itself; attached files are copied beside it, numbered
-//   VANTREL_MAIL_FAILS   "MAPILogon=3": that call answers so, after it has been written down
+// Tests register it in a Wine prefix as the user's mail program. The environment variable
+// VANTREL_MAIL_RECORD names the file to append to: a line a call, fields separated by tabs, "\"
+// before tabs, line ends and itself. Beside that file, under its name and another ending:
+//   .0, .1   copies of the attached files
+//   .fails   "MAPILogon=3": that call answers so, after it has been written down
 #include <windows.h>
 // Needs the types of windows.h.
 #include <mapi.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
 
 constexpr LHANDLE kSession = 4711;
 
-std::string Environment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? "" : value;
+std::string BesideRecord(const std::string& ending) {
+    const char* const record = std::getenv("VANTREL_MAIL_RECORD");
+    return (record == nullptr ? "" : record) + ending;
 }
 
 std::string Escaped(const std::string& text) {
@@ -51,25 +51,31 @@ void WriteDown(const std::vector<std::string>& fields) {
     std::string line;
     for (const std::string& field : fields) line += (line.empty() ? "" : "\t") + Escaped(field);
     line += "\n";
-    const HANDLE file = CreateFileA(Environment("VANTREL_MAIL_RECORD").c_str(), FILE_APPEND_DATA,
-                                    FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr);
+    const HANDLE file = CreateFileA(BesideRecord("").c_str(), FILE_APPEND_DATA, FILE_SHARE_READ,
+                                    nullptr, OPEN_ALWAYS, 0, nullptr);
     DWORD written = 0;
     WriteFile(file, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
     CloseHandle(file);
 }
 
 ULONG AnswerOf(const char* function) {
-    const std::string fails = Environment("VANTREL_MAIL_FAILS");
+    char fails[64] = {};
+    DWORD length = 0;
+    const HANDLE file = CreateFileA(BesideRecord(".fails").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return SUCCESS_SUCCESS;
+    ReadFile(file, fails, sizeof fails - 1, &length, nullptr);
+    CloseHandle(file);
     const std::string wanted = std::string(function) + "=";
-    return fails.starts_with(wanted)
-               ? static_cast<ULONG>(std::strtoul(fails.c_str() + wanted.size(), nullptr, 10))
+    return std::string_view(fails).starts_with(wanted)
+               ? static_cast<ULONG>(std::strtoul(fails + wanted.size(), nullptr, 10))
                : SUCCESS_SUCCESS;
 }
 
 std::string Number(ULONG_PTR value) { return std::to_string(value); }
 
 void AddAttachment(const MapiFileDesc& file, ULONG number, std::vector<std::string>& fields) {
-    const std::string copy = Environment("VANTREL_MAIL_RECORD") + "." + Number(number);
+    const std::string copy = BesideRecord("." + Number(number));
     const bool readable = CopyFileA(file.lpszPathName, copy.c_str(), FALSE) != 0;
     fields.push_back(Text(file.lpszPathName));
     fields.push_back(Text(file.lpszFileName));
