@@ -25,6 +25,13 @@ void Extraction::Fail(std::uint32_t index, const Error& error) {
         directory.entries[index].name + " is not restored: " + error.description() + "."));
 }
 
+// A drive that is pulled out may be missing as a path, too.
+bool Extraction::IsOfDestination(int number) {
+    return number == error_number::kDiskFull || number == error_number::kDeviceUnavailable ||
+           number == error_number::kDiskNotReady ||
+           (number == error_number::kPathNotFound && folders.DestinationIsGone());
+}
+
 Extraction::Batch Extraction::NextBatch() {
     const std::lock_guard lock(mutex_);
     Batch batch{next_, next_, 0};

@@ -47,6 +47,10 @@ class Extraction {
     template <typename Step>
     void Restore(std::uint32_t index, Step&& step);
 
+    // Whether an error is about the whole destination, which is full or gone, and not about one
+    // file.
+    bool IsOfDestination(int number);
+
     // Entries of plan.files from `begin` to before `end`; empty when none is left.
     struct Batch {
         std::size_t begin = 0;
@@ -94,11 +98,10 @@ void Extraction::Restore(std::uint32_t index, Step&& step) {
             ++restored;
             return;
         } catch (const Error& error) {
-            const int number = error.number();
-            if (number != error_number::kDiskFull && number != error_number::kDeviceUnavailable &&
-                number != error_number::kDiskNotReady) {
+            if (!IsOfDestination(error.number())) {
                 return Fail(index, error);
             }
+            const int number = error.number();
             const std::string& name = directory.entries[index].name;
             channel.RetryOrStop({number, name, Sentence("This cannot be restored", name, error)});
         }

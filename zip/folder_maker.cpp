@@ -59,6 +59,14 @@ std::string FolderMaker::Ensure(const std::string& path) {
     return full_path;
 }
 
+bool FolderMaker::DestinationIsGone() {
+    try {
+        return !machine_.files.Find(destination_);
+    } catch (const Error&) {
+        return false;  // there, but not for us to look at
+    }
+}
+
 FolderMaker::Made FolderMaker::Enter(const std::string& parent, bool parent_is_new,
                                      std::string name) {
     const auto number = static_cast<std::uint32_t>(made_.size() + 1);

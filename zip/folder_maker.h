@@ -23,6 +23,9 @@ class FolderMaker {
     // user, and what the disk raises.
     std::string Ensure(const std::string& path);
 
+    // Whether the destination itself is not there any more.
+    bool DestinationIsGone();
+
   private:
     struct Made {
         std::string name;        // on disk

@@ -5,6 +5,7 @@
 
 #include "common/error.h"
 #include "protect/clsCfg.h"
+#include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
@@ -106,6 +107,24 @@ TEST_F(ProtectedPass, EachFolderIsRenamedOnceHoweverManyEntries) {
     Pass({"Data/x.txt", "Data/Sub/y.txt", "Data/z.txt"}, "C:\\");
     EXPECT_FALSE(machine.Exists("C:\\DATA_002"));
     EXPECT_EQ(LogRecords().size(), 2u);
+}
+
+// Somebody works in it: what is protected must not be overwritten, so there is no restore.
+TEST_F(ProtectedPass, RenameThatFailsIsNotTrapped) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    FaultyFileSystem faulty(machine.files());
+    faulty.plan.Inject({.kind = Call::kRename, .number = error_number::kPathFileAccess});
+    platform::Machine in_use = WithFiles(machine.machine(), faulty);
+    forms::Program other{in_use, desktop, program.globals};
+    try {
+        RenameProtectedFolders(other, {"Data/a.txt"}, "C:");
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kPathFileAccess);
+    }
+    EXPECT_THAT(LogRecords(), IsEmpty());
+    EXPECT_TRUE(machine.Exists("C:\\Data"));
 }
 
 TEST_F(ProtectedPass, MissingListIsNotTrapped) {

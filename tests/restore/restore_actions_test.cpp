@@ -298,6 +298,36 @@ TEST_F(RestoreTabTest, MissingProtectedListEndsTheProgramBeforeTheWindowOpens) {
     EXPECT_THAT(desktop.happened, Not(Contains("load Frm_Restore")));
 }
 
+TEST_F(RestoreTabTest, ArchiveDeletedSinceItWasListedIsAQuestion) {
+    Archive();
+    machine.MakeFolders("C:\\RESTORE");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    machine.files().RemoveFile(kArchive);
+    desktop.answers = {forms::Answer::kCancel};
+    Restore();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kRetryCancel);
+    EXPECT_THAT(desktop.boxes[0].text, ::testing::HasSubstr(kArchive));
+    EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
+    EXPECT_THAT(machine.Names("C:\\RESTORE"), IsEmpty());
+}
+
+TEST_F(RestoreTabTest, FileInUseAtTheTargetIsSkippedAndLogged) {
+    Archive();
+    machine.PutFile("C:\\RESTORE\\a.txt", "in use");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    {
+        const auto held = machine.files().Open("C:\\RESTORE\\a.txt", platform::OpenMode::kAppend);
+        Restore();
+    }
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\a.txt"), "in use");
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
+    EXPECT_THAT(LogRecords(), Contains("a.txt is not restored: Permission denied."));
+    EXPECT_THAT(LogRecords(), Contains("1 files not restored"));
+}
+
 TEST_F(RestoreTabTest, CancelledRestoreIsLoggedAndTheSetStaysAsItWas) {
     Archive();
     machine.MakeFolders("C:\\RESTORE");

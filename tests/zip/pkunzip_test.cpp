@@ -72,6 +72,24 @@ TEST_F(PkUnzip, CountsEntriesAndTheArchiveItself) {
     EXPECT_EQ(Name(-1), "");
 }
 
+TEST_F(PkUnzip, ListsAndRestoresExactly65535And65536Entries) {
+    for (const int count : {65535, 65536}) {
+        archive.entries.clear();
+        for (int i = 0; i < count; ++i) {
+            archive.entries.push_back({.name = std::to_string(i) + "/", .external = 0x10});
+        }
+        archive.zip64 = true;
+        PutArchive();
+        SetAll();
+        EXPECT_EQ(Count(), count + 1);
+        EXPECT_EQ(Name(count), std::to_string(count - 1) + "/");
+        files.Remove(options.destination);
+        component.Set(kAction, kActionExtract);
+        EXPECT_EQ(component.FailedEntries(), 0);
+        EXPECT_EQ(Restored().size(), static_cast<std::size_t>(count));
+    }
+}
+
 TEST_F(PkUnzip, ArchiveThatCannotBeReadCountsOne) {
     SetAll();
     EXPECT_EQ(component.Get(kEntryCount), Value(std::int32_t{1}));

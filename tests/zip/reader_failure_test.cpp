@@ -184,6 +184,69 @@ TEST_F(ExtractionFailure, FullDestinationCancelledKeepsTheOldFile) {
     ExpectNothingOutside();
 }
 
+TEST_F(ExtractionFailure, DestinationGoneInTheMiddleIsAQuestionAndRetryGoesOn) {
+    PutArchive();
+    std::atomic<bool> taken = false;
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "Open" && path.starts_with("C:\\Out") && !taken.exchange(true)) {
+            files.TakeAway("C:\\Out");
+        }
+    };
+    events.questions = &questions;
+    questions.answers.push_back([this] {
+        files.BringBack();
+        return true;
+    });
+    options.threads = 1;
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(questions.asked.size(), 1u);
+    EXPECT_EQ(result.failed, 0);
+    EXPECT_EQ(Content("a.txt"), Prose(3000));
+    EXPECT_EQ(Content("Sub\\b.txt"), "beta");
+}
+
+TEST_F(ExtractionFailure, DestinationGoneUnattendedFailsOnceInsteadOfForEachEntry) {
+    PutArchive();
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "Open" && path.starts_with("C:\\Out")) {
+            files.TakeAway("C:\\Out");
+        }
+    };
+    options.threads = 1;
+    EXPECT_EQ(Run(), RunOutcome::kFailed);
+    EXPECT_TRUE(events.Texts(MessageKind::kWarning).empty());
+    EXPECT_EQ(events.Texts(MessageKind::kError).size(), 1u);
+}
+
+TEST_F(ExtractionFailure, FolderGoneInTheMiddleCostsItsFilesOnly) {
+    PutArchive();
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "Open" && path.starts_with("C:\\Out\\Sub")) {
+            RaiseError(error_number::kPathNotFound);
+        }
+    };
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(result.failed, 1);
+    EXPECT_EQ(Content("a.txt"), Prose(3000));
+}
+
+TEST_F(ExtractionFailure, ReadOnlyDestinationIsSaidForEachEntryAndNothingChanges) {
+    PutArchive();
+    files.Put("C:\\Out\\a.txt", "old");
+    files.before = [&](const std::string& call, const std::string& path) {
+        const bool writes = call == "MakeFolder" || call == "Replace" || call == "SetTimes";
+        if (path.starts_with("C:\\Out\\") && (writes || call == "Open")) {
+            RaiseError(call == "MakeFolder" ? error_number::kPathFileAccess
+                                            : error_number::kPermissionDenied);
+        }
+    };
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(result.failed, 3);
+    EXPECT_EQ(events.Texts(MessageKind::kWarning).size(), 3u);
+    EXPECT_EQ(Restored(), Strings{"a.txt"});
+    EXPECT_EQ(Content("a.txt"), "old");
+}
+
 TEST_F(ExtractionFailure, EveryCallThatFailsOnceCostsAtMostItsEntry) {
     PutArchive();
     for (int n = 1;; ++n) {
