@@ -36,7 +36,7 @@ class WaitScope {
 
 }  // namespace
 
-SecureTab::SecureTab(forms::Form& window, SecureMenu menu)
+SecureTab::SecureTab(forms::Form& window, const SecureMenu& menu)
     : Fra_SecureData{{{window, "Fra_SecureData_0", "Secure Data"}, {window, "Fra_SecureData_1"}}},
       Dri_SecureMode(window, "Dri_SecureMode"),
       TV_SecureMode(window, "TV_SecureMode"),

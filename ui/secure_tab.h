@@ -20,7 +20,7 @@ struct SecureMenu {
 
 struct SecureTab {
     // The menu may be made after the tab; it is touched in handlers only.
-    SecureTab(forms::Form& window, SecureMenu menu);
+    SecureTab(forms::Form& window, const SecureMenu& menu);
     std::array<forms::Frame, 2> Fra_SecureData;
     forms::DriveList Dri_SecureMode;
     forms::Tree TV_SecureMode;
