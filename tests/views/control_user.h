@@ -16,6 +16,8 @@
 
 namespace vantrel::test {
 
+enum class Key { kBlank, kEnter, kDown };
+
 class ControlUser {
   public:
     virtual ~ControlUser() = default;
@@ -27,16 +29,18 @@ class ControlUser {
     // Doing. What is hidden or disabled cannot be reached: then nothing happens, as with a real
     // mouse. The tab page that the control is on has to be in front.
 
-    // On a button, a check box or a label.
+    // On a button, a check box or a label; once, or twice so quickly that it is a double click.
     virtual void Click(forms::Control& control) = 0;
+    virtual void ClickTwice(forms::Control& control) = 0;
     // On a file list or a tree, with the other button.
     virtual void RightClick(forms::Control& control) = 0;
     // Entry `index` of a combo, list box, drive list or file list, with the mouse. On a folder list
     // this is one click, which highlights.
     virtual void Choose(forms::Control& list, int index) = 0;
     virtual void DoubleClick(forms::FolderList& list, int index) = 0;
-    // Enter, while the folder list has the keyboard.
-    virtual void PressEnter(forms::FolderList& list) = 0;
+    // Takes the keyboard to the control and presses a key: a blank on buttons and check boxes,
+    // Enter on folder lists, the arrow down on all other lists.
+    virtual void Press(forms::Control& control, Key key) = 0;
     virtual void ChooseNode(forms::Tree& tree, int node) = 0;
     // Key by key, at the end of the text. "\r" is Enter.
     virtual void Type(forms::TextBox& box, const std::string& keys) = 0;

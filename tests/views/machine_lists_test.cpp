@@ -110,6 +110,13 @@ TEST_F(DriveLists, ChosenAgainByTheUserRaiseNothing) {
     Expect(Entry(machine->WorkDrive()));
 }
 
+TEST_F(DriveLists, ArrowDownGoesToTheNextDrive) {
+    const auto next = static_cast<std::size_t>(list.Index()) + 1;
+    user->Press(list, Key::kDown);
+    EXPECT_EQ(Lines{"Dri_DriveList Change " + list.Entries().at(next)}, Happened());
+    Expect(list.Entries().at(next));
+}
+
 TEST_F(DriveLists, UserMayChooseADriveWithoutADisk) {
     user->Choose(list, IndexOf(machine->EmptyDrive()));
     EXPECT_EQ(Lines{"Dri_DriveList Change " + Entry(machine->EmptyDrive())}, Happened());
@@ -182,7 +189,7 @@ TEST_F(FolderLists, DoubleClickOnTheCurrentFolderRaisesNothing) {
 
 TEST_F(FolderLists, EnterOpensTheHighlightedFolderAndDoesNotPressTheDefaultButton) {
     user->Choose(list, IndexOf("beta"));
-    user->PressEnter(list);
+    user->Press(list, Key::kEnter);
     EXPECT_EQ(Lines{"Dir_DirList Change " + root + "\\beta"}, Happened());
     ExpectCurrent(root + "\\beta");
 }
@@ -251,6 +258,14 @@ TEST_F(FileLists, ChosenByTheUserRaiseOneClick) {
     user->Choose(list, 1);
     EXPECT_EQ(Lines{"Fil_INI Click weekly.ini"}, Happened());
     EXPECT_EQ(1, list.Index());
+    EXPECT_EQ(1, user->Highlighted(list));
+}
+
+TEST_F(FileLists, ArrowDownGoesToTheNextFile) {
+    user->Choose(list, 0);
+    Happened();
+    user->Press(list, Key::kDown);
+    EXPECT_EQ(Lines{"Fil_INI Click weekly.ini"}, Happened());
     EXPECT_EQ(1, user->Highlighted(list));
 }
 

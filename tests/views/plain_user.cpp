@@ -42,6 +42,10 @@ class PlainUser : public ControlUser {
             }
         });
     }
+    void ClickTwice(forms::Control& control) override {
+        Click(control);
+        Click(control);
+    }
     void RightClick(forms::Control& control) override {
         DoIfReached(control, [&] {
             if (control.kind() == Kind::kTree) return As<forms::Tree>(control).UserMouseDown(2);
@@ -66,8 +70,10 @@ class PlainUser : public ControlUser {
     void DoubleClick(forms::FolderList& list, int index) override {
         DoIfReached(list, [&] { list.UserOpen(index); });
     }
-    void PressEnter(forms::FolderList& list) override {
-        DoIfReached(list, [&] { list.UserOpen(Highlighted(list)); });
+    void Press(forms::Control& control, Key key) override {
+        if (key == Key::kBlank) return Click(control);
+        if (key == Key::kDown) return Choose(control, Highlighted(control) + 1);
+        DoubleClick(As<forms::FolderList>(control), Highlighted(control));
     }
     void ChooseNode(forms::Tree& tree, int node) override {
         DoIfReached(tree, [&] { tree.UserSelect(node); });

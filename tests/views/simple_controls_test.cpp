@@ -26,6 +26,19 @@ TEST_F(Buttons, EachPressIsOneClick) {
     EXPECT_EQ(3u, Happened().size());
 }
 
+TEST_F(Buttons, ADoubleClickIsTwoClicks) {
+    user->ClickTwice(window.Cmd_Backup);
+    EXPECT_EQ(2u, Happened().size());
+}
+
+TEST_F(Buttons, BlankPressesTheOneWithTheKeyboard) {
+    user->Press(window.Cmd_Backup, Key::kBlank);
+    EXPECT_EQ(Lines{"Cmd_Backup Click"}, Happened());
+    window.Cmd_Backup.SetEnabled(false);
+    user->Press(window.Cmd_Backup, Key::kBlank);
+    EXPECT_EQ(Lines{}, Happened());
+}
+
 TEST_F(Buttons, DisabledAreNotPressedByTheUserButByTheProgram) {
     window.Cmd_Backup.SetEnabled(false);
     EXPECT_FALSE(user->Enabled(window.Cmd_Backup));
@@ -84,6 +97,18 @@ TEST_F(CheckBoxes, ToggledByTheUserRaiseClickEachTime) {
     EXPECT_FALSE(user->Checked(window.Chk_TimeBackup));
 }
 
+TEST_F(CheckBoxes, ADoubleClickTogglesTwice) {
+    user->ClickTwice(window.Chk_TimeBackup);
+    EXPECT_EQ((Lines{"Chk_TimeBackup Click on", "Chk_TimeBackup Click off"}), Happened());
+    EXPECT_FALSE(user->Checked(window.Chk_TimeBackup));
+}
+
+TEST_F(CheckBoxes, BlankTogglesTheOneWithTheKeyboard) {
+    user->Press(window.Chk_TimeBackup, Key::kBlank);
+    EXPECT_EQ(Lines{"Chk_TimeBackup Click on"}, Happened());
+    EXPECT_TRUE(user->Checked(window.Chk_TimeBackup));
+}
+
 TEST_F(CheckBoxes, SetByTheProgramRaiseClickOnlyWhenTheMarkChanges) {
     window.Chk_TimeBackup.SetChecked(true);
     EXPECT_EQ(Lines{"Chk_TimeBackup Click on"}, Happened());
@@ -113,9 +138,8 @@ TEST_F(Labels, ClickedRaiseClick) {
     EXPECT_EQ(Lines{"Lbl_WebAddress Click"}, Happened());
 }
 
-TEST_F(Labels, TwoQuickClicksAreTwoClicks) {
-    user->Click(window.Lbl_WebAddress);
-    user->Click(window.Lbl_WebAddress);
+TEST_F(Labels, ADoubleClickIsTwoClicks) {
+    user->ClickTwice(window.Lbl_WebAddress);
     EXPECT_EQ(2u, Happened().size());
 }
 

@@ -45,6 +45,16 @@ TEST_F(Combos, ChosenByTheUserRaiseOneClick) {
     Expect(0, "Daily.ini");
 }
 
+TEST_F(Combos, ArrowDownChoosesTheNextEntry) {
+    combo.SetIndex(0);
+    Happened();
+    user->Press(combo, Key::kDown);
+    user->Press(combo, Key::kDown);
+    EXPECT_EQ((Lines{"Cmb_BackupSet Click Weekly.ini", "Cmb_BackupSet Click Letters.INI"}),
+              Happened());
+    Expect(2, "Letters.INI");
+}
+
 TEST_F(Combos, DisabledAreNotOpenedByTheUser) {
     combo.SetEnabled(false);
     user->Choose(combo, 1);

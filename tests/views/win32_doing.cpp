@@ -50,6 +50,10 @@ void Win32User::Click(forms::Control& control) {
     Click(control, MiddleOf(ClientOf(Settled(control))), Mouse::kLeft);
 }
 
+void Win32User::ClickTwice(forms::Control& control) {
+    Click(control, MiddleOf(ClientOf(Settled(control))), Mouse::kTwice);
+}
+
 void Win32User::RightClick(forms::Control& control) {
     Click(control, MiddleOf(ClientOf(Settled(control))), Mouse::kRight);
 }
@@ -81,10 +85,11 @@ void Win32User::DoubleClick(forms::FolderList& list, int index) {
     Click(list, PlaceOf(Settled(list), index), Mouse::kTwice);
 }
 
-void Win32User::PressEnter(forms::FolderList& list) {
-    list.SetFocus();
-    if (GetFocus() != Settled(list)) return;
-    PressKey(GetFocus(), VK_RETURN);
+void Win32User::Press(forms::Control& control, Key key) {
+    const HWND window = Settled(control);
+    SetFocus(window);
+    if (GetFocus() != window) return;
+    PressKey(window, key == Key::kBlank ? VK_SPACE : key == Key::kEnter ? VK_RETURN : VK_DOWN);
     desktop_.DoEvents();
 }
 

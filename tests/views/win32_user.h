@@ -19,10 +19,11 @@ class Win32User : public ControlUser {
     forms::Desktop& desktop() override { return desktop_; }
 
     void Click(forms::Control& control) override;
+    void ClickTwice(forms::Control& control) override;
     void RightClick(forms::Control& control) override;
     void Choose(forms::Control& list, int index) override;
     void DoubleClick(forms::FolderList& list, int index) override;
-    void PressEnter(forms::FolderList& list) override;
+    void Press(forms::Control& control, Key key) override;
     void ChooseNode(forms::Tree& tree, int node) override;
     void Type(forms::TextBox& box, const std::string& keys) override;
     void ClickTab(forms::Tabs& tabs, int tab) override;
