@@ -85,6 +85,7 @@ set(ZIP_SOURCES
     zip/source_scan.cpp
     zip/spanned_archive.cpp
     zip/target_file.cpp
+    zip/thorough_choice.cpp
     zip/volume.cpp
     zip/work_source.cpp)
 set(BACKUPSET_SOURCES
@@ -327,10 +328,11 @@ set(END_TO_END_TESTS
     tests/end_to_end/editor_test.py
     tests/end_to_end/failure_test.py
     tests/end_to_end/kill_test.py
-    tests/end_to_end/main_window_test.py
     tests/end_to_end/mail_test.py
+    tests/end_to_end/main_window_test.py
     tests/end_to_end/refusal_test.py
     tests/end_to_end/restore_test.py
+    tests/end_to_end/spanning_test.py
     tests/end_to_end/start_test.py)
 set(FUZZ_SUPPORT_SOURCES
     tests/zip/hostile_names.cpp

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "common/error.h"
+#include "zip/thorough_choice.h"
 
 namespace vantrel::zip {
 
@@ -119,10 +120,16 @@ struct Deflater::Proof {
     }
 };
 
-Deflater::Deflater(std::unique_ptr<RawCompressor> compressor)
-    : compressor_(std::move(compressor)), proof_(std::make_unique<Proof>()) {}
+Deflater::Deflater(std::unique_ptr<RawCompressor> compressor, bool thorough)
+    : compressor_(std::move(compressor)),
+      thorough_(thorough ? std::make_unique<ThoroughChoice>() : nullptr),
+      proof_(std::make_unique<Proof>()) {}
 
 Deflater::~Deflater() = default;
+
+RawCompressor& Deflater::CompressorFor(const std::uint8_t* in, std::size_t size) {
+    return thorough_ ? thorough_->For(in, size, *compressor_) : *compressor_;
+}
 
 bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
     if (size < 2) {
@@ -130,7 +137,8 @@ bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
     }
     const std::size_t start = out.size();
     out.Reserve(start + size);
-    const std::size_t packed = compressor_->Compress(in, size, out.data() + start, size - 1);
+    const std::size_t packed =
+        CompressorFor(in, size).Compress(in, size, out.data() + start, size - 1);
     if (packed == 0) {
         return false;
     }
@@ -141,10 +149,11 @@ bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
 
 void Deflater::Part(const std::uint8_t* in, std::size_t size, bool last, Buffer& out) {
     const std::size_t start = out.size();
-    const std::size_t room = compressor_->Bound(size);
+    RawCompressor& compressor = CompressorFor(in, size);
+    const std::size_t room = compressor.Bound(size);
     out.Reserve(start + room + 5);
     std::uint8_t* packed = out.data() + start;
-    const std::size_t packed_size = compressor_->Compress(in, size, packed, room);
+    const std::size_t packed_size = compressor.Compress(in, size, packed, room);
     if (packed_size == 0) {
         RaiseProofFailed();
     }

@@ -25,12 +25,15 @@ class RawCompressor {
     virtual std::size_t Bound(std::size_t size) = 0;
 };
 
-// `level` 1 (fast) to 9 (small), the numbers of the zip component.
+// `level` 1 (fast) to 12 (small), the library's own numbers.
 std::unique_ptr<RawCompressor> MakeCompressor(int level);
+
+class ThoroughChoice;
 
 class Deflater {
   public:
-    explicit Deflater(std::unique_ptr<RawCompressor> compressor);
+    // `thorough`: data that gains much by it is compressed harder.
+    explicit Deflater(std::unique_ptr<RawCompressor> compressor, bool thorough = false);
     ~Deflater();
     Deflater(const Deflater&) = delete;
     Deflater& operator=(const Deflater&) = delete;
@@ -46,7 +49,10 @@ class Deflater {
 
   private:
     struct Proof;
+    RawCompressor& CompressorFor(const std::uint8_t* in, std::size_t size);
+
     std::unique_ptr<RawCompressor> compressor_;
+    std::unique_ptr<ThoroughChoice> thorough_;
     std::unique_ptr<Proof> proof_;
 };
 

@@ -14,12 +14,8 @@ constexpr const char* kNotCompressed = "A file could not be compressed";
 }  // namespace
 
 Packer::Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
-               std::unique_ptr<RawCompressor> compressor)
-    : reader_(reader), source_(source), channel_(channel) {
-    if (compressor) {
-        deflater_ = std::make_unique<Deflater>(std::move(compressor));
-    }
-}
+               std::unique_ptr<Deflater> deflater)
+    : reader_(reader), source_(source), channel_(channel), deflater_(std::move(deflater)) {}
 
 PackedJob Packer::Pack(Job& job) { return job.piece ? PackPiece(job) : PackBatch(job); }
 

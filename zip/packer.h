@@ -14,9 +14,9 @@ namespace vantrel::zip {
 
 class Packer {
   public:
-    // `compressor` is null when everything is to be stored as it is.
+    // `deflater` is null when everything is to be stored as it is.
     Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
-           std::unique_ptr<RawCompressor> compressor);
+           std::unique_ptr<Deflater> deflater);
 
     PackedJob Pack(Job& job);
 

@@ -64,14 +64,16 @@ class Spanned(harness.EndToEndTest):
                                 "a prompt or the end")
 
     def back_up(self, program):
-        """Puts in a new disk at each prompt, until the backup is complete."""
+        """Puts in a new disk at each prompt, until the backup is complete; returns the prompts."""
+        asked = []
         while (box := self.next_box(program, self.backup_is_over)) != "over":
             self.assertIn(prompt(len(self.disks) + 1), box.text)
-            self.assertIn(" bytes free.", box.text)
+            asked.append(box.text)
             self.pc.put_in("a", self.new_disk())
             program.answer("Retry", prompt(len(self.disks)))
         program.click("Frm_Backup_Cmd_Ok")
         program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
+        return asked
 
     def assert_set_is_good(self):
         """What another program finds in the disks, put together."""
@@ -109,6 +111,8 @@ class Spanned(harness.EndToEndTest):
         program.click("Cmd_RestoreTo")
         program.answer("OK", "PLEASE SELECT THE RESTORE LOCATION WITH CARE!")
         program.wait_for(lambda: program.exists("Frm_RestoreWhere_Cmd_Ok"), "the dialog")
+        program.wait_for(lambda: not program.enabled("TAB_Backup"), "the dialog in front")
+        program.wait_for(lambda: program.visible("Frm_RestoreWhere_Dri_DriveList"), "its drives")
         program.choose("Frm_RestoreWhere_Dri_DriveList", "r:")
         program.wait_for(lambda: "Here" in program.items("Frm_RestoreWhere_Dir_DirList"), "r:")
         program.open_entry("Frm_RestoreWhere_Dir_DirList", "Here")
@@ -140,7 +144,8 @@ class Sets(Spanned):
         destination.mkdir()
         self.fill_source(2 * FLOPPY + FLOPPY // 3)
         program = self.start_backup()
-        self.back_up(program)
+        room = "The disk in the drive has 0 bytes free."
+        self.assertEqual([prompt(2) + room, prompt(3) + room], self.back_up(program))
         self.assertEqual(3, len(self.disks))
         self.assert_set_is_good()
         self.assertIn("Successful Backup", self.pc.log.text())
