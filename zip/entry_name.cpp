@@ -69,8 +69,8 @@ void ReplaceCharacters(std::string& component, SafeName& name) {
     for (char& c : component) {
         if (c == ':') {
             Note(name, "\":\" in it becomes \"_\"");
-        } else if (static_cast<unsigned char>(c) < ' ' ||
-                   std::string_view("<>\"|?*").find(c) != std::string_view::npos) {
+        } else if (static_cast<unsigned char>(c) < ' ' || c == '<' || c == '>' || c == '"' ||
+                   c == '|' || c == '?' || c == '*') {
             Note(name, "characters that a file name cannot hold become \"_\"");
         } else {
             continue;
@@ -148,10 +148,11 @@ SafeName MakeSafeName(std::string_view stored) {
         return Refused("its name starts with a drive");
     }
     for (bool more = true; more;) {
-        const std::size_t end = stored.find_first_of("/\\");
+        const auto slash = std::find_if(stored.begin(), stored.end(), IsSlash);
+        const auto end = static_cast<std::size_t>(slash - stored.begin());
         const std::string_view component = stored.substr(0, end);
-        more = end != std::string_view::npos;
-        stored.remove_prefix(more ? end + 1 : stored.size());
+        more = slash != stored.end();
+        stored.remove_prefix(more ? end + 1 : end);
         if (std::string refusal = RefusalOf(component); !refusal.empty()) {
             return Refused(std::move(refusal));
         }

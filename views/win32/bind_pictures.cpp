@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "views/win32/binders.h"
 #include "views/win32/icons.h"
@@ -66,9 +67,7 @@ class PanelBinder : public Binder {
         FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
         InflateRect(&area, -1, -1);
         RECT filled = area;
-        filled.right =
-            area.left +
-            static_cast<LONG>(std::lround((area.right - area.left) * panel_.FloodPercent() / 100));
+        filled.right = area.left + FilledWidth(area.right - area.left);
         RECT rest = area;
         rest.left = filled.right;
         PaintPart(item.hDC, area, filled, COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT);
@@ -78,11 +77,22 @@ class PanelBinder : public Binder {
   protected:
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kText) SetTextOf(handle(), panel_.Caption());
-        if (aspect == Aspect::kText || aspect == Aspect::kValue)
+        // Thousands of steps a second come here: only those that can be seen are painted.
+        RECT area{};
+        GetClientRect(handle(), &area);
+        const LONG width = FilledWidth(area.right - area.left - 2);
+        const bool moved = aspect == Aspect::kValue && std::exchange(shown_width_, width) != width;
+        if (aspect == Aspect::kText || moved)
             RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
     }
 
   private:
+    // Of `whole` pixels.
+    LONG FilledWidth(LONG whole) const {
+        return static_cast<LONG>(
+            std::lround(static_cast<double>(whole) * panel_.FloodPercent() / 100));
+    }
+
     void PaintPart(HDC device, const RECT& area, const RECT& part, int fill, int letters) const {
         FillRect(device, &part, GetSysColorBrush(fill));
         const int saved = SaveDC(device);
@@ -99,6 +109,7 @@ class PanelBinder : public Binder {
     }
 
     forms::Panel& panel_;
+    LONG shown_width_ = 0;
 };
 
 class AnimationBinder : public Binder {

@@ -47,6 +47,10 @@ class TreeBinder : public Binder {
 
   protected:
     void Show(Aspect aspect) override {
+        // A hidden tree is one that is being filled: the control would look at all of its items
+        // for each new one.
+        if (aspect == Aspect::kVisible)
+            SendMessageW(handle(), WM_SETREDRAW, tree_.Visible() ? TRUE : FALSE, 0);
         showing_ = true;
         if (aspect == Aspect::kItems) ShowNodes();
         if (aspect == Aspect::kValue) ShowImages();
