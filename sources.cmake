@@ -207,6 +207,7 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/platform/win32_drives_test.cpp
     tests/platform/win32_file_test.cpp
+    tests/platform/win32_mail_test.cpp
     tests/platform/win32_names_test.cpp
     tests/platform/win32_path_test.cpp
     tests/platform/win32_process_test.cpp

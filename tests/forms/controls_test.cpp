@@ -35,6 +35,16 @@ TEST_F(Controls, TextChangesOnlyWhenItBecomesAnother) {
     EXPECT_EQ("ab", text.Text());
 }
 
+TEST_F(Controls, AppendingToATextIsAChangeUnlessNothingIsAppended) {
+    forms::TextBox text(form, "Fld_INI", true);
+    text.Change = Count();
+    text.Append("a");
+    text.Append("b");
+    text.Append("");
+    EXPECT_EQ(2, raised);
+    EXPECT_EQ("ab", text.Text());
+}
+
 TEST_F(Controls, EmptyingAnEmptyTextBoxIsNoChange) {
     forms::TextBox text(form, "Fld_INI");
     text.Change = Count();

@@ -195,5 +195,14 @@ TEST_F(Host, TimeOfCreationIsTold) {
     EXPECT_LE(created, platform::HostClock().UtcNow());
 }
 
+TEST_F(Host, HasNoMailProgram) {
+    platform::HostMachine host;
+    platform::Machine& seam = host.machine();
+    EXPECT_EQ(ErrorOf([&] { seam.mail_session.SignOn(); }), platform::mail_error::kNotSupported);
+    EXPECT_EQ(ErrorOf([&] { seam.mail_messages.Send(true); }), platform::mail_error::kNotSupported);
+    seam.mail_session.SignOff();
+    EXPECT_EQ(seam.mail_session.SessionId(), 0u);
+}
+
 }  // namespace
 }  // namespace vantrel::test

@@ -94,6 +94,20 @@ TEST_F(LongTexts, HoldMoreThanSixtyFourThousandCharacters) {
     EXPECT_EQ(text, user->Text(window.Fld_Log));
 }
 
+TEST_F(LongTexts, AppendedLinesAreThereWithTheNextRefresh) {
+    std::string text;
+    for (int i = 0; i < 500; ++i) {
+        const std::string line = "line " + std::to_string(i) + "\r\n";
+        window.Fld_INI.Append(line);
+        text += line;
+    }
+    EXPECT_EQ(500u, Happened().size());
+    window.Fld_INI.Refresh();
+    EXPECT_EQ(text, user->Text(window.Fld_INI));
+    window.Fld_INI.SetText("other");
+    EXPECT_EQ("other", user->Text(window.Fld_INI));
+}
+
 TEST_F(LongTexts, UserAddsToALongOne) {
     ShowPage(MainWindow::kEdit);
     const std::string text(70000, 'x');

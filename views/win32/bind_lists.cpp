@@ -45,6 +45,20 @@ class ListBinder : public Binder {
     int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
         return static_cast<int>(SendMessageW(handle(), message, wparam, lparam));
     }
+    // A list box can be scrolled as far as its widest entry.
+    void WidenFor(const std::wstring& text) const {
+        const HDC device = GetDC(handle());
+        const HGDIOBJ before =
+            SelectObject(device, reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)));
+        SIZE extent{};
+        GetTextExtentPoint32W(device, text.c_str(), static_cast<int>(text.size()), &extent);
+        SelectObject(device, before);
+        ReleaseDC(handle(), device);
+        constexpr int kMargin = 4;  // what the list leaves beside its entries
+        const int needed = static_cast<int>(extent.cx) + kMargin;
+        if (needed > Send(LB_GETHORIZONTALEXTENT))
+            Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(needed));
+    }
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kItems) ShowEntries();
         if (aspect == Aspect::kItems || aspect == Aspect::kSelection) ShowSelection();
@@ -67,6 +81,7 @@ class ListBinder : public Binder {
         SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
         if (!OnlyAdded() || shown > Count()) {
             Send(messages_.reset);
+            if (&messages_ == &kListBox) Send(LB_SETHORIZONTALEXTENT, 0);
             shown = 0;
         }
         for (; shown < Count(); ++shown) {
@@ -111,18 +126,7 @@ class WideListBinder : public TextListBinder {
     bool PutsOff(Aspect aspect) const override {
         return aspect == Aspect::kItems || aspect == Aspect::kSelection;
     }
-    void Added(const std::wstring& text) override {
-        const HDC device = GetDC(handle());
-        const HGDIOBJ before =
-            SelectObject(device, reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)));
-        SIZE extent{};
-        GetTextExtentPoint32W(device, text.c_str(), static_cast<int>(text.size()), &extent);
-        SelectObject(device, before);
-        ReleaseDC(handle(), device);
-        const int needed = static_cast<int>(extent.cx) + GetSystemMetrics(SM_CXVSCROLL);
-        if (needed > Send(LB_GETHORIZONTALEXTENT))
-            Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(needed));
-    }
+    void Added(const std::wstring& text) override { WidenFor(text); }
 };
 
 class DriveListBinder : public ListBinder {
@@ -153,6 +157,7 @@ class FileListBinder : public ListBinder {
     std::string Entry(int index) const override { return list_.Item(index); }
     int Selected() const override { return list_.Index(); }
     void Choose(int index) override { list_.SetIndex(index); }
+    void Added(const std::wstring& text) override { WidenFor(text); }
 
   private:
     forms::FileList& list_;
