@@ -182,7 +182,8 @@ TEST_F(SpanningRead, EveryWrongDiskAtEveryPrompt) {
             feeder.at[static_cast<std::size_t>(prompt)] = [&] { return feeder.PutIn(wrong); };
             ASSERT_EQ(Restore(), RunOutcome::kComplete);
             ExpectRestored();
-            const bool was_right = wrong == prompt - 1;
+            const std::string& text = feeder.asked.at(static_cast<std::size_t>(prompt - 1));
+            const bool was_right = wrong == feeder.Wanted(text);
             EXPECT_EQ(feeder.asked.size(), static_cast<std::size_t>(prompts + (was_right ? 0 : 1)));
             if (!was_right) {
                 EXPECT_EQ(Feeder::Note(feeder.asked.at(static_cast<std::size_t>(prompt))),
@@ -295,10 +296,10 @@ TEST_F(SpanningList, AsksForTheLastDiskOnly) {
 
 TEST_F(SpanningList, MiddleDiskInTheDrive) {
     PutFiles();
-    MakeSet(1100);
+    MakeSet(1500);
     box.Insert(2);
     EXPECT_EQ(List(), kNames);
-    EXPECT_EQ(feeder.Wants(), Strings{"last"});
+    EXPECT_EQ(feeder.Wants().at(0), "last");
 }
 
 TEST_F(SpanningList, DisksOfADirectoryThatLiesOnSeveral) {
