@@ -172,10 +172,12 @@ TEST_F(Editor, FilePickedWhileAnotherIsBeingShownComesAfterIt) {
 TEST_F(Editor, DoubleClickShowsAFileOnceAndAsksNothing) {
     Open();
     Pick("WEEKLY.INI");
+    desktop.do_events_calls = 0;
     desktop.on_events.push_back([&] { Pick("DAILY.INI"); });
     Pick("DAILY.INI");
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(Tab().Fld_INI.Text(), TextWithName("DAILY"));
+    EXPECT_EQ(desktop.do_events_calls, 1);
 }
 
 TEST_F(Editor, ClosingTheWindowAsksNothingAboutUnsavedChanges) {

@@ -82,14 +82,16 @@ TEST_F(NewBackup, SelectionShowsWhatTheFileSays) {
 }
 
 // The summary shown before the selection is not what the file says; both are meant.
-TEST_F(NewBackup, SummaryBeforeTheSelectionIsAnother) {
+TEST_F(NewBackup, SummaryBeforeTheSelectionIsAnotherAndTheListsStandAtTheRoot) {
     OpenWindow();
+    Backup().Dir_DirList.SetPath("C:\\Data");
     std::vector<std::string> seen;
     Backup().Cmb_BackupSet.Click = [&] {
-        seen = {Backup().Fld_BackupWhere.Caption(), Backup().Fld_BackupOptions.Caption()};
+        seen = {Backup().Fld_BackupWhere.Caption(), Backup().Fld_BackupOptions.Caption(),
+                Backup().Dir_DirList.Path()};
     };
     Type("Weekly");
-    EXPECT_THAT(seen, ElementsAre("C:\\", "SubDir=ON, MultiVolume=OFF, Time=ON"));
+    EXPECT_THAT(seen, ElementsAre("C:\\", "SubDir=ON, MultiVolume=OFF, Time=ON", "C:\\"));
 }
 
 TEST_F(NewBackup, SetThatWasSelectedBeforeKeepsItsSource) {
