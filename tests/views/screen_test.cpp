@@ -170,6 +170,25 @@ TEST_F(MainOnScreen, PanelGoesWithThePanelItStandsOn) {
     EXPECT_TRUE(user->Visible(window.SSP_ProgressSecure));
 }
 
+TEST_F(MainOnScreen, TimerThatIsSwitchedOffWakesNobody) {
+    static int g_woken;
+    const auto count = [](HWND top, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
+                          DWORD_PTR) -> LRESULT {
+        if (message == WM_TIMER) ++g_woken;
+        return DefSubclassProc(top, message, wparam, lparam);
+    };
+    g_woken = 0;
+    SetWindowSubclass(TopOf(window), count, 0, 0);
+    window.Tim_Flash.SetEnabled(true);
+    user->LetTimePass(window);
+    EXPECT_LE(1, g_woken);
+    window.Tim_Flash.SetEnabled(false);
+    program.desktop.DoEvents();
+    g_woken = 0;
+    user->LetTimePass(window);
+    EXPECT_EQ(0, g_woken);
+}
+
 TEST_F(MainOnScreen, PictureIsPainted) {
     const HWND picture = HandleOf(window.Img_Set);
     program.desktop.DoEvents();

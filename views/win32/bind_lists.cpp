@@ -29,7 +29,6 @@ class ListBinder : public Binder {
         if (code != (&messages_ == &kCombo ? CBN_SELCHANGE : LBN_SELCHANGE)) return;
         const int chosen = Send(messages_.selection);
         if (chosen >= Count()) return Flush();  // it is gone, and only still shown
-        const SelectionKept keep{*this};
         Choose(chosen);
     }
 
@@ -65,15 +64,6 @@ class ListBinder : public Binder {
     }
 
   private:
-    // A refused choice leaves the object as it was; the screen follows it.
-    struct SelectionKept {
-        ListBinder& binder;
-        ~SelectionKept() {
-            if (binder.Send(binder.messages_.selection) != binder.Selected())
-                binder.ShowSelection();
-        }
-    };
-
     void ShowSelection() { Send(messages_.select, static_cast<WPARAM>(Selected())); }
 
     void ShowEntries() {
