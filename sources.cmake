@@ -167,6 +167,8 @@ set(VZIP_SOURCES
     tools/vzip.cpp
     tools/vzip_create.cpp
     tools/vzip_extract.cpp)
+set(WRITE_FILES_SOURCES
+    tools/write_files.cpp)
 
 # Used by every test: the fake machine, the scripted desktop, the fault-injecting decorator.
 set(TEST_SUPPORT_SOURCES
@@ -252,6 +254,7 @@ set(ZIP_TESTS
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
     tests/zip/leftovers_test.cpp
+    tests/zip/limits_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/other_readers_test.cpp
     tests/zip/pkunzip_test.cpp
@@ -270,6 +273,7 @@ set(ZIP_TESTS
     tests/zip/spanning_prompts_test.cpp
     tests/zip/spanning_read_test.cpp
     tests/zip/spanning_write_test.cpp
+    tests/zip/thorough_choice_test.cpp
     tests/zip/unreadable_files_test.cpp
     tests/zip/writer_failure_test.cpp
     tests/zip/zip64_test.cpp
