@@ -270,6 +270,7 @@ set(ZIP_TESTS
     tests/zip/small_parts_test.cpp
     tests/zip/source_scan_test.cpp
     tests/zip/spanning_others_test.cpp
+    tests/zip/spanning_progress_test.cpp
     tests/zip/spanning_prompts_test.cpp
     tests/zip/spanning_read_test.cpp
     tests/zip/spanning_write_test.cpp
