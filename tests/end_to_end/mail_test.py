@@ -235,6 +235,10 @@ class TheLogTab(Mailing):
     def test_records_size_newest_record_and_focus(self):
         program = window.Attended(self.pc)
         self.add_to_log(b"".join(b" " * 20 + b"record %d\r\n" % n for n in range(600)))
+        # The keyboard must not go back to what the tab has hidden.
+        program.show_tab("INI Edit")
+        program.click("Fld_INI")
+        program.wait_for(lambda: program.focus() == "Fld_INI", "the keyboard in the editor")
         program.show_tab("Log")
         self.wait_for_log(program)
         self.assert_at_the_end(program)
