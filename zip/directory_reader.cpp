@@ -12,6 +12,8 @@ namespace vantrel::zip {
 
 namespace {
 
+// Entries to make room for at once. Of a set of disks nobody knows how long they really are.
+constexpr std::uint64_t kMostReserved = 1 << 17;
 constexpr std::size_t kPortion = 256 * 1024;  // read at a time; holds the longest record
 
 // The part of the archive between two offsets, in order.
@@ -57,7 +59,7 @@ class DirectoryReader {
 
     void Read(Directory& directory) {
         directory.entries.reserve(static_cast<std::size_t>(
-            std::min(place_.entries, (place_.end - place_.start) / kCentralSize)));
+            std::min({place_.entries, (place_.end - place_.start) / kCentralSize, kMostReserved})));
         while (ReadOne(directory)) {
         }
         if (directory.trouble.empty() && !CountFits(directory.entries.size())) {

@@ -203,6 +203,8 @@ Tricks HostileDirectories() {
                 {"good", "other"}),
         // As in front of other data, it is found where it has to stand: before its locator.
         {"Zip64EndElsewhere", With(zip64, locator + 8, std::string(8, '\x7F')), {"good", "other"}},
+        Failing("Zip64EndOfASetWithTooManyEntries",
+                With(With(zip64, end64 + 16, Number32(0x77)), end64 + 24, std::string(16, '\x7F'))),
         Failing("Zip64DirectoryElsewhere", With(zip64, end64 + 48, std::string(8, '\x7F'))),
         {"CommentThatIsAnArchive", commented.Bytes(), {"good"}},
         {"PrefixThatIsAnArchive",
