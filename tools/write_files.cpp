@@ -24,7 +24,8 @@ struct FileToWrite {
 
 bool WriteNew(const FileToWrite& file) {
 #ifdef _WIN32
-    const HANDLE handle = CreateFileW(file.path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+    // Names that differ in letter case only are one file here.
+    const HANDLE handle = CreateFileW(file.path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                       FILE_ATTRIBUTE_NORMAL, nullptr);
     DWORD written = 0;
     return handle != INVALID_HANDLE_VALUE &&
@@ -57,7 +58,8 @@ int Run(const fs::path& from, const fs::path& to) {
     }
     for (const FileToWrite& file : files) {
         if (!WriteNew(file)) {
-            std::fprintf(stderr, "cannot write %s\n", file.path.string().c_str());
+            const std::u8string name = file.path.u8string();
+            std::fprintf(stderr, "cannot write %s\n", reinterpret_cast<const char*>(name.c_str()));
             return 1;
         }
     }
