@@ -20,6 +20,11 @@ constexpr std::uint16_t kFlagUtf8 = 1u << 11;
 constexpr std::uint16_t kZip64Field = 0x0001;     // 4.5.3
 constexpr std::uint16_t kNtfsField = 0x000A;      // 4.5.5
 constexpr std::uint16_t kUnixTimeField = 0x5455;  // 4.6.1: extended timestamp
+constexpr std::uint8_t kHasModified = 1;
+
+// 1601-01-01 to 1970-01-01, in seconds.
+constexpr std::int64_t kUnixEpoch = 11644473600;
+constexpr std::int64_t kTicksPerSecond = 10000000;
 
 constexpr std::uint32_t kStoredAttributes =
     platform::attribute::kReadOnly | platform::attribute::kHidden | platform::attribute::kSystem |
@@ -56,6 +61,17 @@ void AppendField(std::string& out, std::uint16_t id, const std::string& body) {
     out += body;
 }
 
+// Nothing when the time does not fit into the field's 32 bits.
+void AppendUnixTime(std::string& out, platform::Ticks modified) {
+    const std::int64_t seconds = static_cast<std::int64_t>(modified / kTicksPerSecond) - kUnixEpoch;
+    if (modified == 0 || seconds < INT32_MIN || seconds > INT32_MAX) {
+        return;
+    }
+    std::string body(1, static_cast<char>(kHasModified));
+    Put32(body, static_cast<std::uint32_t>(seconds));
+    AppendField(out, kUnixTimeField, body);
+}
+
 void AppendNtfsTimes(std::string& out, const platform::FileTimes& times) {
     std::string body;
     Put32(body, 0);   // reserved
@@ -71,6 +87,8 @@ void AppendNtfsTimes(std::string& out, const platform::FileTimes& times) {
 // one is the shortest that all know, and says nothing: no bit set, no time.
 void AppendEmptyField(std::string& out) { AppendField(out, kUnixTimeField, std::string(1, '\0')); }
 
+// Tools of Unix that do not know field 000A look for the time here, where they begin an entry, and
+// not in the directory.
 std::string LocalExtra(const Entry& entry) {
     std::string extra;
     if (entry.wide_local) {
@@ -78,7 +96,9 @@ std::string LocalExtra(const Entry& entry) {
         Put64(sizes, entry.descriptor ? 0 : entry.size);
         Put64(sizes, entry.descriptor ? 0 : entry.packed_size);
         AppendField(extra, kZip64Field, sizes);
-    } else if (!IsAscii(entry.name)) {
+    }
+    AppendUnixTime(extra, entry.times.modified);
+    if (extra.empty() && !IsAscii(entry.name)) {
         AppendEmptyField(extra);
     }
     return extra;

@@ -48,7 +48,7 @@ struct Entry {
 };
 
 // Appends the local file header (APPNOTE 4.3.7) of an entry whose sizes and CRC are final, or are
-// left to a descriptor. Its length depends only on the name and `wide_local`.
+// left to a descriptor. Its length depends only on the name, the times and `wide_local`.
 void AppendLocalHeader(std::string& out, const Entry& entry);
 // Appends the data descriptor (4.3.9), with its signature.
 void AppendDescriptor(std::string& out, const Entry& entry);

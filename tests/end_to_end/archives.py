@@ -4,12 +4,10 @@ import tempfile
 import zipfile
 from pathlib import Path
 
-import harness
-
 
 def extract_with_unzip(archive, folder):
     subprocess.run(["unzip", "-q", "-o", archive, "-d", folder], check=True,
-                   env={"LC_ALL": "C.UTF-8", "PATH": "/usr/bin:/bin", "TZ": harness.TIME_ZONE})
+                   env={"LC_ALL": "C.UTF-8", "PATH": "/usr/bin:/bin", "TZ": "UTC"})
 
 
 def extract_with_7zz(archive, folder):

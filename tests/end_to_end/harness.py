@@ -29,9 +29,6 @@ HANG_SECONDS = float(os.environ.get("VANTREL_HANG_SECONDS", 240))
 # How many tests of a file run at a time.
 SIDE_BY_SIDE = int(os.environ.get("VANTREL_SIDE_BY_SIDE", 3))
 
-# Of every computer.
-TIME_ZONE = "CET-1CEST,M3.5.0,M10.5.0/3"
-
 COMPLETE, SOME_SKIPPED, FAILED, CANCELLED, NO_SUCH_SET, ALREADY_RUNNING = range(6)
 
 SET_TEMPLATE = """;---------------------------\r
@@ -80,7 +77,7 @@ class Computer:
         self.environment = {k: v for k, v in os.environ.items() if not k.startswith("WINE")}
         self.environment.update(
             WINEPREFIX=str(self.prefix), WINEDEBUG="-all", WINEDLLOVERRIDES="mscoree=;mshtml=",
-            LC_ALL="C.UTF-8", TZ=TIME_ZONE)
+            LC_ALL="C.UTF-8", TZ="CET-1CEST,M3.5.0,M10.5.0/3")
         self.application = self.drive("v") / "Vantrel"
         shutil.copytree(BUILD / "app", self.application,
                         ignore=shutil.ignore_patterns("*.INI", "*.ini", "*.Log", "*.Bak"))

@@ -74,16 +74,25 @@ TEST(CentralRecord, HasNtfsTimesAndNothingElse) {
     EXPECT_EQ(extra, expected);
 }
 
-// Bytes for each entry are what small files cost most.
-TEST(LocalHeader, HasNoExtraFields) {
+TEST(LocalHeader, HasTheUnixTimeOnly) {
     const std::string header = Local(Plain());
-    EXPECT_EQ(At16(header, 28), 0);
-    EXPECT_EQ(header.size(), 30u + 5);
+    EXPECT_EQ(At16(header, 28), 9);
+    EXPECT_EQ(At16(header, 30 + 5), 0x5455);
+    EXPECT_EQ(header.size(), 30u + 5 + 9);
 }
 
-TEST(LocalHeader, HasAFieldThatSaysNothingBehindANameInUtf8) {
+TEST(LocalHeader, LeavesOutAUnixTimeThatDoesNotFit) {
+    Entry entry = Plain();
+    entry.times.modified = 159000000000000000ull;  // in 2104
+    EXPECT_EQ(Local(entry).size(), 30u + 5);
+    entry.times.modified = 1;
+    EXPECT_EQ(Local(entry).size(), 30u + 5);
+}
+
+TEST(LocalHeader, HasAFieldThatSaysNothingBehindANameInUtf8WithoutAUnixTime) {
     Entry entry = Plain();
     entry.name = "\xC3\xA4.txt";
+    entry.times.modified = 1;
     const std::string header = Local(entry);
     EXPECT_EQ(header.substr(30 + 6), std::string("UT\1\0\0", 5));
 }
