@@ -9,10 +9,6 @@
 #include <string>
 #include <vector>
 
-#ifdef _WIN32
-#include <windows.h>
-#endif
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -23,21 +19,10 @@ struct FileToWrite {
 };
 
 bool WriteNew(const FileToWrite& file) {
-#ifdef _WIN32
-    // Names that differ in letter case only are one file here.
-    const HANDLE handle = CreateFileW(file.path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
-    DWORD written = 0;
-    return handle != INVALID_HANDLE_VALUE &&
-           WriteFile(handle, file.content.data(), static_cast<DWORD>(file.content.size()), &written,
-                     nullptr) &&
-           CloseHandle(handle);
-#else
     std::ofstream out(file.path, std::ios::binary);
     out.write(file.content.data(), static_cast<std::streamsize>(file.content.size()));
     out.close();
     return static_cast<bool>(out);
-#endif
 }
 
 int Run(const fs::path& from, const fs::path& to) {
