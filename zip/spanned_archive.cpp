@@ -104,7 +104,7 @@ void SpannedArchive::UseDisk(std::size_t needed, std::string why_not) {
 std::string SpannedArchive::WhyNot(std::size_t needed) {
     channel_.CheckStop();
     try {
-        if (const std::string why = Unsuitable(); !why.empty()) {
+        if (std::string why = Unsuitable(); !why.empty()) {
             return why;
         }
     } catch (const Error& error) {
