@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/product.h"
+#include "forms/hourglass.h"
 
 namespace vantrel {
 
@@ -40,12 +41,11 @@ AboutTab::AboutTab(forms::Form& window)
 }
 
 void AboutTab::Shown() {
-    program_.desktop.SetPointer(forms::Pointer::kHourglass);
+    const forms::Hourglass hourglass(program_.desktop);
     Tim_Flash.SetEnabled(true);
     Fld_Version.SetCaption(std::to_string(product::kVersionMajor) + "." +
                            std::to_string(product::kVersionMinor));
     Fld_Build.SetCaption(std::to_string(product::kVersionRevision));
-    program_.desktop.SetPointer(forms::Pointer::kDefault);
 }
 
 void AboutTab::Tim_Flash_Timer() {

@@ -2,6 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/product.h"
+#include "forms/hourglass.h"
 #include "log/clsLog.h"
 #include "log/show_error.h"
 
@@ -32,14 +33,8 @@ void Mailing::Cmd_Email_Click() {
 
 void Mailing::Cmd_ContactUs_Click() {
     Run([this] {
-        program_.desktop.SetPointer(forms::Pointer::kHourglass);
-        try {
-            Contact();
-        } catch (const Error&) {
-            program_.desktop.SetPointer(forms::Pointer::kDefault);
-            throw;
-        }
-        program_.desktop.SetPointer(forms::Pointer::kDefault);
+        const forms::Hourglass hourglass(program_.desktop);
+        Contact();
     });
 }
 

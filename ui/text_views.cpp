@@ -5,24 +5,12 @@
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
+#include "forms/hourglass.h"
 #include "platform/text_file.h"
 
 namespace vantrel {
 
 namespace {
-
-class Hourglass {
-  public:
-    explicit Hourglass(forms::Desktop& desktop) : desktop_(desktop) {
-        desktop_.SetPointer(forms::Pointer::kHourglass);
-    }
-    ~Hourglass() { desktop_.SetPointer(forms::Pointer::kDefault); }
-    Hourglass(const Hourglass&) = delete;
-    Hourglass& operator=(const Hourglass&) = delete;
-
-  private:
-    forms::Desktop& desktop_;
-};
 
 // Bytes of a file as a text that a window can show: a NUL would end it.
 std::string Shown(forms::Program& program, std::string bytes) {
@@ -70,7 +58,7 @@ void Show(forms::Program& program, const std::string& path, forms::TextBox& box,
 void Show_INI(forms::Program& program, const std::string& name, forms::TextBox& box,
               forms::Label& contents) {
     Reported("clsFiles:Show_INI Method", [&] {
-        const Hourglass hourglass(program.desktop);
+        const forms::Hourglass hourglass(program.desktop);
         const std::string path = program.InApplicationFolder(name);
         Show(program, path, box, [&] { AppendLines(program, path, box); });
         if (program.machine.code_page.Upper(name) != "VANTREL.LOG") {
@@ -81,7 +69,7 @@ void Show_INI(forms::Program& program, const std::string& name, forms::TextBox& 
 
 void Show_INIQuick(forms::Program& program, const std::string& name, forms::TextBox& box) {
     Reported("clsFiles:Show_INIQuick Method", [&] {
-        const Hourglass hourglass(program.desktop);
+        const forms::Hourglass hourglass(program.desktop);
         const std::string path = program.InApplicationFolder(name);
         Show(program, path, box,
              [&] { box.SetText(Shown(program, ReadAtOnce(program.machine.files, path))); });
