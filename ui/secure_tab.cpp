@@ -2,6 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
+#include "forms/hourglass.h"
 #include "log/show_error.h"
 #include "protect/clsCfg.h"
 #include "protect/folder_tree.h"
@@ -9,7 +10,6 @@
 namespace vantrel {
 
 using forms::Icon;
-using forms::Pointer;
 
 namespace {
 
@@ -18,19 +18,20 @@ constexpr int kRightButton = 2;
 // What stands in for the tree while it loads, however loading ends.
 class WaitScope {
   public:
-    explicit WaitScope(SecureTab& tab) : tab_(tab) { Wait(true); }
+    explicit WaitScope(SecureTab& tab)
+        : hourglass_(tab.TV_SecureMode.owner().program().desktop), tab_(tab) {
+        Wait(true);
+    }
     ~WaitScope() { Wait(false); }
     WaitScope(const WaitScope&) = delete;
     WaitScope& operator=(const WaitScope&) = delete;
 
   private:
     void Wait(bool waiting) {
-        forms::Desktop& desktop = tab_.TV_SecureMode.owner().program().desktop;
-        if (waiting) desktop.SetPointer(Pointer::kHourglass);
         tab_.SSP_PleaseWait.SetVisible(waiting);
         tab_.TV_SecureMode.SetVisible(!waiting);
-        if (!waiting) desktop.SetPointer(Pointer::kDefault);
     }
+    const forms::Hourglass hourglass_;
     SecureTab& tab_;
 };
 
