@@ -1,0 +1,1 @@
+// Gives the precompiled headers of the rooms a target to belong to.
