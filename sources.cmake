@@ -81,6 +81,7 @@ set(ZIP_SOURCES
     zip/pkunzip.cpp
     zip/pkzip.cpp
     zip/run_channel.cpp
+    zip/sampler.cpp
     zip/source_reader.cpp
     zip/source_scan.cpp
     zip/spanned_archive.cpp
@@ -266,6 +267,7 @@ set(ZIP_TESTS
     tests/zip/reader_failure_test.cpp
     tests/zip/reader_names_test.cpp
     tests/zip/reader_others_test.cpp
+    tests/zip/sampler_test.cpp
     tests/zip/set_reader.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/source_scan_test.cpp

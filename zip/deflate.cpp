@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "common/error.h"
+#include "zip/libdeflate/tuned_level.h"
 #include "zip/thorough_choice.h"
 
 namespace vantrel::zip {
@@ -18,7 +19,9 @@ namespace {
 class LibdeflateCompressor : public RawCompressor {
   public:
     explicit LibdeflateCompressor(int level)
-        : handle_(libdeflate_alloc_compressor(level), libdeflate_free_compressor) {
+        : handle_(level == kTunedLevel ? vantrel_alloc_tuned_compressor()
+                                       : libdeflate_alloc_compressor(level),
+                  libdeflate_free_compressor) {
         if (!handle_) {
             throw std::bad_alloc();
         }
@@ -171,26 +174,22 @@ void Deflater::Part(const std::uint8_t* in, std::size_t size, bool last, Buffer&
     out.Append(kEmptyStored + skip, sizeof(kEmptyStored) - skip);
 }
 
-bool Sampler::GainsNothing(const std::uint8_t* sample, std::size_t size) {
-    packed_.Resize(size);
-    return compressor_->Compress(sample, size, packed_.data(), size - size / 64) == 0;
-}
-
-bool Sampler::LooksIncompressible(const std::uint8_t* data, std::size_t size) {
-    // Below this the samples would cost as much as they save.
-    constexpr std::size_t kSmallest = 4096;
-    constexpr std::size_t kSpacing = 128 * 1024;
-    if (size < kSmallest) {
-        return false;
-    }
-    const std::size_t samples = 2 + size / kSpacing;
-    const std::size_t length = std::min(kSampleSize / 4, size / 4);
-    for (std::size_t i = 0; i < samples; ++i) {
-        if (!GainsNothing(data + (size - length) / (samples - 1) * i, length)) {
-            return false;
-        }
-    }
-    return true;
+void StorePart(const std::uint8_t* in, std::size_t size, bool last, Buffer& out) {
+    // RFC 1951 section 3.2.4: the final bit and type 0, then to the byte boundary, where every part
+    // begins; the length and its complement.
+    constexpr std::size_t kLongestBlock = 0xFFFF;
+    std::size_t done = 0;
+    do {
+        const std::size_t length = std::min(size - done, kLongestBlock);
+        const bool final_block = last && done + length == size;
+        const auto low = static_cast<std::uint8_t>(length);
+        const auto high = static_cast<std::uint8_t>(length >> 8);
+        const std::uint8_t header[] = {final_block, low, high, static_cast<std::uint8_t>(~low),
+                                       static_cast<std::uint8_t>(~high)};
+        out.Append(header, sizeof(header));
+        out.Append(in + done, length);
+        done += length;
+    } while (done < size);
 }
 
 std::uint32_t Crc32(const std::uint8_t* data, std::size_t size) {

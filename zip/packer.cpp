@@ -148,12 +148,14 @@ PackedJob Packer::PackPiece(Job& job) {
     if (piece.abandoned) {
         return packed;
     }
-    if (piece.method == Method::kDeflated) {
+    if (piece.method == Method::kStored) {
+        packed.bytes.Append(job.data.View());
+    } else if (sampler_.LooksIncompressible(job.data.data(), job.data.size())) {
+        StorePart(job.data.data(), job.data.size(), piece.last, packed.bytes);
+    } else {
         UntilItWorks(channel_, Cannot(kNotCompressed, packed.path), [&] {
             deflater_->Part(job.data.data(), job.data.size(), piece.last, packed.bytes);
         });
-    } else {
-        packed.bytes.Append(job.data.View());
     }
     return packed;
 }

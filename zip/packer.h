@@ -7,6 +7,7 @@
 #include "zip/deflate.h"
 #include "zip/jobs.h"
 #include "zip/run_channel.h"
+#include "zip/sampler.h"
 #include "zip/source_reader.h"
 #include "zip/work_source.h"
 

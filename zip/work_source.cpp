@@ -14,8 +14,9 @@ constexpr std::size_t kMostFilesInBatch = 256;
 constexpr std::uint64_t kBatchBytes = kChunkSize;
 
 // Samples taken of a big file, to see whether it is compressed already.
+constexpr std::uint64_t kSampleSpacing = kChunkSize / 6;
 constexpr std::uint64_t kFewestSamples = 4;
-constexpr std::uint64_t kMostSamples = 32;
+constexpr std::uint64_t kMostSamples = 128;
 
 }  // namespace
 
@@ -140,7 +141,7 @@ bool WorkSource::LooksIncompressible(platform::File& file, std::uint64_t size) {
     if (size < kChunkSize) {
         return false;
     }
-    const std::uint64_t samples = std::clamp(size / kChunkSize, kFewestSamples, kMostSamples);
+    const std::uint64_t samples = std::clamp(size / kSampleSpacing, kFewestSamples, kMostSamples);
     Buffer sample;
     sample.Resize(Sampler::kSampleSize);
     for (std::uint64_t i = 0; i < samples; ++i) {

@@ -10,6 +10,7 @@
 #include "zip/archive_sink.h"
 #include "zip/deflate.h"
 #include "zip/jobs.h"
+#include "zip/sampler.h"
 #include "zip/source_reader.h"
 
 namespace vantrel::zip {

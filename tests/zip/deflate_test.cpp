@@ -78,6 +78,34 @@ TEST(Deflater, EmptyLastPartEndsTheStream) {
     EXPECT_EQ(test::InflateAll(std::string(out.View())), data);
 }
 
+TEST(StorePart, JoinsWithCompressedParts) {
+    for (const std::size_t size : {1, 65535, 65536, 200000}) {
+        const std::string prose = test::Prose(1000);
+        const std::string noise = test::Noise(size);
+        Deflater deflater(MakeCompressor(9));
+        Buffer out;
+        deflater.Part(Bytes(prose), prose.size(), false, out);
+        StorePart(Bytes(noise), noise.size(), false, out);
+        deflater.Part(Bytes(prose), prose.size(), false, out);
+        StorePart(Bytes(noise), noise.size(), true, out);
+        EXPECT_EQ(test::InflateAll(std::string(out.View())), prose + noise + prose + noise);
+    }
+}
+
+TEST(StorePart, CostsFiveBytesABlock) {
+    const std::string noise = test::Noise(65536);
+    Buffer out;
+    StorePart(Bytes(noise), noise.size(), true, out);
+    EXPECT_EQ(out.size(), noise.size() + 10);
+}
+
+TEST(StorePart, NothingIsAnEmptyBlock) {
+    Buffer out;
+    StorePart(nullptr, 0, true, out);
+    EXPECT_EQ(std::string(out.View()), std::string("\x01\0\0\xFF\xFF", 5));
+    EXPECT_EQ(test::InflateAll(std::string(out.View())), "");
+}
+
 TEST(Deflater, OnlyTheLastPartIsFinal) {
     Deflater deflater(MakeCompressor(9));
     const std::string data = test::Prose(1000);
@@ -164,30 +192,6 @@ TEST(Deflater, UnusedInputIsAnError) {
     Buffer out;
     EXPECT_THROW(deflater.Part(Bytes(data), data.size(), true, out), Error);
     EXPECT_THROW(deflater.Whole(Bytes(data), data.size(), out), Error);
-}
-
-TEST(Sampler, KnowsDataThatIsCompressedAlready) {
-    Sampler sampler;
-    for (const std::size_t size : {std::size_t{4096}, std::size_t{100000}, kChunkSize}) {
-        const std::string noise = test::Noise(size);
-        const std::string prose = test::Prose(size);
-        EXPECT_TRUE(sampler.LooksIncompressible(Bytes(noise), size)) << size;
-        EXPECT_FALSE(sampler.LooksIncompressible(Bytes(prose), size)) << size;
-    }
-}
-
-TEST(Sampler, OneSampleThatShrinksIsEnoughToCompress) {
-    Sampler sampler;
-    std::string data = test::Noise(kChunkSize);
-    data.replace(data.size() - 4096, 4096, std::string(4096, 'a'));
-    EXPECT_FALSE(sampler.LooksIncompressible(Bytes(data), data.size()));
-}
-
-TEST(Sampler, SmallDataIsAlwaysTried) {
-    Sampler sampler;
-    const std::string noise = test::Noise(4095);
-    EXPECT_FALSE(sampler.LooksIncompressible(Bytes(noise), noise.size()));
-    EXPECT_FALSE(sampler.LooksIncompressible(nullptr, 0));
 }
 
 TEST(Crc, OfPartsCombinesToTheWhole) {
