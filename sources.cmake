@@ -341,10 +341,18 @@ set(END_TO_END_TESTS
     tests/end_to_end/spanning_test.py
     tests/end_to_end/start_test.py)
 set(FUZZ_SUPPORT_SOURCES
+    tests/support/recording_mail.cpp
+    tests/support/test_clock.cpp
+    tests/support/test_machine.cpp
+    tests/support/test_services.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(FUZZ_TARGETS
     tests/fuzz/directory_fuzz.cpp
-    tests/fuzz/extract_fuzz.cpp)
+    tests/fuzz/extract_fuzz.cpp
+    tests/fuzz/mask_fuzz.cpp
+    tests/fuzz/path_fuzz.cpp
+    tests/fuzz/profile_fuzz.cpp
+    tests/fuzz/trim_fuzz.cpp)
