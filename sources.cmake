@@ -304,7 +304,8 @@ set(BACKUP_TESTS
     tests/backup/preflight_test.cpp)
 set(RESTORE_TESTS
     tests/restore/protected_pass_test.cpp
-    tests/restore/restore_actions_test.cpp)
+    tests/restore/restore_actions_test.cpp
+    tests/restore/restore_failure_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_tab_test.cpp
