@@ -306,7 +306,8 @@ set(BACKUP_TESTS
     tests/backup/preflight_test.cpp)
 set(RESTORE_TESTS
     tests/restore/protected_pass_test.cpp
-    tests/restore/restore_actions_test.cpp)
+    tests/restore/restore_actions_test.cpp
+    tests/restore/restore_failure_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_tab_test.cpp
@@ -343,10 +344,18 @@ set(END_TO_END_TESTS
     tests/end_to_end/spanning_test.py
     tests/end_to_end/start_test.py)
 set(FUZZ_SUPPORT_SOURCES
+    tests/support/recording_mail.cpp
+    tests/support/test_clock.cpp
+    tests/support/test_machine.cpp
+    tests/support/test_services.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(FUZZ_TARGETS
     tests/fuzz/directory_fuzz.cpp
-    tests/fuzz/extract_fuzz.cpp)
+    tests/fuzz/extract_fuzz.cpp
+    tests/fuzz/mask_fuzz.cpp
+    tests/fuzz/path_fuzz.cpp
+    tests/fuzz/profile_fuzz.cpp
+    tests/fuzz/trim_fuzz.cpp)

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "common/error.h"
 #include "log/clsLog.h"
 #include "platform/text_file.h"
@@ -7,6 +9,12 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t kKeptLines = 13;  // the 12 of the header and the first record
+
+using Lines = std::vector<std::string>;
+
+bool StartsWith(const Lines& lines, const Lines& start) {
+    return lines.size() >= start.size() && std::equal(start.begin(), start.end(), lines.begin());
+}
 
 }  // namespace
 
@@ -47,11 +55,15 @@ bool clsLog::TrimOnce(long long size, long long limit) {
     // next pass finds: without this test a limit below the kept lines would be trimmed for ever.
     const bool gained = thrown_bytes > 0 || next > kKeptLines + 1;
     if (!gained) return false;
-    // Read anew: the events may have brought records, from this copy or from a second one.
-    lines = platform::SplitLines(platform::ReadWholeFile(files, FixedName()));
-    lines.erase(lines.begin() + kKeptLines, lines.begin() + static_cast<std::ptrdiff_t>(next));
+    // Read anew: the events may have brought records, from this copy or from a second one, or a new
+    // log in the place of this one, which is measured by itself.
+    lines.resize(next);
+    const auto now = platform::SplitLines(platform::ReadWholeFile(files, FixedName()));
+    if (!StartsWith(now, lines)) return true;
     std::string text;
-    for (const std::string& line : lines) text += line + "\r\n";
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        if (i < kKeptLines || i >= next) text += now[i] + "\r\n";
+    }
     platform::ReplaceWholeFile(files, FixedName(), text + "\r\n");
     return true;
 }

@@ -18,6 +18,17 @@ class StartUp : public ProgramFixture {
         application = std::make_unique<Application>(machine.machine(), desktop);
         application->Main();
     }
+    // Of a program that an error ends before its start is over.
+    int ExitCodeOfOverflow() {
+        application = std::make_unique<Application>(machine.machine(), desktop);
+        application->program().globals = program.globals;
+        try {
+            application->EndByError(Error(error_number::kOverflow, "Vantrel", "Overflow"));
+        } catch (const ProgramEnded& end) {
+            return end.exit_code;
+        }
+        return -1;
+    }
     std::string Log() { return machine.Content("C:\\Vantrel\\Vantrel.Log"); }
     static std::string Dashes() { return std::string(60, '-'); }
     std::vector<std::string> UnattendedRecords(const std::vector<std::string>& between) {
@@ -171,17 +182,16 @@ TEST_F(StartUp, UntrappedErrorAttendedIsTheStandardBoxAndEndsTheProgram) {
 
 TEST_F(StartUp, UntrappedErrorUnattendedIsAnUndatedLogLineAndExitCodeTwo) {
     Unattended("DAILY.INI");
-    application = std::make_unique<Application>(machine.machine(), desktop);
-    application->program().globals = program.globals;
-    int code = 0;
-    try {
-        application->EndByError(Error(6, "Vantrel", "Overflow"));
-    } catch (const ProgramEnded& end) {
-        code = end.exit_code;
-    }
-    EXPECT_EQ(code, 2);
+    EXPECT_EQ(ExitCodeOfOverflow(), 2);
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_THAT(Log(), HasSubstr("\r\n                    Run-time error '6': Overflow\r\n"));
+}
+
+TEST_F(StartUp, UntrappedErrorThatTheLogCannotTakeStillEndsWithExitCodeTwo) {
+    Unattended("DAILY.INI");
+    program.globals.LogFilePath = "C:\\Gone\\Vantrel.Log";
+    EXPECT_EQ(ExitCodeOfOverflow(), 2);
+    EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
 TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {

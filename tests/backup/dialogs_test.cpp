@@ -265,6 +265,23 @@ TEST_F(OptionsDialog, MultiVolumeLooksAtTheDestinationShownNotAtTheFile) {
     EXPECT_EQ(Stored().MultiVolumeBackup(), "ON");
 }
 
+TEST_F(OptionsDialog, TextsThatTheCodePageCannotHoldAreRefused) {
+    const std::string name = "\xE6\x96\x87";  // a Chinese character
+    Select({});
+    Open();
+    for (forms::TextBox* const field : {&dialog->Fld_BackupFileName, &dialog->Fld_BackupFile}) {
+        const std::string before = field->Text();
+        field->SetText(name);
+        dialog->Cmd_Ok.UserPress();
+        ExpectBox("Unable to Save as " + name + " holds characters that a Backup Set cannot store.",
+                  forms::Icon::kExclamation, "Backup");
+        EXPECT_TRUE(dialog->Loaded());
+        field->SetText(before);
+        desktop.boxes.clear();
+    }
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+}
+
 TEST_F(OptionsDialog, CancelLeavesFileAndMainWindowUnchanged) {
     Select({});
     window.Fld_BackupOptions.SetCaption("as before");

@@ -10,16 +10,10 @@ TEST(ErrorText, HasTheUsualWords) {
         int number;
         const char* words;
     } expected[] = {
-        {6, "Overflow"},
-        {52, "Bad file name or number"},
-        {53, "File not found"},
-        {55, "File already open"},
-        {58, "File already exists"},
-        {61, "Disk full"},
-        {68, "Device unavailable"},
-        {70, "Permission denied"},
-        {71, "Disk not ready"},
-        {75, "Path/File access error"},
+        {6, "Overflow"},           {7, "Out of memory"},           {52, "Bad file name or number"},
+        {53, "File not found"},    {55, "File already open"},      {58, "File already exists"},
+        {61, "Disk full"},         {62, "Input past end of file"}, {68, "Device unavailable"},
+        {70, "Permission denied"}, {71, "Disk not ready"},         {75, "Path/File access error"},
         {76, "Path not found"},
     };
     for (const auto& row : expected) EXPECT_EQ(ErrorText(row.number), row.words) << row.number;

@@ -82,4 +82,19 @@ TEST_F(DriveLists, UserMayChooseADriveThatIsNotReady) {
 
 }  // namespace
 
+TEST_F(DriveLists, RefuseADriveThatIsReadyButNotListed) {
+    machine.AddDrive('E', type::kUnknown);
+    forms::DriveList list(form, "Dri_DriveList");
+    EXPECT_EQ(68, ErrorOf([&] { list.SetDrive("E:\\"); }));
+    EXPECT_EQ("c:", list.Drive());
+}
+
+TEST_F(DriveLists, RefuseAnIndexBesideTheListWithError380) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    for (const int index : {-1, 4}) EXPECT_EQ(380, ErrorOf([&] { list.UserChoose(index); }));
+    EXPECT_EQ("c:", list.Drive());
+    EXPECT_TRUE(changes.empty());
+}
+
 }  // namespace vantrel::test

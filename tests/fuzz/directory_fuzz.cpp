@@ -1,17 +1,18 @@
 // Any bytes as an archive, up to its list of entries: the end records, the central directory, the
 // names, and the plan that is made of it all.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "platform/host/host_machine.h"
+#include "tests/fuzz/fuzz_input.h"
 #include "tests/zip/zip_builder.h"
 #include "zip/directory_reader.h"
 #include "zip/extraction_plan.h"
 
 namespace {
 
+using vantrel::test::Demand;
 using vantrel::zip::Directory;
 using vantrel::zip::ExtractionPlan;
 
@@ -31,10 +32,6 @@ bool IsSafe(std::string_view path) {
     return true;
 }
 
-void Demand(bool held) {
-    if (!held) std::abort();
-}
-
 void CheckPlan(const Directory& directory, const ExtractionPlan& plan) {
     for (const auto* list : {&plan.files, &plan.folders}) {
         for (const auto& planned : *list) {
@@ -49,10 +46,10 @@ void CheckPlan(const Directory& directory, const ExtractionPlan& plan) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static vantrel::platform::HostMachine machine;
-    auto& [process, files, drives, clock, settings, code_page, shell, session, messages] =
-        machine.machine();
+    vantrel::platform::CodePage& code_page = machine.machine().code_page;
     vantrel::test::StringSource source(std::string(reinterpret_cast<const char*>(data), size));
-    const Directory directory = vantrel::zip::ReadDirectory(source, code_page, clock);
+    const Directory directory =
+        vantrel::zip::ReadDirectory(source, code_page, machine.machine().clock);
     // A record takes 46 bytes, whatever an archive states.
     Demand(directory.entries.size() <= size / 46);
     const vantrel::zip::DosMask everything(code_page, "*.*");

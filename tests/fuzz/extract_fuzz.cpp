@@ -1,11 +1,12 @@
 // Any bytes as an archive, restored as a whole onto a disk in memory: whatever it holds, nothing
 // outside of the destination may change, and what a link leads to may not either.
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <string>
 
 #include "platform/host/host_machine.h"
+#include "tests/fuzz/fuzz_input.h"
+#include "tests/support/test_machine.h"
 #include "tests/zip/memory_file_system.h"
 #include "zip/archive_extractor.h"
 
@@ -59,13 +60,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     files.capacity = kDisk + size;
     const auto before = Outside(files);
 
-    Machine& real = host.machine();
-    const Machine machine{real.process,      files,          real.drives, real.clock,
-                          real.settings,     real.code_page, real.shell,  real.mail_session,
-                          real.mail_messages};
+    const Machine machine = vantrel::test::WithFiles(host.machine(), files);
     Deaf events;
     vantrel::zip::ExtractArchive(
         machine, {.archive = "C:\\In.zip", .destination = "C:\\Out", .threads = 1}, events);
-    if (Outside(files) != before) std::abort();
+    vantrel::test::Demand(Outside(files) == before);
     return 0;
 }

@@ -1,4 +1,5 @@
 #include "common/error.h"
+#include "log/show_error.h"
 #include "tests/log/log_fixture.h"
 #include "tests/support/faulty_file_system.h"
 
@@ -76,6 +77,14 @@ TEST_F(LogFault, TrimThatFailsOrDiesAnywhereLeavesOneWholeLog) {
             ASSERT_LT(at, 100);
         }
     }
+}
+
+TEST_F(LogFault, ErrorThatNobodySeesAndTheLogCannotTakeIsDropped) {
+    Unattended("DAILY.INI");
+    faulty.plan.Inject({Call::kWrite, 1, true, error_number::kDiskFull});
+    ShowError(there, Error(53, "Vantrel", "File not found"));
+    EXPECT_GT(faulty.plan.Fired(), 0);
+    EXPECT_TRUE(desktop.boxes.empty());
 }
 
 }  // namespace

@@ -129,6 +129,27 @@ TEST_F(LogTruncation, RecordWrittenByAnEventMeanwhileStays) {
     EXPECT_NE(Log().find("15/11/2026 13:05:09 meanwhile\r\n"), std::string::npos);
 }
 
+TEST_F(LogTruncation, NewLogThatAnEventPutsInPlaceStaysWhole) {
+    machine.PutFile(kLog, LogOf(60000));
+    const std::string new_log = Header() + "first\r\nsecond\r\n";
+    desktop.on_events.push_back([&] { machine.PutFile(kLog, new_log); });
+    Truncate();
+    EXPECT_EQ(Log(), new_log);
+}
+
+TEST_F(LogTruncation, NewLogThatAnEventPutsInPlaceIsTrimmedByItsOwnSize) {
+    machine.PutFile(kLog, LogOf(60000));
+    desktop.on_events.push_back([&] {
+        const std::string text = LogOf(53000);
+        machine.PutFile(kLog, Header() + "another first record\r\n" + text.substr(Header().size()));
+    });
+    Truncate();
+    const std::string start = Header() + "another first record\r\n";
+    EXPECT_EQ(Log().substr(0, start.size()), start);
+    EXPECT_LT(Log().size(), 52000u);
+    EXPECT_GT(Log().size(), 51000u);
+}
+
 TEST_F(LogTruncation, KeptLinesAboveTheLimitEndTheTrim) {
     machine.PutFile(kLog, Header() + "first\r\nsecond\r\nthird\r\n");
     Truncate(100);

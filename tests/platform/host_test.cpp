@@ -6,7 +6,10 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "common/error.h"
+#include "platform/host/host_error.h"
 #include "platform/host/host_machine.h"
 #include "platform/host/host_path.h"
 #include "platform/text_file.h"
@@ -202,6 +205,31 @@ TEST_F(Host, HasNoMailProgram) {
     EXPECT_EQ(ErrorOf([&] { seam.mail_messages.Send(true); }), platform::mail_error::kNotSupported);
     seam.mail_session.SignOff();
     EXPECT_EQ(seam.mail_session.SessionId(), 0u);
+}
+
+TEST(HostError, EachCodeIsTheNumberThatWindowsHasForIt) {
+    using platform::HostDeed;
+    const struct {
+        int code, of_a_file, of_a_folder, of_a_list;
+    } expected[] = {
+        {ENOENT, kFileNotFound, kPathNotFound, kPathNotFound},
+        {ENOTDIR, kPathNotFound, kPathNotFound, kPathNotFound},
+        {EACCES, kPermissionDenied, kPathFileAccess, kPathFileAccess},
+        {EEXIST, kFileExists, kPathFileAccess, kPathFileAccess},
+        {ENOTEMPTY, kDeviceIo, kPathFileAccess, kPathFileAccess},
+        {ENOSPC, kDiskFull, kDiskFull, kDiskFull},
+        {EXDEV, kAcrossDrives, kAcrossDrives, kAcrossDrives},
+        {ENAMETOOLONG, kBadFileName, kPathFileAccess, kPathNotFound},
+        {ENOMEM, kOutOfMemory, kOutOfMemory, kOutOfMemory},
+        {ENODEV, kDeviceUnavailable, kDeviceUnavailable, kDeviceUnavailable},
+        {ENOMEDIUM, kDiskNotReady, kDiskNotReady, kDiskNotReady},
+        {EIO, kDeviceIo, kDeviceIo, kDeviceIo},
+    };
+    for (const auto& row : expected) {
+        EXPECT_EQ(HostErrorNumber(row.code, HostDeed::kFile), row.of_a_file) << row.code;
+        EXPECT_EQ(HostErrorNumber(row.code, HostDeed::kFolder), row.of_a_folder) << row.code;
+        EXPECT_EQ(HostErrorNumber(row.code, HostDeed::kList), row.of_a_list) << row.code;
+    }
 }
 
 }  // namespace

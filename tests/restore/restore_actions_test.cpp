@@ -8,8 +8,7 @@
 #include "forms/file_lists.h"
 #include "forms/form.h"
 #include "protect/clsCfg.h"
-#include "tests/support/program_fixture.h"
-#include "zip/pkzip.h"
+#include "tests/restore/restore_tab_fixture.h"
 
 namespace vantrel::test {
 namespace {
@@ -18,83 +17,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
-
-constexpr const char* kArchive = "C:\\Backups\\WEEKLY.zip";
-
-// The Restore tab's controls without the rest of the main window.
-class Tab : public forms::Form {
-  public:
-    explicit Tab(forms::Program& the_program)
-        : Form(the_program, "Frm_Mainmenu"),
-          Cmb_RestoreFile(*this, "Cmb_RestoreFile"),
-          Fld_RestoreFile(*this, "Fld_RestoreFile"),
-          Fld_RestoreTo(*this, "Fld_RestoreTo"),
-          TV_Restore(*this, "TV_Restore"),
-          Fld_Total(*this, "Fld_Total"),
-          SSP_TotalFiles(*this, "SSP_TotalFiles"),
-          PKUNZIP(the_program.machine),
-          actions(the_program, {Cmb_RestoreFile, Fld_RestoreFile, Fld_RestoreTo, TV_Restore,
-                                Fld_Total, SSP_TotalFiles, PKUNZIP}) {
-        Cmb_RestoreFile.Click = [this] { actions.Cmb_RestoreFile_Click(); };
-    }
-    forms::ComboBox Cmb_RestoreFile;
-    forms::Label Fld_RestoreFile;
-    forms::Label Fld_RestoreTo;
-    forms::Tree TV_Restore;
-    forms::Label Fld_Total;
-    forms::Panel SSP_TotalFiles;
-    zip::PKUNZIP PKUNZIP;
-    RestoreActions actions;
-};
-
-class RestoreTabTest : public ProgramFixture {
-  protected:
-    RestoreTabTest() {
-        MakeSourceAndDestination();
-        clsCfg cfg(program);
-        cfg.Create_CFG(cfg.ListPath());
-    }
-    void Archive(const std::string& folder = "C:\\Data") {
-        namespace id = zip::zip_id;
-        zip::PKZIP component(machine.machine());
-        component.Set(id::kLevel, std::int16_t{9});
-        component.Set(id::kSubFolders, true);
-        component.Set(id::kArchive, std::string(kArchive));
-        component.Set(id::kFileSpec, "\"" + folder + "\\*.*\"");
-        component.Set(id::kAction, id::kActionAdd);
-        ASSERT_TRUE(machine.Exists(kArchive));
-    }
-    void PutSetWithArchive(const std::string& from, const std::string& name) {
-        machine.PutFile("C:\\Vantrel\\WEEKLY.INI", "[RESTORE SOURCE]\r\nRestoreFromDrive=" + from +
-                                                       "\r\nRestoreFileName=" + name + "\r\n");
-        tab.Cmb_RestoreFile.Add("WEEKLY.INI");
-    }
-    void ChooseSet() { tab.Cmb_RestoreFile.SetText("WEEKLY.INI"); }
-    void Browse(const std::string& path) {
-        desktop.files.push_back(path);
-        tab.actions.Cmd_RestoreFile_Click();
-    }
-    std::vector<std::string> Listed() const {
-        std::vector<std::string> names;
-        for (int i = 1; i <= tab.TV_Restore.Count(); ++i) {
-            names.push_back(tab.TV_Restore.At(i).text);
-        }
-        return names;
-    }
-    void Restore() {
-        desktop.idle.push_back(
-            [this] { dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"))->UserPress(); });
-        tab.actions.Cmd_Restore_Click();
-    }
-    void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {
-        ASSERT_FALSE(desktop.boxes.empty());
-        EXPECT_EQ(desktop.boxes.back().text, text);
-        EXPECT_EQ(desktop.boxes.back().icon, icon);
-        EXPECT_EQ(desktop.boxes.back().title, title);
-    }
-
-    Tab tab{program};
-};
 
 TEST_F(RestoreTabTest, SetThatWasNeverBackedUpIsToldAndDeselected) {
     PutSetWithArchive("", "");

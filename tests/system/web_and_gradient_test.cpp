@@ -56,6 +56,16 @@ TEST_F(WebPage, ShellAnswerOf32IsAFailureAnd33IsNot) {
     EXPECT_EQ(desktop.boxes[0].title, "Web URL Failed");
 }
 
+TEST_F(WebPage, ScratchFileThatSomebodyHoldsIsNoFailure) {
+    machine.shell.on_find = [&] {
+        machine.files().SetAttributes(kScratch, platform::attribute::kReadOnly);
+    };
+    Show();
+    EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_TRUE(machine.Exists(kScratch));
+}
+
 TEST_F(WebPage, ErrorCarriesItsLabel) {
     machine.MakeFolders(kScratch);
     try {

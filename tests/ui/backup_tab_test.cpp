@@ -256,5 +256,63 @@ TEST_F(BackupTabTest, EditModeIsOffAfterLoadAndAfterEachSelection) {
     EXPECT_TRUE(Tab().Cmd_Change.Enabled());
 }
 
+TEST_F(BackupTabTest, ButtonsOfADialogAskForASetFirst) {
+    Open();
+    Tab().Cmd_Change.Press();
+    Tab().Cmd_Navigate.Press();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Please select a Backup Configuration.");
+    for (auto& button : Tab().Cmd_Options) {
+        button.Press();
+        EXPECT_EQ(desktop.boxes.back().text, "Please select a Backup Configuration first.");
+        EXPECT_EQ(desktop.boxes.back().icon, forms::Icon::kInformation);
+        EXPECT_EQ(desktop.boxes.back().title, "Backup");
+    }
+    EXPECT_EQ(desktop.boxes.size(), 4u);
+    EXPECT_EQ(desktop.Front(), window.get());
+}
+
+TEST_F(BackupTabTest, ButtonsOpenTheirDialogsForTheSetShown) {
+    PutSet("ALL.INI", {});
+    Open();
+    Select("ALL.INI");
+    Tab().Cmd_Change.Press();
+    std::vector<std::string> opened;
+    const auto close = [&] {
+        opened.push_back(desktop.Front()->name());
+        dynamic_cast<forms::Button&>(*desktop.Front()->Find("Cmd_Cancel")).UserPress();
+    };
+    desktop.idle.assign(4, close);
+    Tab().Cmd_Navigate.Press();
+    for (auto& button : Tab().Cmd_Options) button.Press();
+    EXPECT_THAT(opened, ElementsAre("Frm_BackupWhere", "Frm_BackupOptions", "Frm_BackupOptions",
+                                    "Frm_BackupOptions"));
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
+}
+
+TEST_F(BackupTabTest, ChoosingAnEmptyDriveIsToldAndWritesNothing) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    PutSet("ALL.INI", {});
+    Open();
+    Select("ALL.INI");
+    Tab().Dri_DriveList.UserChoose(0);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
+}
+
+TEST_F(BackupTabTest, SourceOnADriveThatIsNotListedIsToldAndKept) {
+    machine.AddDrive('E', platform::drive_type::kUnknown);
+    PutSet("ODD.INI", {.files = "E:\\*.DOC"});
+    Open();
+    Select("ODD.INI");
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Device unavailable");
+    EXPECT_EQ(StoredSource("ODD.INI"), "E:\\*.DOC");
+}
+
 }  // namespace
 }  // namespace vantrel::test

@@ -98,6 +98,16 @@ TEST_F(SecureTabTest, EnteringKeepsAListThatIsThere) {
     EXPECT_EQ(Picture(), clsCfg::kProtectedFolder);
 }
 
+TEST_F(SecureTabTest, ListThatCannotBeMadeIsShownAsAnErrorAndNoTreeIsLoaded) {
+    Load();
+    machine.process.application_folder = "C:\\Gone";
+    window->TAB_Backup.SetTab(kTab);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_EQ(Tab().TV_SecureMode.Count(), 0);
+}
+
 TEST_F(SecureTabTest, EnteringAgainKeepsTheLoadedTree) {
     Open();
     Select("C:\\WINDOWS");
