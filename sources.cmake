@@ -323,6 +323,21 @@ set(UI_TESTS
 set(APP_TESTS
     tests/app/splash_test.cpp
     tests/app/startup_test.cpp)
+# Everything that can fail, at every call, through the windows and the unattended entry.
+set(FAULTS_TESTS
+    tests/faults/backup_faults_test.cpp
+    tests/faults/computer.cpp
+    tests/faults/fault_kinds.cpp
+    tests/faults/fault_sweep.cpp
+    tests/faults/list_faults_test.cpp
+    tests/faults/log_faults_test.cpp
+    tests/faults/restore_faults_test.cpp
+    tests/faults/sets_faults_test.cpp
+    tests/faults/spanned_faults_test.cpp
+    tests/faults/wholeness.cpp
+    tests/zip/archive_reader.cpp
+    tests/zip/memory_file_system.cpp
+    tests/zip/set_reader.cpp)
 
 # End-to-end tests: helper programs for Windows, and the Python files that ctest runs.
 set(END_TO_END_HELPERS

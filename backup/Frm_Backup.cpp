@@ -5,6 +5,7 @@
 
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
+#include "common/error.h"
 #include "log/clsLog.h"
 #include "system/clsDrives.h"
 
@@ -52,6 +53,8 @@ void Frm_Backup::Form_Activate() {
     cancelled_ = false;
     clsINI set(program());
     set.Read_INI(SetPath());
+    // It could be read a moment ago. With empty values something else would be backed up.
+    if (!set.WasRead()) RaiseError(error_number::kPermissionDenied);
     const Target target = MakeTarget(set);
     RunComponent(set, target);
     messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
@@ -99,9 +102,9 @@ void Frm_Backup::Finish(const Target& target) {
     }
     Cmd_Cancel.SetVisible(false);
     Cmd_Ok.SetVisible(true);
-    clsFiles files(program());
-    files.WriteINI("RESTORE SOURCE", "RestoreFromDrive", target.folder, SetPath());
-    files.WriteINI("RESTORE SOURCE", "RestoreFileName", target.file, SetPath());
+    clsFiles(program()).WriteINI({{"RESTORE SOURCE", "RestoreFromDrive", target.folder},
+                                  {"RESTORE SOURCE", "RestoreFileName", target.file}},
+                                 SetPath());
     LogRecord("Finished Backup " + set_name_);
     LogRecord("Successful Backup");
     program().exit_code = PKZIP.SkippedFiles() > 0 ? forms::exit_code::kSomeFilesSkipped

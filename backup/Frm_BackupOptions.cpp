@@ -42,7 +42,7 @@ void Frm_BackupOptions::Form_Load() {
 }
 
 void Frm_BackupOptions::Cmd_Ok_Click() {
-    if (Refused()) return;
+    if (Refused() || !SourceKnown()) return;
     if (Fld_BackupFile.Text().empty()) Fld_BackupFile.SetText("*.*");
     TakeValues();
     WriteKeys();
@@ -78,6 +78,14 @@ bool Frm_BackupOptions::Refused() {
     return true;
 }
 
+// The folder of the files is the one that the set has. One that could not be read would be saved
+// without it.
+bool Frm_BackupOptions::SourceKnown() {
+    if (set_.WasRead()) return true;
+    Tell("Unable to Save as " + SetPath() + " could not be read.");
+    return false;
+}
+
 bool Frm_BackupOptions::TextFits(const std::string& text) {
     if (program().machine.code_page.Encode(text)) return true;
     Tell("Unable to Save as " + text + " holds characters that a Backup Set cannot store.");
@@ -95,13 +103,13 @@ void Frm_BackupOptions::TakeValues() {
 }
 
 void Frm_BackupOptions::WriteKeys() {
-    clsFiles files(program());
-    const std::string path = SetPath();
-    files.WriteINI("BACKUP SOURCE", "BackupFiles", set_.BackupFiles(), path);
-    files.WriteINI("BACKUP SOURCE", "BackupSubDirectories", set_.BackupSubDirectories(), path);
-    files.WriteINI("Destination", "BackupFileName", set_.BackupFileName(), path);
-    files.WriteINI("Destination", "MultiVolumeBackup", set_.MultiVolumeBackup(), path);
-    files.WriteINI("Destination", "TimeBackup", set_.TimeBackup(), path);
+    clsFiles(program()).WriteINI(
+        {{"BACKUP SOURCE", "BackupFiles", set_.BackupFiles()},
+         {"BACKUP SOURCE", "BackupSubDirectories", set_.BackupSubDirectories()},
+         {"Destination", "BackupFileName", set_.BackupFileName()},
+         {"Destination", "MultiVolumeBackup", set_.MultiVolumeBackup()},
+         {"Destination", "TimeBackup", set_.TimeBackup()}},
+        SetPath());
 }
 
 void Frm_BackupOptions::ShowInMainWindow() {

@@ -29,6 +29,7 @@ class Frm_BackupOptions : public forms::Form {
 
   private:
     bool Refused();
+    bool SourceKnown();
     bool TextFits(const std::string& text);
     void TakeValues();
     void WriteKeys();

@@ -33,12 +33,20 @@ class Preflight {
           shown_folder_(controls.Dir_DirList.Path()),
           set_name_(controls.Cmb_BackupSet.Text()),
           set_(program) {
-        set_.Read_INI(program.InApplicationFolder(set_name_));
+        set_.Read_INI(SetPath());
         root_ = set_.Backup_Parts(set_.BackupToDrive(), clsINI::kDrive);
     }
 
+    // Without its values a set has no files and no archive name, and every switch is off: what was
+    // backed up then would not be what was chosen.
     bool PassesAttended() {
-        if (const auto refusal = AttendedRefusal()) {
+        auto refusal = AttendedRefusal();
+        if (!refusal && !set_.WasRead()) {
+            refusal =
+                Refusal("Unable to continue with the Backup as " + SetPath() + " cannot be read.",
+                        Icon::kExclamation);
+        }
+        if (refusal) {
             program_.globals.MessageText = refusal->text;
             program_.desktop.Show(*refusal);
             return false;
@@ -50,7 +58,8 @@ class Preflight {
     }
 
     bool PassesUnattended() {
-        const auto failure = UnattendedFailure();
+        auto failure = UnattendedFailure();
+        if (!failure && !set_.WasRead()) failure = "Backup Failed - Unable to read " + SetPath();
         if (!failure) return true;
         clsLog log(program_);
         log.WriteToLog("Backup", true, "Starting Backup " + set_name_);
@@ -61,6 +70,7 @@ class Preflight {
     }
 
   private:
+    std::string SetPath() const { return program_.InApplicationFolder(set_name_); }
     bool MultiVolume() const { return set_.MultiVolumeBackup() == "ON"; }
     bool RootIs(int type) { return clsDrives(program_).VerifyDriveType(root_, type); }
     bool FolderExists(const std::string& folder) { return clsFiles(program_).Exist(folder, false); }

@@ -16,13 +16,17 @@ namespace {
 // program's windows never get longer than this.
 constexpr std::size_t kLongestValue = 254;
 
-// The text of a profile, "" for a file that is not there yet; nothing when it cannot be read.
-std::optional<std::string> ProfileText(platform::FileSystem& files, const std::string& file) {
+// The text of a profile; nothing when it is missing or cannot be read.
+struct Profile {
+    std::optional<std::string> text;
+    bool missing = false;
+};
+
+Profile ReadProfile(platform::FileSystem& files, const std::string& file) {
     try {
-        return platform::ReadWholeFile(files, file);
+        return {platform::ReadWholeFile(files, file)};
     } catch (const Error& error) {
-        if (error.number() == error_number::kFileNotFound) return "";
-        return std::nullopt;
+        return {.text = std::nullopt, .missing = error.number() == error_number::kFileNotFound};
     }
 }
 
@@ -34,25 +38,59 @@ bool HasLetter(const std::string& path) {
 
 }  // namespace
 
-std::string clsFiles::ReadINI(const std::string& section, const std::string& key,
-                              const std::string& file) {
-    const std::string text = ProfileText(program_.machine.files, file).value_or("");
+std::string clsFiles::ValueIn(const std::string& text, const std::string& section,
+                              const std::string& key) {
     const std::string value = profile::FindValue(text, section, key).value_or("");
     return program_.machine.code_page.Decode(value.substr(0, kLongestValue));
 }
 
+std::string clsFiles::ReadINI(const std::string& section, const std::string& key,
+                              const std::string& file) {
+    const auto text = ReadProfile(program_.machine.files, file).text;
+    return ValueIn(text.value_or(""), section, key);
+}
+
+std::optional<std::vector<std::string>> clsFiles::ReadINI(const std::vector<ProfileKey>& keys,
+                                                          const std::string& file) {
+    const auto text = ReadProfile(program_.machine.files, file).text;
+    if (!text) return std::nullopt;
+    std::vector<std::string> values;
+    for (const ProfileKey& key : keys) values.push_back(ValueIn(*text, key.section, key.key));
+    return values;
+}
+
 void clsFiles::WriteINI(const std::string& section, const std::string& key,
                         const std::string& value, const std::string& file) {
-    const auto bytes = program_.machine.code_page.Encode(value);
-    if (!bytes || !profile::CanHold(*bytes)) return;
-    // Only a file known to be missing may be made anew: one that merely cannot be read now would
-    // lose everything else in it.
-    const auto before = ProfileText(program_.machine.files, file);
-    if (!before) return;
-    const std::string after = profile::SetValue(*before, section, key, *bytes);
-    if (after == *before) return;
+    WriteINI({{section, key, value}}, file);
+}
+
+// The text with the new values; nothing when that is no other text.
+std::optional<std::string> clsFiles::Changed(const std::string& text,
+                                             const std::vector<ProfileKey>& keys) {
+    std::string changed = text;
+    for (const ProfileKey& key : keys) {
+        const auto bytes = program_.machine.code_page.Encode(key.value);
+        if (!bytes || !profile::CanHold(*bytes)) continue;
+        changed = profile::SetValue(changed, key.section, key.key, *bytes);
+    }
+    if (changed == text) return std::nullopt;
+    return changed;
+}
+
+void clsFiles::WriteINI(const std::vector<ProfileKey>& keys, const std::string& file) {
+    auto& files = program_.machine.files;
+    // Only a file known to be missing may be made anew, and never over one that is there after all:
+    // everything else in it would be lost.
+    const Profile before = ReadProfile(files, file);
+    if (!before.text && !before.missing) return;
+    const auto after = Changed(before.text.value_or(""), keys);
+    if (!after) return;
     try {
-        platform::ReplaceWholeFile(program_.machine.files, file, after);
+        if (before.missing) {
+            platform::MakeWholeFile(files, file, *after);
+        } else {
+            platform::ReplaceWholeFile(files, file, *after);
+        }
     } catch (const Error&) {
         // A profile write reports no failure.
     }

@@ -1,11 +1,18 @@
 // Profile access and existence tests. Keeps no state; created where it is needed.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "forms/program.h"
 
 namespace vantrel {
+
+// A key of a profile with its value.
+struct ProfileKey {
+    std::string section, key, value;
+};
 
 class clsFiles {
   public:
@@ -20,6 +27,13 @@ class clsFiles {
     // or format cannot hold the value.
     void WriteINI(const std::string& section, const std::string& key, const std::string& value,
                   const std::string& file);
+    // The same for several keys in one step: whatever happens, the file holds all of the new values
+    // or none of them.
+    void WriteINI(const std::vector<ProfileKey>& keys, const std::string& file);
+    // The values that these keys have in `file`, all of one moment and each as ReadINI gives it;
+    // nothing when the file is missing or cannot be read.
+    std::optional<std::vector<std::string>> ReadINI(const std::vector<ProfileKey>& keys,
+                                                    const std::string& file);
     // Whether a drive, folder or file is there; never raises. "" counts as existing. First the
     // drive of the path must be ready, for a path without one that of the application folder.
     // Without `file_test` the whole path must then be a folder. With it the file must stand in its
@@ -31,6 +45,10 @@ class clsFiles {
     bool Exist(const std::string& path, bool file_test);
 
   private:
+    std::string ValueIn(const std::string& text, const std::string& section,
+                        const std::string& key);
+    std::optional<std::string> Changed(const std::string& text,
+                                       const std::vector<ProfileKey>& keys);
     bool Exists(const std::string& path, bool file_test);
     bool DriveReady(const std::string& drive);
     bool IsFolder(const std::string& path);

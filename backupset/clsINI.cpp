@@ -1,6 +1,5 @@
 #include "backupset/clsINI.h"
 
-#include "backupset/clsFiles.h"
 #include "backupset/clsString.h"
 #include "backupset/file_header.h"
 #include "backupset/utf8.h"
@@ -65,15 +64,28 @@ std::string clsINI::Backup_Parts(const std::string& path, int part) {
 
 void clsINI::Read_INI(const std::string& path) {
     Reported("clsINI:Read_INI Method", [&] {
-        for (const KeyPlace& place : kPlaces) {
-            set_.*place.value = clsFiles(program_).ReadINI(place.section, place.key, path);
-        }
+        const auto values = clsFiles(program_).ReadINI(Keys(), path);
+        was_read_ = values.has_value();
+        set_ = {};
+        if (!values) return;
+        auto value = values->begin();
+        for (const KeyPlace& place : kPlaces) set_.*place.value = *value++;
     });
+}
+
+// Where each value stands, with the value that is loaded.
+std::vector<ProfileKey> clsINI::Keys() const {
+    std::vector<ProfileKey> keys;
+    for (const KeyPlace& place : kPlaces) {
+        keys.push_back({place.section, place.key, set_.*place.value});
+    }
+    return keys;
 }
 
 void clsINI::ConfirmBackslash(const std::string& path) {
     Reported("clsINI:ConfirmBackslash Method", [&] {
         Read_INI(path);
+        if (!was_read_) return;
         set_.BackupToDrive = clsString().Backslash(set_.BackupToDrive);
         if (!set_.RestoreFromDrive.empty()) {
             set_.RestoreFromDrive = clsString().Backslash(set_.RestoreFromDrive);
@@ -81,8 +93,8 @@ void clsINI::ConfirmBackslash(const std::string& path) {
         for (const KeyPlace& place : kPlaces) {
             std::string& value = set_.*place.value;
             value = program_.machine.code_page.Upper(value);
-            clsFiles(program_).WriteINI(place.section, place.key, value, path);
         }
+        clsFiles(program_).WriteINI(Keys(), path);
     });
 }
 
@@ -102,14 +114,14 @@ std::string clsINI::Template(const std::string& name) const {
     return text;
 }
 
-void clsINI::Create_INI(const std::string& name) {
+void clsINI::Create_INI(const std::string& name, bool only_new) {
     Reported("clsINI:Create_INI Method", [&] {
         program_.globals.TextBuffer.clear();
         program_.globals.TextBuffer = Template(name);
         const auto bytes = program_.machine.code_page.Encode(program_.globals.TextBuffer);
         if (!bytes) RaiseError(error_number::kBadFileName);
-        platform::ReplaceWholeFile(program_.machine.files, program_.InApplicationFolder(name),
-                                   *bytes + "\r\n");
+        const auto put = only_new ? platform::MakeWholeFile : platform::ReplaceWholeFile;
+        put(program_.machine.files, program_.InApplicationFolder(name), *bytes + "\r\n");
     });
 }
 

@@ -3,7 +3,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "backupset/clsFiles.h"
 #include "forms/program.h"
 
 namespace vantrel {
@@ -23,14 +25,20 @@ class clsINI {
     std::string Backup_Parts(const std::string& path, int part);
 
     // Reads the set file at `path`, gives the destination its last "\" (and the restore source,
-    // unless that is empty), puts all values in capitals and writes them back.
+    // unless that is empty), puts all values in capitals and writes them back in one step. A file
+    // that cannot be read stays as it is.
     void ConfirmBackslash(const std::string& path);
     // Writes the set file `name` (with its extension of three letters) of the template into the
-    // application folder, over an existing one. The text stays in TextBuffer.
-    // Raises: a name of fewer than 4 characters; one that the code page cannot hold.
-    void Create_INI(const std::string& name);
-    // Loads the nine values as they stand in the set file at `path`, "" for a missing one.
+    // application folder, over an existing one unless `only_new`. The text stays in TextBuffer.
+    // Raises: a name of fewer than 4 characters; one that the code page cannot hold; one that is
+    // taken.
+    void Create_INI(const std::string& name, bool only_new = false);
+    // Loads the nine values as they stand in the set file at `path`, "" for a missing one; all of
+    // them "" when the file is missing or cannot be read.
     void Read_INI(const std::string& path);
+    // Whether the last Read_INI found a file that it could read. What is done with the values
+    // depends on it: an empty switch that nobody set to OFF would leave out files, untold.
+    bool WasRead() const { return was_read_; }
     // Whether the loaded values may be saved. If not, shows the reason: the last one that applies.
     bool Validate_OnSave();
 
@@ -62,11 +70,13 @@ class clsINI {
     struct KeyPlace;
     static const KeyPlace kPlaces[9];
 
+    std::vector<ProfileKey> Keys() const;
     std::string Template(const std::string& name) const;
     std::string Reason() const;
 
     forms::Program& program_;
     BackupSet set_;
+    bool was_read_ = false;
 };
 
 }  // namespace vantrel

@@ -42,25 +42,38 @@ void RemoveQuietly(FileSystem& files, const std::string& path) {
     }
 }
 
-}  // namespace
-
-void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
-    const auto before = files.Find(path);
-    if (before && (before->IsFolder() || (before->attributes & attribute::kReadOnly) != 0)) {
-        RaiseError(error_number::kPermissionDenied);
-    }
+// Writes the scratch file of `path` and has `put` give it its name; it is gone afterwards.
+template <typename Put>
+void WriteBeside(FileSystem& files, const std::string& path, std::string_view bytes, Put&& put) {
     const std::string scratch = path + ".new";
     try {
         auto file = files.Open(scratch, OpenMode::kWrite);
         file->Write(bytes.data(), bytes.size());
         file->Flush();
         file->Close();
-        if (before) files.SetAttributes(scratch, before->attributes);
-        files.Replace(scratch, path);
+        put(scratch);
     } catch (const Error&) {
         RemoveQuietly(files, scratch);
         throw;
     }
+}
+
+}  // namespace
+
+void MakeWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
+    WriteBeside(files, path, bytes,
+                [&](const std::string& scratch) { files.Rename(scratch, path); });
+}
+
+void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
+    const auto before = files.Find(path);
+    if (before && (before->IsFolder() || (before->attributes & attribute::kReadOnly) != 0)) {
+        RaiseError(error_number::kPermissionDenied);
+    }
+    WriteBeside(files, path, bytes, [&](const std::string& scratch) {
+        if (before) files.SetAttributes(scratch, before->attributes);
+        files.Replace(scratch, path);
+    });
 }
 
 std::vector<std::string> SplitLines(std::string_view bytes) {

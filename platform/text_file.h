@@ -24,6 +24,10 @@ void AppendToFile(FileSystem& files, const std::string& path, std::string_view b
 // A read-only or locked file stays as it is and raises 70; hidden and other attributes are kept.
 void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
 
+// Makes a file that is not there yet, in one step: after a crash it is there whole or not at all.
+// Raises 58, and leaves what is there, when the name turns out to be taken. The same scratch file.
+void MakeWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
+
 // Lines without their ends. CR LF, CR and LF all end a line; a last line needs no end; byte 1A is
 // an ordinary byte. A text that ends in a line end has no empty line after it.
 std::vector<std::string> SplitLines(std::string_view bytes);

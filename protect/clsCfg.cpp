@@ -12,6 +12,8 @@ namespace vantrel {
 namespace {
 
 constexpr const char* kLineEnd = "\r\n";
+// It names the file class: it has always been reported so.
+constexpr const char* kCreateLabel = "clsFiles:Create_CFG Method";
 constexpr std::size_t kHeaderLines = 7;  // skipped unread by every reader
 
 std::string WithoutBackslash(std::string line) {
@@ -25,13 +27,27 @@ std::string clsCfg::Upper(const std::string& text) const {
     return program_.machine.code_page.Upper(text);
 }
 
+std::string clsCfg::EmptyList() {
+    std::string text;
+    for (const std::string& line : FileHeader()) text += line + kLineEnd;
+    text += std::string(";  Secure Data Directories  ") + kLineEnd + ";" + kLineEnd;
+    return text + kLineEnd;
+}
+
 void clsCfg::Create_CFG(const std::string& path) {
-    // The label names the file class: it has always been reported so.
-    Reported("clsFiles:Create_CFG Method", [&] {
-        std::string text;
-        for (const std::string& line : FileHeader()) text += line + kLineEnd;
-        text += std::string(";  Secure Data Directories  ") + kLineEnd + ";" + kLineEnd;
-        platform::ReplaceWholeFile(program_.machine.files, path, text + kLineEnd);
+    Reported(kCreateLabel,
+             [&] { platform::ReplaceWholeFile(program_.machine.files, path, EmptyList()); });
+}
+
+bool clsCfg::CreateMissing() {
+    return Reported(kCreateLabel, [&] {
+        try {
+            platform::MakeWholeFile(program_.machine.files, ListPath(), EmptyList());
+            return true;
+        } catch (const Error& error) {
+            if (error.number() != error_number::kFileExists) throw;
+            return false;
+        }
     });
 }
 
@@ -92,7 +108,10 @@ void clsCfg::Protected_Add(forms::Tree& tree) {
     auto& code_page = program_.machine.code_page;
     const auto entry = code_page.Encode(Upper(tree.At(tree.Selected()).tag));
     if (!entry) RaiseError(error_number::kBadFileName);
-    platform::AppendToFile(program_.machine.files, ListPath(), *entry + kLineEnd);
+    // In one step: an entry that was cut off would protect nothing, and take the next one with it.
+    auto& files = program_.machine.files;
+    platform::ReplaceWholeFile(files, ListPath(),
+                               platform::ReadWholeFile(files, ListPath()) + *entry + kLineEnd);
     tree.SetImages(tree.Selected(), kProtectedFolder, kProtectedFolder);
 }
 

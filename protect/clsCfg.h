@@ -23,6 +23,8 @@ class clsCfg {
 
     // Creates or replaces the list with an empty one: the header and one empty line.
     void Create_CFG(const std::string& path);
+    // Creates the empty list unless there is one after all, which stays as it is; whether it did.
+    bool CreateMissing();
     // All entries in the file's order, without a "\" at their end; empty when there is none. Raises
     // 53 when the file is missing.
     std::vector<std::string> ReturnProtected();
@@ -35,13 +37,15 @@ class clsCfg {
     // Drops every entry equal to the Tag of the tree's selected node, and gives the node its
     // ordinary pictures. A root ("C:\") is never dropped: entries lose their last "\", the Tag not.
     void Protected_Delete(forms::Tree& tree);
-    // Appends the Tag of the tree's selected node, and gives the node the protected picture.
+    // Adds the Tag of the tree's selected node as the last entry, and gives the node the protected
+    // picture. Raises 53 when the file is missing.
     void Protected_Add(forms::Tree& tree);
 
     // The file's name in the application folder.
     std::string ListPath() const { return program_.InApplicationFolder("Vantrel.Cfg"); }
 
   private:
+    static std::string EmptyList();
     // The lines below the header, each without a "\" at its end.
     std::vector<std::string> Lines();
     std::string Upper(const std::string& text) const;

@@ -35,7 +35,7 @@ ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
 
 // The component counts the archive itself as entry 0: index 0 is never listed, and the number shown
 // is one less than the count.
-void ShowZipContents(forms::Program& program, const RestoreControls& controls,
+bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
                      const std::string& path) {
     namespace id = zip::unzip_id;
     auto& desktop = program.desktop;
@@ -47,13 +47,17 @@ void ShowZipContents(forms::Program& program, const RestoreControls& controls,
     controls.Fld_Total.SetCaption("0");
     if (!clsFiles(program).Exist(path, true)) {
         desktop.SetPointer(forms::Pointer::kDefault);
-        return;
+        return false;
     }
     zip::PKUNZIP& component = controls.PKUNZIP;
     component.Set(id::kArchive, path);
     DiskQuestions questions(program);
     component.questions = &questions;
+    bool complete =
+        true;  // the component tells of what is wrong with the list, and of nothing else
+    component.Message = [&complete](const zip::ComponentMessage&) { complete = false; };
     component.Set(id::kAction, id::kActionCount);
+    component.Message = nullptr;
     component.questions = nullptr;
     const std::int32_t count = std::get<std::int32_t>(component.Get(id::kEntryCount));
     controls.Fld_Total.SetCaption(std::to_string(count - 1));
@@ -67,6 +71,7 @@ void ShowZipContents(forms::Program& program, const RestoreControls& controls,
     controls.SSP_TotalFiles.SetFloodPercent(0);
     controls.TV_Restore.SetVisible(true);
     desktop.SetPointer(forms::Pointer::kDefault);
+    return complete;
 }
 
 }  // namespace vantrel

@@ -45,6 +45,14 @@ std::optional<std::string> FreeName(forms::Program& program, const std::string& 
     return std::nullopt;
 }
 
+// The existence test says no, too, when it could not look. A folder that is there all the same
+// would be overwritten, so it is looked for a second time, and what hinders that ends the restore.
+bool IsThere(forms::Program& program, const std::string& folder) {
+    if (clsFiles(program).Exist(folder, false)) return true;
+    const auto found = program.machine.files.Find(folder);
+    return found && found->IsFolder();
+}
+
 void RenameAside(forms::Program& program, const std::string& folder) {
     const auto name = FreeName(program, folder);
     if (!name) return;
@@ -65,7 +73,7 @@ void RenameProtectedFolders(forms::Program& program, const std::vector<std::stri
         const std::string upper_target = code_page.Upper(target);
         for (const std::string& folder : entries_of_list) {
             if (upper_target.find(code_page.Upper(folder)) == std::string::npos) continue;
-            if (clsFiles(program).Exist(folder, false)) RenameAside(program, folder);
+            if (IsThere(program, folder)) RenameAside(program, folder);
         }
     }
 }

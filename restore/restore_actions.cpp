@@ -7,6 +7,7 @@
 #include "backupset/clsINI.h"
 #include "common/error.h"
 #include "log/show_error.h"
+#include "protect/clsCfg.h"
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
 #include "restore/protected_pass.h"
@@ -38,7 +39,7 @@ void RestoreActions::Tell(const std::string& text) {
 }
 
 void RestoreActions::List(const std::string& archive) {
-    ShowZipContents(program_, controls_, archive);
+    listed_completely_ = ShowZipContents(program_, controls_, archive);
     listed_ = LookAtArchive(program_, archive);
 }
 
@@ -127,13 +128,25 @@ bool RestoreActions::Refused() {
     return true;
 }
 
+// Whether folders are protected and nothing is known of where the archive's files go: it could not
+// be read now, and a moment later perhaps it can.
+bool RestoreActions::PassIsBlind() {
+    return !listed_completely_ && controls_.TV_Restore.Count() == 0 &&
+           !clsCfg(program_).ReturnProtected().empty();
+}
+
 void RestoreActions::Cmd_Restore_Click() {
     if (Refused()) return;
     program_.desktop.SetPointer(Pointer::kHourglass);
     // The pass goes by the entries that are listed: a listing of another archive would let a
     // protected folder be overwritten.
     const std::string archive = ArchiveToRestore();
-    if (LookAtArchive(program_, archive) != listed_) List(archive);
+    const bool same = LookAtArchive(program_, archive) == listed_;
+    if (!same || !listed_completely_) List(archive);
+    if (PassIsBlind()) {
+        program_.desktop.SetPointer(Pointer::kDefault);
+        return Tell("Unable to Restore as the contents of " + archive + " cannot be read.");
+    }
     program_.desktop.SetPointer(Pointer::kHourglass);
     std::vector<std::string> entries;
     for (int i = 1; i <= controls_.TV_Restore.Count(); ++i) {

@@ -32,11 +32,13 @@ class RestoreActions {
     std::string ArchiveOfSet() const;
     std::string ArchiveToRestore() const;
     bool Refused();
+    bool PassIsBlind();
     void Tell(const std::string& text);
 
     forms::Program& program_;
     RestoreControls controls_;
     ListedArchive listed_;
+    bool listed_completely_ = false;
 };
 
 }  // namespace vantrel

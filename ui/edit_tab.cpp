@@ -166,7 +166,8 @@ bool EditTab::WriteScratch(const std::string& scratch) {
     }
     auto& files = program_.machine.files;
     if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
-    auto file = files.Open(scratch, platform::OpenMode::kAppend);
+    // Emptied, should it be there after all: a text behind what was left would never be read.
+    auto file = files.Open(scratch, platform::OpenMode::kWrite);
     file->Write(bytes->data(), bytes->size());
     file->Flush();
     file->Close();

@@ -61,7 +61,8 @@ void Refuse(forms::Program& program) {
 // The file comes first: when it cannot be made, nothing else has happened.
 void Make(forms::Program& program, const std::string& name, BackupTab& tab,
           forms::ComboBox& restore_sets) {
-    clsINI(program).Create_INI(name);
+    constexpr bool kOnlyNew = true;  // whatever was overlooked when the name was looked for
+    clsINI(program).Create_INI(name, kOnlyNew);
     tab.Cmb_BackupSet.Add(name);
     restore_sets.Add(name);
     tab.GoToApplicationDrive();

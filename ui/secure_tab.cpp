@@ -53,8 +53,8 @@ SecureTab::SecureTab(forms::Form& window, const SecureMenu& menu)
 bool SecureTab::CreateMissingList() {
     clsCfg list(window_.program());
     if (clsFiles(window_.program()).Exist(list.ListPath(), true)) return false;
-    list.Create_CFG(list.ListPath());
-    return true;
+    // The question answers no, too, when the list merely cannot be looked at now.
+    return list.CreateMissing();
 }
 
 void SecureTab::Entered() {

@@ -82,6 +82,10 @@ void TargetFile::OpenBeside(const std::string& folder) {
 
 void TargetFile::Commit(const platform::FileTimes& times, std::uint32_t attributes) {
     file_->SetTimes(times);
+    // What is replaced is gone with the name: the new bytes must be on the disk before that.
+    if (!temporary_.empty()) {
+        file_->Flush();
+    }
     file_->Close();
     if (!temporary_.empty()) {
         PutInPlace();

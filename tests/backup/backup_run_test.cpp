@@ -68,6 +68,18 @@ TEST_F(BackupRun, MultiVolumeAsksForSpannedVolumesWithItsControlWord) {
     EXPECT_THAT(zip.sets, Contains("37=32768"));
 }
 
+TEST_F(BackupRun, SetThatCannotBeReadAnyMoreIsNotRunWithEmptyValues) {
+    window = std::make_unique<Frm_Backup>(program, "GONE.INI",
+                                          std::make_unique<RecordingZip>(machine.machine(), zip));
+    try {
+        desktop.ShowModal(*window);
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kPermissionDenied);
+    }
+    EXPECT_THAT(zip.sets, IsEmpty());
+}
+
 TEST_F(BackupRun, SwitchesOtherThanOnAreOff) {
     Run({.sub_directories = "on", .multi_volume = "Yes", .time = "on"});
     EXPECT_THAT(zip.sets, Contains("7=False"));

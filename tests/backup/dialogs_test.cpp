@@ -212,6 +212,20 @@ TEST_F(OptionsDialog, OkWritesFiveKeysInUpperCaseAndRefreshesTheMainWindow) {
     EXPECT_FALSE(dialog->Loaded());
 }
 
+// Its folder is not known: what was saved would be the files of the whole drive.
+TEST_F(OptionsDialog, SetThatCouldNotBeReadIsNotSaved) {
+    Select({});
+    machine.files().Rename("C:\\Vantrel\\WEEKLY.INI", "C:\\Vantrel\\away");
+    Open();
+    machine.files().Rename("C:\\Vantrel\\away", "C:\\Vantrel\\WEEKLY.INI");
+    dialog->Fld_BackupFileName.SetText("MONTHLY");
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox("Unable to Save as C:\\Vantrel\\WEEKLY.INI could not be read.",
+              forms::Icon::kExclamation, "Backup");
+    EXPECT_EQ(Stored().BackupFileName(), "WEEKLY");
+    EXPECT_TRUE(dialog->Loaded());
+}
+
 TEST_F(OptionsDialog, EmptyMaskIsSavedAsAllFiles) {
     Select({.files = "C:\\Data\\*.DOC"});
     Open();

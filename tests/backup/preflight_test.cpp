@@ -234,6 +234,24 @@ TEST_F(Preflight, UnattendedAsksNoConfirmationAndDoesNotCheckTheName) {
                                           "Backup Failed - Unable to locate C:\\Gone\\"));
 }
 
+// A set whose file cannot be read has no values: its archive would have no name, and sub-folders
+// would be left out.
+TEST_F(Preflight, SetThatCannotBeReadIsRefused) {
+    Select({});
+    machine.files().RemoveFile("C:\\Vantrel\\WEEKLY.INI");
+    Press();
+    ExpectOneBox("Unable to continue with the Backup as C:\\Vantrel\\WEEKLY.INI cannot be read.",
+                 forms::Icon::kExclamation);
+}
+
+TEST_F(Preflight, UnattendedSetThatCannotBeReadIsRefused) {
+    Unattended("WEEKLY.INI");
+    Select({});
+    machine.files().RemoveFile("C:\\Vantrel\\WEEKLY.INI");
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Unable to read C:\\Vantrel\\WEEKLY.INI");
+}
+
 TEST_F(Preflight, FreeSpaceThatOverflowsIsNotTrapped) {
     Unattended("WEEKLY.INI");
     machine.AddDrive('A', platform::drive_type::kRemovable);

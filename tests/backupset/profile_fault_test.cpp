@@ -1,4 +1,5 @@
 #include "backupset/clsFiles.h"
+#include "backupset/clsINI.h"
 #include "common/error.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
@@ -75,6 +76,85 @@ TEST_F(ProfileFault, FileThatCannotBeReadIsNotMadeAnew) {
         faulty.plan.Heal();
     }
     EXPECT_EQ(faulty.plan.Fired(), 2);
+}
+
+TEST_F(ProfileFault, FileThatIsOverlookedIsNotMadeAnew) {
+    machine.PutFile(kFile, kOld);
+    faulty.plan.Inject({.kind = Call::kOpen, .number = error_number::kFileNotFound});
+    WriteNew();
+    EXPECT_EQ(machine.Content(kFile), kOld);
+    EXPECT_EQ(machine.Names("C:\\Vantrel"), std::vector<std::string>{"WEEKLY.INI"});
+}
+
+TEST_F(ProfileFault, SeveralKeysAreAllWrittenOrNone) {
+    const std::string all = "; kept\r\n[S]\r\nK=new\r\nL=too\r\n";
+    bool fired = true;
+    for (int at = 1; fired; ++at) {
+        machine.PutFile(kFile, kOld);
+        const int before = faulty.plan.Fired();
+        faulty.plan.Inject({.at = at, .effect = Effect::kDie});
+        try {
+            clsFiles(there).WriteINI({{"S", "K", "new"}, {"S", "L", "too"}}, kFile);
+        } catch (const test::ProcessDied&) {
+        }
+        faulty.plan.Heal();
+        fired = faulty.plan.Fired() > before;
+        const std::string left = machine.Content(kFile);
+        EXPECT_TRUE(left == all || (fired && left == kOld)) << at << ": " << left;
+    }
+}
+
+TEST_F(ProfileFault, SeveralKeysAreReadFromOneOpenFile) {
+    machine.PutFile(kFile, "[S]\r\nK= one \r\nL='two'\r\n");
+    const auto values =
+        clsFiles(there).ReadINI({{"S", "K", ""}, {"s", "l", ""}, {"S", "M", ""}}, kFile);
+    ASSERT_TRUE(values.has_value());
+    EXPECT_EQ(*values, (std::vector<std::string>{"one", "two", ""}));
+    EXPECT_EQ(faulty.plan.Count(Call::kOpen), 1);
+}
+
+TEST_F(ProfileFault, KeysOfAFileThatCannotBeReadAreNotEmptyButUnknown) {
+    machine.PutFile(kFile, kOld);
+    for (const Call call : {Call::kOpen, Call::kRead, Call::kClose}) {
+        faulty.plan.Inject({call});
+        EXPECT_FALSE(clsFiles(there).ReadINI({{"S", "K", ""}}, kFile).has_value());
+        faulty.plan.Heal();
+    }
+    EXPECT_FALSE(clsFiles(there).ReadINI({{"S", "K", ""}}, "C:\\none.ini").has_value());
+}
+
+TEST_F(ProfileFault, SetIsReadAsAWholeOrNotAtAll) {
+    PutSet("WEEKLY.INI", {.name = "WEEKLY"});
+    bool fired = true;
+    for (int at = 1; fired; ++at) {
+        const int before = faulty.plan.Fired();
+        faulty.plan.Inject({.at = at, .number = error_number::kPermissionDenied});
+        clsINI set(there);
+        set.Read_INI(kFile);
+        faulty.plan.Heal();
+        fired = faulty.plan.Fired() > before;
+        EXPECT_EQ(set.WasRead(), !fired);
+        EXPECT_EQ(set.BackupFileName(), fired ? "" : "WEEKLY");
+        EXPECT_EQ(set.BackupSubDirectories(), fired ? "" : "ON");
+    }
+}
+
+TEST_F(ProfileFault, ConfirmingASetThatCannotBeReadEmptiesNoKey) {
+    PutSet("WEEKLY.INI", {.name = "weekly"});
+    const std::string before = machine.Content(kFile);
+    faulty.plan.Inject({.kind = Call::kOpen, .number = error_number::kPermissionDenied});
+    clsINI(there).ConfirmBackslash(kFile);
+    EXPECT_EQ(machine.Content(kFile), before);
+    clsINI(there).ConfirmBackslash(kFile);
+    EXPECT_NE(machine.Content(kFile), before);
+}
+
+TEST_F(ProfileFault, NewSetIsNeverWrittenOverOneThatIsThere) {
+    machine.PutFile(kFile, kOld);
+    EXPECT_THROW(clsINI(there).Create_INI("WEEKLY.INI", true), Error);
+    EXPECT_EQ(machine.Content(kFile), kOld);
+    clsINI(there).Create_INI("WEEKLY.INI");
+    EXPECT_NE(machine.Content(kFile), kOld);
 }
 
 TEST_F(ProfileFault, ReadThatFailsGivesAnEmptyValue) {

@@ -181,6 +181,24 @@ TEST_F(TextFile, ReplaceWithThePowerFailingAnywhereLeavesOldOrNewBytes) {
     });
 }
 
+TEST_F(TextFile, MakeMakesAMissingFileAndLeavesOnlyIt) {
+    platform::MakeWholeFile(faulty, path, new_bytes);
+    EXPECT_EQ(machine.Content(path), new_bytes);
+    EXPECT_THAT(machine.Names("C:\\Vantrel"), ElementsAre("Daily.ini"));
+}
+
+TEST_F(TextFile, MakeOverAFileIs58AndLeavesIt) {
+    machine.PutFile(path, old_bytes);
+    try {
+        platform::MakeWholeFile(faulty, path, new_bytes);
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), kFileExists);
+    }
+    EXPECT_EQ(machine.Content(path), old_bytes);
+    EXPECT_THAT(machine.Names("C:\\Vantrel"), ElementsAre("Daily.ini"));
+}
+
 TEST_F(TextFile, ScratchLeftByADeadProcessDoesNotHinderTheNext) {
     machine.PutFile(path, old_bytes);
     machine.PutFile(path + ".new", "half of someth");

@@ -5,6 +5,7 @@
 
 #include "common/error.h"
 #include "forms/form.h"
+#include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
@@ -66,6 +67,29 @@ TEST_F(ProtectedList, AddAppendsInUpperCaseAndMarksTheNode) {
     EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\\MY DIRECTORY\r\n");
     EXPECT_EQ(tree.At(1).image, 3);
     EXPECT_EQ(tree.At(1).selected_image, 3);
+}
+
+// An entry that was cut off would protect nothing, and swallow the next one.
+TEST_F(ProtectedList, AddThatIsCutOffLeavesTheListAsItWas) {
+    PutEntries("C:\\ONE\r\n");
+    const std::string before = machine.Content(kList);
+    FaultyFileSystem faulty(machine.files());
+    platform::Machine failing = WithFiles(machine.machine(), faulty);
+    forms::Program there{failing, desktop, program.globals};
+    faulty.plan.Inject(
+        {.kind = Call::kWrite, .number = error_number::kDiskFull, .effect = Effect::kShortWrite});
+    Select("C:\\Letters");
+    EXPECT_THROW(clsCfg(there).Protected_Add(tree), Error);
+    EXPECT_EQ(machine.Content(kList), before);
+    EXPECT_NE(tree.At(1).image, 3);
+}
+
+TEST_F(ProtectedList, CreateMissingLeavesAListThatIsThere) {
+    EXPECT_TRUE(cfg.CreateMissing());
+    EXPECT_EQ(machine.Content(kList), kEmptyList);
+    PutEntries("C:\\ONE\r\n");
+    EXPECT_FALSE(cfg.CreateMissing());
+    EXPECT_EQ(machine.Content(kList), kEmptyList + "C:\\ONE\r\n");
 }
 
 TEST_F(ProtectedList, AddingTwiceLeavesTwoLinesAndOneDeleteRemovesBoth) {

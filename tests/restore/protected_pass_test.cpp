@@ -127,6 +127,20 @@ TEST_F(ProtectedPass, RenameThatFailsIsNotTrapped) {
     EXPECT_TRUE(machine.Exists("C:\\Data"));
 }
 
+// The folder is there, though the first look at it fails: it must not be overwritten.
+TEST_F(ProtectedPass, FolderThatCouldNotBeLookedAtIsLookedForAgain) {
+    Protect("C:\\DATA\r\n");
+    machine.PutFile("C:\\Data\\keep.txt", "newer work");
+    FaultyFileSystem faulty(machine.files());
+    faulty.plan.Inject(
+        {.kind = Call::kFind, .number = error_number::kPermissionDenied, .path_part = "C:\\DATA"});
+    platform::Machine busy = WithFiles(machine.machine(), faulty);
+    forms::Program other{busy, desktop, program.globals};
+    RenameProtectedFolders(other, {"Data/a.txt"}, "C:");
+    EXPECT_EQ(faulty.plan.Fired(), 1);
+    EXPECT_EQ(machine.Content("C:\\DATA_001\\keep.txt"), "newer work");
+}
+
 TEST_F(ProtectedPass, MissingListIsNotTrapped) {
     try {
         Pass({"x.txt"}, "C:\\");

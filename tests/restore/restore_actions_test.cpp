@@ -191,6 +191,41 @@ TEST_F(RestoreTabTest, ProtectedFolderIsRenamedBeforeTheRestoreWritesIntoIt) {
     EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
 }
 
+// Its entries are not known, so neither are the protected folders that it would overwrite.
+TEST_F(RestoreTabTest, ArchiveThatCannotBeListedIsNotRestoredWhileFoldersAreProtected) {
+    clsCfg cfg(program);
+    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
+    machine.PutFile(kArchive, "no archive");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    tab.actions.Cmd_Restore_Click();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "Unable to Restore as the contents of C:\\Backups\\WEEKLY.zip cannot be read.");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    EXPECT_EQ(desktop.boxes[0].title, "Restore");
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+    EXPECT_THAT(LogRecords(), IsEmpty());
+}
+
+// What could not be listed when it was chosen is listed again, so that the pass knows of it.
+TEST_F(RestoreTabTest, ListingThatFailedIsTriedAgainBeforeThePass) {
+    Archive();
+    clsCfg cfg(program);
+    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
+    machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    const std::string whole = machine.Content(kArchive);
+    const auto times = machine.files().Find(kArchive)->times;
+    machine.PutFile(kArchive, std::string(whole.size(), '?'));
+    machine.files().SetTimes(kArchive, times);
+    Browse(kArchive);
+    machine.PutFile(kArchive, whole);
+    machine.files().SetTimes(kArchive, times);
+    Restore();
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
+}
+
 TEST_F(RestoreTabTest, ListingThatIsOutOfDateIsListedAnewBeforeThePass) {
     machine.PutFile("C:\\Old\\top.txt", "old");
     Archive("C:\\Old");

@@ -1,10 +1,13 @@
 #include "tests/support/fault_plan.h"
 
 #include <algorithm>
+#include <atomic>
 
 namespace vantrel::test {
 
 namespace {
+
+std::atomic<std::thread::id> only_thread_to_die{};
 
 bool Matches(const CallRecord& call, Call kind, const std::string& path_part) {
     if (kind != Call::kAny && kind != call.kind) return false;
@@ -13,6 +16,9 @@ bool Matches(const CallRecord& call, Call kind, const std::string& path_part) {
 }
 
 }  // namespace
+
+DiesOnThisThreadOnly::DiesOnThisThreadOnly() { only_thread_to_die = std::this_thread::get_id(); }
+DiesOnThisThreadOnly::~DiesOnThisThreadOnly() { only_thread_to_die = std::thread::id(); }
 
 void FaultPlan::Inject(Fault fault) {
     const std::lock_guard lock(mutex_);
@@ -30,6 +36,11 @@ void FaultPlan::Heal() {
 int FaultPlan::Fired() const {
     const std::lock_guard lock(mutex_);
     return fired_;
+}
+
+CallRecord FaultPlan::FirstFired() const {
+    const std::lock_guard lock(mutex_);
+    return first_fired_;
 }
 
 bool FaultPlan::Dead() const {
@@ -81,19 +92,27 @@ FaultPlan::Verdict FaultPlan::Judge(const CallRecord& call) {
     for (Rule& rule : rules_) {
         const Fault& fault = rule.fault;
         if (!Matches(call, fault.kind, fault.path_part)) continue;
+        if (fault.only && !fault.only(call)) continue;
         ++rule.seen;
         const bool due = fault.from_then_on ? rule.seen >= fault.at : rule.seen == fault.at;
         if (due && struck == nullptr) struck = &fault;
     }
     if (struck == nullptr) return {};
-    ++fired_;
-    if (struck->effect == Effect::kDie) {
-        dead_ = true;
-        throw ProcessDied();
-    }
+    if (++fired_ == 1) first_fired_ = call;
+    if (struck->effect == Effect::kDie) Die(call);
+    const int number = struck->number_of ? struck->number_of(call) : struck->number;
     const bool short_write = struck->effect == Effect::kShortWrite && call.kind == Call::kWrite;
-    if (!short_write) RaiseError(struck->number);
-    return {true, struck->number};
+    const bool short_read = struck->effect == Effect::kShortRead && call.kind == Call::kRead;
+    if (!short_write && !short_read) RaiseError(number);
+    return {short_write, number, short_read};
+}
+
+// With the mutex held.
+void FaultPlan::Die(const CallRecord& call) {
+    dead_ = true;
+    const std::thread::id only = only_thread_to_die;
+    if (only != std::thread::id() && only != call.thread) RaiseError(error_number::kDeviceIo);
+    throw ProcessDied();
 }
 
 std::size_t FaultPlan::TakeSpace(std::size_t count) {

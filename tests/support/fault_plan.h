@@ -43,15 +43,27 @@ struct CallRecord {
     std::string path;
     std::string other_path;  // of calls with two
     std::thread::id thread;
+    bool opens_to_write = false;  // of kOpen
 };
 
 // Thrown where the process "dies". Nothing that is asked afterwards reaches the disk: each call
 // then raises error 57, so that what still unwinds may catch it as it catches any other.
 struct ProcessDied {};
 
+// Says that no thread but this one may see ProcessDied while it lives: on others, whose top knows
+// errors only, the call that dies raises error 57 like all that follow it.
+class DiesOnThisThreadOnly {
+  public:
+    DiesOnThisThreadOnly();
+    ~DiesOnThisThreadOnly();
+    DiesOnThisThreadOnly(const DiesOnThisThreadOnly&) = delete;
+    DiesOnThisThreadOnly& operator=(const DiesOnThisThreadOnly&) = delete;
+};
+
 enum class Effect {
     kRaise,       // the call is not made; it raises
     kShortWrite,  // a write puts down half of its bytes, then raises
+    kShortRead,   // a read hands over half of what was asked for; the rest comes with the next one
     kDie,         // the call is not made; ProcessDied
 };
 
@@ -61,7 +73,9 @@ struct Fault {
     bool from_then_on = false;
     int number = error_number::kDeviceIo;
     Effect effect = Effect::kRaise;
-    std::string path_part{};  // only calls whose path contains this
+    std::string path_part{};                            // only calls whose path contains this
+    std::function<bool(const CallRecord&)> only{};      // only calls that it is true for; none: all
+    std::function<int(const CallRecord&)> number_of{};  // in place of `number`, by the call
 };
 
 class FaultPlan {
@@ -75,6 +89,8 @@ class FaultPlan {
     void Heal();
     // How many calls have failed by injection.
     int Fired() const;
+    // The first of them.
+    CallRecord FirstFired() const;
     bool Dead() const;
 
     // Writes beyond `bytes` more (of all files together) raise 61; the part that fits is written.
@@ -92,6 +108,7 @@ class FaultPlan {
     struct Verdict {
         bool short_write = false;
         int number = 0;
+        bool short_read = false;
     };
     Verdict Enter(CallRecord call);
     // How many of `count` bytes may be written; the rest does not fit.
@@ -104,11 +121,13 @@ class FaultPlan {
         int seen = 0;
     };
     Verdict Judge(const CallRecord& call);
+    [[noreturn]] void Die(const CallRecord& call);
 
     mutable std::mutex mutex_;
     std::vector<Rule> rules_;
     std::vector<CallRecord> calls_;
     int fired_ = 0;
+    CallRecord first_fired_;
     bool dead_ = false;
     std::uint64_t space_ = std::numeric_limits<std::uint64_t>::max();
     std::size_t read_limit_ = std::numeric_limits<std::size_t>::max();

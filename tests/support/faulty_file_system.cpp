@@ -12,11 +12,24 @@ std::string ContentOrNothing(platform::FileSystem& files, const std::string& pat
     return info && !info->IsFolder() ? platform::ReadWholeFile(files, path) : std::string();
 }
 
+// What is missing makes no error of a question: its answer is that nothing is there.
+bool IsMissing(const Error& error) {
+    switch (error.number()) {
+        case error_number::kFileNotFound:
+        case error_number::kPathNotFound:
+        case error_number::kDeviceUnavailable:
+        case error_number::kDiskNotReady:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 std::unique_ptr<platform::File> FaultyFileSystem::Open(const std::string& path,
                                                        platform::OpenMode mode) {
-    plan.Enter({Call::kOpen, path, {}, {}});
+    plan.Enter({Call::kOpen, path, {}, {}, mode != platform::OpenMode::kRead});
     if (mode == platform::OpenMode::kRead) {
         return std::make_unique<FaultyFile>(plan, path, real_.Open(path, mode));
     }
@@ -30,7 +43,12 @@ std::unique_ptr<platform::File> FaultyFileSystem::Open(const std::string& path,
 }
 
 std::optional<platform::FileInfo> FaultyFileSystem::Find(const std::string& path) {
-    plan.Enter({Call::kFind, path, {}, {}});
+    try {
+        plan.Enter({Call::kFind, path, {}, {}});
+    } catch (const Error& error) {
+        if (IsMissing(error)) return std::nullopt;
+        throw;
+    }
     return real_.Find(path);
 }
 
@@ -79,7 +97,12 @@ void FaultyFileSystem::SetTimes(const std::string& path, const platform::FileTim
 }
 
 bool FaultyFileSystem::SameFile(const std::string& one, const std::string& other) {
-    plan.Enter({Call::kSameFile, one, other, {}});
+    try {
+        plan.Enter({Call::kSameFile, one, other, {}});
+    } catch (const Error& error) {
+        if (IsMissing(error)) return false;
+        throw;
+    }
     return real_.SameFile(one, other);
 }
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "platform/text_file.h"
 #include "tests/support/test_machine.h"
 
@@ -68,10 +70,10 @@ TEST_F(FaultyFiles, NthCallOfAKindFailsOnceWithTheChosenNumber) {
 }
 
 TEST_F(FaultyFiles, FailingFromThenOnLastsUntilHealed) {
-    faulty.plan.Inject({.at = 2, .from_then_on = true, .number = kDeviceUnavailable});
+    faulty.plan.Inject({.at = 2, .from_then_on = true, .number = kPermissionDenied});
     EXPECT_EQ(ErrorOf([&] { faulty.Find(path); }), 0);
-    EXPECT_EQ(ErrorOf([&] { faulty.Find(path); }), kDeviceUnavailable);
-    EXPECT_EQ(ErrorOf([&] { faulty.MakeFolder("C:\\x"); }), kDeviceUnavailable);
+    EXPECT_EQ(ErrorOf([&] { faulty.Find(path); }), kPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { faulty.MakeFolder("C:\\x"); }), kPermissionDenied);
     EXPECT_FALSE(machine.Exists("C:\\x"));
     faulty.plan.Heal();
     EXPECT_EQ(ErrorOf([&] { faulty.MakeFolder("C:\\x"); }), 0);
@@ -107,6 +109,52 @@ TEST_F(FaultyFiles, ShortReadsGiveNoMoreThanTheirLimit) {
     EXPECT_EQ(file->Read(room, 2), 2u);
     EXPECT_EQ(file->Read(room, 8), 3u);
     EXPECT_EQ(file->Read(room, 8), 0u);
+}
+
+TEST_F(FaultyFiles, OneShortReadHandsOverHalfAndTheNextGoesOn) {
+    machine.PutFile(path, "12345678");
+    faulty.plan.Inject({.kind = Call::kRead, .effect = Effect::kShortRead});
+    char room[8];
+    auto file = faulty.Open(path, OpenMode::kRead);
+    EXPECT_EQ(file->Read(room, 8), 4u);
+    EXPECT_EQ(file->Read(room, 8), 4u);
+    EXPECT_EQ(file->Read(room, 8), 0u);
+}
+
+TEST_F(FaultyFiles, WhatIsMissingIsNotFoundWithoutAnError) {
+    machine.PutFile(path, "1");
+    for (const int number : {kFileNotFound, kPathNotFound, kDeviceUnavailable, kDiskNotReady}) {
+        faulty.plan.Inject({.from_then_on = true, .number = number});
+        EXPECT_FALSE(faulty.Find(path).has_value()) << number;
+        EXPECT_FALSE(faulty.SameFile(path, path)) << number;
+        faulty.plan.Heal();
+    }
+    faulty.plan.Inject({.number = kPermissionDenied});
+    EXPECT_EQ(ErrorOf([&] { faulty.Find(path); }), kPermissionDenied);
+}
+
+TEST_F(FaultyFiles, RuleMayChooseItsCallsAndItsNumberByTheCall) {
+    machine.PutFile(path, "1");
+    faulty.plan.Inject({.from_then_on = true,
+                        .only = [](const CallRecord& call) { return call.opens_to_write; },
+                        .number_of =
+                            [](const CallRecord& call) {
+                                return call.path == "C:\b.txt" ? kPathNotFound : kDiskFull;
+                            }});
+    EXPECT_NO_THROW(faulty.Open(path, OpenMode::kRead));
+    EXPECT_EQ(ErrorOf([&] { faulty.Open(path, OpenMode::kAppend); }), kDiskFull);
+    EXPECT_EQ(ErrorOf([&] { faulty.Open("C:\b.txt", OpenMode::kWrite); }), kPathNotFound);
+    EXPECT_EQ(faulty.plan.Fired(), 2);
+    EXPECT_EQ(faulty.plan.FirstFired().path, path);
+}
+
+TEST_F(FaultyFiles, OtherThreadsSeeADeathAsAnError) {
+    const DiesOnThisThreadOnly here;
+    faulty.plan.Inject({.effect = Effect::kDie});
+    int number = 0;
+    std::thread([&] { number = ErrorOf([&] { faulty.Find(path); }); }).join();
+    EXPECT_EQ(number, kDeviceIo);
+    EXPECT_TRUE(faulty.plan.Dead());
 }
 
 TEST_F(FaultyFiles, AfterTheProcessDiedNothingReachesTheDisk) {

@@ -286,6 +286,25 @@ TEST_F(ScratchSet, NameInOtherCaseIsTheSameFile) {
     EXPECT_EQ(machine.Content(kScratch), SetText({.name = "TEMP"}));
 }
 
+// A scratch file of a refused save, overlooked because its folder could not be listed.
+TEST_F(ScratchSet, WhatWasLeftInTheScratchFileIsNoPartOfTheNextSave) {
+    FaultyFileSystem faulty(machine.files());
+    platform::Machine failing = WithFiles(machine.machine(), faulty);
+    forms::Program its_program{failing, desktop, program.globals};
+    Frm_Mainmenu its_window(its_program);
+    desktop.Load(its_window);
+    its_window.TAB_Backup.SetTab(2);
+    its_window.Edit.Fil_INI.SetIndex(0);
+    ASSERT_EQ(its_window.Edit.CurrentINI, "DAILY.INI");
+    its_window.Edit.Fld_INI.UserType(TextWithName("EDITED"));
+    faulty.plan.Inject({.kind = Call::kList, .number = error_number::kPathFileAccess});
+    its_window.Edit.Cmd_Save.UserPress();
+    EXPECT_EQ(faulty.plan.Fired(), 1);
+    EXPECT_TRUE(its_window.Edit.SaveAccepted);
+    EXPECT_EQ(Saved(),
+              SetText({.files = "C:\\DATA\\*.*", .name = "EDITED", .to_drive = "C:\\BACKUPS\\"}));
+}
+
 // At every step of a save that fails, the set holds its old text or the new one, whole.
 class EditorSaveFaults : public EditorSave {};
 

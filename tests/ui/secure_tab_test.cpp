@@ -5,6 +5,7 @@
 
 #include "common/error.h"
 #include "protect/clsCfg.h"
+#include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
@@ -87,6 +88,21 @@ TEST_F(SecureTabTest, EnteringCreatesAMissingListAndLoadsTheApplicationsDrive) {
     EXPECT_THAT(Tags(), ElementsAre("C:\\Data", "C:\\Data\\Sub", "C:\\Vantrel", "C:\\WINDOWS",
                                     "C:\\WINDOWS\\TEMP"));
     EXPECT_EQ(Tab().Dri_SecureMode.Drive().substr(0, 2), "c:");
+}
+
+TEST_F(SecureTabTest, EnteringKeepsAListThatCannotBeLookedAt) {
+    clsCfg(program).Create_CFG(kList);
+    const std::string list = machine.Content(kList) + "C:\\DATA\r\n";
+    machine.PutFile(kList, list);
+    FaultyFileSystem faulty(machine.files());
+    platform::Machine failing = WithFiles(machine.machine(), faulty);
+    forms::Program its_program{failing, desktop, program.globals};
+    Frm_Mainmenu its_window(its_program);
+    desktop.Load(its_window);
+    faulty.plan.Inject({.kind = Call::kList, .number = error_number::kPathFileAccess});
+    its_window.TAB_Backup.SetTab(kTab);
+    EXPECT_EQ(faulty.plan.Fired(), 1);
+    EXPECT_EQ(machine.Content(kList), list);
 }
 
 TEST_F(SecureTabTest, EnteringKeepsAListThatIsThere) {

@@ -80,6 +80,20 @@ TEST_F(ExtractionFailure, MissingArchiveAnsweredWithCancel) {
     EXPECT_FALSE(files.Exists("C:\\Out"));
 }
 
+// A power failure right behind the exchange of the names must not take both files.
+TEST_F(ExtractionFailure, FileIsReplacedOnlyByOneThatIsOnTheDisk) {
+    PutArchive();
+    files.Put("C:\\Out\\a.txt", "old");
+    Strings replaced;
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call != "Replace") return;
+        replaced.push_back(path);
+        EXPECT_TRUE(files.AllFlushed("C:\\Out\\~vantrel-1.tmp"));
+    };
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(replaced, Strings{"C:\\Out\\a.txt"});
+}
+
 TEST_F(ExtractionFailure, MissingArchiveUnattendedFails) {
     EXPECT_EQ(Run(), RunOutcome::kFailed);
     EXPECT_EQ(events.Texts(MessageKind::kError),

@@ -1,0 +1,154 @@
+#include "tests/faults/computer.h"
+
+#include <algorithm>
+
+#include "backupset/file_header.h"
+#include "platform/text_file.h"
+
+namespace vantrel::test {
+
+namespace {
+
+// Answers of Retry before the user gives up: to one question, and altogether.
+constexpr int kPatience = 2;
+constexpr std::size_t kLongPatience = 40;
+
+std::string ParentOf(const std::string& path) {
+    const std::size_t end = path.find_last_of('\\');
+    return end == std::string::npos ? std::string() : path.substr(0, end);
+}
+
+// The machine over the faults; with `drives`, whose disks are changed.
+platform::Machine With(platform::Machine& real, platform::FileSystem& files,
+                       platform::Drives* drives) {
+    return {real.process,
+            files,
+            drives ? *drives : real.drives,
+            real.clock,
+            real.settings,
+            real.code_page,
+            real.shell,
+            real.mail_session,
+            real.mail_messages};
+}
+
+}  // namespace
+
+Computer::Computer(Disk where)
+    : disk(where == Disk::kHost ? services.files() : memory),
+      faulty(disk),
+      machine(With(services.machine(), faulty, where == Disk::kHost ? nullptr : &box)) {
+    desktop.on_box = [this](const forms::Box& shown) { Answer(shown); };
+}
+
+Computer::~Computer() = default;
+
+void Computer::Put(const std::string& path, const std::string& bytes) {
+    MakeFolders(ParentOf(path));
+    platform::WriteWholeFile(disk, path, bytes);
+}
+
+void Computer::MakeFolders(const std::string& path) {
+    if (path.size() <= 2 || disk.Find(path)) return;
+    MakeFolders(ParentOf(path));
+    disk.MakeFolder(path);
+}
+
+void Computer::Furnish() {
+    Put("C:\\Data\\a.txt", "alpha");
+    Put("C:\\Data\\b.bin", std::string(3000, 'b'));
+    Put("C:\\Data\\Sub\\c.txt", "gamma");
+    MakeFolders("C:\\Backups");
+    Put(kSetPath, SetText("WEEKLY", "C:\\BACKUPS\\"));
+    Put(kLogPath, LogText());
+    Put(kListPath, ListText({"C:\\DATA", "C:\\DIARY"}));
+}
+
+void Computer::Start(const std::string& command_line) {
+    services.process.command_line = command_line;
+    application = std::make_unique<Application>(machine, desktop);
+    application->Main();
+}
+
+// What somebody does who wants the thing to happen, but not for ever.
+void Computer::Answer(const forms::Box& shown) {
+    if (shown.buttons == forms::Buttons::kYesNo) desktop.answers = {forms::Answer::kYes};
+    if (shown.buttons == forms::Buttons::kRetryCancel) {
+        asked_.push_back(shown.text);
+        const bool again = std::count(asked_.begin(), asked_.end(), shown.text) <= kPatience &&
+                           asked_.size() <= kLongPatience;
+        desktop.answers = {again ? forms::Answer::kRetry : forms::Answer::kCancel};
+    }
+}
+
+Ending Computer::Work(const std::function<void()>& act) {
+    const DiesOnThisThreadOnly here;
+    try {
+        try {
+            act();
+        } catch (const Error& error) {
+            application->EndByError(error);
+        }
+        exit_code = application->ExitCode();
+    } catch (const ProcessDied&) {
+    } catch (const ProgramEnded& end) {
+        ending = Ending::kEnded;
+        exit_code = end.exit_code;
+    }
+    // Somebody else may have seen the death as an error.
+    if (plan().Dead()) ending = Ending::kDied;
+    return ending;
+}
+
+bool Computer::Exists(const std::string& path) { return disk.Find(path).has_value(); }
+
+std::string Computer::Content(const std::string& path) {
+    return Exists(path) ? platform::ReadWholeFile(disk, path) : std::string();
+}
+
+Tree Computer::Below(const std::string& folder) {
+    Tree tree;
+    if (!Exists(folder)) return tree;
+    disk.List(folder, [&](const platform::FileInfo& info) {
+        const std::string path = folder + "\\" + info.name;
+        if (info.IsFolder()) {
+            tree.merge(Below(path));
+        } else {
+            tree[path] = Content(path);
+        }
+        return true;
+    });
+    return tree;
+}
+
+std::string SetText(const std::string& archive_name, const std::string& destination,
+                    const std::string& multi_volume) {
+    std::string text;
+    for (const std::string& line : FileHeader()) text += line + "\r\n";
+    return text +
+           "[BACKUP SOURCE]\r\nBackupFiles=C:\\DATA\\*.*\r\nBackupSubDirectories=ON\r\n\r\n"
+           "[DESTINATION]\r\nBackupFileName=" +
+           archive_name + "\r\nMultiVolumeBackup=" + multi_volume +
+           "\r\nBackupToDrive=" + destination +
+           "\r\nTimeBackup=OFF\r\n\r\n[RESTORE SOURCE]\r\nRestoreFromDrive=\r\nRestoreFileName=\r\n"
+           "\r\n[RESTORE DESTINATION]\r\nRestoreDestination=\r\n\r\n";
+}
+
+std::string LogText(std::size_t bytes) {
+    std::string text;
+    for (int i = 0; i < 12; ++i) text += "header " + std::to_string(i) + "\r\n";
+    for (int i = 0; i < 3 || text.size() < bytes; ++i) {
+        text += "14/11/2026 10:00:00 Earlier record " + std::to_string(i) + "\r\n";
+    }
+    return text;
+}
+
+std::string ListText(const std::vector<std::string>& folders) {
+    std::string text;
+    for (const std::string& line : FileHeader()) text += line + "\r\n";
+    text += ";  Secure Data Directories  \r\n;\r\n\r\n";
+    for (const std::string& folder : folders) text += folder + "\r\n";
+    return text;
+}
+
+}  // namespace vantrel::test

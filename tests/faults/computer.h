@@ -1,0 +1,90 @@
+// A whole computer for one run of the program over a disk that fails on demand: the program from
+// its start-up procedure on, the person in front of it, and what is left when it has ended.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/application.h"
+#include "tests/support/faulty_file_system.h"
+#include "tests/support/scripted_desktop.h"
+#include "tests/support/test_machine.h"
+#include "tests/zip/disk_box.h"
+
+namespace vantrel::test {
+
+constexpr const char* kSetPath = "C:\\Vantrel\\WEEKLY.INI";
+constexpr const char* kListPath = "C:\\Vantrel\\Vantrel.Cfg";
+constexpr const char* kLogPath = "C:\\Vantrel\\Vantrel.Log";
+
+// How the program came out of what it was doing.
+enum class Ending {
+    kCameBack,  // and its window is still open, or it has closed it
+    kEnded,     // at once, by itself
+    kDied,
+};
+
+using Tree = std::map<std::string, std::string>;  // content by path
+
+class Computer {
+  public:
+    // `disk` is in memory for drives whose disks are changed, else folders of the host.
+    enum class Disk { kHost, kMemory };
+    explicit Computer(Disk disk = Disk::kHost);
+    ~Computer();
+
+    FaultPlan& plan() { return faulty.plan; }
+
+    // --- arranging; no fault strikes here unless one has been injected ---
+    void Put(const std::string& path, const std::string& bytes);
+    void MakeFolders(const std::string& path);
+    // C:\Vantrel with a set WEEKLY.INI (C:\Data to C:\Backups\WEEKLY.zip), a log with records and
+    // a list that protects C:\Data; C:\Data with three files.
+    void Furnish();
+    // Runs the start-up procedure: with a command line one unattended run, else until the main
+    // window is there.
+    void Start(const std::string& command_line = "");
+    Frm_Mainmenu& window() { return application->main_window(); }
+    // Runs `act` and whatever the entry point does with what comes out of it.
+    Ending Work(const std::function<void()>& act);
+
+    // --- looking, below the faults ---
+    bool Exists(const std::string& path);
+    // "" for a file that is not there.
+    std::string Content(const std::string& path);
+    // Every file below a folder.
+    Tree Below(const std::string& folder);
+
+    TestMachine services;
+    MemoryFileSystem memory;
+    DiskBox box{memory};
+    platform::FileSystem& disk;
+    FaultyFileSystem faulty;
+    ScriptedDesktop desktop;
+    platform::Machine machine;
+    std::unique_ptr<Application> application;
+
+    Ending ending = Ending::kCameBack;
+    int exit_code = 0;          // of the process, when it has ended
+    bool power_failed = false;  // after the work, whether it had ended or not
+    std::string outcome;        // what the progress window said at its end
+    // Files as they were before the run.
+    Tree before;
+
+  private:
+    void Answer(const forms::Box& box);
+    std::vector<std::string> asked_;
+};
+
+// A set file as the program's template has it.
+std::string SetText(const std::string& archive_name, const std::string& destination,
+                    const std::string& multi_volume = "OFF");
+// A log with a header and records, `bytes` long at least.
+std::string LogText(std::size_t bytes = 0);
+// The list of protected folders with its header.
+std::string ListText(const std::vector<std::string>& folders);
+
+}  // namespace vantrel::test

@@ -1,0 +1,131 @@
+#include "tests/faults/fault_sweep.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace vantrel::test {
+
+namespace {
+
+constexpr int kMostCalls = 20000;  // more are a program that never gives up
+constexpr std::size_t kToldLosses = 400;
+
+struct Try {
+    bool fired = false;
+    bool reached = false;
+    std::string lost{};
+};
+
+std::string InWords(const FaultKind& kind, const Fault& fault, const CallRecord& call) {
+    return kind.name + (fault.from_then_on ? " from call " : " at call ") +
+           std::to_string(fault.at) + " (" + std::to_string(static_cast<int>(call.kind)) + " " +
+           call.path + ")";
+}
+
+Try TryOnce(const Scenario& scenario, const FaultKind& kind, const Fault& fault) {
+    Computer computer(scenario.disk);
+    scenario.arrange(computer);
+    FaultPlan& plan = computer.plan();
+    plan.Inject(fault);
+    computer.Work([&] { scenario.act(computer); });
+    computer.application.reset();
+    const int fired = plan.Fired();
+    const CallRecord first = plan.FirstFired();
+    plan.Heal();
+    if (kind.loses_power) computer.faulty.LoseUnflushed();
+    computer.power_failed = kind.loses_power;
+    Try result{.fired = fired > 0};
+    result.lost = scenario.judge(computer, result.reached);
+    if (!result.lost.empty()) result.lost = InWords(kind, fault, first) + ": " + result.lost;
+    return result;
+}
+
+// Every n-th call, until there is none.
+void SweepKind(const Scenario& scenario, const FaultKind& kind, bool lasting, int start,
+               Tally& tally) {
+    for (int at = start; at < kMostCalls; at += scenario.step) {
+        Fault fault = kind.fault;
+        fault.at = at;
+        fault.from_then_on = lasting;
+        const Try tried = TryOnce(scenario, kind, fault);
+        if (!tried.lost.empty()) tally.lost.push_back(tried.lost);
+        // Without the fault, the power still fails, just after the work.
+        if (!tried.fired) return;
+        ++tally.faults;
+        tally.survived += tried.lost.empty();
+        tally.done_nevertheless += tried.lost.empty() && tried.reached;
+    }
+    tally.lost.push_back(kind.name + ": does not come to an end");
+}
+
+int CountCalls(const Scenario& scenario) {
+    Computer computer(scenario.disk);
+    scenario.arrange(computer);
+    computer.plan().ForgetCalls();
+    computer.Work([&] { scenario.act(computer); });
+    computer.application.reset();
+    bool reached = false;
+    const std::string lost = scenario.judge(computer, reached);
+    EXPECT_EQ(lost, "") << scenario.name << " without a fault";
+    EXPECT_TRUE(reached) << scenario.name << " without a fault";
+    return static_cast<int>(computer.plan().Calls().size());
+}
+
+void Print(const std::string& name, const Tally& tally) {
+    std::printf("[ faults   ] %-44s %5d calls %6d faults %6d survived %3zu lost\n", name.c_str(),
+                tally.calls, tally.faults, tally.survived, tally.lost.size());
+    std::fflush(stdout);
+}
+
+Tally total;
+
+class PrintsTotal : public ::testing::Environment {
+  public:
+    void TearDown() override {
+        if (total.faults > 0) Print("All sweeps", total);
+    }
+};
+
+const auto* const prints_total = ::testing::AddGlobalTestEnvironment(new PrintsTotal);
+
+}  // namespace
+
+void Tally::Add(const Tally& other) {
+    calls += other.calls;
+    faults += other.faults;
+    survived += other.survived;
+    done_nevertheless += other.done_nevertheless;
+    lost.insert(lost.end(), other.lost.begin(), other.lost.end());
+}
+
+Tally SweepQuietly(const Scenario& scenario) {
+    Tally tally;
+    tally.calls = CountCalls(scenario);
+    int kinds_so_far = 0;
+    for (const FaultKind& kind : *scenario.kinds) {
+        for (const bool lasting : {false, true}) {
+            if (lasting ? !kind.lasting : !kind.once) continue;
+            SweepKind(scenario, kind, lasting, 1 + kinds_so_far++ % scenario.step, tally);
+        }
+    }
+    return tally;
+}
+
+Tally Sweep(const Scenario& scenario) {
+    const Tally tally = SweepQuietly(scenario);
+    Print(scenario.name, tally);
+    total.Add(tally);
+    return tally;
+}
+
+void ExpectNothingLost(const Tally& tally) {
+    EXPECT_GT(tally.faults, 0);
+    EXPECT_EQ(tally.faults, tally.survived);
+    for (std::size_t i = 0; i < std::min(tally.lost.size(), kToldLosses); ++i) {
+        ADD_FAILURE() << "lost: " << tally.lost[i];
+    }
+    EXPECT_EQ(tally.lost.size(), 0u);
+}
+
+}  // namespace vantrel::test
