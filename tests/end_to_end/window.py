@@ -210,6 +210,14 @@ class Attended:
             self._control("to_front", name)
         self._ask("keys", keys)
 
+    def come_to_front(self, name):
+        """Brings a control's window in front of other programs' and waits until it has the keyboard,
+        which those do not give away at once."""
+        def has_keyboard():
+            self._control("to_front", name)
+            return self.focus()
+        self.wait_for(has_keyboard, f"the keyboard in the window of {name}")
+
     def set_dpi(self, dpi, name="TAB_Backup"):
         self._control("dpi", name, dpi)
 
