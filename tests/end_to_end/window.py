@@ -43,11 +43,11 @@ class Attended:
     """The program with a person before it. Everything that it leaves behind ends with the
     computer it runs on."""
 
-    def __init__(self, pc, *arguments, wait=True):
+    def __init__(self, pc, *arguments, wait=True, program="V:\\Vantrel\\Vantrel.exe"):
         self.pc = pc
         self._driver = pc.start(pc.helper("drive_window.exe"), stdin=subprocess.PIPE,
                                 stdout=subprocess.PIPE)
-        self.process = pc.start("V:\\Vantrel\\Vantrel.exe", *arguments, stdin=subprocess.DEVNULL)
+        self.process = pc.start(program, *arguments, stdin=subprocess.DEVNULL)
         if wait:
             self.wait_for(lambda: self.visible("TAB_Backup"), "the main window")
 
