@@ -47,8 +47,8 @@ class Contents(harness.unittest.TestCase):
         """An executable of this edition and version, without symbols, that scales with the screen."""
         start = struct.unpack_from("<I", program, 0x3C)[0]
         self.assertEqual(b"PE\0\0", program[start:start + 4])
-        machine, _, _, table, symbols = struct.unpack_from("<HHIII", program, start + 4)
-        self.assertEqual((MACHINES[edition], 0, 0), (machine, table, symbols))
+        machine, _, _, _, symbols = struct.unpack_from("<HHIII", program, start + 4)
+        self.assertEqual((MACHINES[edition], 0), (machine, symbols))
         file_version = output(harness.ROOT / "scripts" / "product-version", "--file").strip()
         self.assertIn(file_version.encode("utf-16-le"), program)
         self.assertIn(b"dpiAware", program)
