@@ -342,6 +342,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/mail_test.py
     tests/end_to_end/main_window_test.py
     tests/end_to_end/package_test.py
+    tests/end_to_end/recipes_test.py
     tests/end_to_end/refusal_test.py
     tests/end_to_end/restore_test.py
     tests/end_to_end/spanning_test.py
