@@ -106,7 +106,8 @@ set(SYSTEM_SOURCES
     system/clsApplication.cpp
     system/clsDrives.cpp
     system/clsForm.cpp
-    system/clsSystem.cpp)
+    system/clsSystem.cpp
+    system/guide.cpp)
 set(PROTECT_SOURCES
     protect/clsCfg.cpp
     protect/clsInfo.cpp
@@ -296,6 +297,7 @@ set(LOG_TESTS
 set(SYSTEM_TESTS
     tests/system/application_test.cpp
     tests/system/drives_test.cpp
+    tests/system/guide_test.cpp
     tests/system/web_and_gradient_test.cpp)
 set(PROTECT_TESTS
     tests/protect/clsCfg_test.cpp
@@ -344,6 +346,8 @@ set(END_TO_END_HELPERS
     tests/end_to_end/drive_window.cpp
     tests/end_to_end/launch.cpp
     tests/end_to_end/lock_file.cpp)
+set(END_TO_END_WINDOWLESS
+    tests/end_to_end/recording_browser.cpp)
 set(END_TO_END_LIBRARIES
     tests/end_to_end/recording_mapi.cpp)
 set(END_TO_END_TESTS
@@ -351,9 +355,12 @@ set(END_TO_END_TESTS
     tests/end_to_end/backup_test.py
     tests/end_to_end/editor_test.py
     tests/end_to_end/failure_test.py
+    tests/end_to_end/guide_test.py
     tests/end_to_end/kill_test.py
     tests/end_to_end/mail_test.py
     tests/end_to_end/main_window_test.py
+    tests/end_to_end/package_test.py
+    tests/end_to_end/recipes_test.py
     tests/end_to_end/refusal_test.py
     tests/end_to_end/restore_test.py
     tests/end_to_end/spanning_test.py

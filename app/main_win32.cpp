@@ -5,6 +5,7 @@
 
 #include "app/application.h"
 #include "platform/win32/win32_machine.h"
+#include "system/guide.h"
 #include "views/win32/desktop.h"
 
 namespace {
@@ -31,6 +32,9 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     vantrel::views::Win32Desktop desktop;
     vantrel::Application application(machine.machine(), desktop);
     desktop.on_unhandled = [&](const Error& error) { application.EndByError(error); };
+    desktop.on_help = [&](vantrel::forms::Form& window) {
+        vantrel::ShowGuide(application.program(), window);
+    };
     const int code = RunProgram(application, desktop);
     desktop.on_unhandled = nullptr;
     return code;

@@ -1,11 +1,16 @@
 # The tests of the finished program under Wine: build/<preset>/app/Vantrel.exe on real drives.
-foreach(source IN LISTS END_TO_END_HELPERS)
+foreach(source IN LISTS END_TO_END_HELPERS END_TO_END_WINDOWLESS)
     cmake_path(GET source STEM helper)
     add_executable(${helper} ${source})
     target_link_libraries(${helper} PRIVATE vantrel_options)
     target_link_options(${helper} PRIVATE -municode)
     set_target_properties(${helper} PROPERTIES
                           RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/end_to_end)
+endforeach()
+# They have no console, which would be a window and take the keyboard.
+foreach(source IN LISTS END_TO_END_WINDOWLESS)
+    cmake_path(GET source STEM helper)
+    set_target_properties(${helper} PROPERTIES WIN32_EXECUTABLE ON)
 endforeach()
 
 # The mail program of the tests, a library that a test registers in its prefix.

@@ -35,6 +35,13 @@ add_custom_command(
             ${VANTREL_APP}/System/FileCopy.AVI
     DEPENDS scripts/make-animation ${VANTREL_DRAWING} VERBATIM)
 
+# The page that F1 opens.
+add_custom_command(
+    OUTPUT ${VANTREL_APP}/guide.html
+    COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-guide
+            ${CMAKE_SOURCE_DIR}/docs/guide.md ${VANTREL_APP}/guide.html ${VANTREL_VERSION_TEXT}
+    DEPENDS scripts/make-guide docs/guide.md common/product.h VERBATIM)
+
 # A fresh installation protects no folder: the list that the program itself would create, so that a
 # first restore finds one.
 string(CONCAT protected_list
@@ -46,8 +53,9 @@ string(CONCAT protected_list
     ";  Secure Data Directories  \n"
     ";\n"
     "\n")
-file(CONFIGURE OUTPUT ${VANTREL_APP}/Vantrel.Cfg CONTENT "${protected_list}"
+file(CONFIGURE OUTPUT ${VANTREL_GENERATED}/Vantrel.Cfg CONTENT "${protected_list}"
      @ONLY NEWLINE_STYLE CRLF)
+configure_file(${VANTREL_GENERATED}/Vantrel.Cfg ${VANTREL_APP}/Vantrel.Cfg COPYONLY)
 
 set_source_files_properties(
     views/win32/vantrel.rc PROPERTIES OBJECT_DEPENDS
@@ -75,7 +83,13 @@ if(VANTREL_EXE_SOURCES)
     vantrel_windows_program(Vantrel ${VANTREL_EXE_SOURCES})
     set_target_properties(Vantrel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VANTREL_APP})
     add_custom_target(vantrel_clip ALL DEPENDS ${VANTREL_APP}/System/FileCopy.AVI)
-    add_dependencies(Vantrel vantrel_clip)
+    add_custom_target(vantrel_guide ALL DEPENDS ${VANTREL_APP}/guide.html)
+    add_dependencies(Vantrel vantrel_clip vantrel_guide)
+
+    # What a package holds, and nothing that a user has put beside it: `cmake --install`.
+    install(TARGETS Vantrel RUNTIME DESTINATION .)
+    install(FILES ${VANTREL_GENERATED}/Vantrel.Cfg ${VANTREL_APP}/guide.html DESTINATION .)
+    install(FILES ${VANTREL_APP}/System/FileCopy.AVI DESTINATION System)
 endif()
 if(VANTREL_TESTS)
     vantrel_windows_program(view_gallery EXCLUDE_FROM_ALL tests/views/gallery.cpp)

@@ -43,11 +43,11 @@ class Attended:
     """The program with a person before it. Everything that it leaves behind ends with the
     computer it runs on."""
 
-    def __init__(self, pc, *arguments, wait=True):
+    def __init__(self, pc, *arguments, wait=True, program="V:\\Vantrel\\Vantrel.exe"):
         self.pc = pc
         self._driver = pc.start(pc.helper("drive_window.exe"), stdin=subprocess.PIPE,
                                 stdout=subprocess.PIPE)
-        self.process = pc.start("V:\\Vantrel\\Vantrel.exe", *arguments, stdin=subprocess.DEVNULL)
+        self.process = pc.start(program, *arguments, stdin=subprocess.DEVNULL)
         if wait:
             self.wait_for(lambda: self.visible("TAB_Backup"), "the main window")
 
@@ -209,6 +209,14 @@ class Attended:
         if name:
             self._control("to_front", name)
         self._ask("keys", keys)
+
+    def come_to_front(self, name):
+        """Brings a control's window in front of other programs' and waits until it has the keyboard,
+        which those do not give away at once."""
+        def has_keyboard():
+            self._control("to_front", name)
+            return self.focus()
+        self.wait_for(has_keyboard, f"the keyboard in the window of {name}")
 
     def set_dpi(self, dpi, name="TAB_Backup"):
         self._control("dpi", name, dpi)

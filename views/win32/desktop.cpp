@@ -197,6 +197,11 @@ void Win32Desktop::Escape(WindowView& view) {
     if (IsWindowEnabled(view.handle())) PressCancelOrOk(*view.form());
 }
 
+void Win32Desktop::Help(WindowView& view) {
+    forms::Form* const form = view.form();
+    if (form && on_help && !session_ends_) Guarded([&] { on_help(*form); });
+}
+
 void Win32Desktop::EndSession() {
     if (session_ends_) return;
     session_ends_ = true;

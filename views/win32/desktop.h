@@ -25,6 +25,8 @@ class Win32Desktop : public forms::Desktop {
     // What happens to an error that a handler did not trap. It is called inside the window
     // procedure, through which no error may travel, and is expected to end the program.
     std::function<void(const Error&)> on_unhandled;
+    // F1, in the window of `form` or in a box that stands over it. Nothing may be set.
+    std::function<void(forms::Form& form)> on_help;
 
     forms::Answer Show(const forms::Box& box) override;
     std::string Input(const std::string& prompt, const std::string& title,
@@ -53,6 +55,7 @@ class Win32Desktop : public forms::Desktop {
     void Close(WindowView& view, forms::UnloadMode mode);
     // Esc does the same to windows with such a button and nothing to others.
     void Escape(WindowView& view);
+    void Help(WindowView& view);
     // Cancel first, for what runs; then every window is unloaded, the main window last.
     void EndSession();
 

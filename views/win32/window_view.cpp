@@ -16,6 +16,10 @@ namespace {
 constexpr UINT kActivateMessage = WM_APP + 1;
 constexpr double kTwipsAnInch = 1440;
 
+// Of a key message's lParam.
+constexpr LPARAM kWithAlt = 1 << 29;
+constexpr LPARAM kHeldDown = 1 << 30;
+
 int TwipsOf(LONG pixels, int dpi) {
     return static_cast<int>(std::nearbyint(static_cast<double>(pixels) * kTwipsAnInch / dpi));
 }
@@ -143,6 +147,9 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             return TRUE;
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
+        case WM_HELP:  // F1 here, in a menu, or in a box that stands over this window
+            Help();
+            return TRUE;
         case WM_SETCURSOR:
             if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
             SetWindowLongPtrW(window, DWLP_MSGRESULT, TRUE);
@@ -158,6 +165,7 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             Activate();
             return TRUE;
         case WM_ACTIVATE:
+            help_key_held_ = false;
             if (LOWORD(wparam) != WA_INACTIVE) desktop_.WindowActivated(*this);
             return FALSE;  // the dialog manager restores the focus
         case WM_TIMER:
@@ -220,6 +228,11 @@ INT_PTR WindowView::Colors(HDC device, HWND control) {
     return binder ? reinterpret_cast<INT_PTR>(binder->Colors(device)) : 0;
 }
 
+// A key that is held down asks once.
+void WindowView::Help() {
+    if (!help_key_held_) desktop_.Help(*this);
+}
+
 bool WindowView::PreTranslate(MSG& message) {
     const bool control_key = GetKeyState(VK_CONTROL) < 0;
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && control_key) {
@@ -235,6 +248,13 @@ bool WindowView::PreTranslate(MSG& message) {
         // Some systems' combo boxes keep every key that comes with Alt to themselves.
         PostMessageW(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
         return true;
+    }
+    const bool system_key = message.message == WM_SYSKEYDOWN;
+    if (message.wParam == VK_F1 && (message.message == WM_KEYDOWN || system_key)) {
+        help_key_held_ = (message.lParam & kHeldDown) != 0;
+        // A window in which no control has the keyboard gets every key as a system key, and no
+        // WM_HELP follows.
+        if (system_key && !(message.lParam & kWithAlt)) Help();
     }
     return IsDialogMessageW(window_, &message) != FALSE;
 }

@@ -70,6 +70,7 @@ class WindowView : public forms::ControlView {
     bool ShowPointer(HWND over, WORD hit);
     INT_PTR Colors(HDC device, HWND control);
     void Command(int id, WORD code);
+    void Help();
     void Activate();
     void TellSize();
     void Resized();
@@ -99,6 +100,7 @@ class WindowView : public forms::ControlView {
     std::map<int, Binder*> by_id_;
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
     bool activation_posted_ = false;
+    bool help_key_held_ = false;
 };
 
 }  // namespace vantrel::views
