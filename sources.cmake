@@ -114,7 +114,8 @@ set(PROTECT_SOURCES
     protect/folder_tree.cpp)
 set(PROGRESS_SOURCES
     progress/component_messages.cpp
-    progress/progress_window.cpp)
+    progress/progress_window.cpp
+    progress/retry_box.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
