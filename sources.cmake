@@ -120,6 +120,7 @@ set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
     backup/Frm_BackupWhere.cpp
+    backup/backup_controls.cpp
     backup/preflight.cpp)
 set(RESTORE_SOURCES
     restore/Frm_Restore.cpp
