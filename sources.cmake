@@ -162,6 +162,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/open_file.cpp
     views/win32/taskbar.cpp
     views/win32/text.cpp
+    views/win32/text_device.cpp
     views/win32/window_parts.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
