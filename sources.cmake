@@ -114,11 +114,13 @@ set(PROTECT_SOURCES
     protect/folder_tree.cpp)
 set(PROGRESS_SOURCES
     progress/component_messages.cpp
-    progress/progress_window.cpp)
+    progress/progress_window.cpp
+    progress/retry_box.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
     backup/Frm_BackupWhere.cpp
+    backup/backup_controls.cpp
     backup/preflight.cpp)
 set(RESTORE_SOURCES
     restore/Frm_Restore.cpp
@@ -160,6 +162,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/open_file.cpp
     views/win32/taskbar.cpp
     views/win32/text.cpp
+    views/win32/text_device.cpp
     views/win32/window_parts.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.

@@ -14,9 +14,8 @@ Application::Application(platform::Machine& machine, forms::Desktop& desktop)
     : program_{machine, desktop}, splash_(program_), main_window_(program_) {}
 
 void Application::SetGlobals() {
-    auto& process = program_.machine.process;
     program_.globals.LogFilePath =
-        process.ApplicationFolder() + "\\" + process.ExecutableBaseName() + ".Log";
+        program_.InApplicationFolder(program_.machine.process.ExecutableBaseName() + ".Log");
     program_.globals.CrLf = "\r\n";
     program_.globals.MessageText.clear();
     program_.globals.TextBuffer.clear();

@@ -46,7 +46,7 @@ void Frm_BackupOptions::Cmd_Ok_Click() {
     if (Fld_BackupFile.Text().empty()) Fld_BackupFile.SetText("*.*");
     TakeValues();
     WriteKeys();
-    ShowInMainWindow();
+    ShowOptions(main_, set_);
     program().desktop.Unload(*this);
 }
 
@@ -110,13 +110,6 @@ void Frm_BackupOptions::WriteKeys() {
          {"Destination", "MultiVolumeBackup", set_.MultiVolumeBackup()},
          {"Destination", "TimeBackup", set_.TimeBackup()}},
         SetPath());
-}
-
-void Frm_BackupOptions::ShowInMainWindow() {
-    main_.Fld_BackupOptions.SetCaption("SubDir=" + set_.BackupSubDirectories() + ", MultiVolume=" +
-                                       set_.MultiVolumeBackup() + ", Time=" + set_.TimeBackup());
-    main_.Lbl_FilestoBackup.SetCaption(set_.Backup_Parts(set_.BackupFiles(), clsINI::kFile));
-    main_.Lbl_BackupFileName.SetCaption(set_.BackupFileName());
 }
 
 void Frm_BackupOptions::Cmd_Cancel_Click() { program().desktop.Unload(*this); }

@@ -33,7 +33,6 @@ class Frm_BackupOptions : public forms::Form {
     bool TextFits(const std::string& text);
     void TakeValues();
     void WriteKeys();
-    void ShowInMainWindow();
     void Tell(const std::string& text);
     std::string SetPath() const;
 

@@ -1,6 +1,7 @@
 // What the backup room needs of the main window: the controls that show the selected set.
 #pragma once
 
+#include "backupset/clsINI.h"
 #include "forms/controls.h"
 #include "forms/file_lists.h"
 #include "forms/lists.h"
@@ -15,5 +16,8 @@ struct BackupControls {
     forms::Label& Fld_BackupWhere;
     forms::Label& Fld_BackupOptions;
 };
+
+// Shows the set's mask, the name of its archive and its three switches.
+void ShowOptions(const BackupControls& controls, clsINI& set);
 
 }  // namespace vantrel

@@ -30,12 +30,6 @@ Profile ReadProfile(platform::FileSystem& files, const std::string& file) {
     }
 }
 
-bool HasLetter(const std::string& path) {
-    const auto letter = path.empty() ? '\0' : path[0];
-    const bool is_letter = (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
-    return is_letter && path.size() > 1 && path[1] == ':';
-}
-
 }  // namespace
 
 std::string clsFiles::ValueIn(const std::string& text, const std::string& section,
@@ -119,7 +113,7 @@ bool clsFiles::Exists(const std::string& path, bool file_test) {
 
 bool clsFiles::DriveReady(const std::string& drive) {
     // As a drive list takes it: a letter and a colon, no network path.
-    if (!HasLetter(drive)) return false;
+    if (!forms::HasDrive(drive)) return false;
     try {
         return program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
     } catch (const Error&) {

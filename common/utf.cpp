@@ -7,9 +7,6 @@ namespace {
 constexpr char32_t kFirstAstral = 0x10000;
 constexpr char32_t kLast = 0x10FFFF;
 
-bool IsHigh(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLow(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 // How many bytes follow a lead byte, -1 when it leads nothing.
 int Followers(unsigned char lead) {
     if (lead < 0x80) return 0;

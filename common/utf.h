@@ -12,6 +12,10 @@ namespace vantrel::utf {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
+// Whether a UTF-16 unit is the first, or the second, of two that stand for one character.
+constexpr bool IsHigh(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool IsLow(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
 std::u16string ToUtf16(std::string_view utf8);
 std::string ToUtf8(std::u16string_view utf16);
 

@@ -10,8 +10,6 @@ namespace vantrel::forms {
 
 namespace {
 
-bool IsDriveLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-
 char CapitalLetter(char c) { return static_cast<char>(c >= 'a' ? c - ('a' - 'A') : c); }
 
 void DropLastSlashes(std::string& path, std::size_t root_length) {
@@ -61,6 +59,11 @@ bool Matches(std::string_view name, std::string_view mask) {
 
 }  // namespace
 
+bool HasDrive(const std::string& path) {
+    if (path.size() < 2 || path[1] != ':') return false;
+    return (path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z');
+}
+
 std::string FolderPath(const std::string& text) {
     std::string path = text;
     std::replace(path.begin(), path.end(), '/', '\\');
@@ -69,7 +72,7 @@ std::string FolderPath(const std::string& text) {
         DropLastSlashes(path, 2);
         return path;
     }
-    if (path.size() < 2 || !IsDriveLetter(path[0]) || path[1] != ':') return "";
+    if (!HasDrive(path)) return "";
     path[0] = CapitalLetter(path[0]);
     if (path.size() == 2 || path.compare(2, 2, " [") == 0) return path.substr(0, 2) + "\\";
     if (path[2] != '\\') return "";

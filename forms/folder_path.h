@@ -9,6 +9,9 @@
 
 namespace vantrel::forms {
 
+// Whether the text begins with a drive's letter and a colon.
+bool HasDrive(const std::string& path);
+
 // The folder that `text` means, spelled as a folder list spells it: "c:" and "c: [LABEL]" are the
 // drive's root "C:\"; the drive letter is a capital; "\" stands at the end only at a drive's root;
 // a network path is taken as it is. "" when it is neither a full path on a drive nor a network

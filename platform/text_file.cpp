@@ -25,6 +25,13 @@ void WriteWholeFile(FileSystem& files, const std::string& path, std::string_view
     file->Close();
 }
 
+void WriteFlushed(FileSystem& files, const std::string& path, std::string_view bytes) {
+    auto file = files.Open(path, OpenMode::kWrite);
+    file->Write(bytes.data(), bytes.size());
+    file->Flush();
+    file->Close();
+}
+
 void AppendToFile(FileSystem& files, const std::string& path, std::string_view bytes) {
     auto file = files.Open(path, OpenMode::kAppend);
     file->Write(bytes.data(), bytes.size());
@@ -47,10 +54,7 @@ template <typename Put>
 void WriteBeside(FileSystem& files, const std::string& path, std::string_view bytes, Put&& put) {
     const std::string scratch = path + ".new";
     try {
-        auto file = files.Open(scratch, OpenMode::kWrite);
-        file->Write(bytes.data(), bytes.size());
-        file->Flush();
-        file->Close();
+        WriteFlushed(files, scratch, bytes);
         put(scratch);
     } catch (const Error&) {
         RemoveQuietly(files, scratch);

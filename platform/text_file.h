@@ -16,6 +16,9 @@ std::string ReadWholeFile(FileSystem& files, const std::string& path);
 // Creates or empties the file and writes `bytes`.
 void WriteWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
 
+// The same; the bytes are on the disk when it returns.
+void WriteFlushed(FileSystem& files, const std::string& path, std::string_view bytes);
+
 // Appends `bytes` in one write, creating the file when it is missing.
 void AppendToFile(FileSystem& files, const std::string& path, std::string_view bytes);
 

@@ -4,6 +4,7 @@
 
 #include "backupset/clsFiles.h"
 #include "log/clsLog.h"
+#include "progress/retry_box.h"
 
 namespace vantrel {
 
@@ -29,8 +30,7 @@ ProgressWindow::ProgressWindow(forms::Program& program, std::string name, std::s
 }
 
 void ProgressWindow::Form_Load() {
-    const std::string clip =
-        program().machine.process.ApplicationFolder() + "\\System\\FileCopy.AVI";
+    const std::string clip = program().InApplicationFolder("System\\FileCopy.AVI");
     if (clsFiles(program()).Exist(clip, true)) Ani_File.Open(clip);
     Cmd_Cancel.SetVisible(true);
     Cmd_Ok.SetVisible(false);
@@ -62,11 +62,7 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
 }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
-    const auto answer = program().desktop.Show({.text = text,
-                                                .buttons = forms::Buttons::kRetryCancel,
-                                                .icon = forms::Icon::kExclamation,
-                                                .title = question_title_});
-    if (answer == forms::Answer::kRetry) return true;
+    if (AskedToRetry(program().desktop, text, question_title_)) return true;
     Cmd_Cancel.SetEnabled(false);
     return false;
 }

@@ -96,10 +96,7 @@ void clsCfg::Protected_Delete(forms::Tree& tree) {
             i >= kHeaderLines && Upper(program_.machine.code_page.Decode(line)) == dropped;
         if (!drop) text += line + kLineEnd;
     }
-    auto file = files.Open(scratch, platform::OpenMode::kWrite);
-    file->Write(text.data(), text.size());
-    file->Flush();
-    file->Close();
+    platform::WriteFlushed(files, scratch, text);
     files.Replace(scratch, ListPath());
     tree.SetImages(tree.Selected(), kClosedFolder, kOpenFolder);
 }

@@ -1,6 +1,7 @@
 #include "restore/archive_contents.h"
 
 #include "backupset/clsFiles.h"
+#include "progress/retry_box.h"
 
 namespace vantrel {
 
@@ -13,12 +14,9 @@ class DiskQuestions : public zip::Questions {
 
     bool AskRetry(const std::string& text) override {
         desktop_.SetPointer(forms::Pointer::kDefault);
-        const auto answer = desktop_.Show({.text = text,
-                                           .buttons = forms::Buttons::kRetryCancel,
-                                           .icon = forms::Icon::kExclamation,
-                                           .title = "Restore"});
+        const bool again = AskedToRetry(desktop_, text, "Restore");
         desktop_.SetPointer(forms::Pointer::kHourglass);
-        return answer == forms::Answer::kRetry;
+        return again;
     }
 
   private:

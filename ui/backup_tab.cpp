@@ -197,11 +197,8 @@ void BackupTab::ShowSource(clsINI& set) {
 }
 
 void BackupTab::ShowValues(clsINI& set) {
-    Lbl_FilestoBackup.SetCaption(set.Backup_Parts(set.BackupFiles(), clsINI::kFile));
-    Lbl_BackupFileName.SetCaption(set.BackupFileName());
+    ShowOptions(Shown(), set);
     Fld_BackupWhere.SetCaption(clsString().Backslash(set.BackupToDrive()));
-    Fld_BackupOptions.SetCaption("SubDir=" + set.BackupSubDirectories() + ", MultiVolume=" +
-                                 set.MultiVolumeBackup() + ", Time=" + set.TimeBackup());
 }
 
 void BackupTab::GoToApplicationDrive() {
@@ -234,11 +231,9 @@ void BackupTab::Dir_DirList_Change() {
 void BackupTab::WriteSource() {
     forms::Program& program = window_.program();
     if (Cmb_BackupSet.Text().empty()) return;
-    std::string path = Dir_DirList.Path();
-    if (path.empty() || path.back() != '\\') path += '\\';
     if (Lbl_FilestoBackup.Caption().empty()) Lbl_FilestoBackup.SetCaption("*.*");
     clsINI set(program);
-    set.BackupFiles(path + Lbl_FilestoBackup.Caption());
+    set.BackupFiles(clsString().Backslash(Dir_DirList.Path()) + Lbl_FilestoBackup.Caption());
     clsFiles(program).WriteINI("BACKUP SOURCE", "BackupFiles", set.BackupFiles(), SetPath());
 }
 

@@ -167,10 +167,7 @@ bool EditTab::WriteScratch(const std::string& scratch) {
     auto& files = program_.machine.files;
     if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
     // Emptied, should it be there after all: a text behind what was left would never be read.
-    auto file = files.Open(scratch, platform::OpenMode::kWrite);
-    file->Write(bytes->data(), bytes->size());
-    file->Flush();
-    file->Close();
+    platform::WriteFlushed(files, scratch, *bytes);
     return true;
 }
 

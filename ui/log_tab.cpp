@@ -12,13 +12,13 @@ namespace vantrel {
 namespace {
 constexpr int kLinesAtOnce = 1000;  // more than a log that is kept below its limit has
 constexpr std::uint64_t kBytesInK = 1024;
+constexpr const char* kHint = "The Vantrel Log File is being limited to a File Size of 50K.";
 }  // namespace
 
 LogTab::LogTab(forms::Form& window)
     : Fra_Log(window, "Fra_Log"),
       Fld_Log(window, "Fld_Log", true, true),
-      Lbl_LogHint(window, "Lbl_LogHint",
-                  "The Vantrel Log File is being limited to a File Size of 50K."),
+      Lbl_LogHint(window, "Lbl_LogHint", kHint),
       Cmd_Refresh(window, "Cmd_Refresh", "&Refresh"),
       Cmd_Email(window, "Cmd_Email", "&E-Mail"),
       mailing(window.program()),
@@ -49,8 +49,7 @@ void LogTab::ShowSize() {
     const auto log = program_.machine.files.Find(program_.InApplicationFolder("Vantrel.Log"));
     if (!log) RaiseError(error_number::kFileNotFound);
     auto& globals = program_.globals;
-    globals.MessageText = "The Vantrel Log File is being limited to a File Size of 50K." +
-                          globals.CrLf + "File Current Size is " +
+    globals.MessageText = kHint + globals.CrLf + "File Current Size is " +
                           std::to_string(log->size / kBytesInK) + "K";
     Lbl_LogHint.SetCaption(globals.MessageText);
 }

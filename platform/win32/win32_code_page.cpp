@@ -35,15 +35,12 @@ Encoded ToAnsi(const std::wstring& text) {
     return result;
 }
 
-bool IsHigh(wchar_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLow(wchar_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 // One unit that no code page holds for each character of two, so that it becomes one "?".
 std::wstring OneUnitEach(const std::wstring& text) {
     std::wstring result;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool pair = IsHigh(text[i]) && i + 1 < text.size() && IsLow(text[i + 1]);
-        const bool half = IsHigh(text[i]) || IsLow(text[i]);
+        const bool pair = utf::IsHigh(text[i]) && i + 1 < text.size() && utf::IsLow(text[i + 1]);
+        const bool half = utf::IsHigh(text[i]) || utf::IsLow(text[i]);
         result += half ? L'\xFFFD' : text[i];
         if (pair) ++i;
     }

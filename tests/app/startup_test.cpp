@@ -198,9 +198,7 @@ TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {
     struct Broken : TestProcess {
         bool PreviousInstance() override { RaiseError(error_number::kDeviceIo); }
     } broken;
-    platform::Machine broken_machine{broken,        machine.files(),      machine.drives,
-                                     machine.clock, machine.settings,     machine.code_page(),
-                                     machine.shell, machine.mail.session, machine.mail.messages};
+    platform::Machine broken_machine = With({.process = &broken}, machine.machine());
     Application starting(broken_machine, desktop);
     try {
         starting.Main();

@@ -39,11 +39,7 @@ class ProfileFault : public test::ProgramFixture {
     }
 
     test::FaultyFileSystem faulty{machine.files()};
-    platform::Machine with_faults{machine.process,      faulty,
-                                  machine.drives,       machine.clock,
-                                  machine.settings,     machine.code_page(),
-                                  machine.shell,        machine.mail.session,
-                                  machine.mail.messages};
+    platform::Machine with_faults = test::WithFiles(machine.machine(), faulty);
     forms::Program there{with_faults, desktop};
 };
 

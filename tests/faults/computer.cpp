@@ -18,26 +18,13 @@ std::string ParentOf(const std::string& path) {
     return end == std::string::npos ? std::string() : path.substr(0, end);
 }
 
-// The machine over the faults; with `drives`, whose disks are changed.
-platform::Machine With(platform::Machine& real, platform::FileSystem& files,
-                       platform::Drives* drives) {
-    return {real.process,
-            files,
-            drives ? *drives : real.drives,
-            real.clock,
-            real.settings,
-            real.code_page,
-            real.shell,
-            real.mail_session,
-            real.mail_messages};
-}
-
 }  // namespace
 
 Computer::Computer(Disk where)
     : disk(where == Disk::kHost ? services.files() : memory),
       faulty(disk),
-      machine(With(services.machine(), faulty, where == Disk::kHost ? nullptr : &box)) {
+      machine(With({.files = &faulty, .drives = where == Disk::kHost ? nullptr : &box},
+                   services.machine())) {
     desktop.on_box = [this](const forms::Box& shown) { Answer(shown); };
 }
 

@@ -82,7 +82,9 @@ class Trim {
         desktop_.on_events = [this] { Happen(); };
         // The note, if there is to be one, is written before the first event.
         const bool noted = static_cast<long>(log.size()) > plan.limit;
-        written_ = Split(noted ? log + Note(log.size()) : log);
+        const std::string all = noted ? log + Note(log.size()) : log;
+        written_ = Split(all);
+        written_size_ = all.size();
     }
 
     void Run() {
@@ -98,6 +100,7 @@ class Trim {
             Trim({.limit = plan_.limit}, after).Run();
             return;
         }
+        CheckThrownLines(lines);
         const bool is_below = static_cast<long>(after.size()) < plan_.limit;
         Demand(is_below || lines.size() <= kKeptLines + 1);
     }
@@ -106,6 +109,20 @@ class Trim {
     static vantrel::test::TestMachine& Base() {
         static vantrel::test::TestMachine machine;
         return machine;
+    }
+    // Of a log whose lines all end in CR LF, as the program writes them, one pass throws away lines
+    // until they hold more bytes than there are too many, and not one further.
+    void CheckThrownLines(const Lines& left) const {
+        std::size_t size = 0;
+        for (const std::string& line : written_) size += line.size() + 2;
+        if (size != written_size_ || left == written_) return;
+        // The pass has left an empty line at the end.
+        const std::size_t thrown = written_.size() + 1 - left.size();
+        long long excess = static_cast<long long>(size) - plan_.limit;
+        for (std::size_t i = 0; i < thrown; ++i) {
+            Demand(excess >= 0);
+            excess -= static_cast<long long>(written_[kKeptLines + i].size());
+        }
     }
     std::string Note(std::size_t size) const {
         return "15/11/2026 13:05:09 Log File Truncated from " + std::to_string(size / 1000) +
@@ -132,7 +149,8 @@ class Trim {
     }
 
     Plan plan_;
-    Lines written_;  // every line that the log ever held, oldest first
+    Lines written_;                 // every line that the log ever held, oldest first
+    std::size_t written_size_ = 0;  // bytes, before the first event
     int events_ = 0;
     bool happened_ = false;
     vantrel::test::MemoryFileSystem files_;

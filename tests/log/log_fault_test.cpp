@@ -14,11 +14,7 @@ class LogFault : public test::TransactionLog {
     LogFault() { there.globals = program.globals; }
 
     test::FaultyFileSystem faulty{machine.files()};
-    platform::Machine with_faults{machine.process,      faulty,
-                                  machine.drives,       machine.clock,
-                                  machine.settings,     machine.code_page(),
-                                  machine.shell,        machine.mail.session,
-                                  machine.mail.messages};
+    platform::Machine with_faults = test::WithFiles(machine.machine(), faulty);
     forms::Program there{with_faults, desktop};
 };
 

@@ -122,9 +122,7 @@ class EasternClock : public platform::Clock {
 
 TEST_F(LogRotation, BothMonthsAreLocalOnes) {
     EasternClock clock(machine.clock);
-    platform::Machine east{machine.process, machine.files(),      machine.drives,
-                           clock,           machine.settings,     machine.code_page(),
-                           machine.shell,   machine.mail.session, machine.mail.messages};
+    platform::Machine east = test::With({.clock = &clock}, machine.machine());
     forms::Program there{east, desktop, program.globals};
     PutLog(kLog, "old", 2026, 10, 31);       // 22:00 in the east
     machine.clock.Set(2026, 10, 31, 15, 0);  // already 1 November there
@@ -135,9 +133,7 @@ TEST_F(LogRotation, BothMonthsAreLocalOnes) {
 
 TEST_F(LogRotation, LogWrittenAtTheLocalTurnOfTheMonthIsThisMonths) {
     EasternClock clock(machine.clock);
-    platform::Machine east{machine.process, machine.files(),      machine.drives,
-                           clock,           machine.settings,     machine.code_page(),
-                           machine.shell,   machine.mail.session, machine.mail.messages};
+    platform::Machine east = test::With({.clock = &clock}, machine.machine());
     forms::Program there{east, desktop, program.globals};
     machine.PutFile(kLog, "old");
     machine.clock.Set(2026, 10, 31, 14, 30);  // 00:30 on 1 November there

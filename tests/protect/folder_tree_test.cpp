@@ -136,10 +136,7 @@ TEST_F(FolderTree, UnreadableFolderHasNoSubFolders) {
     machine.MakeFolders("D:\\Closed\\Unseen");
     machine.MakeFolders("D:\\Open\\Seen");
     DeniedListing denied(machine.files(), "D:\\Closed");
-    platform::Machine& whole = machine.machine();
-    platform::Machine with_denied{
-        whole.process,   denied,      whole.drives,       whole.clock,        whole.settings,
-        whole.code_page, whole.shell, whole.mail_session, whole.mail_messages};
+    platform::Machine with_denied = WithFiles(machine.machine(), denied);
     forms::Program other{with_denied, desktop, program.globals};
     forms::Form its_window{other, "Frm_Mainmenu"};
     forms::Tree its_tree{its_window, "TV_SecureMode"};
@@ -197,10 +194,7 @@ TEST_F(FolderTree, ListIsReadOnceAndEachFolderIsListedOnce) {
     Protect("D:\\7\r\n");
     for (int i = 0; i < 40; ++i) machine.MakeFolders("D:\\" + std::to_string(i) + "\\Sub");
     FaultyFileSystem counting(machine.files());
-    platform::Machine& whole = machine.machine();
-    platform::Machine counted{whole.process, counting,           whole.drives,
-                              whole.clock,   whole.settings,     whole.code_page,
-                              whole.shell,   whole.mail_session, whole.mail_messages};
+    platform::Machine counted = WithFiles(machine.machine(), counting);
     forms::Program other{counted, desktop, program.globals};
     forms::Form its_window{other, "Frm_Mainmenu"};
     forms::Tree its_tree{its_window, "TV_SecureMode"};

@@ -130,8 +130,7 @@ class TestMachine {
     TestShell shell;
     RecordingMail mail;
 
-    // The machine over the services above. `files` may be exchanged for a decorated one:
-    // platform::Machine with_faults{m.process, faulty, m.drives, ...}.
+    // The machine over the services above; With() exchanges some of them.
     platform::Machine& machine();
     platform::FileSystem& files();
     platform::CodePage& code_page();
@@ -156,13 +155,29 @@ class TestMachine {
     std::unique_ptr<State> state_;
 };
 
-// The same machine with another file system, which must outlive it.
-inline platform::Machine WithFiles(const platform::Machine& machine, platform::FileSystem& files) {
-    return {machine.process,      files,
-            machine.drives,       machine.clock,
-            machine.settings,     machine.code_page,
-            machine.shell,        machine.mail_session,
+// Services in the place of a machine's own, which stay where this has none. They must outlive the
+// machine that gets them.
+struct StandIns {
+    platform::Process* process = nullptr;
+    platform::FileSystem* files = nullptr;
+    platform::Drives* drives = nullptr;
+    platform::Clock* clock = nullptr;
+};
+
+inline platform::Machine With(const StandIns& other, const platform::Machine& machine) {
+    return {other.process != nullptr ? *other.process : machine.process,
+            other.files != nullptr ? *other.files : machine.files,
+            other.drives != nullptr ? *other.drives : machine.drives,
+            other.clock != nullptr ? *other.clock : machine.clock,
+            machine.settings,
+            machine.code_page,
+            machine.shell,
+            machine.mail_session,
             machine.mail_messages};
+}
+
+inline platform::Machine WithFiles(const platform::Machine& machine, platform::FileSystem& files) {
+    return With({.files = &files}, machine);
 }
 
 }  // namespace vantrel::test

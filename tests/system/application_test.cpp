@@ -25,9 +25,7 @@ class FailingProcess : public test::TestProcess {
 
 TEST_F(Application, PrevInstanceReportsItsErrors) {
     FailingProcess process;
-    platform::Machine broken{process,       machine.files(),      machine.drives,
-                             machine.clock, machine.settings,     machine.code_page(),
-                             machine.shell, machine.mail.session, machine.mail.messages};
+    platform::Machine broken = test::With({.process = &process}, machine.machine());
     forms::Program there{broken, desktop};
     try {
         clsApplication(there).PrevInstance();

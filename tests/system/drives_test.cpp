@@ -72,9 +72,7 @@ class FailingDrives : public test::TestDrives {
 
 TEST_F(Drives, InterruptedScanAnswersWhatItHas) {
     FailingDrives failing('c');
-    Machine broken{machine.process, machine.files(),      failing,
-                   machine.clock,   machine.settings,     machine.code_page(),
-                   machine.shell,   machine.mail.session, machine.mail.messages};
+    Machine broken = test::With({.drives = &failing}, machine.machine());
     forms::Program there{broken, desktop};
     EXPECT_EQ(clsDrives(there).ShowDrives(drive_type::kFixed), "A: B: ");
     EXPECT_EQ(failing.roots, (std::vector<std::string>{"a:\\", "b:\\", "c:\\"}));
@@ -84,18 +82,14 @@ TEST_F(Drives, InterruptedScanAnswersWhatItHas) {
 
 TEST_F(Drives, VerifyTrapsNothing) {
     FailingDrives failing('a');
-    Machine broken{machine.process, machine.files(),      failing,
-                   machine.clock,   machine.settings,     machine.code_page(),
-                   machine.shell,   machine.mail.session, machine.mail.messages};
+    Machine broken = test::With({.drives = &failing}, machine.machine());
     forms::Program there{broken, desktop};
     EXPECT_THROW(clsDrives(there).VerifyDriveType("c:\\", drive_type::kFixed), Error);
 }
 
 TEST_F(Drives, VerifyPassesTheRootOnUnchanged) {
     FailingDrives all('~');
-    Machine recording{machine.process, machine.files(),      all,
-                      machine.clock,   machine.settings,     machine.code_page(),
-                      machine.shell,   machine.mail.session, machine.mail.messages};
+    Machine recording = test::With({.drives = &all}, machine.machine());
     forms::Program there{recording, desktop};
     EXPECT_TRUE(clsDrives(there).VerifyDriveType("\\\\s", drive_type::kFixed));
     EXPECT_EQ(all.roots, std::vector<std::string>{"\\\\s"});

@@ -32,7 +32,7 @@ class SampleRun : public forms::Form {
         Cmd_Cancel.Click = [this] { Cmd_Cancel.SetEnabled(false); };
     }
     void Form_Load() override {
-        Ani_File.Open(program().machine.process.ApplicationFolder() + "\\System\\FileCopy.AVI");
+        Ani_File.Open(program().InApplicationFolder("System\\FileCopy.AVI"));
     }
 
   private:

@@ -61,10 +61,7 @@ class HostileArchiveTest : public ::testing::TestWithParam<HostileArchive> {
     }
 
     void Extract(platform::FileSystem& files) {
-        platform::Machine& whole = machine.machine();
-        const platform::Machine over{
-            whole.process,   files,       whole.drives,       whole.clock,        whole.settings,
-            whole.code_page, whole.shell, whole.mail_session, whole.mail_messages};
+        const platform::Machine over = WithFiles(machine.machine(), files);
         const Snapshot before = Look(files, "C:", "");
         const zip::ExtractOptions options{.archive = kArchive, .destination = kOut, .threads = 2};
         result = zip::ExtractArchive(over, options, events);

@@ -62,11 +62,7 @@ TEST_F(OtherReaders, ReadAnArchiveWithZip64) {
     for (int i = 0; i < 65540; ++i) {
         files.Put("C:\\Data\\" + std::to_string(i), "");
     }
-    platform::Machine in_memory{machine.process,      files,
-                                machine.drives,       machine.clock,
-                                machine.settings,     machine.code_page(),
-                                machine.shell,        machine.mail.session,
-                                machine.mail.messages};
+    const platform::Machine in_memory = WithFiles(machine.machine(), files);
     ASSERT_EQ(zip::WriteArchive(in_memory, options, events).outcome, RunOutcome::kComplete);
     machine.PutFile(options.archive, files.Content(options.archive));
     ExpectAllReadersContent();

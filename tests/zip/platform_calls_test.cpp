@@ -23,11 +23,7 @@ class PlatformCalls : public WriterTest {
             }
         }
     }
-    platform::Machine Recording() {
-        platform::Machine& real = machine.machine();
-        return {real.process,   faulty,     real.drives,       real.clock,        real.settings,
-                real.code_page, real.shell, real.mail_session, real.mail_messages};
-    }
+    platform::Machine Recording() { return WithFiles(machine.machine(), faulty); }
     void BackUp() {
         ASSERT_EQ(zip::WriteArchive(Recording(), options, events).outcome, RunOutcome::kComplete);
     }

@@ -20,11 +20,7 @@ class ReaderTest : public ::testing::Test {
         options.threads = 2;
     }
 
-    platform::Machine Machine() {
-        platform::Machine& real = machine.machine();
-        return {real.process,   files,      real.drives,       real.clock,        real.settings,
-                real.code_page, real.shell, real.mail_session, real.mail_messages};
-    }
+    platform::Machine Machine() { return WithFiles(machine.machine(), files); }
     zip::RunOutcome Run() {
         result = zip::ExtractArchive(Machine(), options, events);
         return result.outcome;

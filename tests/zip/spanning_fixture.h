@@ -51,10 +51,7 @@ class SpanningTest : public WriterTest {
         box.Insert(0);
     }
     platform::Machine Machine() {
-        platform::Machine& real = machine.machine();
-        return {real.process,      files,          box,        real.clock,
-                real.settings,     real.code_page, real.shell, real.mail_session,
-                real.mail_messages};
+        return With({.files = &files, .drives = &box}, machine.machine());
     }
     zip::RunOutcome Run() {
         result = zip::WriteArchive(Machine(), options, events);

@@ -70,10 +70,7 @@ class SpanningOthers : public ::testing::Test {
     }
     void ExpectSet(std::uint64_t disk_size, int least, int most) {
         drives.size = disk_size;
-        platform::Machine& real = machine.machine();
-        const platform::Machine with_disks{real.process, real.files,        drives,
-                                           real.clock,   real.settings,     real.code_page,
-                                           real.shell,   real.mail_session, real.mail_messages};
+        const platform::Machine with_disks = With({.drives = &drives}, machine.machine());
         ASSERT_EQ(zip::WriteArchive(with_disks, options, events).outcome, RunOutcome::kComplete);
         MoveAside(true);
         EXPECT_GE(disks, least);

@@ -106,11 +106,7 @@ class WriterTest : public ::testing::Test {
         files.PutFolder("C:\\Data");
     }
 
-    platform::Machine Machine() {
-        platform::Machine& real = machine.machine();
-        return {real.process,   files,      real.drives,       real.clock,        real.settings,
-                real.code_page, real.shell, real.mail_session, real.mail_messages};
-    }
+    platform::Machine Machine() { return WithFiles(machine.machine(), files); }
     zip::RunOutcome Run() {
         result = zip::WriteArchive(Machine(), options, events);
         return result.outcome;

@@ -4,6 +4,7 @@
 #include "forms/form.h"
 #include "views/win32/binders.h"
 #include "views/win32/text.h"
+#include "views/win32/text_device.h"
 #include "views/win32/window_view.h"
 
 namespace vantrel::views {
@@ -46,15 +47,8 @@ class ListBinder : public Binder {
     }
     // A list box can be scrolled as far as its widest entry.
     void WidenFor(const std::wstring& text) const {
-        const HDC device = GetDC(handle());
-        const HGDIOBJ before =
-            SelectObject(device, reinterpret_cast<HFONT>(SendMessageW(handle(), WM_GETFONT, 0, 0)));
-        SIZE extent{};
-        GetTextExtentPoint32W(device, text.c_str(), static_cast<int>(text.size()), &extent);
-        SelectObject(device, before);
-        ReleaseDC(handle(), device);
         constexpr int kMargin = 4;  // what the list leaves beside its entries
-        const int needed = static_cast<int>(extent.cx) + kMargin;
+        const int needed = TextDevice(handle()).WidthOf(text) + kMargin;
         if (needed > Send(LB_GETHORIZONTALEXTENT))
             Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(needed));
     }

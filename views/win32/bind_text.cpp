@@ -2,6 +2,7 @@
 
 #include "views/win32/binders.h"
 #include "views/win32/text.h"
+#include "views/win32/text_device.h"
 
 namespace vantrel::views {
 
@@ -42,14 +43,7 @@ LRESULT CALLBACK EditProcedure(HWND edit, UINT message, WPARAM wparam, LPARAM lp
 int LinesOnScreen(HWND edit) {
     RECT area{};
     SendMessageW(edit, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
-    const HDC device = GetDC(edit);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0));
-    const HGDIOBJ before = SelectObject(device, font);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(device, &metrics);
-    SelectObject(device, before);
-    ReleaseDC(edit, device);
-    return std::max(1, static_cast<int>((area.bottom - area.top) / metrics.tmHeight));
+    return std::max(1, static_cast<int>(area.bottom - area.top) / TextDevice(edit).LineHeight());
 }
 
 class TextBoxBinder : public Binder {

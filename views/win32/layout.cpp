@@ -5,6 +5,7 @@
 
 #include "common/error.h"
 #include "views/win32/text.h"
+#include "views/win32/text_device.h"
 
 namespace vantrel::views {
 
@@ -45,15 +46,8 @@ struct BaseUnits {
 
 BaseUnits Measure(HFONT font) {
     static constexpr wchar_t kLetters[] = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-    const HDC screen = GetDC(nullptr);
-    const HGDIOBJ before = SelectObject(screen, font);
-    SIZE extent{};
-    TEXTMETRICW metric{};
-    GetTextExtentPoint32W(screen, kLetters, 52, &extent);
-    GetTextMetricsW(screen, &metric);
-    SelectObject(screen, before);
-    ReleaseDC(nullptr, screen);
-    return {static_cast<int>((extent.cx / 26 + 1) / 2), static_cast<int>(metric.tmHeight)};
+    const TextDevice screen(nullptr, font);
+    return {(screen.WidthOf(kLetters) / 26 + 1) / 2, screen.LineHeight()};
 }
 
 }  // namespace
