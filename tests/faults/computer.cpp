@@ -37,7 +37,7 @@ platform::Machine With(platform::Machine& real, platform::FileSystem& files,
 Computer::Computer(Disk where)
     : disk(where == Disk::kHost ? services.files() : memory),
       faulty(disk),
-      machine(With(services.machine(), faulty, where == Disk::kHost ? nullptr : &box)) {
+      machine(With(services.machine(), faulty, where == Disk::kBoxOfDisks ? &box : nullptr)) {
     desktop.on_box = [this](const forms::Box& shown) { Answer(shown); };
 }
 
