@@ -331,6 +331,7 @@ set(APP_TESTS
 # Everything that can fail, at every call, through the windows and the unattended entry.
 set(FAULTS_TESTS
     tests/faults/backup_faults_test.cpp
+    tests/faults/checks_test.cpp
     tests/faults/computer.cpp
     tests/faults/fault_kinds.cpp
     tests/faults/fault_sweep.cpp
@@ -358,6 +359,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/backup_test.py
     tests/end_to_end/editor_test.py
     tests/end_to_end/failure_test.py
+    tests/end_to_end/fault_test.py
     tests/end_to_end/guide_test.py
     tests/end_to_end/kill_test.py
     tests/end_to_end/mail_test.py

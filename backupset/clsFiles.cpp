@@ -49,6 +49,7 @@ std::optional<std::vector<std::string>> clsFiles::ReadINI(const std::vector<Prof
     const auto text = ReadProfile(program_.machine.files, file).text;
     if (!text) return std::nullopt;
     std::vector<std::string> values;
+    values.reserve(keys.size());
     for (const ProfileKey& key : keys) values.push_back(ValueIn(*text, key.section, key.key));
     return values;
 }

@@ -31,3 +31,7 @@ foreach(test IN LISTS END_TO_END_TESTS)
     set_tests_properties(end_to_end_${name} PROPERTIES
                          ENVIRONMENT VANTREL_BUILD=${CMAKE_BINARY_DIR})
 endforeach()
+
+# A few rounds of what goes on for hours (docs/testing.md, "Faults").
+add_test(NAME soak COMMAND ${VANTREL_PYTHON} ${CMAKE_SOURCE_DIR}/tests/soak/soak.py --rounds 8)
+set_tests_properties(soak PROPERTIES ENVIRONMENT VANTREL_BUILD=${CMAKE_BINARY_DIR})

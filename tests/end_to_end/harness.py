@@ -260,13 +260,18 @@ def _run_side_by_side():
     sys.exit(failures > 0 or not names)
 
 
-def main():
-    """What a test file calls: its own mounts, a screen if there is none, then its tests. Names of
-    tests on the command line are run one by one, here."""
+def prepare():
+    """Mounts of its own, and a screen if there is none: starts this program again with them."""
     _enter_own_mount_namespace()
     if not os.environ.get("DISPLAY"):
         screen = str(ROOT / "scripts" / "with-display")
         os.execv(screen, [screen, sys.executable, *sys.argv])
+
+
+def main():
+    """What a test file calls: `prepare`, then its tests. Names of tests on the command line are run
+    one by one, here."""
+    prepare()
     if len(sys.argv) == 1:
         _run_side_by_side()
     unittest.main(verbosity=2)

@@ -75,14 +75,17 @@ TEST(Faults, BackupWithSomebodyThere) {
                                      WaitAndClose(computer);
                                      computer.window().Backup.Cmd_Backup.UserPress();
                                  },
-                             .judge = Judge}));
+                             .judge = Judge,
+                             .disk = Computer::Disk::kHost}));
 }
 
+// Its calls are those of a start, which the log's sweeps try one by one, and of a backup, as above.
 TEST(Faults, BackupFromItsStartWithNobodyThere) {
     ExpectNothingLost(Sweep({.name = "Backup, unattended, from the start",
                              .arrange = Arrange,
                              .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
-                             .judge = Judge}));
+                             .judge = Judge,
+                             .step = 3}));
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ std::string ParentOf(const std::string& path) {
 Computer::Computer(Disk where)
     : disk(where == Disk::kHost ? services.files() : memory),
       faulty(disk),
-      machine(With({.files = &faulty, .drives = where == Disk::kHost ? nullptr : &box},
+      machine(With({.files = &faulty, .drives = where == Disk::kBoxOfDisks ? &box : nullptr},
                    services.machine())) {
     desktop.on_box = [this](const forms::Box& shown) { Answer(shown); };
 }

@@ -31,9 +31,10 @@ using Tree = std::map<std::string, std::string>;  // content by path
 
 class Computer {
   public:
-    // `disk` is in memory for drives whose disks are changed, else folders of the host.
-    enum class Disk { kHost, kMemory };
-    explicit Computer(Disk disk = Disk::kHost);
+    // Files in memory, which cost less than folders of the host; what renames folders needs the
+    // host. Drive A: has disks that are changed in kBoxOfDisks only.
+    enum class Disk { kMemory, kHost, kBoxOfDisks };
+    explicit Computer(Disk disk = Disk::kMemory);
     ~Computer();
 
     FaultPlan& plan() { return faulty.plan; }

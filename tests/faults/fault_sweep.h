@@ -29,7 +29,7 @@ struct Scenario {
     std::function<void(Computer&)> act;
     // What is lost, "" for nothing. `reached` is to become true when the work was done.
     std::function<std::string(Computer&, bool& reached)> judge;
-    Computer::Disk disk = Computer::Disk::kHost;
+    Computer::Disk disk = Computer::Disk::kMemory;
     // Only every so many calls, another one for each kind: for long work. 1 is every call.
     int step = 1;
     const std::vector<FaultKind>* kinds = &AllFaultKinds();
