@@ -19,6 +19,7 @@ RequestExecutionLevel user
 !define SHORTCUT "$SMPROGRAMS\Vantrel.lnk"
 
 Name "Vantrel"
+BrandingText "Vantrel ${VERSION}"
 OutFile "${OUTPUT}"
 InstallDir "$LOCALAPPDATA\Programs\Vantrel"
 ; An installation in another place is updated where it is.

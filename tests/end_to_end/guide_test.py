@@ -139,7 +139,7 @@ class Guide(harness.EndToEndTest):
     def test_running_backup_goes_on(self):
         block = random.Random(4).randbytes(MIB)
         with open(self.source / "big.bin", "wb") as big:
-            for _ in range(400):
+            for _ in range(200):
                 big.write(block)
         program = self.open()
         cancel = "Frm_Backup_Cmd_Cancel"
