@@ -69,9 +69,10 @@ class Computer {
     std::unique_ptr<Application> application;
 
     Ending ending = Ending::kCameBack;
-    int exit_code = 0;          // of the process, when it has ended
-    bool power_failed = false;  // after the work, whether it had ended or not
-    std::string outcome;        // what the progress window said at its end
+    int exit_code = 0;            // of the process, when it has ended
+    bool writes_are_cut = false;  // by the fault that strikes
+    bool power_failed = false;    // after the work, whether it had ended or not
+    std::string outcome;          // what the progress window said at its end
     // Files as they were before the run.
     Tree before;
 

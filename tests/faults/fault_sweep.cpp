@@ -28,6 +28,7 @@ Try TryOnce(const Scenario& scenario, const FaultKind& kind, const Fault& fault)
     scenario.arrange(computer);
     FaultPlan& plan = computer.plan();
     plan.Inject(fault);
+    computer.writes_are_cut = fault.effect == Effect::kShortWrite;
     computer.Work([&] { scenario.act(computer); });
     computer.application.reset();
     const int fired = plan.Fired();

@@ -96,6 +96,9 @@ std::string Judge(Computer& computer, bool& reached) {
         log.find("Successful Backup") != std::string::npos || computer.outcome == "Backup Complete";
     Tree source = computer.before;
     std::erase_if(source, [](const auto& file) { return !file.first.starts_with("C:\\Data\\"); });
+    // The box counts what is written to C: as bytes of the small disk: the log, too, may find it
+    // full, and is then cut without being struck itself.
+    computer.writes_are_cut = true;
     std::string lost = FirstOf({
         OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterwards()}),
         LogWhole(computer, earlier_log),

@@ -38,13 +38,6 @@ bool IsHeader(const std::string& line) {
            line.find("Vantrel") != std::string::npos;
 }
 
-int CutWrites(Computer& computer) {
-    const auto calls = computer.plan().Calls();
-    return static_cast<int>(std::count_if(calls.begin(), calls.end(), [](const CallRecord& call) {
-        return call.kind == Call::kWrite && call.path == kLogPath;
-    }));
-}
-
 std::string NewOnes(Computer& computer, const std::string& earlier) {
     const std::string now = computer.Content(kLogPath);
     return now.size() > earlier.size() ? now.substr(earlier.size()) : std::string();
@@ -69,13 +62,15 @@ std::string LogWhole(Computer& computer, const std::string& earlier) {
     const std::string now = computer.Content(kLogPath);
     if (!now.starts_with(earlier)) return "records of the log";
     const std::string appended = now.substr(earlier.size());
-    int odd = !appended.empty() && !appended.ends_with("\r\n");
-    for (const std::string& line : platform::SplitLines(appended)) {
-        odd += !IsStamp(line) && !IsUndated(line) && !IsRule(line) && !IsHeader(line);
+    const auto lines = platform::SplitLines(appended);
+    int odd = 0;
+    for (const std::string& line : lines) {
+        const bool open_end = &line == &lines.back() && !appended.ends_with("\r\n");
+        odd += open_end || (!IsStamp(line) && !IsUndated(line) && !IsRule(line) && !IsHeader(line));
     }
     // Only a write that was cut leaves something odd.
-    const bool cut = odd <= CutWrites(computer) && computer.plan().Fired() > 0;
-    return odd == 0 || cut ? "" : "a record of the log is cut (" + appended + ")";
+    const int allowed = computer.writes_are_cut ? computer.plan().Fired() : 0;
+    return odd <= allowed ? "" : "a record of the log is cut (" + appended + ")";
 }
 
 std::string ArchiveWhole(Computer& computer, const std::string& path, const std::string& earlier,
