@@ -22,10 +22,14 @@ const std::string kNew = "a new text, whole\r\n";
 constexpr const char* kArchive = "C:\\Backups\\WEEKLY.zip";
 const std::string kEarlier = "an earlier archive";
 
-void Arrange(Computer& computer) {
+void FurnishOnly(Computer& computer) {
     computer.Furnish();
     computer.Put(kArchive, kEarlier);
     computer.before = computer.Below("C:");
+}
+
+void Arrange(Computer& computer) {
+    FurnishOnly(computer);
     computer.Start();
     computer.desktop.boxes.clear();
 }
@@ -138,7 +142,7 @@ TEST(Checks, LogWithHalfARecordIsOddUnlessAWriteWasCut) {
 
 TEST(Checks, ArchiveIsTheEarlierOneOrWholeAndOfTheSource) {
     Computer computer;
-    Arrange(computer);
+    FurnishOnly(computer);
     const Tree source = computer.Below("C:\\Data");
     int files = 0;
     EXPECT_EQ(ArchiveWhole(computer, kArchive, kEarlier, source, files), "");
@@ -160,7 +164,7 @@ TEST(Checks, ArchiveIsTheEarlierOneOrWholeAndOfTheSource) {
 TEST(Checks, ArchiveWrittenInPlaceIsLost) {
     const std::string archive = [] {
         Computer computer;
-        Arrange(computer);
+        FurnishOnly(computer);
         computer.Start("WEEKLY.INI");
         return computer.Content(kArchive);
     }();
