@@ -53,42 +53,42 @@ set(FORMS_SOURCES
     forms/lists.cpp
     forms/tree.cpp)
 set(ZIP_SOURCES
-    zip/archive_extractor.cpp
-    zip/archive_file.cpp
-    zip/archive_place.cpp
-    zip/archive_sink.cpp
-    zip/archive_source.cpp
-    zip/archive_writer.cpp
-    zip/block_store.cpp
-    zip/central_record.cpp
-    zip/deflate.cpp
-    zip/directory_reader.cpp
-    zip/disk_prompt.cpp
-    zip/disk_set.cpp
-    zip/disk_signs.cpp
-    zip/dos_mask.cpp
-    zip/end_record.cpp
-    zip/entry_data.cpp
-    zip/entry_name.cpp
-    zip/entry_records.cpp
-    zip/extract_worker.cpp
-    zip/extraction_plan.cpp
-    zip/file_spec.cpp
-    zip/folder_maker.cpp
-    zip/inflate64.cpp
-    zip/packer.cpp
-    zip/paths.cpp
+    zip/base/dos_mask.cpp
+    zip/base/paths.cpp
+    zip/base/run_channel.cpp
+    zip/base/source_reader.cpp
+    zip/deflate/block_store.cpp
+    zip/deflate/deflate.cpp
+    zip/deflate/inflate64.cpp
+    zip/deflate/sampler.cpp
+    zip/deflate/thorough_choice.cpp
+    zip/disks/archive_file.cpp
+    zip/disks/archive_place.cpp
+    zip/disks/disk_prompt.cpp
+    zip/disks/disk_set.cpp
+    zip/disks/spanned_archive.cpp
+    zip/disks/volume.cpp
     zip/pkunzip.cpp
     zip/pkzip.cpp
-    zip/run_channel.cpp
-    zip/sampler.cpp
-    zip/source_reader.cpp
-    zip/source_scan.cpp
-    zip/spanned_archive.cpp
-    zip/target_file.cpp
-    zip/thorough_choice.cpp
-    zip/volume.cpp
-    zip/work_source.cpp)
+    zip/reader/archive_extractor.cpp
+    zip/reader/archive_source.cpp
+    zip/reader/entry_data.cpp
+    zip/reader/extract_worker.cpp
+    zip/reader/extraction_plan.cpp
+    zip/reader/folder_maker.cpp
+    zip/reader/target_file.cpp
+    zip/records/central_record.cpp
+    zip/records/directory_reader.cpp
+    zip/records/disk_signs.cpp
+    zip/records/end_record.cpp
+    zip/records/entry_name.cpp
+    zip/records/entry_records.cpp
+    zip/writer/archive_sink.cpp
+    zip/writer/archive_writer.cpp
+    zip/writer/file_spec.cpp
+    zip/writer/packer.cpp
+    zip/writer/source_scan.cpp
+    zip/writer/work_source.cpp)
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
     backupset/clsINI.cpp

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "forms/program.h"
-#include "zip/component_events.h"
+#include "zip/base/component_events.h"
 
 namespace vantrel {
 

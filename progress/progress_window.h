@@ -9,7 +9,7 @@
 #include "forms/form.h"
 #include "forms/lists.h"
 #include "progress/component_messages.h"
-#include "zip/component_events.h"
+#include "zip/base/component_events.h"
 
 namespace vantrel {
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "zip/archive_writer.h"
+#include "zip/writer/archive_writer.h"
 
 namespace vantrel::tools {
 

@@ -5,9 +5,9 @@
 #include <stdexcept>
 
 #include "tools/vzip_create.h"
-#include "zip/archive_extractor.h"
-#include "zip/archive_source.h"
-#include "zip/directory_reader.h"
+#include "zip/reader/archive_extractor.h"
+#include "zip/reader/archive_source.h"
+#include "zip/records/directory_reader.h"
 
 namespace vantrel::tools {
 

@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "platform/machine.h"
-#include "zip/component_events.h"
+#include "zip/base/component_events.h"
 #include "zip/pkzip.h"
 
 namespace vantrel::zip {

@@ -1,8 +1,8 @@
 #include "zip/pkzip.h"
 
 #include "common/error.h"
-#include "zip/archive_writer.h"
-#include "zip/file_spec.h"
+#include "zip/writer/archive_writer.h"
+#include "zip/writer/file_spec.h"
 
 namespace vantrel::zip {
 

@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "platform/machine.h"
-#include "zip/component_events.h"
+#include "zip/base/component_events.h"
 
 namespace vantrel::zip {
 

@@ -7,8 +7,8 @@
 #include "platform/host/host_machine.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/zip/zip_builder.h"
-#include "zip/directory_reader.h"
-#include "zip/extraction_plan.h"
+#include "zip/reader/extraction_plan.h"
+#include "zip/records/directory_reader.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/support/test_machine.h"
 #include "tests/zip/memory_file_system.h"
-#include "zip/archive_extractor.h"
+#include "zip/reader/archive_extractor.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "forms/folder_path.h"
 #include "platform/host/host_code_page.h"
 #include "tests/fuzz/fuzz_input.h"
-#include "zip/dos_mask.h"
+#include "zip/base/dos_mask.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/silent_desktop.h"
 #include "tests/support/test_machine.h"
-#include "zip/file_spec.h"
-#include "zip/paths.h"
+#include "zip/base/paths.h"
+#include "zip/writer/file_spec.h"
 
 namespace {
 

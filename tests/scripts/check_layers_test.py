@@ -67,6 +67,21 @@ class CheckLayers(unittest.TestCase):
                           {"zip/z.cpp": '#include "zip/z.h"\n#include "backupset/b.h"\n',
                            "backupset/b.h": ""})
 
+    def test_upward_include_between_chambers(self):
+        self.assert_finds("zip/base/b.h: includes zip/records/r.h, which is not below it",
+                          {"zip/z.h": '#include "zip/base/b.h"\n', "zip/records/r.h": "",
+                           "zip/base/b.h": '#include "zip/records/r.h"\n'})
+
+    def test_include_between_chambers_of_one_level(self):
+        self.assert_finds("zip/reader/r.h: includes zip/writer/w.h, which is not below it",
+                          {"zip/z.h": '#include "zip/reader/r.h"\n', "zip/writer/w.h": "",
+                           "zip/reader/r.h": '#include "zip/writer/w.h"\n'})
+
+    def test_chambers_may_not_include_the_room_above_them(self):
+        self.assert_finds("zip/base/b.h: includes zip/y.h, which is not below it",
+                          {"zip/z.h": '#include "zip/base/b.h"\n', "zip/y.h": "",
+                           "zip/base/b.h": '#include "zip/y.h"\n'})
+
     def test_machine_reached_past_app(self):
         self.assert_finds("ui/u.cpp: includes platform/win32/w.h",
                           {"ui/u.cpp": '#include "ui/u.h"\n#include "platform/win32/w.h"\n',

@@ -1,10 +1,10 @@
 // What an archive holds, when nothing goes wrong.
-#include "zip/archive_writer.h"
+#include "zip/writer/archive_writer.h"
 
 #include "tests/zip/writer_fixture.h"
-#include "zip/archive_place.h"
-#include "zip/entry_records.h"
-#include "zip/little_endian.h"
+#include "zip/base/little_endian.h"
+#include "zip/disks/archive_place.h"
+#include "zip/records/entry_records.h"
 
 namespace vantrel::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "zip/deflate.h"
+#include "zip/deflate/deflate.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "zip/dos_mask.h"
+#include "zip/base/dos_mask.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "zip/entry_records.h"
+#include "zip/records/entry_records.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/zip/archive_reader.h"
-#include "zip/little_endian.h"
+#include "zip/base/little_endian.h"
 
 namespace vantrel::zip {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "zip/component_events.h"
-#include "zip/run_channel.h"
+#include "zip/base/component_events.h"
+#include "zip/base/run_channel.h"
 
 namespace vantrel::test {
 

@@ -8,7 +8,7 @@
 
 #include "platform/text_file.h"
 #include "tests/zip/writer_fixture.h"
-#include "zip/archive_extractor.h"
+#include "zip/reader/archive_extractor.h"
 
 namespace vantrel::test {
 namespace {

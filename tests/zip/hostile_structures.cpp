@@ -1,5 +1,5 @@
 #include "tests/zip/hostile_tables.h"
-#include "zip/little_endian.h"
+#include "zip/base/little_endian.h"
 
 namespace vantrel::test {
 

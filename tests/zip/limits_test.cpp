@@ -1,6 +1,6 @@
 // Numbers, dates and names at the edges of the format, written and read again.
 #include "tests/zip/writer_fixture.h"
-#include "zip/archive_extractor.h"
+#include "zip/reader/archive_extractor.h"
 
 namespace vantrel::test {
 namespace {

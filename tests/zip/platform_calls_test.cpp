@@ -1,7 +1,7 @@
 // What the engine asks of the machine, counted where it is asked.
 #include "tests/support/faulty_file_system.h"
 #include "tests/zip/writer_fixture.h"
-#include "zip/archive_extractor.h"
+#include "zip/reader/archive_extractor.h"
 
 namespace vantrel::test {
 namespace {

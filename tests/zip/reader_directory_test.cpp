@@ -6,10 +6,10 @@
 
 #include "tests/support/test_machine.h"
 #include "tests/zip/zip_builder.h"
-#include "zip/central_record.h"
-#include "zip/deflate.h"
-#include "zip/directory_reader.h"
-#include "zip/little_endian.h"
+#include "zip/base/little_endian.h"
+#include "zip/deflate/deflate.h"
+#include "zip/records/central_record.h"
+#include "zip/records/directory_reader.h"
 
 namespace vantrel::test {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "tests/zip/writer_fixture.h"
 #include "tests/zip/zip_builder.h"
-#include "zip/archive_extractor.h"
+#include "zip/reader/archive_extractor.h"
 
 namespace vantrel::test {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "zip/entry_name.h"
+#include "zip/records/entry_name.h"
 
 namespace vantrel::test {
 namespace {

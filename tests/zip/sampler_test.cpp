@@ -1,4 +1,4 @@
-#include "zip/sampler.h"
+#include "zip/deflate/sampler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // Paths, file specifications and the compressed list.
 #include <gtest/gtest.h>
 
-#include "zip/block_store.h"
-#include "zip/file_spec.h"
-#include "zip/paths.h"
+#include "zip/base/paths.h"
+#include "zip/deflate/block_store.h"
+#include "zip/writer/file_spec.h"
 
 namespace vantrel::zip {
 namespace {

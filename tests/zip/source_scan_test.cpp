@@ -1,5 +1,5 @@
 // What belongs to a backup.
-#include "zip/source_scan.h"
+#include "zip/writer/source_scan.h"
 
 #include "tests/zip/writer_fixture.h"
 

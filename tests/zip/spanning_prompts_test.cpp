@@ -1,6 +1,6 @@
 // Disks that will not do, prompts that are answered with Cancel, and nobody at the drive.
 #include "tests/zip/spanning_fixture.h"
-#include "zip/archive_place.h"
+#include "zip/disks/archive_place.h"
 
 namespace vantrel::test {
 namespace {

@@ -4,8 +4,8 @@
 #include <fstream>
 
 #include "tests/zip/spanning_fixture.h"
-#include "zip/archive_extractor.h"
 #include "zip/pkunzip.h"
+#include "zip/reader/archive_extractor.h"
 
 namespace vantrel::test {
 namespace {

@@ -1,6 +1,6 @@
 // Archives that go on on the next disk.
 #include "tests/zip/spanning_fixture.h"
-#include "zip/archive_place.h"
+#include "zip/disks/archive_place.h"
 
 namespace vantrel::test {
 namespace {

@@ -1,5 +1,5 @@
 // Which data is compressed harder than usual.
-#include "zip/thorough_choice.h"
+#include "zip/deflate/thorough_choice.h"
 
 #include "tests/zip/writer_fixture.h"
 

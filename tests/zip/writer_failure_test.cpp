@@ -1,7 +1,7 @@
 // Steps without which there is no correct archive: the question, the clean retreat, and what killed
 // runs leave behind.
 #include "tests/zip/writer_fixture.h"
-#include "zip/archive_place.h"
+#include "zip/disks/archive_place.h"
 
 namespace vantrel::test {
 namespace {

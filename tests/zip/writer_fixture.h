@@ -16,7 +16,7 @@
 #include "tests/support/test_machine.h"
 #include "tests/zip/archive_reader.h"
 #include "tests/zip/memory_file_system.h"
-#include "zip/archive_writer.h"
+#include "zip/writer/archive_writer.h"
 
 namespace vantrel::test {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "zip/little_endian.h"
+#include "zip/base/little_endian.h"
 
 namespace vantrel::test {
 

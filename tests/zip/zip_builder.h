@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "zip/byte_source.h"
+#include "zip/base/byte_source.h"
 
 namespace vantrel::test {
 

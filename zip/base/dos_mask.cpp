@@ -1,0 +1,114 @@
+#include "zip/base/dos_mask.h"
+
+#include <vector>
+
+#include "common/utf.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+// Characters that cannot stand in a name, in the place of the wildcards that mean more than they
+// say.
+constexpr char32_t kStarToLastDot = U'<';
+constexpr char32_t kOneOrNone = U'>';
+constexpr char32_t kDotOrEnd = U'"';
+
+std::u32string CodePoints(std::string_view utf8) {
+    std::u32string points;
+    for (std::size_t position = 0; position < utf8.size();) {
+        points.push_back(utf::Next(utf8, position));
+    }
+    return points;
+}
+
+// Gives the wildcards their exact meaning, as the system's own directory search does.
+std::u32string Translate(std::u32string mask) {
+    if (mask == U"*.*") {
+        return U"*";
+    }
+    if (mask.size() >= 2 && mask.ends_with(U"*.")) {
+        mask.pop_back();
+        mask.back() = kStarToLastDot;
+    }
+    // Elsewhere a dot at the end means nothing, because no name ends in one.
+    while (mask.size() >= 2 && mask.back() == U'.') {
+        mask.pop_back();
+    }
+    for (std::size_t i = 0; i < mask.size(); ++i) {
+        const bool wild = mask[i] == U'?' || mask[i] == U'*' || mask[i] == kStarToLastDot;
+        if (i > 0 && mask[i] == U'.' && mask[i - 1] == U'*') {
+            mask[i - 1] = kStarToLastDot;
+        }
+        if (i > 0 && wild && mask[i - 1] == U'.') {
+            mask[i - 1] = kDotOrEnd;
+        }
+        if (mask[i] == U'?') {
+            mask[i] = kOneOrNone;
+        }
+    }
+    return mask;
+}
+
+// Whether pattern[p..] matches name[n..]; `known` remembers failures, so that the work is bounded
+// by the product of both lengths.
+class Matcher {
+  public:
+    Matcher(const std::u32string& pattern, const std::u32string& name)
+        : pattern_(pattern),
+          name_(name),
+          last_dot_(name.rfind(U'.')),
+          failed_((pattern.size() + 1) * (name.size() + 1)) {}
+
+    bool Match(std::size_t p, std::size_t n) {
+        if (p == pattern_.size()) {
+            return n == name_.size();
+        }
+        const std::size_t place = p * (name_.size() + 1) + n;
+        if (failed_[place]) {
+            return false;
+        }
+        const bool matched = Step(p, n);
+        failed_[place] = !matched;
+        return matched;
+    }
+
+  private:
+    bool Step(std::size_t p, std::size_t n) {
+        const bool at_end = n == name_.size();
+        switch (pattern_[p]) {
+            case U'*':
+                return Match(p + 1, n) || (!at_end && Match(p, n + 1));
+            case kStarToLastDot:
+                return Match(p + 1, n) || (!at_end && n != last_dot_ && Match(p, n + 1));
+            case kOneOrNone:
+                return at_end || name_[n] == U'.' ? Match(p + 1, n) : Match(p + 1, n + 1);
+            case kDotOrEnd:
+                return at_end ? Match(p + 1, n) : name_[n] == U'.' && Match(p + 1, n + 1);
+            default:
+                return !at_end && name_[n] == pattern_[p] && Match(p + 1, n + 1);
+        }
+    }
+
+    const std::u32string& pattern_;
+    const std::u32string& name_;
+    std::size_t last_dot_;
+    std::vector<bool> failed_;
+};
+
+}  // namespace
+
+DosMask::DosMask(platform::CodePage& code_page, std::string_view mask)
+    : code_page_(code_page),
+      pattern_(Translate(CodePoints(code_page.Fold(std::string(mask))))),
+      everything_(pattern_ == U"*") {}
+
+bool DosMask::Matches(const std::string& name) const {
+    if (everything_) {
+        return true;
+    }
+    const std::u32string points = CodePoints(code_page_.Fold(name));
+    return Matcher(pattern_, points).Match(0, 0);
+}
+
+}  // namespace vantrel::zip

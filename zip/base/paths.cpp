@@ -1,0 +1,67 @@
+#include "zip/base/paths.h"
+
+#include <algorithm>
+
+namespace vantrel::zip {
+
+namespace {
+
+// Length of the part that has no parent: "C:\", "\\server\share\".
+std::size_t RootLength(std::string_view path) {
+    if (path.starts_with("\\\\")) {
+        const std::size_t share = path.find('\\', 2);
+        const std::size_t end =
+            share == std::string_view::npos ? share : path.find('\\', share + 1);
+        return end == std::string_view::npos ? path.size() : end + 1;
+    }
+    return path.size() >= 3 && path[1] == ':' && path[2] == '\\' ? 3 : 0;
+}
+
+}  // namespace
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+    std::string path(folder);
+    if (!path.empty() && path.back() != '\\' && !name.empty()) {
+        path += '\\';
+    }
+    path += name;
+    return path;
+}
+
+std::string ParentOf(std::string_view path) {
+    const std::size_t root = RootLength(path);
+    while (path.size() > root && path.back() == '\\') {
+        path.remove_suffix(1);
+    }
+    if (path.size() <= root) {
+        return "";
+    }
+    const std::size_t slash = path.rfind('\\');
+    if (slash == std::string_view::npos) {
+        return "";
+    }
+    return std::string(path.substr(0, std::max(slash, root)));
+}
+
+std::string RootOf(std::string_view path) { return std::string(path.substr(0, RootLength(path))); }
+
+std::string LeafOf(std::string_view path) {
+    const std::size_t root = RootLength(path);
+    while (path.size() > root && path.back() == '\\') {
+        path.remove_suffix(1);
+    }
+    const std::size_t slash = path.rfind('\\');
+    return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
+}
+
+bool IsStamp(std::string_view name) {
+    constexpr std::size_t kLength = 15;
+    if (name.size() != kLength || name[8] != '_') {
+        return false;
+    }
+    return std::all_of(name.begin(), name.end(),
+                       [](char c) { return c == '_' || (c >= '0' && c <= '9'); }) &&
+           std::count(name.begin(), name.end(), '_') == 1;
+}
+
+}  // namespace vantrel::zip

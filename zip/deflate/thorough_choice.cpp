@@ -1,0 +1,49 @@
+#include "zip/deflate/thorough_choice.h"
+
+#include <algorithm>
+
+namespace vantrel::zip {
+
+namespace {
+
+// The library's own level from which on it looks for the best way to say a piece of data instead of
+// the first good one. Four to eight times the time of the usual level, and on the average 2 % less.
+constexpr int kThoroughLevel = 10;
+
+// Measured on 1 GB in 69,000 files: where a fifth of the bytes are digits (character tables, fonts'
+// maps, lists of code points) and a trial on 4 KB saves 7 %, the whole becomes 5 to 40 % smaller,
+// often in no more time, because the usual level is slow there. These are 1 % of the data, and make
+// the archive 0.2 % smaller for 1 % of the time. Asking more data costs more than it finds.
+constexpr std::size_t kSampleSize = 4096;
+constexpr std::size_t kSmallest = 2 * kSampleSize;
+constexpr std::size_t kDigits = kSampleSize / 5;
+constexpr std::size_t kPercentThatPays = 93;
+
+bool IsDigit(std::uint8_t byte) { return byte >= '0' && byte <= '9'; }
+
+}  // namespace
+
+RawCompressor& ThoroughChoice::For(const std::uint8_t* data, std::size_t size,
+                                   RawCompressor& usual) {
+    if (size < kSmallest) {
+        return usual;
+    }
+    const std::uint8_t* const sample = data + (size - kSampleSize) / 2;
+    const auto digits =
+        static_cast<std::size_t>(std::count_if(sample, sample + kSampleSize, IsDigit));
+    return digits >= kDigits && Pays(sample, usual) ? *thorough_ : usual;
+}
+
+bool ThoroughChoice::Pays(const std::uint8_t* sample, RawCompressor& usual) {
+    if (!thorough_) {
+        thorough_ = MakeCompressor(kThoroughLevel);
+    }
+    packed_.Resize(std::max(usual.Bound(kSampleSize), thorough_->Bound(kSampleSize)));
+    const std::size_t by_usual =
+        usual.Compress(sample, kSampleSize, packed_.data(), packed_.size());
+    const std::size_t by_thorough =
+        thorough_->Compress(sample, kSampleSize, packed_.data(), packed_.size());
+    return by_thorough * 100 <= by_usual * kPercentThatPays;
+}
+
+}  // namespace vantrel::zip

@@ -1,0 +1,138 @@
+#include "zip/disks/archive_file.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vantrel::zip {
+
+namespace {
+
+// Bytes of one write. Large, because every write costs a trip to the disk or the network.
+constexpr std::size_t kWriteSize = std::size_t{1} << 20;
+
+constexpr const char* kCannotWrite = "The archive cannot be written";
+
+}  // namespace
+
+ArchiveFile::ArchiveFile(const platform::Machine& machine, RunChannel& channel,
+                         const std::string& archive)
+    : files_(machine.files),
+      channel_(channel),
+      place_(machine, channel, archive),
+      path_(place_.Temporary()) {}
+
+void ArchiveFile::Open() {
+    place_.RemoveLeftovers();
+    place_.MakeFolders();
+    Create();
+}
+
+void ArchiveFile::Create() {
+    file_ = UntilItWorks(channel_, Cannot("The archive cannot be created", path_), [this] {
+        channel_.CheckStop();
+        return files_.Open(path_, platform::OpenMode::kCreateNew);
+    });
+    created_ = true;
+}
+
+void ArchiveFile::Write(std::string_view bytes, std::span<WholeRecord> records) {
+    for (WholeRecord& record : records) {
+        record.place = {0, Position() + record.at};
+    }
+    Append(bytes);
+}
+
+void ArchiveFile::Append(std::string_view bytes) {
+    buffer_.Reserve(kWriteSize);
+    while (!bytes.empty()) {
+        const std::size_t part = std::min(bytes.size(), kWriteSize - buffer_.size());
+        buffer_.Append(bytes.substr(0, part));
+        bytes.remove_prefix(part);
+        if (buffer_.size() == kWriteSize) {
+            WriteBuffer();
+        }
+    }
+}
+
+void ArchiveFile::WriteBuffer() {
+    if (buffer_.empty()) {
+        return;
+    }
+    WriteAt(flushed_, buffer_.View());
+    flushed_ += buffer_.size();
+    buffer_.Clear();
+}
+
+void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        if (!position_known_ || file_position_ != offset) {
+            position_known_ = false;
+            file_->Seek(offset);
+        }
+        position_known_ = false;  // a write that fails may have written a part
+        file_->Write(bytes.data(), bytes.size());
+        file_position_ = offset + bytes.size();
+        position_known_ = true;
+    });
+}
+
+void ArchiveFile::Patch(const Place& place, std::string_view bytes) {
+    const std::uint64_t offset = place.offset;
+    const std::uint64_t end = offset + bytes.size();
+    const auto in_file =
+        static_cast<std::size_t>(std::min(end, std::max(flushed_, offset)) - offset);
+    if (in_file > 0) {
+        WriteAt(offset, bytes.substr(0, in_file));
+    }
+    if (in_file < bytes.size()) {
+        std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(in_file), bytes.end(),
+                  buffer_.data() + (offset + in_file - flushed_));
+    }
+}
+
+void ArchiveFile::CutBack(const Place& place) {
+    const std::uint64_t offset = place.offset;
+    if (offset >= flushed_) {
+        buffer_.Resize(static_cast<std::size_t>(offset - flushed_));
+        return;
+    }
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        position_known_ = false;
+        file_->Truncate(offset);
+    });
+    buffer_.Clear();
+    flushed_ = offset;
+}
+
+void ArchiveFile::Finish() {
+    WriteBuffer();
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
+        channel_.CheckStop();
+        file_->Flush();
+    });
+    channel_.CheckStop();
+    UntilItWorks(channel_, Cannot("The archive cannot be closed", path_),
+                 [this] { CloseChecked(); });
+}
+
+// A file is closed once only; after a failed close its size tells whether anything was lost.
+void ArchiveFile::CloseChecked() {
+    if (file_) {
+        const std::unique_ptr<platform::File> closing = std::move(file_);
+        closing->Close();
+        return;
+    }
+    const auto info = files_.Find(path_);
+    if (!info || info->size != flushed_) {
+        RaiseError(error_number::kDeviceIo);
+    }
+}
+
+void ArchiveFile::Abandon() {
+    file_.reset();
+    place_.Abandon(created_);
+}
+
+}  // namespace vantrel::zip

@@ -1,0 +1,55 @@
+// An archive of one file, filled from front to back in large writes. A write that fails is a
+// question, and is tried again from where it failed.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/file_system.h"
+#include "zip/base/buffer.h"
+#include "zip/base/run_channel.h"
+#include "zip/disks/archive_output.h"
+#include "zip/disks/archive_place.h"
+
+namespace vantrel::zip {
+
+class ArchiveFile : public ArchiveOutput {
+  public:
+    ArchiveFile(const platform::Machine& machine, RunChannel& channel, const std::string& archive);
+
+    void Open() override;
+    bool CanPatch() const override { return true; }
+
+    using ArchiveOutput::Write;
+    void Write(std::string_view bytes, std::span<WholeRecord> records) override;
+    Place Next() const override { return {0, Position()}; }
+    void Patch(const Place& place, std::string_view bytes) override;
+    void CutBack(const Place& place) override;
+
+    void Finish() override;
+    void Commit() override { place_.Commit(); }
+    void Abandon() override;
+
+  private:
+    std::uint64_t Position() const { return flushed_ + buffer_.size(); }
+    void Create();
+    void Append(std::string_view bytes);
+    void WriteBuffer();
+    void WriteAt(std::uint64_t offset, std::string_view bytes);
+    void CloseChecked();
+
+    platform::FileSystem& files_;
+    RunChannel& channel_;
+    ArchivePlace place_;
+    std::string path_;
+    std::unique_ptr<platform::File> file_;
+    bool created_ = false;
+    Buffer buffer_;              // appended, not yet written
+    std::uint64_t flushed_ = 0;  // bytes before the buffer
+    std::uint64_t file_position_ = 0;
+    bool position_known_ = true;
+};
+
+}  // namespace vantrel::zip

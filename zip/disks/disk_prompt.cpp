@@ -1,0 +1,81 @@
+#include "zip/disks/disk_prompt.h"
+
+#include "zip/base/paths.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+std::string Prompt(const std::string& which, const std::string& path, const std::string& note) {
+    return "Please insert " + which + " of " + LeafOf(path) + " into drive " + DriveOf(path) +
+           " and press Retry." + (note.empty() ? "" : "\r\n\r\n" + note);
+}
+
+}  // namespace
+
+std::string DriveOf(const std::string& path) {
+    std::string root = RootOf(path);
+    while (!root.empty() && root.back() == '\\') {
+        root.pop_back();
+    }
+    return root;
+}
+
+std::string PromptToWrite(std::uint32_t disk, const std::string& path, const std::string& note) {
+    return Prompt("disk " + std::to_string(disk), path, note);
+}
+
+std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::string& path,
+                         const std::string& note) {
+    return Prompt(
+        disks == 0 ? "the last disk"
+                   : "disk " + std::to_string(disk) + " of the " + std::to_string(disks) + " disks",
+        path, note);
+}
+
+std::string FreeSpaceNote(std::uint64_t bytes) {
+    return "The disk in the drive has " + std::to_string(bytes) + " bytes free.";
+}
+
+std::string FullNote(std::uint64_t bytes) {
+    return "The disk in the drive is full: it has " + std::to_string(bytes) + " bytes free.";
+}
+
+std::string NoDiskNote() { return "There is no disk in the drive."; }
+
+std::string HoldsArchiveNote(const std::string& path) {
+    return "The disk in the drive holds " + path + " already, and no file is overwritten.";
+}
+
+std::string MissingNote(const std::string& path) {
+    return "The disk in the drive does not hold " + path + ".";
+}
+
+std::string OtherDiskNote() { return "The disk in the drive is another one."; }
+
+std::string NotLastNote() { return "The disk in the drive is not the last one of an archive."; }
+
+std::string ReadErrorNote(const Error& error) {
+    const int number = error.number();
+    return number == error_number::kDeviceUnavailable || number == error_number::kDiskNotReady
+               ? NoDiskNote()
+               : "The disk in the drive cannot be read (" + error.description() + ").";
+}
+
+std::string ErrorNote(const Error& error) {
+    switch (error.number()) {
+        case error_number::kDeviceUnavailable:
+        case error_number::kDiskNotReady:
+            return NoDiskNote();
+        case error_number::kDiskFull:
+            return "The disk in the drive is full.";
+        case error_number::kPermissionDenied:
+            return "The disk in the drive is write-protected.";
+        case error_number::kPathFileAccess:
+            return "The disk in the drive is write-protected, or a folder cannot be made on it.";
+        default:
+            return "The disk in the drive cannot be used (" + error.description() + ").";
+    }
+}
+
+}  // namespace vantrel::zip

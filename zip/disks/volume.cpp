@@ -1,0 +1,151 @@
+#include "zip/disks/volume.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "zip/base/buffer.h"
+#include "zip/base/source_reader.h"
+#include "zip/deflate/deflate.h"
+#include "zip/records/disk_signs.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+constexpr const char* kCannotWrite = "The archive cannot be written";
+constexpr std::size_t kReadSize = std::size_t{1} << 20;
+// When a disk is full before it said so, what is left is found in smaller and smaller writes, down
+// to a sector.
+constexpr std::size_t kSteps[] = {64 * 1024, 4096, 512};
+
+std::uint32_t CrcOf(std::string_view bytes) {
+    return Crc32(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+}
+
+}  // namespace
+
+Volume::Volume(platform::FileSystem& files, RunChannel& channel, std::string path)
+    : files_(files),
+      channel_(channel),
+      path_(std::move(path)),
+      file_(files.Open(path_, platform::OpenMode::kCreateNew)) {}
+
+std::size_t Volume::Offer(std::string_view bytes) {
+    return UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        try {
+            file_->Seek(state_.size);
+            file_->Write(bytes.data(), bytes.size());
+            return bytes.size();
+        } catch (const Error& error) {
+            if (error.number() != error_number::kDiskFull) {
+                throw;
+            }
+        }
+        return WriteWhatFits(bytes);
+    });
+}
+
+std::size_t Volume::WriteWhatFits(std::string_view bytes) {
+    std::size_t done = 0;
+    file_->Truncate(state_.size);
+    for (const std::size_t step : kSteps) {
+        while (done < bytes.size()) {
+            const std::string_view part = bytes.substr(done, step);
+            try {
+                file_->Write(part.data(), part.size());
+                done += part.size();
+            } catch (const Error& error) {
+                if (error.number() != error_number::kDiskFull) {
+                    throw;
+                }
+                file_->Truncate(state_.size + done);
+                break;
+            }
+        }
+    }
+    return done;
+}
+
+void Volume::Keep(std::string_view offered, std::size_t count) {
+    std::string_view kept = offered.substr(0, count);
+    if (state_.head.size() < kDiskHead) {
+        const std::size_t part = std::min(kDiskHead - state_.head.size(), kept.size());
+        state_.head += kept.substr(0, part);
+        kept.remove_prefix(part);
+    }
+    state_.rest_crc = CombineCrc32(state_.rest_crc, CrcOf(kept), kept.size());
+    state_.size += count;
+    if (count < offered.size()) {
+        Cut(state_.size);
+    }
+}
+
+void Volume::Cut(std::uint64_t size) {
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        file_->Truncate(size);
+    });
+}
+
+void Volume::CutBack() {
+    Cut(mark_.size);
+    state_ = mark_;
+}
+
+void Volume::PatchHead(std::string_view bytes) {
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+        channel_.CheckStop();
+        file_->Seek(0);
+        file_->Write(bytes.data(), bytes.size());
+    });
+    state_.head.replace(0, bytes.size(), bytes);
+}
+
+std::uint32_t Volume::HeadCrc() const { return CrcOf(state_.head); }
+
+void Volume::Close() {
+    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
+        channel_.CheckStop();
+        file_->Flush();
+    });
+    // What closing it may have lost, reading it back will show.
+    const std::unique_ptr<platform::File> closing = std::move(file_);
+    try {
+        closing->Close();
+    } catch (const Error&) {
+    }
+}
+
+void Volume::ReadBack() {
+    UntilItWorks(channel_, Cannot("What was written on this disk cannot be read back", path_),
+                 [this] { Compare(); });
+}
+
+void Volume::Compare() {
+    const auto file = files_.Open(path_, platform::OpenMode::kRead);
+    Buffer buffer;
+    buffer.Resize(kReadSize);
+    std::string head;
+    std::uint32_t crc = 0;
+    std::uint64_t size = 0;
+    for (;;) {
+        channel_.CheckStop();
+        const std::size_t wanted = size == 0 ? kDiskHead : kReadSize;
+        const std::size_t count = ReadFully(*file, buffer.data(), wanted);
+        if (size == 0) {
+            head = buffer.View().substr(0, count);
+        } else {
+            crc = CombineCrc32(crc, Crc32(buffer.data(), count), count);
+        }
+        size += count;
+        if (count < wanted) {
+            break;
+        }
+    }
+    if (size != state_.size || head != state_.head || crc != state_.rest_crc) {
+        RaiseError(error_number::kDeviceIo);
+    }
+}
+
+}  // namespace vantrel::zip

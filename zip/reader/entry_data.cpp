@@ -1,0 +1,277 @@
+#include "zip/reader/entry_data.h"
+
+#include <libdeflate.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <map>
+#include <new>
+#include <string_view>
+
+#include "common/error.h"
+#include "zip/base/little_endian.h"
+#include "zip/deflate/deflate.h"
+#include "zip/deflate/inflate64.h"
+#include "zip/records/entry_records.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+constexpr std::size_t kLocalSize = 30;                // APPNOTE 4.3.7, before the name
+constexpr std::size_t kPiece = std::size_t{1} << 18;  // of what streams, in and out
+
+[[noreturn]] void Damaged(const std::string& why) { throw Error(error_number::kDeviceIo, "", why); }
+
+std::string MethodName(std::uint16_t number) {
+    // APPNOTE 4.4.5.
+    static const std::map<int, const char*> kNames = {
+        {1, "Shrunk"},         {2, "Reduced 1"}, {3, "Reduced 2"},
+        {4, "Reduced 3"},      {5, "Reduced 4"}, {6, "Imploded"},
+        {7, "Tokenized"},      {9, "Deflate64"}, {10, "DCL Imploded"},
+        {12, "BZIP2"},         {14, "LZMA"},     {16, "CMPSC"},
+        {18, "TERSE"},         {19, "LZ77"},     {20, "Zstandard"},
+        {93, "Zstandard"},     {94, "MP3"},      {95, "XZ"},
+        {96, "JPEG"},          {97, "WavPack"},  {98, "PPMd"},
+        {99, "AES encryption"}};
+    const auto found = kNames.find(number);
+    return found == kNames.end() ? "unknown" : found->second;
+}
+
+// What a local header says otherwise than the directory; sizes may stand in a descriptor or in a
+// Zip64 field instead.
+std::string NumbersThatDiffer(std::string_view header, const StoredEntry& entry) {
+    if (GetNumber<std::uint16_t>(header, 8) != entry.method) {
+        return "method";
+    }
+    const auto agrees = [&header](std::size_t at, std::uint64_t central) {
+        const auto local = GetNumber<std::uint32_t>(header, at);
+        return local == central || local == kSaturated32;
+    };
+    const bool in_descriptor = (GetNumber<std::uint16_t>(header, 6) & flag::kDescriptor) != 0;
+    const bool same = GetNumber<std::uint32_t>(header, 14) == entry.crc &&
+                      agrees(18, entry.packed_size) && agrees(22, entry.size);
+    return in_descriptor || same ? "" : "size or checksum";
+}
+
+// Counts and checks what is handed to a sink.
+class CheckedSink {
+  public:
+    CheckedSink(const StoredEntry& entry, const EntryData::Sink& sink)
+        : entry_(entry), sink_(sink) {}
+
+    void Put(const std::uint8_t* data, std::size_t count) {
+        if (count > entry_.size - done_) {
+            Damaged("it holds more data than stated");
+        }
+        crc_ = libdeflate_crc32(crc_, data, count);
+        done_ += count;
+        if (count > 0) {
+            sink_(data, count);
+        }
+    }
+    void Finish() const {
+        if (done_ != entry_.size) {
+            Damaged("it holds less data than stated");
+        }
+        if (crc_ != entry_.crc) {
+            Damaged("its checksum is wrong");
+        }
+    }
+
+  private:
+    const StoredEntry& entry_;
+    const EntryData::Sink& sink_;
+    std::uint32_t crc_ = 0;
+    std::uint64_t done_ = 0;
+};
+
+class InflateStream {
+  public:
+    InflateStream() {
+        if (inflateInit2(&stream_, -MAX_WBITS) != Z_OK) {
+            throw std::bad_alloc();
+        }
+    }
+    ~InflateStream() { inflateEnd(&stream_); }
+    InflateStream(const InflateStream&) = delete;
+    InflateStream& operator=(const InflateStream&) = delete;
+
+    z_stream& operator*() { return stream_; }
+
+  private:
+    z_stream stream_{};
+};
+
+}  // namespace
+
+struct EntryData::Inflaters {
+    std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> whole{
+        libdeflate_alloc_decompressor(), libdeflate_free_decompressor};
+};
+
+std::string UnreadableBecause(const StoredEntry& entry) {
+    constexpr std::uint16_t kAes = 99;
+    if ((entry.flags & (flag::kStrongEncryption | flag::kMaskedHeader)) != 0) {
+        return "it is encrypted (strong encryption)";
+    }
+    if ((entry.flags & flag::kEncrypted) != 0) {
+        return entry.method == kAes ? "it is encrypted (AES)" : "it is encrypted (ZipCrypto)";
+    }
+    if ((entry.flags & flag::kPatch) != 0) {
+        return "it is a patch of another file";
+    }
+    const bool known = entry.method == method::kStored || entry.method == method::kDeflated ||
+                       entry.method == method::kDeflated64;
+    if (!known) {
+        return "its compression method " + std::to_string(entry.method) + " (" +
+               MethodName(entry.method) + ") is not supported";
+    }
+    return "";
+}
+
+EntryData::EntryData(ByteSource& source)
+    : source_(source), inflaters_(std::make_unique<Inflaters>()) {
+    if (!inflaters_->whole) {
+        throw std::bad_alloc();
+    }
+}
+
+EntryData::~EntryData() = default;
+
+void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
+    window_.Clear();
+    window_.Resize(count);
+    window_at_ = offset;
+    window_.Resize(source_.ReadAhead(offset, window_.data(), count));
+}
+
+// Valid until the next call.
+const std::uint8_t* EntryData::View(std::uint64_t offset, std::size_t count) {
+    if (offset >= window_at_ && offset - window_at_ <= window_.size() &&
+        window_.size() - (offset - window_at_) >= count) {
+        return window_.data() + (offset - window_at_);
+    }
+    packed_.Clear();
+    packed_.Resize(count);
+    if (source_.ReadAt(offset, packed_.data(), count) != count) {
+        Damaged("the archive ends before its data");
+    }
+    return packed_.data();
+}
+
+std::uint64_t EntryData::FindData(const StoredEntry& entry, std::string& disagreement) {
+    const std::string_view header(reinterpret_cast<const char*>(View(entry.offset, kLocalSize)),
+                                  kLocalSize);
+    if (GetNumber<std::uint32_t>(header, 0) != kLocalSignature) {
+        Damaged("its local header is not where the directory says");
+    }
+    const std::size_t name_length = GetNumber<std::uint16_t>(header, 26);
+    const std::size_t extra_length = GetNumber<std::uint16_t>(header, 28);
+    disagreement = NumbersThatDiffer(header, entry);
+    const std::uint64_t name_at = entry.offset + kLocalSize;
+    const std::string_view name(reinterpret_cast<const char*>(View(name_at, name_length)),
+                                name_length);
+    if (name != entry.RawName()) {
+        disagreement = "name";
+    }
+    return name_at + name_length + extra_length;
+}
+
+std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
+    std::string disagreement;
+    const std::uint64_t data_at = FindData(entry, disagreement);
+    if (entry.method == method::kStored && entry.size != entry.packed_size) {
+        Damaged("its two sizes differ although it is stored");
+    }
+    if (entry.method == method::kDeflated64) {
+        StreamDeflated64(entry, data_at, sink);
+    } else if (std::max(entry.size, entry.packed_size) <= kLargestWhole) {
+        ReadWhole(entry, data_at, sink);
+    } else if (entry.method == method::kStored) {
+        StreamStored(entry, data_at, sink);
+    } else {
+        StreamDeflated(entry, data_at, sink);
+    }
+    return disagreement;
+}
+
+void EntryData::ReadWhole(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
+    const auto size = static_cast<std::size_t>(entry.size);
+    const auto packed_size = static_cast<std::size_t>(entry.packed_size);
+    const std::uint8_t* data = View(data_at, packed_size);
+    if (entry.method == method::kDeflated) {
+        // One byte more than needed, so that there is always a place to point to.
+        output_.Resize(size + 1);
+        const auto result = libdeflate_deflate_decompress(
+            inflaters_->whole.get(), data, packed_size, output_.data(), size, nullptr);
+        if (result != LIBDEFLATE_SUCCESS) {
+            Damaged(result == LIBDEFLATE_SHORT_OUTPUT         ? "it holds less data than stated"
+                    : result == LIBDEFLATE_INSUFFICIENT_SPACE ? "it holds more data than stated"
+                                                              : "its data is damaged");
+        }
+        data = output_.data();
+    }
+    if (Crc32(data, size) != entry.crc) {
+        Damaged("its checksum is wrong");
+    }
+    if (size > 0) {
+        sink(data, size);
+    }
+}
+
+void EntryData::StreamStored(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
+    CheckedSink checked(entry, sink);
+    for (std::uint64_t done = 0; done < entry.size;) {
+        const auto part =
+            static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, entry.size - done));
+        checked.Put(View(data_at + done, part), part);
+        done += part;
+    }
+    checked.Finish();
+}
+
+void EntryData::StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
+    CheckedSink checked(entry, sink);
+    InflateStream inflater;
+    z_stream& stream = *inflater;
+    output_.Resize(kPiece);
+    std::uint64_t taken = 0;
+    for (int result = Z_OK; result != Z_STREAM_END;) {
+        if (stream.avail_in == 0) {
+            const auto part = static_cast<std::size_t>(
+                std::min<std::uint64_t>(kPiece, entry.packed_size - taken));
+            // zlib wants its input writable but leaves it alone.
+            stream.next_in = const_cast<Bytef*>(View(data_at + taken, part));
+            stream.avail_in = static_cast<uInt>(part);
+            taken += part;
+        }
+        stream.next_out = output_.data();
+        stream.avail_out = static_cast<uInt>(kPiece);
+        result = inflate(&stream, Z_NO_FLUSH);
+        if (result != Z_OK && result != Z_STREAM_END) {
+            Damaged("its data is damaged");
+        }
+        checked.Put(output_.data(), kPiece - stream.avail_out);
+    }
+    checked.Finish();
+}
+
+void EntryData::StreamDeflated64(const StoredEntry& entry, std::uint64_t data_at,
+                                 const Sink& sink) {
+    CheckedSink checked(entry, sink);
+    std::uint64_t taken = 0;
+    const auto more = [&] {
+        const auto part =
+            static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, entry.packed_size - taken));
+        const std::uint8_t* const data = View(data_at + taken, part);
+        taken += part;
+        return std::string_view(reinterpret_cast<const char*>(data), part);
+    };
+    Inflate64(more, [&](const std::uint8_t* data, std::size_t count) {
+        checked.Put(data, count);
+    }).Run();
+    checked.Finish();
+}
+
+}  // namespace vantrel::zip

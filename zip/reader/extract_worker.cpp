@@ -1,0 +1,142 @@
+#include "zip/reader/extract_worker.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "zip/base/paths.h"
+#include "zip/reader/target_file.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+// Small entries are read together, up to so many bytes and entries: less often asked of the disk,
+// and still often enough looked at for a cancel.
+constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 20;
+constexpr std::size_t kBatchEntries = 64;
+constexpr std::uint64_t kHeaderRoom = 30 + 512;  // local header and usual extra fields
+
+}  // namespace
+
+void Extraction::Fail(std::uint32_t index, const Error& error) {
+    ++failed;
+    channel.Tell(EntryWarning(
+        directory, index, error.number(),
+        directory.entries[index].name + " is not restored: " + error.description() + "."));
+}
+
+// A drive that is pulled out may be missing as a path, too.
+bool Extraction::IsOfDestination(int number) {
+    return number == error_number::kDiskFull || number == error_number::kDeviceUnavailable ||
+           number == error_number::kDiskNotReady ||
+           (number == error_number::kPathNotFound && folders.DestinationIsGone());
+}
+
+Extraction::Batch Extraction::NextBatch() {
+    const std::lock_guard lock(mutex_);
+    Batch batch{next_, next_, 0};
+    const std::size_t count = plan.files.size();
+    std::uint64_t bytes = 0;
+    while (next_ < count && next_ - batch.begin < kBatchEntries) {
+        const StoredEntry& entry = File(next_);
+        const std::uint64_t reach = entry.offset - File(batch.begin).offset + kHeaderRoom +
+                                    entry.RawName().size() + entry.packed_size;
+        if (reach > kBatchBytes) {
+            break;
+        }
+        bytes = reach;
+        ++next_;
+    }
+    if (next_ == batch.begin && next_ < count) {
+        ++next_;  // a large one, alone
+    }
+    batch.end = next_;
+    batch.bytes = static_cast<std::size_t>(bytes);
+    return batch;
+}
+
+ExtractWorker::ExtractWorker(Extraction& run)
+    : run_(run), source_(run.machine.files, run.archive), data_(source_) {
+    source_.AskOn(run.channel, run.directory);
+}
+
+void ExtractWorker::Work() {
+    for (;;) {
+        run_.channel.CheckStop();
+        const Extraction::Batch batch = run_.NextBatch();
+        if (batch.begin == batch.end) {
+            return;
+        }
+        if (batch.bytes > 0) {
+            const PlannedEntry& first = run_.plan.files[batch.begin];
+            data_.Prefetch(run_.directory.entries[first.index].offset, batch.bytes);
+        }
+        for (std::size_t i = batch.begin; i < batch.end; ++i) {
+            RestoreFile(run_.plan.files[i]);
+        }
+    }
+}
+
+void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
+    counted_ = 0;
+    run_.Restore(planned.index, [&] { RestoreOnce(planned); });
+    run_.channel.AddDone(run_.directory.entries[planned.index].size - counted_);
+}
+
+void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
+    const StoredEntry& entry = run_.directory.entries[planned.index];
+    std::optional<TargetFile> target;
+    const auto open = [&] {
+        if (!target) {
+            target.emplace(run_.machine, Folder(ParentOf(planned.path)), LeafOf(planned.path),
+                           run_.archive);
+        }
+    };
+    std::uint64_t written = 0;
+    const std::string disagreement =
+        data_.Read(entry, [&](const std::uint8_t* bytes, std::size_t count) {
+            run_.channel.CheckStop();
+            open();
+            target->Write(bytes, count);
+            written += count;
+            if (written > counted_) {
+                run_.channel.AddDone(written - counted_);
+                counted_ = written;
+            }
+            const double share = static_cast<double>(written) / static_cast<double>(entry.size);
+            run_.channel.SetFilePercent(static_cast<int>(share * 100));
+        });
+    open();
+    target->Commit(entry.times, entry.attributes);
+    TellRestored(planned, target->Path(), disagreement);
+}
+
+const std::string& ExtractWorker::Folder(const std::string& folder) {
+    if (folder_path_.empty() || folder != folder_) {
+        folder_path_ = run_.folders.Ensure(folder);
+        folder_ = folder;
+    }
+    return folder_path_;
+}
+
+void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string& path,
+                                 const std::string& disagreement) {
+    const std::uint32_t index = planned.index;
+    const std::string& name = run_.directory.entries[index].name;
+    if (!disagreement.empty()) {
+        run_.channel.Tell(EntryWarning(run_.directory, index, 0,
+                                       name + " has another " + disagreement +
+                                           " in its local header; the directory's holds."));
+    }
+    if (LeafOf(path) != LeafOf(planned.path)) {
+        run_.channel.Tell(EntryWarning(
+            run_.directory, index, 0,
+            name + " is restored as " + path + ": its name is another file's short name."));
+    }
+    ComponentMessage message = EntryWarning(run_.directory, index, 0, "Extracting " + path);
+    message.kind = MessageKind::kInformation;
+    message.path = path;
+    run_.channel.Tell(std::move(message));
+}
+
+}  // namespace vantrel::zip

@@ -1,0 +1,248 @@
+#include "zip/records/central_record.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+
+#include "common/utf.h"
+#include "zip/base/little_endian.h"
+#include "zip/deflate/deflate.h"
+#include "zip/records/disk_signs.h"
+#include "zip/records/entry_records.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+using platform::LocalTime;
+using platform::Ticks;
+namespace attribute = platform::attribute;
+
+constexpr std::uint16_t kZip64Field = 0x0001;        // APPNOTE 4.5.3
+constexpr std::uint16_t kNtfsField = 0x000A;         // 4.5.5
+constexpr std::uint16_t kUnixTimeField = 0x5455;     // 4.6.1: extended timestamp
+constexpr std::uint16_t kUnicodePathField = 0x7075;  // 4.6.9
+constexpr std::size_t kNtfsLength = 32;
+
+constexpr std::int64_t kUnixEpoch = 11644473600;  // 1601 to 1970, in seconds
+constexpr std::int64_t kTicksPerSecond = 10'000'000;
+// The system refuses file times from here on.
+constexpr Ticks kEndOfTime = Ticks{1} << 63;
+
+// Hosts of "version made by" (4.4.2) whose attributes are those of DOS, or of Unix.
+constexpr int kHostDos = 0;
+constexpr int kHostUnix = 3;
+constexpr int kHostNtfs = 10;
+constexpr int kHostVfat = 14;
+constexpr int kHostDarwin = 19;
+
+constexpr std::uint32_t kDosBits =
+    attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
+
+// The body of the first extra field with this id, cut off at the end of `extra`.
+std::optional<std::string_view> FindField(std::string_view extra, std::uint16_t id) {
+    while (extra.size() >= 4) {
+        const auto field = GetNumber<std::uint16_t>(extra, 0);
+        const std::size_t length = GetNumber<std::uint16_t>(extra, 2);
+        if (length > extra.size() - 4) {
+            break;
+        }
+        if (field == id) {
+            return extra.substr(4, length);
+        }
+        extra.remove_prefix(4 + length);
+    }
+    return std::nullopt;
+}
+
+// Takes the numbers of a Zip64 field one after the other.
+class Zip64Values {
+  public:
+    explicit Zip64Values(std::optional<std::string_view> field) : rest_(field.value_or("")) {}
+
+    template <typename Number>
+    void TakeIf(bool saturated, auto& value) {
+        if (!saturated || rest_.size() < sizeof(Number)) {
+            return;
+        }
+        value = GetNumber<Number>(rest_, 0);
+        rest_.remove_prefix(sizeof(Number));
+    }
+
+  private:
+    std::string_view rest_;
+};
+
+void ReadZip64(std::string_view extra, CentralRecord& record) {
+    Zip64Values values(FindField(extra, kZip64Field));
+    StoredEntry& entry = record.entry;
+    values.TakeIf<std::uint64_t>(entry.size == kSaturated32, entry.size);
+    values.TakeIf<std::uint64_t>(entry.packed_size == kSaturated32, entry.packed_size);
+    values.TakeIf<std::uint64_t>(entry.offset == kSaturated32, entry.offset);
+    values.TakeIf<std::uint32_t>(record.disk == kSaturated16, record.disk);
+}
+
+bool ReadNtfsTimes(std::string_view extra, platform::FileTimes& times) {
+    const auto field = FindField(extra, kNtfsField);
+    if (!field || field->size() != kNtfsLength || GetNumber<std::uint16_t>(*field, 4) != 1 ||
+        GetNumber<std::uint16_t>(*field, 6) != 24) {
+        return false;
+    }
+    times.modified = GetNumber<Ticks>(*field, 8);
+    times.accessed = GetNumber<Ticks>(*field, 16);
+    times.created = GetNumber<Ticks>(*field, 24);
+    return times.modified != 0 &&
+           std::max({times.modified, times.accessed, times.created}) < kEndOfTime;
+}
+
+bool ReadUnixTime(std::string_view extra, platform::FileTimes& times) {
+    const auto field = FindField(extra, kUnixTimeField);
+    if (!field || field->size() < 5 || ((*field)[0] & 1) == 0) {
+        return false;
+    }
+    const std::int64_t seconds =
+        static_cast<std::int32_t>(GetNumber<std::uint32_t>(*field, 1)) + kUnixEpoch;
+    times = {static_cast<Ticks>(seconds * kTicksPerSecond), 0, 0};
+    return true;
+}
+
+void ReadUnixMode(std::uint32_t mode, StoredEntry& entry) {
+    constexpr std::uint32_t kTypeMask = 0170000;
+    constexpr std::uint32_t kTypeFolder = 0040000;
+    constexpr std::uint32_t kTypeLink = 0120000;
+    constexpr std::uint32_t kAnyWrite = 0222;
+    entry.is_folder |= (mode & kTypeMask) == kTypeFolder;
+    entry.is_link = (mode & kTypeMask) == kTypeLink;
+    entry.attributes = entry.is_folder ? 0 : attribute::kArchive;
+    // For a folder it would mean something else than it does here.
+    if ((mode & kAnyWrite) == 0 && !entry.is_folder) {
+        entry.attributes |= attribute::kReadOnly;
+    }
+}
+
+void ReadAttributes(int host, std::uint32_t external, StoredEntry& entry) {
+    entry.is_folder = entry.name.ends_with('/') || entry.name.ends_with('\\');
+    const std::uint32_t mode = external >> 16;
+    if ((host == kHostUnix || host == kHostDarwin) && mode != 0) {
+        ReadUnixMode(mode, entry);
+    } else if (host == kHostDos || host == kHostNtfs || host == kHostVfat) {
+        // Some writers set the folder bit on files, too.
+        entry.is_folder |= (external & attribute::kFolder) != 0 && entry.size == 0;
+        entry.is_link = (external & attribute::kReparse) != 0;
+        entry.attributes = external & kDosBits;
+    } else {
+        entry.attributes = entry.is_folder ? 0 : attribute::kArchive;
+    }
+    if (entry.is_folder) {
+        entry.attributes |= attribute::kFolder;
+    }
+}
+
+bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool IsUtf8(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        if (utf::Next(text, i) == utf::kReplacement && i - start == 1) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string Repaired(std::string_view text) { return utf::ToUtf8(utf::ToUtf16(text)); }
+
+Ticks TicksOf(const LocalTime& time) {
+    using namespace std::chrono;
+    const sys_days day = year(time.year) / time.month / time.day;
+    const auto seconds = day.time_since_epoch() + hours(time.hour) + minutes(time.minute) +
+                         std::chrono::seconds(time.second);
+    const auto since_1601 = duration_cast<std::chrono::seconds>(seconds).count() + kUnixEpoch;
+    return static_cast<Ticks>(since_1601) * static_cast<Ticks>(kTicksPerSecond);
+}
+
+LocalTime FromDos(std::uint32_t date_time) {
+    const auto bits = [date_time](int shift, int count) {
+        return static_cast<int>((date_time >> shift) & ((1u << count) - 1));
+    };
+    LocalTime time;
+    time.year = 1980 + bits(25, 7);
+    time.month = std::clamp(bits(21, 4), 1, 12);
+    const std::chrono::year_month_day_last last(
+        std::chrono::year(time.year),
+        std::chrono::month_day_last(std::chrono::month(static_cast<unsigned>(time.month))));
+    time.day = std::clamp(bits(16, 5), 1, static_cast<int>(static_cast<unsigned>(last.day())));
+    time.hour = std::min(bits(11, 5), 23);
+    time.minute = std::min(bits(5, 6), 59);
+    time.second = std::min(bits(0, 5) * 2, 59);
+    return time;
+}
+
+}  // namespace
+
+Ticks TicksOfDosTime(std::uint32_t date_time, platform::Clock& clock) {
+    const Ticks local = TicksOf(FromDos(date_time));
+    Ticks utc = local;
+    // The second round counts where the zone's offset changes between the two.
+    for (int round = 0; round < 2; ++round) {
+        utc += local - TicksOf(clock.ToLocal(utc));
+    }
+    return utc;
+}
+
+std::string DecodeName(std::string_view raw, bool utf8_flag, std::string_view unicode_path,
+                       platform::CodePage& code_page) {
+    constexpr std::size_t kPathStart = 5;  // behind version and CRC
+    if (!utf8_flag && unicode_path.size() > kPathStart && unicode_path[0] == 1) {
+        const auto crc = GetNumber<std::uint32_t>(unicode_path, 1);
+        const std::string_view path = unicode_path.substr(kPathStart);
+        if (crc == Crc32(reinterpret_cast<const std::uint8_t*>(raw.data()), raw.size()) &&
+            IsUtf8(path)) {
+            return std::string(path);
+        }
+    }
+    if (IsAscii(raw) || IsUtf8(raw)) {
+        return std::string(raw);
+    }
+    return utf8_flag ? Repaired(raw) : code_page.DecodeOem(std::string(raw));
+}
+
+std::size_t CentralRecordLength(std::string_view fixed_part) {
+    return kCentralSize + GetNumber<std::uint16_t>(fixed_part, 28) +
+           GetNumber<std::uint16_t>(fixed_part, 30) + GetNumber<std::uint16_t>(fixed_part, 32);
+}
+
+CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
+                                 platform::Clock& clock) {
+    CentralRecord result;
+    StoredEntry& entry = result.entry;
+    entry.flags = GetNumber<std::uint16_t>(record, 8);
+    entry.method = GetNumber<std::uint16_t>(record, 10);
+    entry.crc = GetNumber<std::uint32_t>(record, 16);
+    entry.packed_size = GetNumber<std::uint32_t>(record, 20);
+    entry.size = GetNumber<std::uint32_t>(record, 24);
+    result.disk = GetNumber<std::uint16_t>(record, 34);
+    entry.offset = GetNumber<std::uint32_t>(record, 42);
+    const std::size_t name_length = GetNumber<std::uint16_t>(record, 28);
+    const std::string_view raw = record.substr(kCentralSize, name_length);
+    const std::string_view extra =
+        record.substr(kCentralSize + name_length, GetNumber<std::uint16_t>(record, 30));
+    ReadZip64(extra, result);
+    result.disk_list = FindField(extra, kDiskListField).value_or("");
+    entry.name = DecodeName(raw, (entry.flags & flag::kUtf8) != 0,
+                            FindField(extra, kUnicodePathField).value_or(""), code_page);
+    if (entry.name != raw) {
+        entry.raw_name = raw;
+    }
+    ReadAttributes(static_cast<unsigned char>(record[5]), GetNumber<std::uint32_t>(record, 38),
+                   entry);
+    if (!ReadNtfsTimes(extra, entry.times) && !ReadUnixTime(extra, entry.times)) {
+        entry.times = {TicksOfDosTime(GetNumber<std::uint32_t>(record, 12), clock), 0, 0};
+    }
+    return result;
+}
+
+}  // namespace vantrel::zip

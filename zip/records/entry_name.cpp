@@ -1,0 +1,179 @@
+#include "zip/records/entry_name.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/utf.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+constexpr std::size_t kLongestComponent = 255;  // UTF-16 units, of every Windows file system
+// UTF-16 units of a path with the "\\?\" that the system wants before it, and its final NUL.
+constexpr std::size_t kLongestPath = 32767 - 5;
+
+bool IsSlash(char c) { return c == '/' || c == '\\'; }
+bool IsDotOrBlank(char c) { return c == '.' || c == ' '; }
+
+bool IsDriveStart(std::string_view name) {
+    return name.size() >= 2 && name[1] == ':' &&
+           ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= 'a' && name[0] <= 'z'));
+}
+
+// "\\server", "\\?\", "\\.\" and "\??\".
+bool IsSystemPath(std::string_view name) {
+    if (name.size() < 2 || !IsSlash(name[0])) {
+        return false;
+    }
+    return IsSlash(name[1]) || (name.size() >= 4 && name.substr(1, 2) == "??" && IsSlash(name[3]));
+}
+
+void Note(SafeName& name, const std::string& change) {
+    if (std::find(name.changes.begin(), name.changes.end(), change) == name.changes.end()) {
+        name.changes.push_back(change);
+    }
+}
+
+std::string UpperAscii(std::string_view text) {
+    std::string upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    return upper;
+}
+
+// "COM1" to "COM9", "COM0", and the superscript digits that the system takes for digits.
+bool IsPortName(std::string_view base) {
+    if (!base.starts_with("COM") && !base.starts_with("LPT")) {
+        return false;
+    }
+    const std::string_view number = base.substr(3);
+    if (number.size() == 1) {
+        return number[0] >= '0' && number[0] <= '9';
+    }
+    return number == "\xC2\xB9" || number == "\xC2\xB2" || number == "\xC2\xB3";
+}
+
+bool IsReserved(std::string_view component) {
+    static constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
+                                                                 "NUL", "CONIN$", "CONOUT$"};
+    std::string base = UpperAscii(component.substr(0, component.find('.')));
+    while (base.ends_with(' ')) {
+        base.pop_back();
+    }
+    return IsPortName(base) || std::find(kDevices.begin(), kDevices.end(), base) != kDevices.end();
+}
+
+void ReplaceCharacters(std::string& component, SafeName& name) {
+    for (char& c : component) {
+        if (c == ':') {
+            Note(name, "\":\" in it becomes \"_\"");
+        } else if (static_cast<unsigned char>(c) < ' ' || c == '<' || c == '>' || c == '"' ||
+                   c == '|' || c == '?' || c == '*') {
+            Note(name, "characters that a file name cannot hold become \"_\"");
+        } else {
+            continue;
+        }
+        c = '_';
+    }
+}
+
+std::string SafeComponent(std::string_view stored, SafeName& name) {
+    std::string component(stored);
+    ReplaceCharacters(component, name);
+    for (std::size_t i = component.size(); i > 0 && IsDotOrBlank(component[i - 1]); --i) {
+        component[i - 1] = '_';
+        Note(name, "dots and blanks at the end become \"_\"");
+    }
+    if (IsReserved(component)) {
+        component.insert(0, 1, '_');
+        Note(name, "the system's own name gets \"_\" before it");
+    }
+    return component;
+}
+
+// Why this component cannot be part of a path; "" when it can.
+std::string RefusalOf(std::string_view component) {
+    if (component.empty()) {
+        return "a folder's name in it is empty";
+    }
+    if (component[0] == '.' && std::all_of(component.begin(), component.end(), IsDotOrBlank)) {
+        return component.find('.', 1) == std::string_view::npos
+                   ? "a folder's name in it is \".\""
+                   : "it leads out of its folder with \"..\"";
+    }
+    return "";
+}
+
+std::string RefusalOfWhole(std::string_view stored) {
+    if (stored.empty()) {
+        return "its name is empty";
+    }
+    if (stored.find('\0') != std::string_view::npos) {
+        return "its name holds a NUL character";
+    }
+    return IsSystemPath(stored) ? "its name is a network or device path" : "";
+}
+
+SafeName Refused(std::string refusal) { return {"", std::move(refusal), {}}; }
+
+std::string_view WithoutOuterSlashes(std::string_view stored, SafeName& name) {
+    if (IsSlash(stored.front())) {
+        stored.remove_prefix(1);
+        Note(name, "the slash before it is dropped");
+    }
+    if (!stored.empty() && IsSlash(stored.back())) {
+        stored.remove_suffix(1);
+    }
+    return stored;
+}
+
+}  // namespace
+
+SafeName MakeSafeName(std::string_view stored) {
+    SafeName name;
+    if (std::string refusal = RefusalOfWhole(stored); !refusal.empty()) {
+        return Refused(std::move(refusal));
+    }
+    stored = WithoutOuterSlashes(stored, name);
+    // How some writers begin every name; nothing is meant by it.
+    if (stored == "." || stored.starts_with("./") || stored.starts_with(".\\")) {
+        stored.remove_prefix(std::min<std::size_t>(stored.size(), 2));
+        if (stored.empty()) {
+            return name;
+        }
+    }
+    if (IsDriveStart(stored)) {
+        return Refused("its name starts with a drive");
+    }
+    for (bool more = true; more;) {
+        const auto slash = std::find_if(stored.begin(), stored.end(), IsSlash);
+        const auto end = static_cast<std::size_t>(slash - stored.begin());
+        const std::string_view component = stored.substr(0, end);
+        more = slash != stored.end();
+        stored.remove_prefix(more ? end + 1 : end);
+        if (std::string refusal = RefusalOf(component); !refusal.empty()) {
+            return Refused(std::move(refusal));
+        }
+        const std::string safe = SafeComponent(component, name);
+        if (utf::Utf16Length(safe) > kLongestComponent) {
+            return Refused("a name in it is longer than 255 characters");
+        }
+        name.path += (name.path.empty() ? "" : "\\") + safe;
+    }
+    return name;
+}
+
+std::string NumberedPath(const std::string& path, int number) {
+    const std::size_t leaf = path.rfind('\\') == std::string::npos ? 0 : path.rfind('\\') + 1;
+    std::size_t dot = path.rfind('.');
+    if (dot == std::string::npos || dot <= leaf) {
+        dot = path.size();
+    }
+    return path.substr(0, dot) + " (" + std::to_string(number) + ")" + path.substr(dot);
+}
+
+bool IsTooLongPath(std::string_view path) { return utf::Utf16Length(path) > kLongestPath; }
+
+}  // namespace vantrel::zip
