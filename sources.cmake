@@ -258,6 +258,7 @@ set(ZIP_TESTS
     tests/zip/hostile_archives_test.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
+    tests/zip/inflate64_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/limits_test.cpp
     tests/zip/memory_file_system.cpp
