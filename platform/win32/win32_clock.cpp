@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <map>
+#include <mutex>
+#include <optional>
 #include <thread>
 
 namespace vantrel::platform {
@@ -19,20 +22,51 @@ SYSTEMTIME UtcFields(Ticks utc) {
     return UtcFields(0);  // beyond the calendar: its first day
 }
 
-// By the rules in force in the year of that date, not by today's.
-SYSTEMTIME LocalFields(SYSTEMTIME utc) {
-    DYNAMIC_TIME_ZONE_INFORMATION zone{};
-    TIME_ZONE_INFORMATION rules{};
-    SYSTEMTIME local{};
-    if (GetDynamicTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID ||
-        !GetTimeZoneInformationForYear(utc.wYear, &zone, &rules) ||
-        !SystemTimeToTzSpecificLocalTime(&rules, &utc, &local)) {
-        return utc;
-    }
-    return local;
-}
-
 }  // namespace
+
+// The user's time zone. Asking the system for its rules takes dozens of calls, under Wine more than
+// reading a small file does, and a backup asks for each file; so an answer counts for a second.
+class Win32Clock::Zone {
+  public:
+    // By the rules in force in the year of that date, not by today's.
+    SYSTEMTIME LocalFields(const SYSTEMTIME& utc) {
+        const auto rules = RulesOf(utc.wYear);
+        SYSTEMTIME local{};
+        return rules && SystemTimeToTzSpecificLocalTime(&*rules, &utc, &local) ? local : utc;
+    }
+
+  private:
+    static constexpr ULONGLONG kFresh = 1000;  // milliseconds
+    using Rules = std::optional<TIME_ZONE_INFORMATION>;
+
+    Rules RulesOf(WORD year) {
+        const std::lock_guard lock(mutex_);
+        const ULONGLONG now = GetTickCount64();
+        if (now - asked_at_ >= kFresh) {
+            rules_.clear();
+            asked_at_ = now;
+        }
+        const auto known = rules_.find(year);
+        return known != rules_.end() ? known->second : rules_[year] = Ask(year);
+    }
+
+    static Rules Ask(WORD year) {
+        DYNAMIC_TIME_ZONE_INFORMATION zone{};
+        TIME_ZONE_INFORMATION rules{};
+        if (GetDynamicTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID ||
+            !GetTimeZoneInformationForYear(year, &zone, &rules)) {
+            return std::nullopt;
+        }
+        return rules;
+    }
+
+    std::mutex mutex_;
+    ULONGLONG asked_at_ = 0;
+    std::map<WORD, Rules> rules_;
+};
+
+Win32Clock::Win32Clock() : zone_(std::make_unique<Zone>()) {}
+Win32Clock::~Win32Clock() = default;
 
 LocalTime Win32Clock::Now() { return ToLocal(UtcNow()); }
 
@@ -43,7 +77,7 @@ Ticks Win32Clock::UtcNow() {
 }
 
 LocalTime Win32Clock::ToLocal(Ticks utc) {
-    const SYSTEMTIME local = LocalFields(UtcFields(utc));
+    const SYSTEMTIME local = zone_->LocalFields(UtcFields(utc));
     return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
 }
 
