@@ -1,5 +1,7 @@
 #include "common/utf.h"
 
+#include <algorithm>
+
 namespace vantrel::utf {
 
 namespace {
@@ -89,6 +91,11 @@ std::string ToUtf8(std::u16string_view utf16) {
         }
     }
     return utf8;
+}
+
+bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 std::optional<std::string> UpperOfAscii(std::string_view text) {

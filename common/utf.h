@@ -26,6 +26,8 @@ char32_t Next(std::string_view utf8, std::size_t& position);
 // Appends a code point (surrogates too) as UTF-8.
 void Append(std::string& utf8, char32_t point);
 
+bool IsAscii(std::string_view text);
+
 // The text in capitals when it holds nothing but ASCII, as most names do; otherwise nothing.
 std::optional<std::string> UpperOfAscii(std::string_view text);
 

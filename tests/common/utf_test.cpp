@@ -60,6 +60,13 @@ TEST(Utf, EmptyTextIsEmpty) {
     EXPECT_EQ(utf::Utf16Length(""), 0u);
 }
 
+TEST(Utf, OneByteAboveTheFirst128IsNoAscii) {
+    EXPECT_TRUE(utf::IsAscii(""));
+    EXPECT_TRUE(utf::IsAscii("Name\x7F"));
+    EXPECT_FALSE(utf::IsAscii("na\xC3\xAFve"));
+    EXPECT_FALSE(utf::IsAscii("\x80"));
+}
+
 TEST(Utf, UpperOfAsciiIsNothingForOtherLetters) {
     EXPECT_EQ(utf::UpperOfAscii("a[z]{9}\\Name"), "A[Z]{9}\\NAME");
     EXPECT_EQ(utf::UpperOfAscii(""), "");

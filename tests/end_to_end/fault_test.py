@@ -94,7 +94,7 @@ class PulledOut(Faults):
         program.click("Cmd_RestoreTo")
         program.answer("OK")
         dialog = "Frm_RestoreWhere_"
-        program.wait_for(lambda: program.exists(dialog + "Cmd_Ok"), "the folder dialog")
+        program.wait_for(lambda: program.visible(dialog + "Cmd_Ok"), "the folder dialog")
         program.wait_for(lambda: not program.enabled("TAB_Backup"), "the dialog in front")
         program.choose(dialog + "Dri_DriveList", "t:")
         program.click(dialog + "Cmd_Ok")

@@ -54,7 +54,7 @@ class Restoring(harness.EndToEndTest):
         box = program.answer("OK", CARE)
         self.assertEqual(("Restore", True), (box.title, box.has_icon))
         dialog = "Frm_RestoreWhere_"
-        program.wait_for(lambda: program.exists(dialog + "Cmd_Ok"), "the folder dialog")
+        program.wait_for(lambda: program.visible(dialog + "Cmd_Ok"), "the folder dialog")
         program.wait_for(lambda: not program.enabled("TAB_Backup"), "the dialog in front")
         program.choose(dialog + "Dri_DriveList", drive)
         for folder in folders:

@@ -110,7 +110,7 @@ class Spanned(harness.EndToEndTest):
     def choose_destination(self, program):
         program.click("Cmd_RestoreTo")
         program.answer("OK", "PLEASE SELECT THE RESTORE LOCATION WITH CARE!")
-        program.wait_for(lambda: program.exists("Frm_RestoreWhere_Cmd_Ok"), "the dialog")
+        program.wait_for(lambda: program.visible("Frm_RestoreWhere_Cmd_Ok"), "the dialog")
         program.wait_for(lambda: not program.enabled("TAB_Backup"), "the dialog in front")
         program.wait_for(lambda: program.visible("Frm_RestoreWhere_Dri_DriveList"), "its drives")
         program.choose("Frm_RestoreWhere_Dri_DriveList", "r:")

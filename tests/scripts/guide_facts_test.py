@@ -33,7 +33,7 @@ class GuideFacts(unittest.TestCase):
 
     def test_skipped_things(self):
         texts = [text for name in ("packer", "source_scan", "work_source")
-                 for text in re.findall(r'"((?:Skipped|Changed)[^":]*)', source(f"zip/{name}.cpp"))]
+                 for text in re.findall(r'"((?:Skipped|Changed)[^":]*)', source(f"zip/writer/{name}.cpp"))]
         self.assert_all_told(texts, 5)
 
     def test_records(self):

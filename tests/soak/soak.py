@@ -323,7 +323,7 @@ class Soak:
         program.click("Cmd_RestoreTo")
         program.answer("OK")
         dialog = "Frm_RestoreWhere_"
-        program.wait_for(lambda: program.exists(dialog + "Cmd_Ok"), "the folder dialog")
+        program.wait_for(lambda: program.visible(dialog + "Cmd_Ok"), "the folder dialog")
         program.wait_for(lambda: not program.enabled("TAB_Backup"), "the dialog in front")
         if program.text("Fld_RestoreTo") != "T:\\BACK":
             program.choose(dialog + "Dri_DriveList", "t:")

@@ -138,11 +138,6 @@ void ReadAttributes(int host, std::uint32_t external, StoredEntry& entry) {
     }
 }
 
-bool IsAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 bool IsUtf8(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t start = i;
@@ -204,7 +199,7 @@ std::string DecodeName(std::string_view raw, bool utf8_flag, std::string_view un
             return std::string(path);
         }
     }
-    if (IsAscii(raw) || IsUtf8(raw)) {
+    if (utf::IsAscii(raw) || IsUtf8(raw)) {
         return std::string(raw);
     }
     return utf8_flag ? Repaired(raw) : code_page.DecodeOem(std::string(raw));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "common/utf.h"
 #include "zip/base/little_endian.h"
 
 namespace vantrel::zip {
@@ -30,13 +31,8 @@ constexpr std::uint32_t kStoredAttributes =
     platform::attribute::kReadOnly | platform::attribute::kHidden | platform::attribute::kSystem |
     platform::attribute::kFolder | platform::attribute::kArchive;
 
-bool IsAscii(const std::string& name) {
-    return std::all_of(name.begin(), name.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 std::uint16_t Flags(const Entry& entry) {
-    return static_cast<std::uint16_t>((IsAscii(entry.name) ? 0 : kFlagUtf8) |
+    return static_cast<std::uint16_t>((utf::IsAscii(entry.name) ? 0 : kFlagUtf8) |
                                       (entry.descriptor ? kFlagDescriptor : 0));
 }
 
@@ -98,7 +94,7 @@ std::string LocalExtra(const Entry& entry) {
         AppendField(extra, kZip64Field, sizes);
     }
     AppendUnixTime(extra, entry.times.modified);
-    if (extra.empty() && !IsAscii(entry.name)) {
+    if (extra.empty() && !utf::IsAscii(entry.name)) {
         AppendEmptyField(extra);
     }
     return extra;
