@@ -194,6 +194,7 @@ TEST_F(SpanningWrite, LargeFileHasWideSizesInHeaderAndDescriptor) {
     files.PutZeros("C:\\Data\\big", (std::uint64_t{1} << 32) + 1);
     NewBox(2'000'000);
     options.threads = 2;
+    options.level = 1;
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     const auto volumes = Volumes();
     ASSERT_GT(volumes.size(), 1u);
