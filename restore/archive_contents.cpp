@@ -23,6 +23,36 @@ class DiskQuestions : public zip::Questions {
     forms::Desktop& desktop_;
 };
 
+// Listens to the component for as long as it lists; also when listing raises, nothing of this is
+// called later.
+class Listening {
+  public:
+    Listening(zip::PKUNZIP& component, zip::Questions& questions) : component_(component) {
+        component_.questions = &questions;
+        // It tells of what is wrong with the list, and of nothing else.
+        component_.Message = [this](const zip::ComponentMessage&) { complete = false; };
+    }
+    ~Listening() {
+        component_.Message = nullptr;
+        component_.questions = nullptr;
+    }
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+
+    bool complete = true;
+
+  private:
+    zip::PKUNZIP& component_;
+};
+
+// Has the component read the archive's directory; whether all of it could be read.
+bool CountEntries(forms::Program& program, zip::PKUNZIP& component) {
+    DiskQuestions questions(program);
+    Listening listening(component, questions);
+    component.Set(zip::unzip_id::kAction, zip::unzip_id::kActionCount);
+    return listening.complete;
+}
+
 }  // namespace
 
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
@@ -49,14 +79,7 @@ bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
     }
     zip::PKUNZIP& component = controls.PKUNZIP;
     component.Set(id::kArchive, path);
-    DiskQuestions questions(program);
-    component.questions = &questions;
-    bool complete =
-        true;  // the component tells of what is wrong with the list, and of nothing else
-    component.Message = [&complete](const zip::ComponentMessage&) { complete = false; };
-    component.Set(id::kAction, id::kActionCount);
-    component.Message = nullptr;
-    component.questions = nullptr;
+    const bool complete = CountEntries(program, component);
     const std::int32_t count = std::get<std::int32_t>(component.Get(id::kEntryCount));
     controls.Fld_Total.SetCaption(std::to_string(count - 1));
     component.Set(6, true);

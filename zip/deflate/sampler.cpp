@@ -37,6 +37,8 @@ bool Sampler::GainsNothing(const std::uint8_t* sample, std::size_t size) {
 bool Sampler::LooksIncompressible(const std::uint8_t* data, std::size_t size) {
     // Below this the samples would cost as much as they save, and would be too short to tell.
     constexpr std::size_t kSmallest = 4 * kSampleSize;
+    // At 128 KB the archive of compressed files was larger than that of `zip -9`; at 64 KB it took
+    // a fifth longer.
     constexpr std::size_t kSpacing = 96 * 1024;
     if (size < kSmallest) {
         return false;
