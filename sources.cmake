@@ -267,10 +267,12 @@ set(ZIP_THREAD_TESTS
     tests/zip/spanning_read_test.cpp
     tests/zip/spanning_write_test.cpp
     tests/zip/unreadable_files_test.cpp
+    tests/zip/writer_close_test.cpp
     tests/zip/writer_failure_test.cpp
     tests/zip/zip_builder.cpp)
 set(ZIP_TESTS
     tests/zip/deflate_test.cpp
+    tests/zip/disk_prompt_test.cpp
     tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
     tests/zip/hostile_archives_test.cpp

@@ -32,6 +32,10 @@ foreach(test IN LISTS END_TO_END_TESTS)
                          ENVIRONMENT VANTREL_BUILD=${CMAKE_BINARY_DIR})
 endforeach()
 
+# The longest ones first.
+set_tests_properties(end_to_end_spanning_test end_to_end_main_window_test views_tests
+                     PROPERTIES COST 1000)
+
 # A few rounds of what goes on for hours (docs/testing.md, "Faults").
 add_test(NAME soak COMMAND ${VANTREL_PYTHON} ${CMAKE_SOURCE_DIR}/tests/soak/soak.py --rounds 8)
 set_tests_properties(soak PROPERTIES ENVIRONMENT VANTREL_BUILD=${CMAKE_BINARY_DIR})

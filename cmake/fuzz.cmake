@@ -1,4 +1,4 @@
-# Fuzz targets, for clang and its libFuzzer: preset "fuzz". scripts/fuzz runs them.
+# Fuzz targets, for Clang and its libFuzzer, over the rooms that the tests use. scripts/fuzz runs them.
 add_library(fuzz_support STATIC ${FUZZ_SUPPORT_SOURCES})
 target_link_libraries(fuzz_support PUBLIC vantrel_log vantrel_zip vantrel_machine)
 add_executable(make_seeds tests/fuzz/make_seeds.cpp)

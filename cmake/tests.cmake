@@ -41,6 +41,7 @@ function(vantrel_tests name)
                          $<TARGET_FILE:${name}_tests> COMMAND_EXPAND_LISTS)
     else()
         add_test(NAME ${name}_tests COMMAND ${TESTS_THROUGH} $<TARGET_FILE:${name}_tests>)
+        set(tests ${name}_tests)
         if(TESTS_SHARDS)
             set_tests_properties(${name}_tests PROPERTIES ENVIRONMENT
                                  "GTEST_TOTAL_SHARDS=${TESTS_SHARDS};GTEST_SHARD_INDEX=0")
@@ -49,7 +50,13 @@ function(vantrel_tests name)
                 add_test(NAME ${name}_tests_${shard} COMMAND $<TARGET_FILE:${name}_tests>)
                 set_tests_properties(${name}_tests_${shard} PROPERTIES ENVIRONMENT
                                      "GTEST_TOTAL_SHARDS=${TESTS_SHARDS};GTEST_SHARD_INDEX=${shard}")
+                list(APPEND tests ${name}_tests_${shard})
             endforeach()
+        endif()
+        if(VANTREL_COVERAGE)
+            # A file for each executable, to which its runs add.
+            set_property(TEST ${tests} APPEND PROPERTY ENVIRONMENT
+                         LLVM_PROFILE_FILE=${CMAKE_BINARY_DIR}/coverage/%m.profraw)
         endif()
     endif()
 endfunction()

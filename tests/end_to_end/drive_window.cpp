@@ -235,11 +235,22 @@ Words Place(HWND window) {
             std::to_string(area.bottom)};
 }
 
+// What a window looks like can be seen from outside while its program is still in the middle of
+// what a click began. A message that does nothing is answered when it has got to the end of that,
+// so what is looked at next belongs to the same moment.
+void LetItFinish(HWND window) {
+    constexpr UINT kPatience = 60000;  // milliseconds; what hangs is not waited for any longer
+    SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, kPatience, nullptr);
+}
+
 Words State(const Words& words) {
     const HWND control = FindControl(Number(words.at(1)));
     if (!control) return {"gone", "gone"};
-    return {IsWindowVisible(control) ? "visible" : "hidden",
-            IsWindowEnabled(control) && IsWindowEnabled(Top(control)) ? "enabled" : "disabled"};
+    const Words state = {
+        IsWindowVisible(control) ? "visible" : "hidden",
+        IsWindowEnabled(control) && IsWindowEnabled(Top(control)) ? "enabled" : "disabled"};
+    LetItFinish(control);
+    return state;
 }
 
 Words PostToTop(const Words& words, UINT message, WPARAM wparam) {

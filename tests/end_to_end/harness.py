@@ -51,16 +51,19 @@ RestoreDestination=\r
 """
 
 
-def wait_until(condition, what):
-    """Polls until `condition()` is true and returns that value; fails after the hang time."""
+def wait_until(condition, what, longest_pause=0.002):
+    """Polls until `condition()` is true and returns that value; fails after the hang time. Pauses, in
+    seconds, double up to the longest one."""
     deadline = time.monotonic() + HANG_SECONDS
+    pause = 0.002
     while True:
         value = condition()
         if value:
             return value
         if time.monotonic() > deadline:
             raise AssertionError(f"waited in vain: {what}")
-        time.sleep(0.002)
+        time.sleep(pause)
+        pause = min(2 * pause, longest_pause)
 
 
 class Computer:
@@ -76,7 +79,7 @@ class Computer:
         subprocess.run([PREFIX_TOOL, "make", self.prefix], check=True)
         self.environment = {k: v for k, v in os.environ.items() if not k.startswith("WINE")}
         self.environment.update(
-            WINEPREFIX=str(self.prefix), WINEDEBUG="-all", WINEDLLOVERRIDES="mscoree=;mshtml=",
+            WINEPREFIX=str(self.prefix), WINEDEBUG="-all", WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=",
             LC_ALL="C.UTF-8", TZ="CET-1CEST,M3.5.0,M10.5.0/3")
         self.application = self.drive("v") / "Vantrel"
         shutil.copytree(BUILD / "app", self.application,
@@ -189,6 +192,10 @@ class Computer:
     @property
     def log(self):
         return LogFile(self.application / "Vantrel.Log")
+
+    def chatter(self):
+        """What Wine itself had to say, for a person who looks for what went wrong."""
+        return (self.folder / "wine.log").read_text(encoding="utf-8", errors="replace")
 
     def remove(self):
         """Ends everything that still runs here and removes all of it."""

@@ -22,6 +22,9 @@ RESOURCES = harness.ROOT / "views" / "win32" / "resource.h"
 CONTROLS = {name: int(number) for name, number in
             re.findall(r"^#define (\w+) (\d+)$", RESOURCES.read_text(encoding="utf-8"), re.M)}
 
+# Looking costs the program that is looked at.
+LONGEST_PAUSE = 0.05  # seconds
+
 TABS = ["Backup", "Restore", "INI Edit", "Log", "Secure Data", "About"]
 
 
@@ -57,8 +60,11 @@ class Attended:
         line = "\t".join(self._escape(str(word)) for word in words) + "\n"
         self._driver.stdin.write(line.encode("utf-8"))
         self._driver.stdin.flush()
-        answer = self._driver.stdout.readline().decode("utf-8").rstrip("\n").split("\t")
-        answer = [self._unescape(word) for word in answer]
+        answer = self._driver.stdout.readline().decode("utf-8")
+        if not answer:
+            raise AssertionError(f"the driver has ended with {self._driver.wait()} at {words}; "
+                                 f"Wine: {self.pc.chatter()}")
+        answer = [self._unescape(word) for word in answer.rstrip("\n").split("\t")]
         if answer[0] != "ok":
             raise DriverError(f"{' '.join(map(str, words))}: {' '.join(answer[1:])}\n"
                               f"boxes: {self.box() if words[0] != 'box' else ''}")
@@ -84,11 +90,12 @@ class Attended:
         def check():
             value = condition()
             if not value and self.process.poll() is not None:
-                raise AssertionError(f"the program has ended, waiting for {what}; its log:\n"
-                                     f"{self.pc.log.text()}")
+                raise AssertionError(
+                    f"the program has ended with {self.process.returncode}, waiting for {what}; "
+                    f"its log:\n{self.pc.log.text()}\nWine: {self.pc.chatter()}")
             return value
         try:
-            return harness.wait_until(check, what)
+            return harness.wait_until(check, what, LONGEST_PAUSE)
         except AssertionError as error:
             if self.process.poll() is not None:
                 raise
@@ -257,7 +264,8 @@ class Attended:
     # The end
 
     def wait_for_end_or(self, condition, what):
-        harness.wait_until(lambda: self.process.poll() is not None or condition(), what)
+        harness.wait_until(lambda: self.process.poll() is not None or condition(), what,
+                           LONGEST_PAUSE)
 
     def close_box(self, name="TAB_Backup"):
         """The system menu's Close, as the close box and Alt+F4 send it."""

@@ -193,7 +193,8 @@ TEST_F(LogTruncation, EmptyLinesAreThrownAwayWithoutEnd) {
 
 TEST_F(LogTruncation, OtherLineEndsBecomePairs) {
     std::string text = Header() + "first\n";
-    for (int i = 0; i < 100; ++i) text += std::string(i % 5, 'y') + (i % 2 == 0 ? "\n" : "\r");
+    for (int i = 0; i < 100; ++i)
+        text += std::string(static_cast<std::size_t>(i) % 5, 'y') + (i % 2 == 0 ? "\n" : "\r");
     machine.PutFile(kLog, text);
     const long limit = static_cast<long>(text.size()) - 20;
     Truncate(limit);

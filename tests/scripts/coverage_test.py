@@ -1,4 +1,5 @@
 """scripts/coverage must count what ran, and fail where a room runs too little of itself."""
+import os
 import subprocess
 import sys
 import tempfile
@@ -25,29 +26,36 @@ ALL = """int Answer(int question) {
 MAIN = "int Answer(int); int main(int count, char**) { return Answer(count) == 2 ? 0 : 1; }\n"
 
 
+COUNTING = ["-fprofile-instr-generate", "-fcoverage-mapping"]
+
+
 class Coverage(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.root = Path(folder.name).resolve()
         self.build = self.root / "build"
-        self.objects = self.build / "CMakeFiles/vantrel_zip.dir/zip"
-        self.objects.mkdir(parents=True)
+        self.build.mkdir()
         (self.root / "zip").mkdir()
         (self.build / "CMakeCache.txt").write_text(
             f"CMAKE_HOME_DIRECTORY:INTERNAL={self.root}\n", encoding="utf-8")
 
     def compile(self, name, text):
+        """Into the library of the room."""
         source = self.root / "zip" / f"{name}.cpp"
         source.write_text(text, encoding="utf-8")
-        subprocess.run(["c++", "--coverage", "-c", source, "-o", self.objects / f"{name}.cpp.o"],
-                       cwd=self.build, check=True)
+        compiled = self.build / "CMakeFiles" / "vantrel_zip.dir" / "zip" / f"{name}.cpp.o"
+        compiled.parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["clang++", *COUNTING, "-c", source, "-o", compiled], check=True)
+        subprocess.run(["ar", "rc", self.build / "libvantrel_zip.a", compiled], check=True)
 
     def run_program(self):
-        subprocess.run(["c++", "--coverage", "-x", "c++", "-", "-x", "none",
-                        self.objects / "a.cpp.o", "-o", self.build / "program"], input=MAIN,
-                       cwd=self.build, text=True, check=True)
-        subprocess.run([self.build / "program"], check=True)
+        subprocess.run(["clang++", COUNTING[0], "-x", "c++", "-", "-x", "none",
+                        self.build / "libvantrel_zip.a", "-o", self.build / "program"], input=MAIN,
+                       text=True, check=True)
+        counted = self.build / "coverage" / "%m.profraw"
+        subprocess.run([self.build / "program"], check=True,
+                       env={**os.environ, "LLVM_PROFILE_FILE": str(counted)})
 
     def look(self, *words):
         done = subprocess.run([sys.executable, SCRIPT, self.build, *words], capture_output=True,
@@ -59,23 +67,23 @@ class Coverage(unittest.TestCase):
         self.run_program()
         status, text = self.look()
         self.assertEqual((status, text.split("\n")[0].split()),
-                         (0, ["zip", "2", "of", "2", "lines", "100.0", "%"]))
+                         (0, ["zip", "3", "of", "3", "lines", "100.0", "%"]))
 
     def test_room_below_its_floor_fails_and_its_lines_are_named(self):
         self.compile("a", HALF)
         self.run_program()
         status, text = self.look("--lines")
         self.assertEqual(status, 1)
-        self.assertIn("zip/a.cpp: 5 7 8\n", text)
+        self.assertIn("zip/a.cpp: 5 7 8 9\n", text)
         self.assertIn("below 95 %", text)
 
     def test_source_that_is_in_no_program_counts(self):
         self.compile("a", ALL)
-        self.compile("unused", HALF)
+        self.compile("unused", HALF.replace("Answer", "Reply"))
         self.run_program()
         status, text = self.look("--lines")
         self.assertEqual(status, 1)
-        self.assertIn("zip/unused.cpp: 1 2 3 5 7 8\n", text)
+        self.assertIn("zip/unused.cpp: 1 2 3 4 5 6 7 8 9\n", text)
 
     def test_what_was_counted_before_is_forgotten(self):
         self.compile("a", ALL)

@@ -19,8 +19,8 @@ void RecordingMail::Messages::Set(const std::string& field, const std::string& v
     if (mail_.failing_field == field) platform::RaiseMailError(mail_.send_error);
 }
 
-void RecordingMail::Messages::SetSessionId(platform::MailSessionId session) {
-    Set("SessionId", std::to_string(session));
+void RecordingMail::Messages::SetSessionId(platform::MailSessionId id) {
+    Set("SessionId", std::to_string(id));
 }
 
 void RecordingMail::Messages::SetMessageIndex(int index) {

@@ -79,7 +79,7 @@ TEST(Deflater, EmptyLastPartEndsTheStream) {
 }
 
 TEST(StorePart, JoinsWithCompressedParts) {
-    for (const std::size_t size : {1, 65535, 65536, 200000}) {
+    for (const std::size_t size : {1U, 65535U, 65536U, 200000U}) {
         const std::string prose = test::Prose(1000);
         const std::string noise = test::Noise(size);
         Deflater deflater(MakeCompressor(9));

@@ -34,7 +34,8 @@ class Bits {
         if (count_ % 8 == 0) {
             bytes_ += '\0';
         }
-        bytes_.back() = static_cast<char>(bytes_.back() | bit << (count_ % 8));
+        bytes_.back() =
+            static_cast<char>(static_cast<unsigned char>(bytes_.back()) | bit << (count_ % 8));
         ++count_;
     }
 

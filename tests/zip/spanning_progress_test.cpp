@@ -17,7 +17,7 @@ class SpanningProgress : public SpanningTest, public ::testing::WithParamInterfa
     }
     // Runs `here` where the archive's file meets the call that is the parameter.
     void At(const std::function<void()>& here) {
-        files.before = [this, here](const std::string& call, const std::string& path) {
+        files.before = [here](const std::string& call, const std::string& path) {
             if (call == GetParam() && path.starts_with("A:")) {
                 here();
             }

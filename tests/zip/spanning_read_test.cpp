@@ -261,6 +261,32 @@ TEST_F(SpanningRead, DiskThatFailsWhileItIsReadIsAskedForAgain) {
     ExpectRestored();
 }
 
+// At each of its reads; the last one that fails is the one after which there are no more.
+TEST_F(SpanningRead, DiskThatFailsAtAnyReadIsAskedForAgainAndTheReasonIsTold) {
+    PutFiles();
+    MakeSet(3000);
+    constexpr const char* kReason = "The disk in the drive cannot be read (Device I/O error).";
+    int with_reason = 0;
+    for (int failing = 1;; ++failing) {
+        int reads = 0;
+        files.before = [&](const std::string& call, const std::string& path) {
+            if (call == "Read" && path.starts_with("A:") && box.Inserted() == 1 &&
+                ++reads == failing) {
+                RaiseError(error_number::kDeviceIo);
+            }
+        };
+        ASSERT_EQ(Restore(), RunOutcome::kComplete) << "read " << failing;
+        files.before = nullptr;
+        ExpectRestored();
+        with_reason += static_cast<int>(std::ranges::count_if(
+            feeder.asked, [](const auto& text) { return Feeder::Note(text) == kReason; }));
+        if (reads < failing) {
+            break;
+        }
+        EXPECT_EQ(with_reason, failing) << "once for each";
+    }
+}
+
 class SpanningList : public SpanningRead {
   protected:
     Strings List() {

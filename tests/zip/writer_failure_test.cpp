@@ -1,7 +1,6 @@
 // Steps without which there is no correct archive: the question, the clean retreat, and what killed
 // runs leave behind.
-#include "tests/zip/writer_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "tests/zip/writer_failure_fixture.h"
 
 namespace vantrel::test {
 namespace {
@@ -9,44 +8,6 @@ namespace {
 using zip::kChunkSize;
 using zip::MessageKind;
 using zip::RunOutcome;
-
-class WriterFailure : public WriterTest {
-  protected:
-    WriterFailure() {
-        files.Put("C:\\Data\\a", Noise(3000));
-        files.Put("C:\\Data\\b", Noise(3 * kChunkSize));
-        files.Put("C:\\Data\\Sub\\c", Prose(2 * kChunkSize));
-        files.Put(options.archive, kEarlier);
-        options.level = 1;  // quick, because there are many runs
-        before_ = files.Everything();
-    }
-
-    // The disk is as before the run.
-    void ExpectNothingChanged() {
-        files.before = nullptr;
-        EXPECT_EQ(files.Content(options.archive), kEarlier);
-        EXPECT_EQ(files.Everything(), before_);
-    }
-    void ExpectFailedUnattended(int number, const std::string& text) {
-        EXPECT_EQ(Run(), RunOutcome::kFailed);
-        ExpectNothingChanged();
-        ASSERT_FALSE(events.messages.empty());
-        const auto& last = events.messages.back();
-        EXPECT_EQ(last.kind, MessageKind::kError);
-        EXPECT_EQ(last.code, number);
-        EXPECT_EQ(last.text, text);
-    }
-    void ExpectComplete() {
-        files.before = nullptr;
-        const ReadResult archive = Archive();
-        EXPECT_EQ(archive.Names(), (Strings{"a", "b", "Sub/c"}));
-        EXPECT_TRUE(archive.At("b").content == Noise(3 * kChunkSize));
-        EXPECT_EQ(files.Everything(), before_);
-    }
-
-    static constexpr const char* kEarlier = "the earlier archive";
-    Strings before_;
-};
 
 TEST_F(WriterFailure, FullDiskUnattendedLeavesTheEarlierArchive) {
     files.capacity = 8 * kChunkSize;
@@ -162,33 +123,6 @@ TEST_F(WriterFailure, AnArchiveIsNeverReplacedByOneInWhichNothingCouldBeRead) {
     ExpectNothingChanged();
     EXPECT_EQ(events.messages.back().text, "Nothing could be read of *.* in C:\\Data.");
     EXPECT_EQ(result.skipped, 3);
-}
-
-TEST_F(WriterFailure, AnArchiveThatIsReadOnlyIsLeftAlone) {
-    files.Change(options.archive, [](platform::FileInfo& info) {
-        info.attributes |= platform::attribute::kReadOnly;
-    });
-    ExpectFailedUnattended(error_number::kPermissionDenied,
-                           "The archive cannot be put in its place: C:\\Backup\\Weekly.zip "
-                           "(Permission denied).");
-}
-
-TEST_F(WriterFailure, PuttingInPlaceIsAQuestionAndCanStillBeCancelled) {
-    events.questions = &questions;
-    files.before = [](const std::string& call, const std::string&) {
-        if (call == "Replace") {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
-    std::size_t events_when_asked = 0;
-    questions.answers = {[] { return true; },
-                         [&] {
-                             events_when_asked = events.overall.size();
-                             return false;
-                         }};
-    EXPECT_EQ(Run(), RunOutcome::kCancelled);
-    EXPECT_GE(events.overall.size(), events_when_asked + 1) << "one more, which cancels";
-    ExpectNothingChanged();
 }
 
 TEST_F(WriterFailure, AWrongCompressorNeverReachesTheArchive) {

@@ -1,0 +1,35 @@
+// What is said about a disk that will not do.
+#include "zip/disks/disk_prompt.h"
+
+#include <gtest/gtest.h>
+
+namespace vantrel::test {
+namespace {
+
+std::string WhyNotWritten(int number) { return zip::ErrorNote(Error(number, "", "Some reason")); }
+std::string WhyNotRead(int number) { return zip::ReadErrorNote(Error(number, "", "Some reason")); }
+
+TEST(DiskPrompt, DriveWithoutADisk) {
+    for (const int number : {error_number::kDeviceUnavailable, error_number::kDiskNotReady}) {
+        EXPECT_EQ(WhyNotWritten(number), "There is no disk in the drive.");
+        EXPECT_EQ(WhyNotRead(number), "There is no disk in the drive.");
+    }
+}
+
+TEST(DiskPrompt, DiskThatCannotBeWritten) {
+    EXPECT_EQ(WhyNotWritten(error_number::kDiskFull), "The disk in the drive is full.");
+    EXPECT_EQ(WhyNotWritten(error_number::kPermissionDenied),
+              "The disk in the drive is write-protected.");
+    EXPECT_EQ(WhyNotWritten(error_number::kPathFileAccess),
+              "The disk in the drive is write-protected, or a folder cannot be made on it.");
+}
+
+TEST(DiskPrompt, AnyOtherErrorIsToldInItsOwnWords) {
+    EXPECT_EQ(WhyNotWritten(error_number::kDeviceIo),
+              "The disk in the drive cannot be used (Some reason).");
+    EXPECT_EQ(WhyNotRead(error_number::kDeviceIo),
+              "The disk in the drive cannot be read (Some reason).");
+}
+
+}  // namespace
+}  // namespace vantrel::test

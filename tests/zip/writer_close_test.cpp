@@ -1,0 +1,68 @@
+// What comes after the last byte: closing the archive and putting it in its place.
+#include "tests/zip/writer_failure_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using zip::RunOutcome;
+
+// A file is closed once only; what it holds then tells whether anything was lost.
+TEST_F(WriterFailure, ArchiveThatCouldNotBeClosedIsLookedAtBeforeItIsTrusted) {
+    events.questions = &questions;
+    questions.answers = {[] { return true; }};
+    int closes = 0;
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "Close" && path.ends_with(".vantrel-new") && ++closes == 1) {
+            RaiseError(error_number::kDeviceIo);
+        }
+    };
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(questions.asked.size(), 1u);
+    ExpectComplete();
+}
+
+TEST_F(WriterFailure, ArchiveThatLostItsEndWhenItWasClosedIsNoArchive) {
+    events.questions = &questions;
+    questions.answers = {[] { return true; }, [] { return false; }};
+    bool lost = false;
+    files.before = [&](const std::string& call, const std::string& path) {
+        if (call == "Close" && path.ends_with(".vantrel-new") && !lost) {
+            lost = true;
+            files.Put(path, "only its beginning");
+            RaiseError(error_number::kDeviceIo);
+        }
+    };
+    EXPECT_EQ(Run(), RunOutcome::kCancelled);
+    EXPECT_EQ(questions.asked.size(), 2u);
+    ExpectNothingChanged();
+}
+
+TEST_F(WriterFailure, AnArchiveThatIsReadOnlyIsLeftAlone) {
+    files.Change(options.archive, [](platform::FileInfo& info) {
+        info.attributes |= platform::attribute::kReadOnly;
+    });
+    ExpectFailedUnattended(error_number::kPermissionDenied,
+                           "The archive cannot be put in its place: C:\\Backup\\Weekly.zip "
+                           "(Permission denied).");
+}
+
+TEST_F(WriterFailure, PuttingInPlaceIsAQuestionAndCanStillBeCancelled) {
+    events.questions = &questions;
+    files.before = [](const std::string& call, const std::string&) {
+        if (call == "Replace") {
+            RaiseError(error_number::kPermissionDenied);
+        }
+    };
+    std::size_t events_when_asked = 0;
+    questions.answers = {[] { return true; },
+                         [&] {
+                             events_when_asked = events.overall.size();
+                             return false;
+                         }};
+    EXPECT_EQ(Run(), RunOutcome::kCancelled);
+    EXPECT_GE(events.overall.size(), events_when_asked + 1) << "one more, which cancels";
+    ExpectNothingChanged();
+}
+
+}  // namespace
+}  // namespace vantrel::test

@@ -1,0 +1,47 @@
+// Runs of the writer that go wrong: three files, and an earlier archive in the place of the new
+// one.
+#pragma once
+
+#include "tests/zip/writer_fixture.h"
+
+namespace vantrel::test {
+
+class WriterFailure : public WriterTest {
+  protected:
+    WriterFailure() {
+        files.Put("C:\\Data\\a", Noise(3000));
+        files.Put("C:\\Data\\b", Noise(3 * zip::kChunkSize));
+        files.Put("C:\\Data\\Sub\\c", Prose(2 * zip::kChunkSize));
+        files.Put(options.archive, kEarlier);
+        options.level = 1;  // quick, because there are many runs
+        before_ = files.Everything();
+    }
+
+    // The disk is as before the run.
+    void ExpectNothingChanged() {
+        files.before = nullptr;
+        EXPECT_EQ(files.Content(options.archive), kEarlier);
+        EXPECT_EQ(files.Everything(), before_);
+    }
+    void ExpectFailedUnattended(int number, const std::string& text) {
+        EXPECT_EQ(Run(), zip::RunOutcome::kFailed);
+        ExpectNothingChanged();
+        ASSERT_FALSE(events.messages.empty());
+        const auto& last = events.messages.back();
+        EXPECT_EQ(last.kind, zip::MessageKind::kError);
+        EXPECT_EQ(last.code, number);
+        EXPECT_EQ(last.text, text);
+    }
+    void ExpectComplete() {
+        files.before = nullptr;
+        const ReadResult archive = Archive();
+        EXPECT_EQ(archive.Names(), (Strings{"a", "b", "Sub/c"}));
+        EXPECT_TRUE(archive.At("b").content == Noise(3 * zip::kChunkSize));
+        EXPECT_EQ(files.Everything(), before_);
+    }
+
+    static constexpr const char* kEarlier = "the earlier archive";
+    Strings before_;
+};
+
+}  // namespace vantrel::test
