@@ -23,7 +23,7 @@ CONTROLS = {name: int(number) for name, number in
             re.findall(r"^#define (\w+) (\d+)$", RESOURCES.read_text(encoding="utf-8"), re.M)}
 
 # Looking costs the program that is looked at.
-LONGEST_PAUSE = 0.05  # seconds
+LONGEST_PAUSE = 0.1  # seconds
 
 TABS = ["Backup", "Restore", "INI Edit", "Log", "Secure Data", "About"]
 
