@@ -76,6 +76,7 @@ set(ZIP_SOURCES
     zip/reader/extract_worker.cpp
     zip/reader/extraction_plan.cpp
     zip/reader/folder_maker.cpp
+    zip/reader/taken_names.cpp
     zip/reader/target_file.cpp
     zip/records/central_record.cpp
     zip/records/directory_reader.cpp
