@@ -113,7 +113,7 @@ class ArchiveRun {
             Packer packer(reader, source, channel_, MakeDeflater());
             Job job;
             while (source.Next(job)) {
-                sink.Deliver(job.sequence, packer.Pack(job));
+                sink.Deliver(job.sequence, packer.Pack(job, sink.Room()));
             }
         } catch (const RunStopped&) {
             // The reason is known already.
