@@ -22,8 +22,8 @@ class FolderQueue {
   public:
     using Listing = std::vector<platform::FileInfo>;  // sorted by name
 
-    // Lists folders below `source` on `threads` threads, that of the scan among them. `stop` is
-    // that of the run.
+    // Lists folders below `source` on up to `threads` threads, that of the scan among them; two are
+    // the most that pay. `stop` is that of the run.
     FolderQueue(platform::FileSystem& files, std::string source, std::stop_token stop, int threads);
     ~FolderQueue();
     FolderQueue(const FolderQueue&) = delete;
