@@ -76,6 +76,7 @@ set(ZIP_SOURCES
     zip/reader/extract_worker.cpp
     zip/reader/extraction_plan.cpp
     zip/reader/folder_maker.cpp
+    zip/reader/taken_names.cpp
     zip/reader/target_file.cpp
     zip/records/central_record.cpp
     zip/records/directory_reader.cpp
@@ -86,6 +87,7 @@ set(ZIP_SOURCES
     zip/writer/archive_sink.cpp
     zip/writer/archive_writer.cpp
     zip/writer/file_spec.cpp
+    zip/writer/folder_queue.cpp
     zip/writer/packer.cpp
     zip/writer/source_scan.cpp
     zip/writer/work_source.cpp)
@@ -253,6 +255,7 @@ set(VIEWS_WIN32_TESTS
 set(ZIP_THREAD_TESTS
     tests/zip/archive_reader.cpp
     tests/zip/archive_writer_test.cpp
+    tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/pkunzip_test.cpp

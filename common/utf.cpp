@@ -115,4 +115,8 @@ std::size_t Utf16Length(std::string_view utf8) {
     return units;
 }
 
+bool IsLongerThan(std::string_view utf8, std::size_t limit) {
+    return utf8.size() > limit && Utf16Length(utf8) > limit;
+}
+
 }  // namespace vantrel::utf

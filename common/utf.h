@@ -34,4 +34,8 @@ std::optional<std::string> UpperOfAscii(std::string_view text);
 // How many UTF-16 units the text takes.
 std::size_t Utf16Length(std::string_view utf8);
 
+// Whether the text takes more than `limit` UTF-16 units. Quick where it has no more bytes than
+// that.
+bool IsLongerThan(std::string_view utf8, std::size_t limit);
+
 }  // namespace vantrel::utf

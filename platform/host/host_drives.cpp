@@ -72,7 +72,7 @@ DiskSpace HostDrives::Space(const std::string& root) {
 std::uint64_t HostDrives::FreeBytes(const std::string& folder) {
     try {
         // A folder that is still to be made lies where its nearest parent does.
-        for (HostPath path(folder);; path.names.pop_back()) {
+        for (HostPath path(folder);; path.GoUp()) {
             if (const auto bytes = FreeIfThere(drives_, path)) return *bytes;
             if (path.IsRoot()) return 0;
         }

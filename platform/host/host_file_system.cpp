@@ -125,6 +125,9 @@ void HostFileSystem::MakeFolder(const std::string& path) {
         }
     }();
     HostPlace place(drives_, parsed);
+    const bool in_one_go = place.ExactNames() && !parsed.IsRoot();
+    // All that can be known about a new name is known when this works.
+    if (in_one_go && ::mkdirat(place.Folder(), place.Name(), 0777) == 0) return;
     if (parsed.IsRoot() || place.Respell()) RaiseError(kPathFileAccess);
     if (::mkdirat(place.Folder(), place.Name(), 0777) != 0) {
         RaiseHostError(errno, HostDeed::kFolder);
@@ -146,7 +149,7 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     if (Status(target, taken, AT_SYMLINK_NOFOLLOW)) {
         const bool itself = target.Path() == source.Path() && wanted != source.Path();
         if (!itself) RaiseError(kFileExists);
-        target.SpellLeaf(to_path.names.back());
+        target.SpellLeaf(to_path.Leaf());
     }
     CheckMovable(status);
     if (::renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(),

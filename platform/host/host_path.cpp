@@ -4,9 +4,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <optional>
+#include <utility>
 
 #include "common/error.h"
 #include "common/utf.h"
@@ -20,13 +22,25 @@ constexpr std::size_t kLongestName = 255;  // UTF-16 units, the limit of every W
 // The host's calls take paths of up to PATH_MAX bytes; some room is left for a further name.
 constexpr std::size_t kLongestPath = PATH_MAX - 300;
 
-bool IsName(const std::string& name) {
-    const auto forbidden = [](char byte) {
-        return static_cast<unsigned char>(byte) < ' ' ||
-               std::string_view("<>:\"|?*").find(byte) != std::string_view::npos;
-    };
+constexpr std::array<bool, 256> kForbidden = [] {
+    std::array<bool, 256> table{};
+    std::fill(table.begin(), table.begin() + ' ', true);
+    for (const char byte : std::string_view("<>:\"|?*")) {
+        table[static_cast<unsigned char>(byte)] = true;
+    }
+    return table;
+}();
+
+bool IsName(std::string_view name) {
+    const auto forbidden = [](char byte) { return kForbidden[static_cast<unsigned char>(byte)]; };
     return std::none_of(name.begin(), name.end(), forbidden) &&
-           utf::Utf16Length(name) <= kLongestName;
+           !utf::IsLongerThan(name, kLongestName);
+}
+
+constexpr auto IsSlash = [](char c) { return c == '\\' || c == '/'; };
+
+bool StartsWithSlashes(std::string_view path) {
+    return path.size() >= 2 && IsSlash(path[0]) && IsSlash(path[1]);
 }
 
 char DriveLetter(std::string_view text) {
@@ -38,6 +52,14 @@ char DriveLetter(std::string_view text) {
 bool Exists(int folder, const std::string& name) {
     struct stat status;
     return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+// Without a "\\?\" that a drive follows: it says nothing here.
+std::string_view WithoutPrefix(std::string_view path) {
+    constexpr std::size_t kPrefix = 4;
+    const bool has_prefix = StartsWithSlashes(path) && path.size() > kPrefix && path[2] == '?' &&
+                            IsSlash(path[3]) && DriveLetter(path.substr(kPrefix)) != 0;
+    return has_prefix ? path.substr(kPrefix) : path;
 }
 
 // Compares many names with one, at the price of a few instructions for most of them.
@@ -83,28 +105,34 @@ HostFd OpenFolder(int folder, const std::string& name) {
 }  // namespace
 
 HostPath::HostPath(std::string_view path) {
-    std::string text(path);
-    std::replace(text.begin(), text.end(), '/', '\\');
-    if (text.starts_with("\\\\?\\") && DriveLetter(text.substr(4)) != 0) text.erase(0, 4);
-    if (text.starts_with("\\\\")) RaiseError(error_number::kPathNotFound);
-    letter = DriveLetter(text);
+    path = WithoutPrefix(path);
+    if (StartsWithSlashes(path)) RaiseError(error_number::kPathNotFound);
+    letter = DriveLetter(path);
     if (letter == 0) RaiseError(error_number::kBadFileName);
-    for (std::size_t start = 2; start < text.size();) {
-        const std::size_t end = std::min(text.find('\\', start), text.size());
-        std::string name = text.substr(start, end - start);
-        start = end + 1;
-        if (name.empty() || name == ".") continue;
-        if (name == "..") {
-            if (!names.empty()) names.pop_back();
-            continue;
-        }
-        if (!IsName(name)) RaiseError(error_number::kBadFileName);
-        names.push_back(std::move(name));
+    below.reserve(path.size());
+    for (std::string_view rest = path.substr(2); !rest.empty();) {
+        const auto length = static_cast<std::size_t>(
+            std::find_if(rest.begin(), rest.end(), IsSlash) - rest.begin());
+        AddName(rest.substr(0, length));
+        rest.remove_prefix(std::min(length + 1, rest.size()));
     }
 }
 
-HostPlace::HostPlace(const HostDriveMap& drives, const HostPath& path) : names_(path.names) {
-    const auto drive = drives.Get(path.letter);
+void HostPath::AddName(std::string_view name) {
+    if (name.empty() || name == ".") return;
+    if (name == "..") return GoUp();
+    if (!IsName(name)) RaiseError(error_number::kBadFileName);
+    if (!below.empty()) below += '/';
+    below += name;
+}
+
+void HostPath::GoUp() {
+    const std::size_t leaf = LeafStart();
+    below.resize(leaf == 0 ? 0 : leaf - 1);
+}
+
+HostPlace::HostPlace(const HostDriveMap& drives, HostPath path) : path_(std::move(path)) {
+    const auto drive = drives.Get(path_.letter);
     if (!drive) RaiseError(error_number::kDeviceUnavailable);
     if (!drive->ready) RaiseError(error_number::kDiskNotReady);
     root_ = drive->folder;
@@ -112,20 +140,29 @@ HostPlace::HostPlace(const HostDriveMap& drives, const HostPath& path) : names_(
     if (!Go()) Respell();
 }
 
+void HostPlace::Append(std::string_view names) {
+    if (!names.empty() && !name_.empty() && !name_.ends_with('/')) name_ += '/';
+    name_ += names;
+}
+
 bool HostPlace::Go() {
     folder_ = HostFd();
     name_ = root_;
-    leaf_ = names_.empty() ? std::string() : names_.back();
-    for (const std::string& name : names_) {
-        if (name_.size() + name.size() > kLongestPath) {
-            HostFd next = OpenFolder(Folder(), name_);
-            if (!next.IsValid()) return false;
-            folder_ = std::move(next);
-            name_.clear();
-        }
-        if (!name_.empty() && !name_.ends_with('/')) name_ += '/';
-        name_ += name;
+    leaf_ = path_.Leaf();
+    std::string_view rest = path_.below;
+    while (name_.size() + rest.size() > kLongestPath) {
+        // As many names as the host takes at once; none when the root's own is long.
+        const std::size_t room = kLongestPath - std::min(kLongestPath, name_.size());
+        const std::size_t slash = rest.rfind('/', room);
+        const std::size_t taken = slash == std::string_view::npos ? 0 : slash;
+        Append(rest.substr(0, taken));
+        HostFd next = OpenFolder(Folder(), name_);
+        if (!next.IsValid()) return false;
+        folder_ = std::move(next);
+        name_.clear();
+        rest.remove_prefix(taken == 0 ? 0 : taken + 1);
     }
+    Append(rest);
     return true;
 }
 
@@ -135,7 +172,7 @@ std::string HostPlace::Path() const {
 }
 
 void HostPlace::SpellLeaf(const std::string& name) {
-    names_.back() = name;
+    path_.SetLeaf(name);
     if (!Go()) RaiseError(error_number::kPathNotFound);
 }
 
@@ -152,24 +189,29 @@ bool HostPlace::Respell() {
     if (exact_names_ && Go()) return IsThere();
     HostFd folder = OpenFolder(kCurrentFolder, root_);
     if (!folder.IsValid()) RaiseError(error_number::kDiskNotReady);
-    for (std::size_t i = 0; i < names_.size(); ++i) {
-        const bool last = i + 1 == names_.size();
-        if (!Exists(folder.Get(), names_[i])) {
-            const auto other = exact_names_ ? std::nullopt : OtherSpelling(folder.Get(), names_[i]);
+    std::string& below = path_.below;
+    for (std::size_t start = 0; start < below.size();) {
+        const std::size_t end = std::min(below.find('/', start), below.size());
+        const bool last = end == below.size();
+        std::string name = below.substr(start, end - start);
+        if (!Exists(folder.Get(), name)) {
+            const auto other = exact_names_ ? std::nullopt : OtherSpelling(folder.Get(), name);
             if (!other && !last) RaiseError(error_number::kPathNotFound);
             if (!other) {
                 if (!Go()) RaiseError(error_number::kPathNotFound);
                 return false;
             }
-            names_[i] = *other;
+            below.replace(start, name.size(), *other);
+            name = *other;
         }
         if (!last) {
-            folder = OpenFolder(folder.Get(), names_[i]);
+            folder = OpenFolder(folder.Get(), name);
             if (!folder.IsValid()) {
                 RaiseError(errno == EACCES ? error_number::kPermissionDenied
                                            : error_number::kPathNotFound);
             }
         }
+        start += name.size() + 1;
     }
     if (!Go()) RaiseError(error_number::kPathNotFound);
     return true;

@@ -4,7 +4,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/host/host_drive_map.h"
 #include "platform/host/host_handles.h"
@@ -17,9 +16,19 @@ struct HostPath {
     // than 255 UTF-16 units), 76 for a network path.
     explicit HostPath(std::string_view path);
 
-    char letter = 0;  // capital
-    std::vector<std::string> names;
-    bool IsRoot() const { return names.empty(); }
+    char letter = 0;    // capital
+    std::string below;  // the names below the drive's root, "/" between them
+
+    bool IsRoot() const { return below.empty(); }
+    // The last name; "" of a root.
+    std::string Leaf() const { return below.substr(LeafStart()); }
+    void SetLeaf(const std::string& name) { below.replace(LeafStart(), below.npos, name); }
+    // Takes the last name away; a root stays one.
+    void GoUp();
+
+  private:
+    std::size_t LeafStart() const { return below.rfind('/') + 1; }
+    void AddName(std::string_view name);
 };
 
 // Where something stands or would stand on the host: a name in an open folder. For paths that the
@@ -27,7 +36,7 @@ struct HostPath {
 class HostPlace {
   public:
     // The drive's root (68 or 71 when it cannot be had) and names below it, spelled as given.
-    HostPlace(const HostDriveMap& drives, const HostPath& path);
+    HostPlace(const HostDriveMap& drives, HostPath path);
 
     int Folder() const { return folder_.IsValid() ? folder_.Get() : kCurrentFolder; }
     const char* Name() const { return name_.c_str(); }
@@ -50,11 +59,12 @@ class HostPlace {
     static constexpr int kCurrentFolder = -100;  // AT_FDCWD
     // Points at the names as they are spelled now; false when a folder on the way is not there.
     bool Go();
+    void Append(std::string_view names);
     // Respell where names stand as they are spelled.
     bool IsThere() const;
     std::string root_;
     bool exact_names_ = false;
-    std::vector<std::string> names_;
+    HostPath path_;
     HostFd folder_;
     std::string name_;
     std::string leaf_;

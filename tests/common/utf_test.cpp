@@ -60,6 +60,15 @@ TEST(Utf, EmptyTextIsEmpty) {
     EXPECT_EQ(utf::Utf16Length(""), 0u);
 }
 
+TEST(Utf, LongerThanCountsUnitsNotBytes) {
+    EXPECT_FALSE(utf::IsLongerThan("", 0));
+    EXPECT_FALSE(utf::IsLongerThan("abc", 3));
+    EXPECT_TRUE(utf::IsLongerThan("abcd", 3));
+    EXPECT_FALSE(utf::IsLongerThan("\xE2\x82\xAC", 1));
+    EXPECT_FALSE(utf::IsLongerThan("\xF0\x9F\x92\xBE", 2));
+    EXPECT_TRUE(utf::IsLongerThan("\xF0\x9F\x92\xBE", 1));
+}
+
 TEST(Utf, OneByteAboveTheFirst128IsNoAscii) {
     EXPECT_TRUE(utf::IsAscii(""));
     EXPECT_TRUE(utf::IsAscii("Name\x7F"));

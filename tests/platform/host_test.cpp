@@ -115,6 +115,20 @@ TEST_F(Host, DriveOfExactNamesKnowsOneSpellingOnly) {
               kPathNotFound);
 }
 
+TEST_F(Host, FolderOfAnExactNameIsMadeOnce) {
+    machine.PutFile("C:\\sub\\file", "bytes");
+    platform::HostMachine exact({{'C', {.folder = OnHost(""), .exact_names = true}}});
+    auto& exact_files = exact.machine().files;
+    exact_files.MakeFolder("C:\\sub\\new");
+    exact_files.MakeFolder("C:\\sub\\NEW");
+    EXPECT_THAT(machine.Names("C:\\sub"), UnorderedElementsAre("NEW\\", "file", "new\\"));
+    for (const char* taken : {"C:\\sub\\new", "C:\\sub\\file", "C:\\"}) {
+        EXPECT_EQ(ErrorOf([&] { exact_files.MakeFolder(taken); }), kPathFileAccess) << taken;
+    }
+    EXPECT_EQ(ErrorOf([&] { exact_files.MakeFolder("C:\\SUB\\new"); }), kPathNotFound);
+    EXPECT_EQ(ErrorOf([&] { exact_files.MakeFolder("C:\\sub\\file\\new"); }), kPathNotFound);
+}
+
 TEST_F(Host, RenameMayChangeLetterCaseOnly) {
     machine.PutFile("C:\\sub\\name.txt", "bytes");
     files.Rename("C:\\SUB\\name.txt", "C:\\SUB\\NAME.txt");

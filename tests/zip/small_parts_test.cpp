@@ -1,8 +1,12 @@
-// Paths, file specifications and the compressed list.
+// Paths, file specifications, the compressed list and the names taken.
 #include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
 
 #include "zip/base/paths.h"
 #include "zip/deflate/block_store.h"
+#include "zip/reader/taken_names.h"
 #include "zip/writer/file_spec.h"
 
 namespace vantrel::zip {
@@ -31,6 +35,13 @@ TEST(Paths, JoinAddsOneBackslash) {
     EXPECT_EQ(JoinPath("C:\\Data", ""), "C:\\Data");
 }
 
+TEST(Paths, CutIsFolderAndLeafOfAPathWithoutRoot) {
+    EXPECT_EQ(Cut("a\\b\\c.txt").folder, "a\\b");
+    EXPECT_EQ(Cut("a\\b\\c.txt").leaf, "c.txt");
+    EXPECT_EQ(Cut("c.txt").folder, "");
+    EXPECT_EQ(Cut("c.txt").leaf, "c.txt");
+}
+
 TEST(Paths, StampIsDateUnderscoreTime) {
     EXPECT_TRUE(IsStamp("20261115_130509"));
     EXPECT_FALSE(IsStamp("20261115-130509"));
@@ -48,6 +59,28 @@ TEST(FileSpec, QuotesAreTakenOffAndFolderAndMaskCut) {
     EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\x\\*.*\"").folder, "\\\\s\\d\\x");
     EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\*.*\"").folder, "\\\\s\\d\\");
     EXPECT_EQ(ParseFileSpec("").folder, "");
+}
+
+TEST(TakenNames, EachNameIsNewOnceAndKeepsItsNumber) {
+    TakenNames names(2);
+    EXPECT_TRUE(names.Take("a").is_new);
+    EXPECT_TRUE(names.Take("").is_new);
+    EXPECT_TRUE(names.Take(std::string_view("a\0", 2)).is_new);
+    EXPECT_FALSE(names.Take("a").is_new);
+    EXPECT_EQ(names.Take("a").number, 0u);
+    EXPECT_EQ(names.Take("").number, 1u);
+    EXPECT_EQ(names.Take(std::string_view("a\0", 2)).number, 2u);
+}
+
+TEST(TakenNames, MoreThanWereExpectedHaveRoom) {
+    TakenNames names(0);
+    for (std::size_t round = 0; round < 2; ++round) {
+        for (std::size_t i = 0; i < 10'000; ++i) {
+            const auto place = names.Take("name " + std::to_string(i));
+            ASSERT_EQ(place.number, i);
+            ASSERT_EQ(place.is_new, round == 0);
+        }
+    }
 }
 
 TEST(BlockStore, GivesBackWhatWasPutInOrder) {

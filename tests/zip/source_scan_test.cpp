@@ -122,6 +122,35 @@ TEST_F(SourceScan, ListsEachFolderOnceAndOpensNothing) {
                          {"C:\\Data", 1}, {"C:\\Data\\Empty", 1}, {"C:\\Data\\Sub", 1}}));
 }
 
+TEST_F(SourceScan, ManyThreadsFindAndSayTheSameAsOne) {
+    for (int i = 0; i < 200; ++i) {
+        const std::string folder = "C:\\Data\\" + std::to_string(i % 7) + "\\" + std::to_string(i);
+        files.Put(folder + "\\file", "x");
+        files.PutFolder(folder + "\\Empty");
+        files.PutFolder(folder + "\\Denied");
+    }
+    files.before = [](const std::string& call, const std::string& path) {
+        if (call == "List" && path.ends_with("Denied")) {
+            RaiseError(error_number::kPathFileAccess);
+        }
+    };
+    Strings warnings;
+    Strings names;
+    for (const int threads : {1, 2, 4}) {
+        events.messages.clear();
+        options.threads = threads;
+        ASSERT_EQ(Run(), RunOutcome::kComplete);
+        EXPECT_EQ(result.skipped, 200);
+        if (threads == 1) {
+            warnings = events.Texts(MessageKind::kWarning);
+            names = Archive().Names();
+            EXPECT_EQ(names.size(), 406u);
+        }
+        EXPECT_EQ(events.Texts(MessageKind::kWarning), warnings) << threads;
+        EXPECT_EQ(Archive().Names(), names) << threads;
+    }
+}
+
 TEST_F(SourceScan, ARootIsASourceToo) {
     options.source.folder = "C:\\";
     options.source.mask = "a.txt";

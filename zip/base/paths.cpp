@@ -54,6 +54,12 @@ std::string LeafOf(std::string_view path) {
     return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
 }
 
+CutPath Cut(std::string_view path) {
+    const std::size_t slash = path.rfind('\\');
+    return slash == path.npos ? CutPath{"", path}
+                              : CutPath{path.substr(0, slash), path.substr(slash + 1)};
+}
+
 bool IsStamp(std::string_view name) {
     constexpr std::size_t kLength = 15;
     if (name.size() != kLength || name[8] != '_') {

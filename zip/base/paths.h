@@ -13,6 +13,13 @@ std::string ParentOf(std::string_view path);
 std::string RootOf(std::string_view path);
 // The last component; of a drive root "".
 std::string LeafOf(std::string_view path);
+// A path below some folder, which has no root, in two: "a\b\c.txt" is "a\b" and "c.txt". Copies
+// nothing.
+struct CutPath {
+    std::string_view folder;  // "" where there is none
+    std::string_view leaf;
+};
+CutPath Cut(std::string_view path);
 // Whether `name` is a date-and-time stamp, "YYYYMMDD_HHNNSS".
 bool IsStamp(std::string_view name);
 

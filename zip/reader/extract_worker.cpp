@@ -88,8 +88,8 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     std::optional<TargetFile> target;
     const auto open = [&] {
         if (!target) {
-            target.emplace(run_.machine, Folder(ParentOf(planned.path)), LeafOf(planned.path),
-                           run_.archive);
+            const CutPath path = Cut(planned.path);
+            target.emplace(run_.machine, Folder(path.folder), std::string(path.leaf), run_.archive);
         }
     };
     std::uint64_t written = 0;
@@ -111,10 +111,11 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     TellRestored(planned, target->Path(), disagreement);
 }
 
-const std::string& ExtractWorker::Folder(const std::string& folder) {
+const std::string& ExtractWorker::Folder(std::string_view folder) {
     if (folder_path_.empty() || folder != folder_) {
-        folder_path_ = run_.folders.Ensure(folder);
-        folder_ = folder;
+        const std::string wanted(folder);
+        folder_path_ = run_.folders.Ensure(wanted);
+        folder_ = wanted;
     }
     return folder_path_;
 }
@@ -133,10 +134,9 @@ void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string&
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));
     }
-    ComponentMessage message = EntryWarning(run_.directory, index, 0, "Extracting " + path);
-    message.kind = MessageKind::kInformation;
-    message.path = path;
-    run_.channel.Tell(std::move(message));
+    run_.channel.Tell({MessageKind::kInformation, 0, static_cast<std::int32_t>(index + 1), path,
+                       "Extracting " + path,
+                       static_cast<std::int32_t>(run_.directory.entries.size())});
 }
 
 }  // namespace vantrel::zip

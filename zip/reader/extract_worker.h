@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/machine.h"
@@ -77,7 +78,7 @@ class ExtractWorker {
   private:
     void RestoreFile(const PlannedEntry& planned);
     void RestoreOnce(const PlannedEntry& planned);
-    const std::string& Folder(const std::string& folder);
+    const std::string& Folder(std::string_view folder);
     void TellRestored(const PlannedEntry& planned, const std::string& path,
                       const std::string& disagreement);
 

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <optional>
-#include <unordered_map>
+#include <string_view>
 
 #include "common/error.h"
 #include "zip/base/paths.h"
 #include "zip/reader/entry_data.h"
 #include "zip/reader/folder_maker.h"
+#include "zip/reader/taken_names.h"
 #include "zip/records/entry_name.h"
 
 namespace vantrel::zip {
@@ -25,9 +26,13 @@ class Overlaps {
         for (std::uint32_t i = 0; i < order.size(); ++i) {
             order[i] = i;
         }
-        std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+        const auto earlier = [this](std::uint32_t a, std::uint32_t b) {
             return directory_.entries[a].offset < directory_.entries[b].offset;
-        });
+        };
+        // As they are written, as a rule.
+        if (!std::is_sorted(order.begin(), order.end(), earlier)) {
+            std::sort(order.begin(), order.end(), earlier);
+        }
         for (const std::uint32_t index : order) {
             Add(index);
         }
@@ -68,16 +73,20 @@ class Planner {
           mask_(mask),
           code_page_(code_page),
           tell_(tell),
-          overlaps_(directory) {}
+          overlaps_(directory),
+          names_(directory.entries.size()) {}
 
     ExtractionPlan Make() {
+        plan_.files.reserve(directory_.entries.size());
         for (std::uint32_t i = 0; i < directory_.entries.size(); ++i) {
             Add(i);
         }
-        std::stable_sort(plan_.files.begin(), plan_.files.end(),
-                         [this](const PlannedEntry& a, const PlannedEntry& b) {
-                             return Of(a).offset < Of(b).offset;
-                         });
+        const auto earlier = [this](const PlannedEntry& a, const PlannedEntry& b) {
+            return Of(a).offset < Of(b).offset;
+        };
+        if (!std::is_sorted(plan_.files.begin(), plan_.files.end(), earlier)) {
+            std::stable_sort(plan_.files.begin(), plan_.files.end(), earlier);
+        }
         return std::move(plan_);
     }
 
@@ -133,16 +142,17 @@ class Planner {
     }
 
     void AddFile(std::uint32_t index, SafeName name) {
-        const auto folder = TakeFolders(ParentOf(name.path));
+        const CutPath path = Cut(name.path);
+        const auto folder = TakeFolders(path.folder);
         if (!folder) {
             return Refuse(index, "a file of the archive has the name of its folder");
         }
-        const auto [taken, is_new] = taken_.try_emplace(Key(*folder, LeafOf(name.path)));
+        const auto [number, is_new] = Take(*folder, path.leaf);
         if (!is_new) {
-            if (taken->second.folder != 0) {
+            if (taken_[number].folder != 0) {
                 return Refuse(index, "a folder of the archive has its name");
             }
-            name.path = FreePath(*folder, name.path, taken->second.next_number);
+            name.path = FreePath(*folder, name.path, number);
             name.changes.push_back("another entry has its name already");
         }
         TellChanges(index, name);
@@ -150,15 +160,19 @@ class Planner {
         plan_.files.push_back({index, std::move(name.path)});
     }
 
-    std::string Key(std::uint32_t folder, const std::string& name) const {
-        return KeyInFolder(code_page_, folder, name);
+    TakenNames::Place Take(std::uint32_t folder, std::string_view name) {
+        const auto place = names_.Take(KeyInFolder(code_page_, folder, std::string(name)));
+        if (place.is_new) {
+            taken_.emplace_back();
+        }
+        return place;
     }
 
-    // `number` is part of the map's value, which stays where it is when the map grows.
-    std::string FreePath(std::uint32_t folder, const std::string& path, int& number) {
+    // For an entry whose own name has `taken` already.
+    std::string FreePath(std::uint32_t folder, const std::string& path, std::size_t taken) {
         for (;;) {
-            std::string numbered = NumberedPath(path, number++);
-            if (taken_.try_emplace(Key(folder, LeafOf(numbered))).second) {
+            std::string numbered = NumberedPath(path, taken_[taken].next_number++);
+            if (Take(folder, LeafOf(numbered)).is_new) {
                 return numbered;
             }
         }
@@ -166,22 +180,21 @@ class Planner {
 
     // The number of a folder (0 for the destination) that is taken with all folders above it;
     // nothing when one of them cannot be a folder.
-    std::optional<std::uint32_t> TakeFolders(const std::string& path) {
+    std::optional<std::uint32_t> TakeFolders(std::string_view path) {
         if (path == last_folder_) {
             return last_number_;
         }
         std::uint32_t number = 0;
         for (std::size_t start = 0; start < path.size();) {
             const std::size_t end = std::min(path.find('\\', start), path.size());
-            const auto [taken, is_new] =
-                taken_.try_emplace(Key(number, path.substr(start, end - start)));
+            const auto [place, is_new] = Take(number, path.substr(start, end - start));
             if (is_new) {
-                taken->second.folder = ++folders_;
+                taken_[place].folder = ++folders_;
             }
-            if (taken->second.folder == 0) {
+            if (taken_[place].folder == 0) {
                 return std::nullopt;
             }
-            number = taken->second.folder;
+            number = taken_[place].folder;
             start = end + 1;
         }
         last_folder_ = path;
@@ -214,7 +227,8 @@ class Planner {
     const std::function<void(ComponentMessage)>& tell_;
     Overlaps overlaps_;
     ExtractionPlan plan_;
-    std::unordered_map<std::string, Taken> taken_;  // by KeyInFolder
+    TakenNames names_;
+    std::vector<Taken> taken_;  // by the numbers of names_
     std::uint32_t folders_ = 0;
     std::string last_folder_;
     std::uint32_t last_number_ = 0;

@@ -13,7 +13,7 @@ constexpr std::size_t kLongestComponent = 255;  // UTF-16 units, of every Window
 // UTF-16 units of a path with the "\\?\" that the system wants before it, and its final NUL.
 constexpr std::size_t kLongestPath = 32767 - 5;
 
-bool IsSlash(char c) { return c == '/' || c == '\\'; }
+constexpr auto IsSlash = [](char c) { return c == '/' || c == '\\'; };
 bool IsDotOrBlank(char c) { return c == '.' || c == ' '; }
 
 bool IsDriveStart(std::string_view name) {
@@ -58,24 +58,37 @@ bool IsPortName(std::string_view base) {
 bool IsReserved(std::string_view component) {
     static constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
                                                                  "NUL", "CONIN$", "CONOUT$"};
-    std::string base = UpperAscii(component.substr(0, component.find('.')));
-    while (base.ends_with(' ')) {
-        base.pop_back();
+    constexpr std::size_t kShortest = 3;
+    constexpr std::size_t kLongest = 7;
+    std::string_view stem = component.substr(0, component.find('.'));
+    while (stem.ends_with(' ')) {
+        stem.remove_suffix(1);
     }
+    if (stem.size() < kShortest || stem.size() > kLongest) {
+        return false;
+    }
+    const std::string base = UpperAscii(stem);
     return IsPortName(base) || std::find(kDevices.begin(), kDevices.end(), base) != kDevices.end();
 }
 
+// By byte, what no Windows name may hold.
+constexpr std::array<bool, 256> kForbidden = [] {
+    std::array<bool, 256> table{};
+    std::fill(table.begin(), table.begin() + ' ', true);
+    for (const char c : std::string_view(":<>\"|?*")) {
+        table[static_cast<unsigned char>(c)] = true;
+    }
+    return table;
+}();
+constexpr auto IsForbidden = [](char c) { return kForbidden[static_cast<unsigned char>(c)]; };
+
 void ReplaceCharacters(std::string& component, SafeName& name) {
     for (char& c : component) {
-        if (c == ':') {
-            Note(name, "\":\" in it becomes \"_\"");
-        } else if (static_cast<unsigned char>(c) < ' ' || c == '<' || c == '>' || c == '"' ||
-                   c == '|' || c == '?' || c == '*') {
-            Note(name, "characters that a file name cannot hold become \"_\"");
-        } else {
-            continue;
+        if (IsForbidden(c)) {
+            Note(name, c == ':' ? "\":\" in it becomes \"_\""
+                                : "characters that a file name cannot hold become \"_\"");
+            c = '_';
         }
-        c = '_';
     }
 }
 
@@ -91,6 +104,20 @@ std::string SafeComponent(std::string_view stored, SafeName& name) {
         Note(name, "the system's own name gets \"_\" before it");
     }
     return component;
+}
+
+// `stored` is not empty.
+void AddComponent(std::string_view stored, SafeName& name) {
+    if (!name.path.empty()) {
+        name.path += '\\';
+    }
+    const bool as_it_is = !IsDotOrBlank(stored.back()) && !IsReserved(stored) &&
+                          std::none_of(stored.begin(), stored.end(), IsForbidden);
+    if (as_it_is) {
+        name.path += stored;
+    } else {
+        name.path += SafeComponent(stored, name);
+    }
 }
 
 // Why this component cannot be part of a path; "" when it can.
@@ -147,6 +174,7 @@ SafeName MakeSafeName(std::string_view stored) {
     if (IsDriveStart(stored)) {
         return Refused("its name starts with a drive");
     }
+    name.path.reserve(stored.size());
     for (bool more = true; more;) {
         const auto slash = std::find_if(stored.begin(), stored.end(), IsSlash);
         const auto end = static_cast<std::size_t>(slash - stored.begin());
@@ -156,11 +184,12 @@ SafeName MakeSafeName(std::string_view stored) {
         if (std::string refusal = RefusalOf(component); !refusal.empty()) {
             return Refused(std::move(refusal));
         }
-        const std::string safe = SafeComponent(component, name);
-        if (utf::Utf16Length(safe) > kLongestComponent) {
+        const std::size_t before = name.path.size();
+        AddComponent(component, name);
+        const std::size_t start = before == 0 ? 0 : before + 1;
+        if (utf::IsLongerThan(std::string_view(name.path).substr(start), kLongestComponent)) {
             return Refused("a name in it is longer than 255 characters");
         }
-        name.path += (name.path.empty() ? "" : "\\") + safe;
     }
     return name;
 }
@@ -174,6 +203,6 @@ std::string NumberedPath(const std::string& path, int number) {
     return path.substr(0, dot) + " (" + std::to_string(number) + ")" + path.substr(dot);
 }
 
-bool IsTooLongPath(std::string_view path) { return utf::Utf16Length(path) > kLongestPath; }
+bool IsTooLongPath(std::string_view path) { return utf::IsLongerThan(path, kLongestPath); }
 
 }  // namespace vantrel::zip

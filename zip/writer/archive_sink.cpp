@@ -41,6 +41,16 @@ void ArchiveSink::WaitUntilWritten(std::uint64_t count) {
     channel_.CheckStop();
 }
 
+Buffer ArchiveSink::Room() {
+    const std::lock_guard lock(mutex_);
+    if (written_buffers_.empty()) {
+        return {};
+    }
+    Buffer room = std::move(written_buffers_.back());
+    written_buffers_.pop_back();
+    return room;
+}
+
 void ArchiveSink::Deliver(std::uint64_t sequence, PackedJob job) {
     std::unique_lock lock(mutex_);
     ready_.emplace(sequence, std::move(job));
@@ -55,6 +65,7 @@ void ArchiveSink::Deliver(std::uint64_t sequence, PackedJob job) {
         // When this throws the run is over, and nobody writes any more.
         Write(next);
         lock.lock();
+        written_buffers_.push_back(std::move(next.bytes));
         ++written_;
         changed_.notify_all();
     }

@@ -31,6 +31,9 @@ class ArchiveSink {
     void WaitForRoom(std::uint64_t sequence);
     // Returns when `count` jobs have been written. Throws RunStopped.
     void WaitUntilWritten(std::uint64_t count);
+    // A buffer for the bytes of a job, with the room of one that has been written: to get fresh
+    // memory of the system for each of them costs more than to copy them.
+    Buffer Room();
     // Hands over a job; may write it and others before it returns.
     void Deliver(std::uint64_t sequence, PackedJob job);
 
@@ -60,6 +63,7 @@ class ArchiveSink {
     std::mutex mutex_;  // guards what follows
     std::condition_variable_any changed_;
     std::map<std::uint64_t, PackedJob> ready_;
+    std::vector<Buffer> written_buffers_;
     std::uint64_t written_ = 0;
     bool writing_ = false;
 

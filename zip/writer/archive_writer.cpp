@@ -78,10 +78,10 @@ class ArchiveRun {
     // False when nothing could be put into it.
     bool FillArchive() {
         const OwnFiles own{options_.archive, options_.archive + kTemporarySuffix};
-        SourceList list = ScanSource(machine_, options_.source, own, channel_);
+        const int threads = ThreadCount(options_.threads);
+        SourceList list = ScanSource(machine_, options_.source, own, channel_, threads);
         skipped = list.skipped;
         channel_.SetTotal(list.bytes);
-        const int threads = ThreadCount(options_.threads);
         ArchiveSink sink(*output_, channel_, static_cast<std::size_t>(threads + kSlack),
                          list.items.Count());
         SourceReader reader(machine_, channel_, options_.source.folder);
@@ -113,7 +113,7 @@ class ArchiveRun {
             Packer packer(reader, source, channel_, MakeDeflater());
             Job job;
             while (source.Next(job)) {
-                sink.Deliver(job.sequence, packer.Pack(job));
+                sink.Deliver(job.sequence, packer.Pack(job, sink.Room()));
             }
         } catch (const RunStopped&) {
             // The reason is known already.

@@ -17,7 +17,17 @@ Packer::Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
                std::unique_ptr<Deflater> deflater)
     : reader_(reader), source_(source), channel_(channel), deflater_(std::move(deflater)) {}
 
-PackedJob Packer::Pack(Job& job) { return job.piece ? PackPiece(job) : PackBatch(job); }
+PackedJob Packer::Pack(Job& job, Buffer room) {
+    PackedJob packed;
+    packed.bytes = std::move(room);
+    packed.bytes.Clear();
+    if (job.piece) {
+        PackPiece(job, packed);
+    } else {
+        PackBatch(job, packed);
+    }
+    return packed;
+}
 
 Entry Packer::MakeEntry(const SourceItem& item) {
     Entry entry;
@@ -32,14 +42,12 @@ Entry Packer::MakeEntry(const SourceItem& item) {
     return entry;
 }
 
-PackedJob Packer::PackBatch(Job& job) {
-    PackedJob packed;
+void Packer::PackBatch(Job& job, PackedJob& packed) {
     packed.items.reserve(job.items.size());
     for (const SourceItem& item : job.items) {
         channel_.CheckStop();
         PackItem(item, packed);
     }
-    return packed;
 }
 
 void Packer::PackItem(const SourceItem& item, PackedJob& packed) {
@@ -130,8 +138,7 @@ void Packer::AppendFile(PackedItem& result, Buffer& bytes) {
     result.stored = true;
 }
 
-PackedJob Packer::PackPiece(Job& job) {
-    PackedJob packed;
+void Packer::PackPiece(Job& job, PackedJob& packed) {
     packed.piece = job.piece;
     packed.file = job.items.front();
     packed.path = JoinPath(reader_.folder(), packed.file.name);
@@ -146,7 +153,7 @@ PackedJob Packer::PackPiece(Job& job) {
     packed.raw_size = job.data.size();
     packed.crc = Crc32(job.data.data(), job.data.size());
     if (piece.abandoned) {
-        return packed;
+        return;
     }
     if (piece.method == Method::kStored) {
         packed.bytes.Append(job.data.View());
@@ -157,7 +164,6 @@ PackedJob Packer::PackPiece(Job& job) {
             deflater_->Part(job.data.data(), job.data.size(), piece.last, packed.bytes);
         });
     }
-    return packed;
 }
 
 }  // namespace vantrel::zip

@@ -19,11 +19,12 @@ class Packer {
     Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
            std::unique_ptr<Deflater> deflater);
 
-    PackedJob Pack(Job& job);
+    // `room` becomes the bytes of the result; what it holds is dropped.
+    PackedJob Pack(Job& job, Buffer room);
 
   private:
-    PackedJob PackBatch(Job& job);
-    PackedJob PackPiece(Job& job);
+    void PackBatch(Job& job, PackedJob& packed);
+    void PackPiece(Job& job, PackedJob& packed);
     void PackItem(const SourceItem& item, PackedJob& packed);
     void PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes);
     bool ReadFile(PackedItem& result);

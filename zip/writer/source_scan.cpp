@@ -1,6 +1,5 @@
 #include "zip/writer/source_scan.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -9,6 +8,7 @@
 #include "zip/base/little_endian.h"
 #include "zip/base/paths.h"
 #include "zip/records/entry_records.h"
+#include "zip/writer/folder_queue.h"
 
 namespace vantrel::zip {
 
@@ -19,22 +19,22 @@ using platform::FileInfo;
 class Scanner {
   public:
     Scanner(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
-            RunChannel& channel)
+            RunChannel& channel, int threads)
         : machine_(machine),
           spec_(spec),
           own_(own),
           channel_(channel),
           mask_(machine.code_page, spec.mask),
           archive_(FindArchive()),
-          temporary_name_(machine.code_page.Fold(LeafOf(own.temporary))) {}
+          temporary_name_(machine.code_page.Fold(LeafOf(own.temporary))),
+          queue_(machine.files, spec.folder, channel.Token(), threads) {}
 
     SourceList Run() {
-        pending_.push_back({});
-        while (!pending_.empty()) {
-            const FileInfo folder = std::move(pending_.back());
-            pending_.pop_back();
-            ScanFolder(folder);
+        ScanFolder({});
+        while (auto turn = queue_.Next()) {
+            ScanFolder(std::move(*turn));
         }
+        channel_.CheckStop();
         return std::move(list_);
     }
 
@@ -47,37 +47,32 @@ class Scanner {
         }
     }
 
-    // `folder.name` is its path below the source folder, "" for that folder itself.
-    void ScanFolder(const FileInfo& folder) {
-        std::vector<FileInfo> found;
+    // The folder's name is its path below the source folder, "" for that folder itself.
+    void ScanFolder(FolderQueue::Turn turn) {
+        const FileInfo& folder = turn.folder;
         const std::string path = JoinPath(spec_.folder, folder.name);
-        if (!List(folder, path, found)) {
+        if (!turn.listing) {
+            turn.listing = List(folder, path);
+        }
+        channel_.CheckStop();
+        if (!turn.listing) {
             return;
         }
-        std::sort(found.begin(), found.end(),
-                  [](const FileInfo& a, const FileInfo& b) { return a.name < b.name; });
-        const std::size_t first_pending = pending_.size();
         bool holds_something = false;
-        for (FileInfo& info : found) {
+        for (FileInfo& info : *turn.listing) {
             holds_something |= Consider(folder.name, path, info);
         }
-        std::reverse(pending_.begin() + static_cast<std::ptrdiff_t>(first_pending), pending_.end());
+        queue_.Add(std::exchange(sub_folders_, {}));
         if (!holds_something && !folder.name.empty() && mask_.IsEverything()) {
             Add({folder.name, folder.attributes, 0, folder.times});
         }
     }
 
-    // One pass over a folder. False when it cannot be read, which has then been said.
-    bool List(const FileInfo& folder, const std::string& path, std::vector<FileInfo>& found) {
+    // Nothing when the folder cannot be read, which has then been said.
+    std::optional<FolderQueue::Listing> List(const FileInfo& folder, const std::string& path) {
         for (;;) {
             try {
-                found.clear();
-                machine_.files.List(path, [&](const FileInfo& info) {
-                    found.push_back(info);
-                    return !channel_.Token().stop_requested();
-                });
-                channel_.CheckStop();
-                return true;
+                return queue_.List(folder.name);
             } catch (const Error& error) {
                 if (folder.name.empty() || SourceIsGone()) {
                     channel_.RetryOrStop(
@@ -88,7 +83,7 @@ class Scanner {
                 ++list_.skipped;
                 Warn(error.number(), path,
                      Sentence("Skipped a folder that cannot be read", path, error));
-                return false;
+                return std::nullopt;
             }
         }
     }
@@ -126,7 +121,7 @@ class Scanner {
             return true;
         }
         if (info.IsFolder()) {
-            pending_.push_back(std::move(info));
+            sub_folders_.push_back(std::move(info));
         } else {
             Add({info.name, info.attributes, info.size, info.times});
         }
@@ -166,8 +161,9 @@ class Scanner {
     DosMask mask_;
     std::optional<FileInfo> archive_;
     std::string temporary_name_;
-    std::vector<FileInfo> pending_;  // folders to scan, the next one last
+    std::vector<FileInfo> sub_folders_;  // of the folder that is looked into
     SourceList list_;
+    FolderQueue queue_;
 };
 
 }  // namespace
@@ -193,8 +189,8 @@ SourceItem UnpackItem(std::string_view record) {
 }
 
 SourceList ScanSource(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
-                      RunChannel& channel) {
-    return Scanner(machine, spec, own, channel).Run();
+                      RunChannel& channel, int threads) {
+    return Scanner(machine, spec, own, channel, threads).Run();
 }
 
 }  // namespace vantrel::zip

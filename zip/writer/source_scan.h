@@ -45,8 +45,9 @@ struct OwnFiles {
 // Lists the source folder: names sorted within each folder, a folder's files before its
 // sub-folders, so that the order does not depend on the disk. Opens nothing. Hidden and system
 // files belong to it; links, mount points and devices do not (a warning each). An unreadable
-// sub-folder is a warning; an unreadable source folder is a question.
+// sub-folder is a warning; an unreadable source folder is a question. Up to `threads` folders are
+// listed at the same time.
 SourceList ScanSource(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
-                      RunChannel& channel);
+                      RunChannel& channel, int threads);
 
 }  // namespace vantrel::zip
