@@ -12,7 +12,8 @@
 namespace vantrel::zip {
 namespace {
 
-// Inputs of up to one unit have a parser of their own; pieces are cut into units and windows.
+// Small inputs have a parser of their own; larger ones are cut into units and windows.
+constexpr std::size_t kSmall = 2048;
 constexpr std::size_t kUnit = 4096;
 constexpr std::size_t kWindow = std::size_t{1} << 20;
 
@@ -71,7 +72,7 @@ TEST_F(TunedLevel, ShortInputs) {
 }
 
 TEST_F(TunedLevel, SizesAroundUnitsAndWindows) {
-    for (const std::size_t middle : {kUnit, kUnit + 258, 2 * kUnit, std::size_t{5000},
+    for (const std::size_t middle : {kSmall, kUnit, kUnit + 258, 2 * kUnit, std::size_t{5000},
                                      std::size_t{300'000}, kWindow, 2 * kWindow}) {
         for (std::size_t size = middle - 2; size <= middle + 2; ++size) {
             RoundTrip(test::Prose(size));
@@ -81,7 +82,8 @@ TEST_F(TunedLevel, SizesAroundUnitsAndWindows) {
 }
 
 TEST_F(TunedLevel, EqualBytesTakeHardlyAnything) {
-    for (const std::size_t size : {kUnit - 1, kUnit, kUnit + 1, 3 * kUnit + 259, kWindow + 1}) {
+    for (const std::size_t size :
+         {kSmall, kUnit - 1, kUnit, kUnit + 1, 3 * kUnit + 259, kWindow + 1}) {
         EXPECT_LT(RoundTrip(std::string(size, '\0')), 30 + size / 500);
     }
 }
@@ -111,7 +113,7 @@ TEST_F(TunedLevel, MatchesAcrossUnitsAndWindows) {
 }
 
 TEST_F(TunedLevel, MoreMatchesThanAWindowHasRoomFor) {
-    for (const std::uint64_t letters : {2, 3, 4}) {
+    for (const unsigned letters : {2U, 3U, 4U}) {
         RoundTrip(Letters(2 * kWindow, letters));
     }
     RoundTrip(Ruler(kWindow + kUnit));
@@ -173,7 +175,7 @@ TEST_F(TunedLevel, SaysWhenThereIsTooLittleRoom) {
 // What one input leaves behind must not show in the next one.
 TEST_F(TunedLevel, EqualInputsGiveEqualOutputs) {
     const std::string long_one = test::Prose(3 * kUnit);
-    const std::string short_one = test::Prose(kUnit / 2);
+    const std::string short_one = test::Prose(kSmall);
     const std::string first_long = Compressed(long_one, compressor_->Bound(long_one.size()));
     const std::string first_short = Compressed(short_one, compressor_->Bound(short_one.size()));
     RoundTrip(Letters(kWindow, 3));

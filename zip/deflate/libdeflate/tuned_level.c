@@ -106,7 +106,7 @@ static void compress(struct libdeflate_compressor* restrict c, const u8* in, siz
     struct tuned_state* const t = state_of(c);
     struct search search = {&t->matches, in, {0, 0}, in, in + size, t->candidates};
 
-    if (size <= UNIT_LENGTH) {
+    if (size <= SMALL_MOST) {
         compress_small(c, in, (u32)size, os);
         return;
     }
