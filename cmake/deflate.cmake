@@ -11,6 +11,15 @@ execute_process(COMMAND ${CMAKE_SOURCE_DIR}/scripts/build-libdeflate ${VANTREL_T
 add_library(vantrel_deflate INTERFACE)
 target_include_directories(vantrel_deflate SYSTEM INTERFACE ${LIBDEFLATE_ROOT}/include)
 target_link_libraries(vantrel_deflate INTERFACE ${LIBDEFLATE_ROOT}/lib/libdeflate.a)
+# For executables that put it in front of the library's copy.
+if(VANTREL_SANITIZE MATCHES address)
+    add_library(deflate_level OBJECT ${DEFLATE_LEVEL_SOURCES})
+    target_include_directories(deflate_level PRIVATE ${CMAKE_SOURCE_DIR})
+    target_include_directories(deflate_level SYSTEM PRIVATE
+                               ${CMAKE_SOURCE_DIR}/build/deps/libdeflate/source
+                               ${CMAKE_SOURCE_DIR}/build/deps/libdeflate/source/lib)
+    target_compile_options(deflate_level PRIVATE -w ${VANTREL_FUZZED})
+endif()
 if(WIN32)
     target_link_libraries(vantrel_deflate INTERFACE /usr/${VANTREL_TRIPLET}/lib/libz.a)
 else()

@@ -112,6 +112,20 @@ TEST_F(TunedLevel, MatchesAcrossUnitsAndWindows) {
     }
 }
 
+// Wherever a unit ends, a better match at each of the next positions must not lead on and on.
+TEST_F(TunedLevel, EverBetterMatchesAcrossTheEndOfAUnit) {
+    constexpr std::size_t kChain = 180;
+    const std::string chain = test::Noise(2 * kChain + 4, 11);
+    std::string pieces;
+    for (std::size_t i = 0; i < kChain; ++i) {
+        pieces += chain.substr(i, 4 + i);
+        pieces += static_cast<char>(chain[2 * i + 4] + 1);  // no longer match
+    }
+    for (std::size_t gap = 0; gap < kUnit; gap += kChain / 4) {
+        RoundTrip(pieces + test::Noise(gap, 12) + chain + test::Noise(2 * kUnit, 13));
+    }
+}
+
 TEST_F(TunedLevel, MoreMatchesThanAWindowHasRoomFor) {
     for (const unsigned letters : {2U, 3U, 4U}) {
         RoundTrip(Letters(2 * kWindow, letters));
