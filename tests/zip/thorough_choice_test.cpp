@@ -10,13 +10,15 @@ const std::uint8_t* Bytes(const std::string& text) {
     return reinterpret_cast<const std::uint8_t*>(text.data());
 }
 
-// Lines as in a table of character codes: rising numbers, and others that belong to them.
+// Lines as in a table of character codes: rising numbers, and others that belong to them. After
+// more of them than matches reach back over it begins anew.
 std::string Table(std::size_t size) {
+    constexpr std::size_t kLines = 8000;
     std::string text;
     const std::string noise = Noise(size, 3);
     for (std::size_t line = 0; text.size() < size; ++line) {
         char words[64];
-        std::snprintf(words, sizeof words, "%04zX %05u\n", 0x4E00 + line,
+        std::snprintf(words, sizeof words, "%04zX %05u\n", 0x4E00 + line % kLines,
                       8000u + static_cast<unsigned char>(noise[line]) * 3u);
         text += words;
     }
