@@ -46,6 +46,15 @@ class FolderQueueTest : public ::testing::Test {
         }
     }
 
+    // No listing ends before `go_on` is set.
+    void HoldListings() {
+        on_list = [this](const std::string&) {
+            while (!go_on) {
+                std::this_thread::yield();
+            }
+        };
+    }
+
     // The other thread is held up by the first folder until there have been `count` listings.
     // Meanwhile that of the scan lists as many others as may be listed before their turn.
     void ListAhead(int count) {
@@ -65,6 +74,7 @@ class FolderQueueTest : public ::testing::Test {
     MemoryFileSystem files;
     std::vector<FileInfo> folders;
     std::atomic<int> lists = 0;
+    std::atomic<bool> go_on = false;
     std::function<void(const std::string& path)> on_list;
     std::stop_source stop;
 };
@@ -149,32 +159,22 @@ TEST_F(FolderQueueTest, WhatFailsAheadIsLeftToTheScan) {
 }
 
 TEST_F(FolderQueueTest, FolderThatIsBeingListedIsWaitedFor) {
-    std::atomic<bool> go = false;
-    on_list = [&](const std::string&) {
-        while (!go) {
-            std::this_thread::yield();
-        }
-    };
+    HoldListings();
     FolderQueue queue(files, "C:\\Data", stop.get_token(), 2);
     queue.Add({folders[0]});
     AwaitLists(1);
-    const std::jthread other([&go] { go = true; });
+    const std::jthread other([this] { go_on = true; });
     EXPECT_EQ(queue.Next()->listing->size(), 2u);
 }
 
 TEST_F(FolderQueueTest, ARunThatIsToStopWaitsForNoListing) {
-    std::atomic<bool> go = false;
-    on_list = [&](const std::string&) {
-        while (!go) {
-            std::this_thread::yield();
-        }
-    };
+    HoldListings();
     FolderQueue queue(files, "C:\\Data", stop.get_token(), 2);
     queue.Add({folders[0]});
     AwaitLists(1);
     const std::jthread user([this] { stop.request_stop(); });
     EXPECT_FALSE(queue.Next());
-    go = true;
+    go_on = true;
 }
 
 }  // namespace
