@@ -1,4 +1,5 @@
 // Archives that go on on the next disk.
+#include "tests/zip/remembering_compressor.h"
 #include "tests/zip/spanning_fixture.h"
 #include "zip/disks/archive_place.h"
 
@@ -194,7 +195,7 @@ TEST_F(SpanningWrite, LargeFileHasWideSizesInHeaderAndDescriptor) {
     files.PutZeros("C:\\Data\\big", (std::uint64_t{1} << 32) + 1);
     NewBox(2'000'000);
     options.threads = 2;
-    options.level = 1;
+    options.make_compressor = [] { return std::make_unique<RememberingCompressor>(); };
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     const auto volumes = Volumes();
     ASSERT_GT(volumes.size(), 1u);
