@@ -61,9 +61,10 @@ function(vantrel_tests name)
             endforeach()
         endif()
         if(VANTREL_COVERAGE)
-            # A file for each executable, to which its runs add.
-            set_property(TEST ${tests} APPEND PROPERTY ENVIRONMENT
-                         LLVM_PROFILE_FILE=${CMAKE_BINARY_DIR}/coverage/%m.profraw)
+            foreach(test IN LISTS tests)
+                set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT
+                             LLVM_PROFILE_FILE=${CMAKE_BINARY_DIR}/coverage/${test}.profraw)
+            endforeach()
         endif()
     endif()
 endfunction()
