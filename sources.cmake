@@ -274,7 +274,15 @@ set(ZIP_THREAD_TESTS
     tests/zip/writer_failure_test.cpp
     tests/zip/zip_builder.cpp)
 # The compressor's level of our own, which these compile with sanitizers; the library has it without.
-set(DEFLATE_LEVEL_SOURCES zip/deflate/libdeflate/tuned_level.c)
+set(DEFLATE_LEVEL_SOURCES
+    zip/deflate/libdeflate/block_split.inc
+    zip/deflate/libdeflate/cheapest_path.inc
+    zip/deflate/libdeflate/lazy_parser.inc
+    zip/deflate/libdeflate/match_search.inc
+    zip/deflate/libdeflate/small_input.inc
+    zip/deflate/libdeflate/symbol_costs.inc
+    zip/deflate/libdeflate/tuned_level.c
+    zip/deflate/libdeflate/tuned_state.inc)
 set(DEFLATE_TESTS
     tests/zip/archive_reader.cpp
     tests/zip/memory_file_system.cpp
