@@ -192,6 +192,7 @@ set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_services.cpp)
 set(COMMON_TESTS
     tests/common/error_test.cpp
+    tests/common/file_name_test.cpp
     tests/common/utf_test.cpp)
 set(PLATFORM_TESTS
     tests/platform/command_line_test.cpp

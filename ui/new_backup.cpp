@@ -7,6 +7,7 @@
 #include "backupset/set_files.h"
 #include "backupset/utf8.h"
 #include "common/error.h"
+#include "common/file_name.h"
 #include "log/show_error.h"
 
 namespace vantrel {
@@ -36,10 +37,8 @@ bool IsDevice(forms::Program& program, const std::string& name) {
 
 // A name with a folder or a drive in it would make a set that no list ever shows.
 bool CanBeNamed(forms::Program& program, const std::string& name) {
-    const bool controls =
-        std::any_of(name.begin(), name.end(), [](char c) { return c >= '\0' && c < ' '; });
-    return !controls && name.find_first_of("\\/:*?\"<>|") == std::string::npos &&
-           !IsDevice(program, name);
+    return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
+           name.find_first_of("\\/") == std::string::npos && !IsDevice(program, name);
 }
 
 // Files that no list shows count, too: a hidden set is not to be written over.

@@ -4,13 +4,13 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <optional>
 #include <utility>
 
 #include "common/error.h"
+#include "common/file_name.h"
 #include "common/utf.h"
 #include "platform/host/host_code_page.h"
 
@@ -18,23 +18,12 @@ namespace vantrel::platform {
 
 namespace {
 
-constexpr std::size_t kLongestName = 255;  // UTF-16 units, the limit of every Windows file system
 // The host's calls take paths of up to PATH_MAX bytes; some room is left for a further name.
 constexpr std::size_t kLongestPath = PATH_MAX - 300;
 
-constexpr std::array<bool, 256> kForbidden = [] {
-    std::array<bool, 256> table{};
-    std::fill(table.begin(), table.begin() + ' ', true);
-    for (const char byte : std::string_view("<>:\"|?*")) {
-        table[static_cast<unsigned char>(byte)] = true;
-    }
-    return table;
-}();
-
 bool IsName(std::string_view name) {
-    const auto forbidden = [](char byte) { return kForbidden[static_cast<unsigned char>(byte)]; };
-    return std::none_of(name.begin(), name.end(), forbidden) &&
-           !utf::IsLongerThan(name, kLongestName);
+    return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
+           !utf::IsLongerThan(name, kLongestFileName);
 }
 
 constexpr auto IsSlash = [](char c) { return c == '\\' || c == '/'; };

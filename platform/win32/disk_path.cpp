@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/error.h"
+#include "common/file_name.h"
 #include "platform/win32/wide.h"
 
 namespace vantrel::platform {
@@ -15,17 +16,14 @@ namespace {
 
 constexpr std::wstring_view kLiteral = L"\\\\?\\";
 constexpr std::wstring_view kLiteralShare = L"\\\\?\\UNC\\";
-constexpr std::size_t kLongestName = 255;  // UTF-16 units, the limit of every Windows file system
 
 bool IsLetter(wchar_t unit) {
     return (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
 }
 
 bool IsName(std::wstring_view name) {
-    const auto forbidden = [](wchar_t unit) {
-        return unit < L' ' || std::wstring_view(L"<>:\"|?*").find(unit) != std::wstring_view::npos;
-    };
-    return name.size() <= kLongestName && std::none_of(name.begin(), name.end(), forbidden);
+    return name.size() <= kLongestFileName &&
+           std::none_of(name.begin(), name.end(), IsForbiddenInName);
 }
 
 // Takes the next name off `rest`, together with the separators around it.

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <array>
 
+#include "common/file_name.h"
 #include "common/utf.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-constexpr std::size_t kLongestComponent = 255;  // UTF-16 units, of every Windows file system
 // UTF-16 units of a path with the "\\?\" that the system wants before it, and its final NUL.
 constexpr std::size_t kLongestPath = 32767 - 5;
 
@@ -71,20 +71,9 @@ bool IsReserved(std::string_view component) {
     return IsPortName(base) || std::find(kDevices.begin(), kDevices.end(), base) != kDevices.end();
 }
 
-// By byte, what no Windows name may hold.
-constexpr std::array<bool, 256> kForbidden = [] {
-    std::array<bool, 256> table{};
-    std::fill(table.begin(), table.begin() + ' ', true);
-    for (const char c : std::string_view(":<>\"|?*")) {
-        table[static_cast<unsigned char>(c)] = true;
-    }
-    return table;
-}();
-constexpr auto IsForbidden = [](char c) { return kForbidden[static_cast<unsigned char>(c)]; };
-
 void ReplaceCharacters(std::string& component, SafeName& name) {
     for (char& c : component) {
-        if (IsForbidden(c)) {
+        if (IsForbiddenInName(c)) {
             Note(name, c == ':' ? "\":\" in it becomes \"_\""
                                 : "characters that a file name cannot hold become \"_\"");
             c = '_';
@@ -112,7 +101,7 @@ void AddComponent(std::string_view stored, SafeName& name) {
         name.path += '\\';
     }
     const bool as_it_is = !IsDotOrBlank(stored.back()) && !IsReserved(stored) &&
-                          std::none_of(stored.begin(), stored.end(), IsForbidden);
+                          std::none_of(stored.begin(), stored.end(), IsForbiddenInName);
     if (as_it_is) {
         name.path += stored;
     } else {
@@ -187,7 +176,7 @@ SafeName MakeSafeName(std::string_view stored) {
         const std::size_t before = name.path.size();
         AddComponent(component, name);
         const std::size_t start = before == 0 ? 0 : before + 1;
-        if (utf::IsLongerThan(std::string_view(name.path).substr(start), kLongestComponent)) {
+        if (utf::IsLongerThan(std::string_view(name.path).substr(start), kLongestFileName)) {
             return Refused("a name in it is longer than 255 characters");
         }
     }

@@ -1,0 +1,32 @@
+// What Windows asks of the name of a file or folder, on whatever disk it stands.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <type_traits>
+
+namespace vantrel {
+
+// UTF-16 units; the limit of every Windows file system.
+constexpr std::size_t kLongestFileName = 255;
+
+// By ASCII code.
+constexpr std::array<bool, 128> kForbiddenInNames = [] {
+    std::array<bool, 128> table{};
+    std::fill(table.begin(), table.begin() + ' ', true);
+    for (const char c : std::string_view("<>:\"|?*")) {
+        table[static_cast<unsigned char>(c)] = true;
+    }
+    return table;
+}();
+
+// Whether no name may hold this byte of UTF-8 or unit of UTF-16: control characters and
+// < > : " | ? *. The slashes are not among them: they never get into a name, since they end it.
+constexpr auto IsForbiddenInName = [](auto unit) {
+    const auto code = static_cast<std::make_unsigned_t<decltype(unit)>>(unit);
+    return code < kForbiddenInNames.size() && kForbiddenInNames[code];
+};
+
+}  // namespace vantrel

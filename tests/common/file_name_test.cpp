@@ -1,0 +1,28 @@
+#include "common/file_name.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vantrel::test {
+namespace {
+
+TEST(FileName, ForbidsControlCharactersAndSevenOthers) {
+    const std::string forbidden = "<>:\"|?*";
+    for (int code = 0; code < 256; ++code) {
+        const char byte = static_cast<char>(code);
+        const bool expected = code < 0x20 || forbidden.find(byte) != std::string::npos;
+        EXPECT_EQ(IsForbiddenInName(byte), expected) << code;
+        EXPECT_EQ(IsForbiddenInName(static_cast<wchar_t>(code)), expected) << code;
+    }
+}
+
+// Units whose low byte is that of a character which is forbidden.
+TEST(FileName, AllowsEveryUnitBeyondAscii) {
+    for (int unit = 0x80; unit <= 0xFFFF; ++unit) {
+        ASSERT_FALSE(IsForbiddenInName(static_cast<wchar_t>(unit))) << unit;
+    }
+}
+
+}  // namespace
+}  // namespace vantrel::test
