@@ -43,13 +43,8 @@ bool Sampler::LooksIncompressible(const std::uint8_t* data, std::size_t size) {
     if (size < kSmallest) {
         return false;
     }
-    const std::size_t samples = 2 + size / kSpacing;
-    for (std::size_t i = 0; i < samples; ++i) {
-        if (!GainsNothing(data + (size - kSampleSize) / (samples - 1) * i, kSampleSize)) {
-            return false;
-        }
-    }
-    return true;
+    return SamplesGainNothing(size, 2 + size / kSpacing,
+                              [data](std::uint64_t offset) { return data + offset; });
 }
 
 }  // namespace vantrel::zip

@@ -144,14 +144,12 @@ bool WorkSource::LooksIncompressible(platform::File& file, std::uint64_t size) {
     const std::uint64_t samples = std::clamp(size / kSampleSpacing, kFewestSamples, kMostSamples);
     Buffer sample;
     sample.Resize(Sampler::kSampleSize);
-    for (std::uint64_t i = 0; i < samples; ++i) {
-        file.Seek((size - sample.size()) / (samples - 1) * i);
-        const std::size_t count = ReadFully(file, sample.data(), sample.size());
-        if (count < sample.size() || !sampler_.GainsNothing(sample.data(), count)) {
-            return false;
-        }
-    }
-    return true;
+    const auto read = [&](std::uint64_t offset) {
+        file.Seek(offset);
+        const bool whole = ReadFully(file, sample.data(), sample.size()) == sample.size();
+        return whole ? sample.data() : nullptr;
+    };
+    return sampler_.SamplesGainNothing(size, samples, read);
 }
 
 void WorkSource::FillPiece(Job& job) {
