@@ -354,6 +354,7 @@ set(APP_TESTS
 # Everything that can fail, at every call, through the windows and the unattended entry.
 set(FAULTS_TESTS
     tests/faults/backup_faults_test.cpp
+    tests/faults/backup_steps.cpp
     tests/faults/checks_test.cpp
     tests/faults/computer.cpp
     tests/faults/fault_kinds.cpp

@@ -1,43 +1,18 @@
 // Backups of one set over a disk on which everything fails once, and for good.
 #include <gtest/gtest.h>
 
-#include "backup/Frm_Backup.h"
+#include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 
 namespace vantrel::test {
 namespace {
 
-constexpr const char* kArchive = "C:\\Backups\\WEEKLY.zip";
-const std::string kEarlier = "an earlier archive";
-
-void Arrange(Computer& computer) {
-    computer.Furnish();
-    computer.Put(kArchive, kEarlier);
-    computer.before = computer.Below("C:");
-}
-
 void ArrangeWindow(Computer& computer) {
-    Arrange(computer);
+    FurnishForBackup(computer);
     computer.Start();
     computer.window().Backup.Cmb_BackupSet.SetText("WEEKLY.INI");
     computer.desktop.boxes.clear();
-}
-
-// Whoever sits there reads how it ended and presses the button that is left.
-void WaitAndClose(Computer& computer) {
-    computer.desktop.idle.push_back([&computer] {
-        auto* const window = dynamic_cast<Frm_Backup*>(computer.desktop.Front());
-        ASSERT_NE(window, nullptr);
-        computer.outcome = window->Lbl_BackupPath.Caption();
-        window->Cmd_Ok.UserPress();
-    });
-}
-
-std::string SetAfterwards() {
-    std::string text = SetText("WEEKLY", "C:\\BACKUPS\\");
-    text.replace(text.find("FromDrive=") + 10, 0, "C:\\BACKUPS\\");
-    return text.replace(text.find("FileName=\r\n\r\n[RESTORE D") + 9, 0, "WEEKLY.zip");
 }
 
 std::string Judge(Computer& computer, bool& reached) {
@@ -52,8 +27,8 @@ std::string Judge(Computer& computer, bool& reached) {
     std::erase_if(source, [](const auto& file) { return !file.first.starts_with("C:\\Data\\"); });
     int files = 0;
     std::string lost = FirstOf({
-        ArchiveWhole(computer, kArchive, kEarlier, source, files),
-        OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterwards()}),
+        ArchiveWhole(computer, kArchivePath, kEarlierArchive, source, files),
+        OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterBackup("C:\\BACKUPS\\")}),
         LogWhole(computer, earlier_log),
         Untouched(computer,
                   {kListPath, "C:\\Data\\a.txt", "C:\\Data\\b.bin", "C:\\Data\\Sub\\c.txt"}),
@@ -72,7 +47,7 @@ TEST(Faults, BackupWithSomebodyThere) {
                              .arrange = ArrangeWindow,
                              .act =
                                  [](Computer& computer) {
-                                     WaitAndClose(computer);
+                                     CloseWhenOver(computer);
                                      computer.window().Backup.Cmd_Backup.UserPress();
                                  },
                              .judge = Judge,
@@ -82,7 +57,7 @@ TEST(Faults, BackupWithSomebodyThere) {
 // Its calls are those of a start, which the log's sweeps try one by one, and of a backup, as above.
 TEST(Faults, BackupFromItsStartWithNobodyThere) {
     ExpectNothingLost(Sweep({.name = "Backup, unattended, from the start",
-                             .arrange = Arrange,
+                             .arrange = FurnishForBackup,
                              .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
                              .judge = Judge,
                              .step = 3}));

@@ -6,6 +6,7 @@
 
 #include "log/show_error.h"
 #include "platform/text_file.h"
+#include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 
@@ -19,17 +20,9 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 
 const std::string kNew = "a new text, whole\r\n";
-constexpr const char* kArchive = "C:\\Backups\\WEEKLY.zip";
-const std::string kEarlier = "an earlier archive";
-
-void FurnishOnly(Computer& computer) {
-    computer.Furnish();
-    computer.Put(kArchive, kEarlier);
-    computer.before = computer.Below("C:");
-}
 
 void Arrange(Computer& computer) {
-    FurnishOnly(computer);
+    FurnishForBackup(computer);
     computer.Start();
     computer.desktop.boxes.clear();
 }
@@ -142,40 +135,41 @@ TEST(Checks, LogWithHalfARecordIsOddUnlessAWriteWasCut) {
 
 TEST(Checks, ArchiveIsTheEarlierOneOrWholeAndOfTheSource) {
     Computer computer;
-    FurnishOnly(computer);
+    FurnishForBackup(computer);
     const Tree source = computer.Below("C:\\Data");
     int files = 0;
-    EXPECT_EQ(ArchiveWhole(computer, kArchive, kEarlier, source, files), "");
+    EXPECT_EQ(ArchiveWhole(computer, kArchivePath, kEarlierArchive, source, files), "");
     EXPECT_EQ(files, -1);
     computer.Start("WEEKLY.INI");
-    EXPECT_EQ(ArchiveWhole(computer, kArchive, kEarlier, source, files), "");
+    EXPECT_EQ(ArchiveWhole(computer, kArchivePath, kEarlierArchive, source, files), "");
     EXPECT_EQ(files, 3);
-    const std::string whole = computer.Content(kArchive);
+    const std::string whole = computer.Content(kArchivePath);
     for (const std::size_t size : {whole.size() - 1, whole.size() / 2, std::size_t{0}}) {
-        computer.Put(kArchive, whole.substr(0, size));
-        EXPECT_NE(ArchiveWhole(computer, kArchive, kEarlier, source, files), "") << size;
+        computer.Put(kArchivePath, whole.substr(0, size));
+        EXPECT_NE(ArchiveWhole(computer, kArchivePath, kEarlierArchive, source, files), "") << size;
     }
-    computer.Put(kArchive, whole);
+    computer.Put(kArchivePath, whole);
     Tree changed = source;
     changed["C:\\Data\\a.txt"] = "omega";
-    EXPECT_NE(ArchiveWhole(computer, kArchive, kEarlier, changed, files), "");
+    EXPECT_NE(ArchiveWhole(computer, kArchivePath, kEarlierArchive, changed, files), "");
 }
 
 TEST(Checks, ArchiveWrittenInPlaceIsLost) {
     const std::string archive = [] {
         Computer computer;
-        FurnishOnly(computer);
+        FurnishForBackup(computer);
         computer.Start("WEEKLY.INI");
-        return computer.Content(kArchive);
+        return computer.Content(kArchivePath);
     }();
     const auto lost = LossesOf(
         [&](Computer& computer) {
-            platform::WriteWholeFile(computer.machine.files, kArchive, archive);
+            platform::WriteWholeFile(computer.machine.files, kArchivePath, archive);
         },
         [](Computer& computer, bool& reached) {
             int files = 0;
             Tree source = computer.Below("C:\\Data");
-            const std::string loss = ArchiveWhole(computer, kArchive, kEarlier, source, files);
+            const std::string loss =
+                ArchiveWhole(computer, kArchivePath, kEarlierArchive, source, files);
             reached = files == 3;
             return loss;
         });

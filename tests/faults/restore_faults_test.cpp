@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "restore/Frm_Restore.h"
+#include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 
 namespace vantrel::test {
 namespace {
 
-constexpr const char* kArchive = "C:\\Backups\\WEEKLY.zip";
 const std::string kNewer = "newer work, longer than what was backed up";
 const Tree kSource = {
     {"\\a.txt", "alpha"}, {"\\b.bin", std::string(3000, 'b')}, {"\\Sub\\c.txt", "gamma"}};
@@ -25,14 +25,14 @@ const BackedUp& Backup() {
         Computer computer;
         computer.Furnish();
         computer.Start("WEEKLY.INI");
-        return BackedUp{computer.Content(kArchive), computer.Content(kSetPath)};
+        return BackedUp{computer.Content(kArchivePath), computer.Content(kSetPath)};
     }();
     return made;
 }
 
 void Arrange(Computer& computer, const std::string& destination) {
     computer.Furnish();
-    computer.Put(kArchive, Backup().archive);
+    computer.Put(kArchivePath, Backup().archive);
     computer.Put(kSetPath, Backup().set);
     computer.Put(destination + "\\a.txt", kNewer);
     computer.before = computer.Below("C:");
@@ -61,7 +61,7 @@ std::string SetAfterwards(const std::string& destination) {
 // Everything but the files that are restored.
 std::string OthersWhole(Computer& computer, const std::string& destination) {
     return FirstOf({
-        Untouched(computer, {kArchive, kListPath}),
+        Untouched(computer, {kArchivePath, kListPath}),
         OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterwards(destination)}),
         LogWhole(computer, computer.before[kLogPath]),
     });

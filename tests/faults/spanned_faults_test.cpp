@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <regex>
 
-#include "backup/Frm_Backup.h"
+#include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 #include "tests/zip/set_reader.h"
@@ -14,7 +14,6 @@ namespace {
 
 constexpr const char* kArchive = "A:\\WEEKLY.zip";
 constexpr std::uint64_t kDiskSize = 3000;  // bytes: the source takes three disks
-const std::string kEarlier = "an earlier archive";
 
 // Bytes that do not get smaller.
 std::string Noise(std::size_t size) {
@@ -48,7 +47,7 @@ void Arrange(Computer& computer) {
     computer.Put(kSetPath, SetText("WEEKLY", "A:\\", "ON"));
     computer.box.usual_size = kDiskSize;
     computer.box.Insert(0);
-    computer.memory.Put(kArchive, kEarlier);
+    computer.memory.Put(kArchive, kEarlierArchive);
     computer.before = computer.Below("C:");
     computer.Start();
     computer.window().Backup.Cmb_BackupSet.SetText("WEEKLY.INI");
@@ -57,19 +56,8 @@ void Arrange(Computer& computer) {
 }
 
 void BackUp(Computer& computer) {
-    computer.desktop.idle.push_back([&computer] {
-        auto* const window = dynamic_cast<Frm_Backup*>(computer.desktop.Front());
-        ASSERT_NE(window, nullptr);
-        computer.outcome = window->Lbl_BackupPath.Caption();
-        window->Cmd_Ok.UserPress();
-    });
+    CloseWhenOver(computer);
     computer.window().Backup.Cmd_Backup.UserPress();
-}
-
-std::string SetAfterwards() {
-    std::string text = SetText("WEEKLY", "A:\\", "ON");
-    text.replace(text.find("FromDrive=") + 10, 0, "A:\\");
-    return text.replace(text.find("FileName=\r\n\r\n[RESTORE D") + 9, 0, "WEEKLY.zip");
 }
 
 // "" when the disks together are an archive of files of the source; how many it holds.
@@ -100,7 +88,7 @@ std::string Judge(Computer& computer, bool& reached) {
     // full, and is then cut without being struck itself.
     computer.writes_are_cut = true;
     std::string lost = FirstOf({
-        OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterwards()}),
+        OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterBackup("A:\\", "ON")}),
         LogWhole(computer, earlier_log),
         Untouched(computer, {kListPath, "C:\\Data\\a.txt", "C:\\Data\\noise.bin"}),
     });
@@ -113,7 +101,7 @@ std::string Judge(Computer& computer, bool& reached) {
     if (claimed && !reached && !HasSaid(computer, earlier_log)) return "files left out, untold";
     if (!claimed && !HasSaid(computer, earlier_log)) return "it failed and has not said so";
     // The first disk's earlier archive goes only when all disks of the new one are written.
-    const bool kept = !volumes.empty() && volumes[0] == kEarlier;
+    const bool kept = !volumes.empty() && volumes[0] == kEarlierArchive;
     return kept || why_not.empty() ? "" : "the earlier archive is gone: " + why_not;
 }
 
