@@ -34,7 +34,12 @@ struct RunChannel::Turn {
 
 RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
                            const std::function<void()>& body) {
-    std::thread background([this, &body] { BackgroundMain(body); });
+    std::thread background([this, &body] {
+        FailOnError(body);
+        const std::lock_guard lock(mutex_);
+        finished_ = true;
+        caller_.notify_one();
+    });
     std::exception_ptr thrown;
     for (bool over = false; !over;) {
         Turn turn = NextTurn(clock);
@@ -60,7 +65,7 @@ RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
     return outcome;
 }
 
-void RunChannel::BackgroundMain(const std::function<void()>& body) {
+void RunChannel::FailOnError(const std::function<void()>& body) {
     try {
         body();
     } catch (const RunStopped&) {
@@ -70,9 +75,6 @@ void RunChannel::BackgroundMain(const std::function<void()>& body) {
     } catch (const std::exception& error) {
         Fail({error_number::kOutOfMemory, "", error.what()});
     }
-    const std::lock_guard lock(mutex_);
-    finished_ = true;
-    caller_.notify_one();
 }
 
 RunOutcome RunChannel::Outcome() {

@@ -73,6 +73,9 @@ class RunChannel {
     // Ends the run for a reason that no second try can mend.
     void Fail(const StepFailure& failure);
 
+    // Runs `body` to its end on this thread; an error that it throws fails the run. Throws nothing.
+    void FailOnError(const std::function<void()>& body);
+
     void SetTotal(std::uint64_t bytes) { total_ = bytes; }
     // More of the total is done; an excess over it (a file that grew) is harmless.
     void AddDone(std::uint64_t bytes) { done_ += bytes; }
@@ -87,7 +90,6 @@ class RunChannel {
     enum class LastEvent { kNotYet, kWanted, kRaised };
     struct Turn;  // what one round of the caller's loop has to do
 
-    void BackgroundMain(const std::function<void()>& body);
     void Cancel();
     Turn NextTurn(platform::Clock& clock);
     void Serve(RunEvents& events, Turn& turn);

@@ -102,25 +102,18 @@ class ArchiveRun {
             std::vector<std::jthread> workers;
             workers.reserve(static_cast<std::size_t>(threads));
             for (int i = 0; i < threads; ++i) {
-                workers.emplace_back([&] { Worker(reader, source, sink); });
+                workers.emplace_back(
+                    [&] { channel_.FailOnError([&] { Worker(reader, source, sink); }); });
             }
         }
         channel_.CheckStop();
     }
 
     void Worker(SourceReader& reader, WorkSource& source, ArchiveSink& sink) {
-        try {
-            Packer packer(reader, source, channel_, MakeDeflater());
-            Job job;
-            while (source.Next(job)) {
-                sink.Deliver(job.sequence, packer.Pack(job, sink.Room()));
-            }
-        } catch (const RunStopped&) {
-            // The reason is known already.
-        } catch (const Error& error) {
-            channel_.Fail({error.number(), "", error.description()});
-        } catch (const std::exception& error) {
-            channel_.Fail({error_number::kOutOfMemory, "", error.what()});
+        Packer packer(reader, source, channel_, MakeDeflater());
+        Job job;
+        while (source.Next(job)) {
+            sink.Deliver(job.sequence, packer.Pack(job, sink.Room()));
         }
     }
 
@@ -148,8 +141,7 @@ WriterResult WriteArchive(const platform::Machine& machine, const WriterOptions&
     RunChannel channel;
     ArchiveRun run(machine, options, channel);
     WriterResult result;
-    platform::Machine copy = machine;
-    result.outcome = channel.Run(copy.clock, events, [&run] { run.Run(); });
+    result.outcome = channel.Run(machine.clock, events, [&run] { run.Run(); });
     result.entries = run.entries;
     result.skipped = run.skipped;
     return result;
