@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace vantrel::zip {
 
@@ -17,6 +18,11 @@ struct ComponentMessage {
     std::string text;  // for the user
     std::int32_t total = 0;
 };
+
+// A warning about `path`; `code` is a run-time error number, 0 when none was raised.
+inline ComponentMessage Warning(std::string path, std::string text, int code = 0) {
+    return {MessageKind::kWarning, code, 0, std::move(path), std::move(text), 0};
+}
 
 // A question of the component: what went wrong, to be answered with Retry or Cancel.
 class Questions {

@@ -244,11 +244,11 @@ void SpannedArchive::Abandon() {
     }
     place_.Abandon(open);
     if (finished_disks_ > 0) {
-        channel_.Tell({MessageKind::kWarning, 0, 0, place_.Archive(),
-                       std::to_string(finished_disks_) +
-                           (finished_disks_ == 1 ? " disk holds a part" : " disks hold parts") +
-                           " of an archive that was not finished: " + place_.Archive(),
-                       0});
+        channel_.Tell(
+            Warning(place_.Archive(),
+                    std::to_string(finished_disks_) +
+                        (finished_disks_ == 1 ? " disk holds a part" : " disks hold parts") +
+                        " of an archive that was not finished: " + place_.Archive()));
     }
 }
 

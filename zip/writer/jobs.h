@@ -9,10 +9,20 @@
 
 #include "zip/base/buffer.h"
 #include "zip/base/component_events.h"
+#include "zip/base/run_channel.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/source_scan.h"
 
 namespace vantrel::zip {
+
+// What is said of a file that is left out, and of one that may not be what it was at any moment.
+inline ComponentMessage Unreadable(const std::string& path, const Error& error) {
+    return Warning(path, Sentence("Skipped a file that cannot be read", path, error),
+                   error.number());
+}
+inline ComponentMessage Changing(const std::string& path) {
+    return Warning(path, "Changed while it was read, stored as read: " + path);
+}
 
 // A part of a big file. Its pieces follow each other in the order of jobs.
 struct Piece {

@@ -73,13 +73,7 @@ void Packer::PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes)
             source_.StoreLater(item, false);
         }
     } catch (const Error& error) {
-        result.trouble =
-            ComponentMessage{MessageKind::kWarning,
-                             error.number(),
-                             0,
-                             result.path,
-                             Sentence("Skipped a file that cannot be read", result.path, error),
-                             0};
+        result.trouble = Unreadable(result.path, error);
     }
 }
 
@@ -104,13 +98,7 @@ bool Packer::ReadFile(PackedItem& result) {
     count += ReadFully(*file, input_.data() + count, input_.size() - count);
     input_.Resize(count);
     if (count != size || file->Size() != size) {
-        result.trouble =
-            ComponentMessage{MessageKind::kWarning,
-                             0,
-                             0,
-                             result.path,
-                             "Changed while it was read, stored as read: " + result.path,
-                             0};
+        result.trouble = Changing(result.path);
     }
     return true;
 }

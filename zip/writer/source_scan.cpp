@@ -151,7 +151,7 @@ class Scanner {
     }
 
     void Warn(int number, const std::string& path, const std::string& text) {
-        channel_.Tell({MessageKind::kWarning, number, 0, path, text, 0});
+        channel_.Tell(Warning(path, text, number));
     }
 
     platform::Machine machine_;

@@ -178,25 +178,13 @@ void WorkSource::FillPiece(Job& job) {
         big.position += count;
         piece.last = shrunk || big.position == big.size;
         if (piece.last && (shrunk || big.file->Size() != big.size)) {
-            piece.trouble =
-                ComponentMessage{MessageKind::kWarning,
-                                 0,
-                                 0,
-                                 big.path,
-                                 "Changed while it was read, stored as read: " + big.path,
-                                 0};
+            piece.trouble = Changing(big.path);
         }
     } catch (const Error& error) {
         job.data.Clear();
         piece.last = true;
         piece.abandoned = true;
-        piece.trouble =
-            ComponentMessage{MessageKind::kWarning,
-                             error.number(),
-                             0,
-                             big.path,
-                             Sentence("Skipped a file that cannot be read", big.path, error),
-                             0};
+        piece.trouble = Unreadable(big.path, error);
     }
     piece.file_size = big.size;
     piece.method = big.method;
