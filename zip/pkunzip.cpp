@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "zip/raised_events.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/archive_source.h"
 #include "zip/records/directory_reader.h"
@@ -73,38 +74,6 @@ struct PKUNZIP::State {
     std::int32_t failed = 0;
 };
 
-namespace {
-
-// Hands the engine's events on to the component's.
-class Events : public RunEvents {
-  public:
-    explicit Events(PKUNZIP& unzip) : unzip_(unzip) {}
-
-    void Overall(int percent, bool& cancel) override {
-        std::int32_t value = percent;
-        if (unzip_.OverallProgress) {
-            unzip_.OverallProgress(value, cancel);
-        }
-    }
-    void OfFile(int percent) override {
-        std::int32_t value = percent;
-        if (unzip_.FileProgress) {
-            unzip_.FileProgress(value);
-        }
-    }
-    void Told(const ComponentMessage& message) override {
-        if (unzip_.Message) {
-            unzip_.Message(message);
-        }
-    }
-    Questions* Answers() override { return unzip_.questions; }
-
-  private:
-    PKUNZIP& unzip_;
-};
-
-}  // namespace
-
 // Trouble is only information here: an extraction says it again, as an error.
 void PKUNZIP::State::ReadNames(const PKUNZIP& component) {
     names.clear();
@@ -149,7 +118,7 @@ void PKUNZIP::State::Extract(PKUNZIP& component) {
     if (const std::string spec = Text(unzip_id::kFileSpec); !spec.empty()) {
         options.mask = spec;
     }
-    Events events(component);
+    RaisedEvents<PKUNZIP> events(component);
     failed = 0;
     failed = ExtractArchive(machine, options, events).failed;
 }

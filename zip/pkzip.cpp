@@ -1,6 +1,7 @@
 #include "zip/pkzip.h"
 
 #include "common/error.h"
+#include "zip/raised_events.h"
 #include "zip/writer/archive_writer.h"
 #include "zip/writer/file_spec.h"
 
@@ -46,34 +47,6 @@ bool IsAcceptable(int id, const Value& value) {
 
 }  // namespace
 
-// Hands the engine's events on to the component's.
-class PKZIP::Events : public RunEvents {
-  public:
-    explicit Events(PKZIP& zip) : zip_(zip) {}
-
-    void Overall(int percent, bool& cancel) override {
-        std::int32_t value = percent;
-        if (zip_.OverallProgress) {
-            zip_.OverallProgress(value, cancel);
-        }
-    }
-    void OfFile(int percent) override {
-        std::int32_t value = percent;
-        if (zip_.FileProgress) {
-            zip_.FileProgress(value);
-        }
-    }
-    void Told(const ComponentMessage& message) override {
-        if (zip_.Message) {
-            zip_.Message(message);
-        }
-    }
-    Questions* Answers() override { return zip_.questions; }
-
-  private:
-    PKZIP& zip_;
-};
-
 Value PKZIP::Get(int id) const {
     const auto found = values_.find(id);
     return found != values_.end() ? found->second : InitialValue(id);
@@ -97,7 +70,7 @@ void PKZIP::AddFiles() {
     options.level = std::get<std::int16_t>(Get(zip_id::kLevel));
     options.spanning =
         (std::get<std::int32_t>(Get(zip_id::kMultiVolume)) & zip_id::kSpanVolumes) != 0;
-    Events events(*this);
+    RaisedEvents<PKZIP> events(*this);
     const WriterResult result = WriteArchive(machine_, options, events);
     skipped_ = result.skipped;
     if (result.outcome == RunOutcome::kFailed && FatalStop) {

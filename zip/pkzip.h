@@ -57,8 +57,6 @@ class PKZIP {
     virtual std::int32_t SkippedFiles() const { return skipped_; }
 
   private:
-    class Events;
-
     void AddFiles();
     std::string Text(int id) const { return std::get<std::string>(Get(id)); }
 
