@@ -158,28 +158,7 @@ void WorkSource::FillPiece(Job& job) {
     piece.first = !big.started;
     piece.again = big.again;
     try {
-        const std::size_t count = reader_.Attempt([&] {
-            try {
-                if (!big.file) {
-                    OpenBigFile(big);
-                }
-                const std::uint64_t left = big.size - big.position;
-                job.data.Resize(
-                    static_cast<std::size_t>(std::min<std::uint64_t>(left, kChunkSize)));
-                return ReadFully(*big.file, job.data.data(), job.data.size());
-            } catch (const Error&) {
-                big.file.reset();
-                throw;
-            }
-        });
-        const bool shrunk = count < job.data.size();
-        job.data.Resize(count);
-        big.started = true;
-        big.position += count;
-        piece.last = shrunk || big.position == big.size;
-        if (piece.last && (shrunk || big.file->Size() != big.size)) {
-            piece.trouble = Changing(big.path);
-        }
+        ReadPiece(big, piece, job.data);
     } catch (const Error& error) {
         job.data.Clear();
         piece.last = true;
@@ -193,6 +172,34 @@ void WorkSource::FillPiece(Job& job) {
         big_.reset();
     }
     job.piece = std::move(piece);
+}
+
+void WorkSource::ReadPiece(BigFile& big, Piece& piece, Buffer& data) {
+    const std::size_t count = reader_.Attempt([&] { return ReadOn(big, data); });
+    const bool shrunk = count < data.size();
+    data.Resize(count);
+    big.started = true;
+    big.position += count;
+    piece.last = shrunk || big.position == big.size;
+    if (piece.last && (shrunk || big.file->Size() != big.size)) {
+        piece.trouble = Changing(big.path);
+    }
+}
+
+// Sizes `data` for what ought to come next, and returns how much has come. A file that fails is
+// opened again by the next try.
+std::size_t WorkSource::ReadOn(BigFile& big, Buffer& data) {
+    try {
+        if (!big.file) {
+            OpenBigFile(big);
+        }
+        const std::uint64_t left = big.size - big.position;
+        data.Resize(static_cast<std::size_t>(std::min<std::uint64_t>(left, kChunkSize)));
+        return ReadFully(*big.file, data.data(), data.size());
+    } catch (const Error&) {
+        big.file.reset();
+        throw;
+    }
 }
 
 }  // namespace vantrel::zip
