@@ -2,12 +2,17 @@
 
 namespace vantrel::zip {
 
-bool SourceReader::SourceIsGone() {
+bool SourceReader::IsGone() {
     try {
         return !machine_.files.Find(folder_);
     } catch (const Error&) {
         return false;
     }
+}
+
+void SourceReader::AskForSource(const Error& error) {
+    channel_.RetryOrStop({error.number(), folder_,
+                          Sentence("The folder to back up cannot be read", folder_, error)});
 }
 
 std::size_t ReadFully(platform::File& file, std::uint8_t* out, std::size_t count) {

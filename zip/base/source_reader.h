@@ -55,19 +55,21 @@ class SourceReader {
                     return step();
                 });
             } catch (const Error& error) {
-                if (!SourceIsGone()) {
+                if (!IsGone()) {
                     throw;
                 }
-                channel_.RetryOrStop(
-                    {error.number(), folder_,
-                     Sentence("The folder to back up cannot be read", folder_, error)});
+                AskForSource(error);
             }
         }
     }
 
-  private:
-    bool SourceIsGone();
+    // Whether the source folder itself is missing; false also when that cannot be told.
+    bool IsGone();
+    // Asks whether to try the source again, which has failed with `error`: returns when yes, throws
+    // RunStopped otherwise.
+    void AskForSource(const Error& error);
 
+  private:
     platform::Machine machine_;
     RunChannel& channel_;
     std::string folder_;

@@ -7,6 +7,7 @@
 #include "zip/base/dos_mask.h"
 #include "zip/base/little_endian.h"
 #include "zip/base/paths.h"
+#include "zip/base/source_reader.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/folder_queue.h"
 
@@ -24,6 +25,7 @@ class Scanner {
           spec_(spec),
           own_(own),
           channel_(channel),
+          source_(machine, channel, spec.folder),
           mask_(machine.code_page, spec.mask),
           archive_(FindArchive()),
           temporary_name_(machine.code_page.Fold(LeafOf(own.temporary))),
@@ -74,10 +76,8 @@ class Scanner {
             try {
                 return queue_.List(folder.name);
             } catch (const Error& error) {
-                if (folder.name.empty() || SourceIsGone()) {
-                    channel_.RetryOrStop(
-                        {error.number(), spec_.folder,
-                         Sentence("The folder to back up cannot be read", spec_.folder, error)});
+                if (folder.name.empty() || source_.IsGone()) {
+                    source_.AskForSource(error);
                     continue;
                 }
                 ++list_.skipped;
@@ -85,14 +85,6 @@ class Scanner {
                      Sentence("Skipped a folder that cannot be read", path, error));
                 return std::nullopt;
             }
-        }
-    }
-
-    bool SourceIsGone() {
-        try {
-            return !machine_.files.Find(spec_.folder);
-        } catch (const Error&) {
-            return false;
         }
     }
 
@@ -158,6 +150,7 @@ class Scanner {
     const SourceSpec& spec_;
     const OwnFiles& own_;
     RunChannel& channel_;
+    SourceReader source_;
     DosMask mask_;
     std::optional<FileInfo> archive_;
     std::string temporary_name_;
