@@ -6,6 +6,7 @@
 
 #include "common/error.h"
 #include "forms/form.h"
+#include "tests/support/error_of.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
@@ -16,17 +17,6 @@ class FormsFixture : public ProgramFixture {
         explicit BareForm(forms::Program& owner) : Form(owner, "Frm_Test") {}
     };
     BareForm form{program};
-
-    // Number of the error that `body` raises, 0 for none.
-    template <typename Body>
-    static int ErrorOf(Body&& body) {
-        try {
-            body();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
 };
 
 // Counts what a control tells its view, and what its event runs.

@@ -13,6 +13,7 @@
 #include "platform/host/host_machine.h"
 #include "platform/host/host_path.h"
 #include "platform/text_file.h"
+#include "tests/support/error_of.h"
 #include "tests/support/test_machine.h"
 
 namespace vantrel::test {
@@ -30,14 +31,6 @@ class Host : public ::testing::Test {
     platform::FileSystem& files = machine.files();
 
     std::string OnHost(const std::string& name) { return machine.HostPath("C:\\" + name); }
-    int ErrorOf(const std::function<void()>& deed) {
-        try {
-            deed();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
 };
 
 TEST_F(Host, LinksAreListedAndFoundAsLinksWithoutBeingFollowed) {

@@ -9,6 +9,7 @@
 
 #include "common/error.h"
 #include "platform/mail_draft.h"
+#include "tests/support/error_of.h"
 
 namespace vantrel::test {
 namespace {
@@ -27,16 +28,6 @@ class KeptMessage : public platform::MailDraft {
         dialog = its_dialog;
     }
 };
-
-template <typename Deed>
-int NumberOf(Deed deed) {
-    try {
-        deed();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 TEST(MailDraft, HandsOverWhatItWasFilledWith) {
     KeptMessage draft;
@@ -88,9 +79,9 @@ TEST(MailDraft, ComposingForgetsTheMessageBefore) {
 
 TEST(MailDraft, RefusesIndexesOfMessagesAndAttachmentsThatAreNotThere) {
     KeptMessage draft;
-    EXPECT_EQ(NumberOf([&] { draft.SetMessageIndex(0); }), error_number::kInvalidPropertyValue);
-    EXPECT_EQ(NumberOf([&] { draft.SetAttachmentIndex(-1); }), error_number::kInvalidPropertyValue);
-    EXPECT_EQ(NumberOf([&] { draft.SetAttachmentIndex(1); }), error_number::kInvalidPropertyValue);
+    EXPECT_EQ(ErrorOf([&] { draft.SetMessageIndex(0); }), error_number::kInvalidPropertyValue);
+    EXPECT_EQ(ErrorOf([&] { draft.SetAttachmentIndex(-1); }), error_number::kInvalidPropertyValue);
+    EXPECT_EQ(ErrorOf([&] { draft.SetAttachmentIndex(1); }), error_number::kInvalidPropertyValue);
 }
 
 TEST(MailErrors, EveryNumberOfSimpleMapiHasItsOwnWords) {
@@ -110,8 +101,8 @@ TEST(MailErrors, OtherNumbersAreUnknown) {
 }
 
 TEST(MailErrors, AreRaisedWithNumberAndWords) {
-    EXPECT_EQ(NumberOf([] { platform::RaiseMailError(3); }), 3);
-    EXPECT_EQ(NumberOf([] { platform::RaiseNoMailProgram(); }), 26);
+    EXPECT_EQ(ErrorOf([] { platform::RaiseMailError(3); }), 3);
+    EXPECT_EQ(ErrorOf([] { platform::RaiseNoMailProgram(); }), 26);
 }
 
 }  // namespace

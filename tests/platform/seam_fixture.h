@@ -10,6 +10,7 @@
 #include "common/error.h"
 #include "platform/text_file.h"
 #include "tests/platform/machine_under_test.h"
+#include "tests/support/error_of.h"
 
 namespace vantrel::test {
 
@@ -55,15 +56,6 @@ class Seam : public ::testing::Test {
         return files().Open(path, mode);
     }
 
-    // The number of the error that `deed` raises; 0 when it raises none.
-    static int ErrorOf(const std::function<void()>& deed) {
-        try {
-            deed();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
     int OpenError(const std::string& path, platform::OpenMode mode) {
         return ErrorOf([&] { files().Open(path, mode); });
     }

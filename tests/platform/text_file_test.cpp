@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "common/error.h"
+#include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/test_machine.h"
 
@@ -48,12 +49,7 @@ class TextFile : public ::testing::Test {
     const std::string new_bytes = std::string(5000, 'n') + "\r\n";
 
     int ReplaceError() {
-        try {
-            platform::ReplaceWholeFile(faulty, path, new_bytes);
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
+        return ErrorOf([&] { platform::ReplaceWholeFile(faulty, path, new_bytes); });
     }
     // Fails call n for n = 1, 2, 3 ... until none fires; `check` looks at the disk after each.
     void Sweep(Fault fault, const std::function<void()>& check) {

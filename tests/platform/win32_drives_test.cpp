@@ -30,7 +30,7 @@ TEST_F(Win32Drives, FullDiskIs61AndTakesWhatFits) {
     const std::string block(64 * 1024, 'x');
     const auto file = files().Open(path, platform::OpenMode::kCreateNew);
     int written = 0;
-    const int number = NumberOf([&] {
+    const int number = ErrorOf([&] {
         for (; written < 1000; ++written) file->Write(block.data(), block.size());
     });
     EXPECT_EQ(number, error_number::kDiskFull);
@@ -45,7 +45,7 @@ TEST_F(Win32Drives, FullDiskIs61AndTakesWhatFits) {
 TEST_F(Win32Drives, FullDiskLeavesTheOldFileAtReplace) {
     const std::string disk = Drive("VANTREL_FULL_DISK");
     platform::WriteWholeFile(files(), disk + "\\data", "old");
-    EXPECT_EQ(NumberOf([&] {
+    EXPECT_EQ(ErrorOf([&] {
                   platform::ReplaceWholeFile(files(), disk + "\\data", std::string(2 << 20, 'n'));
               }),
               error_number::kDiskFull);
@@ -59,10 +59,10 @@ TEST_F(Win32Drives, DriveWithoutDiskIs71AndHoldsNothing) {
     const int not_ready = error_number::kDiskNotReady;
     EXPECT_FALSE(files().Find(drive + "\\"));
     EXPECT_FALSE(files().Find(drive + "\\a"));
-    EXPECT_EQ(NumberOf([&] { Names(drive + "\\"); }), not_ready);
-    EXPECT_EQ(NumberOf([&] { platform::WriteWholeFile(files(), drive + "\\a", ""); }), not_ready);
-    EXPECT_EQ(NumberOf([&] { Content(drive + "\\a"); }), not_ready);
-    EXPECT_EQ(NumberOf([&] { files().MakeFolder(drive + "\\a"); }), not_ready);
+    EXPECT_EQ(ErrorOf([&] { Names(drive + "\\"); }), not_ready);
+    EXPECT_EQ(ErrorOf([&] { platform::WriteWholeFile(files(), drive + "\\a", ""); }), not_ready);
+    EXPECT_EQ(ErrorOf([&] { Content(drive + "\\a"); }), not_ready);
+    EXPECT_EQ(ErrorOf([&] { files().MakeFolder(drive + "\\a"); }), not_ready);
     EXPECT_EQ(drives().FreeBytes(drive + "\\"), 0u);
     EXPECT_EQ(drives().Space(drive + "\\").total_clusters, 0u);
     EXPECT_EQ(drives().Label(drive + "\\"), "");
@@ -71,9 +71,9 @@ TEST_F(Win32Drives, DriveWithoutDiskIs71AndHoldsNothing) {
 TEST_F(Win32Drives, MissingDriveIs68AndHoldsNothing) {
     EXPECT_FALSE(files().Find("Q:\\"));
     EXPECT_FALSE(files().Find("Q:\\a\\b"));
-    EXPECT_EQ(NumberOf([&] { Names("Q:\\"); }), error_number::kDeviceUnavailable);
-    EXPECT_EQ(NumberOf([&] { Content("Q:\\a"); }), error_number::kDeviceUnavailable);
-    EXPECT_EQ(NumberOf([&] { files().MakeFolder("Q:\\a"); }), error_number::kDeviceUnavailable);
+    EXPECT_EQ(ErrorOf([&] { Names("Q:\\"); }), error_number::kDeviceUnavailable);
+    EXPECT_EQ(ErrorOf([&] { Content("Q:\\a"); }), error_number::kDeviceUnavailable);
+    EXPECT_EQ(ErrorOf([&] { files().MakeFolder("Q:\\a"); }), error_number::kDeviceUnavailable);
     EXPECT_EQ(drives().FreeBytes("Q:\\a"), 0u);
 }
 
@@ -98,9 +98,9 @@ TEST_F(Win32Drives, EmptyRootListsNothing) {
 TEST_F(Win32Drives, NothingIsRenamedOrReplacedAcrossDrives) {
     const std::string path = Put("here", "text");
     const std::string there = Drive("VANTREL_OTHER_DRIVE") + "\\there";
-    EXPECT_EQ(NumberOf([&] { files().Rename(path, there); }), error_number::kAcrossDrives);
-    EXPECT_EQ(NumberOf([&] { files().Replace(path, there); }), error_number::kAcrossDrives);
-    EXPECT_EQ(NumberOf([&] { files().Rename(folder(), there); }), error_number::kAcrossDrives);
+    EXPECT_EQ(ErrorOf([&] { files().Rename(path, there); }), error_number::kAcrossDrives);
+    EXPECT_EQ(ErrorOf([&] { files().Replace(path, there); }), error_number::kAcrossDrives);
+    EXPECT_EQ(ErrorOf([&] { files().Rename(folder(), there); }), error_number::kAcrossDrives);
     EXPECT_FALSE(files().Find(there));
     EXPECT_EQ(Content(path), "text");
 }

@@ -77,33 +77,33 @@ TEST_F(Win32Files, FileBeingWrittenIsFoundWithItsSize) {
 
 TEST_F(Win32Files, FolderWithANameThatCannotBeIs75) {
     for (const char* name : {"a:b", "a*", "a|b"}) {
-        EXPECT_EQ(NumberOf([&] { files().MakeFolder(In(name)); }), error_number::kPathFileAccess);
+        EXPECT_EQ(ErrorOf([&] { files().MakeFolder(In(name)); }), error_number::kPathFileAccess);
     }
     EXPECT_EQ(Names(folder()), std::vector<std::string>{});
 }
 
 TEST_F(Win32Files, OwnNameIsTaken) {
     const std::string path = Put("a");
-    EXPECT_EQ(NumberOf([&] { files().Rename(path, path); }), error_number::kFileExists);
-    EXPECT_EQ(NumberOf([&] { files().Rename(folder(), folder()); }), error_number::kFileExists);
+    EXPECT_EQ(ErrorOf([&] { files().Rename(path, path); }), error_number::kFileExists);
+    EXPECT_EQ(ErrorOf([&] { files().Rename(folder(), folder()); }), error_number::kFileExists);
     EXPECT_EQ(Content(path), "text");
 }
 
 TEST_F(Win32Files, FolderNeverTakesAFilesPlace) {
     const std::string path = Put("a");
     files().MakeFolder(In("folder"));
-    EXPECT_EQ(NumberOf([&] { files().Replace(In("folder"), path); }),
+    EXPECT_EQ(ErrorOf([&] { files().Replace(In("folder"), path); }),
               error_number::kPermissionDenied);
-    EXPECT_EQ(NumberOf([&] { files().Replace(path, In("folder")); }),
+    EXPECT_EQ(ErrorOf([&] { files().Replace(path, In("folder")); }),
               error_number::kPermissionDenied);
     EXPECT_EQ(Content(path), "text");
 }
 
 TEST_F(Win32Files, RootsAreNeitherMadeRenamedNorRemoved) {
     const std::string root = Arranged("VANTREL_OTHER_DRIVE") + "\\";
-    EXPECT_EQ(NumberOf([&] { files().MakeFolder(root); }), error_number::kPathFileAccess);
-    EXPECT_EQ(NumberOf([&] { files().Rename(root, root + "a"); }), error_number::kPathFileAccess);
-    EXPECT_EQ(NumberOf([&] { files().RemoveFolder(root); }), error_number::kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { files().MakeFolder(root); }), error_number::kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { files().Rename(root, root + "a"); }), error_number::kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { files().RemoveFolder(root); }), error_number::kPathFileAccess);
     EXPECT_TRUE(files().Find(root));
 }
 

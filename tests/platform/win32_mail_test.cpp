@@ -43,7 +43,7 @@ TEST_F(Win32Mail, ClientThatOnlyOpensAddressesIsNoMailProgram) {
 
 TEST_F(Win32Mail, MessageWithoutAMailProgramIsRefused) {
     Choose(L"Nobody's Mail");
-    EXPECT_EQ(NumberOf([&] { machine().mail_messages.Send(false); }),
+    EXPECT_EQ(ErrorOf([&] { machine().mail_messages.Send(false); }),
               platform::mail_error::kNotSupported);
 }
 

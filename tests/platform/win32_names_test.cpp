@@ -84,13 +84,13 @@ TEST_F(Win32Names, PathOf300CharactersWorks) {
 
 TEST_F(Win32Names, NameOf256CharactersIsRefused) {
     Put(std::string(255, 'n'));
-    EXPECT_EQ(NumberOf([&] { Put(std::string(256, 'n')); }), error_number::kBadFileName);
+    EXPECT_EQ(ErrorOf([&] { Put(std::string(256, 'n')); }), error_number::kBadFileName);
     EXPECT_FALSE(files().Find(In(std::string(256, 'n'))));
 }
 
 TEST_F(Win32Names, ColonNeverMeansAStreamOfAFile) {
     const std::string host = Put("host", "text");
-    EXPECT_EQ(NumberOf([&] { Put("host:stream", "hidden"); }), error_number::kBadFileName);
+    EXPECT_EQ(ErrorOf([&] { Put("host:stream", "hidden"); }), error_number::kBadFileName);
     EXPECT_FALSE(files().Find(host + ":stream"));
     EXPECT_EQ(Content(host), "text");
 }
@@ -105,7 +105,7 @@ TEST_F(Win32Names, WildcardsFindNothing) {
 TEST_F(Win32Names, LoneSurrogateNameRoundTripsButIsRefusedUnderWine) {
     const std::string name = platform::Narrow(L"a\xD800z");
     if (!UnderWine()) return WorksThroughout(name);
-    EXPECT_EQ(NumberOf([&] { Put(name); }), error_number::kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Put(name); }), error_number::kFileNotFound);
     EXPECT_EQ(Names(folder()), std::vector<std::string>{});
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 std::wstring Text(const std::string& path) { return DiskPath(path).Text(); }
 int Refusal(const std::string& path) {
-    return test::NumberOf([&] { DiskPath refused(path); });
+    return test::ErrorOf([&] { DiskPath refused(path); });
 }
 
 TEST(DiskPath, DriveLetterAloneIsItsRoot) {

@@ -14,7 +14,7 @@ TEST_F(Win32Sharing, FileHeldWithoutSharingCannotBeOpened) {
     const std::string path = Put("held");
     const auto holder = Held(path, GENERIC_READ | GENERIC_WRITE, 0);
     for (const OpenMode mode : {OpenMode::kRead, OpenMode::kWrite, OpenMode::kAppend}) {
-        EXPECT_EQ(NumberOf([&] { files().Open(path, mode); }), error_number::kPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { files().Open(path, mode); }), error_number::kPermissionDenied);
     }
     EXPECT_TRUE(files().Find(path));
 }
@@ -23,7 +23,7 @@ TEST_F(Win32Sharing, RefusedWriteLeavesTheContent) {
     const std::string path = Put("held", "kept");
     {
         const auto reader = Held(path, GENERIC_READ, FILE_SHARE_READ);
-        EXPECT_EQ(NumberOf([&] { Put("held", "lost"); }), error_number::kPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { Put("held", "lost"); }), error_number::kPermissionDenied);
     }
     EXPECT_EQ(Content(path), "kept");
 }
@@ -33,10 +33,9 @@ TEST_F(Win32Sharing, HeldFileIsNeitherRenamedReplacedNorRemoved) {
     const std::string fresh = Put("fresh", "new");
     {
         const auto holder = Held(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        EXPECT_EQ(NumberOf([&] { files().Rename(path, In("x")); }),
-                  error_number::kPermissionDenied);
-        EXPECT_EQ(NumberOf([&] { files().Replace(fresh, path); }), error_number::kPermissionDenied);
-        EXPECT_EQ(NumberOf([&] { files().RemoveFile(path); }), error_number::kPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { files().Rename(path, In("x")); }), error_number::kPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { files().Replace(fresh, path); }), error_number::kPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { files().RemoveFile(path); }), error_number::kPermissionDenied);
     }
     EXPECT_EQ(Content(path), "old");
     EXPECT_EQ(Content(fresh), "new");
@@ -46,7 +45,7 @@ TEST_F(Win32Sharing, FolderWithAHeldFileIsNotRenamedExceptUnderWine) {
     files().MakeFolder(In("folder"));
     const std::string path = Put("folder\\held");
     const auto holder = Held(path, GENERIC_READ, FILE_SHARE_READ);
-    const int number = NumberOf([&] { files().Rename(In("folder"), In("other")); });
+    const int number = ErrorOf([&] { files().Rename(In("folder"), In("other")); });
     // Windows refuses; Wine renames folders like its host, under the open file.
     EXPECT_EQ(number, UnderWine() ? 0 : error_number::kPathFileAccess);
     EXPECT_EQ(files().Find(In("folder")).has_value(), !UnderWine());
@@ -65,7 +64,7 @@ TEST_F(Win32Sharing, WriterLetsOthersReadButNotWrite) {
     const auto writer = files().Open(In("written"), OpenMode::kWrite);
     writer->Write("abc", 3);
     EXPECT_EQ(Content(In("written")), "abc");
-    EXPECT_EQ(NumberOf([&] { files().Open(In("written"), OpenMode::kAppend); }),
+    EXPECT_EQ(ErrorOf([&] { files().Open(In("written"), OpenMode::kAppend); }),
               error_number::kPermissionDenied);
 }
 
@@ -81,7 +80,7 @@ TEST_F(Win32Sharing, TwoAppendersNeverOverwriteEachOther) {
 
 TEST_F(Win32Sharing, NewFileIsNobodyElses) {
     const auto created = files().Open(In("new"), OpenMode::kCreateNew);
-    EXPECT_EQ(NumberOf([&] { files().Open(In("new"), OpenMode::kRead); }),
+    EXPECT_EQ(ErrorOf([&] { files().Open(In("new"), OpenMode::kRead); }),
               error_number::kPermissionDenied);
 }
 
@@ -89,12 +88,12 @@ TEST_F(Win32Sharing, ReadOnlyTargetIsLeftAlone) {
     const std::string path = Put("target", "kept");
     const std::string fresh = Put("fresh", "new");
     files().SetAttributes(path, platform::attribute::kReadOnly);
-    EXPECT_EQ(NumberOf([&] { files().Open(path, OpenMode::kWrite); }),
+    EXPECT_EQ(ErrorOf([&] { files().Open(path, OpenMode::kWrite); }),
               error_number::kPermissionDenied);
-    EXPECT_EQ(NumberOf([&] { files().Open(path, OpenMode::kAppend); }),
+    EXPECT_EQ(ErrorOf([&] { files().Open(path, OpenMode::kAppend); }),
               error_number::kPermissionDenied);
-    EXPECT_EQ(NumberOf([&] { files().Replace(fresh, path); }), error_number::kPermissionDenied);
-    EXPECT_EQ(NumberOf([&] { files().RemoveFile(path); }), error_number::kPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { files().Replace(fresh, path); }), error_number::kPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { files().RemoveFile(path); }), error_number::kPermissionDenied);
     EXPECT_EQ(Content(path), "kept");
     EXPECT_EQ(Content(fresh), "new");
 }
@@ -110,7 +109,7 @@ TEST_F(Win32Sharing, HiddenAndSystemFilesAreWrittenAndStaySo) {
 
 TEST_F(Win32Sharing, FolderCannotBeOpenedAsAFile) {
     for (const OpenMode mode : {OpenMode::kRead, OpenMode::kWrite, OpenMode::kAppend}) {
-        EXPECT_EQ(NumberOf([&] { files().Open(folder(), mode); }), error_number::kPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { files().Open(folder(), mode); }), error_number::kPermissionDenied);
     }
 }
 

@@ -15,6 +15,7 @@
 #include "platform/win32/handles.h"
 #include "platform/win32/wide.h"
 #include "platform/win32/win32_machine.h"
+#include "tests/support/error_of.h"
 
 namespace vantrel::test {
 
@@ -28,16 +29,6 @@ inline std::string Arranged(const char* name) {
 inline bool UnderWine() {
     const HMODULE system = GetModuleHandleW(L"ntdll.dll");
     return GetProcAddress(system, "wine_get_version") != nullptr;
-}
-
-// The number of the error that `deed` raises; 0 when it raises none.
-inline int NumberOf(const std::function<void()>& deed) {
-    try {
-        deed();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
 }
 
 // A handle of another program, as far as sharing goes.

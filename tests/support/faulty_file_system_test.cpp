@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "platform/text_file.h"
+#include "tests/support/error_of.h"
 #include "tests/support/test_machine.h"
 
 namespace vantrel::test {
@@ -21,14 +22,6 @@ class FaultyFiles : public ::testing::Test {
     FaultyFileSystem faulty{machine.files()};
     const std::string path = "C:\\a.txt";
 
-    int ErrorOf(const std::function<void()>& deed) {
-        try {
-            deed();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
     void Write(const std::string& bytes) { platform::WriteWholeFile(faulty, path, bytes); }
     std::vector<Call> Kinds() {
         std::vector<Call> kinds;

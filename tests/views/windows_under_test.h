@@ -10,6 +10,7 @@
 
 #include "common/error.h"
 #include "tests/platform/machine_under_test.h"
+#include "tests/support/error_of.h"
 #include "tests/views/control_user.h"
 
 namespace vantrel::test {
@@ -126,16 +127,6 @@ class WindowFixture : public ::testing::Test {
     WindowFixture() { program.desktop.ShowModeless(window); }
     ~WindowFixture() override { program.desktop.Unload(window); }
 
-    // Number of the error that `body` raises, 0 for none.
-    template <typename Body>
-    static int ErrorOf(Body&& body) {
-        try {
-            body();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
     // What has happened since it was asked last.
     Lines Happened() {
         program.desktop.DoEvents();

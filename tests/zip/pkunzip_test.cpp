@@ -1,5 +1,6 @@
 // The unzip component as the Restore tab and the restore window drive it.
 #include "zip/pkunzip.h"
+#include "tests/support/error_of.h"
 
 #include "tests/zip/reader_fixture.h"
 
@@ -43,15 +44,6 @@ class PkUnzip : public ReaderTest {
         component.Set(kAction, kActionEntry);
         return std::get<std::string>(component.Get(kEntryName));
     }
-    int ErrorOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
-
     platform::Machine machine_;
     zip::PKUNZIP component;
     BuiltArchive archive;

@@ -1,5 +1,6 @@
 // The zip component as the backup window drives it.
 #include "zip/pkzip.h"
+#include "tests/support/error_of.h"
 
 #include "tests/zip/writer_fixture.h"
 
@@ -35,15 +36,6 @@ class PkZip : public WriterTest {
         component.Set(kOption5, true);
         component.Set(kOption32, true);
     }
-    int ErrorOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const Error& error) {
-            return error.number();
-        }
-        return 0;
-    }
-
     platform::Machine machine_;
     zip::PKZIP component;
     std::vector<std::int32_t> overall;
