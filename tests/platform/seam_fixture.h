@@ -10,6 +10,7 @@
 #include "common/error.h"
 #include "platform/text_file.h"
 #include "tests/platform/machine_under_test.h"
+#include "tests/platform/work_folder.h"
 #include "tests/support/error_of.h"
 
 namespace vantrel::test {
@@ -17,12 +18,10 @@ namespace vantrel::test {
 class Seam : public ::testing::Test {
   protected:
     Seam() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        folder_ =
-            under_test_->WorkDrive() + "\\Seam-" + info->test_suite_name() + "-" + info->name();
+        folder_ = under_test_->WorkDrive() + "\\Seam-" + NameOfThisTest();
         files().MakeFolder(folder_);
     }
-    ~Seam() override { RemoveAll(folder_); }
+    ~Seam() override { RemoveAll(files(), folder_); }
 
     MachineUnderTest& under_test() { return *under_test_; }
     platform::Machine& machine() { return under_test_->machine(); }
@@ -41,14 +40,7 @@ class Seam : public ::testing::Test {
     }
     std::string Content(const std::string& path) { return platform::ReadWholeFile(files(), path); }
     bool Exists(const std::string& path) { return files().Find(path).has_value(); }
-    std::vector<std::string> Names(const std::string& where) {
-        std::vector<std::string> names;
-        files().List(where, [&](const platform::FileInfo& info) {
-            names.push_back(info.name);
-            return true;
-        });
-        return names;
-    }
+    std::vector<std::string> Names(const std::string& where) { return NamesIn(files(), where); }
     std::uint32_t Attributes(const std::string& path) {
         return files().Find(path).value().attributes;
     }
@@ -58,24 +50,6 @@ class Seam : public ::testing::Test {
 
     int OpenError(const std::string& path, platform::OpenMode mode) {
         return ErrorOf([&] { files().Open(path, mode); });
-    }
-
-    void RemoveAll(const std::string& where) {
-        std::vector<platform::FileInfo> entries;
-        files().List(where, [&](const platform::FileInfo& info) {
-            entries.push_back(info);
-            return true;
-        });
-        for (const auto& entry : entries) {
-            const std::string path = where + "\\" + entry.name;
-            if (entry.IsFolder()) {
-                RemoveAll(path);
-                continue;
-            }
-            if (!entry.is_link) files().SetAttributes(path, 0);
-            files().RemoveFile(path);
-        }
-        files().RemoveFolder(where);
     }
 
   private:

@@ -15,6 +15,7 @@
 #include "platform/win32/handles.h"
 #include "platform/win32/wide.h"
 #include "platform/win32/win32_machine.h"
+#include "tests/platform/work_folder.h"
 #include "tests/support/error_of.h"
 
 namespace vantrel::test {
@@ -42,12 +43,10 @@ inline platform::FileHandle Held(const std::string& path, DWORD access, DWORD sh
 class Win32Test : public ::testing::Test {
   protected:
     Win32Test() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        folder_ =
-            Arranged("VANTREL_WORK_DRIVE") + "\\" + info->test_suite_name() + "-" + info->name();
+        folder_ = Arranged("VANTREL_WORK_DRIVE") + "\\" + NameOfThisTest();
         files().MakeFolder(folder_);
     }
-    ~Win32Test() override { RemoveAll(folder_); }
+    ~Win32Test() override { RemoveAll(files(), folder_); }
 
     platform::Machine& machine() { return machine_.machine(); }
     platform::FileSystem& files() { return machine().files; }
@@ -59,30 +58,9 @@ class Win32Test : public ::testing::Test {
         return In(name);
     }
     std::string Content(const std::string& path) { return platform::ReadWholeFile(files(), path); }
-    std::vector<std::string> Names(const std::string& where) {
-        std::vector<std::string> names;
-        files().List(where, [&](const platform::FileInfo& info) {
-            names.push_back(info.name);
-            return true;
-        });
-        return names;
-    }
+    std::vector<std::string> Names(const std::string& where) { return NamesIn(files(), where); }
 
   private:
-    void RemoveAll(const std::string& where) {
-        std::vector<platform::FileInfo> entries;
-        files().List(where, [&](const platform::FileInfo& info) {
-            entries.push_back(info);
-            return true;
-        });
-        for (const auto& entry : entries) {
-            const std::string path = where + "\\" + entry.name;
-            files().SetAttributes(path, 0);
-            entry.IsFolder() ? RemoveAll(path) : files().RemoveFile(path);
-        }
-        files().RemoveFolder(where);
-    }
-
     platform::Win32Machine machine_;
     std::string folder_;
 };
