@@ -15,33 +15,11 @@
 #include <sstream>
 
 #include "tests/end_to_end/driven_controls.h"
+#include "tests/end_to_end/escaped.h"
 
 namespace {
 
 using namespace vantrel::test;
-
-std::string Escaped(const std::string& text) {
-    std::string line;
-    for (const char c : text) {
-        switch (c) {
-            case '\\':
-                line += "\\\\";
-                break;
-            case '\t':
-                line += "\\t";
-                break;
-            case '\r':
-                line += "\\r";
-                break;
-            case '\n':
-                line += "\\n";
-                break;
-            default:
-                line += c;
-        }
-    }
-    return line;
-}
 
 std::string Unescaped(const std::string& line) {
     std::string text;

@@ -13,36 +13,17 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/end_to_end/escaped.h"
+
 namespace {
+
+using vantrel::test::Escaped;
 
 constexpr LHANDLE kSession = 4711;
 
 std::string BesideRecord(const std::string& ending) {
     const char* const record = std::getenv("VANTREL_MAIL_RECORD");
     return (record == nullptr ? "" : record) + ending;
-}
-
-std::string Escaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-            case '\\':
-                result += "\\\\";
-                break;
-            case '\t':
-                result += "\\t";
-                break;
-            case '\r':
-                result += "\\r";
-                break;
-            case '\n':
-                result += "\\n";
-                break;
-            default:
-                result += c;
-        }
-    }
-    return result;
 }
 
 std::string Text(const char* text) { return text == nullptr ? "(null)" : text; }
