@@ -172,6 +172,7 @@ set(VANTREL_EXE_SOURCES
     app/main_win32.cpp)
 set(VZIP_SOURCES
     tools/vzip.cpp
+    tools/vzip_common.cpp
     tools/vzip_create.cpp
     tools/vzip_extract.cpp)
 set(WRITE_FILES_SOURCES

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/vzip_common.h"
 #include "tools/vzip_create.h"
 #include "tools/vzip_extract.h"
 

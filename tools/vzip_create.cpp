@@ -1,11 +1,10 @@
 #include "tools/vzip_create.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstdio>
-#include <filesystem>
 #include <stdexcept>
 
+#include "tools/vzip_common.h"
 #include "zip/writer/archive_writer.h"
 
 namespace vantrel::tools {
@@ -99,31 +98,12 @@ class Console : public zip::RunEvents {
 
 }  // namespace
 
-std::string SeamPath(const std::string& path) {
-    std::string full = std::filesystem::absolute(path).lexically_normal().string();
-#ifndef _WIN32
-    full = "Z:" + full;
-#endif
-    std::replace(full.begin(), full.end(), '/', '\\');
-    while (full.size() > 3 && full.back() == '\\') {
-        full.pop_back();
-    }
-    return full;
-}
-
 int CreateArchive(const platform::Machine& machine, const std::vector<std::string>& arguments) {
     const Request request = ParseRequest(arguments);
     Console console(request.quiet);
     const zip::WriterResult result = zip::WriteArchive(machine, request.options, console);
     console.EndLine();
-    if (result.outcome != zip::RunOutcome::kComplete) {
-        return kExitFailed;
-    }
-    if (!request.quiet) {
-        std::printf("%llu entries, %d skipped\n", static_cast<unsigned long long>(result.entries),
-                    static_cast<int>(result.skipped));
-    }
-    return result.skipped > 0 ? kExitSomeSkipped : kExitComplete;
+    return Report({result.outcome, result.entries, result.skipped, "skipped"}, request.quiet);
 }
 
 }  // namespace vantrel::tools

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "tools/vzip_create.h"
+#include "tools/vzip_common.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/archive_source.h"
 #include "zip/records/directory_reader.h"
@@ -83,14 +83,7 @@ int ExtractFiles(const platform::Machine& machine, const std::vector<std::string
     options.threads = request.threads;
     Quiet events;
     const zip::ExtractResult result = zip::ExtractArchive(machine, options, events);
-    if (result.outcome != zip::RunOutcome::kComplete) {
-        return kExitFailed;
-    }
-    if (!request.quiet) {
-        std::printf("%llu entries, %d failed\n", static_cast<unsigned long long>(result.entries),
-                    static_cast<int>(result.failed));
-    }
-    return result.failed > 0 ? kExitSomeSkipped : kExitComplete;
+    return Report({result.outcome, result.entries, result.failed, "failed"}, request.quiet);
 }
 
 }  // namespace vantrel::tools

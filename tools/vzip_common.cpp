@@ -1,0 +1,32 @@
+#include "tools/vzip_common.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+
+namespace vantrel::tools {
+
+std::string SeamPath(const std::string& path) {
+    std::string full = std::filesystem::absolute(path).lexically_normal().string();
+#ifndef _WIN32
+    full = "Z:" + full;
+#endif
+    std::replace(full.begin(), full.end(), '/', '\\');
+    while (full.size() > 3 && full.back() == '\\') {
+        full.pop_back();
+    }
+    return full;
+}
+
+int Report(const Ending& ending, bool quiet) {
+    if (ending.outcome != zip::RunOutcome::kComplete) {
+        return kExitFailed;
+    }
+    if (!quiet) {
+        std::printf("%llu entries, %d %s\n", static_cast<unsigned long long>(ending.entries),
+                    static_cast<int>(ending.left_out), ending.left_out_means);
+    }
+    return ending.left_out > 0 ? kExitSomeSkipped : kExitComplete;
+}
+
+}  // namespace vantrel::tools
