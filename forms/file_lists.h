@@ -73,7 +73,6 @@ class FileList : public Control {
     std::function<void(int button)> MouseDown;  // 2: right button
     const std::string& Path() const { return path_; }
     void SetPath(const std::string& path);  // error 76
-    const std::string& Pattern() const { return pattern_; }
     void SetPattern(const std::string& pattern);
     int Count() const { return static_cast<int>(names_.size()); }
     std::string Item(int index) const;
