@@ -21,6 +21,7 @@ struct SourceItem {
     bool IsFolder() const { return (attributes & platform::attribute::kFolder) != 0; }
 };
 
+// An item as the bytes of a record in a BlockStore, and back.
 std::string PackItem(const SourceItem& item);
 SourceItem UnpackItem(std::string_view record);
 
