@@ -1,6 +1,7 @@
 # The one source list, room by room, for every compiler. Tests stand beside the room they test.
 set(COMMON_SOURCES
     common/error.cpp
+    common/file_name.cpp
     common/product.cpp
     common/utf.cpp)
 set(PLATFORM_SOURCES

@@ -29,4 +29,8 @@ constexpr auto IsForbiddenInName = [](auto unit) {
     return code < kForbiddenInNames.size() && kForbiddenInNames[code];
 };
 
+// Whether the system takes this name for one of its own devices, in whatever letter case and with
+// whatever extension: "CON", "nul.txt", "COM1", "LPT9 .ini".
+bool IsDeviceName(std::string_view name);
+
 }  // namespace vantrel

@@ -24,21 +24,11 @@ std::string WithExtension(forms::Program& program, const std::string& name) {
     return program.machine.code_page.Upper(end) == ".INI" ? name : name + ".INI";
 }
 
-// "CON.INI" would be a file that no other program of the user could touch.
-bool IsDevice(forms::Program& program, const std::string& name) {
-    std::string base = program.machine.code_page.Upper(name.substr(0, name.find('.')));
-    base.erase(base.find_last_not_of(' ') + 1);
-    for (const std::string_view device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
-        if (base == device) return true;
-    }
-    return base.size() == 4 && (base.starts_with("COM") || base.starts_with("LPT")) &&
-           base[3] >= '0' && base[3] <= '9';
-}
-
-// A name with a folder or a drive in it would make a set that no list ever shows.
-bool CanBeNamed(forms::Program& program, const std::string& name) {
+// A name with a folder or a drive in it would make a set that no list ever shows; "CON.INI" would
+// be a file that no other program of the user could touch.
+bool CanBeNamed(const std::string& name) {
     return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
-           name.find_first_of("\\/") == std::string::npos && !IsDevice(program, name);
+           name.find_first_of("\\/") == std::string::npos && !IsDeviceName(name);
 }
 
 // Files that no list shows count, too: a hidden set is not to be written over.
@@ -75,7 +65,7 @@ void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,
             forms::ComboBox& restore_sets) {
     program.globals.MessageText.clear();
     const std::string name = WithExtension(program, typed);
-    if (!CanBeNamed(program, name)) RaiseError(error_number::kBadFileName);
+    if (!CanBeNamed(name)) RaiseError(error_number::kBadFileName);
     if (IsTaken(program, name)) {
         Refuse(program);
     } else {

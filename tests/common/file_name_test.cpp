@@ -24,5 +24,20 @@ TEST(FileName, AllowsEveryUnitBeyondAscii) {
     }
 }
 
+TEST(FileName, DevicesAreKnownInAnyCaseAndWithAnyExtension) {
+    for (const char* name :
+         {"CON", "con.txt", "Prn", "aux ", "NUL .ini", "conin$", "CONOUT$.x", "COM0", "com9.INI",
+          "LPT1", "lpt\xC2\xB9", "COM\xC2\xB2", "COM\xC2\xB3.a"}) {
+        EXPECT_TRUE(IsDeviceName(name)) << name;
+    }
+}
+
+TEST(FileName, WhatOnlyLooksLikeADeviceIsNone) {
+    for (const char* name : {"", ".", ".con", "xCON", "CONS", "COM", "COM10", "COMX", "LPT\xC2\xB4",
+                             "CONIN", "CONOUT$$", " NUL"}) {
+        EXPECT_FALSE(IsDeviceName(name)) << name;
+    }
+}
+
 }  // namespace
 }  // namespace vantrel::test

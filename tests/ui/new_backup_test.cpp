@@ -160,7 +160,8 @@ TEST_F(NewBackup, NameWithAFolderOrADriveIsABadName) {
 }
 
 TEST_F(NewBackup, NameOfADeviceIsABadName) {
-    for (const char* name : {"con", "NUL.ini", "aux.txt", "PRN ", "COM1", "lpt9.INI", "CONIN$"}) {
+    for (const char* name :
+         {"con", "NUL.ini", "aux.txt", "PRN ", "COM1", "lpt9.INI", "CONIN$", "com\xC2\xB9"}) {
         ExpectBadName(name);
     }
 }

@@ -1,7 +1,6 @@
 #include "zip/records/entry_name.h"
 
 #include <algorithm>
-#include <array>
 
 #include "common/file_name.h"
 #include "common/utf.h"
@@ -35,42 +34,6 @@ void Note(SafeName& name, const std::string& change) {
     }
 }
 
-std::string UpperAscii(std::string_view text) {
-    std::string upper(text);
-    std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
-        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    });
-    return upper;
-}
-
-// "COM1" to "COM9", "COM0", and the superscript digits that the system takes for digits.
-bool IsPortName(std::string_view base) {
-    if (!base.starts_with("COM") && !base.starts_with("LPT")) {
-        return false;
-    }
-    const std::string_view number = base.substr(3);
-    if (number.size() == 1) {
-        return number[0] >= '0' && number[0] <= '9';
-    }
-    return number == "\xC2\xB9" || number == "\xC2\xB2" || number == "\xC2\xB3";
-}
-
-bool IsReserved(std::string_view component) {
-    static constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
-                                                                 "NUL", "CONIN$", "CONOUT$"};
-    constexpr std::size_t kShortest = 3;
-    constexpr std::size_t kLongest = 7;
-    std::string_view stem = component.substr(0, component.find('.'));
-    while (stem.ends_with(' ')) {
-        stem.remove_suffix(1);
-    }
-    if (stem.size() < kShortest || stem.size() > kLongest) {
-        return false;
-    }
-    const std::string base = UpperAscii(stem);
-    return IsPortName(base) || std::find(kDevices.begin(), kDevices.end(), base) != kDevices.end();
-}
-
 void ReplaceCharacters(std::string& component, SafeName& name) {
     for (char& c : component) {
         if (IsForbiddenInName(c)) {
@@ -88,7 +51,7 @@ std::string SafeComponent(std::string_view stored, SafeName& name) {
         component[i - 1] = '_';
         Note(name, "dots and blanks at the end become \"_\"");
     }
-    if (IsReserved(component)) {
+    if (IsDeviceName(component)) {
         component.insert(0, 1, '_');
         Note(name, "the system's own name gets \"_\" before it");
     }
@@ -100,7 +63,7 @@ void AddComponent(std::string_view stored, SafeName& name) {
     if (!name.path.empty()) {
         name.path += '\\';
     }
-    const bool as_it_is = !IsDotOrBlank(stored.back()) && !IsReserved(stored) &&
+    const bool as_it_is = !IsDotOrBlank(stored.back()) && !IsDeviceName(stored) &&
                           std::none_of(stored.begin(), stored.end(), IsForbiddenInName);
     if (as_it_is) {
         name.path += stored;
