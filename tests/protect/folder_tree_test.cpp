@@ -49,6 +49,20 @@ class FolderTree : public ProgramFixture {
         return tags;
     }
 
+    // A tree of drive D: as these files have it, loaded.
+    struct TreeOver {
+        TreeOver(platform::FileSystem& files, FolderTree& test)
+            : machine(WithFiles(test.machine.machine(), files)),
+              program{machine, test.desktop, test.program.globals} {
+            Create_DirectoryStructure(tree, progress, "D:\\", "");
+        }
+        platform::Machine machine;
+        forms::Program program;
+        forms::Form window{program, "Frm_Mainmenu"};
+        forms::Tree tree{window, "TV_SecureMode"};
+        forms::Panel progress{window, "SSP_ProgressSecure"};
+    };
+
     forms::Form window{program, "Frm_Mainmenu"};
     forms::Tree tree{window, "TV_SecureMode"};
     forms::Panel progress{window, "SSP_ProgressSecure"};
@@ -136,16 +150,11 @@ TEST_F(FolderTree, UnreadableFolderHasNoSubFolders) {
     machine.MakeFolders("D:\\Closed\\Unseen");
     machine.MakeFolders("D:\\Open\\Seen");
     DeniedListing denied(machine.files(), "D:\\Closed");
-    platform::Machine with_denied = WithFiles(machine.machine(), denied);
-    forms::Program other{with_denied, desktop, program.globals};
-    forms::Form its_window{other, "Frm_Mainmenu"};
-    forms::Tree its_tree{its_window, "TV_SecureMode"};
-    forms::Panel its_progress{its_window, "SSP_ProgressSecure"};
-    Create_DirectoryStructure(its_tree, its_progress, "D:\\", "");
-    ASSERT_EQ(its_tree.Count(), 3);
-    EXPECT_EQ(its_tree.At(1).tag, "D:\\Closed");
-    EXPECT_EQ(its_tree.At(2).tag, "D:\\Open");
-    EXPECT_EQ(its_tree.At(3).tag, "D:\\Open\\Seen");
+    const TreeOver its(denied, *this);
+    ASSERT_EQ(its.tree.Count(), 3);
+    EXPECT_EQ(its.tree.At(1).tag, "D:\\Closed");
+    EXPECT_EQ(its.tree.At(2).tag, "D:\\Open");
+    EXPECT_EQ(its.tree.At(3).tag, "D:\\Open\\Seen");
 }
 
 TEST_F(FolderTree, ProgressIsTheShareOfTopLevelFoldersAndEndsAtNothing) {
@@ -194,13 +203,8 @@ TEST_F(FolderTree, ListIsReadOnceAndEachFolderIsListedOnce) {
     Protect("D:\\7\r\n");
     for (int i = 0; i < 40; ++i) machine.MakeFolders("D:\\" + std::to_string(i) + "\\Sub");
     FaultyFileSystem counting(machine.files());
-    platform::Machine counted = WithFiles(machine.machine(), counting);
-    forms::Program other{counted, desktop, program.globals};
-    forms::Form its_window{other, "Frm_Mainmenu"};
-    forms::Tree its_tree{its_window, "TV_SecureMode"};
-    forms::Panel its_progress{its_window, "SSP_ProgressSecure"};
-    Create_DirectoryStructure(its_tree, its_progress, "D:\\", "");
-    EXPECT_EQ(its_tree.Count(), 80);
+    const TreeOver its(counting, *this);
+    EXPECT_EQ(its.tree.Count(), 80);
     EXPECT_EQ(counting.plan.Count(Call::kList), 81);
     EXPECT_EQ(counting.plan.Count(Call::kOpen), 1);
 }

@@ -23,6 +23,14 @@ class EditorSave : public EditorFixture {
         PickAndType("DAILY.INI", text);
         Tab().Cmd_Save.UserPress();
     }
+    // Shows DAILY.INI in the editor of another window, and changes it.
+    static void EditDaily(Frm_Mainmenu& its_window) {
+        its_window.program().desktop.Load(its_window);
+        its_window.TAB_Backup.SetTab(2);
+        its_window.Edit.Fil_INI.SetIndex(0);
+        ASSERT_EQ(its_window.Edit.CurrentINI, "DAILY.INI");
+        its_window.Edit.Fld_INI.UserType(TextWithName("EDITED"));
+    }
     std::string Saved() const { return machine.Content(PathOf("DAILY.INI")); }
     // A text whose one value is this, and the reason for which it is refused.
     void ExpectRefused(const SetValues& values, const std::string& reason) {
@@ -292,11 +300,7 @@ TEST_F(ScratchSet, WhatWasLeftInTheScratchFileIsNoPartOfTheNextSave) {
     platform::Machine failing = WithFiles(machine.machine(), faulty);
     forms::Program its_program{failing, desktop, program.globals};
     Frm_Mainmenu its_window(its_program);
-    desktop.Load(its_window);
-    its_window.TAB_Backup.SetTab(2);
-    its_window.Edit.Fil_INI.SetIndex(0);
-    ASSERT_EQ(its_window.Edit.CurrentINI, "DAILY.INI");
-    its_window.Edit.Fld_INI.UserType(TextWithName("EDITED"));
+    EditDaily(its_window);
     faulty.plan.Inject({.kind = Call::kList, .number = error_number::kPathFileAccess});
     its_window.Edit.Cmd_Save.UserPress();
     EXPECT_EQ(faulty.plan.Fired(), 1);
@@ -318,11 +322,7 @@ TEST_F(EditorSaveFaults, SetIsOldOrNewAfterAnyFailingCall) {
         ScriptedDesktop its_desktop;
         forms::Program its_program{failing, its_desktop, program.globals};
         Frm_Mainmenu its_window(its_program);
-        its_desktop.Load(its_window);
-        its_window.TAB_Backup.SetTab(2);
-        its_window.Edit.Fil_INI.SetIndex(0);
-        ASSERT_EQ(its_window.Edit.CurrentINI, "DAILY.INI");
-        its_window.Edit.Fld_INI.UserType(TextWithName("EDITED"));
+        EditDaily(its_window);
         faulty.plan.Inject({.at = at, .from_then_on = true, .number = error_number::kDeviceIo});
         its_window.Edit.Cmd_Save.UserPress();
         const std::string text = Saved();
