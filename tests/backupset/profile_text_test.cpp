@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/backupset/lost_bytes.h"
+
 namespace vantrel::profile {
 namespace {
 
@@ -136,14 +138,7 @@ TEST(ProfileText, CannotHoldLineEndsOrNul) {
 
 // The bytes of `after` that a write of `value` did not put there must be those of `before`.
 void ExpectOnlyInsertedOrExchanged(const std::string& before, const std::string& after) {
-    std::size_t head = 0;
-    while (head < before.size() && head < after.size() && before[head] == after[head]) ++head;
-    std::size_t tail = 0;
-    while (tail < before.size() - head && tail < after.size() - head &&
-           before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
-        ++tail;
-    }
-    const std::string lost = before.substr(head, before.size() - head - tail);
+    const std::string lost = test::LostBytes(before, after);
     EXPECT_EQ(lost.find_first_of("\r\n[];"), std::string::npos) << "lost: " << lost;
 }
 

@@ -10,11 +10,13 @@
 #include <vector>
 
 #include "backupset/profile_text.h"
+#include "tests/backupset/lost_bytes.h"
 #include "tests/fuzz/fuzz_input.h"
 
 namespace {
 
 using vantrel::test::Demand;
+using vantrel::test::LostBytes;
 namespace profile = vantrel::profile;
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -88,14 +90,7 @@ bool IsName(const std::string& name, const char* forbidden) {
 
 // Everything but one stretch within a line is as it was; nothing is gone when the key is new.
 void CheckKeptBytes(const std::string& before, const std::string& after, bool is_new) {
-    std::size_t head = 0;
-    while (head < before.size() && head < after.size() && before[head] == after[head]) ++head;
-    std::size_t tail = 0;
-    while (tail < before.size() - head && tail < after.size() - head &&
-           before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
-        ++tail;
-    }
-    const std::string lost = before.substr(head, before.size() - head - tail);
+    const std::string lost = LostBytes(before, after);
     Demand(is_new ? lost.empty() : lost.find_first_of("\r\n") == std::string::npos);
 }
 
