@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "common/error.h"
 #include "forms/form.h"
 #include "tests/support/error_of.h"
 #include "tests/support/program_fixture.h"

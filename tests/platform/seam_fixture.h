@@ -3,11 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "common/error.h"
 #include "platform/text_file.h"
 #include "tests/platform/machine_under_test.h"
 #include "tests/platform/work_folder.h"

@@ -6,11 +6,9 @@
 #include <windows.h>
 
 #include <cstdlib>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "common/error.h"
 #include "platform/text_file.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/wide.h"
