@@ -33,6 +33,11 @@ bool IsDeviceName(std::string_view name) {
                                                                  "NUL", "CONIN$", "CONOUT$"};
     constexpr std::size_t kShortest = 3;
     constexpr std::size_t kLongest = 7;
+    // How all of them begin, and few other names do.
+    constexpr std::string_view kFirstLetters = "CLPANclpan";
+    if (name.empty() || kFirstLetters.find(name.front()) == std::string_view::npos) {
+        return false;
+    }
     std::string_view stem = name.substr(0, name.find('.'));
     while (stem.ends_with(' ')) {
         stem.remove_suffix(1);
