@@ -117,9 +117,12 @@ std::size_t ReadCentral(const std::string& directory, std::size_t at, ReadEntry&
 
 }  // namespace
 
-std::string InflateAll(const std::string& packed) {
+std::string InflateAfter(const std::string& history, const std::string& packed) {
     z_stream stream{};
     Demand(inflateInit2(&stream, -15) == Z_OK, "no memory");
+    const auto* const known = reinterpret_cast<const Bytef*>(history.data());
+    Demand(inflateSetDictionary(&stream, known, static_cast<uInt>(history.size())) == Z_OK,
+           "history");
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));
     stream.avail_in = static_cast<uInt>(packed.size());
     std::string out;

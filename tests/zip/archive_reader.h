@@ -43,7 +43,8 @@ using ReadBytes = std::function<std::string(std::uint64_t offset, std::size_t co
 ReadResult ReadArchive(const ReadBytes& read, std::uint64_t size, bool contents = true);
 ReadResult ReadArchive(const std::string& bytes);
 
-// Inflates a raw deflate stream that must fill `packed` exactly.
-std::string InflateAll(const std::string& packed);
+// Inflates a raw deflate stream that must fill `packed` exactly, and may refer to `history`.
+std::string InflateAfter(const std::string& history, const std::string& packed);
+inline std::string InflateAll(const std::string& packed) { return InflateAfter("", packed); }
 
 }  // namespace vantrel::test

@@ -54,6 +54,18 @@ TEST_F(ArchiveWriter, BigFilesAreJoinedFromChunks) {
     EXPECT_EQ(archive.At("one_more").content, one_more);
 }
 
+TEST_F(ArchiveWriter, APieceOfABigFileRefersToTheEndOfTheOneBefore) {
+    const std::string noise = Noise(zip::kHistory - 1);
+    const std::string before = Prose(kChunkSize - noise.size());
+    const std::string big = before + noise + noise + Prose(kChunkSize, 2);
+    files.Put("C:\\Data\\big", big);
+    files.Put("C:\\Data\\once", before + noise + Prose(kChunkSize, 2));
+    ASSERT_EQ(Run(), RunOutcome::kComplete);
+    const ReadResult archive = Archive();
+    EXPECT_EQ(archive.At("big").content, big);
+    EXPECT_LT(archive.At("big").packed_size, archive.At("once").packed_size + noise.size() / 10);
+}
+
 TEST_F(ArchiveWriter, OutputIsTheSameForAnyNumberOfThreads) {
     for (int i = 0; i < 700; ++i) {
         files.Put("C:\\Data\\small\\" + std::to_string(i), Prose(static_cast<std::size_t>(i) * 7));

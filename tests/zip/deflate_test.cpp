@@ -15,14 +15,17 @@ const std::uint8_t* Bytes(const std::string& text) {
     return reinterpret_cast<const std::uint8_t*>(text.data());
 }
 
-// Compresses `data` in parts of `chunk` bytes and joins them.
-std::string Joined(int level, const std::string& data, std::size_t chunk) {
+// Compresses `data` in parts of `chunk` bytes and joins them. Each may refer to so many bytes
+// before.
+std::string Joined(int level, const std::string& data, std::size_t chunk,
+                   std::size_t history = kHistory) {
     Deflater deflater(MakeCompressor(level));
     Buffer out;
     std::size_t at = 0;
     do {
         const std::size_t count = std::min(chunk, data.size() - at);
-        deflater.Part(Bytes(data) + at, count, at + count == data.size(), out);
+        deflater.Part(Bytes(data) + at, count, at + count == data.size(), out,
+                      std::min(at, history));
         at += count;
     } while (at < data.size());
     return std::string(out.View());
@@ -51,12 +54,43 @@ TEST(Deflater, JoinedPartsAreOneStreamForRandomDataLevelsAndChunkSizes) {
         const std::size_t size = random() % (1u << (random() % 18));
         const std::size_t chunk = 1 + random() % (size + 1);
         const std::string data = RandomData(random, size);
-        const int level = 1 + static_cast<int>(random() % 9);
+        const int level = round % 2 == 0 ? kTunedLevel : 1 + static_cast<int>(random() % 9);
+        const std::size_t history = random() % (kHistory + 1);
         // Very short chunks make very many parts.
         const std::size_t step = std::max<std::size_t>(chunk, size / 50 + 1);
-        ASSERT_EQ(test::InflateAll(Joined(level, data, step)), data)
-            << "level " << level << " size " << size << " chunk " << step;
+        ASSERT_EQ(test::InflateAll(Joined(level, data, step, history)), data)
+            << "level " << level << " size " << size << " chunk " << step << " history " << history;
     }
+}
+
+TEST(Deflater, APartRefersToWhatStandsBeforeIt) {
+    const std::string noise = test::Noise(20'000);
+    const std::string twice = noise + noise;
+    const std::string alone = Joined(kTunedLevel, twice, noise.size(), 0);
+    const std::string after = Joined(kTunedLevel, twice, noise.size());
+    EXPECT_GT(alone.size(), twice.size());
+    EXPECT_LT(after.size(), noise.size() + 500);
+    EXPECT_EQ(test::InflateAll(after), twice);
+}
+
+TEST(Deflater, APartRefersToNoMoreThanItIsTold) {
+    const std::string noise = test::Noise(3000);
+    const std::string twice = noise + noise;
+    const std::string half = Joined(kTunedLevel, twice, noise.size(), noise.size() / 2);
+    EXPECT_GT(half.size(), noise.size() + noise.size() / 2);
+    EXPECT_LT(half.size(), noise.size() + noise.size() / 2 + 200);
+    EXPECT_EQ(test::InflateAll(half), twice);
+}
+
+TEST(Deflater, APartAfterStoredOnesRefersToThem) {
+    const std::string noise = test::Noise(20'000);
+    const std::string twice = noise + noise;
+    Deflater deflater(MakeCompressor(kTunedLevel));
+    Buffer out;
+    StorePart(Bytes(noise), noise.size(), false, out);
+    deflater.Part(Bytes(twice) + noise.size(), noise.size(), true, out, noise.size());
+    EXPECT_LT(out.size(), noise.size() + 500);
+    EXPECT_EQ(test::InflateAll(std::string(out.View())), twice);
 }
 
 TEST(Deflater, JoinsPartsOfOneByte) {

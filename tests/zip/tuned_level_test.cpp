@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <random>
+#include <string>
 
 #include "tests/zip/archive_reader.h"
 #include "tests/zip/writer_fixture.h"
@@ -20,12 +22,12 @@ constexpr std::size_t kWindow = std::size_t{1} << 20;
 class TunedLevel : public ::testing::Test {
   protected:
     // Compresses into `room` bytes, which are followed by some that must stay. Empty: no room.
-    std::string Compressed(const std::string& data, std::size_t room) {
+    std::string Compressed(const std::string& data, std::size_t room, std::size_t history = 0) {
         constexpr std::size_t kGuard = 64;
         std::string out(room + kGuard, '\x5A');
-        const std::size_t size =
-            compressor_->Compress(reinterpret_cast<const std::uint8_t*>(data.data()), data.size(),
-                                  reinterpret_cast<std::uint8_t*>(out.data()), room);
+        const std::size_t size = compressor_->CompressAfter(
+            history, reinterpret_cast<const std::uint8_t*>(data.data()) + history,
+            data.size() - history, reinterpret_cast<std::uint8_t*>(out.data()), room);
         EXPECT_LE(size, room);
         EXPECT_EQ(out.substr(room), std::string(kGuard, '\x5A')) << "room " << room;
         return out.substr(0, size);
@@ -35,6 +37,16 @@ class TunedLevel : public ::testing::Test {
         const std::string packed = Compressed(data, compressor_->Bound(data.size()));
         EXPECT_FALSE(packed.empty()) << "size " << data.size();
         EXPECT_TRUE(packed.empty() || test::InflateAll(packed) == data) << "size " << data.size();
+        return packed.size();
+    }
+    // The size that the rest of `data` takes for one who has its first `history` bytes.
+    std::size_t RoundTripAfter(std::size_t history, const std::string& data) {
+        const std::size_t bound = compressor_->Bound(data.size() - history);
+        const std::string packed = Compressed(data, bound, history);
+        EXPECT_FALSE(packed.empty()) << "history " << history << " size " << data.size();
+        EXPECT_TRUE(packed.empty() ||
+                    test::InflateAfter(data.substr(0, history), packed) == data.substr(history))
+            << "history " << history << " size " << data.size();
         return packed.size();
     }
 
@@ -97,6 +109,38 @@ TEST_F(TunedLevel, MatchesAtTheLongestDistance) {
         const std::size_t saved = data.size() + 50 - RoundTrip(data);
         EXPECT_EQ(saved > phrase.size() / 2, distance < 32'768) << distance;
     }
+}
+
+TEST_F(TunedLevel, HistoriesAndInputsOfAllSizes) {
+    for (const std::size_t history : {std::size_t{1}, std::size_t{4}, std::size_t{5}, kSmall,
+                                      kUnit + 1, kHistory - 1, kHistory}) {
+        for (const std::size_t size :
+             {std::size_t{0}, std::size_t{1}, std::size_t{27}, std::size_t{28}, kSmall, kUnit,
+              kUnit + 1, kHistory, kWindow}) {
+            RoundTripAfter(history, test::Prose(history + size));
+            RoundTripAfter(history, test::Noise(history + size));
+            RoundTripAfter(history, Letters(history + size, 3));
+        }
+    }
+}
+
+TEST_F(TunedLevel, MatchesAtTheLongestDistanceIntoTheHistory) {
+    const std::string phrase = test::Noise(2000);
+    const std::string rest = test::Noise(5000, 3);
+    for (std::size_t distance = 32'768 - 2; distance <= 32'768; ++distance) {
+        const std::string between = test::Noise(distance - phrase.size(), 2);
+        const std::string data = phrase + between + phrase + rest;
+        const std::size_t saved = phrase.size() + rest.size() + 50 - RoundTripAfter(distance, data);
+        EXPECT_EQ(saved > phrase.size() / 2, distance < 32'768) << distance;
+    }
+}
+
+// The library keeps what it knows of one input for the next; a history must not last that long.
+TEST_F(TunedLevel, AHistoryIsForOneInputOnly) {
+    const std::string data = test::Prose(3 * kUnit);
+    const std::string alone = Compressed(data, compressor_->Bound(data.size()));
+    RoundTripAfter(kUnit, test::Prose(2 * kUnit));
+    EXPECT_EQ(Compressed(data, compressor_->Bound(data.size())), alone);
 }
 
 TEST_F(TunedLevel, MatchesAcrossUnitsAndWindows) {

@@ -19,8 +19,8 @@ namespace {
 class LibdeflateCompressor : public RawCompressor {
   public:
     explicit LibdeflateCompressor(int level)
-        : handle_(level == kTunedLevel ? vantrel_alloc_tuned_compressor()
-                                       : libdeflate_alloc_compressor(level),
+        : is_tuned_(level == kTunedLevel),
+          handle_(is_tuned_ ? vantrel_alloc_tuned_compressor() : libdeflate_alloc_compressor(level),
                   libdeflate_free_compressor) {
         if (!handle_) {
             throw std::bad_alloc();
@@ -30,11 +30,17 @@ class LibdeflateCompressor : public RawCompressor {
                          std::size_t room) override {
         return libdeflate_deflate_compress(handle_.get(), in, size, out, room);
     }
+    std::size_t CompressAfter(std::size_t history, const std::uint8_t* in, std::size_t size,
+                              std::uint8_t* out, std::size_t room) override {
+        return is_tuned_ ? vantrel_compress_after(handle_.get(), history, in, size, out, room)
+                         : Compress(in, size, out, room);
+    }
     std::size_t Bound(std::size_t size) override {
         return libdeflate_deflate_compress_bound(handle_.get(), size);
     }
 
   private:
+    bool is_tuned_;
     std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> handle_;
 };
 
@@ -89,11 +95,15 @@ struct Deflater::Proof {
 
     // Decompresses block by block: zlib stops after each, and says how many bits of the last byte
     // it has not used and whether that block was the final one (zlib.h, inflate, Z_BLOCK).
-    LastBlock ProveBlocks(const std::uint8_t* in, std::size_t size, const std::uint8_t* packed,
-                          std::size_t packed_size) {
+    LastBlock ProveBlocks(std::size_t history, const std::uint8_t* in, std::size_t size,
+                          const std::uint8_t* packed, std::size_t packed_size) {
         // One byte more than needed, so that too much output shows.
         output.Resize(size + 1);
         inflateReset(&stream);
+        if (history > 0 &&
+            inflateSetDictionary(&stream, in - history, static_cast<uInt>(history)) != Z_OK) {
+            RaiseProofFailed();
+        }
         stream.next_in = const_cast<Bytef*>(packed);
         stream.avail_in = static_cast<uInt>(packed_size);
         stream.next_out = output.data();
@@ -150,17 +160,18 @@ bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
     return true;
 }
 
-void Deflater::Part(const std::uint8_t* in, std::size_t size, bool last, Buffer& out) {
+void Deflater::Part(const std::uint8_t* in, std::size_t size, bool last, Buffer& out,
+                    std::size_t history) {
     const std::size_t start = out.size();
     RawCompressor& compressor = CompressorFor(in, size);
     const std::size_t room = compressor.Bound(size);
     out.Reserve(start + room + 5);
     std::uint8_t* packed = out.data() + start;
-    const std::size_t packed_size = compressor.Compress(in, size, packed, room);
+    const std::size_t packed_size = compressor.CompressAfter(history, in, size, packed, room);
     if (packed_size == 0) {
         RaiseProofFailed();
     }
-    const LastBlock block = proof_->ProveBlocks(in, size, packed, packed_size);
+    const LastBlock block = proof_->ProveBlocks(history, in, size, packed, packed_size);
     out.Resize(start + packed_size);
     if (last) {
         return;

@@ -10,9 +10,12 @@
 
 namespace vantrel::zip {
 
-// Bytes of a big file that are compressed at a time. Larger pieces gain almost nothing (4 MiB saves
-// 0.02 %) and cost memory on every thread; smaller ones lose matches at their seams.
+// Bytes of a big file that are compressed at a time. Larger pieces gain almost nothing, and cost
+// memory on every thread; for smaller ones more of the time would go into what stands before them.
 constexpr std::size_t kChunkSize = std::size_t{1} << 20;
+
+// Bytes before a place that what is said there may refer to (RFC 1951 section 2).
+constexpr std::size_t kHistory = std::size_t{1} << 15;
 
 // Turns bytes into one deflate stream whose last block is marked final. Exchanged in tests only.
 class RawCompressor {
@@ -21,6 +24,11 @@ class RawCompressor {
     // Compresses into at most `room` bytes; returns how many, 0 when it does not fit.
     virtual std::size_t Compress(const std::uint8_t* in, std::size_t size, std::uint8_t* out,
                                  std::size_t room) = 0;
+    // The same, but what comes out may refer to the `history` bytes before `in`, at most kHistory.
+    virtual std::size_t CompressAfter([[maybe_unused]] std::size_t history, const std::uint8_t* in,
+                                      std::size_t size, std::uint8_t* out, std::size_t room) {
+        return Compress(in, size, out, room);
+    }
     // Room that always suffices for `size` bytes.
     virtual std::size_t Bound(std::size_t size) = 0;
 };
@@ -46,9 +54,11 @@ class Deflater {
     bool Whole(const std::uint8_t* in, std::size_t size, Buffer& out);
 
     // Appends the part of a deflate stream that yields `in`; parts joined in order, the last one
-    // with `last` set, are one valid stream (RFC 1951 section 3.2.3). Raises 57 when the proof
-    // fails; `out` is then as before.
-    void Part(const std::uint8_t* in, std::size_t size, bool last, Buffer& out);
+    // with `last` set, are one valid stream (RFC 1951 section 3.2.3). It may refer to the `history`
+    // bytes before `in`, at most kHistory, which the parts before it must yield. Raises 57 when the
+    // proof fails; `out` is then as before.
+    void Part(const std::uint8_t* in, std::size_t size, bool last, Buffer& out,
+              std::size_t history = 0);
 
   private:
     struct Proof;

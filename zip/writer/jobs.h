@@ -39,7 +39,11 @@ struct Job {
     std::uint64_t sequence = 0;     // place in the archive's order, from 0
     std::vector<SourceItem> items;  // of a batch; of a piece, the one file
     std::optional<Piece> piece;
-    Buffer data;  // of a piece, as read
+    Buffer data;              // of a piece: what the file has before it, then the piece, as read
+    std::size_t history = 0;  // bytes of `data` that stand before the piece, at most kHistory
+
+    const std::uint8_t* PieceData() const { return data.data() + history; }
+    std::size_t PieceSize() const { return data.size() - history; }
 };
 
 // One file or folder of a batch, packed.

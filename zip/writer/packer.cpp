@@ -138,19 +138,20 @@ void Packer::PackPiece(Job& job, PackedJob& packed) {
         // one.
         packed.entry.wide_local = NeedsWideSizes(piece.file_size, 0);
     }
-    packed.raw_size = job.data.size();
-    packed.crc = Crc32(job.data.data(), job.data.size());
+    const std::uint8_t* const data = job.PieceData();
+    const std::size_t size = job.PieceSize();
+    packed.raw_size = size;
+    packed.crc = Crc32(data, size);
     if (piece.abandoned) {
         return;
     }
     if (piece.method == Method::kStored) {
-        packed.bytes.Append(job.data.View());
-    } else if (sampler_.LooksIncompressible(job.data.data(), job.data.size())) {
-        StorePart(job.data.data(), job.data.size(), piece.last, packed.bytes);
+        packed.bytes.Append(data, size);
+    } else if (sampler_.LooksIncompressible(data, size)) {
+        StorePart(data, size, piece.last, packed.bytes);
     } else {
-        UntilItWorks(channel_, Cannot(kNotCompressed, packed.path), [&] {
-            deflater_->Part(job.data.data(), job.data.size(), piece.last, packed.bytes);
-        });
+        UntilItWorks(channel_, Cannot(kNotCompressed, packed.path),
+                     [&] { deflater_->Part(data, size, piece.last, packed.bytes, job.history); });
     }
 }
 

@@ -29,7 +29,19 @@ struct WorkSource::BigFile {
     Method method = Method::kDeflated;
     bool again = false;
     bool started = false;
+    Buffer history;  // what stands before `position`, for the next piece to refer to
+
+    void KeepHistory(const Buffer& data);
 };
+
+// After a piece was read, with what stood before it.
+void WorkSource::BigFile::KeepHistory(const Buffer& data) {
+    if (method == Method::kDeflated) {
+        const std::size_t count = std::min(data.size(), kHistory);
+        history.Clear();
+        history.Append(data.data() + data.size() - count, count);
+    }
+}
 
 WorkSource::WorkSource(SourceReader& reader, SourceList& list, ArchiveSink& sink, int level)
     : reader_(reader), list_(list), sink_(sink), level_(level) {}
@@ -158,9 +170,10 @@ void WorkSource::FillPiece(Job& job) {
     piece.first = !big.started;
     piece.again = big.again;
     try {
-        ReadPiece(big, piece, job.data);
+        ReadPiece(big, piece, job);
     } catch (const Error& error) {
         job.data.Clear();
+        job.history = 0;
         piece.last = true;
         piece.abandoned = true;
         piece.trouble = Unreadable(big.path, error);
@@ -174,28 +187,33 @@ void WorkSource::FillPiece(Job& job) {
     job.piece = std::move(piece);
 }
 
-void WorkSource::ReadPiece(BigFile& big, Piece& piece, Buffer& data) {
-    const std::size_t count = reader_.Attempt([&] { return ReadOn(big, data); });
-    const bool shrunk = count < data.size();
-    data.Resize(count);
+void WorkSource::ReadPiece(BigFile& big, Piece& piece, Job& job) {
+    const bool shrunk = !reader_.Attempt([&] { return ReadOn(big, job); });
     big.started = true;
-    big.position += count;
+    big.position += job.PieceSize();
+    big.KeepHistory(job.data);
     piece.last = shrunk || big.position == big.size;
     if (piece.last && (shrunk || big.file->Size() != big.size)) {
         piece.trouble = Changing(big.path);
     }
 }
 
-// Sizes `data` for what ought to come next, and returns how much has come. A file that fails is
-// opened again by the next try.
-std::size_t WorkSource::ReadOn(BigFile& big, Buffer& data) {
+// Fills the job's data with what comes next, behind what stands before it; false when that is less
+// than ought to come. A file that fails is opened again by the next try.
+bool WorkSource::ReadOn(BigFile& big, Job& job) {
     try {
         if (!big.file) {
             OpenBigFile(big);
         }
-        const std::uint64_t left = big.size - big.position;
-        data.Resize(static_cast<std::size_t>(std::min<std::uint64_t>(left, kChunkSize)));
-        return ReadFully(*big.file, data.data(), data.size());
+        const auto wanted =
+            static_cast<std::size_t>(std::min<std::uint64_t>(big.size - big.position, kChunkSize));
+        job.data.Clear();
+        job.data.Append(big.history.View());
+        job.history = job.data.size();
+        job.data.Resize(job.history + wanted);
+        const std::size_t count = ReadFully(*big.file, job.data.data() + job.history, wanted);
+        job.data.Resize(job.history + count);
+        return count == wanted;
     } catch (const Error&) {
         big.file.reset();
         throw;

@@ -40,8 +40,8 @@ class WorkSource {
     void FillBatch(Job& job, SourceItem item);
     void StartBigFile(Job& job, SourceItem item, bool again);
     void FillPiece(Job& job);
-    void ReadPiece(BigFile& big, Piece& piece, Buffer& data);
-    std::size_t ReadOn(BigFile& big, Buffer& data);
+    void ReadPiece(BigFile& big, Piece& piece, Job& job);
+    bool ReadOn(BigFile& big, Job& job);
     void OpenBigFile(BigFile& big);
     bool LooksIncompressible(platform::File& file, std::uint64_t size);
 

@@ -104,13 +104,15 @@ static const u8* write_window(struct libdeflate_compressor* c, struct deflate_ou
 static void compress(struct libdeflate_compressor* restrict c, const u8* in, size_t size,
                      struct deflate_output_bitstream* os) {
     struct tuned_state* const t = state_of(c);
-    struct search search = {&t->matches, in, {0, 0}, in, in + size, t->candidates};
+    const u8* const history = in - t->history;
+    struct search search = {&t->matches, history, {0, 0}, in, in + size, t->candidates};
 
-    if (size <= SMALL_MOST) {
+    if (size <= SMALL_MOST && t->history == 0) {
         compress_small(c, in, (u32)size, os);
         return;
     }
     hc_matchfinder_init(&t->matches);
+    if (t->history != 0) skip(&search, history, t->history);
     memset(&t->recent, 0, sizeof(t->recent));
     t->shortest = calculate_min_match_len(in, size, SEARCH_DEPTH);
     do {
@@ -130,5 +132,16 @@ struct libdeflate_compressor* vantrel_alloc_tuned_compressor(void) {
     c->impl = compress;
     deflate_init_static_codes(c);
     init_logs(state_of(c));
+    state_of(c)->history = 0;
     return c;
+}
+
+size_t vantrel_compress_after(struct libdeflate_compressor* c, size_t history, const void* in,
+                              size_t size, void* out, size_t room) {
+    size_t packed;
+
+    state_of(c)->history = (u32)history;
+    packed = libdeflate_deflate_compress(c, in, size, out, room);
+    state_of(c)->history = 0;
+    return packed;
 }
