@@ -53,9 +53,9 @@ Answer ScriptedDesktop::Show(const forms::Box& box) {
     return TakeFront(answers);
 }
 
-std::string ScriptedDesktop::Input(const std::string& prompt, const std::string&,
-                                   const std::string&) {
-    input_prompts.push_back(prompt);
+std::string ScriptedDesktop::Input(const std::string& prompt, const std::string& title,
+                                   const std::string& default_text) {
+    input_boxes.push_back({prompt, title, default_text});
     return inputs.empty() ? std::string() : TakeFront(inputs);
 }
 
@@ -65,11 +65,25 @@ std::string ScriptedDesktop::OpenFile(const std::string&, const std::string&,
     return files.empty() ? std::string() : TakeFront(files);
 }
 
+void ScriptedDesktop::Step(const std::string& what) {
+    if (on_step) on_step(what);
+}
+
+void ScriptedDesktop::Happens(const std::string& what, const Form& form) {
+    happened.push_back(what + " " + form.name());
+    Step(happened.back());
+}
+
+void ScriptedDesktop::SetPointer(forms::Pointer value) {
+    Step(value == forms::Pointer::kHourglass ? "pointer hourglass" : "pointer default");
+    pointer = value;
+}
+
 void ScriptedDesktop::Load(Form& form) {
     if (form.Loaded()) return;
     form.MarkLoaded(true);
     loaded_.push_back(&form);
-    happened.push_back("load " + form.name());
+    Happens("load", form);
     const forms::HandlerScope scope(form);
     try {
         form.Form_Load();
@@ -86,7 +100,7 @@ void ScriptedDesktop::FirstShow(Form& form) {
     form.MarkVisible(true);
     shown_.push_back(&form);
     to_activate_.push_back(&form);
-    happened.push_back("show " + form.name());
+    Happens("show", form);
 }
 
 void ScriptedDesktop::ShowModeless(Form& form) {
@@ -119,14 +133,14 @@ void ScriptedDesktop::Leave(Form& form) {
 
 void ScriptedDesktop::Hide(Form& form) {
     if (!form.Visible()) return;
-    happened.push_back("hide " + form.name());
+    Happens("hide", form);
     Leave(form);
 }
 
 void ScriptedDesktop::Unload(Form& form, forms::UnloadMode mode) {
     if (!form.Loaded() || Contains(unloading_, form)) return;
     unloading_.push_back(&form);
-    happened.push_back("unload " + form.name());
+    Happens("unload", form);
     try {
         const forms::HandlerScope scope(form);
         form.Form_QueryUnload(mode);
@@ -144,7 +158,7 @@ void ScriptedDesktop::Unload(Form& form, forms::UnloadMode mode) {
 void ScriptedDesktop::RunActivations() {
     while (!to_activate_.empty()) {
         Form& form = *TakeFront(to_activate_);
-        happened.push_back("activate " + form.name());
+        Happens("activate", form);
         const forms::HandlerScope scope(form);
         form.Form_Activate();
     }
@@ -161,6 +175,7 @@ bool ScriptedDesktop::RunIdleStep(const std::string& who) {
 
 void ScriptedDesktop::DoEvents() {
     ++do_events_calls;
+    Step("events");
     RunActivations();
     if (!on_events.empty()) TakeFront(on_events)();
 }

@@ -28,10 +28,16 @@ class ScriptedDesktop : public forms::Desktop {
     std::deque<std::function<void()>> idle;
     // Called inside each box, e.g. to change the disk before the answer.
     std::function<void(const forms::Box&)> on_box;
+    // Called at each step, before it is taken: what goes into `happened`, and "events", "pointer
+    // hourglass", "pointer default" beside it.
+    std::function<void(const std::string&)> on_step;
 
     // --- looking ---
+    struct InputBox {
+        std::string prompt, title, default_text;
+    };
     std::vector<forms::Box> boxes;
-    std::vector<std::string> input_prompts;
+    std::vector<InputBox> input_boxes;
     std::vector<std::string> file_starts;
     // "load Frm_Backup", "show ...", "activate ...", "hide ...", "unload ...".
     std::vector<std::string> happened;
@@ -54,9 +60,11 @@ class ScriptedDesktop : public forms::Desktop {
     void DoEvents() override;
     void WaitEvents() override;
     void Run() override;
-    void SetPointer(forms::Pointer value) override { pointer = value; }
+    void SetPointer(forms::Pointer value) override;
 
   private:
+    void Step(const std::string& what);
+    void Happens(const std::string& what, const forms::Form& form);
     void FirstShow(forms::Form& form);
     void Leave(forms::Form& form);
     void RunActivations();

@@ -57,9 +57,12 @@ TEST_F(Desktop, QuestionWithoutAnAnswerGetsTheDefaultButton) {
 
 TEST_F(Desktop, InputBoxWithoutAnAnswerIsCancelled) {
     desktop.inputs = {"typed"};
-    EXPECT_EQ(desktop.Input("first?", "", "default"), "typed");
+    EXPECT_EQ(desktop.Input("first?", "Title", "default"), "typed");
     EXPECT_EQ(desktop.Input("second?", "", "default"), "");
-    EXPECT_THAT(desktop.input_prompts, ElementsAre("first?", "second?"));
+    ASSERT_EQ(desktop.input_boxes.size(), 2u);
+    EXPECT_EQ(desktop.input_boxes[0].prompt, "first?");
+    EXPECT_EQ(desktop.input_boxes[0].title, "Title");
+    EXPECT_EQ(desktop.input_boxes[0].default_text, "default");
 }
 
 TEST_F(Desktop, ModalWindowLoadsShowsActivatesAndWaitsUntilItIsHidden) {

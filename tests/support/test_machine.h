@@ -72,6 +72,7 @@ class TestSettings : public platform::Settings {
     std::map<std::string, std::string> values;  // "Section/Key"
     int reads = 0;
     int writes = 0;
+    std::function<void()> on_write;  // before the value changes
     std::optional<std::string> Read(const std::string& section, const std::string& key) override;
     void Write(const std::string& section, const std::string& key,
                const std::string& value) override;

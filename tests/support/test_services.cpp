@@ -31,6 +31,7 @@ std::optional<std::string> TestSettings::Read(const std::string& section, const 
 void TestSettings::Write(const std::string& section, const std::string& key,
                          const std::string& value) {
     ++writes;
+    if (on_write) on_write();
     values[section + "/" + key] = value;
 }
 

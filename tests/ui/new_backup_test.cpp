@@ -36,8 +36,18 @@ class NewBackup : public EditorFixture {
 
 TEST_F(NewBackup, AsksForTheName) {
     Type("Weekly");
-    EXPECT_THAT(desktop.input_prompts,
-                ElementsAre("Please enter the name of the Configuration File."));
+    ASSERT_EQ(desktop.input_boxes.size(), 1u);
+    EXPECT_EQ(desktop.input_boxes[0].prompt, "Please enter the name of the Configuration File.");
+    EXPECT_EQ(desktop.input_boxes[0].title, "New Configuration");
+    EXPECT_EQ(desktop.input_boxes[0].default_text, "");
+}
+
+TEST_F(NewBackup, EmptiesTheMessageTextOnceThereIsAName) {
+    program.globals.MessageText = "left over";
+    Type("");
+    EXPECT_EQ(program.globals.MessageText, "left over");
+    Type("Weekly");
+    EXPECT_EQ(program.globals.MessageText, "");
 }
 
 TEST_F(NewBackup, TypingWeeklyCreatesWeeklyIni) {
