@@ -3,6 +3,7 @@
 
 #include "backupset/clsINI.h"
 #include "tests/support/program_fixture.h"
+#include "tests/support/redraw_watch.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
@@ -41,6 +42,18 @@ TEST_F(BackupTabTest, SelectingASetShowsItsFourValues) {
     EXPECT_EQ(Tab().Fld_BackupOptions.Caption(), "SubDir=ON, MultiVolume=OFF, Time=ON");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
+}
+
+TEST_F(BackupTabTest, SelectionRedrawsTheWindowAndYieldsOnceBeforeItReadsTheSet) {
+    PutSet("DAILY.INI", {.name = "OLD"});
+    Open();
+    std::vector<std::string> steps;
+    const RedrawWatch watch(*window, [&] { steps.emplace_back("redraw"); });
+    desktop.on_step = [&](const std::string& step) { steps.push_back(step); };
+    desktop.on_events = {[this] { PutSet("DAILY.INI", {.name = "NEW"}); }};
+    Select("DAILY.INI");
+    EXPECT_THAT(steps, ElementsAre("redraw", "events"));
+    EXPECT_EQ(Tab().Lbl_BackupFileName.Caption(), "NEW");
 }
 
 TEST_F(BackupTabTest, DestinationIsShownWithABackslashEnsured) {
@@ -160,6 +173,7 @@ TEST_F(BackupTabTest, UnreachableDestinationShowsTheSecondMessageAtEachSelection
               "cannot locate Q:\\Backups\\\r\n\r\nIf the Drive Selected is a Removable Drive then "
               "place a Disk into the Drive Now.");
     EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    EXPECT_EQ(desktop.boxes[0].title, "Backup");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     window->TAB_Backup.SetTab(2);
     window->TAB_Backup.SetTab(0);
@@ -256,6 +270,15 @@ TEST_F(BackupTabTest, EditModeIsOffAfterLoadAndAfterEachSelection) {
     EXPECT_TRUE(Tab().Cmd_Change.Enabled());
 }
 
+TEST_F(BackupTabTest, EditModeEndsThoughTheSourceDriveIsMissing) {
+    PutSet("GONE.INI", {.files = "Q:\\*.*"});
+    Open();
+    Tab().Cmd_Change.Press();
+    Select("GONE.INI");
+    EXPECT_FALSE(Tab().Dir_DirList.Enabled());
+    EXPECT_TRUE(Tab().Cmd_Change.Enabled());
+}
+
 TEST_F(BackupTabTest, ButtonsOfADialogAskForASetFirst) {
     Open();
     Tab().Cmd_Change.Press();
@@ -272,14 +295,15 @@ TEST_F(BackupTabTest, ButtonsOfADialogAskForASetFirst) {
     EXPECT_EQ(desktop.Front(), window.get());
 }
 
-TEST_F(BackupTabTest, ButtonsOpenTheirDialogsForTheSetShown) {
-    PutSet("ALL.INI", {});
+TEST_F(BackupTabTest, ButtonsOpenTheirDialogsForTheSetShownAndReadItNoMore) {
+    PutSet("ALL.INI", {.name = "SHOWN"});
     Open();
     Select("ALL.INI");
     Tab().Cmd_Change.Press();
     std::vector<std::string> opened;
     const auto close = [&] {
         opened.push_back(desktop.Front()->name());
+        PutSet("ALL.INI", {.name = "CHANGED"});
         dynamic_cast<forms::Button&>(*desktop.Front()->Find("Cmd_Cancel")).UserPress();
     };
     desktop.idle.assign(4, close);
@@ -288,7 +312,8 @@ TEST_F(BackupTabTest, ButtonsOpenTheirDialogsForTheSetShown) {
     EXPECT_THAT(opened, ElementsAre("Frm_BackupWhere", "Frm_BackupOptions", "Frm_BackupOptions",
                                     "Frm_BackupOptions"));
     EXPECT_THAT(desktop.boxes, IsEmpty());
-    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({.name = "CHANGED"}));
+    EXPECT_EQ(Tab().Lbl_BackupFileName.Caption(), "SHOWN");
 }
 
 TEST_F(BackupTabTest, ChoosingAnEmptyDriveIsToldAndWritesNothing) {
