@@ -21,13 +21,6 @@ TEST_F(Splash, ShowsTheVersionOfTheProgram) {
     EXPECT_EQ(splash.Lbl_Version.Caption(), "Version 3.0.6");
 }
 
-TEST_F(Splash, FixedLinesAreTheProductsOwn) {
-    EXPECT_EQ(splash.Lbl_ProductName.Caption(), "Vantrel");
-    EXPECT_EQ(splash.Lbl_Description.Caption(), "Backup Utility");
-    EXPECT_EQ(splash.Lbl_Platform.Caption(), "for Windows 95/98/NT");
-    EXPECT_EQ(splash.Lbl_CompanyProduct.Caption(), "Corvane Limited ");
-}
-
 TEST_F(Splash, TimerIsOffUntilTheWindowIsActivated) {
     desktop.ShowModeless(splash);
     EXPECT_FALSE(splash.Tim_Delay.Enabled());
@@ -103,12 +96,19 @@ TEST_F(Splash, StartWithoutAnyOtherWorkShowsItForFiveSecondsBeforeTheMainWindow)
     EXPECT_TRUE(application.main_window().Visible());
 }
 
-TEST_F(Splash, SecondCopyAndUnattendedRunAreHeldToo) {
+TEST_F(Splash, SecondCopyIsHeldToo) {
     machine.process.previous_instance = true;
-    Unattended("DAILY.INI");
     Application application(machine.machine(), desktop);
     application.Main();
     EXPECT_EQ(desktop.waited, milliseconds(5000));
+}
+
+TEST_F(Splash, UnattendedRunIsHeldToo) {
+    Unattended("GONE.INI");
+    Application application(machine.machine(), desktop);
+    application.Main();
+    EXPECT_EQ(desktop.waited, milliseconds(5000));
+    EXPECT_EQ(desktop.Front(), nullptr);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "app/application.h"
 #include "tests/support/program_fixture.h"
+#include "tests/support/redraw_watch.h"
 
 namespace vantrel::test {
 namespace {
@@ -11,12 +14,31 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
+using Lines = std::vector<std::string>;
+
 class StartUp : public ProgramFixture {
   protected:
     StartUp() { MakeSourceAndDestination(); }
     void Start() {
         application = std::make_unique<Application>(machine.machine(), desktop);
         application->Main();
+    }
+    // Starts, and returns all that it did in its order: the desktop's steps, redraws of the splash,
+    // and the log's records, which are looked at before each step.
+    Lines OrderOfStart() {
+        Lines order;
+        std::size_t records_seen = 0;
+        std::optional<RedrawWatch> splash;
+        desktop.on_step = [&](const std::string& step) {
+            const Lines records = LogRecords();
+            while (records_seen < records.size()) order.push_back(records[records_seen++]);
+            order.push_back(step);
+            if (step != "load Frm_Splash") return;
+            splash.emplace(*desktop.Front(), [&] { order.push_back("redraw Frm_Splash"); });
+        };
+        Start();
+        desktop.on_step = nullptr;
+        return order;
     }
     // Of a program that an error ends before its start is over.
     int ExitCodeOfOverflow() {
@@ -45,19 +67,25 @@ class StartUp : public ProgramFixture {
 
 TEST_F(StartUp, GlobalsAreSetBeforeAnythingElse) {
     machine.process.base_name = "MyBackup";
-    Start();
-    const auto& globals = application->program().globals;
-    EXPECT_EQ(globals.LogFilePath, "C:\\Vantrel\\MyBackup.Log");
-    EXPECT_EQ(globals.CrLf, "\r\n");
+    application = std::make_unique<Application>(machine.machine(), desktop);
+    auto& globals = application->program().globals;
+    globals.MessageText = globals.TextBuffer = "left over";
+    Lines at_first;
+    desktop.on_step = [&](const std::string& step) {
+        if (!at_first.empty()) return;
+        at_first = {step, globals.LogFilePath, globals.CrLf, globals.MessageText,
+                    globals.TextBuffer};
+    };
+    application->Main();
+    EXPECT_THAT(at_first,
+                ElementsAre("pointer hourglass", "C:\\Vantrel\\MyBackup.Log", "\r\n", "", ""));
 }
 
 TEST_F(StartUp, WithoutParameterWritesStartupThenNilBeforeTheMainWindowShows) {
-    desktop.on_events.clear();
-    Start();
-    EXPECT_THAT(LogRecords(),
-                ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil"));
-    EXPECT_THAT(desktop.happened,
-                ElementsAre("load Frm_Splash", "show Frm_Splash", "activate Frm_Splash",
+    EXPECT_THAT(OrderOfStart(),
+                ElementsAre("pointer hourglass", "events", "load Frm_Splash", "show Frm_Splash",
+                            "redraw Frm_Splash", "events", "activate Frm_Splash",
+                            "Application 3.0.6 Started", "Command Line Parameter = Nil",
                             "load Frm_Mainmenu", "show Frm_Mainmenu", "unload Frm_Splash"));
     EXPECT_TRUE(application->main_window().Loaded());
     EXPECT_EQ(application->ExitCode(), 0);
@@ -71,19 +99,28 @@ TEST_F(StartUp, NeverSetsThePointerBack) {
 TEST_F(StartUp, LogOverTheLimitIsTrimmedWithItsNoteAfterTheStartRecords) {
     std::string log;
     for (int i = 0; i < 12; ++i) log += "header\r\n";
-    while (log.size() < 60000) log += "20 characters of time old record\r\n";
+    while (log.size() < 60000) log += std::string(20, '.') + "old record\r\n";
     machine.PutFile("C:\\Vantrel\\Vantrel.Log", log);
+    Lines when_loaded;
+    desktop.on_step = [&](const std::string& step) {
+        if (step == "load Frm_Mainmenu") when_loaded = LogRecords();
+    };
     Start();
     EXPECT_LT(Log().size(), 52000u);
-    EXPECT_THAT(Log(), HasSubstr("Log File Truncated from 60K to about 52K"));
+    ASSERT_GT(when_loaded.size(), 4u);
+    when_loaded.erase(when_loaded.begin(), when_loaded.end() - 4);
+    EXPECT_THAT(when_loaded,
+                ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil",
+                            "Log File Truncated from 60K to about 52K", ""));
 }
 
 TEST_F(StartUp, SecondCopyWritesOneRecordAndNothingElse) {
     machine.process.previous_instance = true;
-    Start();
+    EXPECT_THAT(OrderOfStart(),
+                ElementsAre("pointer hourglass", "events", "load Frm_Splash", "show Frm_Splash",
+                            "redraw Frm_Splash", "events", "activate Frm_Splash",
+                            "Previous Instance Detected - Not Started", "unload Frm_Splash"));
     EXPECT_THAT(LogRecords(), ElementsAre("Previous Instance Detected - Not Started"));
-    EXPECT_FALSE(application->main_window().Loaded());
-    EXPECT_EQ(desktop.happened.back(), "unload Frm_Splash");
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
