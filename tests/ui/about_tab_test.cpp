@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/program_fixture.h"
@@ -27,9 +28,13 @@ TEST_F(About, VersionFieldsAreEmptyUntilTheTabIsShown) {
     EXPECT_EQ(tab.Fld_Build.Caption(), "6");
 }
 
-TEST_F(About, PointerIsBackAfterShowing) {
+TEST_F(About, PointerIsAnHourglassWhileTheFieldsAreFilled) {
+    std::vector<std::string> steps;
+    desktop.on_step = [&](const std::string& step) {
+        steps.push_back(step + (tab.Fld_Build.Caption().empty() ? "" : ", filled"));
+    };
     window.TAB_Backup.SetTab(kAbout);
-    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+    EXPECT_THAT(steps, ::testing::ElementsAre("pointer hourglass", "pointer default, filled"));
 }
 
 TEST_F(About, WebAddressFlashesOnlyWhileTheTabIsShown) {

@@ -185,6 +185,19 @@ TEST_F(EditorSave, FirstDirectSaveAfterOneThroughTheQuestionIsConfirmedAndNoOthe
     EXPECT_EQ(desktop.boxes.size(), 2u);
 }
 
+TEST_F(EditorSave, SavesThroughTheQuestionAreNeverConfirmed) {
+    Open();
+    PickAndType("DAILY.INI", TextWithName("ONE"));
+    desktop.answers = {forms::Answer::kYes, forms::Answer::kYes};
+    PickAndType("WEEKLY.INI", TextWithName("TWO"));
+    Pick("DAILY.INI");
+    ASSERT_EQ(desktop.boxes.size(), 2u);
+    for (const auto& box : desktop.boxes) EXPECT_EQ(box.title, "Changes");
+    EXPECT_THAT(Saved(), HasSubstr("BackupFileName=ONE\r\n"));
+    EXPECT_THAT(machine.Content(PathOf("WEEKLY.INI")), HasSubstr("BackupFileName=TWO\r\n"));
+    EXPECT_TRUE(Tab().ConfirmSave);
+}
+
 TEST_F(EditorSave, AnsweringNoToTheConfirmationChangesNothingAndItIsAskedAgain) {
     Open();
     PickAndType("DAILY.INI", TextWithName("ONE"));

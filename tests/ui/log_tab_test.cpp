@@ -2,12 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/program_fixture.h"
+#include "tests/support/redraw_watch.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
 
-using ::testing::IsEmpty;
+using ::testing::ElementsAre;
 
 constexpr const char* kLog = "C:\\Vantrel\\Vantrel.Log";
 const std::string kHint = "The Vantrel Log File is being limited to a File Size of 50K.";
@@ -54,6 +55,20 @@ TEST_F(LogTabTest, RefreshReadsTheLogAgain) {
     machine.PutFile(kLog, "one\r\ntwo\r\n");
     Tab().Cmd_Refresh.UserPress();
     EXPECT_EQ(Tab().Fld_Log.Text(), "one\r\ntwo\r\n");
+}
+
+// The viewer empties and redraws once more, under its hourglass.
+TEST_F(LogTabTest, ViewIsEmptiedAndRedrawnBeforeTheViewerBegins) {
+    machine.PutFile(kLog, "old");
+    Tab().Cmd_Refresh.UserPress();
+    machine.PutFile(kLog, "new");
+    std::vector<std::string> steps;
+    desktop.on_step = [&](const std::string& step) { steps.push_back(step); };
+    const RedrawWatch watch(Tab().Fld_Log,
+                            [&] { steps.push_back("redraw \"" + Tab().Fld_Log.Text() + "\""); });
+    Tab().Cmd_Refresh.UserPress();
+    EXPECT_THAT(steps, ElementsAre("redraw \"\"", "pointer hourglass", "redraw \"\"", "events",
+                                   "redraw \"new\"", "pointer default"));
 }
 
 TEST_F(LogTabTest, ViewIsScrolledByAThousandLinesAndTheFocusGoesBack) {

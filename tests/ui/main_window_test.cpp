@@ -101,10 +101,11 @@ TEST_F(MainWindow, StoredEmptyNameSelectsNothing) {
     EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
 }
 
-TEST_F(MainWindow, SetNamedNilIsNeverRemembered) {
-    PutSet("Nil", {});
+TEST_F(MainWindow, NothingRememberedSelectsNothing) {
+    PutSet("Daily.ini", {});
     Open();
     EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+    EXPECT_EQ(machine.settings.reads, 1);
 }
 
 TEST_F(MainWindow, UnattendedNeitherReadsNorWritesTheRememberedSet) {
@@ -128,20 +129,39 @@ TEST_F(MainWindow, ClosingWritesTheExitRecordAndStoresTheSelection) {
     EXPECT_EQ(machine.settings.values[kRemembered], "Daily.ini");
 }
 
+TEST_F(MainWindow, ExitRecordIsWrittenBeforeTheSelectionIsStored) {
+    Open();
+    std::vector<std::string> records;
+    machine.settings.on_write = [&] { records = LogRecords(); };
+    desktop.Unload(*window);
+    EXPECT_THAT(records, ElementsAre("Application Closed - Unloaded by Invoked from code.",
+                                     std::string(60, '-')));
+}
+
 TEST_F(MainWindow, ClosingWithNothingSelectedStoresAnEmptyName) {
     Open();
     desktop.Unload(*window);
     EXPECT_EQ(machine.settings.values.at(kRemembered), "");
 }
 
-TEST_F(MainWindow, ExitButtonAndFileMenuUnloadFromCode) {
+TEST_F(MainWindow, ExitButtonsAndFileMenuUnloadFromCode) {
     Open();
     window->Backup.Cmd_Exit.Press();
     EXPECT_FALSE(window->Loaded());
     EXPECT_EQ(LogRecords().front(), "Application Closed - Unloaded by Invoked from code.");
     Open();
+    window->Restore.Cmd_Exit.Press();
+    EXPECT_FALSE(window->Loaded());
+    Open();
     window->Menu_File_Exit.UserChoose();
     EXPECT_FALSE(window->Loaded());
+}
+
+TEST_F(MainWindow, WaitingPanelSaysItsTwoLinesAndIsHiddenUntilATreeLoads) {
+    Open();
+    EXPECT_EQ(window->Secure.SSP_PleaseWait.Caption(),
+              "Please Wait...\r\nLoading Folder Structure");
+    EXPECT_FALSE(window->Secure.SSP_PleaseWait.Visible());
 }
 
 TEST_F(MainWindow, PointerIsAnHourglassUntilTheFirstActivation) {

@@ -6,6 +6,7 @@
 #include "common/error.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
+#include "tests/support/redraw_watch.h"
 
 namespace vantrel::test {
 namespace {
@@ -81,18 +82,21 @@ TEST_F(TextViews, TextIsUpdatedAfterEveryLine) {
     EXPECT_THAT(seen, ::testing::ElementsAre("one", "one\r\ntwo", "one\r\ntwo\r\nthree"));
 }
 
-TEST_F(TextViews, EventsRunOnceBetweenEmptyingAndReading) {
-    Lines("old");
-    desktop.do_events_calls = 0;
-    desktop.on_events.push_back([&] {
-        EXPECT_EQ(box.Text(), "");
-        EXPECT_EQ(desktop.pointer, forms::Pointer::kHourglass);
-        machine.PutFile("C:\\Vantrel\\A.INI", "new");
-    });
-    Show_INI(program, "A.INI", box, caption);
-    EXPECT_EQ(box.Text(), "new");
-    EXPECT_EQ(desktop.do_events_calls, 1);
-    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+TEST_F(TextViews, EventsRunOnceBetweenEmptyingAndReadingUnderAnHourglass) {
+    std::vector<std::string> steps;
+    desktop.on_step = [&](const std::string& step) { steps.push_back(step); };
+    const RedrawWatch watch(box, [&] { steps.push_back("redraw \"" + box.Text() + "\""); });
+    const auto expect_steps = [&](auto show) {
+        machine.PutFile("C:\\Vantrel\\A.INI", "old");
+        box.SetText("text");
+        steps.clear();
+        desktop.on_events = {[&] { machine.PutFile("C:\\Vantrel\\A.INI", "new"); }};
+        show();
+        EXPECT_THAT(steps, ::testing::ElementsAre("pointer hourglass", "redraw \"\"", "events",
+                                                  "redraw \"new\"", "pointer default"));
+    };
+    expect_steps([&] { Show_INI(program, "A.INI", box, caption); });
+    expect_steps([&] { Show_INIQuick(program, "A.INI", box); });
 }
 
 TEST_F(TextViews, MissingFileIsAnEmptyTextWithoutAYield) {
