@@ -97,6 +97,22 @@ TEST_F(BackupSetFile, CreateReportsItsErrorsUnderItsLabel) {
     EXPECT_TRUE(machine.Names("C:\\Vantrel").empty());
 }
 
+TEST_F(BackupSetFile, PartsReportTheirErrorsUnderTheirLabel) {
+    struct NowhereProcess : test::TestProcess {
+        std::string ApplicationFolder() override { RaiseError(error_number::kDeviceIo); }
+    } nowhere;
+    platform::Machine lost = test::With({.process = &nowhere}, machine.machine());
+    forms::Program its_program{lost, desktop, program.globals};
+    ExpectReported([&] { clsINI(its_program).Backup_Parts("A.TXT", clsINI::kDrive); },
+                   "clsINI:Backup_Parts Method", "Device I/O error");
+}
+
+TEST_F(BackupSetFile, ValidationReportsItsErrorsUnderItsLabel) {
+    desktop.on_box = [](const forms::Box&) { RaiseError(error_number::kOutOfMemory); };
+    ExpectReported([&] { clsINI(program).Validate_OnSave(); }, "clsINI:Validate_OnSave Method",
+                   "Out of memory");
+}
+
 TEST_F(BackupSetFile, CreateOverAReadOnlySetFailsAndLeavesIt) {
     machine.PutFile(kFile, "old");
     machine.files().SetAttributes(kFile, platform::attribute::kReadOnly);

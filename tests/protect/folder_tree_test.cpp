@@ -220,6 +220,17 @@ TEST_F(FolderTree, DeepFoldersAreFollowedToTheirEnd) {
     EXPECT_EQ(tree.At(300).tag, path);
 }
 
+TEST_F(FolderTree, HelpTextReportsItsErrorsUnderItsLabel) {
+    forms::TextBox box{window, "Fld_SecureData", true, true};
+    box.Change = [] { RaiseError(error_number::kOutOfMemory); };
+    try {
+        clsInfo().SecureData(box);
+        ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsInfo:SecureData Method");
+    }
+}
+
 TEST_F(FolderTree, HelpTextIsShownAsItAlwaysWas) {
     forms::TextBox box{window, "Fld_SecureData", true, true};
     clsInfo().SecureData(box);

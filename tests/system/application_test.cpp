@@ -44,6 +44,20 @@ TEST_F(Application, ShutDownUnloadsALoadedSplash) {
     EXPECT_FALSE(splash.Loaded());
 }
 
+TEST_F(Application, ShutDownReportsItsErrors) {
+    struct Stubborn : forms::Form {
+        using Form::Form;
+        void Form_Unload() override { RaiseError(error_number::kDeviceIo); }
+    } splash(program, "Frm_Splash");
+    desktop.Load(splash);
+    try {
+        clsApplication(program).ShutDown(&splash);
+        ADD_FAILURE() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsApplication:ShutDown Method");
+    }
+}
+
 TEST_F(Application, ShutDownDoesNothingElse) {
     forms::Form splash(program, "Frm_Splash");
     clsApplication(program).ShutDown(&splash);
