@@ -154,6 +154,10 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
             SetWindowLongPtrW(window, DWLP_MSGRESULT, TRUE);
             return TRUE;
+        case WM_NEXTDLGCTL:  // from a text view, which knows of its page only
+            if (window == window_) return FALSE;
+            SendMessageW(window_, message, wparam, lparam);
+            return TRUE;
         default:
             return window == window_ ? HandleForTop(message, wparam, lparam) : FALSE;
     }
