@@ -251,6 +251,7 @@ set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/views/menu_person.cpp
     tests/views/poisoned_memory.cpp
+    tests/views/real_windows_test.cpp
     tests/views/screen_test.cpp
     tests/views/win32_doing.cpp
     tests/views/win32_seeing.cpp)

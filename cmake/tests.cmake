@@ -89,6 +89,7 @@ vantrel_tests(views SOURCES ${VIEWS_TESTS} LINK vantrel_forms vantrel_machine SC
 
 if(WIN32)
     vantrel_show_windows(views_tests)
+    target_link_libraries(views_tests PRIVATE vantrel_app)
     add_dependencies(views_tests vantrel_clip)
     # A second program for tests to start; it stands beside them.
     add_executable(process_probe tests/platform/process_probe.cpp)

@@ -29,6 +29,12 @@ inline std::wstring ClassOf(HWND window) {
     return name;
 }
 
+inline std::string FaceOf(HWND window) {
+    LOGFONTW font{};
+    GetObjectW(reinterpret_cast<HFONT>(Send(window, WM_GETFONT)), sizeof font, &font);
+    return views::Utf8(font.lfFaceName);
+}
+
 // The first window that `wanted` takes, among `parent` and all that is in it, or among this
 // thread's windows when there is no parent; nullptr when there is none.
 inline HWND WindowWhere(HWND parent, const std::function<bool(HWND)>& wanted) {

@@ -1,0 +1,298 @@
+// The program's own windows on the screen: what their dialogs say, the keys that lead through them,
+// and what is painted behind the splash.
+#include <algorithm>
+#include <map>
+
+#include "app/Frm_Splash.h"
+#include "common/error.h"
+#include "tests/platform/machine_under_test.h"
+#include "tests/support/test_machine.h"
+#include "tests/views/real_controls.h"
+#include "tests/views/win32_user.h"
+#include "ui/Frm_Mainmenu.h"
+
+namespace vantrel::test {
+
+namespace {
+
+using forms::Kind;
+using Lines = std::vector<std::string>;
+
+// The real machine, with an application folder on an empty drive. There is a command line, so that
+// nobody is asked anything.
+class RealProgram : public ::testing::Test {
+  protected:
+    RealProgram() {
+        process.application_folder = machine->OtherDrive() + "\\Real";
+        process.command_line = "NONE.INI";
+        program.globals.CrLf = "\r\n";
+        program.globals.LogFilePath = program.InApplicationFolder("Vantrel.Log");
+        auto& files = program.machine.files;
+        files.MakeFolder(process.application_folder);
+        files.Open(program.globals.LogFilePath, platform::OpenMode::kAppend)->Close();
+    }
+    ~RealProgram() override {
+        auto& files = program.machine.files;
+        Lines names;
+        files.List(process.application_folder, [&names](const platform::FileInfo& entry) {
+            names.push_back(entry.name);
+            return true;
+        });
+        for (const auto& name : names) files.RemoveFile(program.InApplicationFolder(name));
+        files.RemoveFolder(process.application_folder);
+    }
+
+    std::unique_ptr<MachineUnderTest> machine = NewMachineUnderTest();
+    TestProcess process;
+    platform::Machine with_process = With({.process = &process}, machine->machine());
+    Win32User user;
+    forms::Program program{with_process, user.desktop()};
+};
+
+class RealMainWindow : public RealProgram {
+  protected:
+    RealMainWindow() {
+        program.desktop.ShowModeless(window);
+        program.desktop.DoEvents();
+    }
+    ~RealMainWindow() override { program.desktop.Unload(window); }
+
+    // Those that stand on the screen, by what `text_of` says of them.
+    Lines Seen(const std::function<std::string(forms::Control&)>& text_of) const {
+        Lines lines;
+        for (forms::Control* control : window.controls())
+            if (control->kind() != Kind::kTimer && control->kind() != Kind::kMenu)
+                lines.push_back(control->name() + ": " + text_of(*control));
+        return lines;
+    }
+    void ShowTab(int tab) {
+        window.TAB_Backup.SetTab(tab);
+        program.desktop.DoEvents();
+    }
+    std::string Focus() const {
+        for (const forms::Control* control : window.controls())
+            if (const int id = IdOf(*control); id && id == GetDlgCtrlID(GetFocus()))
+                return control->name();
+        return "nothing of ours";
+    }
+    // The controls that the Tab key leads to, from the tabs around to them again.
+    Lines Walk() {
+        constexpr std::size_t kTooMany = 20;
+        window.TAB_Backup.SetFocus();
+        Lines order;
+        for (;;) {
+            PressKey(GetFocus(), VK_TAB);
+            program.desktop.DoEvents();
+            if (Focus() == "TAB_Backup") return order;
+            order.push_back(Focus());
+            if (order.size() == kTooMany) return order;
+        }
+    }
+    // The same with the Shift key held down.
+    Lines WalkBack() {
+        BYTE keys[256]{};
+        GetKeyboardState(keys);
+        keys[VK_SHIFT] = 0x80;
+        SetKeyboardState(keys);
+        const Lines order = Walk();
+        keys[VK_SHIFT] = 0;
+        SetKeyboardState(keys);
+        return order;
+    }
+    void ExpectTabOrder(int tab, Lines order) {
+        ShowTab(tab);
+        EXPECT_EQ(order, Walk());
+        std::reverse(order.begin(), order.end());
+        EXPECT_EQ(order, WalkBack());
+    }
+    // Where the keyboard is after Alt and a letter.
+    std::string FocusAfterAlt(char letter) {
+        window.TAB_Backup.SetFocus();
+        constexpr LPARAM kWithAlt = 1 << 29;
+        PostMessageW(GetFocus(), WM_SYSCHAR, static_cast<WPARAM>(letter), kWithAlt);
+        program.desktop.DoEvents();
+        return Focus();
+    }
+    HWND Page() const {
+        return WindowWhere(TopOf(window), [](HWND each) {
+            return ClassOf(each) == L"#32770" && IsWindowVisible(each);
+        });
+    }
+    // The access keys of a page in the order of its controls, capital letters.
+    std::string AccessKeys() const {
+        std::string keys;
+        WindowWhere(Page(), [&keys](HWND each) {
+            const bool is_label = ClassOf(each) == L"Static";
+            if (is_label && (GetWindowLongPtrW(each, GWL_STYLE) & SS_NOPREFIX)) return false;
+            if (!is_label && ClassOf(each) != L"Button") return false;
+            std::wstring text(100, L'\0');
+            GetWindowTextW(each, text.data(), static_cast<int>(text.size()));
+            const std::size_t mark = text.find(L'&');
+            if (mark != std::wstring::npos)
+                keys += static_cast<char>(std::toupper(static_cast<int>(text[mark + 1])));
+            return false;
+        });
+        return keys;
+    }
+
+    Frm_Mainmenu window{program};
+};
+
+TEST_F(RealMainWindow, ShowsItsSixTabs) {
+    EXPECT_EQ((Lines{"Backup", "Restore", "INI Edit", "Log", "Secure Data", "About"}),
+              user.TabCaptions(window.TAB_Backup));
+}
+
+TEST_F(RealMainWindow, SaysWhatItsControlsSay) {
+    const auto has_caption = [](const forms::Control& control) {
+        return control.kind() == Kind::kLabel || control.kind() == Kind::kButton ||
+               control.kind() == Kind::kFrame;
+    };
+    EXPECT_EQ(Seen([&](auto& each) { return has_caption(each) ? each.Caption() : ""; }),
+              Seen([&](auto& each) { return has_caption(each) ? user.Text(each) : ""; }));
+}
+
+TEST_F(RealMainWindow, EachToolTipIsThereAndLabelsThatHaveOneTakeTheMouse) {
+    const HWND top = TopOf(window);
+    const HWND tips = WindowWhere(nullptr, [top](HWND each) {
+        return ClassOf(each) == TOOLTIPS_CLASSW && GetWindow(each, GW_OWNER) == top;
+    });
+    ASSERT_NE(nullptr, tips);
+    const auto tip_of = [tips](const forms::Control& control) {
+        const HWND handle = HandleOf(control);
+        std::wstring text(100, L'\0');
+        TTTOOLINFOW tool{};
+        tool.cbSize = sizeof tool;
+        tool.hwnd = GetParent(handle);
+        tool.uId = reinterpret_cast<UINT_PTR>(handle);
+        tool.lpszText = text.data();
+        Send(tips, TTM_GETTEXTW, text.size(), reinterpret_cast<LPARAM>(&tool));
+        text.resize(std::wcslen(text.c_str()));
+        return views::Utf8(text);
+    };
+    EXPECT_EQ(Seen([](auto& each) { return each.Tooltip(); }), Seen(tip_of));
+    for (const forms::Control* control : window.controls()) {
+        const HWND handle = control->Tooltip().empty() ? nullptr : HandleOf(*control);
+        if (!handle || ClassOf(handle) != L"Static") continue;  // all else takes the mouse
+        POINT middle = MiddleOf(ClientOf(handle));
+        ClientToScreen(handle, &middle);
+        EXPECT_NE(HTTRANSPARENT, Send(handle, WM_NCHITTEST, 0, MAKELPARAM(middle.x, middle.y)))
+            << control->name();
+    }
+}
+
+TEST_F(RealMainWindow, TextViewsAreInCourierTheProductInArialAllElseInSansSerif) {
+    const std::map<std::string, std::string> faces = {
+        {"Fld_INI", "Courier New"},   {"Fld_Log", "Courier New"},
+        {"Lbl_ProductName", "Arial"}, {"Lbl_CompanyProduct", "Arial"},
+        {"Lbl_Description", "Arial"}, {"Lin_Mainmenu", ""}};  // a mere line
+    const auto wanted = [&faces](const forms::Control& control) {
+        const auto face = faces.find(control.name());
+        return face == faces.end() ? "MS Sans Serif" : face->second;
+    };
+    EXPECT_EQ(Seen(wanted), Seen([](auto& each) { return FaceOf(HandleOf(each)); }));
+}
+
+TEST_F(RealMainWindow, TabKeyGoesThroughEachTabFromTopToBottomAndBack) {
+    window.Backup.SetEditMode(true);
+    ExpectTabOrder(
+        0, {"Cmb_BackupSet", "Dri_DriveList", "Dir_DirList", "Cmd_Options_0", "Cmd_Options_1",
+            "Cmd_Navigate", "Cmd_Options_2", "Cmd_AddNew", "Cmd_Backup", "Cmd_Exit_0"});
+    ExpectTabOrder(1, {"Cmb_RestoreFile", "Cmd_RestoreFile", "Cmd_RestoreTo", "TV_Restore",
+                       "Cmd_Restore", "Cmd_Exit_1"});
+    window.Edit.Cmd_Save.SetEnabled(true);
+    ExpectTabOrder(2, {"Fil_INI", "Cmd_INIRefresh", "Fld_INI", "Cmd_Save"});
+    ExpectTabOrder(3, {"Fld_Log", "Cmd_Refresh", "Cmd_Email"});
+    ExpectTabOrder(4, {"Dri_SecureMode", "TV_SecureMode", "Fld_SecureData"});
+    ExpectTabOrder(5, {"Cmd_ContactUs"});
+}
+
+TEST_F(RealMainWindow, NoTabHasAnAccessKeyTwiceButForTheTwoThatBackupBegins) {
+    // "&Backup Set" and "&Backup Now" are both given. The menu bar has F.
+    const Lines keys = {"BLCBE", "WHRE", "RS", "RE", "", "C"};
+    for (int tab = 0; tab < 6; ++tab) {
+        ShowTab(tab);
+        EXPECT_EQ(keys[static_cast<std::size_t>(tab)], AccessKeys()) << tab;
+    }
+}
+
+TEST_F(RealMainWindow, AccessKeysOfLabelsLeadToWhatTheyStandOver) {
+    window.Backup.SetEditMode(true);
+    EXPECT_EQ("Dri_DriveList", FocusAfterAlt('l'));
+    ShowTab(1);
+    EXPECT_EQ("Cmb_RestoreFile", FocusAfterAlt('w'));
+    EXPECT_EQ("Cmd_RestoreTo", FocusAfterAlt('h'));
+}
+
+class RealSplash : public RealProgram {
+  protected:
+    RealSplash() {
+        splash.Tim_Delay_Timer();  // long enough already
+        program.desktop.ShowModeless(splash);
+        program.desktop.DoEvents();
+        top = TopOf(splash);
+    }
+    ~RealSplash() override { program.desktop.Unload(splash); }
+
+    // From the top to the bottom of the window, at `x`; the whole column is one blue darker or the
+    // same as the one above.
+    void ExpectGradientAt(int x) const {
+        const HDC device = GetDC(top);
+        const RECT inside = ClientOf(top);
+        std::vector<int> blues;
+        for (LONG y = 0; y < inside.bottom; ++y) {
+            const COLORREF color = GetPixel(device, x, y);
+            EXPECT_EQ(0, GetRValue(color) | GetGValue(color)) << x << ", " << y;
+            blues.push_back(GetBValue(color));
+        }
+        ReleaseDC(top, device);
+        EXPECT_TRUE(std::is_sorted(blues.rbegin(), blues.rend())) << x;
+        EXPECT_EQ(255, blues.front()) << x;
+        EXPECT_GE(11, blues.back()) << x;
+        blues.erase(std::unique(blues.begin(), blues.end()), blues.end());
+        EXPECT_LE(62u, blues.size()) << x;
+    }
+    void ExpectGradientToTheEdges() const {
+        ExpectGradientAt(0);
+        ExpectGradientAt(ClientOf(top).right - 1);
+    }
+
+    Frm_Splash splash{program};
+    HWND top = nullptr;
+};
+
+TEST_F(RealSplash, StandsOnAGradientThatReachesItsEdges) { ExpectGradientToTheEdges(); }
+
+TEST_F(RealSplash, GradientIsPaintedAnewOverWhateverStoodInFront) {
+    const HDC device = GetDC(top);
+    const RECT inside = ClientOf(top);
+    FillRect(device, &inside, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+    ReleaseDC(top, device);
+    InvalidateRect(top, nullptr, TRUE);
+    program.desktop.DoEvents();
+    ExpectGradientToTheEdges();
+}
+
+TEST_F(RealSplash, GradientFillsTheWindowInAnotherSize) {
+    RECT outer{};
+    GetWindowRect(top, &outer);
+    SetWindowPos(top, nullptr, 0, 0, outer.right - outer.left + 50, outer.bottom - outer.top + 90,
+                 SWP_NOMOVE | SWP_NOZORDER);
+    program.desktop.DoEvents();
+    ExpectGradientToTheEdges();
+}
+
+TEST_F(RealSplash, LabelsStandOnTheGradientInArial) {
+    for (const forms::Control* control : splash.controls()) {
+        if (control->kind() != Kind::kLabel) continue;
+        const HWND label = HandleOf(*control);
+        EXPECT_EQ("Arial", FaceOf(label)) << control->name();
+        EXPECT_EQ(control->Caption(), user.Text(*splash.Find(control->name())));
+        EXPECT_EQ(0, PixelsOf(label, ClientOf(label), GetSysColor(COLOR_BTNFACE)))
+            << control->name();
+    }
+}
+
+}  // namespace
+
+}  // namespace vantrel::test
