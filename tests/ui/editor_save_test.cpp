@@ -225,6 +225,18 @@ TEST_F(EditorSave, RefusedSaveThroughTheQuestionLeavesTheConfirmationSet) {
     EXPECT_FALSE(Tab().ConfirmSave);
 }
 
+TEST_F(EditorSave, RefusalThroughTheQuestionKeepsTheTextThoughTheSaveBeforeWasAccepted) {
+    Open();
+    SaveText(TextWithName("ONE"));
+    ASSERT_TRUE(Tab().SaveAccepted);
+    Tab().Fld_INI.UserType("no set");
+    desktop.answers = {forms::Answer::kYes};
+    Pick("WEEKLY.INI");
+    EXPECT_EQ(Tab().CurrentINI, "DAILY.INI");
+    EXPECT_EQ(Tab().Fil_INI.FileName(), "DAILY.INI");
+    EXPECT_EQ(Tab().Fld_INI.Text(), "no set");
+}
+
 TEST_F(EditorSave, SetThatIsGoneMeanwhileIsMadeAnew) {
     Open();
     PickAndType("DAILY.INI", TextWithName("EDITED"));

@@ -152,6 +152,20 @@ TEST_F(RealMainWindow, SaysWhatItsControlsSay) {
               Seen([&](auto& each) { return has_caption(each) ? user.Text(each) : ""; }));
 }
 
+TEST_F(RealMainWindow, MenuBarHoldsFileWithItsExit) {
+    const auto entry = [](HMENU menu, int place) {
+        std::wstring text(100, L'\0');
+        GetMenuStringW(menu, static_cast<UINT>(place), text.data(), 100, MF_BYPOSITION);
+        return views::Utf8(text.c_str());
+    };
+    const HMENU bar = GetMenu(TopOf(window));
+    ASSERT_EQ(1, GetMenuItemCount(bar));
+    EXPECT_EQ(window.Menu_File.Caption(), entry(bar, 0));
+    const HMENU file = GetSubMenu(bar, 0);
+    ASSERT_EQ(1, GetMenuItemCount(file));
+    EXPECT_EQ(window.Menu_File_Exit.Caption(), entry(file, 0));
+}
+
 TEST_F(RealMainWindow, EachToolTipIsThereAndLabelsThatHaveOneTakeTheMouse) {
     const HWND top = TopOf(window);
     const HWND tips = WindowWhere(nullptr, [top](HWND each) {
