@@ -51,6 +51,11 @@ class Guide(harness.EndToEndTest):
         program.wait_for(lambda: len(self.shown_pages()) >= self.pages, f"page {self.pages}")
         self.assertEqual([PAGE] * self.pages, [page.strip() for page in self.shown_pages()])
 
+    def assert_closes(self, program):
+        """Without a page that nobody asked for."""
+        self.assert_exit_code(0, program.close())
+        self.assertEqual([PAGE] * self.pages, [page.strip() for page in self.shown_pages()])
+
     def edit(self, program):
         program.click("Cmd_Change")
         program.wait_for(lambda: program.enabled("Cmd_Navigate"), "the edit mode")
@@ -70,14 +75,14 @@ class Guide(harness.EndToEndTest):
             self.assert_f1_shows_the_guide(program)
             self.assertEqual(tab, program.shown_tab())
         self.assertIsNone(program.box())
-        self.assert_exit_code(0, program.close())
+        self.assert_closes(program)
 
     def test_key_that_is_held_down_asks_once(self):
         program = self.open()
         self.assert_f1_shows_the_guide(program, keys="F1+F1+F1")
         program.come_to_front("TAB_Backup")
         self.assert_f1_shows_the_guide(program)
-        self.assert_exit_code(0, program.close())
+        self.assert_closes(program)
 
     def test_text_that_is_being_typed_and_a_menu_stay(self):
         program = self.open()
@@ -99,7 +104,7 @@ class Guide(harness.EndToEndTest):
         program.come_to_front("TAB_Backup")
         program.keys("Esc", None)
         program.wait_for(lambda: not program.menu_is_open(), "the menu to close")
-        self.assert_exit_code(0, program.close())
+        self.assert_closes(program)
 
     def test_dialogs_stay_open_with_what_is_in_them(self):
         program = self.open()
@@ -122,7 +127,7 @@ class Guide(harness.EndToEndTest):
         program.wait_for(lambda: program.enabled("Frm_BackupWhere_Cmd_Cancel"), "the dialog")
         self.close_dialog(program, "Frm_BackupWhere_Cmd_Cancel")
         self.assertEqual([], [each.name for each in self.destination.iterdir()])
-        self.assert_exit_code(0, program.close())
+        self.assert_closes(program)
 
     def test_question_waits_on(self):
         program = self.open()
@@ -159,7 +164,7 @@ class Guide(harness.EndToEndTest):
         program.answer("OK", MISSING)
         self.close_dialog(program, "Frm_Backup_Cmd_Ok")
         self.assertIn("Successful Backup", self.pc.log.dated())
-        self.assert_exit_code(0, program.close())
+        self.assert_closes(program)
 
     def test_missing_page_is_told_with_its_place(self):
         program = self.open()

@@ -198,10 +198,6 @@ void Win32Desktop::Escape(WindowView& view) {
 }
 
 void Win32Desktop::Help(WindowView& view) {
-    // A box hands one key press on twice: by itself, and as every window does with what it leaves.
-    const LONG pressed = GetMessageTime();
-    if (help_pressed_ == pressed) return;
-    help_pressed_ = pressed;
     forms::Form* const form = view.form();
     if (form && on_help && !session_ends_) Guarded([&] { on_help(*form); });
 }

@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <new>
-#include <optional>
 #include <vector>
 
 #include "common/error.h"
@@ -92,7 +91,6 @@ class Win32Desktop : public forms::Desktop {
     forms::Pointer pointer_ = forms::Pointer::kDefault;
     Taskbar taskbar_;
     int dispatching_ = 0;
-    std::optional<LONG> help_pressed_;  // the time of the key, as its message has it
     bool session_ends_ = false;
 };
 

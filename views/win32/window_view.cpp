@@ -14,6 +14,7 @@ using forms::Aspect;
 namespace {
 
 constexpr UINT kActivateMessage = WM_APP + 1;
+constexpr UINT kHelpMessage = WM_APP + 2;
 constexpr double kTwipsAnInch = 1440;
 
 // Of a key message's lParam.
@@ -148,7 +149,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
         case WM_HELP:  // F1 here, in a menu, or in a box that stands over this window
-            Help();
+            WantHelp();
             return TRUE;
         case WM_SETCURSOR:
             if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
@@ -167,6 +168,14 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case kActivateMessage:
             Activate();
+            return TRUE;
+        case kHelpMessage:
+            if (wparam > 0) {
+                PostMessageW(window_, kHelpMessage, wparam - 1, 0);
+            } else {
+                help_wanted_ = false;
+                desktop_.Help(*this);
+            }
             return TRUE;
         case WM_ACTIVATE:
             help_key_held_ = false;
@@ -233,8 +242,13 @@ INT_PTR WindowView::Colors(HDC device, HWND control) {
 }
 
 // A key that is held down asks once.
-void WindowView::Help() {
-    if (!help_key_held_) desktop_.Help(*this);
+// A menu or a box may hand one key press on twice: by itself, and as every window does with what it
+// leaves. A menu takes the key off the queue, which is the second time, only after the first; so
+// what is posted here goes round once more before it is believed.
+void WindowView::WantHelp() {
+    if (help_key_held_ || help_wanted_) return;
+    constexpr WPARAM kRounds = 1;
+    help_wanted_ = PostMessageW(window_, kHelpMessage, kRounds, 0) != FALSE;
 }
 
 bool WindowView::PreTranslate(MSG& message) {
@@ -258,7 +272,7 @@ bool WindowView::PreTranslate(MSG& message) {
         help_key_held_ = (message.lParam & kHeldDown) != 0;
         // A window in which no control has the keyboard gets every key as a system key, and no
         // WM_HELP follows.
-        if (system_key && !(message.lParam & kWithAlt)) Help();
+        if (system_key && !(message.lParam & kWithAlt)) WantHelp();
     }
     return IsDialogMessageW(window_, &message) != FALSE;
 }

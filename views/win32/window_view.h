@@ -70,7 +70,7 @@ class WindowView : public forms::ControlView {
     bool ShowPointer(HWND over, WORD hit);
     INT_PTR Colors(HDC device, HWND control);
     void Command(int id, WORD code);
-    void Help();
+    void WantHelp();
     void Activate();
     void TellSize();
     void Resized();
@@ -101,6 +101,7 @@ class WindowView : public forms::ControlView {
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
     bool activation_posted_ = false;
     bool help_key_held_ = false;
+    bool help_wanted_ = false;  // the message that asks for it is on its way
 };
 
 }  // namespace vantrel::views
