@@ -295,6 +295,7 @@ set(ZIP_TESTS
     tests/zip/disk_prompt_test.cpp
     tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
+    tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp

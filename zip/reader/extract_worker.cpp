@@ -32,12 +32,24 @@ bool Extraction::IsOfDestination(int number) {
            (number == error_number::kPathNotFound && folders.DestinationIsGone());
 }
 
-Extraction::Batch Extraction::NextBatch() {
+void Extraction::SetPlanned(std::size_t count, bool all) {
     const std::lock_guard lock(mutex_);
+    planned_ = count;
+    all_planned_ = all;
+    more_planned_.notify_all();
+}
+
+Extraction::Batch Extraction::NextBatch() {
+    std::unique_lock lock(mutex_);
+    const bool go_on = more_planned_.wait(lock, channel.Token(),
+                                          [this] { return next_ < planned_ || all_planned_; });
+    return go_on ? TakeBatch() : Batch{};
+}
+
+Extraction::Batch Extraction::TakeBatch() {
     Batch batch{next_, next_, 0};
-    const std::size_t count = plan.files.size();
     std::uint64_t bytes = 0;
-    while (next_ < count && next_ - batch.begin < kBatchEntries) {
+    while (next_ < planned_ && next_ - batch.begin < kBatchEntries) {
         const StoredEntry& entry = File(next_);
         const std::uint64_t reach = entry.offset - File(batch.begin).offset + kHeaderRoom +
                                     entry.RawName().size() + entry.packed_size;
@@ -47,7 +59,7 @@ Extraction::Batch Extraction::NextBatch() {
         bytes = reach;
         ++next_;
     }
-    if (next_ == batch.begin && next_ < count) {
+    if (next_ == batch.begin && next_ < planned_) {
         ++next_;  // a large one, alone
     }
     batch.end = next_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
@@ -52,19 +53,29 @@ class Extraction {
     // file.
     bool IsOfDestination(int number);
 
-    // Entries of plan.files from `begin` to before `end`; empty when none is left.
+    // The first `count` files of the plan may be restored from now on; `all`: it has no more.
+    void SetPlanned(std::size_t count, bool all);
+
+    // Entries of plan.files from `begin` to before `end`; empty when none is left, or when
+    // the run is to stop.
     struct Batch {
         std::size_t begin = 0;
         std::size_t end = 0;
         std::size_t bytes = 0;  // of the archive that hold them, 0 when they are read one by one
     };
+    // Waits while the next files are still to be planned.
     Batch NextBatch();
 
   private:
     const StoredEntry& File(std::size_t place) const {
         return directory.entries[plan.files[place].index];
     }
-    std::mutex mutex_;
+    Batch TakeBatch();
+
+    std::mutex mutex_;  // guards what follows
+    std::condition_variable_any more_planned_;
+    std::size_t planned_ = 0;
+    bool all_planned_ = false;
     std::size_t next_ = 0;
 };
 

@@ -1,0 +1,186 @@
+// A plan that grows while its first files are restored.
+#include <new>
+#include <thread>
+
+#include "platform/host/host_code_page.h"
+#include "tests/zip/reader_fixture.h"
+#include "zip/base/dos_mask.h"
+#include "zip/reader/extract_worker.h"
+#include "zip/reader/extraction_plan.h"
+
+namespace vantrel::test {
+namespace {
+
+using zip::ExtractionPlanner;
+using zip::RunOutcome;
+
+// The directory of an archive of stored files of ten bytes each.
+zip::Directory DirectoryOf(const Strings& names) {
+    zip::Directory directory;
+    for (const std::string& name : names) {
+        zip::StoredEntry entry;
+        entry.name = name;
+        entry.size = entry.packed_size = 10;
+        entry.offset = directory.start;
+        directory.start += 30 + name.size() + 10;
+        directory.entries.push_back(entry);
+    }
+    return directory;
+}
+
+class GrowingPlan : public ReaderTest {
+  protected:
+    ExtractionPlanner PlannerOf(const zip::Directory& directory) {
+        return {directory, everything, machine.code_page(),
+                [this](const zip::ComponentMessage& message) { told.push_back(message.text); }};
+    }
+    static Strings Paths(const zip::ExtractionPlan& plan) {
+        Strings paths;
+        for (const zip::PlannedEntry& file : plan.files) {
+            paths.push_back(file.path);
+        }
+        return paths;
+    }
+
+    zip::DosMask everything{machine.code_page(), "*.*"};
+    Strings told;
+};
+
+TEST_F(GrowingPlan, InPortionsIsTheSameAsInOnePiece) {
+    const zip::Directory directory = DirectoryOf({"a/b.txt", "a", "A/B.TXT", "../c", "d", "D/e"});
+    ExtractionPlanner whole = PlannerOf(directory);
+    whole.PlanAll();
+    const Strings told_of_whole = std::exchange(told, {});
+    ExtractionPlanner planner = PlannerOf(directory);
+    for (int i = 1; i < 6; ++i) {
+        EXPECT_TRUE(planner.PlanMore(1));
+    }
+    EXPECT_FALSE(planner.PlanMore(1));
+    EXPECT_FALSE(planner.PlanMore(1));
+    EXPECT_EQ(Paths(planner.Plan()), (Strings{"a\\b.txt", "A\\B (2).TXT", "d"}));
+    EXPECT_EQ(Paths(planner.Plan()), Paths(whole.Plan()));
+    EXPECT_EQ(planner.Plan().failed, 3);
+    EXPECT_EQ(planner.Plan().bytes, 30u);
+    EXPECT_EQ(told, told_of_whole);
+}
+
+TEST_F(GrowingPlan, FilesStayWhereTheyAre) {
+    Strings names;
+    for (int i = 0; i < 1000; ++i) {
+        names.push_back(std::to_string(i));
+    }
+    const zip::Directory directory = DirectoryOf(names);
+    ExtractionPlanner planner = PlannerOf(directory);
+    EXPECT_TRUE(planner.IsInOrder());
+    EXPECT_TRUE(planner.PlanMore(1));
+    const zip::PlannedEntry* const first = planner.Plan().files.data();
+    planner.PlanAll();
+    EXPECT_EQ(planner.Plan().files.data(), first);
+    EXPECT_EQ(planner.Plan().files.size(), names.size());
+}
+
+TEST_F(GrowingPlan, EntriesInAnotherOrderThanTheirDataAreSortedInTheEnd) {
+    zip::Directory directory = DirectoryOf({"one", "two", "three"});
+    std::swap(directory.entries[0], directory.entries[2]);
+    ExtractionPlanner planner = PlannerOf(directory);
+    EXPECT_FALSE(planner.IsInOrder());
+    planner.PlanAll();
+    EXPECT_EQ(Paths(planner.Plan()), (Strings{"one", "two", "three"}));
+}
+
+class BatchesOfAPlan : public GrowingPlan {
+  protected:
+    BatchesOfAPlan() { planner.PlanAll(); }
+
+    zip::Directory directory = DirectoryOf({"a", "b", "c"});
+    ExtractionPlanner planner = PlannerOf(directory);
+    zip::FolderMaker folders{Machine(), "C:\\Out", {}};
+    zip::RunChannel channel;
+    zip::Extraction run{Machine(), options.archive, directory, planner.Plan(), folders, channel};
+};
+
+TEST_F(BatchesOfAPlan, HoldOnlyWhatIsPlanned) {
+    run.SetPlanned(2, false);
+    const auto first = run.NextBatch();
+    EXPECT_EQ(first.begin, 0u);
+    EXPECT_EQ(first.end, 2u);
+    run.SetPlanned(3, true);
+    const auto second = run.NextBatch();
+    EXPECT_EQ(second.begin, 2u);
+    EXPECT_EQ(second.end, 3u);
+    const auto none = run.NextBatch();
+    EXPECT_EQ(none.begin, none.end);
+}
+
+TEST_F(BatchesOfAPlan, WaitForMore) {
+    std::jthread other([this] {
+        const auto batch = run.NextBatch();
+        EXPECT_EQ(batch.end - batch.begin, 1u);
+        const auto none = run.NextBatch();
+        EXPECT_EQ(none.begin, none.end);
+    });
+    run.SetPlanned(1, false);
+    run.SetPlanned(1, true);
+}
+
+TEST_F(BatchesOfAPlan, EndWithTheRun) {
+    std::jthread other([this] {
+        const auto none = run.NextBatch();
+        EXPECT_EQ(none.begin, none.end);
+    });
+    channel.Fail({error_number::kDeviceIo, "", "over"});
+}
+
+// Has no memory left for one name.
+class FailingCodePage : public platform::HostCodePage {
+  public:
+    std::string Fold(const std::string& utf8) override {
+        if (utf8 == "last.txt") throw std::bad_alloc();
+        return HostCodePage::Fold(utf8);
+    }
+};
+
+TEST_F(GrowingPlan, ThatFailsEndsTheRunForAllThreads) {
+    BuiltArchive archive;
+    for (int i = 0; i < 2000; ++i) {
+        archive.entries.push_back({.name = std::to_string(i), .content = "x"});
+    }
+    archive.entries.push_back({.name = "last.txt", .content = "x"});
+    files.Put(options.archive, archive.Bytes());
+    FailingCodePage code_page;
+    const platform::Machine all = Machine();
+    const platform::Machine failing{all.process, all.files,        all.drives,
+                                    all.clock,   all.settings,     code_page,
+                                    all.shell,   all.mail_session, all.mail_messages};
+    EXPECT_EQ(zip::ExtractArchive(failing, options, events).outcome, RunOutcome::kFailed);
+    EXPECT_FALSE(files.Exists("C:\\Out\\last.txt"));
+}
+
+TEST_F(GrowingPlan, EntriesThatAreNotRestoredNeedNoSpace) {
+    BuiltArchive archive;
+    archive.entries = {{.name = "a.txt", .content = "alpha"},
+                       {.name = "../b.txt", .content = "beta"}};
+    files.Put(options.archive, archive.Bytes());
+    machine.drives.drives['C'].free_bytes = 5;
+    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(Content("a.txt"), "alpha");
+    EXPECT_EQ(result.failed, 1);
+}
+
+TEST_F(GrowingPlan, SizesWhoseSumIsBeyondAllNumbersNeedTooMuchSpace) {
+    BuiltArchive archive;
+    const std::string half = std::string(7, '\0') + '\x80';
+    for (const char* name : {"a", "b"}) {
+        archive.entries.push_back({.name = name,
+                                   .content = "x",
+                                   .central_extra = ExtraField(1, half),
+                                   .size = 0xFFFFFFFF});
+    }
+    files.Put(options.archive, archive.Bytes());
+    machine.drives.drives['C'].free_bytes = 1000;
+    EXPECT_EQ(Run(), RunOutcome::kFailed);
+    EXPECT_FALSE(files.Exists("C:\\Out"));
+}
+
+}  // namespace
+}  // namespace vantrel::test
