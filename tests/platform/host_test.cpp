@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -212,6 +213,21 @@ TEST_F(Host, HasNoMailProgram) {
     EXPECT_EQ(ErrorOf([&] { seam.mail_messages.Send(true); }), platform::mail_error::kNotSupported);
     seam.mail_session.SignOff();
     EXPECT_EQ(seam.mail_session.SessionId(), 0u);
+}
+
+TEST(HostProcess, RunsOnTheProcessorsThatItMayUse) {
+    platform::HostProcess process({});
+    cpu_set_t before;
+    ASSERT_EQ(::sched_getaffinity(0, sizeof before, &before), 0);
+    EXPECT_EQ(process.Processors(), CPU_COUNT(&before));
+    int first = 0;
+    while (!CPU_ISSET(first, &before)) ++first;
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(first, &one);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof one, &one), 0);
+    EXPECT_EQ(process.Processors(), 1);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof before, &before), 0);
 }
 
 TEST(HostError, EachCodeIsTheNumberThatWindowsHasForIt) {

@@ -17,10 +17,9 @@ constexpr int kMostThreads = 8;
 // So many entries are planned before the other threads hear of them: a few batches for each.
 constexpr std::size_t kPlannedAtOnce = 512;
 
-int ThreadCount(int wanted, std::size_t files) {
-    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+int ThreadCount(int wanted, platform::Process& process, std::size_t files) {
     const int most = static_cast<int>(std::min<std::size_t>(files, kMostThreads));
-    return std::clamp(wanted > 0 ? wanted : cores, 1, std::max(most, 1));
+    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, std::max(most, 1));
 }
 
 class ExtractRun {
@@ -181,7 +180,8 @@ class ExtractRun {
         UntilStopped([&] {
             // Disks are put in one after the other, and so must be read.
             const int wanted = directory_.disks.IsSet() ? 1 : options_.threads;
-            for (int i = ThreadCount(wanted, directory_.entries.size()); i > 1; --i) {
+            for (int i = ThreadCount(wanted, machine_.process, directory_.entries.size()); i > 1;
+                 --i) {
                 others.emplace_back(
                     [this, &run] { UntilStopped([&run] { ExtractWorker(run).Work(); }); });
             }
