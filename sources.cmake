@@ -76,6 +76,7 @@ set(ZIP_SOURCES
     zip/reader/entry_data.cpp
     zip/reader/extract_worker.cpp
     zip/reader/extraction_plan.cpp
+    zip/reader/file_queue.cpp
     zip/reader/folder_maker.cpp
     zip/reader/taken_names.cpp
     zip/reader/target_file.cpp
@@ -258,6 +259,7 @@ set(VIEWS_WIN32_TESTS
 set(ZIP_THREAD_TESTS
     tests/zip/archive_reader.cpp
     tests/zip/archive_writer_test.cpp
+    tests/zip/file_queue_test.cpp
     tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp

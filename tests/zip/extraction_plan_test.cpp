@@ -1,11 +1,11 @@
 // A plan that grows while its first files are restored.
 #include <new>
-#include <thread>
+#include <utility>
 
 #include "platform/host/host_code_page.h"
+#include "tests/zip/directory_of.h"
 #include "tests/zip/reader_fixture.h"
 #include "zip/base/dos_mask.h"
-#include "zip/reader/extract_worker.h"
 #include "zip/reader/extraction_plan.h"
 
 namespace vantrel::test {
@@ -13,20 +13,6 @@ namespace {
 
 using zip::ExtractionPlanner;
 using zip::RunOutcome;
-
-// The directory of an archive of stored files of ten bytes each.
-zip::Directory DirectoryOf(const Strings& names) {
-    zip::Directory directory;
-    for (const std::string& name : names) {
-        zip::StoredEntry entry;
-        entry.name = name;
-        entry.size = entry.packed_size = 10;
-        entry.offset = directory.start;
-        directory.start += 30 + name.size() + 10;
-        directory.entries.push_back(entry);
-    }
-    return directory;
-}
 
 class GrowingPlan : public ReaderTest {
   protected:
@@ -88,49 +74,6 @@ TEST_F(GrowingPlan, EntriesInAnotherOrderThanTheirDataAreSortedInTheEnd) {
     EXPECT_EQ(Paths(planner.Plan()), (Strings{"one", "two", "three"}));
 }
 
-class BatchesOfAPlan : public GrowingPlan {
-  protected:
-    BatchesOfAPlan() { planner.PlanAll(); }
-
-    zip::Directory directory = DirectoryOf({"a", "b", "c"});
-    ExtractionPlanner planner = PlannerOf(directory);
-    zip::FolderMaker folders{Machine(), "C:\\Out", {}};
-    zip::RunChannel channel;
-    zip::Extraction run{Machine(), options.archive, directory, planner.Plan(), folders, channel};
-};
-
-TEST_F(BatchesOfAPlan, HoldOnlyWhatIsPlanned) {
-    run.SetPlanned(2, false);
-    const auto first = run.NextBatch();
-    EXPECT_EQ(first.begin, 0u);
-    EXPECT_EQ(first.end, 2u);
-    run.SetPlanned(3, true);
-    const auto second = run.NextBatch();
-    EXPECT_EQ(second.begin, 2u);
-    EXPECT_EQ(second.end, 3u);
-    const auto none = run.NextBatch();
-    EXPECT_EQ(none.begin, none.end);
-}
-
-TEST_F(BatchesOfAPlan, WaitForMore) {
-    std::jthread other([this] {
-        const auto batch = run.NextBatch();
-        EXPECT_EQ(batch.end - batch.begin, 1u);
-        const auto none = run.NextBatch();
-        EXPECT_EQ(none.begin, none.end);
-    });
-    run.SetPlanned(1, false);
-    run.SetPlanned(1, true);
-}
-
-TEST_F(BatchesOfAPlan, EndWithTheRun) {
-    std::jthread other([this] {
-        const auto none = run.NextBatch();
-        EXPECT_EQ(none.begin, none.end);
-    });
-    channel.Fail({error_number::kDeviceIo, "", "over"});
-}
-
 // Has no memory left for one name.
 class FailingCodePage : public platform::HostCodePage {
   public:
@@ -148,10 +91,8 @@ TEST_F(GrowingPlan, ThatFailsEndsTheRunForAllThreads) {
     archive.entries.push_back({.name = "last.txt", .content = "x"});
     files.Put(options.archive, archive.Bytes());
     FailingCodePage code_page;
-    const platform::Machine all = Machine();
-    const platform::Machine failing{all.process, all.files,        all.drives,
-                                    all.clock,   all.settings,     code_page,
-                                    all.shell,   all.mail_session, all.mail_messages};
+    const platform::Machine failing =
+        With({.files = &files, .code_page = &code_page}, machine.machine());
     EXPECT_EQ(zip::ExtractArchive(failing, options, events).outcome, RunOutcome::kFailed);
     EXPECT_FALSE(files.Exists("C:\\Out\\last.txt"));
 }

@@ -194,7 +194,7 @@ class ExtractRun {
         for (bool more = true; more;) {
             channel_.CheckStop();
             more = planner.PlanMore(kPlannedAtOnce);
-            run.SetPlanned(run.plan.files.size(), !more);
+            run.queue.SetPlanned(run.plan.files.size(), !more);
         }
         channel_.SetTotal(run.plan.bytes);
     }

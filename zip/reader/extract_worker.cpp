@@ -1,22 +1,11 @@
 #include "zip/reader/extract_worker.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "zip/base/paths.h"
 #include "zip/reader/target_file.h"
 
 namespace vantrel::zip {
-
-namespace {
-
-// Small entries are read together, up to so many bytes and entries: less often asked of the disk,
-// and still often enough looked at for a cancel.
-constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 20;
-constexpr std::size_t kBatchEntries = 64;
-constexpr std::uint64_t kHeaderRoom = 30 + 512;  // local header and usual extra fields
-
-}  // namespace
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
@@ -32,51 +21,16 @@ bool Extraction::IsOfDestination(int number) {
            (number == error_number::kPathNotFound && folders.DestinationIsGone());
 }
 
-void Extraction::SetPlanned(std::size_t count, bool all) {
-    const std::lock_guard lock(mutex_);
-    planned_ = count;
-    all_planned_ = all;
-    more_planned_.notify_all();
-}
-
-Extraction::Batch Extraction::NextBatch() {
-    std::unique_lock lock(mutex_);
-    const bool go_on = more_planned_.wait(lock, channel.Token(),
-                                          [this] { return next_ < planned_ || all_planned_; });
-    return go_on ? TakeBatch() : Batch{};
-}
-
-Extraction::Batch Extraction::TakeBatch() {
-    Batch batch{next_, next_, 0};
-    std::uint64_t bytes = 0;
-    while (next_ < planned_ && next_ - batch.begin < kBatchEntries) {
-        const StoredEntry& entry = File(next_);
-        const std::uint64_t reach = entry.offset - File(batch.begin).offset + kHeaderRoom +
-                                    entry.RawName().size() + entry.packed_size;
-        if (reach > kBatchBytes) {
-            break;
-        }
-        bytes = reach;
-        ++next_;
-    }
-    if (next_ == batch.begin && next_ < planned_) {
-        ++next_;  // a large one, alone
-    }
-    batch.end = next_;
-    batch.bytes = static_cast<std::size_t>(bytes);
-    return batch;
-}
-
 ExtractWorker::ExtractWorker(Extraction& run)
-    : run_(run), source_(run.machine.files, run.archive), data_(source_) {
+    : run_(run), turn_(run.queue.Join()), source_(run.machine.files, run.archive), data_(source_) {
     source_.AskOn(run.channel, run.directory);
 }
 
 void ExtractWorker::Work() {
     for (;;) {
         run_.channel.CheckStop();
-        const Extraction::Batch batch = run_.NextBatch();
-        if (batch.begin == batch.end) {
+        const FileQueue::Batch batch = run_.queue.Next(turn_);
+        if (batch.IsEmpty()) {
             return;
         }
         if (batch.bytes > 0) {

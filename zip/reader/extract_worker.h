@@ -3,10 +3,7 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
-#include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,6 +13,7 @@
 #include "zip/reader/archive_source.h"
 #include "zip/reader/entry_data.h"
 #include "zip/reader/extraction_plan.h"
+#include "zip/reader/file_queue.h"
 #include "zip/reader/folder_maker.h"
 #include "zip/records/directory_reader.h"
 
@@ -31,7 +29,8 @@ class Extraction {
           directory(its_directory),
           plan(its_plan),
           folders(its_folders),
-          channel(its_channel) {}
+          channel(its_channel),
+          queue(directory, plan, channel.Token()) {}
 
     platform::Machine machine;
     const std::string archive;
@@ -39,6 +38,7 @@ class Extraction {
     const ExtractionPlan& plan;
     FolderMaker& folders;
     RunChannel& channel;
+    FileQueue queue;
     std::atomic<std::uint64_t> restored{0};
     std::atomic<std::int32_t> failed{0};
 
@@ -52,31 +52,6 @@ class Extraction {
     // Whether an error is about the whole destination, which is full or gone, and not about one
     // file.
     bool IsOfDestination(int number);
-
-    // The first `count` files of the plan may be restored from now on; `all`: it has no more.
-    void SetPlanned(std::size_t count, bool all);
-
-    // Entries of plan.files from `begin` to before `end`; empty when none is left, or when
-    // the run is to stop.
-    struct Batch {
-        std::size_t begin = 0;
-        std::size_t end = 0;
-        std::size_t bytes = 0;  // of the archive that hold them, 0 when they are read one by one
-    };
-    // Waits while the next files are still to be planned.
-    Batch NextBatch();
-
-  private:
-    const StoredEntry& File(std::size_t place) const {
-        return directory.entries[plan.files[place].index];
-    }
-    Batch TakeBatch();
-
-    std::mutex mutex_;  // guards what follows
-    std::condition_variable_any more_planned_;
-    std::size_t planned_ = 0;
-    bool all_planned_ = false;
-    std::size_t next_ = 0;
 };
 
 class ExtractWorker {
@@ -94,6 +69,7 @@ class ExtractWorker {
                       const std::string& disagreement);
 
     Extraction& run_;
+    FileQueue::Turn& turn_;
     ArchiveSource source_;
     EntryData data_;
     std::string folder_;         // below the destination, the last that was asked for
