@@ -57,7 +57,7 @@ HostFd OpenAnySpelling(HostPlace& place, int flags) {
 }  // namespace
 
 std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
-    if (place.Leaf().empty()) RaiseError(error_number::kPermissionDenied);
+    if (place.IsRoot()) RaiseError(error_number::kPermissionDenied);
     if (mode == OpenMode::kCreateNew && place.ExactNames()) {
         // All that can be known about a new name is known when this works.
         HostFd created = TryOpen(place, FlagsFor(mode));

@@ -56,7 +56,7 @@ std::optional<FileInfo> FindAt(HostPlace& place) {
     });
     if (!found) RaiseHostError(errno, HostDeed::kFile);
     // The root of a drive is a folder even where it is a link on the host.
-    if (place.Leaf().empty() && S_ISLNK(status.stx_mode)) {
+    if (place.IsRoot() && S_ISLNK(status.stx_mode)) {
         ::statx(place.Folder(), place.Name(), 0, kHostMask, &status);
     }
     FileInfo info = InfoFromStatus(place.Leaf(), status);

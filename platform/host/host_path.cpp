@@ -136,9 +136,9 @@ void HostPlace::Append(std::string_view names) {
 
 bool HostPlace::Go() {
     folder_ = HostFd();
-    name_ = root_;
-    leaf_ = path_.Leaf();
     std::string_view rest = path_.below;
+    name_.reserve(root_.size() + 1 + rest.size());
+    name_ = root_;
     while (name_.size() + rest.size() > kLongestPath) {
         // As many names as the host takes at once; none when the root's own is long.
         const std::size_t room = kLongestPath - std::min(kLongestPath, name_.size());

@@ -43,7 +43,8 @@ class HostPlace {
     // A path that leads there while this object lives.
     std::string Path() const;
     // The last name, spelled as on disk after Respell.
-    const std::string& Leaf() const { return leaf_; }
+    std::string Leaf() const { return path_.Leaf(); }
+    bool IsRoot() const { return path_.IsRoot(); }
 
     // Whether names are found as they are spelled only (HostDrive::exact_names).
     bool ExactNames() const { return exact_names_; }
@@ -67,7 +68,6 @@ class HostPlace {
     HostPath path_;
     HostFd folder_;
     std::string name_;
-    std::string leaf_;
 };
 
 }  // namespace vantrel::platform

@@ -1,5 +1,6 @@
 #include "zip/reader/extract_worker.h"
 
+#include <functional>
 #include <optional>
 
 #include "zip/base/paths.h"
@@ -55,23 +56,24 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     const auto open = [&] {
         if (!target) {
             const CutPath path = Cut(planned.path);
-            target.emplace(run_.machine, Folder(path.folder), std::string(path.leaf), run_.archive);
+            target.emplace(run_.machine, Folder(path.folder), path.leaf, run_.archive);
         }
     };
     std::uint64_t written = 0;
-    const std::string disagreement =
-        data_.Read(entry, [&](const std::uint8_t* bytes, std::size_t count) {
-            run_.channel.CheckStop();
-            open();
-            target->Write(bytes, count);
-            written += count;
-            if (written > counted_) {
-                run_.channel.AddDone(written - counted_);
-                counted_ = written;
-            }
-            const double share = static_cast<double>(written) / static_cast<double>(entry.size);
-            run_.channel.SetFilePercent(static_cast<int>(share * 100));
-        });
+    const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
+        run_.channel.CheckStop();
+        open();
+        target->Write(bytes, count);
+        written += count;
+        if (written > counted_) {
+            run_.channel.AddDone(written - counted_);
+            counted_ = written;
+        }
+        const double share = static_cast<double>(written) / static_cast<double>(entry.size);
+        run_.channel.SetFilePercent(static_cast<int>(share * 100));
+    };
+    // Copied into the function it would need memory of its own, for each file.
+    const std::string disagreement = data_.Read(entry, std::ref(put));
     open();
     target->Commit(entry.times, entry.attributes);
     TellRestored(planned, target->Path(), disagreement);
@@ -95,7 +97,7 @@ void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string&
                                        name + " has another " + disagreement +
                                            " in its local header; the directory's holds."));
     }
-    if (LeafOf(path) != LeafOf(planned.path)) {
+    if (Cut(path).leaf != Cut(planned.path).leaf) {
         run_.channel.Tell(EntryWarning(
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));

@@ -22,17 +22,16 @@ constexpr int kMostTemporaryNames = 1000;
 }  // namespace
 
 TargetFile::TargetFile(const platform::Machine& machine, const std::string& folder,
-                       const std::string& name, const std::string& archive)
+                       std::string_view name, const std::string& archive)
     : machine_(machine), path_(JoinPath(folder, name)) {
-    for (std::string leaf = name; !OpenNew();) {
+    while (!OpenNew()) {
         const auto found = machine_.files.Find(path_);
         if (!found) {
             throw Error(error_number::kPermissionDenied, "",
                         ErrorText(error_number::kPermissionDenied));
         }
-        if (IsAliasOf(machine_.code_page, *found, leaf)) {
-            leaf += '_';
-            path_ = JoinPath(folder, leaf);
+        if (IsAliasOf(machine_.code_page, *found, std::string(Cut(path_).leaf))) {
+            path_ += '_';
             continue;
         }
         if (found->is_link || found->IsFolder()) {

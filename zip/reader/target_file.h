@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/machine.h"
 
@@ -15,7 +16,7 @@ class TargetFile {
   public:
     // `folder` exists; `name` may. Raises 75 with words for the user when a folder or a link has
     // the name, or when it is that of `archive`, and what the disk raises.
-    TargetFile(const platform::Machine& machine, const std::string& folder, const std::string& name,
+    TargetFile(const platform::Machine& machine, const std::string& folder, std::string_view name,
                const std::string& archive);
     ~TargetFile();
     TargetFile(const TargetFile&) = delete;
