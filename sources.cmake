@@ -7,6 +7,7 @@ set(COMMON_SOURCES
 set(PLATFORM_SOURCES
     platform/command_line.cpp
     platform/disk_space.cpp
+    platform/file_system.cpp
     platform/mail.cpp
     platform/mail_draft.cpp
     platform/text_file.cpp)
@@ -18,6 +19,7 @@ set(PLATFORM_HOST_SOURCES
     platform/host/host_error.cpp
     platform/host/host_file.cpp
     platform/host/host_file_system.cpp
+    platform/host/host_folder.cpp
     platform/host/host_info.cpp
     platform/host/host_list.cpp
     platform/host/host_machine.cpp

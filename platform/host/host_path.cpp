@@ -93,6 +93,11 @@ HostFd OpenFolder(int folder, const std::string& name) {
 
 }  // namespace
 
+bool IsHostName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." &&
+           std::none_of(name.begin(), name.end(), IsSlash) && IsName(name);
+}
+
 HostPath::HostPath(std::string_view path) {
     path = WithoutPrefix(path);
     if (StartsWithSlashes(path)) RaiseError(error_number::kPathNotFound);

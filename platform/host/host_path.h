@@ -10,6 +10,9 @@
 
 namespace vantrel::platform {
 
+// Whether this is the name of one thing in a folder, and one that Windows knows.
+bool IsHostName(std::string_view name);
+
 // "C:\Folder\Name" taken apart. "/" counts as "\"; "." and ".." are resolved; "\\?\" is dropped.
 struct HostPath {
     // Raises 52 for a malformed path or name (characters below a blank, any of < > : " | ? *, more

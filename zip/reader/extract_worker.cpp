@@ -41,12 +41,20 @@ void ExtractWorker::Work() {
         for (std::size_t i = batch.begin; i < batch.end; ++i) {
             RestoreFile(run_.plan.files[i]);
         }
+        LeaveFolder();
     }
 }
 
 void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
     counted_ = 0;
-    run_.Restore(planned.index, [&] { RestoreOnce(planned); });
+    run_.Restore(planned.index, [&] {
+        try {
+            RestoreOnce(planned);
+        } catch (const Error&) {
+            LeaveFolder();  // whoever is asked about it may put another one in its place
+            throw;
+        }
+    });
     run_.channel.AddDone(run_.directory.entries[planned.index].size - counted_);
 }
 
@@ -56,7 +64,9 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     const auto open = [&] {
         if (!target) {
             const CutPath path = Cut(planned.path);
-            target.emplace(run_.machine, Folder(path.folder), path.leaf, run_.archive);
+            EnterFolder(path.folder);
+            target.emplace(run_.machine, *folder_, folder_path_, std::string(path.leaf),
+                           run_.archive);
         }
     };
     std::uint64_t written = 0;
@@ -79,13 +89,16 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     TellRestored(planned, target->Path(), disagreement);
 }
 
-const std::string& ExtractWorker::Folder(std::string_view folder) {
-    if (folder_path_.empty() || folder != folder_) {
-        const std::string wanted(folder);
+void ExtractWorker::EnterFolder(std::string_view name) {
+    if (folder_path_.empty() || name != folder_name_) {
+        const std::string wanted(name);
+        LeaveFolder();
         folder_path_ = run_.folders.Ensure(wanted);
-        folder_ = wanted;
+        folder_name_ = wanted;
     }
-    return folder_path_;
+    if (!folder_) {
+        folder_ = run_.machine.files.OpenFolder(folder_path_);
+    }
 }
 
 void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string& path,

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -64,7 +65,9 @@ class ExtractWorker {
   private:
     void RestoreFile(const PlannedEntry& planned);
     void RestoreOnce(const PlannedEntry& planned);
-    const std::string& Folder(std::string_view folder);
+    // Makes it unless it is there. For a batch at most, so that a folder is not held for long.
+    void EnterFolder(std::string_view name);
+    void LeaveFolder() { folder_.reset(); }
     void TellRestored(const PlannedEntry& planned, const std::string& path,
                       const std::string& disagreement);
 
@@ -72,8 +75,9 @@ class ExtractWorker {
     FileQueue::Turn& turn_;
     ArchiveSource source_;
     EntryData data_;
-    std::string folder_;         // below the destination, the last that was asked for
-    std::string folder_path_;    // where it is; "" before the first
+    std::string folder_name_;  // below the destination, the last that was asked for
+    std::string folder_path_;  // where it is; "" before the first
+    std::unique_ptr<platform::Folder> folder_;
     std::uint64_t counted_ = 0;  // bytes of the current file that are in the progress already
 };
 
