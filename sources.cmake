@@ -7,6 +7,7 @@ set(COMMON_SOURCES
 set(PLATFORM_SOURCES
     platform/command_line.cpp
     platform/disk_space.cpp
+    platform/file_system.cpp
     platform/mail.cpp
     platform/mail_draft.cpp
     platform/text_file.cpp)
@@ -18,6 +19,7 @@ set(PLATFORM_HOST_SOURCES
     platform/host/host_error.cpp
     platform/host/host_file.cpp
     platform/host/host_file_system.cpp
+    platform/host/host_folder.cpp
     platform/host/host_info.cpp
     platform/host/host_list.cpp
     platform/host/host_machine.cpp
@@ -76,6 +78,7 @@ set(ZIP_SOURCES
     zip/reader/entry_data.cpp
     zip/reader/extract_worker.cpp
     zip/reader/extraction_plan.cpp
+    zip/reader/file_queue.cpp
     zip/reader/folder_maker.cpp
     zip/reader/taken_names.cpp
     zip/reader/target_file.cpp
@@ -259,6 +262,7 @@ set(VIEWS_WIN32_TESTS
 set(ZIP_THREAD_TESTS
     tests/zip/archive_reader.cpp
     tests/zip/archive_writer_test.cpp
+    tests/zip/file_queue_test.cpp
     tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp
@@ -296,6 +300,7 @@ set(ZIP_TESTS
     tests/zip/disk_prompt_test.cpp
     tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
+    tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp

@@ -78,11 +78,22 @@ class File {
     virtual void Close() = 0;
 };
 
+// A folder that several files are made in, one after the other, without looking for it each time.
+// Not to be kept for long: when somebody renames it, what is made in it goes along.
+class Folder {
+  public:
+    virtual ~Folder() = default;
+    // What FileSystem::Open does for a new file (kCreateNew) of this name in the folder.
+    virtual std::unique_ptr<File> Create(const std::string& name) = 0;
+};
+
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
 
     virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode) = 0;
+    // What is wrong with `path` is raised by Folder::Create. Must not outlive the file system.
+    virtual std::unique_ptr<Folder> OpenFolder(const std::string& path);
 
     // What stands under `path` (a drive root is a folder named ""), or nothing when it is missing,
     // its folder or drive is missing, or the drive has no disk. Raises only when access is denied.

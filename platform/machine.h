@@ -94,6 +94,9 @@ class Process {
     virtual std::string WindowsFolder() = 0;
     // Whether another copy of this executable ran in the user's session when this one started.
     virtual bool PreviousInstance() = 0;
+    // On how many processors its threads may run, which can be fewer than the computer has; at
+    // least 1.
+    virtual int Processors() = 0;
     // Ends the program at once, without any clean-up.
     [[noreturn]] virtual void End(int exit_code) = 0;
 };

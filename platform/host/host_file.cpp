@@ -31,12 +31,15 @@ int FlagsFor(OpenMode mode) {
     return kAlways | O_RDWR | O_CREAT | O_EXCL;
 }
 
-HostFd TryOpen(const HostPlace& place, int flags) {
+HostFd TryOpen(int folder, const char* name, int flags) {
     int fd = 0;
     do {
-        fd = ::openat(place.Folder(), place.Name(), flags, 0666);
+        fd = ::openat(folder, name, flags, 0666);
     } while (fd < 0 && errno == EINTR);
     return HostFd(fd);
+}
+HostFd TryOpen(const HostPlace& place, int flags) {
+    return TryOpen(place.Folder(), place.Name(), flags);
 }
 
 HostFd OpenAnySpelling(HostPlace& place, int flags) {
@@ -57,11 +60,10 @@ HostFd OpenAnySpelling(HostPlace& place, int flags) {
 }  // namespace
 
 std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
-    if (place.Leaf().empty()) RaiseError(error_number::kPermissionDenied);
+    if (place.IsRoot()) RaiseError(error_number::kPermissionDenied);
     if (mode == OpenMode::kCreateNew && place.ExactNames()) {
         // All that can be known about a new name is known when this works.
-        HostFd created = TryOpen(place, FlagsFor(mode));
-        if (created.IsValid()) return std::make_unique<HostFile>(std::move(created), nullptr);
+        if (auto file = TryCreate(place.Folder(), place.Name())) return file;
     }
     HostFd fd = OpenAnySpelling(place, FlagsFor(mode));
     struct stat status;
@@ -74,6 +76,11 @@ std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
     auto file = std::make_unique<HostFile>(std::move(fd), std::move(share));
     if (mode == OpenMode::kWrite && status.st_size != 0) file->Truncate(0);
     return file;
+}
+
+std::unique_ptr<File> HostFile::TryCreate(int folder, const char* name) {
+    HostFd created = TryOpen(folder, name, FlagsFor(OpenMode::kCreateNew));
+    return created.IsValid() ? std::make_unique<HostFile>(std::move(created), nullptr) : nullptr;
 }
 
 std::size_t HostFile::Read(void* buffer, std::size_t count) {

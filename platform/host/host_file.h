@@ -15,6 +15,8 @@ class HostFile : public File {
   public:
     // Raises as FileSystem::Open does.
     static std::unique_ptr<File> Open(HostPlace& place, OpenMode mode);
+    // A new file in an open folder of a drive of exact names; nullptr when it cannot be made.
+    static std::unique_ptr<File> TryCreate(int folder, const char* name);
 
     HostFile(HostFd fd, std::unique_ptr<HostShare> share)
         : share_(std::move(share)), fd_(std::move(fd)) {}

@@ -9,6 +9,7 @@
 #include "common/error.h"
 #include "platform/host/host_error.h"
 #include "platform/host/host_file.h"
+#include "platform/host/host_folder.h"
 #include "platform/host/host_info.h"
 #include "platform/host/host_list.h"
 #include "platform/host/host_path.h"
@@ -56,7 +57,7 @@ std::optional<FileInfo> FindAt(HostPlace& place) {
     });
     if (!found) RaiseHostError(errno, HostDeed::kFile);
     // The root of a drive is a folder even where it is a link on the host.
-    if (place.Leaf().empty() && S_ISLNK(status.stx_mode)) {
+    if (place.IsRoot() && S_ISLNK(status.stx_mode)) {
         ::statx(place.Folder(), place.Name(), 0, kHostMask, &status);
     }
     FileInfo info = InfoFromStatus(place.Leaf(), status);
@@ -98,6 +99,10 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
 std::unique_ptr<File> HostFileSystem::Open(const std::string& path, OpenMode mode) {
     HostPlace place(drives_, HostPath(path));
     return HostFile::Open(place, mode);
+}
+
+std::unique_ptr<Folder> HostFileSystem::OpenFolder(const std::string& path) {
+    return std::make_unique<HostFolder>(drives_, path, FileSystem::OpenFolder(path));
 }
 
 std::optional<FileInfo> HostFileSystem::Find(const std::string& path) {

@@ -11,6 +11,7 @@ class HostFileSystem : public FileSystem {
     explicit HostFileSystem(const HostDriveMap& drives) : drives_(drives) {}
 
     std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override;
+    std::unique_ptr<Folder> OpenFolder(const std::string& path) override;
     std::optional<FileInfo> Find(const std::string& path) override;
     void List(const std::string& folder, const std::function<bool(const FileInfo&)>& each) override;
     void MakeFolder(const std::string& path) override;

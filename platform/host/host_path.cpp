@@ -93,6 +93,11 @@ HostFd OpenFolder(int folder, const std::string& name) {
 
 }  // namespace
 
+bool IsHostName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." &&
+           std::none_of(name.begin(), name.end(), IsSlash) && IsName(name);
+}
+
 HostPath::HostPath(std::string_view path) {
     path = WithoutPrefix(path);
     if (StartsWithSlashes(path)) RaiseError(error_number::kPathNotFound);
@@ -136,9 +141,9 @@ void HostPlace::Append(std::string_view names) {
 
 bool HostPlace::Go() {
     folder_ = HostFd();
-    name_ = root_;
-    leaf_ = path_.Leaf();
     std::string_view rest = path_.below;
+    name_.reserve(root_.size() + 1 + rest.size());
+    name_ = root_;
     while (name_.size() + rest.size() > kLongestPath) {
         // As many names as the host takes at once; none when the root's own is long.
         const std::size_t room = kLongestPath - std::min(kLongestPath, name_.size());

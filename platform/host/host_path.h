@@ -10,6 +10,9 @@
 
 namespace vantrel::platform {
 
+// Whether this is the name of one thing in a folder, and one that Windows knows.
+bool IsHostName(std::string_view name);
+
 // "C:\Folder\Name" taken apart. "/" counts as "\"; "." and ".." are resolved; "\\?\" is dropped.
 struct HostPath {
     // Raises 52 for a malformed path or name (characters below a blank, any of < > : " | ? *, more
@@ -43,7 +46,8 @@ class HostPlace {
     // A path that leads there while this object lives.
     std::string Path() const;
     // The last name, spelled as on disk after Respell.
-    const std::string& Leaf() const { return leaf_; }
+    std::string Leaf() const { return path_.Leaf(); }
+    bool IsRoot() const { return path_.IsRoot(); }
 
     // Whether names are found as they are spelled only (HostDrive::exact_names).
     bool ExactNames() const { return exact_names_; }
@@ -67,7 +71,6 @@ class HostPlace {
     HostPath path_;
     HostFd folder_;
     std::string name_;
-    std::string leaf_;
 };
 
 }  // namespace vantrel::platform

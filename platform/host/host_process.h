@@ -24,6 +24,7 @@ class HostProcess : public Process {
     std::string CommandLine() override { return program_.command_line; }
     std::string WindowsFolder() override { return program_.windows_folder; }
     bool PreviousInstance() override { return program_.previous_instance; }
+    int Processors() override;
     [[noreturn]] void End(int exit_code) override;
 
   private:

@@ -1,7 +1,10 @@
 #include "platform/win32/win32_process.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdlib>
+#include <thread>
 
 #include "platform/command_line.h"
 #include "platform/win32/handles.h"
@@ -89,6 +92,16 @@ std::string Win32Process::WindowsFolder() {
 }
 
 bool Win32Process::PreviousInstance() { return Mark().Previous(); }
+
+int Win32Process::Processors() {
+    DWORD_PTR allowed = 0;
+    DWORD_PTR all = 0;
+    GetProcessAffinityMask(GetCurrentProcess(), &allowed, &all);
+    // 0 where the process has threads on more processors than a mask can hold.
+    const int count = allowed != 0 ? std::popcount(allowed)
+                                   : static_cast<int>(std::thread::hardware_concurrency());
+    return std::max(count, 1);
+}
 
 void Win32Process::End(int exit_code) {
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exit_code));

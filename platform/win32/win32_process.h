@@ -14,6 +14,7 @@ class Win32Process final : public Process {
     std::string CommandLine() override;
     std::string WindowsFolder() override;
     bool PreviousInstance() override;
+    int Processors() override;
     [[noreturn]] void End(int exit_code) override;
 };
 

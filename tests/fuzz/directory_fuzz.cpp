@@ -53,6 +53,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A record takes 46 bytes, whatever an archive states.
     Demand(directory.entries.size() <= size / 46);
     const vantrel::zip::DosMask everything(code_page, "*.*");
-    CheckPlan(directory, vantrel::zip::MakePlan(directory, everything, code_page, [](auto) {}));
+    vantrel::zip::ExtractionPlanner planner(directory, everything, code_page, [](auto) {});
+    planner.PlanAll();
+    CheckPlan(directory, planner.Plan());
     return 0;
 }

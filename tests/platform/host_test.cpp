@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -122,6 +123,43 @@ TEST_F(Host, FolderOfAnExactNameIsMadeOnce) {
     EXPECT_EQ(ErrorOf([&] { exact_files.MakeFolder("C:\\sub\\file\\new"); }), kPathNotFound);
 }
 
+TEST_F(Host, FolderOfExactNamesIsLookedForOnceAndMakesNewFilesLikeOpen) {
+    machine.PutFile("C:\\sub\\taken", "bytes");
+    platform::HostMachine exact({{'C', {.folder = OnHost(""), .exact_names = true}}});
+    auto& exact_files = exact.machine().files;
+    const auto sub = exact_files.OpenFolder("C:\\sub");
+    for (const char* name : {"a", "b", "TAKEN"}) {
+        sub->Create(name)->Close();
+    }
+    EXPECT_EQ(ErrorOf([&] { sub->Create("taken"); }), kFileExists);
+    for (const char* name : {"a?b", "", ".", ".."}) {
+        EXPECT_NE(ErrorOf([&] { sub->Create(name); }), 0) << name;
+    }
+    // What is made while it has another name goes along.
+    exact_files.Rename("C:\\sub", "C:\\other");
+    sub->Create("c")->Close();
+    EXPECT_THAT(machine.Names("C:\\other"), UnorderedElementsAre("TAKEN", "a", "b", "c", "taken"));
+    EXPECT_EQ(ErrorOf([&] { sub->Create("c"); }), kPathNotFound);
+}
+
+TEST_F(Host, FolderOfExactNamesMadeAnewTakesFilesAgain) {
+    machine.PutFile("C:\\sub\\old", "bytes");
+    platform::HostMachine exact({{'C', {.folder = OnHost(""), .exact_names = true}}});
+    auto& exact_files = exact.machine().files;
+    const auto sub = exact_files.OpenFolder("C:\\sub");
+    for (const char* name : {"a", "b"}) {
+        sub->Create(name)->Close();
+    }
+    for (const char* name : {"a", "b", "old"}) {
+        exact_files.RemoveFile(std::string("C:\\sub\\") + name);
+    }
+    exact_files.RemoveFolder("C:\\sub");
+    EXPECT_EQ(ErrorOf([&] { sub->Create("c"); }), kPathNotFound);
+    exact_files.MakeFolder("C:\\sub");
+    sub->Create("c")->Close();
+    EXPECT_THAT(machine.Names("C:\\sub"), UnorderedElementsAre("c"));
+}
+
 TEST_F(Host, RenameMayChangeLetterCaseOnly) {
     machine.PutFile("C:\\sub\\name.txt", "bytes");
     files.Rename("C:\\SUB\\name.txt", "C:\\SUB\\NAME.txt");
@@ -212,6 +250,21 @@ TEST_F(Host, HasNoMailProgram) {
     EXPECT_EQ(ErrorOf([&] { seam.mail_messages.Send(true); }), platform::mail_error::kNotSupported);
     seam.mail_session.SignOff();
     EXPECT_EQ(seam.mail_session.SessionId(), 0u);
+}
+
+TEST(HostProcess, RunsOnTheProcessorsThatItMayUse) {
+    platform::HostProcess process({});
+    cpu_set_t before;
+    ASSERT_EQ(::sched_getaffinity(0, sizeof before, &before), 0);
+    EXPECT_EQ(process.Processors(), CPU_COUNT(&before));
+    int first = 0;
+    while (!CPU_ISSET(first, &before)) ++first;
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(first, &one);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof one, &one), 0);
+    EXPECT_EQ(process.Processors(), 1);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof before, &before), 0);
 }
 
 TEST(HostError, EachCodeIsTheNumberThatWindowsHasForIt) {

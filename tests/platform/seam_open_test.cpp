@@ -133,6 +133,42 @@ TEST_F(SeamOpen, CreateNewReadsBackWhatItWrote) {
     file->Close();
 }
 
+TEST_F(SeamOpen, FolderMakesNewFilesLikeOpen) {
+    const auto sub = files().OpenFolder(MakeFolder("sub"));
+    for (const std::string name : {"a", "b", "c"}) {
+        const auto file = sub->Create(name);
+        file->Write(name.data(), name.size());
+        file->Close();
+    }
+    for (const std::string name : {"a", "b", "c"}) {
+        EXPECT_EQ(Content(In("sub\\" + name)), name);
+        EXPECT_EQ(ErrorOf([&] { sub->Create(name); }), kFileExists) << name;
+    }
+    EXPECT_EQ(ErrorOf([&] { sub->Create("a?b"); }), kBadFileName);
+    EXPECT_EQ(Names(In("sub")).size(), 3u);
+}
+
+TEST_F(SeamOpen, FolderMadeAnewTakesFilesAgain) {
+    const auto sub = files().OpenFolder(MakeFolder("sub"));
+    for (const std::string name : {"a", "b", "c"}) {
+        sub->Create(name)->Close();
+        files().RemoveFile(In("sub\\" + name));
+    }
+    files().RemoveFolder(In("sub"));
+    EXPECT_EQ(ErrorOf([&] { sub->Create("d"); }), kPathNotFound);
+    MakeFolder("sub");
+    sub->Create("d")->Close();
+    EXPECT_TRUE(Exists(In("sub\\d")));
+}
+
+TEST_F(SeamOpen, RootIsAFolderToo) {
+    const std::string name = "seam-root-file.txt";
+    const auto root = files().OpenFolder(under_test().WorkDrive() + "\\");
+    root->Create(name)->Close();
+    EXPECT_EQ(ErrorOf([&] { root->Create(name); }), kFileExists);
+    files().RemoveFile(under_test().WorkDrive() + "\\" + name);
+}
+
 TEST_F(SeamOpen, EmptyFileHasNoBytes) {
     const std::string path = Put("empty", "");
     auto file = Open(path, OpenMode::kRead);

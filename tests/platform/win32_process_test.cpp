@@ -1,5 +1,6 @@
 // What a program knows about itself, asked of a real second program: the probe beside this one.
 #include <algorithm>
+#include <bit>
 
 #include "tests/platform/win32_support.h"
 
@@ -119,6 +120,18 @@ TEST_F(Win32Process, EndIsAtOnceAndFlushesNothing) {
     Probe probe(ProbePath(), "probe");
     EXPECT_EQ(probe.Finish(), 7u);
     EXPECT_EQ(probe.last_words, "");
+}
+
+TEST_F(Win32Process, RunsOnTheProcessorsThatItMayUse) {
+    platform::Win32Machine machine;
+    platform::Process& process = machine.machine().process;
+    DWORD_PTR before = 0;
+    DWORD_PTR all = 0;
+    ASSERT_TRUE(GetProcessAffinityMask(GetCurrentProcess(), &before, &all));
+    EXPECT_EQ(process.Processors(), std::popcount(before));
+    ASSERT_TRUE(SetProcessAffinityMask(GetCurrentProcess(), before & (~before + 1)));
+    EXPECT_EQ(process.Processors(), 1);
+    ASSERT_TRUE(SetProcessAffinityMask(GetCurrentProcess(), before));
 }
 
 TEST_F(Win32Process, PreviousInstanceIsAnotherRunningCopy) {

@@ -64,6 +64,8 @@ class TestProcess : public platform::Process {
         ++previous_instance_questions;
         return previous_instance;
     }
+    int processors = 2;
+    int Processors() override { return processors; }
     [[noreturn]] void End(int exit_code) override { throw ProgramEnded{exit_code}; }
 };
 
@@ -163,6 +165,7 @@ struct StandIns {
     platform::FileSystem* files = nullptr;
     platform::Drives* drives = nullptr;
     platform::Clock* clock = nullptr;
+    platform::CodePage* code_page = nullptr;
 };
 
 inline platform::Machine With(const StandIns& other, const platform::Machine& machine) {
@@ -171,7 +174,7 @@ inline platform::Machine With(const StandIns& other, const platform::Machine& ma
             other.drives != nullptr ? *other.drives : machine.drives,
             other.clock != nullptr ? *other.clock : machine.clock,
             machine.settings,
-            machine.code_page,
+            other.code_page != nullptr ? *other.code_page : machine.code_page,
             machine.shell,
             machine.mail_session,
             machine.mail_messages};

@@ -1,6 +1,10 @@
 // What an archive holds, when nothing goes wrong.
 #include "zip/writer/archive_writer.h"
 
+#include <mutex>
+#include <set>
+#include <thread>
+
 #include "tests/zip/writer_fixture.h"
 #include "zip/base/little_endian.h"
 #include "zip/disks/archive_place.h"
@@ -83,6 +87,23 @@ TEST_F(ArchiveWriter, OutputIsTheSameForAnyNumberOfThreads) {
         EXPECT_TRUE(files.Content(options.archive) == alone) << threads;
         EXPECT_EQ(events.Texts(MessageKind::kInformation), texts) << threads;
     }
+}
+
+TEST_F(ArchiveWriter, OneProcessorHasOneThreadForTheFiles) {
+    for (int i = 0; i < 700; ++i) {
+        files.Put("C:\\Data\\" + std::to_string(i), Prose(3000));
+    }
+    options.threads = 0;
+    machine.process.processors = 1;
+    std::mutex mutex;
+    std::set<std::thread::id> threads;
+    files.before = [&](const std::string& call, const std::string& path) {
+        const std::lock_guard lock(mutex);
+        if (call == "Read" && path.starts_with("C:\\Data"))
+            threads.insert(std::this_thread::get_id());
+    };
+    ASSERT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(threads.size(), 1u);
 }
 
 TEST_F(ArchiveWriter, WhatDoesNotShrinkIsStored) {

@@ -1,4 +1,8 @@
 // What comes back from an archive, entry by entry.
+#include <mutex>
+#include <set>
+#include <thread>
+
 #include "tests/zip/reader_fixture.h"
 
 namespace vantrel::test {
@@ -26,7 +30,7 @@ TEST_F(Extraction, StoredDeflatedEmptyAndFolders) {
 
 TEST_F(Extraction, LargeEntriesStream) {
     const std::string noise = Noise((17 << 20) + 3);
-    const std::string prose = Prose((20 << 20) + 5);
+    const std::string prose = Prose((32 << 20) + 5);
     Extract(
         {{.name = "noise", .content = noise}, {.name = "prose", .content = prose, .method = 8}});
     EXPECT_EQ(Content("noise") == noise, true);
@@ -94,9 +98,9 @@ TEST_F(Extraction, LyingSizes) {
 }
 
 TEST_F(Extraction, LyingSizesOfALargeEntry) {
-    const std::string text = Prose(18 << 20);
+    const std::string text = Prose(33 << 20);
     for (const int lie : {-1, 1}) {
-        Extract({{.name = "a", .content = text, .method = 8, .size = (18 << 20) + lie}});
+        Extract({{.name = "a", .content = text, .method = 8, .size = (33 << 20) + lie}});
         EXPECT_TRUE(Restored().empty());
         EXPECT_EQ(result.failed, 1);
     }
@@ -294,6 +298,23 @@ TEST_F(Extraction, NewFileTakesOneOpenAndNoLook) {
     };
     Extract({{.name = "s/a", .content = "x"}});
     EXPECT_EQ(calls, (Strings{"Open", "Write", "SetTimes", "Close"}));
+}
+
+TEST_F(Extraction, OneProcessorHasOneThread) {
+    options.threads = 0;
+    machine.process.processors = 1;
+    std::mutex mutex;
+    std::set<std::thread::id> threads;
+    files.before = [&](const std::string&, const std::string&) {
+        const std::lock_guard lock(mutex);
+        threads.insert(std::this_thread::get_id());
+    };
+    std::vector<BuiltEntry> entries;
+    for (int i = 0; i < 1000; ++i) {
+        entries.push_back({.name = std::to_string(i), .content = "x"});
+    }
+    Extract(entries);
+    EXPECT_EQ(threads.size(), 1u);
 }
 
 TEST_F(Extraction, DamagedDirectoryRestoresWhatWasReadAndFails) {

@@ -188,6 +188,36 @@ TEST_F(ExtractionFailure, FullDestinationIsAQuestionAndRetryGoesOn) {
     EXPECT_EQ(result.failed, 0);
 }
 
+class CountingFolders : public MemoryFileSystem {
+  public:
+    std::unique_ptr<platform::Folder> OpenFolder(const std::string& path) override {
+        opened.push_back(path);
+        return MemoryFileSystem::OpenFolder(path);
+    }
+    Strings opened;
+};
+
+TEST_F(ExtractionFailure, FolderIsOpenedForFilesThatLieTogetherAndAnewAfterAQuestion) {
+    archive.entries = {{.name = "s/a", .content = "alpha"},
+                       {.name = "s/b", .content = Prose(3000)},
+                       {.name = "s/c", .content = "gamma"}};
+    options.threads = 1;
+    for (const bool full : {false, true}) {
+        CountingFolders counting;
+        counting.Put(options.archive, archive.Bytes());
+        questions.answers = {[&] {
+            counting.capacity = ~std::uint64_t{0};
+            return true;
+        }};
+        events.questions = &questions;
+        if (full) counting.capacity = counting.Info(options.archive).size + 1000;
+        result = zip::ExtractArchive(WithFiles(machine.machine(), counting), options, events);
+        EXPECT_EQ(result.outcome, RunOutcome::kComplete);
+        EXPECT_EQ(counting.Content("C:\\Out\\s\\b"), Prose(3000));
+        EXPECT_EQ(counting.opened, Strings(full ? 2 : 1, "C:\\Out\\s"));
+    }
+}
+
 TEST_F(ExtractionFailure, FullDestinationCancelledKeepsTheOldFile) {
     PutArchive();
     files.Put("C:\\Out\\a.txt", "old");

@@ -14,11 +14,12 @@ namespace {
 
 // A thread holds up to 33 MB while it restores large files.
 constexpr int kMostThreads = 8;
+// So many entries are planned before the other threads hear of them: a few batches for each.
+constexpr std::size_t kPlannedAtOnce = 512;
 
-int ThreadCount(int wanted, std::size_t files) {
-    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+int ThreadCount(int wanted, platform::Process& process, std::size_t files) {
     const int most = static_cast<int>(std::min<std::size_t>(files, kMostThreads));
-    return std::clamp(wanted > 0 ? wanted : cores, 1, std::max(most, 1));
+    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, std::max(most, 1));
 }
 
 class ExtractRun {
@@ -29,13 +30,18 @@ class ExtractRun {
     // On a background thread.
     void Run() {
         ReadTheDirectory();
-        plan_ = MakePlan(directory_, DosMask(machine_.code_page, options_.mask), machine_.code_page,
-                         [this](ComponentMessage message) { channel_.Tell(std::move(message)); });
-        failed = plan_.failed;
-        channel_.SetTotal(plan_.bytes);
-        CheckSpace();
+        const DosMask mask(machine_.code_page, options_.mask);
+        ExtractionPlanner planner(
+            directory_, mask, machine_.code_page,
+            [this](ComponentMessage message) { channel_.Tell(std::move(message)); });
+        // Nothing of the plan is needed to begin where everything fits anyway.
+        if (!planner.IsInOrder() || !EverythingFits()) {
+            planner.PlanAll();
+            failed = planner.Plan().failed;
+            CheckSpace(planner.Plan());
+        }
         MakeDestination();
-        RestoreAll();
+        RestoreAll(planner);
         channel_.RaiseLastEvent();
         if (!directory_.IsComplete()) {
             channel_.Fail({error_number::kDeviceIo, options_.archive, directory_.trouble});
@@ -59,20 +65,34 @@ class ExtractRun {
         });
     }
 
+    // Whether all entries together fit, those that will not be restored among them.
+    bool EverythingFits() {
+        const std::uint64_t free = FreeBytes();
+        std::uint64_t room = free;
+        const auto fits = [&room](const StoredEntry& entry) {
+            const bool does = entry.size <= room;
+            room -= does ? entry.size : 0;
+            return does;
+        };
+        return IsUnknown(free) ||
+               std::all_of(directory_.entries.begin(), directory_.entries.end(), fits);
+    }
+
     // Said before the first byte is written.
-    void CheckSpace() {
+    void CheckSpace(const ExtractionPlan& plan) {
         for (;;) {
             const std::uint64_t free = FreeBytes();
-            // 0 is also "cannot be told"; a full disk will say so itself.
-            if (free == 0 || plan_.bytes <= free || plan_.bytes - ReplacedBytes() <= free) {
+            if (IsUnknown(free) || plan.bytes <= free || plan.bytes - ReplacedBytes(plan) <= free) {
                 return;
             }
             channel_.RetryOrStop({error_number::kDiskFull, options_.destination,
                                   "The destination is too small: " + options_.destination + " (" +
-                                      std::to_string(plan_.bytes) + " bytes needed, " +
+                                      std::to_string(plan.bytes) + " bytes needed, " +
                                       std::to_string(free) + " free)."});
         }
     }
+    // 0 is also "cannot be told"; a full disk will say so itself.
+    static bool IsUnknown(std::uint64_t free) { return free == 0; }
 
     // Free where the destination is or will be.
     std::uint64_t FreeBytes() {
@@ -84,13 +104,13 @@ class ExtractRun {
     }
 
     // What files of the destination that will be replaced give back.
-    std::uint64_t ReplacedBytes() {
+    std::uint64_t ReplacedBytes(const ExtractionPlan& plan) {
         std::uint64_t bytes = 0;
-        for (const PlannedEntry& planned : plan_.files) {
+        for (const PlannedEntry& planned : plan.files) {
             channel_.CheckStop();
             bytes += SizeOf(JoinPath(options_.destination, planned.path));
         }
-        return std::min(bytes, plan_.bytes);
+        return std::min(bytes, plan.bytes);
     }
     std::uint64_t SizeOf(const std::string& path) {
         try {
@@ -129,19 +149,22 @@ class ExtractRun {
         }
     }
 
-    void RestoreAll() {
+    void RestoreAll(ExtractionPlanner& planner) {
         FolderMaker folders(machine_, options_.destination,
                             [this](const std::string& folder, const std::string& name) {
                                 TellAlias(folder, name);
                             });
-        Extraction run(machine_, options_.archive, directory_, plan_, folders, channel_);
-        Work(run);
-        entries = run.restored;
-        failed += run.failed;
+        Extraction run(machine_, options_.archive, directory_, planner.Plan(), folders, channel_);
+        Work(planner, run);
+        Count(run);
         channel_.CheckStop();
         RestoreFolders(run, folders);
+        Count(run);
+    }
+
+    void Count(const Extraction& run) {
         entries = run.restored;
-        failed = plan_.failed + run.failed;
+        failed = run.plan.failed + run.failed;
     }
 
     void TellAlias(const std::string& folder, const std::string& name) {
@@ -151,18 +174,36 @@ class ExtractRun {
              "A folder is restored as " + path + ": its name is another folder's short name.", 0});
     }
 
-    void Work(Extraction& run) {
-        std::vector<std::jthread> workers;
-        // Disks are put in one after the other, and so must be read.
-        const int wanted = directory_.disks.IsSet() ? 1 : options_.threads;
-        for (int i = ThreadCount(wanted, plan_.files.size()); i > 0; --i) {
-            workers.emplace_back([this, &run] { WorkerMain(run); });
-        }
+    // This thread plans, while the others restore already what is planned, and then joins in.
+    void Work(ExtractionPlanner& planner, Extraction& run) {
+        std::vector<std::jthread> others;
+        UntilStopped([&] {
+            // Disks are put in one after the other, and so must be read.
+            const int wanted = directory_.disks.IsSet() ? 1 : options_.threads;
+            for (int i = ThreadCount(wanted, machine_.process, directory_.entries.size()); i > 1;
+                 --i) {
+                others.emplace_back(
+                    [this, &run] { UntilStopped([&run] { ExtractWorker(run).Work(); }); });
+            }
+            PlanRest(planner, run);
+            ExtractWorker(run).Work();
+        });
     }
 
-    void WorkerMain(Extraction& run) {
+    void PlanRest(ExtractionPlanner& planner, Extraction& run) {
+        for (bool more = true; more;) {
+            channel_.CheckStop();
+            more = planner.PlanMore(kPlannedAtOnce);
+            run.queue.SetPlanned(run.plan.files.size(), !more);
+        }
+        channel_.SetTotal(run.plan.bytes);
+    }
+
+    // What a thread fails with stops all of them.
+    template <typename Step>
+    void UntilStopped(Step step) {
         try {
-            ExtractWorker(run).Work();
+            step();
         } catch (const RunStopped&) {
             // The reason is known already.
         } catch (const Error& error) {
@@ -174,15 +215,15 @@ class ExtractRun {
 
     // Their times come last, when nothing is put into them any more.
     void RestoreFolders(Extraction& run, FolderMaker& folders) {
-        std::vector<std::string> paths(plan_.folders.size());
+        std::vector<std::string> paths(run.plan.folders.size());
         for (std::size_t i = 0; i < paths.size(); ++i) {
-            const PlannedEntry& planned = plan_.folders[i];
+            const PlannedEntry& planned = run.plan.folders[i];
             run.Restore(planned.index, [&] { paths[i] = folders.Ensure(planned.path); });
         }
         for (std::size_t i = 0; i < paths.size(); ++i) {
             channel_.CheckStop();
             if (!paths[i].empty()) {
-                FinishFolder(run, plan_.folders[i].index, paths[i]);
+                FinishFolder(run, run.plan.folders[i].index, paths[i]);
             }
         }
     }
@@ -208,7 +249,6 @@ class ExtractRun {
     const ExtractOptions& options_;
     RunChannel& channel_;
     Directory directory_;
-    ExtractionPlan plan_;
 };
 
 }  // namespace

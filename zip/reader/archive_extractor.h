@@ -14,7 +14,7 @@ struct ExtractOptions {
     std::string archive;       // full path
     std::string destination;   // folder; made when it is missing
     std::string mask = "*.*";  // which files, by their own names; "*.*" is every entry
-    int threads = 0;           // 0: one for each core
+    int threads = 0;           // 0: one for each processor
 };
 
 struct ExtractResult {

@@ -20,6 +20,7 @@ namespace {
 
 constexpr std::size_t kLocalSize = 30;                // APPNOTE 4.3.7, before the name
 constexpr std::size_t kPiece = std::size_t{1} << 18;  // of what streams, in and out
+constexpr std::size_t kUsual = std::size_t{1} << 20;  // that most entries get by with
 
 [[noreturn]] void Damaged(const std::string& why) { throw Error(error_number::kDeviceIo, "", why); }
 
@@ -146,18 +147,25 @@ void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
     window_.Resize(source_.ReadAhead(offset, window_.data(), count));
 }
 
-// Valid until the next call.
-const std::uint8_t* EntryData::View(std::uint64_t offset, std::size_t count) {
+// Valid until the next call; leaves room for `unpacked` bytes at held_.
+const std::uint8_t* EntryData::View(std::uint64_t offset, std::size_t count, std::size_t unpacked) {
     if (offset >= window_at_ && offset - window_at_ <= window_.size() &&
         window_.size() - (offset - window_at_) >= count) {
+        MakeRoom(unpacked);
         return window_.data() + (offset - window_at_);
     }
-    packed_.Clear();
-    packed_.Resize(count);
-    if (source_.ReadAt(offset, packed_.data(), count) != count) {
+    MakeRoom(unpacked + count);
+    if (source_.ReadAt(offset, held_.data() + unpacked, count) != count) {
         Damaged("the archive ends before its data");
     }
-    return packed_.data();
+    return held_.data() + unpacked;
+}
+
+// The most that can be needed at once, rather than by and by: memory that nobody touches costs
+// nothing, and each new block is fresh memory from its first byte on.
+void EntryData::MakeRoom(std::size_t count) {
+    held_.Clear();
+    held_.Reserve(count <= kUsual ? kUsual : std::max<std::size_t>(count, kLargestHeld + 1));
 }
 
 std::uint64_t EntryData::FindData(const StoredEntry& entry, std::string& disagreement) {
@@ -186,7 +194,8 @@ std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
     }
     if (entry.method == method::kDeflated64) {
         StreamDeflated64(entry, data_at, sink);
-    } else if (std::max(entry.size, entry.packed_size) <= kLargestWhole) {
+    } else if (entry.packed_size <= kLargestHeld &&
+               entry.size <= kLargestHeld - entry.packed_size) {
         ReadWhole(entry, data_at, sink);
     } else if (entry.method == method::kStored) {
         StreamStored(entry, data_at, sink);
@@ -199,18 +208,18 @@ std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
 void EntryData::ReadWhole(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
     const auto size = static_cast<std::size_t>(entry.size);
     const auto packed_size = static_cast<std::size_t>(entry.packed_size);
-    const std::uint8_t* data = View(data_at, packed_size);
+    // One byte more than needed, so that there is always a place to point to.
+    const std::size_t unpacked = entry.method == method::kDeflated ? size + 1 : 0;
+    const std::uint8_t* data = View(data_at, packed_size, unpacked);
     if (entry.method == method::kDeflated) {
-        // One byte more than needed, so that there is always a place to point to.
-        output_.Resize(size + 1);
-        const auto result = libdeflate_deflate_decompress(
-            inflaters_->whole.get(), data, packed_size, output_.data(), size, nullptr);
+        const auto result = libdeflate_deflate_decompress(inflaters_->whole.get(), data,
+                                                          packed_size, held_.data(), size, nullptr);
         if (result != LIBDEFLATE_SUCCESS) {
             Damaged(result == LIBDEFLATE_SHORT_OUTPUT         ? "it holds less data than stated"
                     : result == LIBDEFLATE_INSUFFICIENT_SPACE ? "it holds more data than stated"
                                                               : "its data is damaged");
         }
-        data = output_.data();
+        data = held_.data();
     }
     if (Crc32(data, size) != entry.crc) {
         Damaged("its checksum is wrong");
@@ -235,24 +244,23 @@ void EntryData::StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, 
     CheckedSink checked(entry, sink);
     InflateStream inflater;
     z_stream& stream = *inflater;
-    output_.Resize(kPiece);
     std::uint64_t taken = 0;
     for (int result = Z_OK; result != Z_STREAM_END;) {
         if (stream.avail_in == 0) {
             const auto part = static_cast<std::size_t>(
                 std::min<std::uint64_t>(kPiece, entry.packed_size - taken));
             // zlib wants its input writable but leaves it alone.
-            stream.next_in = const_cast<Bytef*>(View(data_at + taken, part));
+            stream.next_in = const_cast<Bytef*>(View(data_at + taken, part, kPiece));
             stream.avail_in = static_cast<uInt>(part);
             taken += part;
         }
-        stream.next_out = output_.data();
+        stream.next_out = held_.data();
         stream.avail_out = static_cast<uInt>(kPiece);
         result = inflate(&stream, Z_NO_FLUSH);
         if (result != Z_OK && result != Z_STREAM_END) {
             Damaged("its data is damaged");
         }
-        checked.Put(output_.data(), kPiece - stream.avail_out);
+        checked.Put(held_.data(), kPiece - stream.avail_out);
     }
     checked.Finish();
 }

@@ -14,9 +14,9 @@
 
 namespace vantrel::zip {
 
-// Up to this many bytes, packed and not, an entry is held in memory as a whole; larger ones stream.
-// More costs memory on every thread and gains nothing.
-constexpr std::uint64_t kLargestWhole = std::uint64_t{16} << 20;
+// Up to this many bytes, packed and unpacked ones together, an entry is held in memory as a whole;
+// larger ones stream, which takes twice the time. This is what a thread holds at most.
+constexpr std::uint64_t kLargestHeld = std::uint64_t{32} << 20;
 
 // Why an entry's data cannot be read at all, by its flags and method ("it is encrypted"); "" when
 // it can be tried.
@@ -36,14 +36,15 @@ class EntryData {
 
     // Hands all data of the entry to `sink`, in order; what `sink` throws comes out. Raises 57 with
     // words for the user when data, size or CRC are not as the directory states; stored or deflated
-    // data of at most kLargestWhole bytes has been checked before `sink` sees it. Returns how the
-    // local header disagrees with the directory, "" when it does not.
+    // data of an entry that is held as a whole has been checked before `sink` sees it. Returns how
+    // the local header disagrees with the directory, "" when it does not.
     std::string Read(const StoredEntry& entry, const Sink& sink);
 
   private:
     struct Inflaters;
 
-    const std::uint8_t* View(std::uint64_t offset, std::size_t count);
+    const std::uint8_t* View(std::uint64_t offset, std::size_t count, std::size_t unpacked = 0);
+    void MakeRoom(std::size_t count);
     std::uint64_t FindData(const StoredEntry& entry, std::string& disagreement);
     void ReadWhole(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
     void StreamStored(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
@@ -54,8 +55,7 @@ class EntryData {
     std::unique_ptr<Inflaters> inflaters_;
     Buffer window_;  // of the archive, from window_at_ on
     std::uint64_t window_at_ = 0;
-    Buffer packed_;
-    Buffer output_;
+    Buffer held_;  // unpacked bytes, and behind them packed ones that are not in the window
 };
 
 }  // namespace vantrel::zip

@@ -1,22 +1,12 @@
 #include "zip/reader/extract_worker.h"
 
-#include <algorithm>
+#include <functional>
 #include <optional>
 
 #include "zip/base/paths.h"
 #include "zip/reader/target_file.h"
 
 namespace vantrel::zip {
-
-namespace {
-
-// Small entries are read together, up to so many bytes and entries: less often asked of the disk,
-// and still often enough looked at for a cancel.
-constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 20;
-constexpr std::size_t kBatchEntries = 64;
-constexpr std::uint64_t kHeaderRoom = 30 + 512;  // local header and usual extra fields
-
-}  // namespace
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
@@ -32,39 +22,16 @@ bool Extraction::IsOfDestination(int number) {
            (number == error_number::kPathNotFound && folders.DestinationIsGone());
 }
 
-Extraction::Batch Extraction::NextBatch() {
-    const std::lock_guard lock(mutex_);
-    Batch batch{next_, next_, 0};
-    const std::size_t count = plan.files.size();
-    std::uint64_t bytes = 0;
-    while (next_ < count && next_ - batch.begin < kBatchEntries) {
-        const StoredEntry& entry = File(next_);
-        const std::uint64_t reach = entry.offset - File(batch.begin).offset + kHeaderRoom +
-                                    entry.RawName().size() + entry.packed_size;
-        if (reach > kBatchBytes) {
-            break;
-        }
-        bytes = reach;
-        ++next_;
-    }
-    if (next_ == batch.begin && next_ < count) {
-        ++next_;  // a large one, alone
-    }
-    batch.end = next_;
-    batch.bytes = static_cast<std::size_t>(bytes);
-    return batch;
-}
-
 ExtractWorker::ExtractWorker(Extraction& run)
-    : run_(run), source_(run.machine.files, run.archive), data_(source_) {
+    : run_(run), turn_(run.queue.Join()), source_(run.machine.files, run.archive), data_(source_) {
     source_.AskOn(run.channel, run.directory);
 }
 
 void ExtractWorker::Work() {
     for (;;) {
         run_.channel.CheckStop();
-        const Extraction::Batch batch = run_.NextBatch();
-        if (batch.begin == batch.end) {
+        const FileQueue::Batch batch = run_.queue.Next(turn_);
+        if (batch.IsEmpty()) {
             return;
         }
         if (batch.bytes > 0) {
@@ -74,12 +41,20 @@ void ExtractWorker::Work() {
         for (std::size_t i = batch.begin; i < batch.end; ++i) {
             RestoreFile(run_.plan.files[i]);
         }
+        LeaveFolder();
     }
 }
 
 void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
     counted_ = 0;
-    run_.Restore(planned.index, [&] { RestoreOnce(planned); });
+    run_.Restore(planned.index, [&] {
+        try {
+            RestoreOnce(planned);
+        } catch (const Error&) {
+            LeaveFolder();  // whoever is asked about it may put another one in its place
+            throw;
+        }
+    });
     run_.channel.AddDone(run_.directory.entries[planned.index].size - counted_);
 }
 
@@ -89,35 +64,41 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     const auto open = [&] {
         if (!target) {
             const CutPath path = Cut(planned.path);
-            target.emplace(run_.machine, Folder(path.folder), std::string(path.leaf), run_.archive);
+            EnterFolder(path.folder);
+            target.emplace(run_.machine, *folder_, folder_path_, std::string(path.leaf),
+                           run_.archive);
         }
     };
     std::uint64_t written = 0;
-    const std::string disagreement =
-        data_.Read(entry, [&](const std::uint8_t* bytes, std::size_t count) {
-            run_.channel.CheckStop();
-            open();
-            target->Write(bytes, count);
-            written += count;
-            if (written > counted_) {
-                run_.channel.AddDone(written - counted_);
-                counted_ = written;
-            }
-            const double share = static_cast<double>(written) / static_cast<double>(entry.size);
-            run_.channel.SetFilePercent(static_cast<int>(share * 100));
-        });
+    const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
+        run_.channel.CheckStop();
+        open();
+        target->Write(bytes, count);
+        written += count;
+        if (written > counted_) {
+            run_.channel.AddDone(written - counted_);
+            counted_ = written;
+        }
+        const double share = static_cast<double>(written) / static_cast<double>(entry.size);
+        run_.channel.SetFilePercent(static_cast<int>(share * 100));
+    };
+    // Copied into the function it would need memory of its own, for each file.
+    const std::string disagreement = data_.Read(entry, std::ref(put));
     open();
     target->Commit(entry.times, entry.attributes);
     TellRestored(planned, target->Path(), disagreement);
 }
 
-const std::string& ExtractWorker::Folder(std::string_view folder) {
-    if (folder_path_.empty() || folder != folder_) {
-        const std::string wanted(folder);
+void ExtractWorker::EnterFolder(std::string_view name) {
+    if (folder_path_.empty() || name != folder_name_) {
+        const std::string wanted(name);
+        LeaveFolder();
         folder_path_ = run_.folders.Ensure(wanted);
-        folder_ = wanted;
+        folder_name_ = wanted;
     }
-    return folder_path_;
+    if (!folder_) {
+        folder_ = run_.machine.files.OpenFolder(folder_path_);
+    }
 }
 
 void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string& path,
@@ -129,7 +110,7 @@ void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string&
                                        name + " has another " + disagreement +
                                            " in its local header; the directory's holds."));
     }
-    if (LeafOf(path) != LeafOf(planned.path)) {
+    if (Cut(path).leaf != Cut(planned.path).leaf) {
         run_.channel.Tell(EntryWarning(
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));

@@ -3,9 +3,8 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
-#include <mutex>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +14,7 @@
 #include "zip/reader/archive_source.h"
 #include "zip/reader/entry_data.h"
 #include "zip/reader/extraction_plan.h"
+#include "zip/reader/file_queue.h"
 #include "zip/reader/folder_maker.h"
 #include "zip/records/directory_reader.h"
 
@@ -30,7 +30,8 @@ class Extraction {
           directory(its_directory),
           plan(its_plan),
           folders(its_folders),
-          channel(its_channel) {}
+          channel(its_channel),
+          queue(directory, plan, channel.Token()) {}
 
     platform::Machine machine;
     const std::string archive;
@@ -38,6 +39,7 @@ class Extraction {
     const ExtractionPlan& plan;
     FolderMaker& folders;
     RunChannel& channel;
+    FileQueue queue;
     std::atomic<std::uint64_t> restored{0};
     std::atomic<std::int32_t> failed{0};
 
@@ -51,21 +53,6 @@ class Extraction {
     // Whether an error is about the whole destination, which is full or gone, and not about one
     // file.
     bool IsOfDestination(int number);
-
-    // Entries of plan.files from `begin` to before `end`; empty when none is left.
-    struct Batch {
-        std::size_t begin = 0;
-        std::size_t end = 0;
-        std::size_t bytes = 0;  // of the archive that hold them, 0 when they are read one by one
-    };
-    Batch NextBatch();
-
-  private:
-    const StoredEntry& File(std::size_t place) const {
-        return directory.entries[plan.files[place].index];
-    }
-    std::mutex mutex_;
-    std::size_t next_ = 0;
 };
 
 class ExtractWorker {
@@ -78,15 +65,19 @@ class ExtractWorker {
   private:
     void RestoreFile(const PlannedEntry& planned);
     void RestoreOnce(const PlannedEntry& planned);
-    const std::string& Folder(std::string_view folder);
+    // Makes it unless it is there. For a batch at most, so that a folder is not held for long.
+    void EnterFolder(std::string_view name);
+    void LeaveFolder() { folder_.reset(); }
     void TellRestored(const PlannedEntry& planned, const std::string& path,
                       const std::string& disagreement);
 
     Extraction& run_;
+    FileQueue::Turn& turn_;
     ArchiveSource source_;
     EntryData data_;
-    std::string folder_;         // below the destination, the last that was asked for
-    std::string folder_path_;    // where it is; "" before the first
+    std::string folder_name_;  // below the destination, the last that was asked for
+    std::string folder_path_;  // where it is; "" before the first
+    std::unique_ptr<platform::Folder> folder_;
     std::uint64_t counted_ = 0;  // bytes of the current file that are in the progress already
 };
 

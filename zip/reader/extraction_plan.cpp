@@ -1,8 +1,10 @@
 #include "zip/reader/extraction_plan.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "common/error.h"
 #include "zip/base/paths.h"
@@ -29,8 +31,8 @@ class Overlaps {
         const auto earlier = [this](std::uint32_t a, std::uint32_t b) {
             return directory_.entries[a].offset < directory_.entries[b].offset;
         };
-        // As they are written, as a rule.
-        if (!std::is_sorted(order.begin(), order.end(), earlier)) {
+        in_order_ = std::is_sorted(order.begin(), order.end(), earlier);
+        if (!in_order_) {
             std::sort(order.begin(), order.end(), earlier);
         }
         for (const std::uint32_t index : order) {
@@ -38,6 +40,7 @@ class Overlaps {
         }
     }
     bool operator[](std::uint32_t index) const { return overlaps_[index]; }
+    bool IsInOrder() const { return in_order_; }
 
   private:
     void Add(std::uint32_t index) {
@@ -61,33 +64,42 @@ class Overlaps {
 
     const Directory& directory_;
     std::vector<bool> overlaps_;
+    bool in_order_ = false;
     std::uint64_t end_ = 0;
     std::uint32_t owner_ = 0;
 };
 
-class Planner {
+}  // namespace
+
+class ExtractionPlanner::Planner {
   public:
     Planner(const Directory& directory, const DosMask& mask, platform::CodePage& code_page,
-            const std::function<void(ComponentMessage)>& tell)
+            Tell tell)
         : directory_(directory),
           mask_(mask),
           code_page_(code_page),
-          tell_(tell),
+          tell_(std::move(tell)),
           overlaps_(directory),
-          names_(directory.entries.size()) {}
+          names_(directory.entries.size()) {
+        // As much as can be needed: what is planned may not move any more.
+        plan_.files.reserve(directory.entries.size());
+    }
 
-    ExtractionPlan Make() {
-        plan_.files.reserve(directory_.entries.size());
-        for (std::uint32_t i = 0; i < directory_.entries.size(); ++i) {
-            Add(i);
+    bool IsInOrder() const { return overlaps_.IsInOrder(); }
+    const ExtractionPlan& Plan() const { return plan_; }
+
+    bool PlanMore(std::size_t count) {
+        const std::size_t left = directory_.entries.size() - next_;
+        for (std::size_t portion = std::min(count, left); portion > 0; --portion) {
+            Add(next_++);
         }
-        const auto earlier = [this](const PlannedEntry& a, const PlannedEntry& b) {
-            return Of(a).offset < Of(b).offset;
-        };
-        if (!std::is_sorted(plan_.files.begin(), plan_.files.end(), earlier)) {
-            std::stable_sort(plan_.files.begin(), plan_.files.end(), earlier);
+        if (count < left) {
+            return true;
         }
-        return std::move(plan_);
+        if (left > 0 && !IsInOrder()) {
+            SortFiles();
+        }
+        return false;
     }
 
   private:
@@ -98,6 +110,13 @@ class Planner {
 
     const StoredEntry& Of(const PlannedEntry& planned) const {
         return directory_.entries[planned.index];
+    }
+
+    void SortFiles() {
+        std::stable_sort(plan_.files.begin(), plan_.files.end(),
+                         [this](const PlannedEntry& a, const PlannedEntry& b) {
+                             return Of(a).offset < Of(b).offset;
+                         });
     }
 
     void Add(std::uint32_t index) {
@@ -156,7 +175,7 @@ class Planner {
             name.changes.push_back("another entry has its name already");
         }
         TellChanges(index, name);
-        plan_.bytes += directory_.entries[index].size;
+        plan_.bytes += std::min(directory_.entries[index].size, ~plan_.bytes);
         plan_.files.push_back({index, std::move(name.path)});
     }
 
@@ -224,17 +243,16 @@ class Planner {
     const Directory& directory_;
     const DosMask& mask_;
     platform::CodePage& code_page_;
-    const std::function<void(ComponentMessage)>& tell_;
+    Tell tell_;
     Overlaps overlaps_;
     ExtractionPlan plan_;
+    std::uint32_t next_ = 0;  // entry to decide about
     TakenNames names_;
     std::vector<Taken> taken_;  // by the numbers of names_
     std::uint32_t folders_ = 0;
     std::string last_folder_;
     std::uint32_t last_number_ = 0;
 };
-
-}  // namespace
 
 ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, int code,
                               const std::string& text) {
@@ -243,10 +261,21 @@ ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, i
         directory.entries[index].name, text, static_cast<std::int32_t>(directory.entries.size())};
 }
 
-ExtractionPlan MakePlan(const Directory& directory, const DosMask& mask,
-                        platform::CodePage& code_page,
-                        const std::function<void(ComponentMessage)>& tell) {
-    return Planner(directory, mask, code_page, tell).Make();
+ExtractionPlanner::ExtractionPlanner(const Directory& directory, const DosMask& mask,
+                                     platform::CodePage& code_page, Tell tell)
+    : planner_(std::make_unique<Planner>(directory, mask, code_page, std::move(tell))) {}
+
+ExtractionPlanner::~ExtractionPlanner() = default;
+
+bool ExtractionPlanner::IsInOrder() const { return planner_->IsInOrder(); }
+
+bool ExtractionPlanner::PlanMore(std::size_t count) { return planner_->PlanMore(count); }
+
+void ExtractionPlanner::PlanAll() {
+    while (PlanMore(std::numeric_limits<std::size_t>::max())) {
+    }
 }
+
+const ExtractionPlan& ExtractionPlanner::Plan() const { return planner_->Plan(); }
 
 }  // namespace vantrel::zip

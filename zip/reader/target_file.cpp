@@ -21,10 +21,11 @@ constexpr int kMostTemporaryNames = 1000;
 
 }  // namespace
 
-TargetFile::TargetFile(const platform::Machine& machine, const std::string& folder,
-                       const std::string& name, const std::string& archive)
-    : machine_(machine), path_(JoinPath(folder, name)) {
-    for (std::string leaf = name; !OpenNew();) {
+TargetFile::TargetFile(const platform::Machine& machine, platform::Folder& folder,
+                       const std::string& folder_path, const std::string& name,
+                       const std::string& archive)
+    : machine_(machine), path_(JoinPath(folder_path, name)) {
+    for (std::string leaf = name; !OpenNew(folder, leaf);) {
         const auto found = machine_.files.Find(path_);
         if (!found) {
             throw Error(error_number::kPermissionDenied, "",
@@ -32,7 +33,7 @@ TargetFile::TargetFile(const platform::Machine& machine, const std::string& fold
         }
         if (IsAliasOf(machine_.code_page, *found, leaf)) {
             leaf += '_';
-            path_ = JoinPath(folder, leaf);
+            path_ += '_';
             continue;
         }
         if (found->is_link || found->IsFolder()) {
@@ -43,18 +44,18 @@ TargetFile::TargetFile(const platform::Machine& machine, const std::string& fold
             throw Error(error_number::kPathFileAccess, "", "the archive itself has its name");
         }
         old_attributes_ = found->attributes & kSettable;
-        OpenBeside(folder);
+        OpenBeside(folder_path);
         break;
     }
 }
 
 // False when the name is taken.
-bool TargetFile::OpenNew() {
+bool TargetFile::OpenNew(platform::Folder& folder, const std::string& name) {
     if (IsTooLongPath(path_)) {
         throw Error(error_number::kBadFileName, "", "its path is too long");
     }
     try {
-        file_ = machine_.files.Open(path_, platform::OpenMode::kCreateNew);
+        file_ = folder.Create(name);
         return true;
     } catch (const Error& error) {
         const bool may_be_taken = error.number() == error_number::kFileExists ||

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/machine.h"
 
@@ -13,10 +14,11 @@ namespace vantrel::zip {
 
 class TargetFile {
   public:
-    // `folder` exists; `name` may. Raises 75 with words for the user when a folder or a link has
-    // the name, or when it is that of `archive`, and what the disk raises.
-    TargetFile(const platform::Machine& machine, const std::string& folder, const std::string& name,
-               const std::string& archive);
+    // `folder`, which is at `folder_path`, exists; `name` may. Raises 75 with words for the user
+    // when a folder or a link has the name, or when it is that of `archive`, and what the disk
+    // raises.
+    TargetFile(const platform::Machine& machine, platform::Folder& folder,
+               const std::string& folder_path, const std::string& name, const std::string& archive);
     ~TargetFile();
     TargetFile(const TargetFile&) = delete;
     TargetFile& operator=(const TargetFile&) = delete;
@@ -30,7 +32,7 @@ class TargetFile {
     void Commit(const platform::FileTimes& times, std::uint32_t attributes);
 
   private:
-    bool OpenNew();
+    bool OpenNew(platform::Folder& folder, const std::string& name);
     void OpenBeside(const std::string& folder);
     void PutInPlace();
 

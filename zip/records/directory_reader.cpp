@@ -37,7 +37,9 @@ class Stretch {
         position_ = 0;
         const auto wanted = static_cast<std::size_t>(
             std::min<std::uint64_t>(end_ - next_, kPortion - buffer_.size()));
-        buffer_ += source_.Bytes(next_, wanted);
+        const std::size_t kept = buffer_.size();
+        buffer_.resize(kept + wanted);
+        buffer_.resize(kept + source_.ReadAt(next_, buffer_.data() + kept, wanted));
         next_ += wanted;
     }
 

@@ -28,9 +28,8 @@ constexpr int kSmallestLevel = 9;
 // Jobs that may be finished before their turn, beyond one for each thread.
 constexpr int kSlack = 6;
 
-int ThreadCount(int wanted) {
-    const int cores = static_cast<int>(std::thread::hardware_concurrency());
-    return std::clamp(wanted > 0 ? wanted : cores, 1, kMostThreads);
+int ThreadCount(int wanted, platform::Process& process) {
+    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, kMostThreads);
 }
 
 class ArchiveRun {
@@ -78,7 +77,7 @@ class ArchiveRun {
     // False when nothing could be put into it.
     bool FillArchive() {
         const OwnFiles own{options_.archive, options_.archive + kTemporarySuffix};
-        const int threads = ThreadCount(options_.threads);
+        const int threads = ThreadCount(options_.threads, machine_.process);
         SourceList list = ScanSource(machine_, options_.source, own, channel_, threads);
         skipped = list.skipped;
         channel_.SetTotal(list.bytes);

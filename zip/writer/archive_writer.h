@@ -18,7 +18,7 @@ struct WriterOptions {
     SourceSpec source;
     int level = 9;          // 0 stores everything as it is, 1 is fast, 9 is small
     bool spanning = false;  // go on on the next disk when one is full
-    int threads = 0;        // 0: one for each core
+    int threads = 0;        // 0: one for each processor
     // Exchanges the compressor, for tests of what happens when it is wrong.
     std::function<std::unique_ptr<RawCompressor>()> make_compressor;
 };

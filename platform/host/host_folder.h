@@ -1,0 +1,33 @@
+// A folder of the host that files are made in.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/file_system.h"
+#include "platform/host/host_drive_map.h"
+#include "platform/host/host_handles.h"
+
+namespace vantrel::platform {
+
+// On a drive of exact names (HostDrive::exact_names) it is opened for its second file: it has fewer
+// than three, as a rule, and then that would not pay.
+class HostFolder : public Folder {
+  public:
+    // `by_path` makes the files that cannot be made in the open folder, and knows why not.
+    HostFolder(const HostDriveMap& drives, std::string path, std::unique_ptr<Folder> by_path)
+        : drives_(drives), path_(std::move(path)), by_path_(std::move(by_path)) {}
+
+    std::unique_ptr<File> Create(const std::string& name) override;
+
+  private:
+    void Open();
+
+    const HostDriveMap& drives_;
+    const std::string path_;
+    std::unique_ptr<Folder> by_path_;
+    int asked_ = 0;  // how many files for, up to the second
+    HostFd folder_;
+};
+
+}  // namespace vantrel::platform
