@@ -61,10 +61,12 @@ void clsSystem::ShowWebPage(const std::string& address) {
 }
 
 void clsSystem::ScrollText(forms::TextBox& box, int lines) {
-    forms::Control* const active = box.owner().ActiveControl();
-    box.SetFocus();
-    box.ScrollLines(lines);
-    if (active != nullptr) active->SetFocus();
+    Reported("clsSystem:ScrollText Method", [&] {
+        forms::Control* const active = box.owner().ActiveControl();
+        box.SetFocus();
+        box.ScrollLines(lines);
+        if (active != nullptr) active->SetFocus();
+    });
 }
 
 }  // namespace vantrel

@@ -96,6 +96,22 @@ TEST_F(Scrolling, FocusStaysOnTheTextBoxThatHadItItself) {
     EXPECT_EQ(window.ActiveControl(), &text);
 }
 
+TEST_F(Scrolling, ErrorCarriesItsLabel) {
+    struct BrokenView : forms::ControlView {
+        void Changed(forms::Aspect) override { RaiseError(error_number::kOutOfMemory); }
+    } broken;
+    text.Bind(&broken);
+    try {
+        clsSystem(program).ScrollText(text, 1000);
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -2147211505);
+        EXPECT_EQ(error.source(), "clsSystem:ScrollText Method");
+        EXPECT_EQ(error.description(), "Out of memory");
+    }
+    text.Bind(nullptr);
+}
+
 class GradientTest : public ProgramFixture {
   protected:
     const std::vector<forms::Form::FilledBox>& Paint(int height, int blue, bool down) {
