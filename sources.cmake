@@ -224,7 +224,8 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_path_test.cpp
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
-    tests/platform/win32_sharing_test.cpp)
+    tests/platform/win32_sharing_test.cpp
+    tests/platform/win32_shell_test.cpp)
 set(FORMS_TESTS
     tests/forms/controls_test.cpp
     tests/forms/drive_list_test.cpp

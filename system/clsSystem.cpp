@@ -54,7 +54,7 @@ void clsSystem::ShowWebPage(const std::string& address) {
         if (Trimmed(program_.machine.shell.ProgramFor(page.path())).empty()) {
             return Tell("Could not find a Web Browser.", address);
         }
-        if (program_.machine.shell.Open(address) <= kLastShellError) {
+        if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) <= kLastShellError) {
             Tell("Web Page not Opened", "Web URL Failed");
         }
     });

@@ -101,6 +101,7 @@ class TestShell : public platform::Shell {
     int answer = 42;
     std::vector<std::string> asked;
     std::vector<std::string> opened;
+    std::vector<platform::ShellVerb> verbs;  // one for each of these
     std::function<void()> on_find;
 
     std::string ProgramFor(const std::string& file) override {
@@ -108,8 +109,9 @@ class TestShell : public platform::Shell {
         if (on_find) on_find();
         return executable;
     }
-    int Open(const std::string& target) override {
+    int Open(const std::string& target, platform::ShellVerb verb) override {
         opened.push_back(target);
+        verbs.push_back(verb);
         return answer;
     }
 };

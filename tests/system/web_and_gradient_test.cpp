@@ -23,6 +23,7 @@ TEST_F(WebPage, OpensTheAddressThroughTheShell) {
     Show();
     EXPECT_THAT(machine.shell.asked, ElementsAre(kScratch));
     EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
+    EXPECT_THAT(machine.shell.verbs, ElementsAre(platform::ShellVerb::kOpen));
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
