@@ -341,6 +341,7 @@ set(RESTORE_TESTS
     tests/restore/restore_failure_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
+    tests/ui/backup_lists_test.cpp
     tests/ui/backup_tab_test.cpp
     tests/ui/editor_list_test.cpp
     tests/ui/editor_save_test.cpp
@@ -391,6 +392,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/kill_test.py
     tests/end_to_end/mail_test.py
     tests/end_to_end/main_window_test.py
+    tests/end_to_end/meanwhile_test.py
     tests/end_to_end/package_test.py
     tests/end_to_end/recipes_test.py
     tests/end_to_end/refusal_test.py

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/error.h"
 #include "forms/control.h"
 #include "platform/machine.h"
 
@@ -54,11 +55,15 @@ class FolderList : public Control {
     const std::vector<Entry>& Entries() const { return entries_; }
     int SubFolderCount() const;
     std::string SubFolder(int index) const;  // full path, "" when there is none
-    // Double click or Enter on an entry.
+    // Double click or Enter on an entry. One that is gone meanwhile leaves the path as it is, and
+    // the list shows what is still there; the error is for Refused or, without one, for the caller.
     void UserOpen(int index);
+    std::function<void(const Error&)> Refused;
     void Reload();
 
   private:
+    bool Enter(const std::string& path);  // true for another folder than before
+    void Refuse(const Error& error);
     void Fill();
     std::string path_;
     std::vector<Entry> entries_;

@@ -70,6 +70,7 @@ BackupTab::BackupTab(forms::Form& window)
     Cmb_BackupSet.Click = [this] { Cmb_BackupSet_Click(); };
     Dri_DriveList.Change = [this] { Dri_DriveList_Change(); };
     Dir_DirList.Change = [this] { Dir_DirList_Change(); };
+    Dir_DirList.Refused = [this](const Error& error) { ShowError(window_.program(), error); };
     Cmd_Change.Click = [this] { Cmd_Change_Click(); };
     Cmd_Backup.Click = [this] { Cmd_Backup_Click(); };
     Cmd_Navigate.Click = [this] { Cmd_Navigate_Click(); };

@@ -1,0 +1,87 @@
+"""What changes behind the back of the program while its window is open: folders that go, drives that
+come, a log that somebody holds."""
+import harness
+import window
+
+
+class Meanwhile(harness.EndToEndTest):
+    """A computer with one set, whose source has two folders."""
+
+    def setUp(self):
+        super().setUp()
+        self.source = self.pc.drive("s")
+        (self.source / "Documents").mkdir()
+        (self.source / "Gone").mkdir()
+        self.destination = self.pc.drive("e")
+        self.set_file = self.pc.write_set("Job.INI", BackupFiles="S:\\*.*", BackupToDrive="E:\\")
+
+    def open(self):
+        """Starts the program, selects the set and changes to the edit mode."""
+        program = window.Attended(self.pc)
+        program.choose("Cmb_BackupSet", "Job.INI")
+        program.wait_for(lambda: program.text("Fld_BackupWhere") == "E:\\", "the set")
+        program.click("Cmd_Change")
+        program.wait_for(lambda: program.enabled("Dir_DirList"), "the edit mode")
+        return program
+
+    def assert_error(self, box, text):
+        self.assertEqual(("Error", text), (box.title, box.text))
+        self.assertEqual(["OK"], list(box.buttons))
+        self.assertTrue(box.has_icon)
+
+
+class Folders(Meanwhile):
+    def assert_refused(self, program, name, act):
+        """`act` opens Gone, which is not there any more, in a folder list."""
+        (self.source / "Gone").rmdir()
+        act()
+        self.assert_error(program.answer("OK"), "Path not found")
+        program.wait_for(lambda: "Gone" not in program.items(name), "the list without it")
+        program.open_entry(name, "Documents")
+        program.wait_for(lambda: program.selected(name) == "Documents" and
+                         len(program.items(name)) == 2, "the other folder")
+
+    def test_double_click_on_a_folder_that_is_gone(self):
+        program = self.open()
+        before = self.set_file.read_bytes()
+
+        def double_click():
+            program.open_entry("Dir_DirList", "Gone")
+            program.wait_for_box()
+            self.assertEqual(before, self.set_file.read_bytes())
+
+        self.assert_refused(program, "Dir_DirList", double_click)
+        self.assert_exit_code(0, program.close())
+
+    def test_enter_on_a_folder_that_is_gone(self):
+        program = self.open()
+
+        def enter():
+            program.click_entry("Dir_DirList", "Gone")
+            program.wait_for(lambda: program.selected("Dir_DirList") == "Gone" and
+                             program.focus() == "Dir_DirList", "the mark")
+            program.keys("Enter")
+
+        self.assert_refused(program, "Dir_DirList", enter)
+        self.assert_exit_code(0, program.close())
+
+    def test_folder_that_is_gone_in_the_destination_dialog(self):
+        self.pc.write_set("Job.INI", BackupFiles="E:\\*.*", BackupToDrive="S:\\")
+        program = window.Attended(self.pc)
+        program.choose("Cmb_BackupSet", "Job.INI")
+        program.wait_for(lambda: program.text("Fld_BackupWhere") == "S:\\", "the set")
+        program.click("Cmd_Change")
+        program.wait_for(lambda: program.enabled("Cmd_Navigate"), "the edit mode")
+        program.click("Cmd_Navigate")
+        name = "Frm_BackupWhere_Dir_DirList"
+        program.wait_for(lambda: program.visible(name) and "Gone" in program.items(name),
+                         "the dialog")
+        self.assert_refused(program, name, lambda: program.open_entry(name, "Gone"))
+        program.click("Frm_BackupWhere_Cmd_Ok")
+        program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
+        self.assertEqual("S:\\Documents", program.text("Fld_BackupWhere"))
+        self.assert_exit_code(0, program.close())
+
+
+if __name__ == "__main__":
+    harness.main()
