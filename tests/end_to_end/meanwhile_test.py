@@ -82,6 +82,19 @@ class Folders(Meanwhile):
         self.assertEqual("S:\\Documents", program.text("Fld_BackupWhere"))
         self.assert_exit_code(0, program.close())
 
+    def test_unstorable_folder_beside_a_program_in_a_root(self):
+        root = self.pc.application.parent
+        for each in list(self.pc.application.iterdir()):
+            each.rename(root / each.name)
+        (root / "Ελληνικά").mkdir()
+        program = window.Attended(self.pc, program="V:\\Vantrel.exe")
+        program.click("Cmd_Change")
+        program.wait_for(lambda: program.enabled("Dir_DirList"), "the edit mode")
+        program.open_entry("Dir_DirList", "Ελληνικά")
+        self.assertIn("Ελληνικά", program.answer("OK").text)
+        program.wait_for(lambda: program.selected("Dir_DirList") == "V:\\", "the old folder")
+        self.assert_exit_code(0, program.close())
+
 
 if __name__ == "__main__":
     harness.main()

@@ -13,6 +13,8 @@ namespace {
 using ::testing::Contains;
 using ::testing::Not;
 
+constexpr const char* kUnstorable = "C:\\\xE6\x96\x87";  // a Chinese character
+
 class BackupLists : public ProgramFixture {
   protected:
     BackupLists() {
@@ -58,6 +60,52 @@ TEST_F(BackupLists, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
     EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
     Tab().Dir_DirList.UserOpen(IndexOf("C:\\"));
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
+}
+
+TEST_F(BackupLists, UnstorableFolderIsRefusedBeforeAnyMove) {
+    machine.process.application_folder = "C:\\";  // where the lists begin: loading moves none
+    machine.MakeFolders(kUnstorable);
+    Open();
+    Tab().Dir_DirList.SetPath(kUnstorable);
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
+}
+
+TEST_F(BackupLists, UnstorableFolderLeadsBackToWhereTheListBegan) {
+    machine.MakeFolders(kUnstorable);
+    window = std::make_unique<Frm_Mainmenu>(program);
+    Tab().Dir_DirList.SetPath(kUnstorable);
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Vantrel");
+}
+
+TEST_F(BackupLists, UnstorableFolderChangesNoSetThatTheListsDoNotShow) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    machine.MakeFolders(kUnstorable);
+    const SetValues values{.files = "A:\\*.DOC"};
+    PutSet("FLOPPY.INI", values);
+    Open();
+    Select("FLOPPY.INI");
+    Tab().Dir_DirList.SetPath(kUnstorable);
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\FLOPPY.INI"), SetText(values));
+}
+
+TEST_F(BackupLists, UnstorableFolderIsRefusedWhenTheLastGoodOneIsGone) {
+    machine.AddDrive('E', platform::drive_type::kFixed);
+    machine.MakeFolders("E:\\Work");
+    const std::string unstorable = "E:\\\xE6\x96\x87";
+    machine.MakeFolders(unstorable);
+    PutSet("WORK.INI", {.files = "E:\\Work\\*.*"});
+    Open();
+    Select("WORK.INI");
+    machine.files().RemoveFolder("E:\\Work");
+    Tab().Dir_DirList.SetPath(unstorable);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(desktop.boxes[0].text, ::testing::HasSubstr(unstorable));
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
+    EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WORK.INI"), SetText({.files = "E:\\Work\\*.*"}));
 }
 
 }  // namespace
