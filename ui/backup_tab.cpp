@@ -119,7 +119,7 @@ void BackupTab::SetEditMode(bool editable) {
 void BackupTab::Cmd_Change_Click() { SetEditMode(true); }
 
 void BackupTab::Cmb_BackupSet_Click() {
-    Fra_Backup.Refresh();
+    window_.Refresh();
     window_.program().desktop.DoEvents();
     clsINI set(window_.program());
     set.Read_INI(SetPath());

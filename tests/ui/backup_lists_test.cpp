@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "tests/support/program_fixture.h"
+#include "tests/forms/bare_form.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
@@ -106,6 +106,15 @@ TEST_F(BackupLists, UnstorableFolderIsRefusedWhenTheLastGoodOneIsGone) {
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
     EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WORK.INI"), SetText({.files = "E:\\Work\\*.*"}));
+}
+
+TEST_F(BackupLists, SelectingASetRedrawsTheWholeWindow) {
+    Open();
+    RecordingView view;
+    window->Bind(&view);
+    Tab().Cmb_BackupSet.SetText("ALL.INI");
+    window->Bind(nullptr);
+    EXPECT_THAT(view.changes, Contains(forms::Aspect::kRedraw));
 }
 
 }  // namespace
