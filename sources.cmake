@@ -236,6 +236,7 @@ set(FORMS_TESTS
 # One suite for the controls as objects and as what is on the screen; the person in front of them
 # differs.
 set(VIEWS_TESTS
+    tests/views/late_drives_test.cpp
     tests/views/machine_lists_test.cpp
     tests/views/pictures_test.cpp
     tests/views/simple_controls_test.cpp

@@ -160,6 +160,14 @@ TEST_F(DestinationDialog, DestinationThatTheListsRefuseIsToldAndTheyStayWhereThe
     EXPECT_EQ(Stored().BackupToDrive(), "C:\\VANTREL\\");
 }
 
+TEST_F(DestinationDialog, DestinationOnADriveThatCameLaterIsShown) {
+    Select({.to_drive = "T:\\"});
+    machine.AddDrive('T', platform::drive_type::kRemovable);
+    Open();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(dialog->Dri_DriveList.Drive(), "t:");
+}
+
 TEST_F(DestinationDialog, UnreachableDriveIsToldAndTheApplicationsDriveComesBack) {
     machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
     Select({});

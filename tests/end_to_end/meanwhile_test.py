@@ -96,5 +96,42 @@ class Folders(Meanwhile):
         self.assert_exit_code(0, program.close())
 
 
+class Drives(Meanwhile):
+    def plug_in(self):
+        """A drive T: with a folder Photos comes."""
+        stick = self.pc.folder / "stick"
+        (stick / "Photos").mkdir(parents=True)
+        self.pc.put_in("t", stick)
+
+    def test_drive_that_comes_later_is_in_the_list_when_it_opens(self):
+        program = self.open()
+        self.assertNotIn("t:", program.items("Dri_DriveList"))
+        self.plug_in()
+        program.click("Dri_DriveList")
+        program.wait_for(lambda: "t:" in program.items("Dri_DriveList"), "the new drive")
+        self.assertEqual("s:", program.selected("Dri_DriveList"))
+        program.choose("Dri_DriveList", "t:")
+        program.keys("Enter")
+        program.wait_for(lambda: "Photos" in program.items("Dir_DirList"), "its folders")
+        program.wait_for(lambda: self.pc.read_set("Job.INI")["BackupFiles"] == "T:\\*.*", "the set")
+        self.assert_exit_code(0, program.close())
+
+    def test_set_on_a_drive_that_comes_later_is_shown_when_the_tab_is_shown_again(self):
+        self.set_file = self.pc.write_set("Job.INI", BackupFiles="T:\\Photos\\*.*",
+                                          BackupToDrive="E:\\")
+        program = window.Attended(self.pc)
+        program.choose("Cmb_BackupSet", "Job.INI")
+        self.assertIn("T:\\Photos\\*.*", program.answer("OK").text)
+        program.wait_for(lambda: program.text("Fld_BackupWhere") == "E:\\", "the set")
+        self.plug_in()
+        program.show_tab("About")
+        program.show_tab("Backup")
+        program.wait_for(lambda: program.selected("Dir_DirList") == "Photos", "the folder")
+        self.assertEqual("t:", program.selected("Dri_DriveList"))
+        self.assertIsNone(program.box())
+        self.assertEqual("T:\\Photos\\*.*", self.pc.read_set("Job.INI")["BackupFiles"])
+        self.assert_exit_code(0, program.close())
+
+
 if __name__ == "__main__":
     harness.main()

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "backupset/clsINI.h"
 #include "tests/forms/bare_form.h"
 #include "ui/Frm_Mainmenu.h"
 
@@ -40,6 +41,16 @@ class BackupLists : public ProgramFixture {
         const auto found = std::find(names.begin(), names.end(), name);
         EXPECT_NE(found, names.end()) << name;
         return static_cast<int>(found - names.begin());
+    }
+    std::string StoredSource(const std::string& name) {
+        clsINI set(program);
+        set.Read_INI("C:\\Vantrel\\" + name);
+        return set.BackupFiles();
+    }
+    std::vector<std::string> Told() {
+        std::vector<std::string> texts;
+        for (const forms::Box& box : desktop.boxes) texts.push_back(box.text);
+        return texts;
     }
     std::unique_ptr<Frm_Mainmenu> window;
 };
@@ -106,6 +117,33 @@ TEST_F(BackupLists, UnstorableFolderIsRefusedWhenTheLastGoodOneIsGone) {
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
     EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WORK.INI"), SetText({.files = "E:\\Work\\*.*"}));
+}
+
+TEST_F(BackupLists, SetOnADriveThatCameLaterIsShownWhenTheTabIsShownAgain) {
+    PutSet("STICK.INI", {.files = "T:\\Photos\\*.*"});
+    Open();
+    Select("STICK.INI");
+    EXPECT_EQ(desktop.boxes.size(), 1u);  // the drive is missing
+    machine.AddDrive('T', platform::drive_type::kRemovable, "STICK");
+    machine.MakeFolders("T:\\Photos");
+    window->TAB_Backup.SetTab(1);
+    window->TAB_Backup.SetTab(0);
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(Tab().Dri_DriveList.Drive(), "t: [STICK]");
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "T:\\Photos");
+    EXPECT_EQ(StoredSource("STICK.INI"), "T:\\Photos\\*.*");
+}
+
+TEST_F(BackupLists, DriveThatWentIsToldWhenItIsChosenAndTheFolderStays) {
+    machine.AddDrive('E', platform::drive_type::kFixed);
+    Open();
+    Select("ALL.INI");
+    machine.SetReady('E', false);
+    machine.drives.drives.erase('E');
+    Tab().Dri_DriveList.UserChoose(1);
+    EXPECT_THAT(Told(), ::testing::ElementsAre("Path not found"));
+    EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
 }
 
 TEST_F(BackupLists, SelectingASetRedrawsTheWholeWindow) {
