@@ -222,6 +222,7 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_mail_test.cpp
     tests/platform/win32_names_test.cpp
     tests/platform/win32_path_test.cpp
+    tests/platform/win32_patience_test.cpp
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
     tests/platform/win32_sharing_test.cpp
