@@ -345,6 +345,7 @@ set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_lists_test.cpp
     tests/ui/backup_tab_test.cpp
+    tests/ui/closing_test.cpp
     tests/ui/editor_list_test.cpp
     tests/ui/editor_save_test.cpp
     tests/ui/editor_test.cpp

@@ -1,5 +1,7 @@
 """What changes behind the back of the program while its window is open: folders that go, drives that
 come, a log that somebody holds."""
+import subprocess
+
 import harness
 import window
 
@@ -131,6 +133,32 @@ class Drives(Meanwhile):
         self.assertIsNone(program.box())
         self.assertEqual("T:\\Photos\\*.*", self.pc.read_set("Job.INI")["BackupFiles"])
         self.assert_exit_code(0, program.close())
+
+
+class Log(Meanwhile):
+    def test_closing_with_a_log_that_somebody_holds_keeps_the_selection(self):
+        program = self.open()
+        holder = self.pc.start(self.pc.helper("lock_file.exe"), "V:\\Vantrel\\Vantrel.Log",
+                               stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.assertEqual(b"locked", holder.stdout.readline().strip())
+        program.close_box()
+        self.assert_error(program.answer("OK"), "Permission denied")
+        self.assert_exit_code(0, program.wait_for_end())
+        holder.stdin.close()
+        self.pc.finish(holder)
+        again = window.Attended(self.pc)
+        self.assertEqual("Job.INI", again.selected("Cmb_BackupSet"))
+        self.assert_exit_code(0, again.close())
+
+    def test_end_of_the_session_with_a_log_that_somebody_holds_waits_for_nobody(self):
+        program = self.open()
+        holder = self.pc.start(self.pc.helper("lock_file.exe"), "V:\\Vantrel\\Vantrel.Log",
+                               stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.assertEqual(b"locked", holder.stdout.readline().strip())
+        self.assertTrue(program.end_session())
+        self.assert_exit_code(0, program.wait_for_end())
+        holder.stdin.close()
+        self.pc.finish(holder)
 
 
 if __name__ == "__main__":

@@ -164,6 +164,7 @@ struct StandIns {
     platform::FileSystem* files = nullptr;
     platform::Drives* drives = nullptr;
     platform::Clock* clock = nullptr;
+    platform::Settings* settings = nullptr;
 };
 
 inline platform::Machine With(const StandIns& other, const platform::Machine& machine) {
@@ -171,7 +172,7 @@ inline platform::Machine With(const StandIns& other, const platform::Machine& ma
             other.files != nullptr ? *other.files : machine.files,
             other.drives != nullptr ? *other.drives : machine.drives,
             other.clock != nullptr ? *other.clock : machine.clock,
-            machine.settings,
+            other.settings != nullptr ? *other.settings : machine.settings,
             machine.code_page,
             machine.shell,
             machine.mail_session,
