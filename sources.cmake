@@ -356,6 +356,7 @@ set(UI_TESTS
     tests/ui/secure_tab_test.cpp
     tests/ui/text_views_test.cpp)
 set(APP_TESTS
+    tests/app/main_window_made_test.cpp
     tests/app/splash_test.cpp
     tests/app/startup_test.cpp)
 # Everything that can fail, at every call, through the windows and the unattended entry.

@@ -82,7 +82,7 @@ TEST_F(StartUp, SecondCopyWritesOneRecordAndNothingElse) {
     machine.process.previous_instance = true;
     Start();
     EXPECT_THAT(LogRecords(), ElementsAre("Previous Instance Detected - Not Started"));
-    EXPECT_FALSE(application->main_window().Loaded());
+    EXPECT_FALSE(application->HasMainWindow());
     EXPECT_EQ(desktop.happened.back(), "unload Frm_Splash");
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
