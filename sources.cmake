@@ -225,9 +225,11 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_mail_test.cpp
     tests/platform/win32_names_test.cpp
     tests/platform/win32_path_test.cpp
+    tests/platform/win32_patience_test.cpp
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
-    tests/platform/win32_sharing_test.cpp)
+    tests/platform/win32_sharing_test.cpp
+    tests/platform/win32_shell_test.cpp)
 set(FORMS_TESTS
     tests/forms/controls_test.cpp
     tests/forms/drive_list_test.cpp
@@ -238,6 +240,7 @@ set(FORMS_TESTS
 # One suite for the controls as objects and as what is on the screen; the person in front of them
 # differs.
 set(VIEWS_TESTS
+    tests/views/late_drives_test.cpp
     tests/views/machine_lists_test.cpp
     tests/views/pictures_test.cpp
     tests/views/simple_controls_test.cpp
@@ -346,7 +349,9 @@ set(RESTORE_TESTS
     tests/restore/restore_failure_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
+    tests/ui/backup_lists_test.cpp
     tests/ui/backup_tab_test.cpp
+    tests/ui/closing_test.cpp
     tests/ui/editor_list_test.cpp
     tests/ui/editor_save_test.cpp
     tests/ui/editor_test.cpp
@@ -358,6 +363,7 @@ set(UI_TESTS
     tests/ui/text_views_test.cpp)
 set(APP_TESTS
     tests/app/captions_test.cpp
+    tests/app/main_window_made_test.cpp
     tests/app/splash_test.cpp
     tests/app/startup_test.cpp)
 # Everything that can fail, at every call, through the windows and the unattended entry.
@@ -397,6 +403,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/kill_test.py
     tests/end_to_end/mail_test.py
     tests/end_to_end/main_window_test.py
+    tests/end_to_end/meanwhile_test.py
     tests/end_to_end/package_test.py
     tests/end_to_end/recipes_test.py
     tests/end_to_end/refusal_test.py

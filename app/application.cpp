@@ -11,7 +11,7 @@ constexpr long kLogLimit = 52000;  // bytes; the Log tab tells users of 50K
 }
 
 Application::Application(platform::Machine& machine, forms::Desktop& desktop)
-    : program_{machine, desktop}, splash_(program_), main_window_(program_) {}
+    : program_{machine, desktop}, splash_(program_) {}
 
 void Application::SetGlobals() {
     program_.globals.LogFilePath =
@@ -33,14 +33,17 @@ void Application::Main() {
 
     if (AnotherCopyRuns()) return;
     WriteStartRecords();
-    desktop.Load(main_window_);
-    desktop.ShowModeless(main_window_);
+    // Its lists look at every drive: the splash stands on the screen meanwhile, and a second copy
+    // never comes to it.
+    Frm_Mainmenu& main_window = main_window_.emplace(program_);
+    desktop.Load(main_window);
+    desktop.ShowModeless(main_window);
     desktop.Unload(splash_);
 
     const std::string command_line = program_.machine.process.CommandLine();
     if (command_line.empty()) return;
     RunUnattended(command_line);
-    desktop.Unload(main_window_);
+    desktop.Unload(main_window);
 }
 
 // Asked twice, with a log object made in between: the second answer decides.
@@ -71,8 +74,8 @@ void Application::RunUnattended(const std::string& command_line) {
         program_.exit_code = forms::exit_code::kNoSuchSet;
         return;
     }
-    main_window_.Backup.Cmb_BackupSet.SetText(command_line);
-    main_window_.Backup.Cmd_Backup.Press();
+    main_window_->Backup.Cmb_BackupSet.SetText(command_line);
+    main_window_->Backup.Cmd_Backup.Press();
 }
 
 int Application::ExitCode() const {

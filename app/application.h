@@ -2,6 +2,8 @@
 // window, and runs one backup by itself when a set was named on the command line.
 #pragma once
 
+#include <optional>
+
 #include "app/Frm_Splash.h"
 #include "common/error.h"
 #include "forms/program.h"
@@ -25,7 +27,10 @@ class Application {
     void EndByError(const Error& error);
 
     forms::Program& program() { return program_; }
-    Frm_Mainmenu& main_window() { return main_window_; }
+    // The main window is made by Main, after the splash, the decision about another copy and the
+    // start records: there is none before that, and none in a second copy.
+    bool HasMainWindow() const { return main_window_.has_value(); }
+    Frm_Mainmenu& main_window() { return main_window_.value(); }
 
   private:
     void SetGlobals();
@@ -35,7 +40,7 @@ class Application {
 
     forms::Program program_;
     Frm_Splash splash_;
-    Frm_Mainmenu main_window_;
+    std::optional<Frm_Mainmenu> main_window_;
 };
 
 }  // namespace vantrel

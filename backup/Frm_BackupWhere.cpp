@@ -2,6 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "backupset/clsString.h"
+#include "log/show_error.h"
 
 namespace vantrel {
 
@@ -14,6 +15,8 @@ std::string Frm_BackupWhere::Destination() const { return main_.Fld_BackupWhere.
 bool Frm_BackupWhere::FolderExists(const std::string& folder) const {
     return clsFiles(program()).Exist(folder, false);
 }
+
+void Frm_BackupWhere::Tell(const Error& error) const { ShowError(program(), error); }
 
 void Frm_BackupWhere::Cmd_Ok_Click() {
     if (!ChosenFolderFits()) return;

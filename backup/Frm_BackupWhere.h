@@ -14,6 +14,7 @@ class Frm_BackupWhere : public forms::FolderDialog {
   private:
     std::string Destination() const override;
     bool FolderExists(const std::string& folder) const override;
+    void Tell(const Error& error) const override;
 
     BackupControls main_;
 };

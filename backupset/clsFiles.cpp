@@ -77,20 +77,27 @@ void clsFiles::WriteINI(const std::vector<ProfileKey>& keys, const std::string& 
     // Only a file known to be missing may be made anew, and never over one that is there after all:
     // everything else in it would be lost.
     const Profile before = ReadProfile(files, file);
-    if (!before.text && !before.missing) return;
-    const auto after = Changed(before.text.value_or(""), keys);
+    if (before.missing) return MakeINI(keys, file);
+    if (!before.text) return;
+    const auto after = Changed(*before.text, keys);
     if (!after) return;
     try {
-        if (before.missing) {
-            platform::MakeWholeFile(files, file, *after);
-        } else {
-            platform::ReplaceWholeFile(files, file, *after);
-        }
+        platform::ReplaceWholeFile(files, file, *after);
     } catch (const Error&) {
         // A profile write reports no failure.
     }
     // The platform's profile functions keep a copy in memory and are called once more to write it
     // out. Nothing is held back here: the file has been flushed and put in place by now.
+}
+
+void clsFiles::MakeINI(const std::vector<ProfileKey>& keys, const std::string& file) {
+    const auto text = Changed("", keys);
+    if (!text) return;
+    try {
+        platform::MakeWholeFile(program_.machine.files, file, *text);
+    } catch (const Error&) {
+        // Here neither.
+    }
 }
 
 bool clsFiles::Exist(const std::string& path, bool file_test) {

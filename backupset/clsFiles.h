@@ -30,6 +30,9 @@ class clsFiles {
     // The same for several keys in one step: whatever happens, the file holds all of the new values
     // or none of them.
     void WriteINI(const std::vector<ProfileKey>& keys, const std::string& file);
+    // Makes a missing `file` of these keys alone; one that is there, readable or not, stays as it
+    // is.
+    void MakeINI(const std::vector<ProfileKey>& keys, const std::string& file);
     // The values that these keys have in `file`, all of one moment and each as ReadINI gives it;
     // nothing when the file is missing or cannot be read.
     std::optional<std::vector<std::string>> ReadINI(const std::vector<ProfileKey>& keys,

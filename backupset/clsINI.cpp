@@ -85,7 +85,6 @@ std::vector<ProfileKey> clsINI::Keys() const {
 void clsINI::ConfirmBackslash(const std::string& path) {
     Reported("clsINI:ConfirmBackslash Method", [&] {
         Read_INI(path);
-        if (!was_read_) return;
         set_.BackupToDrive = clsString().Backslash(set_.BackupToDrive);
         if (!set_.RestoreFromDrive.empty()) {
             set_.RestoreFromDrive = clsString().Backslash(set_.RestoreFromDrive);
@@ -94,7 +93,9 @@ void clsINI::ConfirmBackslash(const std::string& path) {
             std::string& value = set_.*place.value;
             value = program_.machine.code_page.Upper(value);
         }
-        clsFiles(program_).WriteINI(Keys(), path);
+        // Values that stood in no file that could be read go into a new one, never into another.
+        clsFiles files(program_);
+        was_read_ ? files.WriteINI(Keys(), path) : files.MakeINI(Keys(), path);
     });
 }
 

@@ -25,8 +25,9 @@ class clsINI {
     std::string Backup_Parts(const std::string& path, int part);
 
     // Reads the set file at `path`, gives the destination its last "\" (and the restore source,
-    // unless that is empty), puts all values in capitals and writes them back in one step. A file
-    // that cannot be read stays as it is.
+    // unless that is empty), puts all values in capitals and writes them back in one step. A
+    // missing file is made, of empty values and the destination "\"; one that cannot be read stays
+    // as it is.
     void ConfirmBackslash(const std::string& path);
     // Writes the set file `name` (with its extension of three letters) of the template into the
     // application folder, over an existing one unless `only_new`. The text stays in TextBuffer.

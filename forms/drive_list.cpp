@@ -15,6 +15,10 @@ std::string EntryOf(platform::Drives& drives, char letter) {
     return label.empty() ? entry : entry + " [" + label + "]";
 }
 
+bool IsListed(int type) {
+    return type >= platform::drive_type::kRemovable && type <= platform::drive_type::kRamDisk;
+}
+
 // An empty drive is not ready; one whose root may not be looked at is.
 bool IsReady(platform::FileSystem& files, const std::string& root) {
     try {
@@ -37,27 +41,39 @@ std::string DriveList::Drive() const {
 
 void DriveList::Reload() {
     platform::Machine& machine = owner().program().machine;
-    const std::string selected = Root(index_ < 0 ? machine.process.ApplicationFolder() : Drive());
+    const std::string value = Drive();
+    const std::string selected = Root(value.empty() ? machine.process.ApplicationFolder() : value);
     entries_.clear();
     index_ = -1;
     for (char letter = 'a'; letter <= 'z'; ++letter) {
         const std::string root = Root({letter, ':'});
-        const int type = machine.drives.Type(root);
-        if (type < platform::drive_type::kRemovable || type > platform::drive_type::kRamDisk)
-            continue;
+        std::string entry;
+        if (IsListed(machine.drives.Type(root))) {
+            entry = EntryOf(machine.drives, letter);
+        } else if (root == selected) {
+            entry = value;
+        }
+        if (entry.empty()) continue;
         if (root == selected) index_ = static_cast<int>(entries_.size());
-        entries_.push_back(EntryOf(machine.drives, letter));
+        entries_.push_back(entry);
     }
     Notify(Aspect::kItems);
+}
+
+int DriveList::IndexOf(const std::string& root) const {
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+        if (Root(entries_[i]) == root) return static_cast<int>(i);
+    return -1;
 }
 
 void DriveList::SetDrive(const std::string& drive) {
     const std::string root = Root(drive);
     if (root.empty() || root.size() != 3 || !IsReady(owner().program().machine.files, root))
         RaiseError(error_number::kDeviceUnavailable);
-    for (int i = 0; i < static_cast<int>(entries_.size()); ++i)
-        if (Root(entries_[static_cast<std::size_t>(i)]) == root) return UserChoose(i);
-    RaiseError(error_number::kDeviceUnavailable);
+    if (IndexOf(root) < 0) Reload();
+    const int index = IndexOf(root);
+    if (index < 0) RaiseError(error_number::kDeviceUnavailable);
+    UserChoose(index);
 }
 
 void DriveList::UserChoose(int index) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/error.h"
 #include "forms/control.h"
 #include "platform/machine.h"
 
@@ -19,15 +20,19 @@ class DriveList : public Control {
     // application folder.
     std::string Drive() const;
     // Takes the drive of `drive`'s first letter and colon. Error 68 for anything else ("\" and
-    // network paths too), a drive that does not exist or one that is not ready.
+    // network paths too), a drive that does not exist or one that is not ready. One that came
+    // after the list was read is found.
     void SetDrive(const std::string& drive);
     const std::vector<std::string>& Entries() const { return entries_; }
     int Index() const { return index_; }
     // What the user does; errors of the handlers travel to the caller.
     void UserChoose(int index);
+    // Reads the drives anew, as when the user opens the list. The selected one stays the value,
+    // also when it has gone.
     void Reload();
 
   private:
+    int IndexOf(const std::string& root) const;  // -1 when it is not listed
     std::vector<std::string> entries_;
     int index_ = -1;
 };
@@ -54,11 +59,15 @@ class FolderList : public Control {
     const std::vector<Entry>& Entries() const { return entries_; }
     int SubFolderCount() const;
     std::string SubFolder(int index) const;  // full path, "" when there is none
-    // Double click or Enter on an entry.
+    // Double click or Enter on an entry. One that is gone meanwhile leaves the path as it is, and
+    // the list shows what is still there; the error is for Refused or, without one, for the caller.
     void UserOpen(int index);
+    std::function<void(const Error&)> Refused;
     void Reload();
 
   private:
+    bool Enter(const std::string& path);  // true for another folder than before
+    void Refuse(const Error& error);
     void Fill();
     std::string path_;
     std::vector<Entry> entries_;

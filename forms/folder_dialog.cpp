@@ -17,6 +17,7 @@ FolderDialog::FolderDialog(Program& program, std::string name, const std::string
       missing_title_(std::move(missing_title)) {
     SetCaption(caption);
     Dri_DriveList.Change = [this] { Dri_DriveList_Change(); };
+    Dir_DirList.Refused = [this](const Error& error) { Tell(error); };
     Cmd_NewFolder.Click = [this] { Cmd_NewFolder_Click(); };
     Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
     Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
@@ -27,6 +28,14 @@ std::string FolderDialog::ApplicationDrive() const {
 }
 
 void FolderDialog::Form_Load() {
+    try {
+        ShowDestination();
+    } catch (const Error& error) {
+        Tell(error);
+    }
+}
+
+void FolderDialog::ShowDestination() {
     const std::string destination = Destination();
     if (!destination.empty() && !FolderExists(destination)) {
         auto& globals = program().globals;

@@ -32,11 +32,14 @@ class FolderDialog : public Form {
     virtual std::string Destination() const = 0;
     // Whether that folder is there, by the program's own test.
     virtual bool FolderExists(const std::string& folder) const = 0;
+    // Tells the user of a run-time error that was trapped.
+    virtual void Tell(const Error& error) const = 0;
     // False, with a message, when the data files' code page cannot hold the chosen folder.
     bool ChosenFolderFits();
 
   private:
     std::string ApplicationDrive() const;
+    void ShowDestination();
     std::string missing_title_;
 };
 

@@ -14,13 +14,17 @@ FolderList::FolderList(Form& owner_form, std::string name)
 }
 
 void FolderList::SetPath(const std::string& path) {
+    if (Enter(path)) Raise(Change);
+}
+
+bool FolderList::Enter(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
     const std::string folder = FolderPath(path);
     if (folder.empty() || !IsFolder(machine.files, folder)) RaiseError(error_number::kPathNotFound);
     const bool same = SamePath(machine.code_page, folder, path_);
     path_ = folder;
     Reload();
-    if (!same) Raise(Change);
+    return !same;
 }
 
 void FolderList::Fill() {
@@ -51,7 +55,20 @@ std::string FolderList::SubFolder(int index) const {
 void FolderList::UserOpen(int index) {
     if (index < 0 || index >= static_cast<int>(entries_.size())) return;
     const std::string path = entries_[static_cast<std::size_t>(index)].path;
-    SetPath(path);
+    bool moved = false;
+    try {
+        moved = Enter(path);
+    } catch (const Error& error) {
+        Reload();
+        return Refuse(error);
+    }
+    if (moved) Raise(Change);
+}
+
+void FolderList::Refuse(const Error& error) {
+    if (!Refused) throw error;
+    const HandlerScope scope(owner());
+    Refused(error);
 }
 
 }  // namespace vantrel::forms

@@ -118,15 +118,18 @@ class CodePage {
     virtual std::string Fold(const std::string& utf8) = 0;
 };
 
+// What a shell does with a file or an address: what the user has set for its kind, or "open".
+enum class ShellVerb { kDefault, kOpen };
+
 // The user's desktop shell.
 class Shell {
   public:
     virtual ~Shell() = default;
     // Path of the program that opens files like `file` (which must exist), "" when there is none.
     virtual std::string ProgramFor(const std::string& file) = 0;
-    // Hands a file or an address to the program that opens it, with the default verb and a normal
-    // window. Above 32: done; up to 32: the shell's error code.
-    virtual int Open(const std::string& target) = 0;
+    // Hands a file or an address to the program that opens it, with a normal window. Above 32:
+    // done; up to 32: the shell's error code.
+    virtual int Open(const std::string& target, ShellVerb verb) = 0;
 };
 
 struct Machine {

@@ -1,6 +1,7 @@
 #include "restore/Frm_RestoreWhere.h"
 
 #include "backupset/clsFiles.h"
+#include "log/show_error.h"
 #include "restore/texts.h"
 
 namespace vantrel {
@@ -14,6 +15,8 @@ std::string Frm_RestoreWhere::Destination() const { return Fld_RestoreTo_.Captio
 bool Frm_RestoreWhere::FolderExists(const std::string& folder) const {
     return clsFiles(program()).Exist(folder, false);
 }
+
+void Frm_RestoreWhere::Tell(const Error& error) const { ShowError(program(), error); }
 
 void Frm_RestoreWhere::Cmd_Ok_Click() {
     if (!ChosenFolderFits()) return;

@@ -15,6 +15,7 @@ class Frm_RestoreWhere : public forms::FolderDialog {
   private:
     std::string Destination() const override;
     bool FolderExists(const std::string& folder) const override;
+    void Tell(const Error& error) const override;
 
     forms::Label& Fld_RestoreTo_;
 };

@@ -54,17 +54,19 @@ void clsSystem::ShowWebPage(const std::string& address) {
         if (Trimmed(program_.machine.shell.ProgramFor(page.path())).empty()) {
             return Tell("Could not find a Web Browser.", address);
         }
-        if (program_.machine.shell.Open(address) <= kLastShellError) {
+        if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) <= kLastShellError) {
             Tell("Web Page not Opened", "Web URL Failed");
         }
     });
 }
 
 void clsSystem::ScrollText(forms::TextBox& box, int lines) {
-    forms::Control* const active = box.owner().ActiveControl();
-    box.SetFocus();
-    box.ScrollLines(lines);
-    if (active != nullptr) active->SetFocus();
+    Reported("clsSystem:ScrollText Method", [&] {
+        forms::Control* const active = box.owner().ActiveControl();
+        box.SetFocus();
+        box.ScrollLines(lines);
+        if (active != nullptr) active->SetFocus();
+    });
 }
 
 }  // namespace vantrel

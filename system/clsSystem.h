@@ -17,7 +17,7 @@ class clsSystem {
     // Errors: "clsSystem:ShowWebPage Method".
     void ShowWebPage(const std::string& address);
     // Scrolls `box` by `lines` lines and gives the focus back to the control of its window that had
-    // it.
+    // it. Errors: "clsSystem:ScrollText Method".
     void ScrollText(forms::TextBox& box, int lines);
 
   private:

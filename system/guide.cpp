@@ -17,7 +17,7 @@ std::string Obstacle(forms::Program& program, const std::string& page) {
     const std::string gap = program.globals.CrLf + program.globals.CrLf;
     if (!clsFiles(program).Exist(page, true))
         return "The Guide cannot be found." + gap + "It should be the file " + page;
-    if (program.machine.shell.Open(page) <= kLastShellError)
+    if (program.machine.shell.Open(page, platform::ShellVerb::kOpen) <= kLastShellError)
         return "The Guide could not be opened." + gap +
                "It is a page for your Web Browser, the file " + page;
     return "";

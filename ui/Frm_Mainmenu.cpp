@@ -1,7 +1,11 @@
 #include "ui/Frm_Mainmenu.h"
 
+#include <optional>
+
 #include "backupset/set_files.h"
+#include "common/error.h"
 #include "log/clsLog.h"
+#include "log/show_error.h"
 #include "protect/clsInfo.h"
 #include "ui/new_backup.h"
 
@@ -14,6 +18,17 @@ enum class Tab { kBackup, kRestore, kEdit, kLog, kSecureData, kAbout };
 constexpr const char* kSection = "Startup";
 constexpr const char* kKey = "INI File";
 constexpr const char* kNothing = "Nil";
+
+// The error that `body` raises, if it raises one.
+template <typename Body>
+std::optional<Error> Trapped(Body&& body) {
+    try {
+        body();
+    } catch (const Error& error) {
+        return error;
+    }
+    return std::nullopt;
+}
 }  // namespace
 
 Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
@@ -84,9 +99,20 @@ void Frm_Mainmenu::SelectRememberedSet() {
 
 void Frm_Mainmenu::Form_Activate() { program().desktop.SetPointer(forms::Pointer::kDefault); }
 
+// Closing is never refused: one step that fails keeps the other from nothing, and is told when both
+// are done.
 void Frm_Mainmenu::Form_QueryUnload(forms::UnloadMode mode) {
-    clsLog(program()).WriteToLog("Exit", true, std::to_string(static_cast<int>(mode)));
-    if (program().Unattended()) return;
+    const auto failed_record = Trapped([&] {
+        clsLog(program()).WriteToLog("Exit", true, std::to_string(static_cast<int>(mode)));
+    });
+    const auto failed_setting = Trapped([&] {
+        if (!program().Unattended()) StoreSelection();
+    });
+    for (const auto& failure : {failed_record, failed_setting})
+        if (failure) ShowError(program(), *failure);
+}
+
+void Frm_Mainmenu::StoreSelection() {
     program().machine.settings.Write(kSection, kKey,
                                      Backup.Cmb_BackupSet.Item(Backup.Cmb_BackupSet.Index()));
 }

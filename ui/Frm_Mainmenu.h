@@ -45,6 +45,7 @@ class Frm_Mainmenu : public forms::Form {
   private:
     void FillSetLists();
     void SelectRememberedSet();
+    void StoreSelection();
 };
 
 }  // namespace vantrel

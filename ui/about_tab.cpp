@@ -55,6 +55,8 @@ void AboutTab::Tim_Flash_Timer() {
 }
 
 // Whether it opened is for the shell to tell.
-void AboutTab::Lbl_WebAddress_Click() { program_.machine.shell.Open(Lbl_WebAddress.Caption()); }
+void AboutTab::Lbl_WebAddress_Click() {
+    program_.machine.shell.Open(Lbl_WebAddress.Caption(), platform::ShellVerb::kDefault);
+}
 
 }  // namespace vantrel

@@ -53,7 +53,8 @@ BackupTab::BackupTab(forms::Form& window)
       Cmd_AddNew(window, "Cmd_AddNew", "New Backup"),
       Cmd_Backup(window, "Cmd_Backup", "&Backup Now"),
       Cmd_Exit(window, "Cmd_Exit_0", "&Exit"),
-      window_(window) {
+      window_(window),
+      last_good_path_(Dir_DirList.Path()) {
     Cmb_BackupSet.SetTooltip("Select an Existing Backup Set");
     Dri_DriveList.SetTooltip("Select the Drive that you wish to Backup");
     Dir_DirList.SetTooltip("Select a Folder that you wish to Backup");
@@ -70,6 +71,7 @@ BackupTab::BackupTab(forms::Form& window)
     Cmb_BackupSet.Click = [this] { Cmb_BackupSet_Click(); };
     Dri_DriveList.Change = [this] { Dri_DriveList_Change(); };
     Dir_DirList.Change = [this] { Dir_DirList_Change(); };
+    Dir_DirList.Refused = [this](const Error& error) { ShowError(window_.program(), error); };
     Cmd_Change.Click = [this] { Cmd_Change_Click(); };
     Cmd_Backup.Click = [this] { Cmd_Backup_Click(); };
     Cmd_Navigate.Click = [this] { Cmd_Navigate_Click(); };
@@ -249,7 +251,12 @@ void BackupTab::RefuseFolder() {
     window_.program().desktop.Show(
         {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
     const MovesScope silent(*this, Moves::kSilent);
-    Dir_DirList.SetPath(last_good_path_);
+    try {
+        Dir_DirList.SetPath(last_good_path_);
+    } catch (const Error&) {
+        GoToApplicationDrive();  // it has been removed meanwhile
+    }
+    moved_ = false;  // nor was the set's folder reached, if it was to be shown
 }
 
 }  // namespace vantrel

@@ -77,7 +77,7 @@ class BackupTab {
     forms::Form& window_;
     Moves moves_ = Moves::kChosen;
     bool moved_ = false;          // a list has moved since kShowing began
-    std::string last_good_path_;  // where the folder list stood before its last move
+    std::string last_good_path_;  // the last folder of the list that a set can store
 };
 
 }  // namespace vantrel

@@ -8,7 +8,7 @@ namespace vantrel::platform {
 class HostShell : public Shell {
   public:
     std::string ProgramFor(const std::string&) override { return ""; }
-    int Open(const std::string&) override { return kNoAssociation; }
+    int Open(const std::string&, ShellVerb) override { return kNoAssociation; }
 
   private:
     static constexpr int kNoAssociation = 31;  // what Windows' shell answers then

@@ -14,12 +14,12 @@ bool MayPass(DWORD code) {
 
 }  // namespace
 
-DWORD RunPatiently(const std::function<bool()>& call) {
+DWORD RunPatiently(const std::function<bool()>& call, const Pause& pause) {
     if (call()) return ERROR_SUCCESS;
     DWORD code = GetLastError();
-    for (const DWORD pause : kPauses) {
+    for (const DWORD milliseconds : kPauses) {
         if (!MayPass(code)) break;
-        ::Sleep(pause);
+        pause(milliseconds);
         if (call()) return ERROR_SUCCESS;
         code = GetLastError();
     }

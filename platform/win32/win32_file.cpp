@@ -48,12 +48,20 @@ LARGE_INTEGER Position(std::uint64_t bytes) {
 
 }  // namespace
 
-std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode) {
+std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const Pause& pause) {
     if (path.IsRoot()) RaiseSystemError(ERROR_ACCESS_DENIED, Deed::kFile, path);
     const Opening how = OpeningFor(mode);
-    FileHandle handle(CreateFileW(path.c_str(), how.access, how.sharing, nullptr, how.disposition,
-                                  how.flags, nullptr));
-    if (!handle.IsValid()) RaiseSystemError(GetLastError(), Deed::kFile, path);
+    FileHandle handle;
+    const auto open = [&] {
+        handle = FileHandle(CreateFileW(path.c_str(), how.access, how.sharing, nullptr,
+                                        how.disposition, how.flags, nullptr));
+        return handle.IsValid();
+    };
+    const bool patient = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
+    const DWORD code = patient  ? RunPatiently(open, pause)
+                       : open() ? ERROR_SUCCESS
+                                : GetLastError();
+    if (code != ERROR_SUCCESS) RaiseSystemError(code, Deed::kFile, path);
     auto file = std::make_unique<Win32File>(std::move(handle));
     if (mode == OpenMode::kWrite) file->Truncate(0);
     return file;

@@ -4,7 +4,6 @@
 #include "platform/win32/disk_path.h"
 #include "platform/win32/find_data.h"
 #include "platform/win32/handles.h"
-#include "platform/win32/retry.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/win32_file.h"
 
@@ -67,7 +66,7 @@ std::optional<BY_HANDLE_FILE_INFORMATION> Identity(const FileHandle& file, const
 std::unique_ptr<File> Win32FileSystem::Open(const std::string& path, OpenMode mode) {
     const DiskPath file(path);
     if (mode == OpenMode::kWrite || mode == OpenMode::kAppend) RefuseReadOnly(file);
-    return Win32File::Open(file, mode);
+    return Win32File::Open(file, mode, pause_);
 }
 
 std::optional<FileInfo> Win32FileSystem::Find(const std::string& path) {
@@ -97,7 +96,7 @@ void Win32FileSystem::Rename(const std::string& from, const std::string& to) {
     if (source.IsRoot()) RaiseError(error_number::kPathFileAccess);
     // To the system a name is free for its own file, which is right for letter case alone.
     if (source.Text() == target.Text()) RaiseError(error_number::kFileExists);
-    const DWORD code = RunPatiently(
+    const DWORD code = Patiently(
         [&] { return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0; });
     const bool taken = ErrorNumber(code, Deed::kFile) == error_number::kFileExists;
     RaiseUnless(code, taken ? Deed::kFile : deed, target);
@@ -110,7 +109,7 @@ void Win32FileSystem::Replace(const std::string& from, const std::string& to) {
     if (!source.OnSameDrive(target)) RaiseError(error_number::kAcrossDrives);
     if (folder) RaiseError(error_number::kPermissionDenied);
     RefuseReadOnly(target);
-    const DWORD code = RunPatiently([&] {
+    const DWORD code = Patiently([&] {
         return MoveFileExW(source.c_str(), target.c_str(),
                            MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     });
@@ -120,13 +119,13 @@ void Win32FileSystem::Replace(const std::string& from, const std::string& to) {
 void Win32FileSystem::RemoveFile(const std::string& path) {
     const DiskPath file(path);
     RefuseReadOnly(file);
-    RaiseUnless(RunPatiently([&] { return ::DeleteFileW(file.c_str()) != 0; }), Deed::kFile, file);
+    RaiseUnless(Patiently([&] { return ::DeleteFileW(file.c_str()) != 0; }), Deed::kFile, file);
 }
 
 void Win32FileSystem::RemoveFolder(const std::string& path) {
     const DiskPath folder(path);
     if (folder.IsRoot()) RaiseError(error_number::kPathFileAccess);
-    RaiseUnless(RunPatiently([&] { return RemoveDirectoryW(folder.c_str()) != 0; }), Deed::kFolder,
+    RaiseUnless(Patiently([&] { return RemoveDirectoryW(folder.c_str()) != 0; }), Deed::kFolder,
                 folder);
 }
 

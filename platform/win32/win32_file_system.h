@@ -1,12 +1,19 @@
-// Files and folders of the system. Holds nothing; any thread may call it.
+// Files and folders of the system; any thread may call it. What somebody else holds is asked for
+// again for a moment before it is refused, except to read it: who reads has many files, and
+// decides.
 #pragma once
 
+#include <utility>
+
 #include "platform/file_system.h"
+#include "platform/win32/retry.h"
 
 namespace vantrel::platform {
 
 class Win32FileSystem final : public FileSystem {
   public:
+    explicit Win32FileSystem(Pause pause = ::Sleep) : pause_(std::move(pause)) {}
+
     std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override;
     std::optional<FileInfo> Find(const std::string& path) override;
     void List(const std::string& folder, const std::function<bool(const FileInfo&)>& each) override;
@@ -18,6 +25,11 @@ class Win32FileSystem final : public FileSystem {
     void SetAttributes(const std::string& path, std::uint32_t attributes) override;
     void SetTimes(const std::string& path, const FileTimes& times) override;
     bool SameFile(const std::string& one, const std::string& other) override;
+
+  private:
+    DWORD Patiently(const std::function<bool()>& call) const { return RunPatiently(call, pause_); }
+
+    Pause pause_;
 };
 
 }  // namespace vantrel::platform

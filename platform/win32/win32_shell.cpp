@@ -22,9 +22,10 @@ std::string Win32Shell::ProgramFor(const std::string& file) {
     return answer > kLastError ? Narrow(program.data()) : "";
 }
 
-int Win32Shell::Open(const std::string& target) {
+int Win32Shell::Open(const std::string& target, ShellVerb verb) {
+    const wchar_t* const name = verb == ShellVerb::kOpen ? L"open" : nullptr;
     return static_cast<int>(reinterpret_cast<std::intptr_t>(ShellExecuteW(
-        GetActiveWindow(), L"open", Wide(target).c_str(), nullptr, nullptr, SW_SHOWNORMAL)));
+        GetActiveWindow(), name, Wide(target).c_str(), nullptr, nullptr, SW_SHOWNORMAL)));
 }
 
 }  // namespace vantrel::platform

@@ -8,7 +8,7 @@ namespace vantrel::platform {
 class Win32Shell final : public Shell {
   public:
     std::string ProgramFor(const std::string& file) override;
-    int Open(const std::string& target) override;
+    int Open(const std::string& target, ShellVerb verb) override;
 };
 
 }  // namespace vantrel::platform

@@ -88,7 +88,7 @@ TEST_F(Splash, StartWithoutAnyOtherWorkShowsItForFiveSecondsBeforeTheMainWindow)
     Application application(machine.machine(), desktop);
     milliseconds waited_at_main{-1};
     bool main_was_there = true;
-    desktop.on_events = {[] {}, [&] { main_was_there = application.main_window().Loaded(); }};
+    desktop.on_events = {[] {}, [&] { main_was_there = application.HasMainWindow(); }};
     application.Main();
     waited_at_main = desktop.waited;
     EXPECT_FALSE(main_was_there);

@@ -121,6 +121,7 @@ TEST_F(StartUp, SecondCopyWritesOneRecordAndNothingElse) {
                             "redraw Frm_Splash", "events", "activate Frm_Splash",
                             "Previous Instance Detected - Not Started", "unload Frm_Splash"));
     EXPECT_THAT(LogRecords(), ElementsAre("Previous Instance Detected - Not Started"));
+    EXPECT_FALSE(application->HasMainWindow());
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 

@@ -134,6 +134,40 @@ TEST_F(DestinationDialog, NewFolderThatExistsIsNotTrapped) {
     }
 }
 
+TEST_F(DestinationDialog, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
+    Select({.to_drive = "C:\\"});
+    Open();
+    const auto& entries = dialog->Dir_DirList.Entries();
+    const auto backups = std::find_if(entries.begin(), entries.end(),
+                                      [](const auto& entry) { return entry.name == "Backups"; });
+    ASSERT_NE(backups, entries.end());
+    const auto index = static_cast<int>(backups - entries.begin());
+    machine.files().RemoveFolder("C:\\Backups");
+    dialog->Dir_DirList.UserOpen(index);
+    ExpectBox("Path not found", forms::Icon::kCritical, "Error");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\");
+    EXPECT_TRUE(dialog->Loaded());
+}
+
+// A set without a destination shows "\" alone, which exists and which no drive list takes.
+TEST_F(DestinationDialog, DestinationThatTheListsRefuseIsToldAndTheyStayWhereTheyWere) {
+    Select({.to_drive = "\\"});
+    Open();
+    ExpectBox("Device unavailable", forms::Icon::kCritical, "Error");
+    EXPECT_EQ(dialog->Dri_DriveList.Drive().substr(0, 2), "c:");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Vantrel");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(Stored().BackupToDrive(), "C:\\VANTREL\\");
+}
+
+TEST_F(DestinationDialog, DestinationOnADriveThatCameLaterIsShown) {
+    Select({.to_drive = "T:\\"});
+    machine.AddDrive('T', platform::drive_type::kRemovable);
+    Open();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(dialog->Dri_DriveList.Drive(), "t:");
+}
+
 TEST_F(DestinationDialog, UnreachableDriveIsToldAndTheApplicationsDriveComesBack) {
     machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
     Select({});

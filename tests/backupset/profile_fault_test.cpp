@@ -145,6 +145,16 @@ TEST_F(ProfileFault, ConfirmingASetThatCannotBeReadEmptiesNoKey) {
     EXPECT_NE(machine.Content(kFile), before);
 }
 
+TEST_F(ProfileFault, ConfirmingASetThatComesAfterItWasMissedLeavesIt) {
+    PutSet("WEEKLY.INI", {.name = "weekly"});
+    const std::string before = machine.Content(kFile);
+    faulty.plan.Inject({.kind = Call::kOpen, .number = error_number::kFileNotFound});
+    clsINI(there).ConfirmBackslash(kFile);
+    EXPECT_EQ(faulty.plan.Fired(), 1);
+    EXPECT_EQ(machine.Content(kFile), before);
+    EXPECT_EQ(machine.Names("C:\\Vantrel"), std::vector<std::string>{"WEEKLY.INI"});
+}
+
 TEST_F(ProfileFault, NewSetIsNeverWrittenOverOneThatIsThere) {
     machine.PutFile(kFile, kOld);
     EXPECT_THROW(clsINI(there).Create_INI("WEEKLY.INI", true), Error);

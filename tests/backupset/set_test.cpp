@@ -151,6 +151,15 @@ TEST_F(BackupSetFile, ReadOfAMissingSetEmptiesEveryValue) {
     EXPECT_EQ(ini.RestoreDestination(), "");
 }
 
+TEST_F(BackupSetFile, ConfirmingAMissingSetMakesItOfEmptyValues) {
+    clsINI(program).ConfirmBackslash(kFile);
+    EXPECT_EQ(machine.Content(kFile),
+              "[BACKUP SOURCE]\r\nBackupFiles=\r\nBackupSubDirectories=\r\n"
+              "[Destination]\r\nBackupFileName=\r\nMultiVolumeBackup=\r\nBackupToDrive=\\\r\n"
+              "TimeBackup=\r\n[RESTORE SOURCE]\r\nRestoreFromDrive=\r\nRestoreFileName=\r\n"
+              "[RESTORE DESTINATION]\r\nRestoreDestination=\r\n");
+}
+
 TEST_F(BackupSetFile, HandWrittenDestinationSectionIsTheSame) {
     const std::string text = "[Destination]\r\nTimeBackup=on\r\nBackupToDrive=d:\r\n";
     const std::string after = Confirmed(text);

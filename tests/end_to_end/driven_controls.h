@@ -2,6 +2,8 @@
 // Clicks are posted to the control, so nothing depends on what stands in front of the window.
 #pragma once
 
+#include <optional>
+
 #include "tests/end_to_end/other_process.h"
 
 namespace vantrel::test {
@@ -63,19 +65,35 @@ inline void PressKey(HWND window, WPARAM key) {
 
 inline bool IsCombo(HWND window) { return ClassOf(window) == L"ComboBox"; }
 
-inline Words Items(HWND list) {
+// Nothing for an entry that is not there.
+inline std::optional<std::string> ItemAt(HWND list, WPARAM index) {
     const bool combo = IsCombo(list);
+    const LRESULT length = Send(list, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, index);
+    if (length < 0) return std::nullopt;
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    Send(list, combo ? CB_GETLBTEXT : LB_GETTEXT, index, reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    return Utf8(text);
+}
+
+// Nothing when the list got shorter while it was read.
+inline std::optional<Words> ItemsAtOnce(HWND list) {
     Words items;
-    const LRESULT count = Send(list, combo ? CB_GETCOUNT : LB_GETCOUNT);
+    const LRESULT count = Send(list, IsCombo(list) ? CB_GETCOUNT : LB_GETCOUNT);
     for (LRESULT i = 0; i < count; ++i) {
-        const auto index = static_cast<WPARAM>(i);
-        const LRESULT length = Send(list, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, index);
-        std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-        Send(list, combo ? CB_GETLBTEXT : LB_GETTEXT, index, reinterpret_cast<LPARAM>(text.data()));
-        text.resize(static_cast<std::size_t>(length));
-        items.push_back(Utf8(text));
+        const auto item = ItemAt(list, static_cast<WPARAM>(i));
+        if (!item) return std::nullopt;
+        items.push_back(*item);
     }
     return items;
+}
+
+// A list may be filled anew while it is looked at: then it is looked at again.
+inline Words Items(HWND list) {
+    constexpr int kLooks = 50;
+    for (int look = 0; look < kLooks; ++look)
+        if (const auto items = ItemsAtOnce(list)) return *items;
+    throw std::runtime_error("the list never stands still");
 }
 
 inline int IndexOf(HWND list, const std::string& text) {

@@ -89,6 +89,43 @@ TEST_F(DriveLists, RefuseADriveThatIsReadyButNotListed) {
     EXPECT_EQ("c:", list.Drive());
 }
 
+TEST_F(DriveLists, FindADriveThatCameAfterTheyWereRead) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    machine.AddDrive('T', type::kRemovable, "STICK");
+    list.SetDrive("T:\\");
+    EXPECT_EQ(std::vector<std::string>{"t: [STICK]"}, changes);
+    EXPECT_EQ((std::vector<std::string>{"a:", "c:", "d: [MUSIC]", "n:", "t: [STICK]"}),
+              list.Entries());
+}
+
+TEST_F(DriveLists, ReadAnewShowDrivesThatCameAndNoneThatWent) {
+    forms::DriveList list(form, "Dri_DriveList");
+    Watch(list);
+    machine.AddDrive('B', type::kRemovable);
+    machine.drives.drives.erase('N');
+    list.Reload();
+    EXPECT_EQ((std::vector<std::string>{"a:", "b:", "c:", "d: [MUSIC]"}), list.Entries());
+    EXPECT_EQ("c:", list.Drive());
+    EXPECT_EQ(2, list.Index());
+    EXPECT_TRUE(changes.empty());
+}
+
+TEST_F(DriveLists, KeepTheChosenDriveAsTheirValueAlsoWhenItWent) {
+    forms::DriveList list(form, "Dri_DriveList");
+    list.SetDrive("D:\\");
+    Watch(list);
+    machine.drives.drives.erase('D');
+    list.Reload();
+    EXPECT_EQ("d: [MUSIC]", list.Drive());
+    EXPECT_EQ(68, ErrorOf([&] { list.SetDrive("X:\\"); }));
+    EXPECT_EQ("d: [MUSIC]", list.Drive());
+    EXPECT_TRUE(changes.empty());
+    list.SetDrive("N:\\");
+    list.Reload();
+    EXPECT_EQ((std::vector<std::string>{"a:", "c:", "n:"}), list.Entries());
+}
+
 TEST_F(DriveLists, RefuseAnIndexBesideTheListWithError380) {
     forms::DriveList list(form, "Dri_DriveList");
     Watch(list);

@@ -153,6 +153,44 @@ TEST_F(FolderLists, UserOpeningAFolderThatWentAwayGetsTheError) {
     EXPECT_EQ("C:\\Data", list.Path());
 }
 
+TEST_F(FolderLists, UserOpeningAFolderThatWentAwayIsForTheHandlerThatWantsIt) {
+    list.SetPath("C:\\Data");
+    changes.clear();
+    std::vector<int> refused;
+    list.Refused = [&](const Error& error) {
+        refused.push_back(error.number());
+        EXPECT_EQ(1, form.running_handlers);
+    };
+    const int gamma = IndexOf("Gamma");
+    machine.files().RemoveFolder("C:\\Data\\Gamma");
+    list.UserOpen(gamma);
+    EXPECT_EQ(std::vector{76}, refused);
+    EXPECT_EQ("C:\\Data", list.Path());
+    EXPECT_EQ(-1, IndexOf("Gamma"));
+    EXPECT_TRUE(changes.empty());
+}
+
+TEST_F(FolderLists, WayThatWentAwayIsKeptAndItsRootCanBeOpened) {
+    list.SetPath("C:\\Data\\Alpha\\Deep");
+    std::vector<int> refused;
+    list.Refused = [&](const Error& error) { refused.push_back(error.number()); };
+    machine.files().RemoveFolder("C:\\Data\\Alpha\\Deep");
+    machine.files().RemoveFolder("C:\\Data\\Alpha");
+    list.UserOpen(IndexOf("Alpha"));
+    EXPECT_EQ(std::vector{76}, refused);
+    EXPECT_EQ("C:\\Data\\Alpha\\Deep", list.Path());
+    list.UserOpen(IndexOf("C:\\"));
+    EXPECT_EQ("C:\\", list.Path());
+}
+
+TEST_F(FolderLists, ErrorOfTheHandlerOfAMoveIsNoRefusal) {
+    list.SetPath("C:\\Data");
+    list.Change = [] { RaiseError(error_number::kDiskFull); };
+    list.Refused = [](const Error&) { ADD_FAILURE() << "it was opened"; };
+    EXPECT_EQ(error_number::kDiskFull, ErrorOf([&] { list.UserOpen(IndexOf("Gamma")); }));
+    EXPECT_EQ("C:\\Data\\Gamma", list.Path());
+}
+
 TEST(FolderPath, KeepsNetworkPaths) {
     EXPECT_EQ("\\\\server\\share\\Folder", forms::FolderPath("\\\\server\\share\\Folder\\"));
     EXPECT_EQ((std::vector<std::string>{"\\\\server\\share", "\\\\server\\share\\One",

@@ -128,6 +128,24 @@ TEST_F(RestoreTabTest, DestinationIsChosenAfterTheWarningInUpperCaseWithoutBacks
     EXPECT_EQ(tab.Fld_RestoreTo.Caption(), "C:\\RESTORE\\HERE");
 }
 
+TEST_F(RestoreTabTest, DestinationFolderThatIsGoneWhenItIsOpenedIsTold) {
+    machine.MakeFolders("C:\\Restore\\Here");
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    tab.Fld_RestoreTo.SetCaption("C:\\Restore");
+    std::string path;
+    desktop.idle.push_back([&] {
+        auto& list = dynamic_cast<forms::FolderList&>(*desktop.Front()->Find("Dir_DirList"));
+        machine.files().RemoveFolder("C:\\Restore\\Here");
+        list.UserOpen(static_cast<int>(list.Entries().size()) - 1);
+        path = list.Path();
+        dynamic_cast<forms::Button&>(*desktop.Front()->Find("Cmd_Cancel")).UserPress();
+    });
+    tab.actions.Cmd_RestoreTo_Click();
+    ASSERT_EQ(desktop.boxes.size(), 2u);
+    ExpectBox("Path not found", forms::Icon::kCritical, "Error");
+    EXPECT_EQ(path, "C:\\Restore");
+}
+
 TEST_F(RestoreTabTest, CancelledDestinationStaysAsItWas) {
     tab.Fld_RestoreFile.SetCaption(kArchive);
     tab.Fld_RestoreTo.SetCaption("C:\\BACKUPS");

@@ -104,6 +104,7 @@ class TestShell : public platform::Shell {
     int answer = 42;
     std::vector<std::string> asked;
     std::vector<std::string> opened;
+    std::vector<platform::ShellVerb> verbs;  // one for each of these
     std::function<void()> on_find;
 
     std::string ProgramFor(const std::string& file) override {
@@ -111,8 +112,9 @@ class TestShell : public platform::Shell {
         if (on_find) on_find();
         return executable;
     }
-    int Open(const std::string& target) override {
+    int Open(const std::string& target, platform::ShellVerb verb) override {
         opened.push_back(target);
+        verbs.push_back(verb);
         return answer;
     }
 };
@@ -166,6 +168,7 @@ struct StandIns {
     platform::Drives* drives = nullptr;
     platform::Clock* clock = nullptr;
     platform::CodePage* code_page = nullptr;
+    platform::Settings* settings = nullptr;
 };
 
 inline platform::Machine With(const StandIns& other, const platform::Machine& machine) {
@@ -173,7 +176,7 @@ inline platform::Machine With(const StandIns& other, const platform::Machine& ma
             other.files != nullptr ? *other.files : machine.files,
             other.drives != nullptr ? *other.drives : machine.drives,
             other.clock != nullptr ? *other.clock : machine.clock,
-            machine.settings,
+            other.settings != nullptr ? *other.settings : machine.settings,
             other.code_page != nullptr ? *other.code_page : machine.code_page,
             machine.shell,
             machine.mail_session,

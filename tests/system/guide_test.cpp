@@ -30,6 +30,7 @@ TEST_F(Guide, PageOfTheApplicationFolderIsHandedToTheShell) {
     InstallPage();
     Ask();
     EXPECT_THAT(machine.shell.opened, ElementsAre(kPage));
+    EXPECT_THAT(machine.shell.verbs, ElementsAre(platform::ShellVerb::kOpen));
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 

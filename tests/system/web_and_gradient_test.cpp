@@ -23,6 +23,7 @@ TEST_F(WebPage, OpensTheAddressThroughTheShell) {
     Show();
     EXPECT_THAT(machine.shell.asked, ElementsAre(kScratch));
     EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
+    EXPECT_THAT(machine.shell.verbs, ElementsAre(platform::ShellVerb::kOpen));
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
@@ -94,6 +95,22 @@ TEST_F(Scrolling, FocusStaysOnTheTextBoxThatHadItItself) {
     text.SetFocus();
     clsSystem(program).ScrollText(text, 3);
     EXPECT_EQ(window.ActiveControl(), &text);
+}
+
+TEST_F(Scrolling, ErrorCarriesItsLabel) {
+    struct BrokenView : forms::ControlView {
+        void Changed(forms::Aspect) override { RaiseError(error_number::kOutOfMemory); }
+    } broken;
+    text.Bind(&broken);
+    try {
+        clsSystem(program).ScrollText(text, 1000);
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -2147211505);
+        EXPECT_EQ(error.source(), "clsSystem:ScrollText Method");
+        EXPECT_EQ(error.description(), "Out of memory");
+    }
+    text.Bind(nullptr);
 }
 
 class GradientTest : public ProgramFixture {

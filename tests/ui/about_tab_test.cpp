@@ -59,6 +59,7 @@ TEST_F(About, ClickHandsTheShownAddressToTheShell) {
     tab.Lbl_WebAddress.SetCaption("https://www.example.org/");
     tab.Lbl_WebAddress.UserClick();
     EXPECT_EQ(machine.shell.opened, std::vector<std::string>{"https://www.example.org/"});
+    EXPECT_EQ(machine.shell.verbs, std::vector{platform::ShellVerb::kDefault});
 }
 
 TEST_F(About, NothingIsToldWhenTheAddressDoesNotOpen) {

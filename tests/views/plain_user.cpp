@@ -56,6 +56,7 @@ class PlainUser : public ControlUser {
         DoIfReached(list, [&] {
             switch (list.kind()) {
                 case Kind::kDriveList:
+                    As<forms::DriveList>(list).Reload();  // it opens
                     return As<forms::DriveList>(list).UserChoose(index);
                 case Kind::kFileList:
                     return As<forms::FileList>(list).SetIndex(index);

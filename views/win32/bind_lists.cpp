@@ -118,6 +118,12 @@ class DriveListBinder : public ListBinder {
     DriveListBinder(WindowView& window, forms::DriveList& list, HWND handle, int id)
         : ListBinder(window, list, handle, id, kCombo), list_(list) {}
 
+    // Drives come and go while the window is open.
+    void Command(WORD code) override {
+        if (code == CBN_DROPDOWN) return list_.Reload();
+        ListBinder::Command(code);
+    }
+
   protected:
     int Count() const override { return static_cast<int>(list_.Entries().size()); }
     std::string Entry(int index) const override {
