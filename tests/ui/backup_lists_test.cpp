@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "backupset/clsINI.h"
-#include "tests/forms/bare_form.h"
+#include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
@@ -144,15 +144,6 @@ TEST_F(BackupLists, DriveThatWentIsToldWhenItIsChosenAndTheFolderStays) {
     EXPECT_THAT(Told(), ::testing::ElementsAre("Path not found"));
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
-}
-
-TEST_F(BackupLists, SelectingASetRedrawsTheWholeWindow) {
-    Open();
-    RecordingView view;
-    window->Bind(&view);
-    Tab().Cmb_BackupSet.SetText("ALL.INI");
-    window->Bind(nullptr);
-    EXPECT_THAT(view.changes, Contains(forms::Aspect::kRedraw));
 }
 
 }  // namespace
