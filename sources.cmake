@@ -82,6 +82,7 @@ set(ZIP_SOURCES
     zip/reader/folder_maker.cpp
     zip/reader/taken_names.cpp
     zip/reader/target_file.cpp
+    zip/reader/target_folders.cpp
     zip/records/central_record.cpp
     zip/records/directory_reader.cpp
     zip/records/disk_signs.cpp
@@ -317,6 +318,7 @@ set(ZIP_TESTS
     tests/zip/sampler_test.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/spanning_others_test.cpp
+    tests/zip/target_folders_test.cpp
     tests/zip/thorough_choice_test.cpp
     tests/zip/zip64_test.cpp)
 set(BACKUPSET_TESTS
@@ -344,9 +346,12 @@ set(BACKUP_TESTS
     tests/backup/dialogs_test.cpp
     tests/backup/preflight_test.cpp)
 set(RESTORE_TESTS
+    tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
-    tests/restore/restore_failure_test.cpp)
+    tests/restore/restore_failure_test.cpp
+    tests/zip/memory_file_system.cpp
+    tests/zip/zip_builder.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_lists_test.cpp

@@ -9,6 +9,8 @@
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
 #include "backupset/clsString.h"
+#include "common/error.h"
+#include "forms/folder_path.h"
 #include "log/clsLog.h"
 #include "protect/clsCfg.h"
 
@@ -16,21 +18,55 @@ namespace vantrel {
 
 namespace {
 
-// The distinct folders that the entries go into, in the order in which they are first met. Archives
-// hold many entries a folder; the folders decide.
-std::vector<std::string> TargetFolders(forms::Program& program,
-                                       const std::vector<std::string>& entries,
-                                       const std::string& destination) {
-    clsINI paths(program);
-    const std::string root = clsString().Backslash(destination);
-    std::vector<std::string> folders;
-    std::set<std::string> seen;
-    for (std::string entry : entries) {
-        std::replace(entry.begin(), entry.end(), '/', '\\');
-        std::string folder = root + paths.Backup_Parts(entry, clsINI::kFolder);
-        if (seen.insert(folder).second) folders.push_back(std::move(folder));
+// Paths, each once, in the order in which they are first met.
+class DistinctPaths {
+  public:
+    void Add(std::string path) {
+        if (seen_.insert(path).second) paths_.push_back(std::move(path));
     }
-    return folders;
+    const std::vector<std::string>& All() const { return paths_; }
+
+  private:
+    std::vector<std::string> paths_;
+    std::set<std::string> seen_;
+};
+
+// `path` with the long names of its folders. Every short one that the system makes has a "~"; of a
+// folder that cannot be looked at the name stays as it is.
+std::string WithLongNames(forms::Program& program, const std::string& path) {
+    const std::string spelled = forms::FolderPath(path);
+    if (spelled.empty() || spelled.find('~') == std::string::npos) return path;
+    std::string with_long_names;
+    for (const std::string& folder : forms::FolderChain(spelled)) {
+        std::string name = forms::FolderName(folder);
+        try {
+            const auto found = program.machine.files.Find(folder);
+            if (found && !with_long_names.empty()) name = found->name;
+        } catch (const Error&) {
+            // Nor can it be written into.
+        }
+        with_long_names = with_long_names.empty() ? folder : forms::JoinPath(with_long_names, name);
+    }
+    return with_long_names;
+}
+
+// Where the entries go: first as their stored names say, in their order, then where the component
+// really puts them, which is elsewhere when no file can have such a name.
+std::vector<std::string> TargetPaths(forms::Program& program, const RestoreTargets& targets,
+                                     const std::string& destination) {
+    clsINI paths(program);
+    clsString text;
+    const std::string root = text.Backslash(destination);
+    DistinctPaths found;
+    for (std::string entry : targets.entries) {
+        std::replace(entry.begin(), entry.end(), '/', '\\');
+        found.Add(root + paths.Backup_Parts(entry, clsINI::kFolder));
+    }
+    const auto folders = targets.folders ? targets.folders() : std::vector<std::string>();
+    for (const std::string& real_root : {root, text.Backslash(WithLongNames(program, destination))})
+        for (const std::string& folder : folders)
+            found.Add(folder.empty() ? real_root : text.Backslash(real_root + folder));
+    return found.All();
 }
 
 // "C:\DATA_001" to "C:\DATA_999": the first that is no folder yet; nothing when all are.
@@ -62,18 +98,45 @@ void RenameAside(forms::Program& program, const std::string& folder) {
     log.WriteToLog("Backup", false, folder + " renamed to " + *name);
 }
 
+// A protected folder under every spelling that a path may show it in.
+class Spellings {
+  public:
+    Spellings(forms::Program& program, const std::string& folder) {
+        for (const std::string& spelled : {folder, WithLongNames(program, folder)}) {
+            upper_.push_back(program.machine.code_page.Upper(spelled));
+            folded_.push_back(program.machine.code_page.Fold(spelled));
+        }
+    }
+    // Letters whose capitals the code page lacks are still one letter to the file system.
+    bool StandIn(const std::string& upper_path, const std::string& folded_path) const {
+        return AnyIn(upper_, upper_path) || AnyIn(folded_, folded_path);
+    }
+
+  private:
+    static bool AnyIn(const std::vector<std::string>& parts, const std::string& path) {
+        return std::any_of(parts.begin(), parts.end(), [&](const std::string& part) {
+            return path.find(part) != std::string::npos;
+        });
+    }
+
+    std::vector<std::string> upper_, folded_;
+};
+
 }  // namespace
 
-void RenameProtectedFolders(forms::Program& program, const std::vector<std::string>& entries,
+void RenameProtectedFolders(forms::Program& program, const RestoreTargets& targets,
                             const std::string& destination) {
-    const auto entries_of_list = clsCfg(program).ReturnProtected();
-    if (entries_of_list.empty()) return;
+    const auto folders = clsCfg(program).ReturnProtected();
+    if (folders.empty()) return;
+    std::vector<Spellings> spellings;
+    for (const std::string& folder : folders) spellings.emplace_back(program, folder);
     auto& code_page = program.machine.code_page;
-    for (const std::string& target : TargetFolders(program, entries, destination)) {
-        const std::string upper_target = code_page.Upper(target);
-        for (const std::string& folder : entries_of_list) {
-            if (upper_target.find(code_page.Upper(folder)) == std::string::npos) continue;
-            if (IsThere(program, folder)) RenameAside(program, folder);
+    for (const std::string& target : TargetPaths(program, targets, destination)) {
+        const std::string upper = code_page.Upper(target);
+        const std::string folded = code_page.Fold(target);
+        for (std::size_t i = 0; i < folders.size(); ++i) {
+            if (!spellings[i].StandIn(upper, folded)) continue;
+            if (IsThere(program, folders[i])) RenameAside(program, folders[i]);
         }
     }
 }

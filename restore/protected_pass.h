@@ -2,6 +2,7 @@
 // a numbered name, so that nothing in it can be overwritten.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -9,11 +10,21 @@
 
 namespace vantrel {
 
-// `entries` are the archive's entry names ("/" between levels), `destination` the folder to restore
-// into. Renames each protected folder found anywhere in an entry's target path (a plain substring
-// search without regard to case, not a test on path boundaries) and logs it. Traps nothing: a
-// missing list (53) and a failing rename reach the caller.
-void RenameProtectedFolders(forms::Program& program, const std::vector<std::string>& entries,
+// Where a restore goes.
+struct RestoreTargets {
+    // The archive's entry names, "/" between levels.
+    std::vector<std::string> entries{};
+    // Tells the folders that the component will make or write into, below the destination. Stored
+    // names alone do not: "./Mine/a.txt" goes into "Mine", and "Mi:ne/a.txt" into "Mi_ne". Asked
+    // only when something is protected.
+    std::function<std::vector<std::string>()> folders{};
+};
+
+// Renames each protected folder found anywhere in the path of a folder that a name means or the
+// component writes into below `destination` (a plain substring search without regard to case, not a
+// test on path boundaries) and logs it. Traps nothing: a missing list (53) and a failing rename
+// reach the caller.
+void RenameProtectedFolders(forms::Program& program, const RestoreTargets& targets,
                             const std::string& destination);
 
 }  // namespace vantrel

@@ -148,11 +148,12 @@ void RestoreActions::Cmd_Restore_Click() {
         return Tell("Unable to Restore as the contents of " + archive + " cannot be read.");
     }
     program_.desktop.SetPointer(Pointer::kHourglass);
-    std::vector<std::string> entries;
+    const std::string destination = controls_.Fld_RestoreTo.Caption();
+    RestoreTargets targets{.folders = [&] { return controls_.PKUNZIP.TargetFolders(destination); }};
     for (int i = 1; i <= controls_.TV_Restore.Count(); ++i) {
-        entries.push_back(controls_.TV_Restore.At(i).text);
+        targets.entries.push_back(controls_.TV_Restore.At(i).text);
     }
-    RenameProtectedFolders(program_, entries, controls_.Fld_RestoreTo.Caption());
+    RenameProtectedFolders(program_, targets, destination);
     program_.desktop.SetPointer(Pointer::kDefault);
     Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
     program_.desktop.ShowModal(window);

@@ -9,6 +9,7 @@
 #include "zip/raised_events.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/archive_source.h"
+#include "zip/reader/target_folders.h"
 #include "zip/records/directory_reader.h"
 
 namespace vantrel::zip {
@@ -70,7 +71,7 @@ struct PKUNZIP::State {
 
     platform::Machine& machine;
     std::map<int, Value> values;
-    std::vector<std::string> names;  // of the entries that the last count has found
+    std::vector<EntryName> names;  // of the entries that the last count has found
     std::int32_t failed = 0;
 };
 
@@ -90,7 +91,7 @@ void PKUNZIP::State::ReadNames(const PKUNZIP& component) {
         trouble = directory.trouble;
         names.reserve(directory.entries.size());
         for (StoredEntry& entry : directory.entries) {
-            names.push_back(std::move(entry.name));
+            names.push_back({std::move(entry.name), entry.is_folder});
         }
     } catch (const Error& error) {
         trouble = Sentence("The archive cannot be read", archive, error);
@@ -108,7 +109,7 @@ void PKUNZIP::State::ReadEntry() {
         values.try_emplace(unzip_id::kEntryIndex, std::int32_t{0}).first->second);
     const bool exists = index > 0 && static_cast<std::size_t>(index) <= names.size();
     values[unzip_id::kEntryName] =
-        exists ? names[static_cast<std::size_t>(index) - 1] : std::string();
+        exists ? names[static_cast<std::size_t>(index) - 1].name : std::string();
 }
 
 void PKUNZIP::State::Extract(PKUNZIP& component) {
@@ -148,6 +149,10 @@ void PKUNZIP::Set(int id, const Value& value) {
         default:
             return state_->Extract(*this);
     }
+}
+
+std::vector<std::string> PKUNZIP::TargetFolders(const std::string& destination) const {
+    return zip::TargetFolders(state_->machine, state_->names, destination);
 }
 
 std::int32_t PKUNZIP::FailedEntries() const { return state_->failed; }

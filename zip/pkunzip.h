@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/machine.h"
 #include "zip/base/component_events.h"
@@ -44,6 +46,10 @@ class PKUNZIP {
     // Who answers questions (archive gone, destination full); nullptr when nobody is there.
     Questions* questions = nullptr;
 
+    // The folders that an extraction of the entries counted last would make or write into: paths
+    // below `destination` ("" is that itself), "\\" between levels, each once, in the archive's
+    // order. They differ from the stored names where no file can have those.
+    virtual std::vector<std::string> TargetFolders(const std::string& destination) const;
     // Entries that the last extraction did not bring back.
     virtual std::int32_t FailedEntries() const;
 

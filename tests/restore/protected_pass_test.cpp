@@ -22,7 +22,7 @@ class ProtectedPass : public ProgramFixture {
         platform::AppendToFile(machine.files(), cfg.ListPath(), lines);
     }
     void Pass(const std::vector<std::string>& entries, const std::string& destination) {
-        RenameProtectedFolders(program, entries, destination);
+        RenameProtectedFolders(program, {.entries = entries}, destination);
     }
 };
 
@@ -118,7 +118,7 @@ TEST_F(ProtectedPass, RenameThatFailsIsNotTrapped) {
     platform::Machine in_use = WithFiles(machine.machine(), faulty);
     forms::Program other{in_use, desktop, program.globals};
     try {
-        RenameProtectedFolders(other, {"Data/a.txt"}, "C:");
+        RenameProtectedFolders(other, {.entries = {"Data/a.txt"}}, "C:");
         FAIL() << "no error came";
     } catch (const Error& error) {
         EXPECT_EQ(error.number(), error_number::kPathFileAccess);
@@ -136,7 +136,7 @@ TEST_F(ProtectedPass, FolderThatCouldNotBeLookedAtIsLookedForAgain) {
         {.kind = Call::kFind, .number = error_number::kPermissionDenied, .path_part = "C:\\DATA"});
     platform::Machine busy = WithFiles(machine.machine(), faulty);
     forms::Program other{busy, desktop, program.globals};
-    RenameProtectedFolders(other, {"Data/a.txt"}, "C:");
+    RenameProtectedFolders(other, {.entries = {"Data/a.txt"}}, "C:");
     EXPECT_EQ(faulty.plan.Fired(), 1);
     EXPECT_EQ(machine.Content("C:\\DATA_001\\keep.txt"), "newer work");
 }

@@ -7,6 +7,7 @@
 
 #include "common/error.h"
 #include "tests/zip/memory_file.h"
+#include "zip/base/paths.h"
 
 namespace vantrel::test {
 
@@ -22,14 +23,6 @@ constexpr platform::Ticks kThen = 134392215090000000ull;
 std::string KeyParent(const std::string& key) {
     const std::size_t slash = key.rfind('\\');
     return slash == std::string::npos ? "" : key.substr(0, slash);
-}
-
-std::string Leaf(std::string path) {
-    while (!path.empty() && path.back() == '\\') {
-        path.pop_back();
-    }
-    const std::size_t slash = path.rfind('\\');
-    return slash == std::string::npos ? "" : path.substr(slash + 1);
 }
 
 }  // namespace
@@ -84,7 +77,7 @@ std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::Make(const std::string
     auto& node = nodes_[key];
     if (!node) {
         node = std::make_shared<Node>();
-        node->info.name = Leaf(path);
+        node->info.name = zip::LeafOf(path);
         node->info.attributes =
             folder ? platform::attribute::kFolder : platform::attribute::kArchive;
         node->info.times = {kThen, kThen, kThen};
@@ -330,12 +323,17 @@ void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
     }
     const std::lock_guard lock(mutex_);
     const auto node = Lookup(from);
-    if (!node || node->info.IsFolder()) {
+    if (!node) {
         RaiseError(error_number::kFileNotFound);
     }
-    nodes_.erase(Key(from));
-    node->info.name = Leaf(to);
-    nodes_[Key(to)] = node;
+    node->info.name = zip::LeafOf(to);
+    const std::string old_key = Key(from);
+    Nodes moved;  // a folder with all that is in it
+    std::erase_if(nodes_, [&](const auto& each) {
+        return (each.first + "\\").starts_with(old_key + "\\") &&
+               moved.emplace(Key(to) + each.first.substr(old_key.size()), each.second).second;
+    });
+    nodes_.merge(moved);
 }
 
 void MemoryFileSystem::Replace(const std::string& from, const std::string& to) {
@@ -353,7 +351,7 @@ void MemoryFileSystem::Replace(const std::string& from, const std::string& to) {
     }
     used_ -= target ? target->info.size : 0;
     nodes_.erase(Key(from));
-    node->info.name = Leaf(to);
+    node->info.name = zip::LeafOf(to);
     nodes_[Key(to)] = node;
 }
 
@@ -382,7 +380,9 @@ void MemoryFileSystem::RemoveFolder(const std::string& path) {
 
 void MemoryFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
     Hook("SetAttributes", path);
-    Change(path, [&](FileInfo& info) { info.attributes = attributes; });
+    Change(path, [&](FileInfo& info) {
+        info.attributes = attributes | (info.attributes & platform::attribute::kFolder);
+    });
 }
 
 void MemoryFileSystem::SetTimes(const std::string& path, const FileTimes& times) {

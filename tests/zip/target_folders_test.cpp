@@ -1,0 +1,86 @@
+// The folders that an extraction is said to write into are those that it does write into.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/zip/hostile_archives.h"
+#include "tests/zip/reader_fixture.h"
+#include "zip/base/paths.h"
+#include "zip/pkunzip.h"
+
+namespace vantrel::test {
+namespace {
+
+using namespace zip::unzip_id;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class TargetFolders : public ReaderTest {
+  protected:
+    Strings Told(const std::string& bytes) {
+        files.Put(options.archive, bytes);
+        platform::Machine over = Machine();
+        zip::PKUNZIP component(over);
+        component.Set(kArchive, options.archive);
+        component.Set(kAction, kActionCount);
+        return component.TargetFolders(options.destination);
+    }
+    Strings Told(const std::vector<BuiltEntry>& entries) {
+        BuiltArchive archive;
+        archive.entries = entries;
+        return Told(archive.Bytes());
+    }
+    std::string Fold(const std::string& text) { return machine.code_page().Fold(text); }
+};
+
+TEST_F(TargetFolders, EachIsToldOnceInTheArchivesOrder) {
+    EXPECT_THAT(Told({{.name = "Sub/b"}, {.name = "a"}, {.name = "./Sub/c"}, {.name = "Empty/"}}),
+                ElementsAre("Sub", "", "Empty"));
+}
+
+TEST_F(TargetFolders, RefusedNamesAndTheDestinationItselfHaveNone) {
+    EXPECT_THAT(Told({{.name = "../x"}, {.name = "C:/x"}, {.name = "./"}}), IsEmpty());
+}
+
+TEST_F(TargetFolders, ShortNameOfAnotherFolderGetsItsSign) {
+    files.PutFolder("C:\\Out\\Long folder name");
+    files.Alias("C:\\Out\\LONGFO~1", "C:\\Out\\Long folder name");
+    EXPECT_THAT(Told({{.name = "longfo~1/Sub/a"}}), ElementsAre("longfo~1_\\Sub"));
+}
+
+TEST_F(TargetFolders, FolderThatMayNotBeLookedAtKeepsItsName) {
+    files.before = [](const std::string& call, const std::string& path) {
+        if (call == "Find" && path == "C:\\Out\\Sub") {
+            RaiseError(error_number::kPermissionDenied);
+        }
+    };
+    EXPECT_THAT(Told({{.name = "Sub/Deep/a"}}), ElementsAre("Sub\\Deep"));
+}
+
+TEST_F(TargetFolders, NothingIsMade) {
+    Told({{.name = "Sub/Deep/a"}});
+    EXPECT_FALSE(files.Exists("C:\\Out"));
+}
+
+class TargetFoldersOfTricks : public TargetFolders,
+                              public ::testing::WithParamInterface<HostileArchive> {};
+
+TEST_P(TargetFoldersOfTricks, EverythingThatComesBackIsInAFolderThatWasTold) {
+    const Strings told = Told(GetParam().bytes);
+    ASSERT_EQ(Run(), GetParam().outcome);
+    for (const std::string& path : Restored()) {
+        const bool is_folder = path.back() == '\\';
+        const std::string folder =
+            is_folder ? path.substr(0, path.size() - 1) : std::string(zip::Cut(path).folder);
+        const auto holds = [&](const std::string& each) {
+            return Fold(each) == Fold(folder) || (is_folder && Fold(each).starts_with(Fold(path)));
+        };
+        EXPECT_THAT(told, Contains(::testing::ResultOf(holds, true))) << path;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tricks, TargetFoldersOfTricks, ::testing::ValuesIn(HostileArchives()),
+                         [](const auto& tested) { return tested.param.trick; });
+
+}  // namespace
+}  // namespace vantrel::test
