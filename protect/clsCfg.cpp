@@ -21,6 +21,11 @@ std::string WithoutBackslash(std::string line) {
     return line;
 }
 
+// Other editors leave the last line open: one more entry behind it would be one with it.
+bool EndsItsLastLine(const std::string& text) {
+    return text.empty() || text.back() == '\n' || text.back() == '\r';
+}
+
 }  // namespace
 
 std::string clsCfg::Upper(const std::string& text) const {
@@ -107,8 +112,9 @@ void clsCfg::Protected_Add(forms::Tree& tree) {
     if (!entry) RaiseError(error_number::kBadFileName);
     // In one step: an entry that was cut off would protect nothing, and take the next one with it.
     auto& files = program_.machine.files;
-    platform::ReplaceWholeFile(files, ListPath(),
-                               platform::ReadWholeFile(files, ListPath()) + *entry + kLineEnd);
+    std::string list = platform::ReadWholeFile(files, ListPath());
+    if (!EndsItsLastLine(list)) list += kLineEnd;
+    platform::ReplaceWholeFile(files, ListPath(), list + *entry + kLineEnd);
     tree.SetImages(tree.Selected(), kProtectedFolder, kProtectedFolder);
 }
 

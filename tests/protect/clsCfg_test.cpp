@@ -69,6 +69,24 @@ TEST_F(ProtectedList, AddAppendsInUpperCaseAndMarksTheNode) {
     EXPECT_EQ(tree.At(1).selected_image, 3);
 }
 
+TEST_F(ProtectedList, AddBehindALastLineWithoutAnEndIsALineOfItsOwn) {
+    for (const char* end : {"", "\n", "\r", "\r\n"}) {
+        PutEntries(std::string("C:\\ONE") + end);
+        Select("C:\\Two");
+        cfg.Protected_Add(tree);
+        EXPECT_THAT(cfg.ReturnProtected(), ElementsAre("C:\\ONE", "C:\\TWO"));
+    }
+}
+
+// The seventh line is skipped by every reader, whatever is in it.
+TEST_F(ProtectedList, AddBehindAHeaderWithoutAnEndIsNoPartOfTheHeader) {
+    const std::size_t seven_lines = kEmptyList.size() - std::string("\r\n\r\n").size();
+    machine.PutFile(kList, kEmptyList.substr(0, seven_lines));
+    Select("C:\\Two");
+    cfg.Protected_Add(tree);
+    EXPECT_THAT(cfg.ReturnProtected(), ElementsAre("C:\\TWO"));
+}
+
 // An entry that was cut off would protect nothing, and swallow the next one.
 TEST_F(ProtectedList, AddThatIsCutOffLeavesTheListAsItWas) {
     PutEntries("C:\\ONE\r\n");
