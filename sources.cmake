@@ -350,6 +350,7 @@ set(RESTORE_TESTS
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
     tests/restore/restore_failure_test.cpp
+    tests/restore/restore_meanwhile_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(UI_TESTS

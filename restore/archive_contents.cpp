@@ -1,6 +1,7 @@
 #include "restore/archive_contents.h"
 
 #include "backupset/clsFiles.h"
+#include "common/error.h"
 #include "progress/retry_box.h"
 
 namespace vantrel {
@@ -56,9 +57,13 @@ bool CountEntries(forms::Program& program, zip::PKUNZIP& component) {
 }  // namespace
 
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
-    const auto found = program.machine.files.Find(path);
-    if (!found) return {.path = path};
-    return {.path = path, .size = found->size, .modified = found->times.modified};
+    try {
+        const auto found = program.machine.files.Find(path);
+        if (!found) return {.path = path};
+        return {.path = path, .size = found->size, .modified = found->times.modified};
+    } catch (const Error&) {
+        return {.path = path};
+    }
 }
 
 // The component counts the archive itself as entry 0: index 0 is never listed, and the number shown

@@ -17,7 +17,8 @@ struct ListedArchive {
     bool operator==(const ListedArchive&) const = default;
 };
 
-// The archive at `path` as it is now; only the path when it is not there.
+// The archive at `path` as it is now; only the path when it is not there or may not be looked at,
+// which is one to the existence test, too. Never raises.
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path);
 
 // Fills the tree with one node an entry and the total with their number; the fill of the panel

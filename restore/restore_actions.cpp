@@ -39,8 +39,10 @@ void RestoreActions::Tell(const std::string& text) {
 }
 
 void RestoreActions::List(const std::string& archive) {
+    // As it was before: what changes while it is listed is another archive.
+    const ListedArchive looked_at = LookAtArchive(program_, archive);
     listed_completely_ = ShowZipContents(program_, controls_, archive);
-    listed_ = LookAtArchive(program_, archive);
+    listed_ = looked_at;
 }
 
 void RestoreActions::Cmb_RestoreFile_Click() {
@@ -135,17 +137,41 @@ bool RestoreActions::PassIsBlind() {
            !clsCfg(program_).ReturnProtected().empty();
 }
 
+// The pass goes by the entries that are listed: a listing of another archive would let a protected
+// folder be overwritten. Events that wait run while it lists, and may choose something else; what
+// is then chosen has to be listed. False when there is nothing to restore any more.
+bool RestoreActions::ListWhatIsRestored() {
+    const forms::Form& window = controls_.TV_Restore.owner();
+    const bool was_there = window.Loaded();
+    for (;;) {
+        const std::string archive = ArchiveToRestore();
+        if (listed_completely_ && LookAtArchive(program_, archive) == listed_) return true;
+        List(archive);
+        if (was_there && !window.Loaded()) return false;
+        if (Refused()) return false;
+        if (ArchiveToRestore() == archive) return true;
+    }
+}
+
 void RestoreActions::Cmd_Restore_Click() {
+    if (restoring_) return;
+    struct Running {
+        explicit Running(bool& flag) : flag_(flag) { flag_ = true; }
+        ~Running() { flag_ = false; }
+        bool& flag_;
+    } const running(restoring_);
+    Restore();
+}
+
+void RestoreActions::Restore() {
     if (Refused()) return;
     program_.desktop.SetPointer(Pointer::kHourglass);
-    // The pass goes by the entries that are listed: a listing of another archive would let a
-    // protected folder be overwritten.
-    const std::string archive = ArchiveToRestore();
-    const bool same = LookAtArchive(program_, archive) == listed_;
-    if (!same || !listed_completely_) List(archive);
+    const bool listed = ListWhatIsRestored();
+    program_.desktop.SetPointer(Pointer::kDefault);
+    if (!listed) return;
     if (PassIsBlind()) {
-        program_.desktop.SetPointer(Pointer::kDefault);
-        return Tell("Unable to Restore as the contents of " + archive + " cannot be read.");
+        return Tell("Unable to Restore as the contents of " + ArchiveToRestore() +
+                    " cannot be read.");
     }
     program_.desktop.SetPointer(Pointer::kHourglass);
     const std::string destination = controls_.Fld_RestoreTo.Caption();

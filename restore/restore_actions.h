@@ -20,7 +20,8 @@ class RestoreActions {
     // Browses for an archive. Any error, a cancelled dialog too, changes nothing further.
     void Cmd_RestoreFile_Click();
     void Cmd_RestoreTo_Click();
-    // Checks, runs the protected-folder pass and shows the restore window. Traps nothing.
+    // Checks, runs the protected-folder pass and shows the restore window. Traps nothing. Listing
+    // an archive lets waiting events run: pressing the button again meanwhile does nothing.
     void Cmd_Restore_Click();
 
   private:
@@ -33,12 +34,15 @@ class RestoreActions {
     std::string ArchiveToRestore() const;
     bool Refused();
     bool PassIsBlind();
+    void Restore();
+    bool ListWhatIsRestored();
     void Tell(const std::string& text);
 
     forms::Program& program_;
     RestoreControls controls_;
     ListedArchive listed_;
     bool listed_completely_ = false;
+    bool restoring_ = false;
 };
 
 }  // namespace vantrel
