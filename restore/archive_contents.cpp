@@ -54,22 +54,9 @@ bool CountEntries(forms::Program& program, zip::PKUNZIP& component) {
     return listening.complete;
 }
 
-}  // namespace
-
-ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
-    try {
-        const auto found = program.machine.files.Find(path);
-        if (!found) return {.path = path};
-        return {.path = path, .size = found->size, .modified = found->times.modified};
-    } catch (const Error&) {
-        return {.path = path};
-    }
-}
-
 // The component counts the archive itself as entry 0: index 0 is never listed, and the number shown
 // is one less than the count.
-bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
-                     const std::string& path) {
+bool FillTree(forms::Program& program, const RestoreControls& controls, const std::string& path) {
     namespace id = zip::unzip_id;
     auto& desktop = program.desktop;
     desktop.DoEvents();
@@ -98,6 +85,24 @@ bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
     controls.TV_Restore.SetVisible(true);
     desktop.SetPointer(forms::Pointer::kDefault);
     return complete;
+}
+
+}  // namespace
+
+ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
+    try {
+        const auto found = program.machine.files.Find(path);
+        if (!found) return {.path = path};
+        return {.path = path, .size = found->size, .modified = found->times.modified};
+    } catch (const Error&) {
+        return {.path = path};
+    }
+}
+
+bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
+                     const std::string& path) {
+    return Reported("clsFiles:ShowZipContents Method",
+                    [&] { return FillTree(program, controls, path); });
 }
 
 }  // namespace vantrel

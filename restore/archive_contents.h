@@ -24,7 +24,7 @@ ListedArchive LookAtArchive(forms::Program& program, const std::string& path);
 // Fills the tree with one node an entry and the total with their number; the fill of the panel
 // shows how far it has come. A path that is no file leaves the tree hidden and empty and the total
 // at "0". Whether every entry of the archive is listed: false when it is not there, or its list
-// cannot be read to the end.
+// cannot be read to the end. Errors: "clsFiles:ShowZipContents Method".
 bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
                      const std::string& path);
 

@@ -68,6 +68,18 @@ TEST_F(RestoreTabTest, PathThatDoesNotExistLeavesTheTreeHidden) {
     EXPECT_EQ(tab.Fld_Total.Caption(), "0");
 }
 
+TEST_F(RestoreTabTest, ErrorWhileAnArchiveIsListedCarriesTheLabelOfTheFileClass) {
+    desktop.on_events.push_back([] { RaiseError(error_number::kPermissionDenied); });
+    try {
+        ShowZipContents(program, tab.Controls(), kArchive);
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), error_number::kObjectBase + error_number::kReported);
+        EXPECT_EQ(error.source(), "clsFiles:ShowZipContents Method");
+        EXPECT_EQ(error.description(), "Permission denied");
+    }
+}
+
 TEST_F(RestoreTabTest, CancelledBrowsingChangesNothing) {
     Archive();
     Browse(kArchive);

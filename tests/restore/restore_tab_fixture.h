@@ -29,10 +29,14 @@ class Tab : public forms::Form {
           Fld_Total(*this, "Fld_Total"),
           SSP_TotalFiles(*this, "SSP_TotalFiles"),
           PKUNZIP(the_program.machine),
-          actions(the_program, {Cmb_RestoreFile, Fld_RestoreFile, Fld_RestoreTo, TV_Restore,
-                                Fld_Total, SSP_TotalFiles, PKUNZIP}) {
+          actions(the_program, Controls()) {
         Cmb_RestoreFile.Click = [this] { actions.Cmb_RestoreFile_Click(); };
     }
+    RestoreControls Controls() {
+        return {Cmb_RestoreFile, Fld_RestoreFile, Fld_RestoreTo, TV_Restore,
+                Fld_Total,       SSP_TotalFiles,  PKUNZIP};
+    }
+
     forms::ComboBox Cmb_RestoreFile;
     forms::Label Fld_RestoreFile;
     forms::Label Fld_RestoreTo;
