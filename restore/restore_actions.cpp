@@ -66,7 +66,7 @@ void RestoreActions::TakeSet() {
         Tell("There is no Restore Information available for this Backupset." + line +
              "Please select a new Backupset to Restore From or "
              "manually select a file.");
-        controls_.Cmb_RestoreFile.SetIndex(-1);
+        SelectNothing();
         return;
     }
     if (!clsFiles(program_).Exist(archive, true)) {
@@ -78,14 +78,19 @@ void RestoreActions::TakeSet() {
             line + line + "File being sought is " + archive + line + line +
             "If the File is from a Removable Drive then "
             "place the disk into the drive now and try again.");
-        controls_.Cmb_RestoreFile.SetIndex(-1);
-        controls_.TV_Restore.Clear();
-        controls_.Fld_RestoreFile.SetCaption("");
+        SelectNothing();
         return;
     }
     controls_.Fld_RestoreFile.SetCaption(archive);
     List(archive);
     program_.desktop.SetPointer(Pointer::kDefault);
+}
+
+// Nor is what was chosen before: who is told of another set does not mean that any more.
+void RestoreActions::SelectNothing() {
+    controls_.Cmb_RestoreFile.SetIndex(-1);
+    controls_.TV_Restore.Clear();
+    controls_.Fld_RestoreFile.SetCaption("");
 }
 
 void RestoreActions::Cmd_RestoreFile_Click() {

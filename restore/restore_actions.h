@@ -26,6 +26,7 @@ class RestoreActions {
 
   private:
     void TakeSet();
+    void SelectNothing();
     void Browse();
     void ForgetSetUnlessItNames(const std::string& archive);
     void List(const std::string& archive);

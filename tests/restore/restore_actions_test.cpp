@@ -29,6 +29,20 @@ TEST_F(RestoreTabTest, SetThatWasNeverBackedUpIsToldAndDeselected) {
     EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
 }
 
+// Who asked for this set must not restore the archive of the one before.
+TEST_F(RestoreTabTest, SetThatWasNeverBackedUpLeavesNothingOfTheArchiveBefore) {
+    Archive();
+    Browse(kArchive);
+    PutSetWithArchive("", "");
+    ChooseSet();
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), "");
+    EXPECT_THAT(Listed(), IsEmpty());
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    tab.actions.Cmd_Restore_Click();
+    ExpectBox("Nothing has been selected to Restore.\r\n\r\nPlease enter a valid Restore File.",
+              forms::Icon::kExclamation, "Restore");
+}
+
 TEST_F(RestoreTabTest, SetWhoseArchiveIsGoneIsToldAndNothingStaysChosen) {
     Archive();
     Browse(kArchive);
