@@ -18,7 +18,7 @@ bool Frm_BackupWhere::FolderExists(const std::string& folder) const {
 
 void Frm_BackupWhere::Tell(const Error& error) const { ShowError(program(), error); }
 
-void Frm_BackupWhere::Cmd_Ok_Click() {
+void Frm_BackupWhere::TakeFolder() {
     if (!ChosenFolderFits()) return;
     main_.Fld_BackupWhere.SetCaption(Dir_DirList.Path());
     const std::string stored =

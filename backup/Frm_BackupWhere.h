@@ -9,11 +9,11 @@ namespace vantrel {
 class Frm_BackupWhere : public forms::FolderDialog {
   public:
     Frm_BackupWhere(forms::Program& program, const BackupControls& main_window);
-    void Cmd_Ok_Click() override;
 
   private:
     std::string Destination() const override;
     bool FolderExists(const std::string& folder) const override;
+    void TakeFolder() override;
     void Tell(const Error& error) const override;
 
     BackupControls main_;

@@ -82,6 +82,14 @@ void FolderDialog::Cmd_NewFolder_Click() {
     Dir_DirList.Reload();
 }
 
+void FolderDialog::Cmd_Ok_Click() {
+    try {
+        TakeFolder();
+    } catch (const Error& error) {
+        Tell(error);
+    }
+}
+
 void FolderDialog::Cmd_Cancel_Click() { program().desktop.Unload(*this); }
 
 bool FolderDialog::ChosenFolderFits() {

@@ -21,7 +21,7 @@ class FolderDialog : public Form {
     void Form_Load() override;
     void Dri_DriveList_Change();
     void Cmd_NewFolder_Click();
-    virtual void Cmd_Ok_Click() = 0;
+    void Cmd_Ok_Click();
     void Cmd_Cancel_Click();
 
   protected:
@@ -32,6 +32,8 @@ class FolderDialog : public Form {
     virtual std::string Destination() const = 0;
     // Whether that folder is there, by the program's own test.
     virtual bool FolderExists(const std::string& folder) const = 0;
+    // OK was pressed: keeps the folder that is shown, if it may be, and closes the dialog.
+    virtual void TakeFolder() = 0;
     // Tells the user of a run-time error that was trapped.
     virtual void Tell(const Error& error) const = 0;
     // False, with a message, when the data files' code page cannot hold the chosen folder.

@@ -18,7 +18,7 @@ bool Frm_RestoreWhere::FolderExists(const std::string& folder) const {
 
 void Frm_RestoreWhere::Tell(const Error& error) const { ShowError(program(), error); }
 
-void Frm_RestoreWhere::Cmd_Ok_Click() {
+void Frm_RestoreWhere::TakeFolder() {
     if (!ChosenFolderFits()) return;
     Fld_RestoreTo_.SetCaption(program().machine.code_page.Upper(Dir_DirList.Path()));
     program().desktop.Unload(*this);

@@ -10,11 +10,11 @@ namespace vantrel {
 class Frm_RestoreWhere : public forms::FolderDialog {
   public:
     Frm_RestoreWhere(forms::Program& program, forms::Label& restore_to);
-    void Cmd_Ok_Click() override;
 
   private:
     std::string Destination() const override;
     bool FolderExists(const std::string& folder) const override;
+    void TakeFolder() override;
     void Tell(const Error& error) const override;
 
     forms::Label& Fld_RestoreTo_;

@@ -160,6 +160,39 @@ TEST_F(DestinationDialog, DestinationThatTheListsRefuseIsToldAndTheyStayWhereThe
     EXPECT_EQ(Stored().BackupToDrive(), "C:\\VANTREL\\");
 }
 
+// A code page that is broken, which is the one thing that OK cannot do without.
+class NoCapitals : public platform::CodePage {
+  public:
+    explicit NoCapitals(platform::CodePage& behind) : behind_(behind) {}
+    std::optional<std::string> Encode(const std::string& text) override {
+        return behind_.Encode(text);
+    }
+    std::string EncodeLossy(const std::string& text) override { return behind_.EncodeLossy(text); }
+    std::string Decode(const std::string& bytes) override { return behind_.Decode(bytes); }
+    std::string DecodeOem(const std::string& bytes) override { return behind_.DecodeOem(bytes); }
+    std::string Upper(const std::string&) override { RaiseError(error_number::kOutOfMemory); }
+    std::string Fold(const std::string& text) override { return behind_.Fold(text); }
+
+  private:
+    platform::CodePage& behind_;
+};
+
+TEST_F(DestinationDialog, ErrorWhileAFolderIsTakenIsToldAndTheDialogStays) {
+    Select({.to_drive = "C:\\"});
+    NoCapitals broken(machine.code_page());
+    platform::Machine& real = machine.machine();
+    platform::Machine there{real.process, real.files,        real.drives,
+                            real.clock,   real.settings,     broken,
+                            real.shell,   real.mail_session, real.mail_messages};
+    forms::Program other{there, desktop, program.globals};
+    Frm_BackupWhere shown(other, window.Controls());
+    desktop.Load(shown);
+    shown.Cmd_Ok.UserPress();
+    ExpectBox("Out of memory", forms::Icon::kCritical, "Error");
+    EXPECT_TRUE(shown.Loaded());
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.to_drive = "C:\\"}));
+}
+
 TEST_F(DestinationDialog, DestinationOnADriveThatCameLaterIsShown) {
     Select({.to_drive = "T:\\"});
     machine.AddDrive('T', platform::drive_type::kRemovable);
