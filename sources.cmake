@@ -243,6 +243,7 @@ set(FORMS_TESTS
 set(VIEWS_TESTS
     tests/views/late_drives_test.cpp
     tests/views/machine_lists_test.cpp
+    tests/views/modal_test.cpp
     tests/views/pictures_test.cpp
     tests/views/simple_controls_test.cpp
     tests/views/states_test.cpp
@@ -257,6 +258,7 @@ set(VIEWS_HOST_TESTS
 set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/views/menu_person.cpp
+    tests/views/modal_screen_test.cpp
     tests/views/poisoned_memory.cpp
     tests/views/real_windows_test.cpp
     tests/views/screen_test.cpp
@@ -351,6 +353,7 @@ set(RESTORE_TESTS
     tests/restore/restore_actions_test.cpp
     tests/restore/restore_failure_test.cpp
     tests/restore/restore_meanwhile_test.cpp
+    tests/restore/restore_window_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(UI_TESTS

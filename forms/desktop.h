@@ -49,6 +49,8 @@ class Desktop {
     virtual void ShowModal(Form& form) = 0;
     virtual void Hide(Form& form) = 0;
     // Form_QueryUnload, then Form_Unload, then the window is gone. Nothing when it is not loaded.
+    // A modal window of which handlers are running is only hidden; ShowModal unloads it, before it
+    // returns.
     virtual void Unload(Form& form, UnloadMode mode = UnloadMode::kCode) = 0;
 
     // Handles everything that waits in the message queue, once.

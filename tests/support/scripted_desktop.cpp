@@ -112,11 +112,31 @@ void ScriptedDesktop::ShowModal(Form& form) {
     const int running_before = form.running_handlers;
     Load(form);
     if (!form.Loaded()) return;
-    FirstShow(form);
-    while (form.Visible() || form.running_handlers > running_before) {
-        RunActivations();
-        if (form.Visible() && !RunIdleStep(form.name())) Hide(form);
+    // Also when a handler's error ends it, which ends the program.
+    struct Shown {
+        std::vector<Modal>& modal;
+        ~Shown() { modal.pop_back(); }
+    };
+    std::optional<forms::UnloadMode> unload;
+    {
+        modal_.push_back({&form, running_before});
+        const Shown shown{modal_};
+        FirstShow(form);
+        while (form.Visible() || form.running_handlers > running_before) {
+            RunActivations();
+            if (form.Visible() && !RunIdleStep(form.name())) Hide(form);
+        }
+        unload = modal_.back().unload;
     }
+    if (unload) Unload(form, *unload);
+}
+
+bool ScriptedDesktop::UnloadLater(const Form& form, forms::UnloadMode mode) {
+    const auto shown = std::find_if(modal_.begin(), modal_.end(),
+                                    [&](const Modal& each) { return each.form == &form; });
+    if (shown == modal_.end() || form.running_handlers <= shown->handlers_before) return false;
+    shown->unload = mode;
+    return true;
 }
 
 // The user is back in the window behind, if it was in front of him that this one was.
@@ -139,6 +159,7 @@ void ScriptedDesktop::Hide(Form& form) {
 
 void ScriptedDesktop::Unload(Form& form, forms::UnloadMode mode) {
     if (!form.Loaded() || Contains(unloading_, form)) return;
+    if (UnloadLater(form, mode)) return Hide(form);
     unloading_.push_back(&form);
     Happens("unload", form);
     try {

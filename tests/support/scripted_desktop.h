@@ -5,6 +5,7 @@
 #include <chrono>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,12 @@ class ScriptedDesktop : public forms::Desktop {
     void SetPointer(forms::Pointer value) override;
 
   private:
+    struct Modal {
+        forms::Form* form;
+        int handlers_before;
+        std::optional<forms::UnloadMode> unload{};
+    };
+    bool UnloadLater(const forms::Form& form, forms::UnloadMode mode);
     void Step(const std::string& what);
     void Happens(const std::string& what, const forms::Form& form);
     void FirstShow(forms::Form& form);
@@ -74,6 +81,7 @@ class ScriptedDesktop : public forms::Desktop {
     std::vector<forms::Form*> loaded_;
     std::vector<forms::Form*> shown_;  // the front one last
     std::vector<forms::Form*> unloading_;
+    std::vector<Modal> modal_;  // the front one last
     std::deque<forms::Form*> to_activate_;
 };
 

@@ -59,14 +59,29 @@ void Win32Desktop::ShowModal(Form& form) {
         disabled.push_back(other->handle());
         EnableWindow(other->handle(), FALSE);
     }
+    modal_.push_back({&form, form.running_handlers});
     ShowView(view);
     MSG message;
     while (form.Visible() && !session_ends_ && NextMessage(message)) Dispatch(message);
     form.MarkVisible(false);
     // The owner first, or Windows would give the keyboard to another program's window.
     for (HWND other : disabled) EnableWindow(other, TRUE);
+    const auto unload = modal_.back().unload;
+    modal_.pop_back();
     if (WindowView* still_there = ViewOf(form)) still_there->Hide();
+    if (unload) Unload(form, *unload);
     if (owner && IsWindow(owner)) SetActiveWindow(owner);
+}
+
+// A run lets waiting events in: its window may be closed there, and is over only when the run is.
+// Until then its owner stays disabled, or a second run could begin inside the first.
+bool Win32Desktop::UnloadLater(const Form& form, UnloadMode mode) {
+    if (session_ends_) return false;
+    const auto shown = std::find_if(modal_.begin(), modal_.end(),
+                                    [&](const Modal& each) { return each.form == &form; });
+    if (shown == modal_.end() || form.running_handlers <= shown->handlers_before) return false;
+    shown->unload = mode;
+    return true;
 }
 
 void Win32Desktop::Hide(Form& form) {
@@ -80,6 +95,7 @@ void Win32Desktop::Hide(Form& form) {
 
 void Win32Desktop::Unload(Form& form, UnloadMode mode) {
     if (!ViewOf(form)) return;
+    if (UnloadLater(form, mode)) return Hide(form);
     {
         const forms::HandlerScope scope(form);
         form.Form_QueryUnload(mode);

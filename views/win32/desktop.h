@@ -73,6 +73,13 @@ class Win32Desktop : public forms::Desktop {
     }
 
   private:
+    // A modal window that is shown: while handlers of it run, unloading it waits for them.
+    struct Modal {
+        forms::Form* form;
+        int handlers_before;  // that were running when it was shown
+        std::optional<forms::UnloadMode> unload{};
+    };
+    bool UnloadLater(const forms::Form& form, forms::UnloadMode mode);
     WindowView* ViewOf(const forms::Form& form) const;
     WindowView& LoadedView(forms::Form& form);
     void ShowView(WindowView& view);
@@ -87,6 +94,7 @@ class Win32Desktop : public forms::Desktop {
     std::vector<std::unique_ptr<WindowView>> views_;  // in the order of loading
     // Windows that may still have a procedure running; cleared when none has.
     std::vector<std::unique_ptr<WindowView>> gone_;
+    std::vector<Modal> modal_;           // the front one last
     WindowView* last_active_ = nullptr;  // only compared
     forms::Pointer pointer_ = forms::Pointer::kDefault;
     Taskbar taskbar_;

@@ -1,0 +1,32 @@
+// A run's window over the main window, whose activation is a run of the test's own.
+#pragma once
+
+#include <functional>
+
+#include "tests/views/windows_under_test.h"
+
+namespace vantrel::test {
+
+class RunningWindow : public RunWindow {
+  public:
+    explicit RunningWindow(forms::Program& owner) : RunWindow(owner) {
+        Cmd_Ok.SetVisible(true);
+        Cmd_Ok.Click = [this] { program().desktop.Unload(*this); };
+    }
+    std::function<void()> run;
+
+    void Form_Activate() override { run(); }
+    void Form_Unload() override { happened.push_back("Unload"); }
+};
+
+class ModalRun : public WindowFixture<MainWindow> {
+  protected:
+    // As the main window does it: from a handler of its own.
+    void ShowRun() {
+        window.Cmd_Backup.Click = [this] { program.desktop.ShowModal(run_window); };
+        user->Click(window.Cmd_Backup);
+    }
+    RunningWindow run_window{program};
+};
+
+}  // namespace vantrel::test
