@@ -10,28 +10,23 @@ namespace {
 
 constexpr int kLastShellError = 32;  // the shell's answers up to here mean failure
 
-// Gone with its scope, whatever happens in it.
-class ScratchFile {
-  public:
-    ScratchFile(platform::FileSystem& files, std::string path, const std::string& text)
-        : files_(files), path_(std::move(path)) {
-        platform::WriteWholeFile(files_, path_, text);
-    }
-    ~ScratchFile() {
+// Runs `body` on a scratch file and removes that in every case. Of two errors the first is raised.
+template <typename Body>
+void OnScratchFile(platform::FileSystem& files, const std::string& path, const std::string& text,
+                   Body&& body) {
+    try {
+        platform::WriteWholeFile(files, path, text);
+        body();
+    } catch (const Error&) {
         try {
-            files_.RemoveFile(path_);
+            files.RemoveFile(path);
         } catch (const Error&) {
-            // A scratch file that somebody holds is replaced the next time.
+            // Perhaps it was never there.
         }
+        throw;
     }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-    const std::string& path() const { return path_; }
-
-  private:
-    platform::FileSystem& files_;
-    std::string path_;
-};
+    files.RemoveFile(path);
+}
 
 std::string Trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(' ');
@@ -49,23 +44,26 @@ void clsSystem::ShowWebPage(const std::string& address) {
     Reported("clsSystem:ShowWebPage Method", [&] {
         // The shell names a file's program only for a file that is there. Its closing tag is
         // written with a backslash, as it always was.
-        const ScratchFile page(program_.machine.files, program_.InApplicationFolder("temphtm.HTM"),
-                               "<HTML> <\\HTML>\r\n");
-        if (Trimmed(program_.machine.shell.ProgramFor(page.path())).empty()) {
-            return Tell("Could not find a Web Browser.", address);
-        }
-        if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) <= kLastShellError) {
-            Tell("Web Page not Opened", "Web URL Failed");
-        }
+        const std::string page = program_.InApplicationFolder("temphtm.HTM");
+        OnScratchFile(program_.machine.files, page, "<HTML> <\\HTML>\r\n",
+                      [&] { OpenWith(program_.machine.shell.ProgramFor(page), address); });
     });
 }
 
-void clsSystem::ScrollText(forms::TextBox& box, int lines) {
-    Reported("clsSystem:ScrollText Method", [&] {
+void clsSystem::OpenWith(const std::string& browser, const std::string& address) {
+    if (Trimmed(browser).empty()) return Tell("Could not find a Web Browser.", address);
+    if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) > kLastShellError) return;
+    Tell("Web Page not Opened", "Web URL Failed");
+}
+
+long clsSystem::ScrollText(forms::TextBox& box, std::int16_t lines) {
+    return Reported("clsSystem:ScrollText Method", [&] {
         forms::Control* const active = box.owner().ActiveControl();
         box.SetFocus();
         box.ScrollLines(lines);
         if (active != nullptr) active->SetFocus();
+        // What the system answers to the message: whether the box has lines.
+        return box.MultiLine() ? 1L : 0L;
     });
 }
 

@@ -2,6 +2,7 @@
 // taking the focus away. Keeps no state.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "forms/controls.h"
@@ -14,13 +15,15 @@ class clsSystem {
     explicit clsSystem(forms::Program& program) : program_(program) {}
 
     // Opens `address` in the user's browser; tells when there is none or when it did not open.
-    // Errors: "clsSystem:ShowWebPage Method".
+    // Errors, also one of its scratch file that cannot be removed: "clsSystem:ShowWebPage Method".
     void ShowWebPage(const std::string& address);
     // Scrolls `box` by `lines` lines and gives the focus back to the control of its window that had
-    // it. Errors: "clsSystem:ScrollText Method".
-    void ScrollText(forms::TextBox& box, int lines);
+    // it. 1 when the box has lines to scroll, 0 when it is a single one. Errors:
+    // "clsSystem:ScrollText Method".
+    long ScrollText(forms::TextBox& box, std::int16_t lines);
 
   private:
+    void OpenWith(const std::string& browser, const std::string& address);
     void Tell(const std::string& text, const std::string& title);
 
     forms::Program& program_;

@@ -57,14 +57,26 @@ TEST_F(WebPage, ShellAnswerOf32IsAFailureAnd33IsNot) {
     EXPECT_EQ(desktop.boxes[0].title, "Web URL Failed");
 }
 
-TEST_F(WebPage, ScratchFileThatSomebodyHoldsIsNoFailure) {
+TEST_F(WebPage, ScratchFileThatCannotBeRemovedIsAnErrorOnceThePageIsOpen) {
     machine.shell.on_find = [&] {
         machine.files().SetAttributes(kScratch, platform::attribute::kReadOnly);
     };
-    Show();
+    try {
+        Show();
+        FAIL() << "no error came";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
+        EXPECT_EQ(error.description(), "Permission denied");
+    }
     EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_TRUE(machine.Exists(kScratch));
+}
+
+TEST_F(WebPage, ErrorLeavesNoScratchFile) {
+    machine.shell.on_find = [] { RaiseError(error_number::kOutOfMemory); };
+    EXPECT_THROW(Show(), Error);
+    EXPECT_FALSE(machine.Exists(kScratch));
 }
 
 TEST_F(WebPage, ErrorCarriesItsLabel) {
@@ -86,7 +98,7 @@ class Scrolling : public ProgramFixture {
 
 TEST_F(Scrolling, FocusGoesBackToTheControlThatHadIt) {
     button.SetFocus();
-    clsSystem(program).ScrollText(text, 1000);
+    EXPECT_EQ(clsSystem(program).ScrollText(text, 1000), 1);
     EXPECT_EQ(text.ScrolledLines(), 1000);
     EXPECT_EQ(window.ActiveControl(), &button);
 }
@@ -95,6 +107,11 @@ TEST_F(Scrolling, FocusStaysOnTheTextBoxThatHadItItself) {
     text.SetFocus();
     clsSystem(program).ScrollText(text, 3);
     EXPECT_EQ(window.ActiveControl(), &text);
+}
+
+TEST_F(Scrolling, BoxOfOneLineIsAnsweredWithNothing) {
+    forms::TextBox one_line{window, "Fld_BackupFile"};
+    EXPECT_EQ(clsSystem(program).ScrollText(one_line, 1), 0);
 }
 
 TEST_F(Scrolling, ErrorCarriesItsLabel) {
