@@ -142,17 +142,18 @@ bool RestoreActions::PassIsBlind() {
            !clsCfg(program_).ReturnProtected().empty();
 }
 
+bool RestoreActions::WindowIsLoaded() const { return controls_.TV_Restore.owner().Loaded(); }
+
 // The pass goes by the entries that are listed: a listing of another archive would let a protected
 // folder be overwritten. Events that wait run while it lists, and may choose something else; what
 // is then chosen has to be listed. False when there is nothing to restore any more.
 bool RestoreActions::ListWhatIsRestored() {
-    const forms::Form& window = controls_.TV_Restore.owner();
-    const bool was_there = window.Loaded();
+    const bool window_was_there = WindowIsLoaded();
     for (;;) {
         const std::string archive = ArchiveToRestore();
         if (listed_completely_ && LookAtArchive(program_, archive) == listed_) return true;
         List(archive);
-        if (was_there && !window.Loaded()) return false;
+        if (window_was_there != WindowIsLoaded()) return false;
         if (Refused()) return false;
         if (ArchiveToRestore() == archive) return true;
     }

@@ -36,6 +36,7 @@ class RestoreActions {
     bool Refused();
     bool PassIsBlind();
     void Restore();
+    bool WindowIsLoaded() const;
     bool ListWhatIsRestored();
     void Tell(const std::string& text);
 
