@@ -191,6 +191,30 @@ class ProtectedFolders(Restoring):
         self.assertIn((False, "T:\\LETTERS\\MINE renamed to T:\\LETTERS\\MINE_001"),
                       self.pc.log.records())
 
+    def test_protected_folders_stay_whatever_an_archive_calls_them(self):
+        folders = ["Mine", "Mi_ne", "Plans_", "_con"]
+        for folder in folders:
+            (self.target / folder).mkdir()
+            (self.target / folder / "letter.txt").write_text("newer", encoding="utf-8")
+        header = [";"] * 7 + [""]
+        listed = header + [f"T:\\{folder.upper()}" for folder in folders]
+        # The last line is left open.
+        (self.pc.application / "Vantrel.Cfg").write_bytes("\r\n".join(listed).encode())
+        names = ["./Mine/letter.txt", "Mi:ne/letter.txt", "Plans./letter.txt", "/con/letter.txt"]
+        self.zip("odd.zip", dict.fromkeys(names, "older"))
+        program = self.start()
+        program.show_tab("Restore")
+        self.browse("E:\\odd.zip")
+        self.assertEqual(names, self.listed("odd.zip"))
+        self.choose_destination()
+        self.restore()
+        self.assert_exit_code(0, program.close())
+        found = archives.tree(self.target)
+        for folder in folders:
+            self.assertEqual(b"newer", found[f"{folder.upper()}_001/letter.txt"])
+            self.assertEqual(b"older", found.pop(f"{folder}/letter.txt"), folder)
+        self.assertEqual(len(folders), sum(text == b"newer" for text in found.values()))
+
     def test_protection_is_taken_away_again(self):
         (self.target / "Mine").mkdir()
         program = self.start()
