@@ -342,11 +342,14 @@ set(PROTECT_TESTS
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
     tests/backup/dialogs_test.cpp
-    tests/backup/preflight_test.cpp)
+    tests/backup/preflight_test.cpp
+    tests/backup/run_order_test.cpp)
 set(RESTORE_TESTS
+    tests/restore/destination_test.cpp
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
-    tests/restore/restore_failure_test.cpp)
+    tests/restore/restore_failure_test.cpp
+    tests/restore/restore_run_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_lists_test.cpp

@@ -29,10 +29,14 @@ class Tab : public forms::Form {
           Fld_Total(*this, "Fld_Total"),
           SSP_TotalFiles(*this, "SSP_TotalFiles"),
           PKUNZIP(the_program.machine),
-          actions(the_program, {Cmb_RestoreFile, Fld_RestoreFile, Fld_RestoreTo, TV_Restore,
-                                Fld_Total, SSP_TotalFiles, PKUNZIP}) {
+          actions(the_program, Controls()) {
         Cmb_RestoreFile.Click = [this] { actions.Cmb_RestoreFile_Click(); };
     }
+    RestoreControls Controls() {
+        return {Cmb_RestoreFile, Fld_RestoreFile, Fld_RestoreTo, TV_Restore,
+                Fld_Total,       SSP_TotalFiles,  PKUNZIP};
+    }
+
     forms::ComboBox Cmb_RestoreFile;
     forms::Label Fld_RestoreFile;
     forms::Label Fld_RestoreTo;
@@ -77,9 +81,12 @@ class RestoreTabTest : public ProgramFixture {
         }
         return names;
     }
-    void Restore() {
+    void PressOkWhenIdle() {
         desktop.idle.push_back(
             [this] { dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"))->UserPress(); });
+    }
+    void Restore() {
+        PressOkWhenIdle();
         tab.actions.Cmd_Restore_Click();
     }
     void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {
