@@ -257,6 +257,7 @@ set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/views/menu_person.cpp
     tests/views/poisoned_memory.cpp
+    tests/views/real_dialogs_test.cpp
     tests/views/real_windows_test.cpp
     tests/views/screen_test.cpp
     tests/views/win32_doing.cpp
@@ -366,6 +367,7 @@ set(UI_TESTS
     tests/ui/text_views_test.cpp)
 set(APP_TESTS
     tests/app/captions_test.cpp
+    tests/app/dialog_captions_test.cpp
     tests/app/main_window_made_test.cpp
     tests/app/splash_test.cpp
     tests/app/startup_test.cpp)
