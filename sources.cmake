@@ -260,6 +260,7 @@ set(VIEWS_WIN32_TESTS
     tests/views/menu_person.cpp
     tests/views/modal_screen_test.cpp
     tests/views/poisoned_memory.cpp
+    tests/views/real_dialogs_test.cpp
     tests/views/real_windows_test.cpp
     tests/views/screen_test.cpp
     tests/views/win32_doing.cpp
@@ -346,13 +347,16 @@ set(PROTECT_TESTS
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
     tests/backup/dialogs_test.cpp
-    tests/backup/preflight_test.cpp)
+    tests/backup/preflight_test.cpp
+    tests/backup/run_order_test.cpp)
 set(RESTORE_TESTS
+    tests/restore/destination_test.cpp
     tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
     tests/restore/restore_failure_test.cpp
     tests/restore/restore_meanwhile_test.cpp
+    tests/restore/restore_run_test.cpp
     tests/restore/restore_window_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
@@ -372,6 +376,7 @@ set(UI_TESTS
     tests/ui/text_views_test.cpp)
 set(APP_TESTS
     tests/app/captions_test.cpp
+    tests/app/dialog_captions_test.cpp
     tests/app/main_window_made_test.cpp
     tests/app/splash_test.cpp
     tests/app/startup_test.cpp)

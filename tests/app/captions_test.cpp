@@ -3,10 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 #include "app/Frm_Splash.h"
 #include "common/product.h"
+#include "tests/app/caption_table.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
@@ -15,25 +14,7 @@ namespace {
 
 using ::testing::ElementsAreArray;
 
-struct Row {
-    std::string name;
-    std::string caption{};
-    std::string tooltip{};
-    bool operator==(const Row&) const = default;
-};
-void PrintTo(const Row& row, std::ostream* out) {
-    *out << row.name << " \"" << row.caption << "\" (" << row.tooltip << ")";
-}
-
-class Captions : public ProgramFixture {
-  protected:
-    static std::vector<Row> RowsOf(const forms::Form& window) {
-        std::vector<Row> rows;
-        for (const forms::Control* control : window.controls())
-            rows.push_back({control->name(), control->Caption(), control->Tooltip()});
-        return rows;
-    }
-};
+class Captions : public ProgramFixture {};
 
 const std::vector<Row> kMainWindow = {
     {"TAB_Backup", "", "Select Different Options"},

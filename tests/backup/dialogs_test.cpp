@@ -12,6 +12,7 @@
 namespace vantrel::test {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 class DialogTest : public ProgramFixture {
@@ -47,11 +48,13 @@ class DestinationDialog : public DialogTest {
     std::unique_ptr<Frm_BackupWhere> dialog;
 };
 
-TEST_F(DestinationDialog, OpensAtTheDestinationShown) {
-    Select({});
+TEST_F(DestinationDialog, OpensAtTheDestinationShownAndItsDrive) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Sets");
+    Select({.to_drive = "D:\\Sets\\"});
     Open();
-    EXPECT_EQ(dialog->Caption(), "Backup to Where?");
-    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Backups");
+    EXPECT_EQ(dialog->Dri_DriveList.Drive(), "d:");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "D:\\Sets");
 }
 
 TEST_F(DestinationDialog, OpensAtTheApplicationFolderWithoutADestination) {
@@ -64,6 +67,7 @@ TEST_F(DestinationDialog, VanishedDestinationIsToldAndTheDriveFallsBack) {
     Open();
     ExpectBox("Unable to find C:\\Gone\\\r\nPlease select an available path.",
               forms::Icon::kExclamation, "Backup Where");
+    EXPECT_EQ(program.globals.MessageText, desktop.boxes[0].text);
     EXPECT_EQ(dialog->Dri_DriveList.Drive().substr(0, 2), "c:");
 }
 
@@ -84,6 +88,15 @@ TEST_F(DestinationDialog, OkKeepsTheSectionSpellingInTheFile) {
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.to_drive = "C:\\BACKUPS\\"}));
 }
 
+TEST_F(DestinationDialog, OkMakesAMissingSectionInCapitals) {
+    Select({});
+    machine.PutFile("C:\\Vantrel\\WEEKLY.INI", "");
+    Open();
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"),
+              "[DESTINATION]\r\nBackupToDrive=C:\\BACKUPS\\\r\n");
+}
+
 TEST_F(DestinationDialog, CancelLeavesFileAndMainWindowUnchanged) {
     Select({});
     Open();
@@ -95,10 +108,13 @@ TEST_F(DestinationDialog, CancelLeavesFileAndMainWindowUnchanged) {
 }
 
 TEST_F(DestinationDialog, NewFolderAtARootIsMadeInIt) {
+    using InputBox = ScriptedDesktop::InputBox;
     Select({.to_drive = "C:\\"});
     Open();
     desktop.inputs = {"Archive"};
     dialog->Cmd_NewFolder.UserPress();
+    EXPECT_THAT(desktop.input_boxes, ElementsAre(InputBox{"Please enter a Folder Name",
+                                                          "Create New Folder", "New Folder"}));
     EXPECT_TRUE(machine.Exists("C:\\Archive"));
     EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Archive");
 }
@@ -221,6 +237,17 @@ TEST_F(DestinationDialog, ChangingTheDriveMovesTheFolderListToItsRoot) {
     EXPECT_EQ(dialog->Dir_DirList.Path(), "D:\\");
 }
 
+TEST_F(DestinationDialog, UnreachableDriveStaysChosenWhenTheApplicationsDriveIsGoneToo) {
+    machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
+    Select({});
+    Open();
+    machine.SetReady('C', false);
+    EXPECT_NO_THROW(dialog->Dri_DriveList.UserChoose(0));
+    ExpectBox("Unable to connect to a:", forms::Icon::kInformation, "Backup");
+    EXPECT_EQ(dialog->Dri_DriveList.Drive(), "a:");
+    machine.SetReady('C', true);
+}
+
 TEST_F(DestinationDialog, FolderThatTheCodePageCannotHoldIsRefused) {
     const std::string folder = "C:\\\xE6\x96\x87";
     machine.MakeFolders(folder);
@@ -240,13 +267,28 @@ class OptionsDialog : public DialogTest {
         desktop.Load(*dialog);
         return *dialog;
     }
+    // Presses OK on `name` and other entries that are not those of the set.
+    void ExpectRefusalKeepsWhatIsEntered(const std::string& name) {
+        dialog->Fld_BackupFileName.SetText(name);
+        dialog->Fld_BackupFile.SetText("");
+        dialog->Chk_TimeBackup.SetChecked(true);
+        dialog->Chk_BackupSubDirectories.SetChecked(false);
+        dialog->Cmd_Ok.UserPress();
+        EXPECT_TRUE(dialog->Loaded());
+        EXPECT_EQ(program.globals.MessageText, desktop.boxes.back().text);
+        EXPECT_EQ(dialog->Fld_BackupFileName.Text(), name);
+        EXPECT_EQ(dialog->Fld_BackupFile.Text(), "");
+        EXPECT_TRUE(dialog->Chk_TimeBackup.Checked());
+        EXPECT_TRUE(dialog->Chk_MultiVolumeBackup.Checked());
+        EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
+        EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+    }
     std::unique_ptr<Frm_BackupOptions> dialog;
 };
 
 TEST_F(OptionsDialog, ShowsTheSet) {
     Select({.files = "C:\\Data\\*.DOC", .sub_directories = "OFF", .time = "ON"});
     Open();
-    EXPECT_EQ(dialog->Caption(), "Backup Options");
     EXPECT_TRUE(dialog->Chk_TimeBackup.Checked());
     EXPECT_FALSE(dialog->Chk_MultiVolumeBackup.Checked());
     EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
@@ -279,6 +321,20 @@ TEST_F(OptionsDialog, OkWritesFiveKeysInUpperCaseAndRefreshesTheMainWindow) {
     EXPECT_FALSE(dialog->Loaded());
 }
 
+TEST_F(OptionsDialog, OkWritesMissingKeysInTheirOrderAndSpelling) {
+    Select({});
+    machine.PutFile("C:\\Vantrel\\WEEKLY.INI", "");
+    Open();
+    dialog->Chk_BackupSubDirectories.SetChecked(true);
+    dialog->Fld_BackupFile.SetText("*.doc");
+    dialog->Fld_BackupFileName.SetText("weekly");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"),
+              "[BACKUP SOURCE]\r\nBackupFiles=*.DOC\r\nBackupSubDirectories=ON\r\n"
+              "[Destination]\r\nBackupFileName=WEEKLY\r\nMultiVolumeBackup=OFF\r\n"
+              "TimeBackup=OFF\r\n");
+}
+
 // Its folder is not known: what was saved would be the files of the whole drive.
 TEST_F(OptionsDialog, SetThatCouldNotBeReadIsNotSaved) {
     Select({});
@@ -305,11 +361,9 @@ TEST_F(OptionsDialog, EmptyNameIsRefusedBeforeTheDriveIsLookedAt) {
     Select({});
     Open();
     dialog->Chk_MultiVolumeBackup.SetChecked(true);
-    dialog->Fld_BackupFileName.SetText("");
-    dialog->Cmd_Ok.UserPress();
+    ExpectRefusalKeepsWhatIsEntered("");
     ExpectBox("Unable to Save as no Backup Name has been entered.", forms::Icon::kExclamation,
               "Backup");
-    EXPECT_TRUE(dialog->Loaded());
 }
 
 TEST_F(OptionsDialog, MultiVolumeOnAFixedDiskListsTheRemovableDrivesUnderTheOtherHeading) {
@@ -317,13 +371,11 @@ TEST_F(OptionsDialog, MultiVolumeOnAFixedDiskListsTheRemovableDrivesUnderTheOthe
     Select({});
     Open();
     dialog->Chk_MultiVolumeBackup.SetChecked(true);
-    dialog->Cmd_Ok.UserPress();
+    ExpectRefusalKeepsWhatIsEntered("monthly");
     ExpectBox(
         "Unable to Save as you have selected the Multi Volume flag on a Non-Removable Drive."
         "\r\n\r\nThe Non-Removable Drives on this machine are;\r\nA: ",
         forms::Icon::kExclamation, "Backup");
-    EXPECT_TRUE(dialog->Loaded());
-    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
 }
 
 TEST_F(OptionsDialog, MultiVolumeRefusalSaysNilWithoutARemovableDrive) {

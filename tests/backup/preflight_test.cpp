@@ -27,6 +27,12 @@ class Preflight : public ProgramFixture {
         window.Fld_BackupWhere.SetCaption(set.to_drive);
         window.Dir_DirList.SetPath("C:\\Data");
     }
+    // The folder list shows C:\Brief, which is not there any more.
+    void LoseTheShownFolder() {
+        machine.MakeFolders("C:\\Brief");
+        window.Dir_DirList.SetPath("C:\\Brief");
+        machine.files().RemoveFolder("C:\\Brief");
+    }
     void Press() { Cmd_Backup_Click(program, window.Controls()); }
     void FreeOn(char letter, std::uint32_t bytes) {
         machine.drives.drives[letter].space = {kSectors, kBytes, bytes, bytes};
@@ -56,6 +62,7 @@ class Preflight : public ProgramFixture {
         EXPECT_EQ(desktop.boxes[0].icon, icon);
         EXPECT_EQ(desktop.boxes[0].title, "Backup");
         EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kOk);
+        EXPECT_EQ(program.globals.MessageText, text);
         EXPECT_FALSE(machine.Exists("C:\\Vantrel\\Vantrel.Log"));
         EXPECT_FALSE(BackupWindowShown());
     }
@@ -80,10 +87,24 @@ TEST_F(Preflight, AttendedMissingDestinationIsNamedAsShown) {
 }
 
 TEST_F(Preflight, AttendedMissingSourceIsTheFolderListsPath) {
-    machine.MakeFolders("C:\\Brief");
     Select({});
-    window.Dir_DirList.SetPath("C:\\Brief");
-    machine.files().RemoveFolder("C:\\Brief");
+    LoseTheShownFolder();
+    Press();
+    ExpectOneBox("Unable to continue with the Backup as C:\\Brief does not appear to exist.",
+                 forms::Icon::kExclamation);
+}
+
+TEST_F(Preflight, AttendedMissingDestinationIsSaidBeforeTheMissingSource) {
+    Select({.to_drive = "C:\\Gone\\"});
+    LoseTheShownFolder();
+    Press();
+    ExpectOneBox("Unable to continue with the Backup as C:\\Gone\\ does not appear to exist.",
+                 forms::Icon::kExclamation);
+}
+
+TEST_F(Preflight, AttendedMissingSourceIsSaidBeforeTheVolumeRules) {
+    Select({.multi_volume = "ON"});
+    LoseTheShownFolder();
     Press();
     ExpectOneBox("Unable to continue with the Backup as C:\\Brief does not appear to exist.",
                  forms::Icon::kExclamation);
@@ -108,13 +129,15 @@ TEST_F(Preflight, AttendedMultiVolumeOntoFixedDiskIsRefusedWithoutAsking) {
         forms::Icon::kInformation);
 }
 
-TEST_F(Preflight, AttendedSingleVolumeOntoCdRomIsNotRefusedButAsked) {
+TEST_F(Preflight, AttendedSingleVolumeOntoCdRomOrRamDiskIsNotRefusedButAsked) {
     machine.AddDrive('D', platform::drive_type::kCdRom);
-    Select({.to_drive = "D:\\"});
-    desktop.answers = {forms::Answer::kNo};
-    Press();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Are you sure that you wish to start the backup now?");
+    machine.AddDrive('R', platform::drive_type::kRamDisk);
+    for (const char* const root : {"D:\\", "R:\\"}) {
+        Select({.to_drive = root});
+        Press();
+        EXPECT_EQ(desktop.boxes.back().text, "Are you sure that you wish to start the backup now?");
+    }
+    EXPECT_EQ(desktop.boxes.size(), 2u);
 }
 
 TEST_F(Preflight, AttendedNeverLooksAtFreeSpace) {
@@ -133,6 +156,7 @@ TEST_F(Preflight, AttendedConfirmationHasNoAsDefaultAndNoChangesNothing) {
     Press();
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kYesNo);
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kNone);
     EXPECT_EQ(desktop.boxes[0].default_button, 2);
     EXPECT_EQ(desktop.boxes[0].title, "Vantrel");
     EXPECT_FALSE(BackupWindowShown());
@@ -164,6 +188,21 @@ TEST_F(Preflight, UnattendedMissingSourceIsTheSetsFolderNotTheListsFolder) {
     ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
 }
 
+TEST_F(Preflight, UnattendedMissingSourceIsLoggedBeforeTheCdRom) {
+    Unattended("WEEKLY.INI");
+    machine.AddDrive('D', platform::drive_type::kCdRom);
+    Select({.files = "C:\\Gone\\*.*", .to_drive = "D:\\"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
+}
+
+TEST_F(Preflight, UnattendedMissingDestinationIsLoggedBeforeTheMissingSource) {
+    Unattended("WEEKLY.INI");
+    Select({.files = "C:\\Gone\\*.*", .to_drive = "C:\\Nowhere\\"});
+    Press();
+    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Nowhere\\");
+}
+
 TEST_F(Preflight, UnattendedCdRomIsRefusedBeforeTheVolumeRules) {
     Unattended("WEEKLY.INI");
     machine.AddDrive('D', platform::drive_type::kCdRom);
@@ -188,11 +227,13 @@ TEST_F(Preflight, UnattendedSingleVolumeOntoRemovableDriveIsRefused) {
     ExpectRefusedUnattended("Backup Failed - MultiVolume Flag NOT set for Removable Drive A:\\");
 }
 
-TEST_F(Preflight, UnattendedMultiVolumeOntoFixedDiskIsRefused) {
+TEST_F(Preflight, UnattendedMultiVolumeOntoFixedDiskIsRefusedHoweverFullItIs) {
     Unattended("WEEKLY.INI");
+    FreeOn('C', 1'999'999);
     Select({.multi_volume = "ON"});
     Press();
     ExpectRefusedUnattended("Backup Failed - MultiVolume Flag set for Non-Removable Drive C:\\");
+    EXPECT_THAT(machine.drives.space_questions, IsEmpty());
 }
 
 TEST_F(Preflight, UnattendedMultiVolumeWith1999999BytesFreeIsRefused) {

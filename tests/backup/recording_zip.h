@@ -6,22 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/component_values.h"
 #include "zip/pkzip.h"
 
 namespace vantrel::test {
-
-inline std::string Text(const zip::Value& value) {
-    if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "True" : "False";
-    if (const auto* text = std::get_if<std::string>(&value)) return *text;
-    if (const auto* small = std::get_if<std::int16_t>(&value)) return std::to_string(*small);
-    return std::to_string(std::get<std::int32_t>(value));
-}
 
 class RecordingZip : public zip::PKZIP {
   public:
     struct Record {
         std::vector<std::string> sets;  // "8=9", in order
         std::map<int, zip::Value> values;
+        std::map<int, zip::Value> reads_back;  // in place of what was set
         std::function<void(RecordingZip&)> action;
         std::int32_t skipped = 0;
     };
@@ -33,7 +28,10 @@ class RecordingZip : public zip::PKZIP {
         record_.values[id] = value;
         if (id == zip::zip_id::kAction && record_.action) record_.action(*this);
     }
-    zip::Value Get(int id) const override { return record_.values.at(id); }
+    zip::Value Get(int id) const override {
+        const auto other = record_.reads_back.find(id);
+        return other != record_.reads_back.end() ? other->second : record_.values.at(id);
+    }
     std::int32_t SkippedFiles() const override { return record_.skipped; }
 
     // One overall-progress event; returns what the window made of the cancel flag.

@@ -21,6 +21,14 @@ class ProtectedPass : public ProgramFixture {
         cfg.Create_CFG(cfg.ListPath());
         platform::AppendToFile(machine.files(), cfg.ListPath(), lines);
     }
+    // Makes C:\DATA_001 and so on.
+    void TakeNames(int last) {
+        for (int i = 1; i <= last; ++i) {
+            char name[32];
+            std::snprintf(name, sizeof name, "C:\\DATA_%03d", i);
+            machine.MakeFolders(name);
+        }
+    }
     void Pass(const std::vector<std::string>& entries, const std::string& destination) {
         RenameProtectedFolders(program, {.entries = entries}, destination);
     }
@@ -82,14 +90,19 @@ TEST_F(ProtectedPass, FirstFreeNumberIsTaken) {
     EXPECT_TRUE(machine.Exists("C:\\DATA_002"));
 }
 
+TEST_F(ProtectedPass, NumbersGoUpTo999) {
+    Protect("C:\\DATA\r\n");
+    machine.MakeFolders("C:\\Data");
+    TakeNames(998);
+    Pass({"Data/x.txt"}, "C:\\");
+    EXPECT_FALSE(machine.Exists("C:\\Data"));
+    EXPECT_TRUE(machine.Exists("C:\\DATA_999"));
+}
+
 TEST_F(ProtectedPass, WithAll999NamesTakenTheFolderStaysAndNothingIsLogged) {
     Protect("C:\\DATA\r\n");
     machine.MakeFolders("C:\\Data");
-    for (int i = 1; i <= 999; ++i) {
-        char name[32];
-        std::snprintf(name, sizeof name, "C:\\DATA_%03d", i);
-        machine.MakeFolders(name);
-    }
+    TakeNames(999);
     Pass({"Data/x.txt"}, "C:\\");
     EXPECT_TRUE(machine.Exists("C:\\Data"));
     EXPECT_THAT(LogRecords(), IsEmpty());

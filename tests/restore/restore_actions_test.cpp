@@ -18,6 +18,10 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
+ScriptedDesktop::FileDialog AsksFrom(const std::string& start) {
+    return {"Select a Restore File", "Restore Files (*.zip)|*.zip", start};
+}
+
 TEST_F(RestoreTabTest, SetThatWasNeverBackedUpIsToldAndDeselected) {
     PutSetWithArchive("", "");
     ChooseSet();
@@ -25,6 +29,7 @@ TEST_F(RestoreTabTest, SetThatWasNeverBackedUpIsToldAndDeselected) {
         "There is no Restore Information available for this Backupset.\r\nPlease select a new "
         "Backupset to Restore From or manually select a file.",
         forms::Icon::kExclamation, "Restore");
+    EXPECT_EQ(program.globals.MessageText, desktop.boxes.back().text);
     EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
     EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
 }
@@ -99,7 +104,14 @@ TEST_F(RestoreTabTest, CancelledBrowsingChangesNothing) {
     Browse(kArchive);
     tab.actions.Cmd_RestoreFile_Click();
     EXPECT_EQ(tab.Fld_RestoreFile.Caption(), kArchive);
-    EXPECT_THAT(desktop.file_starts, ElementsAre("", kArchive));
+    EXPECT_THAT(desktop.file_dialogs, ElementsAre(AsksFrom(""), AsksFrom(kArchive)));
+}
+
+TEST_F(RestoreTabTest, BrowsingStartsAtNoArchiveThatIsGone) {
+    tab.Fld_RestoreFile.SetCaption("C:\\Backups\\GONE.zip");
+    tab.actions.Cmd_RestoreFile_Click();
+    EXPECT_THAT(desktop.file_dialogs, ElementsAre(AsksFrom("")));
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), "C:\\Backups\\GONE.zip");
 }
 
 TEST_F(RestoreTabTest, BrowsingToTheSetsArchiveInOtherCaseKeepsTheSet) {
@@ -151,6 +163,7 @@ TEST_F(RestoreTabTest, DestinationIsChosenAfterTheWarningInUpperCaseWithoutBacks
         "LOCATION WITH CARE!",
         forms::Icon::kCritical, "Restore");
     EXPECT_TRUE(desktop.boxes.back().right_aligned);
+    EXPECT_EQ(program.globals.MessageText, desktop.boxes.back().text);
     EXPECT_EQ(tab.Fld_RestoreTo.Caption(), "C:\\RESTORE\\HERE");
 }
 

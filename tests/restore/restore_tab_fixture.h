@@ -81,9 +81,12 @@ class RestoreTabTest : public ProgramFixture {
         }
         return names;
     }
-    void Restore() {
+    void PressOkWhenIdle() {
         desktop.idle.push_back(
             [this] { dynamic_cast<forms::Button*>(desktop.Front()->Find("Cmd_Ok"))->UserPress(); });
+    }
+    void Restore() {
+        PressOkWhenIdle();
         tab.actions.Cmd_Restore_Click();
     }
     void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {

@@ -59,9 +59,9 @@ std::string ScriptedDesktop::Input(const std::string& prompt, const std::string&
     return inputs.empty() ? std::string() : TakeFront(inputs);
 }
 
-std::string ScriptedDesktop::OpenFile(const std::string&, const std::string&,
+std::string ScriptedDesktop::OpenFile(const std::string& title, const std::string& filter,
                                       const std::string& start) {
-    file_starts.push_back(start);
+    file_dialogs.push_back({title, filter, start});
     return files.empty() ? std::string() : TakeFront(files);
 }
 

@@ -36,10 +36,15 @@ class ScriptedDesktop : public forms::Desktop {
     // --- looking ---
     struct InputBox {
         std::string prompt, title, default_text;
+        bool operator==(const InputBox&) const = default;
     };
     std::vector<forms::Box> boxes;
+    struct FileDialog {
+        std::string title, filter, start;
+        bool operator==(const FileDialog&) const = default;
+    };
     std::vector<InputBox> input_boxes;
-    std::vector<std::string> file_starts;
+    std::vector<FileDialog> file_dialogs;
     // "load Frm_Backup", "show ...", "activate ...", "hide ...", "unload ...".
     std::vector<std::string> happened;
     forms::Pointer pointer = forms::Pointer::kDefault;

@@ -4,6 +4,7 @@
 #include "common/error.h"
 #include "system/clsForm.h"
 #include "system/clsSystem.h"
+#include "tests/support/diary.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
@@ -95,6 +96,15 @@ class Scrolling : public ProgramFixture {
     forms::TextBox text{window, "Fld_Log", true, true};
     forms::Button button{window, "Cmd_Refresh", "&Refresh"};
 };
+
+TEST_F(Scrolling, TextHasTheFocusWhileItScrolls) {
+    button.SetFocus();
+    Diary diary(desktop);
+    diary.Follow(text);
+    diary.Follow(button);
+    clsSystem(program).ScrollText(text, 1000);
+    EXPECT_THAT(diary.Lines(), ElementsAre("Fld_Log focus", "Fld_Log scroll", "Cmd_Refresh focus"));
+}
 
 TEST_F(Scrolling, FocusGoesBackToTheControlThatHadIt) {
     button.SetFocus();

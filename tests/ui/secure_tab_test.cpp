@@ -5,6 +5,7 @@
 
 #include "common/error.h"
 #include "protect/clsCfg.h"
+#include "tests/support/diary.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
@@ -172,6 +173,20 @@ TEST_F(SecureTabTest, WhileLoadingThePanelStandsInForTheTree) {
     EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
     EXPECT_TRUE(Tab().TV_SecureMode.Visible());
     EXPECT_EQ(desktop.pointer, Pointer::kDefault);
+}
+
+TEST_F(SecureTabTest, TreeIsHiddenBeforeItIsClearedAndShownWhenItIsFull) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Inside");
+    Open();
+    Diary diary(desktop);
+    diary.Follow(Tab().SSP_PleaseWait);
+    diary.Follow(Tab().TV_SecureMode);
+    Tab().Dri_SecureMode.UserChoose(1);
+    EXPECT_THAT(diary.Lines(),
+                ElementsAre("pointer hourglass", "SSP_PleaseWait shown", "TV_SecureMode hidden",
+                            "TV_SecureMode items", "SSP_PleaseWait hidden", "TV_SecureMode shown",
+                            "pointer default"));
 }
 
 TEST_F(SecureTabTest, NothingIsHandledWhileTheTreeLoads) {

@@ -54,17 +54,24 @@ TEST_F(Progress, CountsBytes) {
     EXPECT_TRUE(reached);
 }
 
+// The rename takes its time: the caller's thread goes on in its ticks, and raises nothing in them.
 TEST_F(Progress, NoEventAfterTheLastOneAndTheRenameAfterIt) {
+    constexpr std::size_t kTicks = 5;
     std::atomic<std::size_t> raised{0};
     std::size_t at_replace = 0;
     events.on_overall = [&] { raised = events.overall.size(); };
     files.before = [&](const std::string& call, const std::string&) {
         if (call == "Replace") {
             at_replace = raised;
+            const std::size_t until = machine.clock.Waits().size() + kTicks;
+            while (machine.clock.Waits().size() < until) {
+                std::this_thread::yield();
+            }
         }
     };
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(at_replace, events.overall.size());
+    EXPECT_EQ(at_replace, events.of_file.size());
     EXPECT_EQ(events.overall.back(), 100);
 }
 

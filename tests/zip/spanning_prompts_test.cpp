@@ -29,6 +29,19 @@ class SpanningPrompts : public SpanningTest {
         EXPECT_EQ(changer.asked[1], kSecond + note);
         ExpectSource(ReadSet(Volumes()));
     }
+    // Once, the byte at `offset` on the disk with this number, from 0, is no longer what was
+    // written when its file is closed.
+    void LoseAByteOn(int disk, std::size_t offset) {
+        files.before = [this, disk, offset, lost = false](const std::string& call,
+                                                          const std::string& path) mutable {
+            if (path.starts_with("A:") && call == "Close" && box.Inserted() == disk && !lost) {
+                lost = true;
+                std::string bytes = files.Content(path);
+                bytes.at(offset) = static_cast<char>(bytes[offset] + 1);
+                files.Put(path, bytes);
+            }
+        };
+    }
     Strings Everywhere() {
         box.Eject();
         Strings all;
@@ -157,20 +170,23 @@ TEST_F(SpanningPrompts, DiskThatDoesNotReadBackAsWrittenIsSaidAndReadAgain) {
 }
 
 TEST_F(SpanningPrompts, DiskThatLosesAByteIsFoundBeforeTheNextIsAskedFor) {
-    bool spoilt = false;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Close" && path.starts_with("A:") && !spoilt) {
-            spoilt = true;
-            std::string bytes = files.Content(path);
-            bytes[1000] = static_cast<char>(bytes[1000] + 1);
-            files.Put(path, bytes);
-        }
-    };
+    LoseAByteOn(0, 1000);
     changer.at[1] = [] { return false; };
     EXPECT_EQ(Run(), RunOutcome::kCancelled);
     ASSERT_EQ(changer.asked.size(), 1u);
     EXPECT_NE(changer.asked[0].find("cannot be read back"), std::string::npos);
     EXPECT_EQ(Everywhere(), Strings{});
+}
+
+TEST_F(SpanningPrompts, LastDiskThatLosesAByteIsFoundBeforeTheArchiveIsComplete) {
+    LoseAByteOn(2, 100);
+    changer.at[3] = [] { return false; };
+    EXPECT_EQ(Run(), RunOutcome::kCancelled);
+    ASSERT_EQ(changer.asked.size(), 3u);
+    EXPECT_NE(changer.asked[2].find("cannot be read back"), std::string::npos);
+    EXPECT_EQ(Everywhere(), (Strings{"1 A:\\Weekly.zip", "2 A:\\Weekly.zip"}));
+    EXPECT_EQ(events.Texts(MessageKind::kWarning),
+              Strings{"2 disks hold parts of an archive that was not finished: A:\\Weekly.zip"});
 }
 
 TEST_F(SpanningPrompts, EveryDiskIsFlushedBeforeTheNextIsAskedFor) {
