@@ -151,7 +151,8 @@ TEST_F(RestoreRun, EmptiedDetailsArePaintedAtOnce) {
     Run();
     const auto lines = diary.Lines();
     EXPECT_THAT(std::vector(std::find(lines.begin(), lines.end(), "end") + 1, lines.end()),
-                ElementsAre("Lst_Details items", "Lst_Details redraw", "unload Frm_Restore"));
+                ElementsAre("Lst_Details items", "Lst_Details redraw", "hide Frm_Restore",
+                            "unload Frm_Restore"));
 }
 
 TEST_F(RestoreRun, RecordsAreDated) {
@@ -174,7 +175,7 @@ TEST_F(RestoreRun, DestinationIsWrittenBeforeTheFinishedRecord) {
     Run(there);
     const auto lines = diary.Lines();
     EXPECT_THAT(std::vector(std::find(lines.begin(), lines.end(), "Vantrel.Log written"),
-                            std::find(lines.begin(), lines.end(), "unload Frm_Restore")),
+                            std::find(lines.begin(), lines.end(), "hide Frm_Restore")),
                 ElementsAre("Vantrel.Log written", "WEEKLY.INI read", "extracted",
                             "WEEKLY.INI read", "WEEKLY.INI written", "Vantrel.Log written"));
 }
