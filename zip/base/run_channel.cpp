@@ -4,6 +4,8 @@
 #include <thread>
 #include <utility>
 
+#include "zip/base/stoppable_wait.h"
+
 namespace vantrel::zip {
 
 namespace {
@@ -92,7 +94,7 @@ void RunChannel::CheckStop() const {
 
 void RunChannel::Tell(ComponentMessage message) {
     std::unique_lock lock(mutex_);
-    background_.wait(lock, Token(), [this] { return messages_.size() < kMostMessages; });
+    WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMostMessages; });
     messages_.push_back(std::move(message));
     if (messages_.size() == kManyMessages) {
         caller_.notify_one();
@@ -106,7 +108,7 @@ void RunChannel::RetryOrStop(const StepFailure& failure) {
     question_ = failure.text;
     answer_.reset();
     caller_.notify_one();
-    background_.wait(lock, Token(), [this] { return answer_.has_value(); });
+    WaitUntil(background_, lock, Token(), [this] { return answer_.has_value(); });
     const std::optional<Answer> answer = std::exchange(answer_, std::nullopt);
     question_.reset();
     lock.unlock();
@@ -123,7 +125,7 @@ void RunChannel::RaiseLastEvent() {
     std::unique_lock lock(mutex_);
     last_event_ = LastEvent::kWanted;
     caller_.notify_one();
-    background_.wait(lock, Token(), [this] { return last_event_ == LastEvent::kRaised; });
+    WaitUntil(background_, lock, Token(), [this] { return last_event_ == LastEvent::kRaised; });
     lock.unlock();
     CheckStop();
 }

@@ -107,7 +107,7 @@ class RunChannel {
 
     std::mutex mutex_;  // guards what follows
     std::condition_variable caller_;
-    std::condition_variable_any background_;
+    std::condition_variable background_;
     std::vector<ComponentMessage> messages_;
     std::optional<std::string> question_;
     std::optional<Answer> answer_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "zip/base/paths.h"
+#include "zip/base/stoppable_wait.h"
 
 namespace vantrel::zip {
 
@@ -35,7 +36,7 @@ FileQueue::Batch FileQueue::Next(Turn& turn) {
     std::unique_lock lock(mutex_);
     if (turn.begin == turn.end) {
         const auto known = [this] { return next_ < planned_ || all_planned_; };
-        if (!more_planned_.wait(lock, stop_, known)) {
+        if (!WaitUntil(more_planned_, lock, stop_, known)) {
             return {};
         }
         turn = next_ < planned_ ? NewTurn() : HalfOfTheLongest();

@@ -58,7 +58,7 @@ class FileQueue {
     const std::stop_token stop_;
 
     std::mutex mutex_;  // guards what follows
-    std::condition_variable_any more_planned_;
+    std::condition_variable more_planned_;
     std::size_t planned_ = 0;
     bool all_planned_ = false;
     std::size_t next_ = 0;    // first file that is in nobody's turn

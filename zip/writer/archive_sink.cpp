@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "zip/base/paths.h"
+#include "zip/base/stoppable_wait.h"
 #include "zip/deflate/deflate.h"
 #include "zip/records/disk_signs.h"
 
@@ -29,14 +30,14 @@ ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_
 
 void ArchiveSink::WaitForRoom(std::uint64_t sequence) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, channel_.Token(), [&] { return sequence < written_ + window_; });
+    WaitUntil(changed_, lock, channel_.Token(), [&] { return sequence < written_ + window_; });
     lock.unlock();
     channel_.CheckStop();
 }
 
 void ArchiveSink::WaitUntilWritten(std::uint64_t count) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, channel_.Token(), [&] { return written_ == count; });
+    WaitUntil(changed_, lock, channel_.Token(), [&] { return written_ == count; });
     lock.unlock();
     channel_.CheckStop();
 }

@@ -61,7 +61,7 @@ class ArchiveSink {
     const std::uint64_t total_;
 
     std::mutex mutex_;  // guards what follows
-    std::condition_variable_any changed_;
+    std::condition_variable changed_;
     std::map<std::uint64_t, PackedJob> ready_;
     std::vector<Buffer> written_buffers_;
     std::uint64_t written_ = 0;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "zip/base/paths.h"
+#include "zip/base/stoppable_wait.h"
 
 namespace vantrel::zip {
 
@@ -34,11 +35,15 @@ FolderQueue::FolderQueue(platform::FileSystem& files, std::string source, std::s
                          int threads)
     : files_(files), source_(std::move(source)), stop_(std::move(stop)) {
     for (int i = 1; i < std::min(threads, kMostThreads); ++i) {
-        helpers_.emplace_back([this](const std::stop_token& end) { HelperMain(end); });
+        helpers_.emplace_back([this] { HelperMain(); });
     }
 }
 
-FolderQueue::~FolderQueue() = default;
+FolderQueue::~FolderQueue() {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+    changed_.notify_all();
+}
 
 void FolderQueue::Add(std::vector<FileInfo> folders) {
     const std::lock_guard lock(mutex_);
@@ -61,8 +66,8 @@ std::optional<FolderQueue::Turn> FolderQueue::Next() {
         // Rather another one than to wait.
         if (const auto other = FindUnlisted()) {
             ListAhead(other, lock);
-        } else if (!changed_.wait(lock, stop_,
-                                  [&] { return place->state != Place::State::kBeingListed; })) {
+        } else if (!WaitUntil(changed_, lock, stop_,
+                              [&] { return place->state != Place::State::kBeingListed; })) {
             return std::nullopt;
         }
     }
@@ -121,14 +126,14 @@ void FolderQueue::ListAhead(const std::shared_ptr<Place>& place,
     changed_.notify_all();
 }
 
-void FolderQueue::HelperMain(const std::stop_token& end) {
+void FolderQueue::HelperMain() {
     std::unique_lock lock(mutex_);
     std::shared_ptr<Place> place;
-    const auto found = [&] {
-        place = FindUnlisted();
-        return place != nullptr;
+    const auto ended_or_found = [&] {
+        place = ended_ ? nullptr : FindUnlisted();
+        return ended_ || place;
     };
-    while (changed_.wait(lock, end, found) && !end.stop_requested() && !stop_.stop_requested()) {
+    while (WaitUntil(changed_, lock, stop_, ended_or_found) && place && !stop_.stop_requested()) {
         ListAhead(place, lock);
     }
 }

@@ -51,16 +51,17 @@ class FolderQueue {
 
     std::shared_ptr<Place> FindUnlisted() const;
     void ListAhead(const std::shared_ptr<Place>& place, std::unique_lock<std::mutex>& lock);
-    void HelperMain(const std::stop_token& end);
+    void HelperMain();
 
     platform::FileSystem& files_;
     const std::string source_;
     const std::stop_token stop_;
 
     std::mutex mutex_;  // guards what follows
-    std::condition_variable_any changed_;
+    std::condition_variable changed_;
     std::vector<std::shared_ptr<Place>> places_;  // the next one last
     std::size_t held_ = 0;                        // entries of listings whose turn has not come
+    bool ended_ = false;
 
     std::vector<std::jthread> helpers_;  // last, so that they end before what they use
 };
