@@ -346,7 +346,8 @@ set(PROTECT_TESTS
     tests/protect/folder_tree_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
-    tests/backup/dialogs_test.cpp
+    tests/backup/destination_dialog_test.cpp
+    tests/backup/options_dialog_test.cpp
     tests/backup/preflight_test.cpp
     tests/backup/run_order_test.cpp)
 set(RESTORE_TESTS

@@ -1,0 +1,179 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "backup/Frm_BackupOptions.h"
+#include "tests/backup/dialog_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+using ::testing::IsEmpty;
+
+class OptionsDialog : public DialogTest {
+  protected:
+    Frm_BackupOptions& Open() {
+        dialog = std::make_unique<Frm_BackupOptions>(program, window.Controls());
+        desktop.Load(*dialog);
+        return *dialog;
+    }
+    // Presses OK on `name` and other entries that are not those of the set.
+    void ExpectRefusalKeepsWhatIsEntered(const std::string& name) {
+        dialog->Fld_BackupFileName.SetText(name);
+        dialog->Fld_BackupFile.SetText("");
+        dialog->Chk_TimeBackup.SetChecked(true);
+        dialog->Chk_BackupSubDirectories.SetChecked(false);
+        dialog->Cmd_Ok.UserPress();
+        EXPECT_TRUE(dialog->Loaded());
+        EXPECT_EQ(program.globals.MessageText, desktop.boxes.back().text);
+        EXPECT_EQ(dialog->Fld_BackupFileName.Text(), name);
+        EXPECT_EQ(dialog->Fld_BackupFile.Text(), "");
+        EXPECT_TRUE(dialog->Chk_TimeBackup.Checked());
+        EXPECT_TRUE(dialog->Chk_MultiVolumeBackup.Checked());
+        EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
+        EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+    }
+    std::unique_ptr<Frm_BackupOptions> dialog;
+};
+
+TEST_F(OptionsDialog, ShowsTheSet) {
+    Select({.files = "C:\\Data\\*.DOC", .sub_directories = "OFF", .time = "ON"});
+    Open();
+    EXPECT_TRUE(dialog->Chk_TimeBackup.Checked());
+    EXPECT_FALSE(dialog->Chk_MultiVolumeBackup.Checked());
+    EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
+    EXPECT_EQ(dialog->Fld_BackupFile.Text(), "*.DOC");
+    EXPECT_EQ(dialog->Fld_BackupFileName.Text(), "WEEKLY");
+}
+
+TEST_F(OptionsDialog, SwitchIsCheckedForExactlyOnOnly) {
+    Select({.sub_directories = "on", .time = "YES"});
+    Open();
+    EXPECT_FALSE(dialog->Chk_TimeBackup.Checked());
+    EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
+}
+
+TEST_F(OptionsDialog, OkWritesFiveKeysInUpperCaseAndRefreshesTheMainWindow) {
+    Select({});
+    Open();
+    dialog->Chk_TimeBackup.SetChecked(true);
+    dialog->Chk_BackupSubDirectories.SetChecked(false);
+    dialog->Fld_BackupFile.SetText("*.doc");
+    dialog->Fld_BackupFileName.SetText("weekly two");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.files = "C:\\DATA\\*.DOC",
+                                                                   .sub_directories = "OFF",
+                                                                   .name = "WEEKLY TWO",
+                                                                   .time = "ON"}));
+    EXPECT_EQ(window.Fld_BackupOptions.Caption(), "SubDir=OFF, MultiVolume=OFF, Time=ON");
+    EXPECT_EQ(window.Lbl_FilestoBackup.Caption(), "*.DOC");
+    EXPECT_EQ(window.Lbl_BackupFileName.Caption(), "WEEKLY TWO");
+    EXPECT_FALSE(dialog->Loaded());
+}
+
+TEST_F(OptionsDialog, OkWritesMissingKeysInTheirOrderAndSpelling) {
+    Select({});
+    machine.PutFile("C:\\Vantrel\\WEEKLY.INI", "");
+    Open();
+    dialog->Chk_BackupSubDirectories.SetChecked(true);
+    dialog->Fld_BackupFile.SetText("*.doc");
+    dialog->Fld_BackupFileName.SetText("weekly");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"),
+              "[BACKUP SOURCE]\r\nBackupFiles=*.DOC\r\nBackupSubDirectories=ON\r\n"
+              "[Destination]\r\nBackupFileName=WEEKLY\r\nMultiVolumeBackup=OFF\r\n"
+              "TimeBackup=OFF\r\n");
+}
+
+// Its folder is not known: what was saved would be the files of the whole drive.
+TEST_F(OptionsDialog, SetThatCouldNotBeReadIsNotSaved) {
+    Select({});
+    machine.files().Rename("C:\\Vantrel\\WEEKLY.INI", "C:\\Vantrel\\away");
+    Open();
+    machine.files().Rename("C:\\Vantrel\\away", "C:\\Vantrel\\WEEKLY.INI");
+    dialog->Fld_BackupFileName.SetText("MONTHLY");
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox("Unable to Save as C:\\Vantrel\\WEEKLY.INI could not be read.",
+              forms::Icon::kExclamation, "Backup");
+    EXPECT_EQ(Stored().BackupFileName(), "WEEKLY");
+    EXPECT_TRUE(dialog->Loaded());
+}
+
+TEST_F(OptionsDialog, EmptyMaskIsSavedAsAllFiles) {
+    Select({.files = "C:\\Data\\*.DOC"});
+    Open();
+    dialog->Fld_BackupFile.SetText("");
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(Stored().BackupFiles(), "C:\\DATA\\*.*");
+}
+
+TEST_F(OptionsDialog, EmptyNameIsRefusedBeforeTheDriveIsLookedAt) {
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    ExpectRefusalKeepsWhatIsEntered("");
+    ExpectBox("Unable to Save as no Backup Name has been entered.", forms::Icon::kExclamation,
+              "Backup");
+}
+
+TEST_F(OptionsDialog, MultiVolumeOnAFixedDiskListsTheRemovableDrivesUnderTheOtherHeading) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    ExpectRefusalKeepsWhatIsEntered("monthly");
+    ExpectBox(
+        "Unable to Save as you have selected the Multi Volume flag on a Non-Removable Drive."
+        "\r\n\r\nThe Non-Removable Drives on this machine are;\r\nA: ",
+        forms::Icon::kExclamation, "Backup");
+}
+
+TEST_F(OptionsDialog, MultiVolumeRefusalSaysNilWithoutARemovableDrive) {
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    dialog->Cmd_Ok.UserPress();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(desktop.boxes[0].text, ::testing::EndsWith("are;\r\nNil"));
+}
+
+TEST_F(OptionsDialog, MultiVolumeLooksAtTheDestinationShownNotAtTheFile) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    Select({});
+    window.Fld_BackupWhere.SetCaption("A:\\Sets\\");
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(Stored().MultiVolumeBackup(), "ON");
+}
+
+TEST_F(OptionsDialog, TextsThatTheCodePageCannotHoldAreRefused) {
+    const std::string name = "\xE6\x96\x87";  // a Chinese character
+    Select({});
+    Open();
+    for (forms::TextBox* const field : {&dialog->Fld_BackupFileName, &dialog->Fld_BackupFile}) {
+        const std::string before = field->Text();
+        field->SetText(name);
+        dialog->Cmd_Ok.UserPress();
+        ExpectBox("Unable to Save as " + name + " holds characters that a Backup Set cannot store.",
+                  forms::Icon::kExclamation, "Backup");
+        EXPECT_TRUE(dialog->Loaded());
+        field->SetText(before);
+        desktop.boxes.clear();
+    }
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+}
+
+TEST_F(OptionsDialog, CancelLeavesFileAndMainWindowUnchanged) {
+    Select({});
+    window.Fld_BackupOptions.SetCaption("as before");
+    Open();
+    dialog->Chk_TimeBackup.SetChecked(true);
+    dialog->Cmd_Cancel.UserPress();
+    EXPECT_FALSE(dialog->Loaded());
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+    EXPECT_EQ(window.Fld_BackupOptions.Caption(), "as before");
+}
+
+}  // namespace
+}  // namespace vantrel::test
