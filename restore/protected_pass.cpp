@@ -129,6 +129,7 @@ void RenameProtectedFolders(forms::Program& program, const RestoreTargets& targe
     const auto folders = clsCfg(program).ReturnProtected();
     if (folders.empty()) return;
     std::vector<Spellings> spellings;
+    spellings.reserve(folders.size());
     for (const std::string& folder : folders) spellings.emplace_back(program, folder);
     auto& code_page = program.machine.code_page;
     for (const std::string& target : TargetPaths(program, targets, destination)) {
