@@ -49,6 +49,7 @@ class Quiet : public zip::RunEvents {
             std::fprintf(stderr, "%s\n", message.text.c_str());
         }
     }
+    bool WantsEachFile() const override { return false; }
     zip::Questions* Answers() override { return nullptr; }
 };
 

@@ -269,6 +269,14 @@ TEST_F(Extraction, LocalHeaderThatDisagreesIsWarnedAbout) {
     EXPECT_EQ(result.failed, 0);
 }
 
+TEST_F(Extraction, WhoDoesNotWantEachFileHearsOfWhatWentWrongOnly) {
+    events.wants_each_file = false;
+    Extract({{.name = "a", .content = "alpha", .local_name = "b"}, {.name = "c", .content = "x"}});
+    EXPECT_EQ(Restored(), (Strings{"a", "c"}));
+    EXPECT_EQ(Warning(), "a has another name in its local header; the directory's holds.");
+    EXPECT_EQ(events.messages.size(), 1u);
+}
+
 TEST_F(Extraction, TheArchiveItselfIsNotReplaced) {
     options.destination = "C:\\";
     BuiltArchive archive;

@@ -45,6 +45,7 @@ class Recorder : public zip::RunEvents {
     std::vector<std::thread::id> threads;
     std::size_t cancel_at = 0;  // the n-th overall event cancels, from 1; 0: none
     std::function<void()> on_overall;
+    bool wants_each_file = true;
     zip::Questions* questions = nullptr;
 
     void Overall(int percent, bool& cancel) override {
@@ -57,6 +58,7 @@ class Recorder : public zip::RunEvents {
     }
     void OfFile(int percent) override { of_file.push_back(percent); }
     void Told(const zip::ComponentMessage& message) override { messages.push_back(message); }
+    bool WantsEachFile() const override { return wants_each_file; }
     zip::Questions* Answers() override { return questions; }
 
     std::vector<std::string> Texts(zip::MessageKind kind) const {

@@ -36,6 +36,7 @@ struct RunChannel::Turn {
 
 RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
                            const std::function<void()>& body) {
+    wants_each_file_ = events.WantsEachFile();
     std::thread background([this, &body] {
         FailOnError(body);
         const std::lock_guard lock(mutex_);

@@ -30,6 +30,8 @@ class RunEvents {
     virtual void Overall(int percent, bool& cancel) = 0;
     virtual void OfFile(int percent) = 0;
     virtual void Told(const ComponentMessage& message) = 0;
+    // Whether each file is to be told of; otherwise only what went wrong is.
+    virtual bool WantsEachFile() const { return true; }
     // Who answers questions; nullptr when nobody is there.
     virtual Questions* Answers() = 0;
 };
@@ -73,6 +75,9 @@ class RunChannel {
     // Ends the run for a reason that no second try can mend.
     void Fail(const StepFailure& failure);
 
+    // Whether anybody listens to what is said of each file.
+    bool WantsEachFile() const { return wants_each_file_; }
+
     // Runs `body` to its end on this thread; an error that it throws fails the run. Throws nothing.
     void FailOnError(const std::function<void()>& body);
 
@@ -101,6 +106,7 @@ class RunChannel {
     RunOutcome Outcome();
 
     std::stop_source stop_;
+    bool wants_each_file_ = true;  // from before the background thread begins
     std::atomic<std::uint64_t> total_{0};
     std::atomic<std::uint64_t> done_{0};
     std::atomic<int> file_percent_{0};

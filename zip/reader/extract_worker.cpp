@@ -115,9 +115,11 @@ void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string&
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));
     }
-    run_.channel.Tell({MessageKind::kInformation, 0, static_cast<std::int32_t>(index + 1), path,
-                       "Extracting " + path,
-                       static_cast<std::int32_t>(run_.directory.entries.size())});
+    if (run_.channel.WantsEachFile()) {
+        run_.channel.Tell({MessageKind::kInformation, 0, static_cast<std::int32_t>(index + 1), path,
+                           "Extracting " + path,
+                           static_cast<std::int32_t>(run_.directory.entries.size())});
+    }
 }
 
 }  // namespace vantrel::zip
