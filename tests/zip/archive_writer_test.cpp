@@ -106,6 +106,14 @@ TEST_F(ArchiveWriter, OneProcessorHasOneThreadForTheFiles) {
     EXPECT_EQ(threads.size(), 1u);
 }
 
+TEST_F(ArchiveWriter, WhoDoesNotWantEachFileHearsOfNone) {
+    events.wants_each_file = false;
+    files.Put("C:\\Data\\a.txt", "first");
+    ASSERT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(Archive().Names(), Strings{"a.txt"});
+    EXPECT_TRUE(events.messages.empty());
+}
+
 TEST_F(ArchiveWriter, WhatDoesNotShrinkIsStored) {
     files.Put("C:\\Data\\noise", Noise(30000));
     files.Put("C:\\Data\\one", "1");

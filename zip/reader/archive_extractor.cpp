@@ -177,13 +177,13 @@ class ExtractRun {
     // This thread plans, while the others restore already what is planned, and then joins in.
     void Work(ExtractionPlanner& planner, Extraction& run) {
         std::vector<std::jthread> others;
-        UntilStopped([&] {
+        channel_.FailOnError([&] {
             // Disks are put in one after the other, and so must be read.
             const int wanted = directory_.disks.IsSet() ? 1 : options_.threads;
             for (int i = ThreadCount(wanted, machine_.process, directory_.entries.size()); i > 1;
                  --i) {
                 others.emplace_back(
-                    [this, &run] { UntilStopped([&run] { ExtractWorker(run).Work(); }); });
+                    [this, &run] { channel_.FailOnError([&run] { ExtractWorker(run).Work(); }); });
             }
             PlanRest(planner, run);
             ExtractWorker(run).Work();
@@ -197,20 +197,6 @@ class ExtractRun {
             run.queue.SetPlanned(run.plan.files.size(), !more);
         }
         channel_.SetTotal(run.plan.bytes);
-    }
-
-    // What a thread fails with stops all of them.
-    template <typename Step>
-    void UntilStopped(Step step) {
-        try {
-            step();
-        } catch (const RunStopped&) {
-            // The reason is known already.
-        } catch (const Error& error) {
-            channel_.Fail({error.number(), "", error.description()});
-        } catch (const std::exception& error) {
-            channel_.Fail({error_number::kOutOfMemory, "", error.what()});
-        }
     }
 
     // Their times come last, when nothing is put into them any more.
@@ -258,8 +244,7 @@ ExtractResult ExtractArchive(const platform::Machine& machine, const ExtractOpti
     RunChannel channel;
     ExtractRun run(machine, options, channel);
     ExtractResult result;
-    platform::Machine copy = machine;
-    result.outcome = channel.Run(copy.clock, events, [&run] { run.Run(); });
+    result.outcome = channel.Run(machine.clock, events, [&run] { run.Run(); });
     result.entries = run.entries;
     result.failed = run.failed;
     return result;

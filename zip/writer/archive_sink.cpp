@@ -176,8 +176,10 @@ void ArchiveSink::AddToDirectory(const Entry& entry) {
 
 void ArchiveSink::TellAdded(const std::string& path) {
     ++told_;
-    channel_.Tell({MessageKind::kInformation, 0, told_, path, "Adding " + path,
-                   static_cast<std::int32_t>(std::min<std::uint64_t>(total_, INT32_MAX))});
+    if (channel_.WantsEachFile()) {
+        channel_.Tell({MessageKind::kInformation, 0, told_, path, "Adding " + path,
+                       static_cast<std::int32_t>(std::min<std::uint64_t>(total_, INT32_MAX))});
+    }
 }
 
 void ArchiveSink::TellTrouble(std::optional<ComponentMessage>& trouble) {
