@@ -1,5 +1,6 @@
 # The one source list, room by room, for every compiler. Tests stand beside the room they test.
 set(COMMON_SOURCES
+    common/dated_folder.cpp
     common/error.cpp
     common/file_name.cpp
     common/product.cpp
@@ -197,6 +198,7 @@ set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_machine.cpp
     tests/support/test_services.cpp)
 set(COMMON_TESTS
+    tests/common/dated_folder_test.cpp
     tests/common/error_test.cpp
     tests/common/file_name_test.cpp
     tests/common/utf_test.cpp)
@@ -370,6 +372,7 @@ set(UI_TESTS
     tests/ui/editor_save_test.cpp
     tests/ui/editor_test.cpp
     tests/ui/log_tab_test.cpp
+    tests/ui/long_values_test.cpp
     tests/ui/mailing_test.cpp
     tests/ui/main_window_test.cpp
     tests/ui/new_backup_test.cpp
@@ -391,6 +394,7 @@ set(FAULTS_TESTS
     tests/faults/fault_sweep.cpp
     tests/faults/list_faults_test.cpp
     tests/faults/log_faults_test.cpp
+    tests/faults/long_values_test.cpp
     tests/faults/restore_faults_test.cpp
     tests/faults/sets_faults_test.cpp
     tests/faults/spanned_faults_test.cpp

@@ -1,10 +1,10 @@
 #include "backup/Frm_Backup.h"
 
-#include <cstdio>
 #include <utility>
 
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
+#include "common/dated_folder.h"
 #include "common/error.h"
 #include "log/clsLog.h"
 #include "system/clsDrives.h"
@@ -18,12 +18,9 @@ constexpr double kLowSpaceBytes = 2'000'000;
 
 constexpr const char* kSkipped = "files not backed up";
 
-// "YYYYMMDD_HHNNSS"
-std::string Stamp(const platform::LocalTime& time) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d%02d%02d_%02d%02d%02d", time.year, time.month, time.day,
-                  time.hour, time.minute, time.second);
-    return text;
+std::string DatedFolderNow(platform::Clock& clock) {
+    const platform::LocalTime time = clock.Now();
+    return DatedFolderName(time.year, time.month, time.day, time.hour, time.minute, time.second);
 }
 
 }  // namespace
@@ -55,6 +52,8 @@ void Frm_Backup::Form_Activate() {
     set.Read_INI(SetPath());
     // It could be read a moment ago. With empty values something else would be backed up.
     if (!set.WasRead()) RaiseError(error_number::kPermissionDenied);
+    const std::string problem = set.BackupProblem();
+    if (!problem.empty()) throw Error(error_number::kBadFileName, name(), problem);
     const Target target = MakeTarget(set);
     RunComponent(set, target);
     messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
@@ -68,7 +67,7 @@ void Frm_Backup::Form_Activate() {
 
 Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
     std::string folder = set.BackupToDrive();
-    if (set.TimeBackup() == "ON") folder += Stamp(program().machine.clock.Now()) + "\\";
+    if (set.TimeBackup() == "ON") folder += DatedFolderNow(program().machine.clock) + "\\";
     return {folder, set.BackupFileName() + ".zip"};
 }
 

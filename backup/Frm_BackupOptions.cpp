@@ -1,6 +1,7 @@
 #include "backup/Frm_BackupOptions.h"
 
 #include "backupset/clsFiles.h"
+#include "common/file_name.h"
 #include "system/clsDrives.h"
 
 namespace vantrel {
@@ -44,13 +45,14 @@ void Frm_BackupOptions::Form_Load() {
 void Frm_BackupOptions::Cmd_Ok_Click() {
     if (Refused() || !SourceKnown()) return;
     if (Fld_BackupFile.Text().empty()) Fld_BackupFile.SetText("*.*");
-    TakeValues();
-    WriteKeys();
-    ShowOptions(main_, set_);
+    const clsINI changed = WithValues();
+    if (IsTooLong(changed)) return;
+    WriteKeys(changed);
+    ShowOptions(main_, changed);
     program().desktop.Unload(*this);
 }
 
-void Frm_BackupOptions::Tell(const std::string& text) {
+void Frm_BackupOptions::ShowMessage(const std::string& text) {
     program().globals.MessageText = text;
     program().desktop.Show({.text = text, .icon = forms::Icon::kExclamation, .title = "Backup"});
 }
@@ -59,7 +61,12 @@ void Frm_BackupOptions::Tell(const std::string& text) {
 // list under the last heading is that of the removable drives: those where such a set is accepted.
 bool Frm_BackupOptions::Refused() {
     if (Fld_BackupFileName.Text().empty()) {
-        Tell("Unable to Save as no Backup Name has been entered.");
+        ShowMessage("Unable to Save as no Backup Name has been entered.");
+        return true;
+    }
+    if (!IsValidFileName(Fld_BackupFileName.Text())) {
+        ShowMessage("Unable to Save as " + Fld_BackupFileName.Text() +
+                    " cannot be the name of a file.");
         return true;
     }
     if (!TextFits(Fld_BackupFileName.Text()) || !TextFits(Fld_BackupFile.Text())) return true;
@@ -70,7 +77,7 @@ bool Frm_BackupOptions::Refused() {
         return false;
     }
     const std::string& line = program().globals.CrLf;
-    Tell(
+    ShowMessage(
         "Unable to Save as you have selected the Multi Volume "
         "flag on a Non-Removable Drive." +
         line + line + "The Non-Removable Drives on this machine are;" + line +
@@ -82,33 +89,48 @@ bool Frm_BackupOptions::Refused() {
 // without it.
 bool Frm_BackupOptions::SourceKnown() {
     if (set_.WasRead()) return true;
-    Tell("Unable to Save as " + SetPath() + " could not be read.");
+    ShowMessage("Unable to Save as " + SetPath() + " could not be read.");
     return false;
 }
 
 bool Frm_BackupOptions::TextFits(const std::string& text) {
     if (program().machine.code_page.Encode(text)) return true;
-    Tell("Unable to Save as " + text + " holds characters that a Backup Set cannot store.");
+    ShowMessage("Unable to Save as " + text + " holds characters that a Backup Set cannot store.");
     return false;
 }
 
-void Frm_BackupOptions::TakeValues() {
+// The set with what the dialog shows. The folder of the files is the one that was loaded.
+clsINI Frm_BackupOptions::WithValues() const {
     auto& code_page = program().machine.code_page;
-    set_.TimeBackup(OnOff(Chk_TimeBackup));
-    set_.MultiVolumeBackup(OnOff(Chk_MultiVolumeBackup));
-    set_.BackupSubDirectories(OnOff(Chk_BackupSubDirectories));
-    set_.BackupFiles(set_.Backup_Parts(set_.BackupFiles(), clsINI::kFolder));
-    set_.BackupFiles(code_page.Upper(set_.BackupFiles() + Fld_BackupFile.Text()));
-    set_.BackupFileName(code_page.Upper(Fld_BackupFileName.Text()));
+    clsINI set = set_;
+    set.TimeBackup(OnOff(Chk_TimeBackup));
+    set.MultiVolumeBackup(OnOff(Chk_MultiVolumeBackup));
+    set.BackupSubDirectories(OnOff(Chk_BackupSubDirectories));
+    set.BackupFiles(set.Backup_Parts(set.BackupFiles(), clsINI::kFolder));
+    set.BackupFiles(code_page.Upper(set.BackupFiles() + Fld_BackupFile.Text()));
+    set.BackupFileName(code_page.Upper(Fld_BackupFileName.Text()));
+    return set;
 }
 
-void Frm_BackupOptions::WriteKeys() {
+// A source that was cut when it was loaded would be stored as another folder. The destination
+// matters only for the name of a dated folder: the dialog stores no other part of it.
+bool Frm_BackupOptions::IsTooLong(const clsINI& changed) {
+    std::string problem = set_.SourceProblem();
+    if (problem.empty()) problem = changed.SourceProblem();
+    if (problem.empty()) problem = changed.ArchiveNameProblem();
+    if (problem.empty() && Chk_TimeBackup.Checked()) problem = changed.DestinationProblem();
+    if (problem.empty()) return false;
+    ShowMessage("Unable to Save as " + problem + ".");
+    return true;
+}
+
+void Frm_BackupOptions::WriteKeys(const clsINI& set) {
     clsFiles(program()).WriteINI(
-        {{"BACKUP SOURCE", "BackupFiles", set_.BackupFiles()},
-         {"BACKUP SOURCE", "BackupSubDirectories", set_.BackupSubDirectories()},
-         {"Destination", "BackupFileName", set_.BackupFileName()},
-         {"Destination", "MultiVolumeBackup", set_.MultiVolumeBackup()},
-         {"Destination", "TimeBackup", set_.TimeBackup()}},
+        {{"BACKUP SOURCE", "BackupFiles", set.BackupFiles()},
+         {"BACKUP SOURCE", "BackupSubDirectories", set.BackupSubDirectories()},
+         {"Destination", "BackupFileName", set.BackupFileName()},
+         {"Destination", "MultiVolumeBackup", set.MultiVolumeBackup()},
+         {"Destination", "TimeBackup", set.TimeBackup()}},
         SetPath());
 }
 

@@ -31,9 +31,10 @@ class Frm_BackupOptions : public forms::Form {
     bool Refused();
     bool SourceKnown();
     bool TextFits(const std::string& text);
-    void TakeValues();
-    void WriteKeys();
-    void Tell(const std::string& text);
+    clsINI WithValues() const;
+    bool IsTooLong(const clsINI& changed);
+    void WriteKeys(const clsINI& set);
+    void ShowMessage(const std::string& text);
     std::string SetPath() const;
 
     BackupControls main_;

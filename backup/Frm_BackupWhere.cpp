@@ -19,12 +19,21 @@ bool Frm_BackupWhere::FolderExists(const std::string& folder) const {
 void Frm_BackupWhere::Tell(const Error& error) const { ShowError(program(), error); }
 
 void Frm_BackupWhere::TakeFolder() {
-    if (!ChosenFolderFits()) return;
+    auto& code_page = program().machine.code_page;
+    const std::string stored = code_page.Upper(clsString().Backslash(Dir_DirList.Path()));
+    const std::string set_path = program().InApplicationFolder(main_.Cmb_BackupSet.Text());
+    const std::string problem = StorageProblem(code_page, stored);
+    if (!problem.empty()) return RefuseFolder(problem);
+    clsINI set(program());
+    set.Read_INI(set_path);
+    set.BackupToDrive(stored);
+    if (!set.DestinationProblem().empty()) {
+        return RefuseFolder(
+            "With the folder of a dated backup its path is longer than a Backup Set "
+            "can store.");
+    }
     main_.Fld_BackupWhere.SetCaption(Dir_DirList.Path());
-    const std::string stored =
-        program().machine.code_page.Upper(clsString().Backslash(Dir_DirList.Path()));
-    clsFiles(program()).WriteINI("DESTINATION", "BackupToDrive", stored,
-                                 program().InApplicationFolder(main_.Cmb_BackupSet.Text()));
+    clsFiles(program()).WriteINI("DESTINATION", "BackupToDrive", stored, set_path);
     program().desktop.Unload(*this);
 }
 

@@ -2,7 +2,7 @@
 
 namespace vantrel {
 
-void ShowOptions(const BackupControls& controls, clsINI& set) {
+void ShowOptions(const BackupControls& controls, const clsINI& set) {
     controls.Lbl_FilestoBackup.SetCaption(set.Backup_Parts(set.BackupFiles(), clsINI::kFile));
     controls.Lbl_BackupFileName.SetCaption(set.BackupFileName());
     controls.Fld_BackupOptions.SetCaption("SubDir=" + set.BackupSubDirectories() +

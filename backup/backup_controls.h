@@ -18,6 +18,6 @@ struct BackupControls {
 };
 
 // Shows the set's mask, the name of its archive and its three switches.
-void ShowOptions(const BackupControls& controls, clsINI& set);
+void ShowOptions(const BackupControls& controls, const clsINI& set);
 
 }  // namespace vantrel

@@ -46,6 +46,10 @@ class Preflight {
                 Refusal("Unable to continue with the Backup as " + SetPath() + " cannot be read.",
                         Icon::kExclamation);
         }
+        if (const std::string problem = set_.BackupProblem(); !refusal && !problem.empty()) {
+            refusal = Refusal("Unable to continue with the Backup as " + problem + ".",
+                              Icon::kExclamation);
+        }
         if (refusal) {
             program_.globals.MessageText = refusal->text;
             program_.desktop.Show(*refusal);
@@ -60,6 +64,9 @@ class Preflight {
     bool PassesUnattended() {
         auto failure = UnattendedFailure();
         if (!failure && !set_.WasRead()) failure = "Backup Failed - Unable to read " + SetPath();
+        if (const std::string problem = set_.BackupProblem(); !failure && !problem.empty()) {
+            failure = "Backup Failed - " + problem;
+        }
         if (!failure) return true;
         clsLog log(program_);
         log.WriteToLog("Backup", true, "Starting Backup " + set_name_);

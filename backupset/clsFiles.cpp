@@ -12,10 +12,6 @@ namespace vantrel {
 
 namespace {
 
-// Bytes that a profile read hands over: its buffer of 255 less the closing NUL. Values in the
-// program's windows never get longer than this.
-constexpr std::size_t kLongestValue = 254;
-
 // The text of a profile; nothing when it is missing or cannot be read.
 struct Profile {
     std::optional<std::string> text;
@@ -32,23 +28,31 @@ Profile ReadProfile(platform::FileSystem& files, const std::string& file) {
 
 }  // namespace
 
-std::string clsFiles::ValueIn(const std::string& text, const std::string& section,
-                              const std::string& key) {
+std::string StorageProblem(platform::CodePage& code_page, const std::string& path) {
+    const auto bytes = code_page.Encode(path);
+    if (!bytes) return "Its name holds characters that a Backup Set cannot store.";
+    if (bytes->size() <= kMaxValueBytes) return "";
+    return "Its path is longer than a Backup Set can store.";
+}
+
+ProfileValue clsFiles::ValueIn(const std::string& text, const std::string& section,
+                               const std::string& key) {
     const std::string value = profile::FindValue(text, section, key).value_or("");
-    return program_.machine.code_page.Decode(value.substr(0, kLongestValue));
+    return {program_.machine.code_page.Decode(value.substr(0, kMaxValueBytes)),
+            value.size() > kMaxValueBytes};
 }
 
 std::string clsFiles::ReadINI(const std::string& section, const std::string& key,
                               const std::string& file) {
     const auto text = ReadProfile(program_.machine.files, file).text;
-    return ValueIn(text.value_or(""), section, key);
+    return ValueIn(text.value_or(""), section, key).text;
 }
 
-std::optional<std::vector<std::string>> clsFiles::ReadINI(const std::vector<ProfileKey>& keys,
-                                                          const std::string& file) {
+std::optional<std::vector<ProfileValue>> clsFiles::ReadINI(const std::vector<ProfileKey>& keys,
+                                                           const std::string& file) {
     const auto text = ReadProfile(program_.machine.files, file).text;
     if (!text) return std::nullopt;
-    std::vector<std::string> values;
+    std::vector<ProfileValue> values;
     values.reserve(keys.size());
     for (const ProfileKey& key : keys) values.push_back(ValueIn(*text, key.section, key.key));
     return values;

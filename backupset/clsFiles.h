@@ -1,6 +1,7 @@
 // Profile access and existence tests. Keeps no state; created where it is needed.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,19 @@ namespace vantrel {
 // A key of a profile with its value.
 struct ProfileKey {
     std::string section, key, value;
+};
+
+// A longer value, counted in bytes of the code page, is cut when it is read back.
+constexpr std::size_t kMaxValueBytes = 254;
+
+// Why a set file cannot store `path`, as a sentence: it holds characters that the code page lacks,
+// or it is longer than a value may be. "" when it can.
+std::string StorageProblem(platform::CodePage& code_page, const std::string& path);
+
+// A value as a read gives it.
+struct ProfileValue {
+    std::string text;     // its first kMaxValueBytes bytes, decoded
+    bool is_cut = false;  // whether the file holds more than that
 };
 
 class clsFiles {
@@ -35,8 +49,8 @@ class clsFiles {
     void MakeINI(const std::vector<ProfileKey>& keys, const std::string& file);
     // The values that these keys have in `file`, all of one moment and each as ReadINI gives it;
     // nothing when the file is missing or cannot be read.
-    std::optional<std::vector<std::string>> ReadINI(const std::vector<ProfileKey>& keys,
-                                                    const std::string& file);
+    std::optional<std::vector<ProfileValue>> ReadINI(const std::vector<ProfileKey>& keys,
+                                                     const std::string& file);
     // Whether a drive, folder or file is there; never raises. "" counts as existing. First the
     // drive of the path must be ready, for a path without one that of the application folder.
     // Without `file_test` the whole path must then be a folder. With it the file must stand in its
@@ -48,8 +62,8 @@ class clsFiles {
     bool Exist(const std::string& path, bool file_test);
 
   private:
-    std::string ValueIn(const std::string& text, const std::string& section,
-                        const std::string& key);
+    ProfileValue ValueIn(const std::string& text, const std::string& section,
+                         const std::string& key);
     std::optional<std::string> Changed(const std::string& text,
                                        const std::vector<ProfileKey>& keys);
     bool Exists(const std::string& path, bool file_test);

@@ -1,20 +1,24 @@
 #include "backupset/clsINI.h"
 
+#include <algorithm>
+
 #include "backupset/clsString.h"
 #include "backupset/file_header.h"
 #include "backupset/utf8.h"
+#include "common/dated_folder.h"
 #include "common/error.h"
 #include "common/product.h"
+#include "forms/folder_path.h"
 #include "platform/text_file.h"
 
 namespace vantrel {
 
-// Where a value stands. "Destination" finds the "[DESTINATION]" of the template: section names are
-// matched without regard to case.
+// The section and key of a field. "Destination" finds the "[DESTINATION]" of the template: section
+// names are matched without regard to case.
 struct clsINI::KeyPlace {
     const char* section;
     const char* key;
-    std::string BackupSet::*value;
+    Field value;
 };
 
 const clsINI::KeyPlace clsINI::kPlaces[9] = {
@@ -43,11 +47,24 @@ std::string WithoutExtension(const std::string& name) {
     return utf8::Left(name, length - kExtensionLength);
 }
 
+std::string TooLong(const std::string& what) {
+    return what + " is longer than " + std::to_string(kMaxValueBytes) + " bytes";
+}
+
+bool HasRoot(const std::string& path) {
+    const std::size_t slash = forms::HasDrive(path) ? 2 : 0;
+    return path.size() > slash && (path[slash] == '\\' || path[slash] == '/');
+}
+
+std::string WithoutRoot(const std::string& key, const std::string& path) {
+    return key + " does not begin with the root of a drive: \"" + path + "\"";
+}
+
 bool IsSwitch(const std::string& value) { return value == "OFF" || value == "ON"; }
 
 }  // namespace
 
-std::string clsINI::Backup_Parts(const std::string& path, int part) {
+std::string clsINI::Backup_Parts(const std::string& path, int part) const {
     return Reported("clsINI:Backup_Parts Method", [&]() -> std::string {
         if (part == kDrive) {
             const bool has_drive = path != "\\" && utf8::At(path, 1) == ":";
@@ -67,9 +84,14 @@ void clsINI::Read_INI(const std::string& path) {
         const auto values = clsFiles(program_).ReadINI(Keys(), path);
         was_read_ = values.has_value();
         set_ = {};
+        cut_ = {};
         if (!values) return;
         auto value = values->begin();
-        for (const KeyPlace& place : kPlaces) set_.*place.value = *value++;
+        for (const KeyPlace& place : kPlaces) {
+            set_.*place.value = value->text;
+            if (value->is_cut) cut_.*place.value = value->text;
+            ++value;
+        }
     });
 }
 
@@ -85,18 +107,82 @@ std::vector<ProfileKey> clsINI::Keys() const {
 void clsINI::ConfirmBackslash(const std::string& path) {
     Reported("clsINI:ConfirmBackslash Method", [&] {
         Read_INI(path);
-        set_.BackupToDrive = clsString().Backslash(set_.BackupToDrive);
-        if (!set_.RestoreFromDrive.empty()) {
-            set_.RestoreFromDrive = clsString().Backslash(set_.RestoreFromDrive);
-        }
-        for (const KeyPlace& place : kPlaces) {
-            std::string& value = set_.*place.value;
-            value = program_.machine.code_page.Upper(value);
-        }
+        const bool is_storable = SaveProblem().empty();
+        set_ = Normalized();
+        if (!is_storable) return;
         // Values that stood in no file that could be read go into a new one, never into another.
         clsFiles files(program_);
         was_read_ ? files.WriteINI(Keys(), path) : files.MakeINI(Keys(), path);
     });
+}
+
+clsINI::BackupSet clsINI::Normalized() const {
+    BackupSet set = set_;
+    set.BackupToDrive = clsString().Backslash(set.BackupToDrive);
+    if (!set.RestoreFromDrive.empty()) {
+        set.RestoreFromDrive = clsString().Backslash(set.RestoreFromDrive);
+    }
+    for (const KeyPlace& place : kPlaces) {
+        std::string& value = set.*place.value;
+        value = program_.machine.code_page.Upper(value);
+    }
+    return set;
+}
+
+// Whether the value is still the cut one that was read.
+bool clsINI::IsCut(Field field) const {
+    return !(set_.*field).empty() && set_.*field == cut_.*field;
+}
+
+bool clsINI::IsTooLong(const std::string& value) const {
+    const auto bytes = program_.machine.code_page.Encode(value);
+    return bytes && bytes->size() > kMaxValueBytes;
+}
+
+std::string clsINI::SourceProblem() const {
+    const bool is_fine = !IsCut(&BackupSet::BackupFiles) && !IsTooLong(set_.BackupFiles);
+    return is_fine ? "" : TooLong("BackupFiles");
+}
+
+std::string clsINI::DestinationProblem() const {
+    if (IsCut(&BackupSet::BackupToDrive) || IsTooLong(set_.BackupToDrive)) {
+        return TooLong("BackupToDrive");
+    }
+    const bool is_dated = set_.TimeBackup == "ON";
+    const std::string dated_folder(kDatedFolderNameLength + 1, '\\');
+    if (!is_dated || !IsTooLong(set_.BackupToDrive + dated_folder)) return "";
+    return TooLong("BackupToDrive with the name of a dated folder");
+}
+
+std::string clsINI::ArchiveNameProblem() const {
+    const bool is_fine =
+        !IsCut(&BackupSet::BackupFileName) && !IsTooLong(set_.BackupFileName + ".zip");
+    return is_fine ? "" : TooLong("BackupFileName with .zip");
+}
+
+std::string clsINI::BackupProblem() const {
+    for (const std::string& problem :
+         {SourceProblem(), DestinationProblem(), ArchiveNameProblem()}) {
+        if (!problem.empty()) return problem;
+    }
+    if (!HasRoot(set_.BackupFiles)) return WithoutRoot("BackupFiles", set_.BackupFiles);
+    if (!HasRoot(set_.BackupToDrive)) return WithoutRoot("BackupToDrive", set_.BackupToDrive);
+    return "";
+}
+
+std::string clsINI::RestoreSourceProblem() const {
+    if (IsCut(&BackupSet::RestoreFromDrive)) return TooLong("RestoreFromDrive");
+    return IsCut(&BackupSet::RestoreFileName) ? TooLong("RestoreFileName") : "";
+}
+
+std::string clsINI::SaveProblem() const {
+    clsINI saved = *this;
+    saved.set_ = Normalized();
+    for (const KeyPlace& place : kPlaces) {
+        if (IsCut(place.value) || IsTooLong(saved.set_.*place.value)) return TooLong(place.key);
+    }
+    const std::string problem = saved.DestinationProblem();
+    return problem.empty() ? saved.ArchiveNameProblem() : problem;
 }
 
 std::string clsINI::Template(const std::string& name) const {

@@ -22,12 +22,12 @@ class clsINI {
     static constexpr int kFile = 2;    // what follows it
     // One part of `path`, "" for any other `part`. A path whose only "\" is its first character has
     // neither folder nor file.
-    std::string Backup_Parts(const std::string& path, int part);
+    std::string Backup_Parts(const std::string& path, int part) const;
 
     // Reads the set file at `path`, gives the destination its last "\" (and the restore source,
     // unless that is empty), puts all values in capitals and writes them back in one step. A
     // missing file is made, of empty values and the destination "\"; one that cannot be read stays
-    // as it is.
+    // as it is, and so does one with a value that SaveProblem() objects to.
     void ConfirmBackslash(const std::string& path);
     // Writes the set file `name` (with its extension of three letters) of the template into the
     // application folder, over an existing one unless `only_new`. The text stays in TextBuffer.
@@ -42,6 +42,23 @@ class clsINI {
     bool WasRead() const { return was_read_; }
     // Whether the loaded values may be saved. If not, shows the reason: the last one that applies.
     bool Validate_OnSave();
+
+    // Why a value cannot be stored or used: words that name its key, without a full stop, such as
+    // "BackupFiles is longer than 254 bytes"; "" when it can. A value is too long when it has more
+    // than kMaxValueBytes bytes, in the file that was read or as the property was set since.
+    std::string SourceProblem() const;
+    // Of BackupToDrive, together with the name of a dated folder when TimeBackup is on.
+    std::string DestinationProblem() const;
+    // Of BackupFileName, together with ".zip".
+    std::string ArchiveNameProblem() const;
+    // Why a backup of the set would not be what the set's file says: one of the three reasons
+    // above, or a source or destination that begins neither with a drive's root nor with "\", an
+    // empty one included.
+    std::string BackupProblem() const;
+    // Of RestoreFromDrive and RestoreFileName, as they were read.
+    std::string RestoreSourceProblem() const;
+    // The first of all nine keys, as ConfirmBackslash would write them.
+    std::string SaveProblem() const;
 
     // Each property as a pair: Name() gets, Name(value) lets. No checks, no file access.
     std::string BackupFiles() const;
@@ -68,15 +85,20 @@ class clsINI {
         std::string BackupFiles, BackupSubDirectories, BackupFileName, MultiVolumeBackup,
             BackupToDrive, TimeBackup, RestoreFromDrive, RestoreFileName, RestoreDestination;
     };
+    using Field = std::string BackupSet::*;
     struct KeyPlace;
     static const KeyPlace kPlaces[9];
 
     std::vector<ProfileKey> Keys() const;
+    BackupSet Normalized() const;
+    bool IsCut(Field field) const;
+    bool IsTooLong(const std::string& value) const;
     std::string Template(const std::string& name) const;
     std::string Reason() const;
 
     forms::Program& program_;
     BackupSet set_;
+    BackupSet cut_;  // those values of the last Read_INI that were cut, the others empty
     bool was_read_ = false;
 };
 

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "common/utf.h"
+
 namespace vantrel {
 
 namespace {
@@ -47,6 +49,13 @@ bool IsDeviceName(std::string_view name) {
     }
     const std::string base = UpperAscii(stem);
     return IsPortName(base) || std::find(kDevices.begin(), kDevices.end(), base) != kDevices.end();
+}
+
+bool IsValidFileName(std::string_view name) {
+    if (name.empty() || name.back() == '.' || name.back() == ' ') return false;
+    return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
+           name.find_first_of("\\/") == std::string_view::npos && !IsDeviceName(name) &&
+           !utf::IsLongerThan(name, kLongestFileName);
 }
 
 }  // namespace vantrel

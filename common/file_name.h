@@ -33,4 +33,9 @@ constexpr auto IsForbiddenInName = [](auto unit) {
 // whatever extension: "CON", "nul.txt", "COM1", "LPT9 .ini".
 bool IsDeviceName(std::string_view name);
 
+// Whether a file or folder can have this name and every program can reach it under it: 1 to 255
+// UTF-16 units, no forbidden character and no slash, no device's name, no dot or space at the end.
+// UTF-8.
+bool IsValidFileName(std::string_view name);
+
 }  // namespace vantrel

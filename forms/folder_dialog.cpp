@@ -6,6 +6,13 @@
 
 namespace vantrel::forms {
 
+void ShowFolderRefusal(Program& program, const std::string& folder, const std::string& reason) {
+    auto& globals = program.globals;
+    globals.MessageText = "Unable to use the folder " + folder + "." + globals.CrLf + reason;
+    program.desktop.Show(
+        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+}
+
 FolderDialog::FolderDialog(Program& program, std::string name, const std::string& caption,
                            std::string missing_title)
     : Form(program, std::move(name)),
@@ -92,14 +99,8 @@ void FolderDialog::Cmd_Ok_Click() {
 
 void FolderDialog::Cmd_Cancel_Click() { program().desktop.Unload(*this); }
 
-bool FolderDialog::ChosenFolderFits() {
-    if (program().machine.code_page.Encode(Dir_DirList.Path())) return true;
-    auto& globals = program().globals;
-    globals.MessageText = "Unable to use the folder " + Dir_DirList.Path() + "." + globals.CrLf +
-                          "Its name holds characters that a Backup Set cannot store.";
-    program().desktop.Show(
-        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
-    return false;
+void FolderDialog::RefuseFolder(const std::string& reason) const {
+    ShowFolderRefusal(program(), Dir_DirList.Path(), reason);
 }
 
 }  // namespace vantrel::forms

@@ -10,6 +10,10 @@
 
 namespace vantrel::forms {
 
+// Shows that `folder` cannot be used and why: `reason` is a sentence. The text stays in
+// MessageText.
+void ShowFolderRefusal(Program& program, const std::string& folder, const std::string& reason);
+
 class FolderDialog : public Form {
   public:
     DriveList Dri_DriveList;
@@ -36,8 +40,8 @@ class FolderDialog : public Form {
     virtual void TakeFolder() = 0;
     // Tells the user of a run-time error that was trapped.
     virtual void Tell(const Error& error) const = 0;
-    // False, with a message, when the data files' code page cannot hold the chosen folder.
-    bool ChosenFolderFits();
+    // Shows why the chosen folder cannot be taken.
+    void RefuseFolder(const std::string& reason) const;
 
   private:
     std::string ApplicationDrive() const;

@@ -48,13 +48,18 @@ void List::Clear() {
 
 ComboBox::ComboBox(Form& owner, std::string name) : List(owner, Kind::kComboBox, std::move(name)) {}
 
-void ComboBox::SetText(const std::string& text) {
-    if (text.empty()) return SetIndex(-1);
-    platform::CodePage& letters = owner().program().machine.code_page;
-    const std::string wanted = letters.Fold(text);
+int ComboBox::IndexOf(const std::string& text) const {
+    platform::CodePage& code_page = owner().program().machine.code_page;
+    const std::string wanted = code_page.Fold(text);
     for (int i = 0; i < Count(); ++i)
-        if (letters.Fold(Item(i)) == wanted) return SetIndex(i);
-    RaiseError(error_number::kTextReadOnly);
+        if (code_page.Fold(Item(i)) == wanted) return i;
+    return -1;
+}
+
+void ComboBox::SetText(const std::string& text) {
+    const int index = text.empty() ? -1 : IndexOf(text);
+    if (index < 0 && !text.empty()) RaiseError(error_number::kTextReadOnly);
+    SetIndex(index);
 }
 
 ListBox::ListBox(Form& owner, std::string name) : List(owner, Kind::kListBox, std::move(name)) {}

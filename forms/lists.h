@@ -46,6 +46,8 @@ class ComboBox : public List {
     // Selects the first entry equal to `text` without regard to case ("" selects none) and raises
     // Click; the text is then the entry as listed. No such entry: error 383.
     void SetText(const std::string& text);
+    // The first entry equal to `text` without regard to case; -1 for none.
+    int IndexOf(const std::string& text) const;
 };
 
 class ListBox : public List {

@@ -25,11 +25,18 @@ void WriteWholeFile(FileSystem& files, const std::string& path, std::string_view
     file->Close();
 }
 
+namespace {
+
+void WriteFlushed(File& file, std::string_view bytes) {
+    file.Write(bytes.data(), bytes.size());
+    file.Flush();
+    file.Close();
+}
+
+}  // namespace
+
 void WriteFlushed(FileSystem& files, const std::string& path, std::string_view bytes) {
-    auto file = files.Open(path, OpenMode::kWrite);
-    file->Write(bytes.data(), bytes.size());
-    file->Flush();
-    file->Close();
+    WriteFlushed(*files.Open(path, OpenMode::kWrite), bytes);
 }
 
 void AppendToFile(FileSystem& files, const std::string& path, std::string_view bytes) {
@@ -52,17 +59,30 @@ void RemoveQuietly(FileSystem& files, const std::string& path) {
 // Writes the scratch file of `path` and has `put` give it its name; it is gone afterwards.
 template <typename Put>
 void WriteBeside(FileSystem& files, const std::string& path, std::string_view bytes, Put&& put) {
-    const std::string scratch = path + ".new";
+    const std::string scratch = UnusedPathBeside(files, path);
+    auto file = files.Open(scratch, OpenMode::kCreateNew);
     try {
-        WriteFlushed(files, scratch, bytes);
+        WriteFlushed(*file, bytes);
         put(scratch);
     } catch (const Error&) {
+        file.reset();  // an open file cannot be removed
         RemoveQuietly(files, scratch);
         throw;
     }
 }
 
 }  // namespace
+
+std::string UnusedPathBeside(FileSystem& files, const std::string& path) {
+    constexpr int kMaxTries = 1000;
+    const std::string folder = path.substr(0, path.rfind('\\') + 1);
+    for (int number = 0; number < kMaxTries; ++number) {
+        const std::string suffix = number == 0 ? "" : std::to_string(number);
+        std::string candidate = folder + "~Vantrel" + suffix + ".new";
+        if (!files.Find(candidate)) return candidate;
+    }
+    RaiseError(error_number::kFileExists);
+}
 
 void MakeWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
     WriteBeside(files, path, bytes,

@@ -22,8 +22,13 @@ void WriteFlushed(FileSystem& files, const std::string& path, std::string_view b
 // Appends `bytes` in one write, creating the file when it is missing.
 void AppendToFile(FileSystem& files, const std::string& path, std::string_view bytes);
 
+// A path in the folder of `path` where nothing stands, for a scratch file: "~Vantrel.new" or, where
+// that is taken, "~Vantrel1.new" and so on. Raises 58 when 1,000 such names are taken, and as
+// FileSystem::Find does.
+std::string UnusedPathBeside(FileSystem& files, const std::string& path);
+
 // Exchanges the whole content in one step: after a crash the file holds the old bytes or the new
-// ones. Writes a scratch file beside it ("path" + ".new"), which is gone afterwards either way.
+// ones. Writes a scratch file beside it (UnusedPathBeside), which is gone afterwards either way.
 // A read-only or locked file stays as it is and raises 70; hidden and other attributes are kept.
 void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
 

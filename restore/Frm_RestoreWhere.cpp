@@ -19,8 +19,11 @@ bool Frm_RestoreWhere::FolderExists(const std::string& folder) const {
 void Frm_RestoreWhere::Tell(const Error& error) const { ShowError(program(), error); }
 
 void Frm_RestoreWhere::TakeFolder() {
-    if (!ChosenFolderFits()) return;
-    Fld_RestoreTo_.SetCaption(program().machine.code_page.Upper(Dir_DirList.Path()));
+    auto& code_page = program().machine.code_page;
+    const std::string folder = code_page.Upper(Dir_DirList.Path());
+    const std::string problem = StorageProblem(code_page, folder);
+    if (!problem.empty()) return RefuseFolder(problem);
+    Fld_RestoreTo_.SetCaption(folder);
     program().desktop.Unload(*this);
 }
 

@@ -5,6 +5,7 @@
 #include "backup/preflight.h"
 #include "backupset/clsFiles.h"
 #include "backupset/clsString.h"
+#include "forms/folder_dialog.h"
 #include "log/show_error.h"
 
 namespace vantrel {
@@ -183,22 +184,29 @@ void BackupTab::ShowSource(clsINI& set) {
     if (!clsFiles(program).Exist(folder, false)) {
         // Unattended, the checks before the backup tell of it.
         if (!program.Unattended()) {
-            ShowError(program, Error(error_number::kPathNotFound, window_.name(),
-                                     ErrorText(error_number::kPathNotFound)));
+            const int number = error_number::kPathNotFound;
+            ShowError(program, Error(number, window_.name(), ErrorText(number) + ": " + folder));
         }
         return;
     }
-    const MovesScope showing(*this, Moves::kShowing);
+    const MovesScope showing(*this, MayWriteSource(set) ? Moves::kShowing : Moves::kSilent);
     try {
         Dri_DriveList.SetDrive(set.Backup_Parts(set.BackupFiles(), clsINI::kDrive));
         Dir_DirList.SetPath(folder);
     } catch (const Error& error) {
         return ShowError(program, error);
     }
-    if (moved_) WriteSource();
+    if (moved_ && moves_ == Moves::kShowing) WriteSource();
 }
 
-void BackupTab::ShowValues(clsINI& set) {
+// A source that was cut when it was read is shown as it was read and never written back, nor is its
+// mask written into another set.
+bool BackupTab::MayWriteSource(const clsINI& set) const {
+    return set.SourceProblem().empty() && !mask_is_cut_;
+}
+
+void BackupTab::ShowValues(const clsINI& set) {
+    mask_is_cut_ = !set.SourceProblem().empty();
     ShowOptions(Shown(), set);
     Fld_BackupWhere.SetCaption(clsString().Backslash(set.BackupToDrive()));
 }
@@ -224,10 +232,24 @@ void BackupTab::Dri_DriveList_Change() {
 }
 
 void BackupTab::Dir_DirList_Change() {
-    if (!FitsCodePage(Dir_DirList.Path())) return RefuseFolder();
+    const std::string problem = FolderProblem();
+    if (!problem.empty()) return RefuseFolder(problem);
     last_good_path_ = Dir_DirList.Path();
     moved_ = true;
     if (moves_ == Moves::kChosen && !Cmb_BackupSet.Text().empty()) WriteSource();
+}
+
+// Why the set cannot store the shown folder, as a sentence. Only a folder that somebody chose can
+// be too long: one that is merely shown is stored in the set already, or is not written.
+std::string BackupTab::FolderProblem() const {
+    auto& code_page = window_.program().machine.code_page;
+    const std::string& folder = Dir_DirList.Path();
+    return StorageProblem(code_page, moves_ == Moves::kChosen ? SourceShown() : folder);
+}
+
+std::string BackupTab::SourceShown() const {
+    const std::string& mask = Lbl_FilestoBackup.Caption();
+    return clsString().Backslash(Dir_DirList.Path()) + (mask.empty() ? "*.*" : mask);
 }
 
 void BackupTab::WriteSource() {
@@ -235,21 +257,14 @@ void BackupTab::WriteSource() {
     if (Cmb_BackupSet.Text().empty()) return;
     if (Lbl_FilestoBackup.Caption().empty()) Lbl_FilestoBackup.SetCaption("*.*");
     clsINI set(program);
-    set.BackupFiles(clsString().Backslash(Dir_DirList.Path()) + Lbl_FilestoBackup.Caption());
+    set.BackupFiles(SourceShown());
+    // The mask of the set that was shown before may be too long for this folder.
+    if (!set.SourceProblem().empty()) return;
     clsFiles(program).WriteINI("BACKUP SOURCE", "BackupFiles", set.BackupFiles(), SetPath());
 }
 
-// A set file is text in the system's code page: a folder that it cannot hold could not be stored.
-bool BackupTab::FitsCodePage(const std::string& path) {
-    return window_.program().machine.code_page.Encode(path).has_value();
-}
-
-void BackupTab::RefuseFolder() {
-    auto& globals = window_.program().globals;
-    globals.MessageText = "Unable to use the folder " + Dir_DirList.Path() + "." + globals.CrLf +
-                          "Its name holds characters that a Backup Set cannot store.";
-    window_.program().desktop.Show(
-        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+void BackupTab::RefuseFolder(const std::string& reason) {
+    forms::ShowFolderRefusal(window_.program(), Dir_DirList.Path(), reason);
     const MovesScope silent(*this, Moves::kSilent);
     try {
         Dir_DirList.SetPath(last_good_path_);

@@ -66,17 +66,20 @@ class BackupTab {
     void TellSourceMissing(clsINI& set);
     void TellDestinationMissing(clsINI& set);
     void ShowSource(clsINI& set);
-    void ShowValues(clsINI& set);
+    bool MayWriteSource(const clsINI& set) const;
+    void ShowValues(const clsINI& set);
+    std::string FolderProblem() const;
+    std::string SourceShown() const;
     void WriteSource();
-    bool FitsCodePage(const std::string& path);
-    void RefuseFolder();
+    void RefuseFolder(const std::string& reason);
     std::string SetPath() const;
     BackupControls Shown();
     bool SetSelected(const std::string& request);
 
     forms::Form& window_;
     Moves moves_ = Moves::kChosen;
-    bool moved_ = false;          // a list has moved since kShowing began
+    bool moved_ = false;        // a list has moved since kShowing began
+    bool mask_is_cut_ = false;  // the mask shown is that of a source that was cut when it was read
     std::string last_good_path_;  // the last folder of the list that a set can store
 };
 

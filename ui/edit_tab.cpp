@@ -138,30 +138,42 @@ void EditTab::Save() {
 std::string EditTab::ScratchPath() const {
     auto& letters = program_.machine.code_page;
     const bool is_edited = letters.Fold(CurrentINI) == letters.Fold(kScratchName);
-    return program_.InApplicationFolder(kScratchName) + (is_edited ? ".new" : "");
+    const std::string usual = program_.InApplicationFolder(kScratchName);
+    return is_edited ? platform::UnusedPathBeside(program_.machine.files, usual) : usual;
 }
 
 bool EditTab::Accepts(const std::string& scratch) {
     if (!WriteScratch(scratch)) return false;
     clsINI set(program_);
     set.Read_INI(scratch);
-    if (set.Validate_OnSave()) return true;
+    if (set.Validate_OnSave() && IsStorable(set)) return true;
     if (scratch != program_.InApplicationFolder(kScratchName)) {
         program_.machine.files.RemoveFile(scratch);
     }
     return false;
 }
 
-// False, and told, for a text that a set file's code page cannot hold.
+// Whether all values can be read back as they are, after the changes that a save makes to them.
+bool EditTab::IsStorable(const clsINI& set) {
+    const std::string problem = set.SaveProblem();
+    if (!problem.empty()) ShowRefusal(problem + ".");
+    return problem.empty();
+}
+
+void EditTab::ShowRefusal(const std::string& reason) {
+    auto& globals = program_.globals;
+    globals.MessageText = reason;
+    program_.desktop.Show({.text = "Unable to Save this file:" + globals.CrLf + "Reason: " + reason,
+                           .icon = forms::Icon::kExclamation,
+                           .title = "INI Validation"});
+}
+
+// False, with a message, for a text that a set file's code page cannot hold.
 bool EditTab::WriteScratch(const std::string& scratch) {
     auto& globals = program_.globals;
     const auto bytes = program_.machine.code_page.Encode(Fld_INI.Text() + globals.CrLf);
     if (!bytes) {
-        globals.MessageText = "It holds characters that a Backup Set cannot store.";
-        program_.desktop.Show(
-            {.text = "Unable to Save this file:" + globals.CrLf + "Reason: " + globals.MessageText,
-             .icon = forms::Icon::kExclamation,
-             .title = "INI Validation"});
+        ShowRefusal("It holds characters that a Backup Set cannot store.");
         return false;
     }
     auto& files = program_.machine.files;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "backupset/clsINI.h"
 #include "forms/controls.h"
 #include "forms/file_lists.h"
 #include "forms/form.h"
@@ -46,6 +47,8 @@ class EditTab {
     void Save();
     bool WriteScratch(const std::string& scratch);
     bool Accepts(const std::string& scratch);
+    bool IsStorable(const clsINI& set);
+    void ShowRefusal(const std::string& reason);
     void PutInPlace(const std::string& scratch);
     std::string ScratchPath() const;
     void Delete(const std::string& name, forms::ComboBox& sets);

@@ -25,10 +25,15 @@ std::string WithExtension(forms::Program& program, const std::string& name) {
 }
 
 // A name with a folder or a drive in it would make a set that no list ever shows; "CON.INI" would
-// be a file that no other program of the user could touch.
-bool CanBeNamed(const std::string& name) {
-    return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
-           name.find_first_of("\\/") == std::string::npos && !IsDeviceName(name);
+// be a file that no other program of the user could touch. The archive is named after the set,
+// which
+// ".INI" leaves without a name.
+bool CanBeNamed(forms::Program& program, const std::string& name) {
+    const std::string stem = name.substr(0, name.size() - kExtensionLength);
+    clsINI set(program);
+    set.BackupFileName(program.machine.code_page.Upper(stem));
+    const bool names_archive = stem.empty() || IsValidFileName(stem);
+    return names_archive && IsValidFileName(name) && set.ArchiveNameProblem().empty();
 }
 
 // Files that no list shows count, too: a hidden set is not to be written over.
@@ -65,13 +70,14 @@ void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,
             forms::ComboBox& restore_sets) {
     program.globals.MessageText.clear();
     const std::string name = WithExtension(program, typed);
-    if (!CanBeNamed(name)) RaiseError(error_number::kBadFileName);
+    if (!CanBeNamed(program, name)) RaiseError(error_number::kBadFileName);
     if (IsTaken(program, name)) {
         Refuse(program);
     } else {
         Make(program, name, tab, restore_sets);
     }
-    tab.Cmb_BackupSet.SetText(name);
+    // A hidden set is in no list, nor is one that another program made meanwhile.
+    if (tab.Cmb_BackupSet.IndexOf(name) >= 0) tab.Cmb_BackupSet.SetText(name);
 }
 
 }  // namespace

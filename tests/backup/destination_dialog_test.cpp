@@ -235,5 +235,45 @@ TEST_F(DestinationDialog, FolderThatTheCodePageCannotHoldIsRefused) {
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
 }
 
+struct LongDestination {
+    std::size_t bytes;  // of the stored path, with its backslash
+    const char* time;
+    const char* reason;  // "" where it is stored
+};
+
+class LongDestinations : public DestinationDialog,
+                         public ::testing::WithParamInterface<LongDestination> {};
+
+TEST_P(LongDestinations, AreStoredWholeOrRefused) {
+    const LongDestination& row = GetParam();
+    const std::string folder =
+        "C:\\" + std::string(120, 'A') + "\\" + std::string(row.bytes - 125, 'B');
+    machine.MakeFolders(folder);
+    Select({.time = row.time});
+    Open();
+    dialog->Dir_DirList.SetPath(folder);
+    dialog->Cmd_Ok.UserPress();
+    if (*row.reason == '\0') {
+        EXPECT_EQ(Stored().BackupToDrive(), folder + "\\");
+        EXPECT_FALSE(dialog->Loaded());
+        return;
+    }
+    ExpectBox("Unable to use the folder " + folder + ".\r\n" + row.reason,
+              forms::Icon::kExclamation, "Backup");
+    EXPECT_TRUE(dialog->Loaded());
+    EXPECT_EQ(window.Fld_BackupWhere.Caption(), "C:\\Backups\\");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.time = row.time}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Around, LongDestinations,
+    ::testing::Values(
+        LongDestination{254, "OFF", ""},
+        LongDestination{255, "OFF", "Its path is longer than a Backup Set can store."},
+        LongDestination{238, "ON", ""},
+        LongDestination{239, "ON",
+                        "With the folder of a dated backup its path is longer than a Backup Set "
+                        "can store."}));
+
 }  // namespace
 }  // namespace vantrel::test

@@ -32,6 +32,12 @@ class OptionsDialog : public DialogTest {
         EXPECT_FALSE(dialog->Chk_BackupSubDirectories.Checked());
         EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
     }
+    void ExpectRefusalKeepsTheSet(const std::string& name) {
+        dialog->Fld_BackupFileName.SetText(name);
+        dialog->Cmd_Ok.UserPress();
+        EXPECT_TRUE(dialog->Loaded());
+        EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
+    }
     std::unique_ptr<Frm_BackupOptions> dialog;
 };
 
@@ -173,6 +179,77 @@ TEST_F(OptionsDialog, CancelLeavesFileAndMainWindowUnchanged) {
     EXPECT_FALSE(dialog->Loaded());
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
     EXPECT_EQ(window.Fld_BackupOptions.Caption(), "as before");
+}
+
+class ImpossibleArchiveNames : public OptionsDialog,
+                               public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(ImpossibleArchiveNames, AreRefusedWithOneMessage) {
+    Select({});
+    Open();
+    dialog->Chk_MultiVolumeBackup.SetChecked(true);
+    ExpectRefusalKeepsWhatIsEntered(GetParam());
+    ExpectBox(std::string("Unable to Save as ") + GetParam() + " cannot be the name of a file.",
+              forms::Icon::kExclamation, "Backup");
+}
+
+INSTANTIATE_TEST_SUITE_P(OptionsDialog, ImpossibleArchiveNames,
+                         ::testing::Values("a/b", "a\\b", "x:y", "con", "nul.", "Lpt1.old", "ends.",
+                                           "blank ", "what?", "tab\there"));
+
+TEST_F(OptionsDialog, ArchiveNameThatIsTooLongWithItsExtensionIsRefused) {
+    Select({});
+    Open();
+    const std::string name(251, 'n');
+    ExpectRefusalKeepsTheSet(name);
+    ExpectBox("Unable to Save as BackupFileName with .zip is longer than 254 bytes.",
+              forms::Icon::kExclamation, "Backup");
+}
+
+TEST_F(OptionsDialog, LongestArchiveNameIsStored) {
+    Select({});
+    Open();
+    dialog->Fld_BackupFileName.SetText(std::string(250, 'n'));
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(Stored().BackupFileName(), std::string(250, 'N'));
+}
+
+TEST_F(OptionsDialog, MaskThatMakesTheSourceTooLongIsRefused) {
+    Select({});
+    Open();
+    dialog->Fld_BackupFile.SetText("*." + std::string(245, 'x'));  // 255 with C:\Data\.
+    ExpectRefusalKeepsTheSet("WEEKLY");
+    ExpectBox("Unable to Save as BackupFiles is longer than 254 bytes.", forms::Icon::kExclamation,
+              "Backup");
+    dialog->Fld_BackupFile.SetText("*." + std::string(244, 'x'));
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_EQ(Stored().BackupFiles(), "C:\\DATA\\*." + std::string(244, 'X'));
+}
+
+TEST_F(OptionsDialog, SourceThatWasCutWhenItWasReadIsNotWrittenBack) {
+    const SetValues long_source{.files = "C:\\Data\\" + std::string(300, 'D') + "\\*.*"};
+    Select(long_source);
+    Open();
+    dialog->Fld_BackupFile.SetText("*.*");
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox("Unable to Save as BackupFiles is longer than 254 bytes.", forms::Icon::kExclamation,
+              "Backup");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText(long_source));
+}
+
+TEST_F(OptionsDialog, DatedFoldersAreRefusedWhereTheirPathIsTooLong) {
+    const SetValues long_destination{.to_drive = "C:\\" + std::string(235, 'B') + "\\"};
+    Select(long_destination);
+    Open();
+    dialog->Chk_TimeBackup.SetChecked(true);
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox(
+        "Unable to Save as BackupToDrive with the name of a dated folder is longer than 254 bytes.",
+        forms::Icon::kExclamation, "Backup");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText(long_destination));
+    dialog->Chk_TimeBackup.SetChecked(false);
+    dialog->Cmd_Ok.UserPress();
+    EXPECT_FALSE(dialog->Loaded());
 }
 
 }  // namespace

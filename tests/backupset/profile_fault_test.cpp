@@ -29,6 +29,7 @@ class ProfileFault : public test::ProgramFixture {
                 EXPECT_EQ(effect, Effect::kDie);
             }
             faulty.plan.Heal();
+            if (from_then_on || effect == Effect::kDie) RemoveScratch();
             const std::string left = machine.Content(kFile);
             if (faulty.plan.Fired() == fired) {
                 EXPECT_EQ(left, kNew);
@@ -36,6 +37,12 @@ class ProfileFault : public test::ProgramFixture {
             }
             EXPECT_TRUE(left == kOld || left == kNew) << at << ": " << left;
         }
+    }
+
+    // What a process leaves that dies, or a disk that fails from then on.
+    void RemoveScratch() {
+        const std::string scratch = "C:\\Vantrel\\~Vantrel.new";
+        if (machine.Exists(scratch)) machine.files().RemoveFile(scratch);
     }
 
     test::FaultyFileSystem faulty{machine.files()};
@@ -94,6 +101,7 @@ TEST_F(ProfileFault, SeveralKeysAreAllWrittenOrNone) {
         } catch (const test::ProcessDied&) {
         }
         faulty.plan.Heal();
+        RemoveScratch();
         fired = faulty.plan.Fired() > before;
         const std::string left = machine.Content(kFile);
         EXPECT_TRUE(left == all || (fired && left == kOld)) << at << ": " << left;
@@ -105,7 +113,10 @@ TEST_F(ProfileFault, SeveralKeysAreReadFromOneOpenFile) {
     const auto values =
         clsFiles(there).ReadINI({{"S", "K", ""}, {"s", "l", ""}, {"S", "M", ""}}, kFile);
     ASSERT_TRUE(values.has_value());
-    EXPECT_EQ(*values, (std::vector<std::string>{"one", "two", ""}));
+    ASSERT_EQ(values->size(), 3u);
+    EXPECT_EQ(values->at(0).text, "one");
+    EXPECT_EQ(values->at(1).text, "two");
+    EXPECT_EQ(values->at(2).text, "");
     EXPECT_EQ(faulty.plan.Count(Call::kOpen), 1);
 }
 
@@ -128,6 +139,7 @@ TEST_F(ProfileFault, SetIsReadAsAWholeOrNotAtAll) {
         clsINI set(there);
         set.Read_INI(kFile);
         faulty.plan.Heal();
+        RemoveScratch();
         fired = faulty.plan.Fired() > before;
         EXPECT_EQ(set.WasRead(), !fired);
         EXPECT_EQ(set.BackupFileName(), fired ? "" : "WEEKLY");

@@ -1,3 +1,4 @@
+#include <optional>
 #include <utility>
 
 #include "backupset/clsINI.h"
@@ -204,11 +205,6 @@ TEST_F(BackupSetFile, ConfirmAddsMissingKeysUnderTheSectionNamesOfTheReader) {
               "[RESTORE DESTINATION]\r\nRestoreDestination=\r\n");
 }
 
-TEST_F(BackupSetFile, ConfirmCutsAValueThatTheReaderCuts) {
-    const std::string after = Confirmed("[BACKUP SOURCE]\r\nBackupFiles=" + std::string(300, 'a'));
-    EXPECT_NE(after.find("BackupFiles=" + std::string(254, 'A') + "\r\n"), std::string::npos);
-}
-
 class Validation : public test::ProgramFixture {
   protected:
     Validation() {
@@ -320,6 +316,80 @@ TEST(SetProperties, StoreAndReturnWhateverTheyAreGiven) {
         EXPECT_EQ((ini.*pairs[i].first)(), " any\r\ntext " + std::to_string(i));
     }
     EXPECT_TRUE(machine.Names("C:\\Vantrel").empty());
+}
+
+// --- values that are too long ---
+
+// A code page in which "ä" has two bytes, as in UTF-8.
+class WideCodePage : public platform::CodePage {
+  public:
+    explicit WideCodePage(platform::CodePage& other) : other_(other) {}
+    std::optional<std::string> Encode(const std::string& utf8) override { return utf8; }
+    std::string EncodeLossy(const std::string& utf8) override { return utf8; }
+    std::string Decode(const std::string& bytes) override {
+        // A character that is cut has no counterpart.
+        return bytes.ends_with('\xC3') ? bytes.substr(0, bytes.size() - 1) + "?" : bytes;
+    }
+    std::string DecodeOem(const std::string& bytes) override { return other_.DecodeOem(bytes); }
+    std::string Upper(const std::string& utf8) override { return other_.Upper(utf8); }
+    std::string Fold(const std::string& utf8) override { return other_.Fold(utf8); }
+
+  private:
+    platform::CodePage& other_;
+};
+
+TEST_F(BackupSetFile, LengthIsCountedInBytesAndACutInsideACharacterIsNeverWritten) {
+    WideCodePage wide(machine.code_page());
+    platform::Machine there = test::With({.code_page = &wide}, machine.machine());
+    forms::Program wide_program{there, desktop};
+    wide_program.globals = program.globals;
+    clsINI set(wide_program);
+    set.BackupFiles("C:\\" + std::string(250, 'a') + "\xC3\xA4");
+    EXPECT_EQ(set.SourceProblem(), "BackupFiles is longer than 254 bytes");
+    set.BackupFiles("C:\\" + std::string(249, 'a') + "\xC3\xA4");
+    EXPECT_EQ(set.SourceProblem(), "");
+
+    const std::string text = SetText({.files = "C:\\" + std::string(250, 'a') + "\xC3\xA4\\*.*"});
+    machine.PutFile(kFile, text);
+    set.Read_INI(kFile);
+    EXPECT_EQ(set.BackupFiles(), "C:\\" + std::string(250, 'a') + "?");
+    EXPECT_EQ(set.BackupProblem(), "BackupFiles is longer than 254 bytes");
+    set.ConfirmBackslash(kFile);
+    EXPECT_EQ(machine.Content(kFile), text);
+}
+
+TEST_F(BackupSetFile, ConfirmationLeavesAFileWithAValueThatIsTooLongAsItIs) {
+    const std::vector<std::string> keys = {
+        "BackupFiles",       "BackupSubDirectories", "BackupFileName",
+        "MultiVolumeBackup", "BackupToDrive",        "TimeBackup",
+        "RestoreFromDrive",  "RestoreFileName",      "RestoreDestination"};
+    for (const std::string& key : keys) {
+        for (const std::size_t bytes : {255u, 300u, 5000u}) {
+            std::string text = SetText({});
+            text.insert(text.find(key + "=") + key.size() + 1, std::string(bytes, 'x'));
+            EXPECT_EQ(Confirmed(text), text) << key << " of " << bytes;
+        }
+    }
+}
+
+TEST_F(BackupSetFile, CutValueThatIsSetAnewIsNotTooLongAnyMore) {
+    machine.PutFile(kFile, SetText({.files = "C:\\" + std::string(300, 'a') + "\\*.*"}));
+    clsINI set(program);
+    set.Read_INI(kFile);
+    EXPECT_EQ(set.SourceProblem(), "BackupFiles is longer than 254 bytes");
+    set.BackupFiles("C:\\DATA\\*.*");
+    EXPECT_EQ(set.SourceProblem(), "");
+}
+
+TEST_F(BackupSetFile, CutRestoreSourceIsNamed) {
+    for (const std::string key : {"RestoreFromDrive", "RestoreFileName"}) {
+        std::string text = SetText({});
+        text.insert(text.find(key + "=") + key.size() + 1, "C:\\" + std::string(300, 'a'));
+        machine.PutFile(kFile, text);
+        clsINI set(program);
+        set.Read_INI(kFile);
+        EXPECT_EQ(set.RestoreSourceProblem(), key + " is longer than 254 bytes");
+    }
 }
 
 }  // namespace

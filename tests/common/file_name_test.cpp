@@ -39,5 +39,18 @@ TEST(FileName, WhatOnlyLooksLikeADeviceIsNone) {
     }
 }
 
+TEST(FileName, IsValidWhereEveryProgramCanReachTheFile) {
+    for (const char* name : {"a", "WEEKLY", "a b.c", ".INI", "Conrad", "COM10", "\xC3\xA4"}) {
+        EXPECT_TRUE(IsValidFileName(name)) << name;
+    }
+    EXPECT_TRUE(IsValidFileName(std::string(255, 'n')));
+    for (const char* name : {"", ".", "..", "a.", "a ", "a/b", "a\\b", "x:y", "what?", "con",
+                             "nul.", "nul.txt", "tab\t"}) {
+        EXPECT_FALSE(IsValidFileName(name)) << name;
+    }
+    EXPECT_FALSE(IsValidFileName(std::string(256, 'n')));
+    EXPECT_FALSE(IsValidFileName(std::string("a\0b", 3)));
+}
+
 }  // namespace
 }  // namespace vantrel::test

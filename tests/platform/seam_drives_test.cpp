@@ -60,7 +60,7 @@ TEST_F(SeamDrives, LabelIsTheVolumes) {
 class SeamFullDisk : public Seam {
   protected:
     ~SeamFullDisk() override {
-        for (const std::string& name : {Filler(), In2("small"), In2("small.new")}) {
+        for (const std::string& name : {Filler(), In2("small"), In2("~Vantrel.new")}) {
             if (Exists(name)) files().RemoveFile(name);
         }
     }
@@ -96,7 +96,7 @@ TEST_F(SeamFullDisk, ReplacingAWholeFileFailsAndLeavesTheOldOne) {
               }),
               kDiskFull);
     EXPECT_EQ(Content(In2("small")), "old");
-    EXPECT_FALSE(Exists(In2("small.new")));
+    EXPECT_FALSE(Exists(In2("~Vantrel.new")));
 }
 
 TEST_F(SeamFullDisk, RoomComesBackWhenAFileGoes) {

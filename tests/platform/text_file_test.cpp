@@ -66,11 +66,17 @@ class TextFile : public ::testing::Test {
             const bool struck = faulty.plan.Fired() > fired;
             faulty.plan.Heal();
             check();
+            RemoveScratch();
             if (!struck) break;
             ASSERT_LT(runs, 100);
         }
         EXPECT_GE(runs, 5) << "opening, writing, flushing, closing and replacing at least";
         EXPECT_EQ(machine.Content(path), new_bytes);
+    }
+    // What a process leaves that dies before it has put its scratch file in place.
+    void RemoveScratch() {
+        const std::string scratch = "C:\\Vantrel\\~Vantrel.new";
+        if (machine.Exists(scratch)) machine.files().RemoveFile(scratch);
     }
     void ExpectOldOrNew() {
         const std::string now = machine.Content(path);
@@ -195,12 +201,25 @@ TEST_F(TextFile, MakeOverAFileIs58AndLeavesIt) {
     EXPECT_THAT(machine.Names("C:\\Vantrel"), ElementsAre("Daily.ini"));
 }
 
-TEST_F(TextFile, ScratchLeftByADeadProcessDoesNotHinderTheNext) {
+TEST_F(TextFile, ScratchFileTakesANameThatNoFileHas) {
     machine.PutFile(path, old_bytes);
-    machine.PutFile(path + ".new", "half of someth");
+    machine.PutFile(path + ".new", "mine");
+    machine.PutFile("C:\\Vantrel\\~Vantrel.new", "mine, too");
+    machine.MakeFolders("C:\\Vantrel\\~Vantrel1.new");
+    EXPECT_EQ(platform::UnusedPathBeside(machine.files(), path), "C:\\Vantrel\\~Vantrel2.new");
     EXPECT_EQ(ReplaceError(), 0);
     EXPECT_EQ(machine.Content(path), new_bytes);
-    EXPECT_FALSE(machine.Exists(path + ".new"));
+    EXPECT_EQ(machine.Content(path + ".new"), "mine");
+    EXPECT_EQ(machine.Content("C:\\Vantrel\\~Vantrel.new"), "mine, too");
+    EXPECT_THAT(machine.Names("C:\\Vantrel"),
+                ElementsAre("Daily.ini", "Daily.ini.new", "~Vantrel.new", "~Vantrel1.new\\"));
+}
+
+TEST_F(TextFile, LongestNameOfAFileLeavesSpaceForItsScratchFile) {
+    const std::string longest = "C:\\Vantrel\\" + std::string(251, 'n') + ".INI";
+    machine.PutFile(longest, old_bytes);
+    platform::ReplaceWholeFile(machine.files(), longest, new_bytes);
+    EXPECT_EQ(machine.Content(longest), new_bytes);
 }
 
 }  // namespace

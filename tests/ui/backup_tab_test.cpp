@@ -121,7 +121,7 @@ TEST_F(BackupTabTest, MissingFolderOnAnAvailableDriveMovesNeitherListAndWritesNo
     EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
     ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
+    EXPECT_EQ(desktop.boxes[0].text, "Path not found: D:\\Gone\\");
     EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
     EXPECT_EQ(desktop.boxes[0].title, "Error");
     EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "*.DOC");

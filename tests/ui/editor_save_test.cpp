@@ -363,5 +363,26 @@ TEST_F(EditorSaveFaults, SetIsOldOrNewAfterAnyFailingCall) {
     }
 }
 
+TEST_F(EditorSave, GivenValidationComesBeforeTheLengthOfValues) {
+    Open();
+    PickAndType("DAILY.INI", SetText({.files = "C:\\" + std::string(300, 'X'), .time = "MAYBE"}));
+    Tab().Cmd_Save.UserPress();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_NE(desktop.boxes[0].text.find("TimeBackup does not indicate"), std::string::npos);
+}
+
+TEST_F(EditorSave, UsersOwnFilesWithNamesOfScratchFilesStay) {
+    PutSet("Temp.INI", {});
+    machine.PutFile(PathOf("Temp.INI.new"), "mine");
+    machine.PutFile(PathOf("~Vantrel.new"), "mine, too");
+    Open();
+    PickAndType("Temp.INI", TextWithName("OTHER"));
+    Tab().Cmd_Save.UserPress();
+    EXPECT_TRUE(Tab().SaveAccepted);
+    EXPECT_EQ(machine.Content(PathOf("Temp.INI.new")), "mine");
+    EXPECT_EQ(machine.Content(PathOf("~Vantrel.new")), "mine, too");
+    EXPECT_FALSE(machine.Exists(PathOf("~Vantrel1.new")));
+}
+
 }  // namespace
 }  // namespace vantrel::test
