@@ -420,6 +420,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/fault_test.py
     tests/end_to_end/guide_test.py
     tests/end_to_end/kill_test.py
+    tests/end_to_end/long_values_test.py
     tests/end_to_end/mail_test.py
     tests/end_to_end/main_window_test.py
     tests/end_to_end/meanwhile_test.py

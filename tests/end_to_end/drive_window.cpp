@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <map>
@@ -130,8 +131,8 @@ HWND Box() {
 
 constexpr int kBoxText = 0xFFFF;
 
-// Title, text, default button, style bits of the text's alignment, whether it has an icon, then
-// number and caption of each button.
+// Title, text, default button, style bits of the text's alignment, whether it has an icon, the
+// window's handle, then number and caption of each button.
 Words DescribeBox(HWND box) {
     const HWND text = GetDlgItem(box, kBoxText);
     const bool right = text && (GetWindowLongPtrW(box, GWL_EXSTYLE) & WS_EX_RIGHT ||
@@ -142,7 +143,8 @@ Words DescribeBox(HWND box) {
                Send(each, STM_GETICON) != 0;  // a box without one has an empty place for it
     });
     Words words = {Utf8(TextOf(box)), text ? Utf8(TextOf(text)) : "", "0", right ? "right" : "left",
-                   icons.empty() ? "plain" : "icon"};
+                   icons.empty() ? "plain" : "icon",
+                   std::to_string(reinterpret_cast<std::uintptr_t>(box))};
     for (const HWND button : WindowsWhere(
              box, [](HWND each) { return ClassOf(each) == L"Button" && IsWindowVisible(each); })) {
         if ((GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON)

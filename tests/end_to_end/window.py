@@ -36,6 +36,7 @@ class Box(NamedTuple):
     right_aligned: bool
     has_icon: bool
     buttons: dict  # caption without "&" -> number
+    handle: str  # two boxes that say the same differ in it
 
 
 class DriverError(AssertionError):
@@ -238,11 +239,12 @@ class Attended:
             words = self._ask("box")
         if not words:
             return None
-        title, text, default, alignment, icon = words[:5]
+        title, text, default, alignment, icon, handle = words[:6]
         numbers = {caption.replace("&", ""): int(number)
-                   for number, caption in zip(words[5::2], words[6::2])}
+                   for number, caption in zip(words[6::2], words[7::2])}
         default_caption = next((c for c, n in numbers.items() if n == int(default)), "")
-        return Box(title, text, default_caption, alignment == "right", icon == "icon", numbers)
+        return Box(title, text, default_caption, alignment == "right", icon == "icon", numbers,
+                   handle)
 
     def wait_for_box(self, text=""):
         """The box that comes and has `text` in it."""
