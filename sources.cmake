@@ -343,6 +343,7 @@ set(SYSTEM_TESTS
     tests/system/web_and_gradient_test.cpp)
 set(PROTECT_TESTS
     tests/protect/clsCfg_test.cpp
+    tests/protect/damaged_list_test.cpp
     tests/protect/folder_tree_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
@@ -351,6 +352,7 @@ set(BACKUP_TESTS
     tests/backup/preflight_test.cpp
     tests/backup/run_order_test.cpp)
 set(RESTORE_TESTS
+    tests/restore/damaged_list_test.cpp
     tests/restore/destination_test.cpp
     tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp
