@@ -135,6 +135,7 @@ set(RESTORE_SOURCES
     restore/archive_contents.cpp
     restore/protected_pass.cpp
     restore/restore_actions.cpp
+    restore/restore_records.cpp
     restore/texts.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
@@ -361,6 +362,7 @@ set(RESTORE_TESTS
     tests/restore/restore_meanwhile_test.cpp
     tests/restore/restore_run_test.cpp
     tests/restore/restore_window_test.cpp
+    tests/restore/unlisted_archive_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(UI_TESTS
