@@ -355,6 +355,7 @@ set(BACKUP_TESTS
 set(RESTORE_TESTS
     tests/restore/damaged_list_test.cpp
     tests/restore/destination_test.cpp
+    tests/restore/partly_listed_test.cpp
     tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp

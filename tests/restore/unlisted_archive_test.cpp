@@ -1,14 +1,9 @@
 // Restore Now for an archive that cannot be listed. The protected-folder pass goes by the entries,
 // so they are asked for before it.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <functional>
 
-#include <deque>
-#include <utility>
-
-#include "tests/restore/restore_tab_fixture.h"
+#include "tests/restore/unlisted_archive_fixture.h"
 #include "tests/support/faulty_file_system.h"
-#include "tests/zip/zip_builder.h"
 
 namespace vantrel::test {
 namespace {
@@ -16,51 +11,11 @@ namespace {
 using forms::Answer;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
 
 constexpr const char* kMissing =
     "The archive cannot be read: C:\\Backups\\WEEKLY.zip (File not found).";
-
-class UnlistedArchive : public RestoreTabTest {
-  protected:
-    UnlistedArchive() {
-        Archive();
-        whole_ = machine.Content(kArchive);
-        machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
-        tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
-        Protect("C:\\RESTORE\\SUB");
-    }
-    void Protect(const std::string& folder) {
-        platform::AppendToFile(machine.files(), clsCfg(program).ListPath(), folder + "\r\n");
-    }
-    void ProtectNothing() { clsCfg(program).Create_CFG(clsCfg(program).ListPath()); }
-    void TakeArchiveAway() { machine.files().RemoveFile(kArchive); }
-    // When the n-th box is shown.
-    void PutArchiveBackAt(std::size_t n) {
-        desktop.on_box = [this, n](const forms::Box&) {
-            if (desktop.boxes.size() == n) machine.PutFile(kArchive, whole_);
-        };
-    }
-    // To each question more than expected, the answer is Cancel: Retry might be for ever.
-    void AnswerWith(std::deque<Answer> answers) {
-        desktop.answers = std::move(answers);
-        desktop.answers.insert(desktop.answers.end(), 5, Answer::kCancel);
-    }
-    void ExpectNothingRestored() {
-        EXPECT_THAT(desktop.happened, Not(Contains("load Frm_Restore")));
-        EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "newer work");
-        EXPECT_THAT(machine.Names("C:\\RESTORE"), ElementsAre("Sub\\"));
-        EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
-    }
-    void ExpectRestored() {
-        EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
-        EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
-    }
-
-    std::string whole_;
-};
 
 TEST_F(UnlistedArchive, CancelRestoresNothingAndIsLoggedAsACancelledRun) {
     Browse(kArchive);
@@ -267,61 +222,6 @@ TEST_F(UnlistedArchiveQuestion, ForAnArchiveThatCannotBeRead) {
         machine.PutFile(kArchive, whole_ + "\n");
         faulty.plan.Inject({.kind = Call::kRead, .from_then_on = true, .path_part = "WEEKLY.zip"});
     });
-}
-
-// The first bytes are those of the first of several disks.
-class UnlistedDisks : public UnlistedArchive {
-  protected:
-    void BrowseDisks() {
-        machine.PutFile("C:\\Backups\\SET.zip", "PK\7\x8PK\3\4 and so on");
-        AnswerWith({Answer::kCancel});
-        Browse("C:\\Backups\\SET.zip");
-        desktop.boxes.clear();
-    }
-    void ExpectOneQuestion() {
-        BrowseDisks();
-        AnswerWith({Answer::kCancel});
-        tab.actions.Cmd_Restore_Click();
-        ASSERT_THAT(desktop.boxes, SizeIs(1));
-        EXPECT_THAT(desktop.boxes[0].text, ::testing::StartsWith("Please insert the last disk"));
-        ExpectNothingRestored();
-        EXPECT_THAT(LogRecords(),
-                    ElementsAre("Starting Restore from ZIP File - C:\\Backups\\SET.zip",
-                                "Finished Restore from ZIP File - C:\\Backups\\SET.zip",
-                                "Cancelled by User"));
-    }
-};
-
-TEST_F(UnlistedDisks, RefusedDiskIsTheLastQuestion) { ExpectOneQuestion(); }
-
-TEST_F(UnlistedDisks, RefusedDiskIsTheLastQuestionWithoutProtectedFoldersToo) {
-    ProtectNothing();
-    ExpectOneQuestion();
-}
-
-// A directory that is damaged in its middle: what follows is neither listed nor restored.
-class PartlyListedArchive : public UnlistedArchive {
-  protected:
-    PartlyListedArchive() {
-        BuiltArchive archive;
-        archive.entries = {{.name = "Sub/b.txt", .content = "beta"},
-                           {.name = "Later/c.txt", .content = "gamma"}};
-        std::string bytes = archive.Bytes();
-        const std::size_t second = bytes.rfind("PK\1\2");
-        bytes[second] = '?';
-        machine.PutFile(kArchive, bytes);
-        machine.PutFile("C:\\RESTORE\\Later\\c.txt", "newer, too");
-        Protect("C:\\RESTORE\\LATER");
-    }
-};
-
-TEST_F(PartlyListedArchive, IsRestoredAsFarAsItIsListed) {
-    Browse(kArchive);
-    EXPECT_THAT(Listed(), ElementsAre("Sub/b.txt"));
-    Restore();
-    EXPECT_THAT(desktop.boxes, IsEmpty());
-    ExpectRestored();
-    EXPECT_EQ(machine.Content("C:\\RESTORE\\Later\\c.txt"), "newer, too");
 }
 
 }  // namespace
