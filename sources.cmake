@@ -136,6 +136,7 @@ set(RESTORE_SOURCES
     restore/archive_contents.cpp
     restore/protected_pass.cpp
     restore/restore_actions.cpp
+    restore/restore_records.cpp
     restore/texts.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
@@ -345,6 +346,7 @@ set(SYSTEM_TESTS
     tests/system/web_and_gradient_test.cpp)
 set(PROTECT_TESTS
     tests/protect/clsCfg_test.cpp
+    tests/protect/damaged_list_test.cpp
     tests/protect/folder_tree_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
@@ -353,7 +355,9 @@ set(BACKUP_TESTS
     tests/backup/preflight_test.cpp
     tests/backup/run_order_test.cpp)
 set(RESTORE_TESTS
+    tests/restore/damaged_list_test.cpp
     tests/restore/destination_test.cpp
+    tests/restore/partly_listed_test.cpp
     tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
@@ -361,6 +365,7 @@ set(RESTORE_TESTS
     tests/restore/restore_meanwhile_test.cpp
     tests/restore/restore_run_test.cpp
     tests/restore/restore_window_test.cpp
+    tests/restore/unlisted_archive_test.cpp
     tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(UI_TESTS

@@ -62,6 +62,8 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
 }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
+    // The component asks before the event that hands the cancel over.
+    if (!Cmd_Cancel.Enabled()) return false;
     if (AskedToRetry(program().desktop, text, question_title_)) return true;
     Cmd_Cancel.SetEnabled(false);
     return false;

@@ -1,10 +1,9 @@
 #include "protect/clsCfg.h"
 
-#include <algorithm>
-
 #include "backupset/clsFiles.h"
 #include "backupset/file_header.h"
 #include "common/error.h"
+#include "common/product.h"
 #include "platform/text_file.h"
 
 namespace vantrel {
@@ -56,10 +55,18 @@ bool clsCfg::CreateMissing() {
     });
 }
 
+// Fewer lines than the header has are a damaged list, not an empty one: a restore that took it for
+// empty would overwrite every protected folder.
+std::string clsCfg::ReadList() {
+    std::string list = platform::ReadWholeFile(program_.machine.files, ListPath());
+    if (platform::SplitLines(list).size() >= kHeaderLines) return list;
+    throw Error(error_number::kPastEnd, product::kName,
+                ErrorText(error_number::kPastEnd) + ": " + ListPath());
+}
+
 std::vector<std::string> clsCfg::Lines() {
-    auto lines = platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
-    lines.erase(lines.begin(),
-                lines.begin() + static_cast<std::ptrdiff_t>(std::min(kHeaderLines, lines.size())));
+    auto lines = platform::SplitLines(ReadList());
+    lines.erase(lines.begin(), lines.begin() + kHeaderLines);
     for (std::string& line : lines) {
         line = WithoutBackslash(program_.machine.code_page.Decode(line));
     }
@@ -68,7 +75,7 @@ std::vector<std::string> clsCfg::Lines() {
 
 // The last "\" goes after the test for an empty line: a line of one "\" is an empty entry.
 std::vector<std::string> clsCfg::ReturnProtected() {
-    auto lines = platform::SplitLines(platform::ReadWholeFile(program_.machine.files, ListPath()));
+    const auto lines = platform::SplitLines(ReadList());
     std::vector<std::string> entries;
     for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
         if (lines[i].empty()) continue;
@@ -89,10 +96,10 @@ bool clsCfg::IsProtected(const std::string& path) { return UpperEntries().contai
 // is written, but it takes the list's place in one step: there is no moment without a list.
 void clsCfg::Protected_Delete(forms::Tree& tree) {
     auto& files = program_.machine.files;
+    const auto lines = platform::SplitLines(ReadList());
     const std::string scratch = program_.InApplicationFolder("Vantrel.Cft");
     if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
 
-    const auto lines = platform::SplitLines(platform::ReadWholeFile(files, ListPath()));
     const std::string dropped = Upper(tree.At(tree.Selected()).tag);
     std::string text;
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -112,7 +119,7 @@ void clsCfg::Protected_Add(forms::Tree& tree) {
     if (!entry) RaiseError(error_number::kBadFileName);
     // In one step: an entry that was cut off would protect nothing, and take the next one with it.
     auto& files = program_.machine.files;
-    std::string list = platform::ReadWholeFile(files, ListPath());
+    std::string list = ReadList();
     if (!EndsItsLastLine(list)) list += kLineEnd;
     platform::ReplaceWholeFile(files, ListPath(), list + *entry + kLineEnd);
     tree.SetImages(tree.Selected(), kProtectedFolder, kProtectedFolder);

@@ -1,6 +1,7 @@
 // The protected-folder list: folders that a restore must never overwrite, one a line below a fixed
 // header of seven lines, in upper case. Keeps no state; each operation opens the file and closes
-// it.
+// it. Operations that read the list raise 53 when the file is missing, and 62 with its path when it
+// has fewer lines than the header; the damaged list stays as it is.
 #pragma once
 
 #include <string>
@@ -25,20 +26,18 @@ class clsCfg {
     void Create_CFG(const std::string& path);
     // Creates the empty list unless there is one after all, which stays as it is; whether it did.
     bool CreateMissing();
-    // All entries in the file's order, without a "\" at their end; empty when there is none. Raises
-    // 53 when the file is missing.
+    // All entries in the file's order, without a "\" at their end; empty when there is none.
     std::vector<std::string> ReturnProtected();
     // Whether an entry equals `path` without regard to case. `path` is not trimmed: with a "\" at
-    // its end it never matches. Raises 53 when the file is missing.
+    // its end it never matches.
     bool IsProtected(const std::string& path);
     // All that IsProtected compares a path's upper-case form with, for a caller with many paths.
-    // Raises as it does.
     std::unordered_set<std::string> UpperEntries();
     // Drops every entry equal to the Tag of the tree's selected node, and gives the node its
     // ordinary pictures. A root ("C:\") is never dropped: entries lose their last "\", the Tag not.
     void Protected_Delete(forms::Tree& tree);
     // Adds the Tag of the tree's selected node as the last entry, and gives the node the protected
-    // picture. Raises 53 when the file is missing.
+    // picture.
     void Protected_Add(forms::Tree& tree);
 
     // The file's name in the application folder.
@@ -46,6 +45,8 @@ class clsCfg {
 
   private:
     static std::string EmptyList();
+    // The bytes of the list, whose header is complete.
+    std::string ReadList();
     // The lines below the header, each without a "\" at its end.
     std::vector<std::string> Lines();
     std::string Upper(const std::string& text) const;

@@ -14,7 +14,7 @@ namespace vantrel {
 // fills with the share of them that is reached, and is emptied at the end; otherwise they become
 // children of the node whose index `parent` is written as. All at once: nothing is left to be read
 // when a node is opened. Every error goes through the shared error reporter; a missing
-// protected-folder list is one as soon as there is a folder.
+// or damaged protected-folder list is one as soon as there is a folder.
 void Create_DirectoryStructure(forms::Tree& tree, forms::Panel& progress, const std::string& path,
                                const std::string& parent);
 

@@ -4,7 +4,6 @@
 
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
-#include "log/clsLog.h"
 
 namespace vantrel {
 
@@ -14,6 +13,7 @@ Frm_Restore::Frm_Restore(forms::Program& program, const RestoreControls& main_wi
       Lbl_RestorePath(path_label_),
       PKUNZIP(*component),
       main_(main_window),
+      records_(program, main_window),
       component_(std::move(component)) {
     SetCaption("Restoring Files...");
     PKUNZIP.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
@@ -28,11 +28,6 @@ std::string Frm_Restore::SetPath() const {
     return program().InApplicationFolder(main_.Cmb_RestoreFile.Text());
 }
 
-std::string Frm_Restore::SourceInWords() const {
-    const std::string set = main_.Cmb_RestoreFile.Text();
-    return set.empty() ? "ZIP File - " + main_.Fld_RestoreFile.Caption() : set;
-}
-
 std::string Frm_Restore::ArchivePath() {
     if (main_.Cmb_RestoreFile.Text().empty()) return main_.Fld_RestoreFile.Caption();
     clsINI set(program());
@@ -41,18 +36,17 @@ std::string Frm_Restore::ArchivePath() {
 }
 
 void Frm_Restore::Form_Activate() {
-    LogRecord("Starting Restore from " + SourceInWords());
+    records_.WriteStarted();
     cancelled_ = false;
     RunComponent();
     messages_.Summarise(PKUNZIP.FailedEntries(), "files not restored");
     if (cancelled_) {
-        LogRecord("Finished Restore from " + SourceInWords());
-        LogRecord("Cancelled by User");
+        records_.WriteCancelled();
     } else {
         Cmd_Cancel.SetVisible(false);
         Cmd_Ok.SetVisible(true);
         RememberDestination();
-        LogRecord("Finished Restore from " + SourceInWords());
+        records_.WriteFinished();
     }
     ShowOutcome(cancelled_ ? "Restore Cancelled by User" : "Restore Complete");
     Lst_Details.Refresh();

@@ -7,6 +7,7 @@
 #include "forms/controls.h"
 #include "progress/progress_window.h"
 #include "restore/restore_controls.h"
+#include "restore/restore_records.h"
 #include "zip/pkunzip.h"
 
 namespace vantrel {
@@ -29,12 +30,11 @@ class Frm_Restore : public ProgressWindow {
   private:
     void RunComponent();
     void RememberDestination();
-    // "ZIP File - C:\x.zip" for a browsed archive, the set's name for a chosen set.
-    std::string SourceInWords() const;
     std::string ArchivePath();
     std::string SetPath() const;
 
     RestoreControls main_;
+    RestoreRecords records_;
     std::unique_ptr<zip::PKUNZIP> component_;
 };
 

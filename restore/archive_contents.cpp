@@ -3,22 +3,27 @@
 #include "backupset/clsFiles.h"
 #include "common/error.h"
 #include "progress/retry_box.h"
+#include "zip/base/run_channel.h"
 
 namespace vantrel {
 
 namespace {
 
-// Asks for the disks that the list of an archive on several stands on.
+// Asks for the disks that hold the directory of an archive on several disks; not again after a
+// cancel.
 class DiskQuestions : public zip::Questions {
   public:
     explicit DiskQuestions(forms::Program& program) : desktop_(program.desktop) {}
 
     bool AskRetry(const std::string& text) override {
+        if (cancelled) return false;
         desktop_.SetPointer(forms::Pointer::kDefault);
-        const bool again = AskedToRetry(desktop_, text, "Restore");
+        cancelled = !AskedToRetry(desktop_, text, "Restore");
         desktop_.SetPointer(forms::Pointer::kHourglass);
-        return again;
+        return !cancelled;
     }
+
+    bool cancelled = false;
 
   private:
     forms::Desktop& desktop_;
@@ -30,8 +35,10 @@ class Listening {
   public:
     Listening(zip::PKUNZIP& component, zip::Questions& questions) : component_(component) {
         component_.questions = &questions;
-        // It tells of what is wrong with the list, and of nothing else.
-        component_.Message = [this](const zip::ComponentMessage&) { complete = false; };
+        // The only message of a count is about a directory that is not complete.
+        component_.Message = [this](const zip::ComponentMessage& message) {
+            trouble = message.text;
+        };
     }
     ~Listening() {
         component_.Message = nullptr;
@@ -40,23 +47,44 @@ class Listening {
     Listening(const Listening&) = delete;
     Listening& operator=(const Listening&) = delete;
 
-    bool complete = true;
+    std::string trouble;
 
   private:
     zip::PKUNZIP& component_;
 };
 
-// Has the component read the archive's directory; whether all of it could be read.
-bool CountEntries(forms::Program& program, zip::PKUNZIP& component) {
+// As an extraction words its question. The component words errors of a count so already, but gives
+// the bare reason for a damaged directory.
+std::string Unreadable(const std::string& path, const std::string& reason) {
+    const std::string what = "The archive cannot be read";
+    if (reason.starts_with(what)) return reason;
+    return zip::Sentence(what, path, Error(error_number::kDeviceIo, "", reason));
+}
+
+// For a path that fails the existence test.
+std::string WhyNotOpened(forms::Program& program, const std::string& path) {
+    try {
+        program.machine.files.Open(path, platform::OpenMode::kRead);
+        return Unreadable(path, ErrorText(error_number::kFileNotFound));
+    } catch (const Error& error) {
+        return Unreadable(path, error.description());
+    }
+}
+
+// Has the component read the archive's directory.
+ListingOutcome CountEntries(forms::Program& program, zip::PKUNZIP& component,
+                            const std::string& path) {
     DiskQuestions questions(program);
     Listening listening(component, questions);
     component.Set(zip::unzip_id::kAction, zip::unzip_id::kActionCount);
-    return listening.complete;
+    if (listening.trouble.empty()) return {.complete = true};
+    return {.cancelled = questions.cancelled, .trouble = Unreadable(path, listening.trouble)};
 }
 
 // The component counts the archive itself as entry 0: index 0 is never listed, and the number shown
 // is one less than the count.
-bool FillTree(forms::Program& program, const RestoreControls& controls, const std::string& path) {
+ListingOutcome FillTree(forms::Program& program, const RestoreControls& controls,
+                        const std::string& path) {
     namespace id = zip::unzip_id;
     auto& desktop = program.desktop;
     desktop.DoEvents();
@@ -67,11 +95,11 @@ bool FillTree(forms::Program& program, const RestoreControls& controls, const st
     controls.Fld_Total.SetCaption("0");
     if (!clsFiles(program).Exist(path, true)) {
         desktop.SetPointer(forms::Pointer::kDefault);
-        return false;
+        return {.trouble = WhyNotOpened(program, path)};
     }
     zip::PKUNZIP& component = controls.PKUNZIP;
     component.Set(id::kArchive, path);
-    const bool complete = CountEntries(program, component);
+    ListingOutcome listing = CountEntries(program, component, path);
     const std::int32_t count = std::get<std::int32_t>(component.Get(id::kEntryCount));
     controls.Fld_Total.SetCaption(std::to_string(count - 1));
     component.Set(6, true);
@@ -84,7 +112,7 @@ bool FillTree(forms::Program& program, const RestoreControls& controls, const st
     controls.SSP_TotalFiles.SetFloodPercent(0);
     controls.TV_Restore.SetVisible(true);
     desktop.SetPointer(forms::Pointer::kDefault);
-    return complete;
+    return listing;
 }
 
 }  // namespace
@@ -99,8 +127,8 @@ ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
     }
 }
 
-bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
-                     const std::string& path) {
+ListingOutcome ShowZipContents(forms::Program& program, const RestoreControls& controls,
+                               const std::string& path) {
     return Reported("clsFiles:ShowZipContents Method",
                     [&] { return FillTree(program, controls, path); });
 }

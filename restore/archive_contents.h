@@ -21,11 +21,18 @@ struct ListedArchive {
 // which is one to the existence test, too. Never raises.
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path);
 
+struct ListingOutcome {
+    bool complete = false;   // every entry of the archive is listed
+    bool cancelled = false;  // the user refused to insert a disk that holds a part of the directory
+    // Why it is not complete, in the words of the component's question during an extraction.
+    std::string trouble{};
+};
+
 // Fills the tree with one node an entry and the total with their number; the fill of the panel
 // shows how far it has come. A path that is no file leaves the tree hidden and empty and the total
-// at "0". Whether every entry of the archive is listed: false when it is not there, or its list
-// cannot be read to the end. Errors: "clsFiles:ShowZipContents Method".
-bool ShowZipContents(forms::Program& program, const RestoreControls& controls,
-                     const std::string& path);
+// at "0"; a directory that cannot be read to its end lists the entries before that point. Errors:
+// "clsFiles:ShowZipContents Method".
+ListingOutcome ShowZipContents(forms::Program& program, const RestoreControls& controls,
+                               const std::string& path);
 
 }  // namespace vantrel

@@ -6,11 +6,14 @@
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
 #include "common/error.h"
+#include "forms/hourglass.h"
 #include "log/show_error.h"
+#include "progress/retry_box.h"
 #include "protect/clsCfg.h"
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
 #include "restore/protected_pass.h"
+#include "restore/restore_records.h"
 #include "restore/texts.h"
 
 namespace vantrel {
@@ -41,7 +44,7 @@ void RestoreActions::Tell(const std::string& text) {
 void RestoreActions::List(const std::string& archive) {
     // As it was before: what changes while it is listed is another archive.
     const ListedArchive looked_at = LookAtArchive(program_, archive);
-    listed_completely_ = ShowZipContents(program_, controls_, archive);
+    listing_ = ShowZipContents(program_, controls_, archive);
     listed_ = looked_at;
 }
 
@@ -90,6 +93,7 @@ void RestoreActions::TakeSet() {
 void RestoreActions::SelectNothing() {
     controls_.Cmb_RestoreFile.SetIndex(-1);
     controls_.TV_Restore.Clear();
+    controls_.Fld_Total.SetCaption("0");
     controls_.Fld_RestoreFile.SetCaption("");
 }
 
@@ -135,10 +139,11 @@ bool RestoreActions::Refused() {
     return true;
 }
 
-// Whether folders are protected and nothing is known of where the archive's files go: it could not
-// be read now, and a moment later perhaps it can.
+// Whether folders are protected and no entry is known: the archive cannot be read now, but perhaps
+// when the extraction opens it. A directory that is damaged after some entries is no such case: the
+// extraction restores no others than those that are listed.
 bool RestoreActions::PassIsBlind() {
-    return !listed_completely_ && controls_.TV_Restore.Count() == 0 &&
+    return !listing_.complete && controls_.TV_Restore.Count() == 0 &&
            !clsCfg(program_).ReturnProtected().empty();
 }
 
@@ -146,17 +151,32 @@ bool RestoreActions::WindowIsLoaded() const { return controls_.TV_Restore.owner(
 
 // The pass goes by the entries that are listed: a listing of another archive would let a protected
 // folder be overwritten. Events that wait run while it lists, and may choose something else; what
-// is then chosen has to be listed. False when there is nothing to restore any more.
+// is then chosen has to be listed. A pass that would know no entries is a question first. False
+// when there is nothing to restore any more, or the user has cancelled, which is logged.
 bool RestoreActions::ListWhatIsRestored() {
+    const forms::Hourglass waiting(program_.desktop);
     const bool window_was_there = WindowIsLoaded();
     for (;;) {
         const std::string archive = ArchiveToRestore();
-        if (listed_completely_ && LookAtArchive(program_, archive) == listed_) return true;
+        if (listing_.complete && LookAtArchive(program_, archive) == listed_) return true;
         List(archive);
         if (window_was_there != WindowIsLoaded()) return false;
         if (Refused()) return false;
-        if (ArchiveToRestore() == archive) return true;
+        if (ArchiveToRestore() != archive) continue;
+        if (!listing_.cancelled) {
+            if (!PassIsBlind()) return true;
+            if (AskedToRetry(program_.desktop, listing_.trouble, "Restore")) continue;
+        }
+        LogCancelledRun();
+        return false;
     }
+}
+
+// As the restore window does, which does not open after this.
+void RestoreActions::LogCancelledRun() {
+    RestoreRecords records(program_, controls_);
+    records.WriteStarted();
+    records.WriteCancelled();
 }
 
 void RestoreActions::Cmd_Restore_Click() {
@@ -170,26 +190,21 @@ void RestoreActions::Cmd_Restore_Click() {
 }
 
 void RestoreActions::Restore() {
-    if (Refused()) return;
-    program_.desktop.SetPointer(Pointer::kHourglass);
-    const bool listed = ListWhatIsRestored();
-    program_.desktop.SetPointer(Pointer::kDefault);
-    if (!listed) return;
-    if (PassIsBlind()) {
-        return Tell("Unable to Restore as the contents of " + ArchiveToRestore() +
-                    " cannot be read.");
-    }
-    program_.desktop.SetPointer(Pointer::kHourglass);
+    if (Refused() || !ListWhatIsRestored()) return;
+    RunPass();
+    Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
+    program_.desktop.ShowModal(window);
+    program_.desktop.Unload(window);
+}
+
+void RestoreActions::RunPass() {
+    const forms::Hourglass waiting(program_.desktop);
     const std::string destination = controls_.Fld_RestoreTo.Caption();
     RestoreTargets targets{.folders = [&] { return controls_.PKUNZIP.TargetFolders(destination); }};
     for (int i = 1; i <= controls_.TV_Restore.Count(); ++i) {
         targets.entries.push_back(controls_.TV_Restore.At(i).text);
     }
     RenameProtectedFolders(program_, targets, destination);
-    program_.desktop.SetPointer(Pointer::kDefault);
-    Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
-    program_.desktop.ShowModal(window);
-    program_.desktop.Unload(window);
 }
 
 }  // namespace vantrel

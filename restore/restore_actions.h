@@ -20,8 +20,10 @@ class RestoreActions {
     // Browses for an archive. Any error, a cancelled dialog too, changes nothing further.
     void Cmd_RestoreFile_Click();
     void Cmd_RestoreTo_Click();
-    // Checks, runs the protected-folder pass and shows the restore window. Traps nothing. Listing
-    // an archive lets waiting events run: pressing the button again meanwhile does nothing.
+    // Checks, runs the protected-folder pass and shows the restore window. While folders are
+    // protected, an archive that cannot be listed is a question before the pass; its Cancel is
+    // logged as a cancelled restore. Traps nothing. Listing an archive lets waiting events
+    // run: pressing the button again meanwhile does nothing.
     void Cmd_Restore_Click();
 
   private:
@@ -38,12 +40,14 @@ class RestoreActions {
     void Restore();
     bool WindowIsLoaded() const;
     bool ListWhatIsRestored();
+    void LogCancelledRun();
+    void RunPass();
     void Tell(const std::string& text);
 
     forms::Program& program_;
     RestoreControls controls_;
     ListedArchive listed_;
-    bool listed_completely_ = false;
+    ListingOutcome listing_;
     bool restoring_ = false;
 };
 

@@ -253,6 +253,138 @@ class ProtectedFolders(Restoring):
         self.assert_exit_code(0, program.close())
 
 
+class ProtectedRestores(Restoring):
+    """T:\\Mine is protected and holds newer work; E:\\old.zip has an older file for it."""
+
+    def setUp(self):
+        super().setUp()
+        self.list = self.pc.application / "Vantrel.Cfg"
+        self.list.write_bytes(b";\r\n" * 7 + b"\r\nT:\\MINE\r\n")
+        (self.target / "Mine").mkdir()
+        (self.target / "Mine" / "letter.txt").write_text("newer", encoding="utf-8")
+        self.zip("old.zip", {"Mine/letter.txt": "older"})
+
+    def choose_archive_and_destination(self):
+        program = self.start()
+        program.show_tab("Restore")
+        self.browse("E:\\old.zip")
+        self.assertEqual(["Mine/letter.txt"], self.listed("old.zip"))
+        self.choose_destination()
+        return program
+
+    def assert_untouched(self):
+        self.assertEqual({"Mine": None, "Mine/letter.txt": b"newer"}, archives.tree(self.target))
+
+    def assert_renamed(self):
+        self.assertEqual({"Mine": None, "Mine/letter.txt": b"older",
+                          "MINE_001": None, "MINE_001/letter.txt": b"newer"},
+                         archives.tree(self.target))
+
+
+class DamagedLists(ProtectedRestores):
+    ERROR = "Input past end of file: V:\\Vantrel\\Vantrel.Cfg"
+
+    def answer_last_box(self):
+        box = self.program.answer("OK", "Run-time error")
+        self.assertEqual(f"Run-time error '62':\n\n{self.ERROR}", box.text.replace("\r\n", "\n"))
+        self.assertEqual(("Vantrel", True), (box.title, box.has_icon))
+        self.program.wait_for_end()
+
+    def assert_restore_ends_the_program(self, damaged):
+        self.list.write_bytes(damaged)
+        program = self.choose_archive_and_destination()
+        program.click("Cmd_Restore")
+        self.answer_last_box()
+        self.assert_untouched()
+        self.assertEqual(damaged, self.list.read_bytes())
+        self.assertFalse([text for text in self.pc.log.dated() if "Restore" in text])
+
+    def test_empty_one_ends_the_program_before_a_restore(self):
+        self.assert_restore_ends_the_program(b"")
+
+    def test_one_of_three_lines_ends_the_program_before_a_restore(self):
+        self.assert_restore_ends_the_program(b";\r\n" * 3)
+
+    def test_one_is_shown_on_the_tab_and_ends_the_program_in_the_menu(self):
+        program = self.start()
+        program.show_tab("Secure Data")
+        program.wait_for(lambda: program.visible("TV_SecureMode"), "the folder tree")
+        program.choose("Dri_SecureMode", "t:")
+        program.wait_for(lambda: program.visible("TV_SecureMode") and
+                         program.tree("TV_SecureMode") == [(0, PROTECTED, "Mine")], "drive t")
+        self.list.write_bytes(b"")
+        program.choose("Dri_SecureMode", "s:")  # it has no folder, so the list is not read
+        program.wait_for(lambda: program.tree("TV_SecureMode") == [], "drive s")
+        program.choose("Dri_SecureMode", "t:")
+        box = program.answer("OK", self.ERROR)
+        self.assertEqual(("Error", True), (box.title, box.has_icon))
+        self.list.write_bytes(b";\r\n" * 7)
+        program.choose("Dri_SecureMode", "s:")
+        program.choose("Dri_SecureMode", "t:")
+        program.wait_for(lambda: program.visible("TV_SecureMode") and
+                         program.tree("TV_SecureMode") == [(0, CLOSED, "Mine")], "drive t again")
+        self.list.write_bytes(b";\r\n" * 3)
+        program.click_tree("TV_SecureMode", "Mine")
+        program.right_click_tree("TV_SecureMode", "Mine")
+        program.wait_for(program.menu_is_open, "the menu")
+        program.keys("A", None)
+        self.answer_last_box()
+        self.assertEqual(b";\r\n" * 3, self.list.read_bytes())
+
+
+class ArchivesThatCannotBeListed(ProtectedRestores):
+    def ask(self, reason):
+        """Presses Restore Now; the question that comes is left open."""
+        program = self.program
+        program.click("Cmd_Restore")
+        box = program.wait_for_box(f"The archive cannot be read: E:\\old.zip ({reason}).")
+        self.assertEqual(("Restore", True), (box.title, box.has_icon))
+        self.assertEqual({"Retry", "Cancel"}, set(box.buttons))
+        self.assertFalse(program.exists("Frm_Restore_Cmd_Cancel"))
+
+    def finish_restore(self):
+        program = self.program
+        program.wait_for(lambda: program.visible("Frm_Restore_Cmd_Ok") and
+                         program.text("Frm_Restore_Lbl_RestorePath") == "Restore Complete", "its end")
+        program.click("Frm_Restore_Cmd_Ok")
+        program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
+        self.assert_exit_code(0, program.close())
+
+    def assert_cancelled(self):
+        program = self.program
+        program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
+        self.assertFalse(program.exists("Frm_Restore_Cmd_Ok"))
+        self.assert_exit_code(0, program.close())
+        self.assert_untouched()
+        records = self.pc.log.dated()
+        start = records.index("Starting Restore from ZIP File - E:\\old.zip")
+        self.assertEqual(["Finished Restore from ZIP File - E:\\old.zip", "Cancelled by User"],
+                         records[start + 1:start + 3])
+
+    def test_removed_one_that_comes_back_is_restored_beside_the_protected_folder(self):
+        program = self.choose_archive_and_destination()
+        (self.archives / "old.zip").rename(self.archives / "away.zip")
+        self.ask("File not found")
+        (self.archives / "away.zip").rename(self.archives / "old.zip")
+        program.answer("Retry")
+        self.finish_restore()
+        self.assert_renamed()
+
+    def test_removed_one_and_cancel_leave_everything_and_are_logged(self):
+        program = self.choose_archive_and_destination()
+        (self.archives / "old.zip").unlink()
+        self.ask("File not found")
+        program.answer("Cancel")
+        self.assert_cancelled()
+
+    def test_overwritten_one_and_cancel_leave_everything_and_are_logged(self):
+        program = self.choose_archive_and_destination()
+        (self.archives / "old.zip").write_bytes(b"no archive")
+        self.ask("This is no zip archive, or its end is missing.")
+        program.answer("Cancel")
+        self.assert_cancelled()
+
+
 class InterruptedRestores(Restoring):
     def start_big_restore(self):
         """Up to the running restore of random bytes, which take their time."""

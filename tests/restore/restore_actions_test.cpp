@@ -40,8 +40,10 @@ TEST_F(RestoreTabTest, SetThatWasNeverBackedUpLeavesNothingOfTheArchiveBefore) {
     Browse(kArchive);
     PutSetWithArchive("", "");
     ChooseSet();
+    EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
     EXPECT_EQ(tab.Fld_RestoreFile.Caption(), "");
     EXPECT_THAT(Listed(), IsEmpty());
+    EXPECT_EQ(tab.Fld_Total.Caption(), "0");
     tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
     tab.actions.Cmd_Restore_Click();
     ExpectBox("Nothing has been selected to Restore.\r\n\r\nPlease enter a valid Restore File.",
@@ -60,6 +62,7 @@ TEST_F(RestoreTabTest, SetWhoseArchiveIsGoneIsToldAndNothingStaysChosen) {
         forms::Icon::kExclamation, "Restore");
     EXPECT_EQ(tab.Cmb_RestoreFile.Index(), -1);
     EXPECT_EQ(tab.TV_Restore.Count(), 0);
+    EXPECT_EQ(tab.Fld_Total.Caption(), "0");
     EXPECT_EQ(tab.Fld_RestoreFile.Caption(), "");
 }
 
@@ -246,23 +249,6 @@ TEST_F(RestoreTabTest, ProtectedFolderIsRenamedBeforeTheRestoreWritesIntoIt) {
     Restore();
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
     EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
-}
-
-// Its entries are not known, so neither are the protected folders that it would overwrite.
-TEST_F(RestoreTabTest, ArchiveThatCannotBeListedIsNotRestoredWhileFoldersAreProtected) {
-    clsCfg cfg(program);
-    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
-    machine.PutFile(kArchive, "no archive");
-    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
-    Browse(kArchive);
-    tab.actions.Cmd_Restore_Click();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "Unable to Restore as the contents of C:\\Backups\\WEEKLY.zip cannot be read.");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
-    EXPECT_EQ(desktop.boxes[0].title, "Restore");
-    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
-    EXPECT_THAT(LogRecords(), IsEmpty());
 }
 
 // What could not be listed when it was chosen is listed again, so that the pass knows of it.

@@ -113,10 +113,11 @@ TEST_F(RestoreMeanwhile, ArchiveThatMayNotBeLookedAtIsAMissingOne) {
                         .from_then_on = true,
                         .number = error_number::kPathFileAccess,
                         .path_part = "C:\\Backups"});
+    desktop.answers = {forms::Answer::kCancel};
     shown.actions.Cmd_Restore_Click();
     EXPECT_GT(faulty.plan.Fired(), 0);
     ASSERT_EQ(desktop.boxes.size(), 1u);
-    ExpectBox("Unable to Restore as the contents of C:\\Backups\\WEEKLY.zip cannot be read.",
+    ExpectBox("The archive cannot be read: C:\\Backups\\WEEKLY.zip (File not found).",
               forms::Icon::kExclamation, "Restore");
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "newer work");
 }

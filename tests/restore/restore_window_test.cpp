@@ -49,5 +49,32 @@ TEST_F(RestoreTabTest, OkWhileACancelledRunEndsDoesNotTakeItsWindowAway) {
                             "hide Frm_Restore", "unload Frm_Restore"));
 }
 
+// The user cancels; before the next event of progress the component has a question.
+class AsksAfterTheCancel : public zip::PKUNZIP {
+  public:
+    using PKUNZIP::PKUNZIP;
+    void Set(int id, const zip::Value& value) override {
+        namespace unzip = zip::unzip_id;
+        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) return;
+        std::int32_t percent = 10;
+        bool cancel = false;
+        FileProgress(percent);
+        EXPECT_FALSE(questions->AskRetry("The archive cannot be read."));
+        OverallProgress(percent, cancel);
+        EXPECT_TRUE(cancel);
+    }
+};
+
+TEST_F(RestoreTabTest, NoQuestionIsShownAfterTheCancel) {
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    Frm_Restore window(program, tab.Controls(),
+                       std::make_unique<AsksAfterTheCancel>(machine.machine()));
+    desktop.on_events.push_back([&] { window.Cmd_Cancel.UserPress(); });
+    desktop.idle.push_back([&] { window.Cmd_Ok.UserPress(); });
+    desktop.ShowModal(window);
+    EXPECT_THAT(desktop.boxes, ::testing::IsEmpty());
+    EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
+}
+
 }  // namespace
 }  // namespace vantrel::test

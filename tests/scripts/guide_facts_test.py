@@ -38,7 +38,7 @@ class GuideFacts(unittest.TestCase):
 
     def test_records(self):
         texts = [text for name in ("app/application.cpp", "backup/Frm_Backup.cpp", "ui/mailing.cpp",
-                                   "restore/Frm_Restore.cpp", "restore/protected_pass.cpp")
+                                   "restore/restore_records.cpp", "restore/protected_pass.cpp")
                  for text in re.findall(r'(?:LogRecord|Record)\("([^"]+)"', source(name))]
         self.assert_all_told([text.strip() for text in texts], 8)
 

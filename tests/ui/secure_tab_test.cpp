@@ -19,6 +19,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
+constexpr const char* kDamaged = "Input past end of file: C:\\Vantrel\\Vantrel.Cfg";
 constexpr int kTab = 4;
 
 class SecureTabTest : public ProgramFixture {
@@ -331,6 +332,56 @@ TEST_F(SecureTabTest, MenuHandlersTrapNothing) {
     EXPECT_THROW(window->Menu_Secure_Delete.UserChoose(), Error);
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
+
+struct DamagedList {
+    const char* what;
+    std::string text;
+};
+
+std::ostream& operator<<(std::ostream& out, const DamagedList& list) { return out << list.what; }
+
+class SecureTabWithDamagedList : public SecureTabTest,
+                                 public ::testing::WithParamInterface<DamagedList> {};
+
+TEST_P(SecureTabWithDamagedList, EnteringShowsTheErrorAndKeepsTheList) {
+    machine.PutFile(kList, GetParam().text);
+    Open();
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text, kDamaged);
+    EXPECT_EQ(desktop.boxes[0].icon, Icon::kCritical);
+    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    EXPECT_EQ(machine.Content(kList), GetParam().text);
+    EXPECT_TRUE(Tab().TV_SecureMode.Visible());
+    EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
+    EXPECT_EQ(desktop.pointer, Pointer::kDefault);
+}
+
+TEST_P(SecureTabWithDamagedList, MenuHandlersTrapNothingAndKeepTheList) {
+    Open();
+    Select("C:\\Data");
+    machine.PutFile(kList, GetParam().text);
+    for (forms::MenuItem* item : {&window->Menu_Secure_Add, &window->Menu_Secure_Delete}) {
+        try {
+            item->UserChoose();
+            ADD_FAILURE() << "no error came";
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), error_number::kPastEnd);
+            EXPECT_EQ(error.description(), kDamaged);
+        }
+    }
+    EXPECT_EQ(machine.Content(kList), GetParam().text);
+    EXPECT_EQ(Picture(), clsCfg::kClosedFolder);
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+const DamagedList kDamagedLists[] = {
+    {"NoByte", ""},
+    {"ThreeLines", ";\r\n;\r\n;\r\n"},
+    {"Nuls", std::string(150, '\0')},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, SecureTabWithDamagedList, ::testing::ValuesIn(kDamagedLists),
+                         [](const auto& row) { return row.param.what; });
 
 }  // namespace
 }  // namespace vantrel::test
