@@ -4,6 +4,7 @@
 
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
+#include "common/error.h"
 
 namespace vantrel {
 
@@ -32,6 +33,9 @@ std::string Frm_Restore::ArchivePath() {
     if (main_.Cmb_RestoreFile.Text().empty()) return main_.Fld_RestoreFile.Caption();
     clsINI set(program());
     set.Read_INI(SetPath());
+    // It was checked a moment ago. A path that was cut could be that of another archive.
+    const std::string problem = set.RestoreSourceProblem();
+    if (!problem.empty()) throw Error(error_number::kBadFileName, name(), problem);
     return set.RestoreFromDrive() + set.RestoreFileName();
 }
 

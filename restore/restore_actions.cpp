@@ -72,6 +72,11 @@ void RestoreActions::TakeSet() {
         SelectNothing();
         return;
     }
+    if (!set.RestoreSourceProblem().empty()) {
+        program_.desktop.SetPointer(Pointer::kDefault);
+        Tell("Unable to Restore as " + set.RestoreSourceProblem() + ".");
+        return SelectNothing();
+    }
     if (!clsFiles(program_).Exist(archive, true)) {
         program_.desktop.SetPointer(Pointer::kDefault);
         Tell(
@@ -133,10 +138,22 @@ bool RestoreActions::Refused() {
              "Please enter a valid Restore File.");
         return true;
     }
-    if (!controls_.Fld_RestoreTo.Caption().empty()) return false;
-    Tell("No Location has been selected to Restore the File To." + line + line +
-         LocationWarning(program_));
-    return true;
+    if (controls_.Fld_RestoreTo.Caption().empty()) {
+        Tell("No Location has been selected to Restore the File To." + line + line +
+             LocationWarning(program_));
+        return true;
+    }
+    return SetNamesNoArchive();
+}
+
+// The set's file may have been edited since the set was selected.
+bool RestoreActions::SetNamesNoArchive() {
+    if (controls_.Cmb_RestoreFile.Text().empty()) return false;
+    clsINI set(program_);
+    set.Read_INI(SetPath());
+    const std::string problem = set.RestoreSourceProblem();
+    if (!problem.empty()) Tell("Unable to Restore as " + problem + ".");
+    return !problem.empty();
 }
 
 // Whether folders are protected and no entry is known: the archive cannot be read now, but perhaps

@@ -36,6 +36,7 @@ class RestoreActions {
     std::string ArchiveOfSet() const;
     std::string ArchiveToRestore() const;
     bool Refused();
+    bool SetNamesNoArchive();
     bool PassIsBlind();
     void Restore();
     bool WindowIsLoaded() const;
