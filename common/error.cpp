@@ -47,6 +47,10 @@ std::string ErrorText(int number) {
 
 void RaiseError(int number) { throw Error(number, product::kName, ErrorText(number)); }
 
+void RaiseError(int number, const std::string& path) {
+    throw Error(number, product::kName, ErrorText(number) + ": " + path);
+}
+
 void ReportError(std::string_view label, const Error& trapped) {
     throw Error(error_number::kObjectBase + error_number::kReported, std::string(label),
                 trapped.description());

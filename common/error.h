@@ -58,6 +58,10 @@ std::string ErrorText(int number);
 // Raises the run-time error `number` with its standard words; the program is its source.
 [[noreturn]] void RaiseError(int number);
 
+// The same for an error that a path causes: the standard words, ": " and the path as it was given,
+// e.g. "Path not found: S:\NOTHERE".
+[[noreturn]] void RaiseError(int number, const std::string& path);
+
 // The shared error reporter: raises to the caller an error numbered kObjectBase + kReported whose
 // source is `label` ("clsLog:LogFile Method") and whose description is that of `trapped`.
 [[noreturn]] void ReportError(std::string_view label, const Error& trapped);

@@ -69,10 +69,10 @@ int DriveList::IndexOf(const std::string& root) const {
 void DriveList::SetDrive(const std::string& drive) {
     const std::string root = Root(drive);
     if (root.empty() || root.size() != 3 || !IsReady(owner().program().machine.files, root))
-        RaiseError(error_number::kDeviceUnavailable);
+        RaiseError(error_number::kDeviceUnavailable, drive);
     if (IndexOf(root) < 0) Reload();
     const int index = IndexOf(root);
-    if (index < 0) RaiseError(error_number::kDeviceUnavailable);
+    if (index < 0) RaiseError(error_number::kDeviceUnavailable, drive);
     UserChoose(index);
 }
 

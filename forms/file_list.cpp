@@ -14,9 +14,10 @@ FileList::FileList(Form& owner_form, std::string name, std::string pattern)
 }
 
 void FileList::SetPath(const std::string& path) {
-    const std::string folder = FolderPath(path);
-    if (folder.empty() || !IsFolder(owner().program().machine.files, folder))
-        RaiseError(error_number::kPathNotFound);
+    platform::Machine& machine = owner().program().machine;
+    const std::string folder = FolderPath(OnApplicationDrive(machine, path));
+    if (folder.empty() || !IsFolder(machine.files, folder))
+        RaiseError(error_number::kPathNotFound, path);
     path_ = folder;
     Reload();
 }

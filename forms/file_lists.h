@@ -19,9 +19,9 @@ class DriveList : public Control {
     // The selected entry, "" when no drive could be selected. A new list shows the drive of the
     // application folder.
     std::string Drive() const;
-    // Takes the drive of `drive`'s first letter and colon. Error 68 for anything else ("\" and
-    // network paths too), a drive that does not exist or one that is not ready. One that came
-    // after the list was read is found.
+    // Takes the drive of `drive`'s first letter and colon. Error 68, which names `drive`, for
+    // anything else ("\" and network paths too), a drive that does not exist or one that is not
+    // ready. One that came after the list was read is found.
     void SetDrive(const std::string& drive);
     const std::vector<std::string>& Entries() const { return entries_; }
     int Index() const { return index_; }
@@ -45,9 +45,9 @@ class FolderList : public Control {
     // The current folder: "\" at its end only at a root, drive letter in upper case. A new list
     // shows the application folder.
     const std::string& Path() const { return path_; }
-    // Goes to a folder ("C:" and entries of a drive list mean that drive's root). Error 76 when it
-    // is not there. Change is raised when the folder becomes a different one (case and a last "\"
-    // aside).
+    // Goes to a folder ("C:" and entries of a drive list mean that drive's root; a path that begins
+    // with one "\" is on the application's drive). Error 76, which names `path`, when it is not
+    // there. Change is raised when the folder becomes a different one (case and a last "\" aside).
     void SetPath(const std::string& path);
     // The chain from the root to the current folder; then, one level deeper, its sub-folders.
     struct Entry {
@@ -81,7 +81,7 @@ class FileList : public Control {
     Event Click;
     std::function<void(int button)> MouseDown;  // 2: right button
     const std::string& Path() const { return path_; }
-    void SetPath(const std::string& path);  // error 76
+    void SetPath(const std::string& path);  // paths and error as for a folder list
     void SetPattern(const std::string& pattern);
     int Count() const { return static_cast<int>(names_.size()); }
     std::string Item(int index) const;

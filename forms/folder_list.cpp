@@ -19,8 +19,9 @@ void FolderList::SetPath(const std::string& path) {
 
 bool FolderList::Enter(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
-    const std::string folder = FolderPath(path);
-    if (folder.empty() || !IsFolder(machine.files, folder)) RaiseError(error_number::kPathNotFound);
+    const std::string folder = FolderPath(OnApplicationDrive(machine, path));
+    if (folder.empty() || !IsFolder(machine.files, folder))
+        RaiseError(error_number::kPathNotFound, path);
     const bool same = SamePath(machine.code_page, folder, path_);
     path_ = folder;
     Reload();

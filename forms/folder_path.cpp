@@ -80,6 +80,11 @@ std::string FolderPath(const std::string& text) {
     return path;
 }
 
+std::string OnApplicationDrive(platform::Machine& machine, const std::string& path) {
+    if (!path.starts_with('\\') || path.starts_with("\\\\")) return path;
+    return machine.process.ApplicationFolder().substr(0, 2) + path;
+}
+
 std::vector<std::string> FolderChain(const std::string& path) {
     const std::size_t root = RootLength(path);
     std::vector<std::string> chain{path.substr(0, root)};

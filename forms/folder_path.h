@@ -1,5 +1,5 @@
-// How the lists spell, compare and look for folders. Only IsFolder and SubFolders ask the
-// machine.
+// How the lists spell, compare and look for folders. Only OnApplicationDrive, IsFolder and
+// SubFolders ask the machine.
 #pragma once
 
 #include <string>
@@ -17,6 +17,9 @@ bool HasDrive(const std::string& path);
 // a network path is taken as it is. "" when it is neither a full path on a drive nor a network
 // path.
 std::string FolderPath(const std::string& text);
+
+// `path` on the application's drive when it begins with exactly one "\", otherwise as it is.
+std::string OnApplicationDrive(platform::Machine& machine, const std::string& path);
 
 // The folders that lead from the root ("C:\", "\\server\share") to `path`, both included. `path` is
 // spelled as FolderPath returns it.

@@ -38,4 +38,6 @@ Win32Machine::~Win32Machine() = default;
 
 Machine& Win32Machine::machine() { return services_->machine; }
 
+void Win32Machine::ReleaseInstance() { Win32Process::ReleaseInstance(); }
+
 }  // namespace vantrel::platform

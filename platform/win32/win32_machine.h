@@ -19,6 +19,9 @@ class Win32Machine {
 
     Machine& machine();
 
+    // Copies of the program that start from now on do not find this process as a previous instance.
+    void ReleaseInstance();
+
   private:
     struct Services;
     std::unique_ptr<Services> services_;

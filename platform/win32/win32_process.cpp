@@ -44,7 +44,7 @@ std::wstring InstanceName() {
     return L"Local\\Vantrel-" + std::to_wstring(value);
 }
 
-// Held until the process ends; every later copy finds it.
+// Held until it is released or the process ends; every later copy finds it.
 class InstanceMark {
   public:
     InstanceMark() {
@@ -55,14 +55,15 @@ class InstanceMark {
         previous_ = code == ERROR_ALREADY_EXISTS || code == ERROR_ACCESS_DENIED;
     }
     bool Previous() const { return previous_; }
+    void Release() { mark_.Close(); }
 
   private:
     ObjectHandle mark_;
     bool previous_ = false;
 };
 
-const InstanceMark& Mark() {
-    static const InstanceMark mark;
+InstanceMark& Mark() {
+    static InstanceMark mark;
     return mark;
 }
 
@@ -92,6 +93,8 @@ std::string Win32Process::WindowsFolder() {
 }
 
 bool Win32Process::PreviousInstance() { return Mark().Previous(); }
+
+void Win32Process::ReleaseInstance() { Mark().Release(); }
 
 int Win32Process::Processors() {
     DWORD_PTR allowed = 0;

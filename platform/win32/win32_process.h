@@ -14,6 +14,9 @@ class Win32Process final : public Process {
     std::string CommandLine() override;
     std::string WindowsFolder() override;
     bool PreviousInstance() override;
+    // Copies that start from now on do not find this process. Its own answer about a previous
+    // instance stays.
+    static void ReleaseInstance();
     int Processors() override;
     [[noreturn]] void End(int exit_code) override;
 };

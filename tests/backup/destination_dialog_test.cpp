@@ -135,7 +135,7 @@ TEST_F(DestinationDialog, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
     const auto index = static_cast<int>(backups - entries.begin());
     machine.files().RemoveFolder("C:\\Backups");
     dialog->Dir_DirList.UserOpen(index);
-    ExpectBox("Path not found", forms::Icon::kCritical, "Error");
+    ExpectBox("Path not found: C:\\Backups", forms::Icon::kCritical, "Error");
     EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\");
     EXPECT_TRUE(dialog->Loaded());
 }
@@ -144,7 +144,7 @@ TEST_F(DestinationDialog, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
 TEST_F(DestinationDialog, DestinationThatTheListsRefuseIsToldAndTheyStayWhereTheyWere) {
     Select({.to_drive = "\\"});
     Open();
-    ExpectBox("Device unavailable", forms::Icon::kCritical, "Error");
+    ExpectBox("Device unavailable: \\", forms::Icon::kCritical, "Error");
     EXPECT_EQ(dialog->Dri_DriveList.Drive().substr(0, 2), "c:");
     EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Vantrel");
     dialog->Cmd_Ok.UserPress();

@@ -35,6 +35,17 @@ TEST(RaiseError, CarriesNumberAndWords) {
     }
 }
 
+TEST(RaiseError, NamesThePathBehindTheWords) {
+    try {
+        RaiseError(error_number::kPathNotFound, "S:\\NOTHERE");
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 76);
+        EXPECT_EQ(error.source(), "Vantrel");
+        EXPECT_EQ(error.description(), "Path not found: S:\\NOTHERE");
+    }
+}
+
 TEST(ReportError, NumberIsTheObjectBasePlus9999AndTheDescriptionStays) {
     try {
         ReportError("clsLog:LogFile Method", Error(70, "Vantrel", "Permission denied"));

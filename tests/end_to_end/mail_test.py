@@ -18,6 +18,7 @@ SURE = "Are you sure that you wish to E-Mail the Log File to Corvane Limited."
 BODY = ("Please find attached the Vantrel Log File.  "
         "The reason I am mailing it to you is ...")
 LOG = "V:\\Vantrel\\Vantrel.Log"
+CLIENTS = "[Software\\\\Clients\\\\Mail"  # as the registry's file spells it
 LAST_MONTH = "V:\\Vantrel\\Vantrel.Bak"
 
 
@@ -29,10 +30,12 @@ class Mailing(harness.EndToEndTest):
     # The mail program
 
     def _replace_clients(self, clients):
-        """Before the computer's first run: what its registry says of mail programs."""
+        """Before the computer's first run: replaces the mail programs in its registry. The one that
+        Wine registers by itself sends nothing and reports success."""
         registry = self.pc.prefix / "system.reg"
         text = registry.read_text(encoding="utf-8", errors="surrogateescape")
-        text = re.sub(r"\[Software\\\\Clients\\\\Mail[^\n]*\n.*?\n\n", "", text, flags=re.S)
+        text = re.sub(rf"{re.escape(CLIENTS)}[^\n]*\n.*?\n(\n|$)", "", text, flags=re.S)
+        self.assertNotIn(CLIENTS.lower(), text.lower())
         registry.write_text(text + clients, encoding="utf-8", errors="surrogateescape")
 
     def remove_mail_programs(self):
@@ -86,6 +89,13 @@ class Mailing(harness.EndToEndTest):
         self.assertEqual(started, records[:len(started)])
         self.assertEqual([True] * (len(records) - 2), [dated for dated, _ in records[2:]])
         return [text for _, text in records[2:]]
+
+    def records_before_the_exit(self):
+        """What the log of a closed program holds between the records of its start and its exit."""
+        records = [text for _, text in self.pc.log.records()]
+        start = len(log_file.started("Nil"))
+        exits = [text.startswith("Application Closed") for text in records]
+        return records[start:exits.index(True)]
 
     def wait_for_records(self, program, *expected):
         program.wait_for(lambda: len(self.records()) >= len(expected), expected[-1])
@@ -163,9 +173,10 @@ class TheLogByMail(Mailing):
         program = self.open_log()
         self.mail(program)
         program.answer("OK", "Logon Failure: There is no mail program")
-        self.wait_for_records(program, self.ATTEMPT,
-                              "Email Failed - Error Code 26 - There is no mail program")
+        failed = "Email Failed - Error Code 26 - There is no mail program"
+        self.wait_for_records(program, self.ATTEMPT, failed)
         program.close()
+        self.assertEqual([self.ATTEMPT, failed], self.records_before_the_exit())
 
 
 class TheContactMessage(Mailing):
@@ -199,6 +210,18 @@ class TheContactMessage(Mailing):
                               self.ATTEMPT,
                               "Contact Failed - Error Code 2 - The mail program failed")
         program.close()
+
+
+    def test_no_mail_program(self):
+        self.remove_mail_programs()
+        program = window.Attended(self.pc)
+        program.show_tab("About")
+        program.click("Cmd_ContactUs")
+        program.answer("OK", "Logon Failure: There is no mail program")
+        failed = "Contact Failed - Error Code 26 - There is no mail program"
+        self.wait_for_records(program, self.ATTEMPT, failed)
+        program.close()
+        self.assertEqual([self.ATTEMPT, failed], self.records_before_the_exit())
 
 
 class TheLogTab(Mailing):

@@ -37,7 +37,7 @@ class Folders(Meanwhile):
         """`act` opens Gone, which is not there any more, in a folder list."""
         (self.source / "Gone").rmdir()
         act()
-        self.assert_error(program.answer("OK"), "Path not found")
+        self.assert_error(program.answer("OK"), "Path not found: S:\\Gone")
         program.wait_for(lambda: "Gone" not in program.items(name), "the list without it")
         program.open_entry(name, "Documents")
         program.wait_for(lambda: program.selected(name) == "Documents" and

@@ -2,6 +2,7 @@
 import archives
 import harness
 import log_file
+import window
 
 
 class CommandLine(harness.EndToEndTest):
@@ -63,6 +64,26 @@ class TwoCopies(harness.EndToEndTest):
         path = self.pc.application / "closed.Log"
         path.write_bytes((text + "\r\n").encode("cp1252"))
         return log_file.LogFile(path).records()
+
+
+class AfterAnUntrappedError(harness.EndToEndTest):
+    def test_error_box_that_is_open_or_just_answered_is_no_previous_instance(self):
+        # A folder of the log's name: the start fails, and nothing traps that.
+        log = self.pc.application / "Vantrel.Log"
+        log.mkdir()
+        program = window.Attended(self.pc, wait=False)
+        box = program.wait_for_box("Run-time error")
+        self.assertEqual(("Vantrel", ["OK"]), (box.title, list(box.buttons)))
+        log.rmdir()
+        self.assert_exit_code(harness.NO_SUCH_SET, self.pc.run_unattended("Any.INI"))
+        self.assertIsNone(program.process.poll())
+        log.unlink()
+
+        program.answer("OK")
+        again = window.Attended(self.pc)
+        self.assertEqual(log_file.started("Nil"), self.pc.log.records())
+        self.assert_exit_code(harness.FAILED, program.wait_for_end())
+        self.assert_exit_code(0, again.close())
 
 
 if __name__ == "__main__":

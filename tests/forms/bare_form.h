@@ -18,6 +18,17 @@ class FormsFixture : public ProgramFixture {
     BareForm form{program};
 };
 
+// The description of the error that `deed` raises; "" when it raises none.
+template <typename Deed>
+std::string DescriptionOf(Deed&& deed) {
+    try {
+        deed();
+    } catch (const Error& error) {
+        return error.description();
+    }
+    return "";
+}
+
 // Counts what a control tells its view, and what its event runs.
 struct RecordingView : forms::ControlView {
     std::vector<forms::Aspect> changes;

@@ -66,6 +66,20 @@ TEST_F(DriveLists, RefuseWithError68AndKeepTheirValue) {
     EXPECT_TRUE(desktop.boxes.empty());
 }
 
+TEST_F(DriveLists, NameThePathThatTheyRefuseAsItWasGiven) {
+    machine.AddDrive('E', type::kUnknown);
+    forms::DriveList list(form, "Dri_DriveList");
+    for (const std::string refused : {"x:\\There\\", "A:", "\\\\server\\share", "\\", "", "e:\\"})
+        EXPECT_EQ("Device unavailable: " + refused, DescriptionOf([&] { list.SetDrive(refused); }));
+    EXPECT_EQ("Invalid property value", DescriptionOf([&] { list.UserChoose(-1); }));
+}
+
+TEST_F(DriveLists, RefuseAFolderOnTheApplicationDrive) {
+    machine.MakeFolders("C:\\DATA");
+    forms::DriveList list(form, "Dri_DriveList");
+    EXPECT_EQ(68, ErrorOf([&] { list.SetDrive("\\DATA"); }));
+}
+
 TEST_F(DriveLists, TakeADriveOnceItsDiskIsIn) {
     forms::DriveList list(form, "Dri_DriveList");
     machine.SetReady('A', true);

@@ -64,6 +64,21 @@ TEST_F(FileLists, RefuseAMissingFolderWithError76AndKeepTheirValue) {
     EXPECT_EQ(3, list.Count());
 }
 
+TEST_F(FileLists, NameThePathThatTheyRefuseAsItWasGiven) {
+    for (const std::string refused : {"c:\\Missing\\", "\\Missing", "Missing", ""})
+        EXPECT_EQ("Path not found: " + refused, DescriptionOf([&] { list.SetPath(refused); }));
+    EXPECT_EQ("Invalid property value", DescriptionOf([&] { list.SetIndex(3); }));
+}
+
+TEST_F(FileLists, PathWithoutADriveIsOnTheApplicationDrive) {
+    machine.AddDrive('V', platform::drive_type::kFixed);
+    machine.process.application_folder = "V:\\Vantrel";
+    machine.PutFile("V:\\Data\\There.ini", "x");
+    list.SetPath("\\Data");
+    EXPECT_EQ("V:\\Data", list.Path());
+    EXPECT_EQ(std::vector<std::string>{"There.ini"}, Names());
+}
+
 TEST_F(FileLists, RightButtonReachesTheHandler) {
     int button = 0;
     list.MouseDown = [&](int pressed) { button = pressed; };

@@ -87,12 +87,41 @@ TEST_F(FolderLists, RefuseWithError76AndKeepTheirValue) {
     machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
     list.SetPath("C:\\Data");
     changes.clear();
-    for (const char* refused :
-         {"C:\\Missing", "C:\\Data\\file.txt", "A:\\", "a:", "Q:\\", "\\", "Data", "", "C:Data"})
+    for (const char* refused : {"C:\\Missing", "C:\\Data\\file.txt", "A:\\", "a:", "Q:\\",
+                                "\\Missing", "Data", "", "C:Data"})
         EXPECT_EQ(76, ErrorOf([&] { list.SetPath(refused); })) << refused;
     EXPECT_EQ("C:\\Data", list.Path());
     EXPECT_TRUE(changes.empty());
     EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(FolderLists, NameThePathThatTheyRefuseAsItWasGiven) {
+    for (const std::string refused : {"c:\\Missing\\", "q: [GONE]", "\\Missing", "Data", ""})
+        EXPECT_EQ("Path not found: " + refused, DescriptionOf([&] { list.SetPath(refused); }));
+}
+
+TEST_F(FolderLists, NameTheFolderThatWentAwayBeforeItIsOpened) {
+    list.SetPath("C:\\Data");
+    const int gamma = IndexOf("Gamma");
+    machine.files().RemoveFolder("C:\\Data\\Gamma");
+    EXPECT_EQ("Path not found: C:\\Data\\Gamma", DescriptionOf([&] { list.UserOpen(gamma); }));
+}
+
+TEST_F(FolderLists, PathWithoutADriveIsOnTheApplicationDrive) {
+    machine.AddDrive('V', platform::drive_type::kFixed);
+    machine.process.application_folder = "V:\\Vantrel";
+    machine.MakeFolders("V:\\DATA\\Inside");
+    list.SetPath("\\DATA");
+    EXPECT_EQ("V:\\DATA", list.Path());
+    EXPECT_EQ("V:\\DATA\\Inside", list.SubFolder(0));
+    list.SetPath("\\");
+    EXPECT_EQ("V:\\", list.Path());
+    EXPECT_EQ((std::vector<std::string>{"V:\\DATA", "V:\\"}), changes);
+}
+
+TEST_F(FolderLists, PathWithoutADriveIsNowhereWhenTheApplicationIsOnANetwork) {
+    machine.process.application_folder = "\\\\server\\share\\Vantrel";
+    EXPECT_EQ(76, ErrorOf([&] { list.SetPath("\\Data"); }));
 }
 
 TEST_F(FolderLists, HiddenAndSystemFoldersAreNotListed) {
@@ -203,6 +232,14 @@ TEST(FolderPath, KeepsNetworkPaths) {
 TEST(FolderPath, IsEmptyForWhatIsNoFullPath) {
     for (const char* text : {"", "\\", "Data", "C", "C:Data", "1:\\", "\\\\", "\\\\\\x"})
         EXPECT_EQ("", forms::FolderPath(text)) << text;
+}
+
+TEST_F(FolderLists, OnlyAPathWithExactlyOneBackslashAtItsFrontGetsTheApplicationDrive) {
+    platform::Machine& on_c = machine.machine();
+    EXPECT_EQ("C:\\Data\\", forms::OnApplicationDrive(on_c, "\\Data\\"));
+    EXPECT_EQ("C:\\", forms::OnApplicationDrive(on_c, "\\"));
+    for (const std::string path : {"\\\\server\\share", "D:\\Data", "D:", "Data", ""})
+        EXPECT_EQ(path, forms::OnApplicationDrive(on_c, path));
 }
 
 }  // namespace

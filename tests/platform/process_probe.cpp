@@ -1,5 +1,6 @@
 // A program for the tests to start: prints what it knows about itself, waits until its input is
-// closed, and ends at once with exit code 7.
+// closed, and ends at once with exit code 7. For a line of input it releases its instance and
+// prints the answer about a previous one again.
 #include <fcntl.h>
 #include <io.h>
 
@@ -27,6 +28,9 @@ int main() {
                 process.PreviousInstance(), second.machine().process.PreviousInstance());
     std::fflush(stdout);
     while (std::getchar() != EOF) {
+        machine.ReleaseInstance();
+        std::printf("%d\n", process.PreviousInstance());
+        std::fflush(stdout);
     }
     std::fputs("never flushed", stdout);
     process.End(7);

@@ -9,6 +9,11 @@ constexpr wchar_t kClients[] = L"Software\\Clients\\Mail";
 
 class Win32Mail : public Win32Test {
   protected:
+    // A new Wine prefix has a mail program that sends nothing and reports success. No test may
+    // reach it.
+    Win32Mail() {
+        if (UnderWine()) RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClients);
+    }
     ~Win32Mail() override { RegDeleteTreeW(HKEY_CURRENT_USER, kClients); }
     // Makes `client` the user's choice, which goes before the computer's.
     static void Choose(const std::wstring& client) {
@@ -27,6 +32,10 @@ class Win32Mail : public Win32Test {
         }
     }
 };
+
+TEST_F(Win32Mail, ComputerWithoutMailClientsHasNoMailProgram) {
+    if (UnderWine()) ExpectNoMailProgram();  // a real computer keeps its mail clients
+}
 
 TEST_F(Win32Mail, ClientThatIsNotInstalledIsNoMailProgram) {
     Choose(L"Nobody's Mail");

@@ -52,6 +52,13 @@ class Probe {
         return code;
     }
 
+    // The probe's answer about a previous instance once it has released its own.
+    std::string ReleaseInstance() {
+        DWORD written = 0;
+        EXPECT_TRUE(WriteFile(input_.Get(), "r", 1, &written, nullptr));
+        return Line();
+    }
+
     std::string folder, base_name, command, previous, last_words;
 
   private:
@@ -147,6 +154,18 @@ TEST_F(Win32Process, PreviousInstanceIsAnotherRunningCopy) {
     Probe third(ProbePath(), "probe");
     EXPECT_EQ(third.previous, "00");
     EXPECT_EQ(third.Finish(), 7u);
+}
+
+TEST_F(Win32Process, ReleasedInstanceIsNoPreviousOneAndKeepsItsOwnAnswer) {
+    Probe first(ProbePath(), "probe");
+    Probe second(ProbePath(), "probe");
+    EXPECT_EQ(first.ReleaseInstance(), "0");
+    EXPECT_EQ(second.ReleaseInstance(), "1");
+    Probe third(ProbePath(), "probe");
+    EXPECT_EQ(third.previous, "00");
+    Probe fourth(ProbePath(), "probe");
+    EXPECT_EQ(fourth.previous, "11");
+    for (Probe* each : {&fourth, &third, &second, &first}) EXPECT_EQ(each->Finish(), 7u);
 }
 
 TEST_F(Win32Process, ProgramElsewhereIsNoPreviousInstance) {

@@ -184,7 +184,7 @@ TEST_F(RestoreTabTest, DestinationFolderThatIsGoneWhenItIsOpenedIsTold) {
     });
     tab.actions.Cmd_RestoreTo_Click();
     ASSERT_EQ(desktop.boxes.size(), 2u);
-    ExpectBox("Path not found", forms::Icon::kCritical, "Error");
+    ExpectBox("Path not found: C:\\Restore\\Here", forms::Icon::kCritical, "Error");
     EXPECT_EQ(path, "C:\\Restore");
 }
 

@@ -63,7 +63,7 @@ TEST_F(BackupLists, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
     machine.files().RemoveFolder("C:\\Data\\Sub");
     Tab().Dir_DirList.UserOpen(sub);
     ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
+    EXPECT_EQ(desktop.boxes[0].text, "Path not found: C:\\Data\\Sub");
     EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
     EXPECT_EQ(desktop.boxes[0].title, "Error");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
@@ -141,7 +141,7 @@ TEST_F(BackupLists, DriveThatWentIsToldWhenItIsChosenAndTheFolderStays) {
     machine.SetReady('E', false);
     machine.drives.drives.erase('E');
     Tab().Dri_DriveList.UserChoose(1);
-    EXPECT_THAT(Told(), ::testing::ElementsAre("Path not found"));
+    EXPECT_THAT(Told(), ::testing::ElementsAre("Path not found: e:"));
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
 }

@@ -323,7 +323,7 @@ TEST_F(BackupTabTest, ChoosingAnEmptyDriveIsToldAndWritesNothing) {
     Select("ALL.INI");
     Tab().Dri_DriveList.UserChoose(0);
     ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
+    EXPECT_EQ(desktop.boxes[0].text, "Path not found: a:");
     EXPECT_EQ(desktop.boxes[0].title, "Error");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
@@ -335,7 +335,7 @@ TEST_F(BackupTabTest, SourceOnADriveThatIsNotListedIsToldAndKept) {
     Open();
     Select("ODD.INI");
     ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Device unavailable");
+    EXPECT_EQ(desktop.boxes[0].text, "Device unavailable: E:\\");
     EXPECT_EQ(StoredSource("ODD.INI"), "E:\\*.DOC");
 }
 

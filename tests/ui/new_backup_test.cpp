@@ -217,12 +217,17 @@ TEST_F(NewBackup, SetThatCannotBeMadeIsInNoListAndTheShownOneStays) {
         const std::string number = i == 0 ? "" : std::to_string(i);
         machine.MakeFolders("C:\\Vantrel\\~Vantrel" + number + ".new");
     }
+    const std::string options = Backup().Fld_BackupOptions.Caption();
     Type("Weekly");
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].title, "Error");
     EXPECT_EQ(Backup().Cmb_BackupSet.Text(), "DAILY.INI");
-    EXPECT_EQ(Backup().Cmb_BackupSet.Count(), 1);
+    EXPECT_THAT(EntriesOf(Backup().Cmb_BackupSet), ElementsAre("DAILY.INI"));
+    EXPECT_THAT(EntriesOf(window->Restore.Cmb_RestoreFile), ElementsAre("DAILY.INI"));
     EXPECT_EQ(Backup().Fld_BackupWhere.Caption(), "C:\\Backups\\");
+    EXPECT_EQ(Backup().Fld_BackupOptions.Caption(), options);
+    EXPECT_NE(options, "SubDir=ON, MultiVolume=OFF, Time=ON");
+    EXPECT_EQ(Backup().Dri_DriveList.Drive(), "c:");
     EXPECT_EQ(Backup().Dir_DirList.Path(), "C:\\Data");
 }
 
