@@ -1,5 +1,6 @@
 # The one source list, room by room, for every compiler. Tests stand beside the room they test.
 set(COMMON_SOURCES
+    common/display_text.cpp
     common/error.cpp
     common/file_name.cpp
     common/product.cpp
@@ -197,6 +198,7 @@ set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_machine.cpp
     tests/support/test_services.cpp)
 set(COMMON_TESTS
+    tests/common/display_text_test.cpp
     tests/common/error_test.cpp
     tests/common/file_name_test.cpp
     tests/common/utf_test.cpp)
