@@ -275,6 +275,7 @@ set(ZIP_THREAD_TESTS
     tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp
+    tests/zip/no_question_test.cpp
     tests/zip/pkunzip_test.cpp
     tests/zip/pkzip_test.cpp
     tests/zip/progress_test.cpp

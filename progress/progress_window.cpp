@@ -62,6 +62,9 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
 }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
+    // Handles a press of Cancel that is still waiting: while a box is shown it would be lost.
+    program().desktop.DoEvents();
+    if (!Cmd_Cancel.Enabled()) return false;
     if (AskedToRetry(program().desktop, text, question_title_)) return true;
     Cmd_Cancel.SetEnabled(false);
     return false;

@@ -353,6 +353,28 @@ TEST_F(BackupRun, CancellingAQuestionDisablesCancelSoThatTheNextEventHandsItOver
     EXPECT_EQ(LogRecords().back(), "Cancelled by User");
 }
 
+TEST_F(BackupRun, NoQuestionIsShownOnceCancelIsPressed) {
+    zip.action = [this](RecordingZip& component) {
+        PressCancel();
+        EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
+        EXPECT_TRUE(component.RaiseOverall(50));
+        EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
+    };
+    Run({});
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(LogRecords().back(), "Cancelled by User");
+}
+
+TEST_F(BackupRun, PressOfCancelThatStillWaitsIsTheAnswerToAQuestion) {
+    zip.action = [this](RecordingZip& component) {
+        desktop.on_events.push_back([this] { PressCancel(); });
+        EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
+        EXPECT_TRUE(component.RaiseOverall(50));
+    };
+    Run({});
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
 TEST_F(BackupRun, UnattendedThereIsNobodyToAsk) {
     Unattended("WEEKLY.INI");
     zip.action = [](RecordingZip& component) { EXPECT_EQ(component.questions, nullptr); };

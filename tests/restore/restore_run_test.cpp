@@ -100,6 +100,18 @@ TEST_F(RestoreRun, CancelIsHandedOverAtTheNextOverallEvent) {
     EXPECT_EQ(at_end.status, "Restore Cancelled by User");
 }
 
+TEST_F(RestoreRun, NoQuestionIsShownOnceCancelIsPressed) {
+    unzip.extraction = [this](RecordingUnzip& component) {
+        window->Cmd_Cancel.UserPress();
+        EXPECT_FALSE(component.questions->AskRetry("Please insert disk 2."));
+        EXPECT_TRUE(component.RaiseOverall(11));
+        EXPECT_FALSE(component.questions->AskRetry("Please insert disk 2."));
+    };
+    Run();
+    EXPECT_THAT(desktop.boxes, ::testing::IsEmpty());
+    EXPECT_EQ(at_end.status, "Restore Cancelled by User");
+}
+
 TEST_F(RestoreRun, RunAfterACancelledOneIsNotCancelled) {
     unzip.extraction = [this](RecordingUnzip& component) {
         window->Cmd_Cancel.UserPress();

@@ -1,4 +1,4 @@
-// The restore window while its component still works, though the cancel has been handed over.
+// The restore window over a component that still works though the cancel has been handed over.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -47,6 +47,19 @@ TEST_F(RestoreTabTest, OkWhileACancelledRunEndsDoesNotTakeItsWindowAway) {
     EXPECT_THAT(desktop.happened,
                 ElementsAre("load Frm_Restore", "show Frm_Restore", "activate Frm_Restore",
                             "hide Frm_Restore", "unload Frm_Restore"));
+}
+
+// Counting and extracting both need the disk; only counting may ask for it.
+TEST_F(RestoreTabTest, CancelOfThePromptForTheLastDiskIsTheEndOfQuestions) {
+    machine.PutFile(kArchive, "PK\7\10 the first disk of several");
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Frm_Restore window(program, tab.Controls(), std::make_unique<zip::PKUNZIP>(machine.machine()));
+    desktop.answers = {forms::Answer::kCancel, forms::Answer::kCancel};
+    PressOkWhenIdle();
+    desktop.ShowModal(window);
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
 }
 
 }  // namespace

@@ -222,19 +222,25 @@ void RunChannel::RaiseLast(RunEvents& events) {
     background_.notify_all();
 }
 
+// A run that is to stop asks nothing: a step may fail just before its thread notices the cancel.
 void RunChannel::AnswerQuestion(RunEvents& events, const std::string& text) {
-    Questions* const questions = events.Answers();
-    Answer answer = Answer::kNobody;
-    if (questions != nullptr) {
-        answer = questions->AskRetry(text) ? Answer::kRetry : Answer::kCancel;
-    }
-    if (answer == Answer::kCancel) {
-        RaiseOverall(events, shown_percent_);
-        Cancel();
-    }
+    const Answer answer = stop_.stop_requested() ? Answer::kCancel : Ask(events, text);
     const std::lock_guard lock(mutex_);
     answer_ = answer;
     background_.notify_all();
+}
+
+RunChannel::Answer RunChannel::Ask(RunEvents& events, const std::string& text) {
+    Questions* const questions = events.Answers();
+    if (questions == nullptr) {
+        return Answer::kNobody;
+    }
+    if (questions->AskRetry(text)) {
+        return Answer::kRetry;
+    }
+    RaiseOverall(events, shown_percent_);
+    Cancel();
+    return Answer::kCancel;
 }
 
 }  // namespace vantrel::zip

@@ -69,7 +69,8 @@ class RunChannel {
     void Tell(ComponentMessage message);
 
     // Asks whether to try again. Returns when it shall be tried; throws RunStopped otherwise
-    // (nobody is there: the run has failed; the answer was no: it is cancelled).
+    // (nobody is there: the run has failed; the answer was no: it is cancelled). Of a run that is
+    // cancelled already nothing is asked.
     void RetryOrStop(const StepFailure& failure);
 
     // Ends the run for a reason that no second try can mend.
@@ -102,6 +103,7 @@ class RunChannel {
     void RaiseOverall(RunEvents& events, int percent);
     void RaiseLast(RunEvents& events);
     void AnswerQuestion(RunEvents& events, const std::string& text);
+    Answer Ask(RunEvents& events, const std::string& text);
     int Percent() const;
     RunOutcome Outcome();
 
