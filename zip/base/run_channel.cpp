@@ -4,6 +4,7 @@
 #include <thread>
 #include <utility>
 
+#include "common/display_text.h"
 #include "zip/base/stoppable_wait.h"
 
 namespace vantrel::zip {
@@ -24,7 +25,7 @@ constexpr std::size_t kMessagesPerEvent = 256;
 
 std::string Sentence(const std::string& what, const std::string& path, const Error& error) {
     const std::string reason = " (" + error.description() + ").";
-    return path.empty() ? what + reason : what + ": " + path + reason;
+    return EscapeControls(path.empty() ? what + reason : what + ": " + path + reason);
 }
 
 struct RunChannel::Turn {
@@ -94,6 +95,7 @@ void RunChannel::CheckStop() const {
 }
 
 void RunChannel::Tell(ComponentMessage message) {
+    message.text = EscapeControls(message.text);
     std::unique_lock lock(mutex_);
     WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMostMessages; });
     messages_.push_back(std::move(message));
