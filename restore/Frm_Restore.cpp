@@ -44,7 +44,7 @@ void Frm_Restore::Form_Activate() {
     LogRecord("Starting Restore from " + SourceInWords());
     cancelled_ = false;
     RunComponent();
-    messages_.Summarise(PKUNZIP.FailedEntries(), "files not restored");
+    messages_.Summarise(PKUNZIP.FailedEntries(), "not restored");
     if (cancelled_) {
         LogRecord("Finished Restore from " + SourceInWords());
         LogRecord("Cancelled by User");

@@ -328,7 +328,7 @@ TEST_F(BackupRun, FatalStopEndsTheProgramAtOnceAfterTheSummary) {
     }
     EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
                                           "Creating Backup File C:\\Backups\\WEEKLY.zip",
-                                          "C:\\Backups: Disk full", "1 files not backed up"));
+                                          "C:\\Backups: Disk full", "1 file not backed up"));
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
 }
 
@@ -373,6 +373,18 @@ TEST_F(BackupRun, PressOfCancelThatStillWaitsIsTheAnswerToAQuestion) {
     };
     Run({});
     EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(BackupRun, OneOfEachIsCountedInTheSingular) {
+    zip.skipped = 1;
+    zip.action = [](RecordingZip& component) {
+        for (int i = 0; i < 51; ++i) {
+            component.Say("no " + std::to_string(i), zip::MessageKind::kWarning);
+        }
+    };
+    Run({});
+    EXPECT_THAT(LogRecords(), Contains("1 more message not written"));
+    EXPECT_THAT(LogRecords(), Contains("1 file not backed up"));
 }
 
 TEST_F(BackupRun, UnattendedThereIsNobodyToAsk) {
