@@ -1,6 +1,7 @@
 # The one source list, room by room, for every compiler. Tests stand beside the room they test.
 set(COMMON_SOURCES
     common/dated_folder.cpp
+    common/display_text.cpp
     common/error.cpp
     common/file_name.cpp
     common/product.cpp
@@ -177,11 +178,14 @@ set(VIEWS_WIN32_SOURCES
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES
     app/main_win32.cpp)
-set(VZIP_SOURCES
-    tools/vzip.cpp
+# Without its main function, for the tests.
+set(VZIP_COMMANDS
     tools/vzip_common.cpp
     tools/vzip_create.cpp
     tools/vzip_extract.cpp)
+set(VZIP_SOURCES
+    tools/vzip.cpp
+    ${VZIP_COMMANDS})
 set(WRITE_FILES_SOURCES
     tools/write_files.cpp)
 
@@ -200,6 +204,7 @@ set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_services.cpp)
 set(COMMON_TESTS
     tests/common/dated_folder_test.cpp
+    tests/common/display_text_test.cpp
     tests/common/error_test.cpp
     tests/common/file_name_test.cpp
     tests/common/utf_test.cpp)
@@ -276,6 +281,8 @@ set(ZIP_THREAD_TESTS
     tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/memory_file_system.cpp
+    tests/zip/message_text_test.cpp
+    tests/zip/no_question_test.cpp
     tests/zip/pkunzip_test.cpp
     tests/zip/pkzip_test.cpp
     tests/zip/progress_test.cpp
@@ -326,7 +333,9 @@ set(ZIP_TESTS
     tests/zip/spanning_others_test.cpp
     tests/zip/target_folders_test.cpp
     tests/zip/thorough_choice_test.cpp
-    tests/zip/zip64_test.cpp)
+    tests/zip/vzip_test.cpp
+    tests/zip/zip64_test.cpp
+    ${VZIP_COMMANDS})
 set(BACKUPSET_TESTS
     tests/backupset/exist_test.cpp
     tests/backupset/paths_test.cpp

@@ -16,7 +16,7 @@ namespace {
 // Below this many free bytes the volume option of a spanned backup is switched off.
 constexpr double kLowSpaceBytes = 2'000'000;
 
-constexpr const char* kSkipped = "files not backed up";
+constexpr const char* kSkipped = "not backed up";
 
 std::string DatedFolderNow(platform::Clock& clock) {
     const platform::LocalTime time = clock.Now();

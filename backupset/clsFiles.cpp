@@ -153,10 +153,7 @@ bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
 }
 
 std::string clsFiles::OnDrive(const std::string& path) {
-    const bool without_drive = path.starts_with("\\") && !path.starts_with("\\\\");
-    if (!without_drive) return forms::FolderPath(path);
-    const std::string drive = clsINI(program_).Backup_Parts(path, clsINI::kDrive);
-    return forms::FolderPath(drive.substr(0, 2) + path);
+    return forms::FolderPath(forms::OnApplicationDrive(program_.machine, path));
 }
 
 }  // namespace vantrel

@@ -51,10 +51,16 @@ std::string TooLong(const std::string& what) {
     return what + " is longer than " + std::to_string(kMaxValueBytes) + " bytes";
 }
 
+bool IsSlash(char c) { return c == '\\' || c == '/'; }
+
+// Of a source, which needs a folder on its drive.
 bool HasRoot(const std::string& path) {
     const std::size_t slash = forms::HasDrive(path) ? 2 : 0;
-    return path.size() > slash && (path[slash] == '\\' || path[slash] == '/');
+    return path.size() > slash && IsSlash(path[slash]);
 }
+
+// Of a destination: "E:" is the root of that drive.
+bool HasDriveOrRoot(const std::string& path) { return forms::HasDrive(path) || HasRoot(path); }
 
 std::string WithoutRoot(const std::string& key, const std::string& path) {
     return key + " does not begin with the root of a drive: \"" + path + "\"";
@@ -166,7 +172,8 @@ std::string clsINI::BackupProblem() const {
         if (!problem.empty()) return problem;
     }
     if (!HasRoot(set_.BackupFiles)) return WithoutRoot("BackupFiles", set_.BackupFiles);
-    if (!HasRoot(set_.BackupToDrive)) return WithoutRoot("BackupToDrive", set_.BackupToDrive);
+    if (!HasDriveOrRoot(set_.BackupToDrive))
+        return WithoutRoot("BackupToDrive", set_.BackupToDrive);
     return "";
 }
 

@@ -1,5 +1,6 @@
 #include "progress/component_messages.h"
 
+#include "common/display_text.h"
 #include "log/clsLog.h"
 
 namespace vantrel {
@@ -15,8 +16,9 @@ void ComponentMessages::Handle(const zip::ComponentMessage& message) {
 }
 
 void ComponentMessages::Summarise(std::int32_t lost_files, const std::string& what_they_are) {
-    if (others_ > 0) Write(std::to_string(others_) + " more messages not written");
-    if (lost_files > 0) Write(std::to_string(lost_files) + " " + what_they_are);
+    if (others_ > 0) Write(Counted(others_, "more message", "more messages") + " not written");
+    const auto lost = static_cast<std::uint32_t>(lost_files);
+    if (lost > 0) Write(Counted(lost, "file", "files") + " " + what_they_are);
     written_ = 0;
     others_ = 0;
 }

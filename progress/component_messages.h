@@ -17,7 +17,7 @@ class ComponentMessages {
 
     void Handle(const zip::ComponentMessage& message);
     // Once, when the action has returned or before a fatal stop: how many more messages there were,
-    // and how many files the run has lost ("files not backed up").
+    // and how many files the run has lost ("not backed up").
     void Summarise(std::int32_t lost_files, const std::string& what_they_are);
 
   private:
@@ -26,7 +26,7 @@ class ComponentMessages {
 
     forms::Program& program_;
     int written_ = 0;
-    int others_ = 0;
+    std::uint32_t others_ = 0;
 };
 
 }  // namespace vantrel

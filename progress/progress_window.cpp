@@ -62,7 +62,8 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
 }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
-    // The component asks before the event that hands the cancel over.
+    // Handles a press of Cancel that is still waiting: while a box is shown it would be lost.
+    program().desktop.DoEvents();
     if (!Cmd_Cancel.Enabled()) return false;
     if (AskedToRetry(program().desktop, text, question_title_)) return true;
     Cmd_Cancel.SetEnabled(false);

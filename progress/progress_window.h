@@ -41,6 +41,7 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     void OverallProgress(std::int32_t percent, bool& cancel);
     void FileProgress(std::int32_t percent);
     void Message(const zip::ComponentMessage& message);
+    // Shows no box when Cancel has been pressed: the answer is Cancel.
     bool AskRetry(const std::string& text) override;
 
     void LogRecord(const std::string& text);

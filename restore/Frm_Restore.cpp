@@ -43,7 +43,7 @@ void Frm_Restore::Form_Activate() {
     records_.WriteStarted();
     cancelled_ = false;
     RunComponent();
-    messages_.Summarise(PKUNZIP.FailedEntries(), "files not restored");
+    messages_.Summarise(PKUNZIP.FailedEntries(), "not restored");
     if (cancelled_) {
         records_.WriteCancelled();
     } else {

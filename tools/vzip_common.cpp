@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "common/display_text.h"
+
 namespace vantrel::tools {
 
 std::string SeamPath(const std::string& path) {
@@ -23,7 +25,7 @@ int Report(const Ending& ending, bool quiet) {
         return kExitFailed;
     }
     if (!quiet) {
-        std::printf("%llu entries, %d %s\n", static_cast<unsigned long long>(ending.entries),
+        std::printf("%s, %d %s\n", Counted(ending.entries, "entry", "entries").c_str(),
                     static_cast<int>(ending.left_out), ending.left_out_means);
     }
     return ending.left_out > 0 ? kExitSomeSkipped : kExitComplete;

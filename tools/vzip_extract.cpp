@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "common/display_text.h"
 #include "tools/vzip_common.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/archive_source.h"
@@ -64,7 +65,7 @@ int ListArchive(const platform::Machine& machine, const std::vector<std::string>
     const zip::Directory directory = zip::ReadDirectory(source, machine.code_page, machine.clock);
     for (const zip::StoredEntry& entry : directory.entries) {
         std::printf("%12llu  %s\n", static_cast<unsigned long long>(entry.size),
-                    entry.name.c_str());
+                    EscapeControls(entry.name).c_str());
     }
     if (!directory.IsComplete()) {
         std::fprintf(stderr, "%s\n", directory.trouble.c_str());

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "zip/base/paths.h"
 #include "zip/raised_events.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/archive_source.h"
@@ -65,6 +66,9 @@ struct PKUNZIP::State {
         const auto found = values.find(id);
         return found == values.end() ? "" : std::get<std::string>(found->second);
     }
+    std::string Path(const std::string& path) const {
+        return WithDrive(path, machine.process.ApplicationFolder());
+    }
     void ReadNames(const PKUNZIP& component);
     void ReadEntry();
     void Extract(PKUNZIP& component);
@@ -79,7 +83,7 @@ struct PKUNZIP::State {
 void PKUNZIP::State::ReadNames(const PKUNZIP& component) {
     names.clear();
     std::string trouble;
-    const std::string archive = Text(unzip_id::kArchive);
+    const std::string archive = Path(Text(unzip_id::kArchive));
     try {
         ArchiveSource source(machine.files, archive);
         source.AskForDisks(machine.drives, [&component](const StepFailure& failure) {
@@ -114,8 +118,8 @@ void PKUNZIP::State::ReadEntry() {
 
 void PKUNZIP::State::Extract(PKUNZIP& component) {
     ExtractOptions options;
-    options.archive = Text(unzip_id::kArchive);
-    options.destination = Text(unzip_id::kDestination);
+    options.archive = Path(Text(unzip_id::kArchive));
+    options.destination = Path(Text(unzip_id::kDestination));
     if (const std::string spec = Text(unzip_id::kFileSpec); !spec.empty()) {
         options.mask = spec;
     }
@@ -152,7 +156,7 @@ void PKUNZIP::Set(int id, const Value& value) {
 }
 
 std::vector<std::string> PKUNZIP::TargetFolders(const std::string& destination) const {
-    return zip::TargetFolders(state_->machine, state_->names, destination);
+    return zip::TargetFolders(state_->machine, state_->names, state_->Path(destination));
 }
 
 std::int32_t PKUNZIP::FailedEntries() const { return state_->failed; }

@@ -15,7 +15,8 @@
 
 namespace vantrel::zip {
 
-// Dispatch identifiers of the unzip component.
+// Dispatch identifiers of the unzip component. A path that begins with exactly one backslash is on
+// the application's drive; it is read back as it was set.
 namespace unzip_id {
 constexpr int kArchive = 1;      // text: full path of the archive
 constexpr int kFileSpec = 2;     // text: which entries; "*.*" is every entry

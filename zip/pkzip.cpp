@@ -1,6 +1,7 @@
 #include "zip/pkzip.h"
 
 #include "common/error.h"
+#include "zip/base/paths.h"
 #include "zip/raised_events.h"
 #include "zip/writer/archive_writer.h"
 #include "zip/writer/file_spec.h"
@@ -64,8 +65,10 @@ void PKZIP::Set(int id, const Value& value) {
 
 void PKZIP::AddFiles() {
     WriterOptions options;
-    options.archive = Text(zip_id::kArchive);
+    const std::string application_folder = machine_.process.ApplicationFolder();
+    options.archive = WithDrive(Text(zip_id::kArchive), application_folder);
     options.source = ParseFileSpec(Text(zip_id::kFileSpec));
+    options.source.folder = WithDrive(options.source.folder, application_folder);
     options.source.sub_folders = std::get<bool>(Get(zip_id::kSubFolders));
     options.level = std::get<std::int16_t>(Get(zip_id::kLevel));
     options.spanning =

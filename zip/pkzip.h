@@ -15,7 +15,8 @@ namespace vantrel::zip {
 
 using Value = std::variant<bool, std::int16_t, std::int32_t, std::string>;
 
-// Dispatch identifiers of the zip component.
+// Dispatch identifiers of the zip component. A path that begins with exactly one backslash is on
+// the application's drive; it is read back as it was set.
 namespace zip_id {
 constexpr int kArchive = 1;   // text: full path of the archive to create
 constexpr int kFileSpec = 2;  // text: folder and mask, in double quotes

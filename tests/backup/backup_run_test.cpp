@@ -328,7 +328,7 @@ TEST_F(BackupRun, FatalStopEndsTheProgramAtOnceAfterTheSummary) {
     }
     EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
                                           "Creating Backup File C:\\Backups\\WEEKLY.zip",
-                                          "C:\\Backups: Disk full", "1 files not backed up"));
+                                          "C:\\Backups: Disk full", "1 file not backed up"));
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
 }
 
@@ -351,6 +351,40 @@ TEST_F(BackupRun, CancellingAQuestionDisablesCancelSoThatTheNextEventHandsItOver
     };
     Run({});
     EXPECT_EQ(LogRecords().back(), "Cancelled by User");
+}
+
+TEST_F(BackupRun, NoQuestionIsShownOnceCancelIsPressed) {
+    zip.action = [this](RecordingZip& component) {
+        PressCancel();
+        EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
+        EXPECT_TRUE(component.RaiseOverall(50));
+        EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
+    };
+    Run({});
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_EQ(LogRecords().back(), "Cancelled by User");
+}
+
+TEST_F(BackupRun, PressOfCancelThatStillWaitsIsTheAnswerToAQuestion) {
+    zip.action = [this](RecordingZip& component) {
+        desktop.on_events.push_back([this] { PressCancel(); });
+        EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
+        EXPECT_TRUE(component.RaiseOverall(50));
+    };
+    Run({});
+    EXPECT_THAT(desktop.boxes, IsEmpty());
+}
+
+TEST_F(BackupRun, OneOfEachIsCountedInTheSingular) {
+    zip.skipped = 1;
+    zip.action = [](RecordingZip& component) {
+        for (int i = 0; i < 51; ++i) {
+            component.Say("no " + std::to_string(i), zip::MessageKind::kWarning);
+        }
+    };
+    Run({});
+    EXPECT_THAT(LogRecords(), Contains("1 more message not written"));
+    EXPECT_THAT(LogRecords(), Contains("1 file not backed up"));
 }
 
 TEST_F(BackupRun, UnattendedThereIsNobodyToAsk) {

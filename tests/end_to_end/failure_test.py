@@ -86,7 +86,7 @@ class LockedFile(harness.EndToEndTest):
         notes = self.pc.log.undated()[1:]
         self.assertEqual(2, len(notes), notes)
         self.assertIn("open ledger.dat", notes[0])
-        self.assertEqual("1 files not backed up", notes[1])
+        self.assertEqual("1 file not backed up", notes[1])
         self.assertEqual(log_file.successful("Job.INI", "E:\\JOB.zip", notes),
                          self.pc.log.records())
         holder.stdin.close()

@@ -265,7 +265,23 @@ INSTANTIATE_TEST_SUITE_P(Without, Roots,
                                            std::pair{"BackupFiles", "C:*.*"},
                                            std::pair{"BackupFiles", "*.*"},
                                            std::pair{"BackupToDrive", ""},
-                                           std::pair{"BackupToDrive", "C:"}));
+                                           std::pair{"BackupToDrive", "BACKUPS\\"}));
+
+TEST_F(LongValues, DestinationOfADriveAloneIsItsRoot) {
+    WriteSet("Destination", "BackupToDrive", "C:");
+    Furnish();
+    RunUnattended();
+    ExpectArchived("C:\\WEEKLY.zip", {"a.txt", "b.bin", "Sub/c.txt"});
+}
+
+TEST_F(LongValues, PathsThatBeginWithABackslashAreOnTheApplicationsDrive) {
+    WriteSet("BACKUP SOURCE", "BackupFiles", "\\DATA\\*.*");
+    WriteSet("Destination", "BackupToDrive", "\\BACKUPS\\");
+    Furnish();
+    RunUnattended();
+    ExpectArchived("C:\\Backups\\WEEKLY.zip", {"a.txt", "b.bin", "Sub/c.txt"});
+    EXPECT_EQ(computer.Content(kLogPath).find("Path not found"), std::string::npos);
+}
 
 }  // namespace
 }  // namespace vantrel::test

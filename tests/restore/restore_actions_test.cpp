@@ -325,7 +325,7 @@ TEST_F(RestoreTabTest, FileInUseAtTheTargetIsSkippedAndLogged) {
     EXPECT_EQ(machine.Content("C:\\RESTORE\\a.txt"), "in use");
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
     EXPECT_THAT(LogRecords(), Contains("a.txt is not restored: Permission denied."));
-    EXPECT_THAT(LogRecords(), Contains("1 files not restored"));
+    EXPECT_THAT(LogRecords(), Contains("1 file not restored"));
 }
 
 TEST_F(RestoreTabTest, CancelledRestoreIsLoggedAndTheSetStaysAsItWas) {

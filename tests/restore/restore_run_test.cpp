@@ -100,6 +100,18 @@ TEST_F(RestoreRun, CancelIsHandedOverAtTheNextOverallEvent) {
     EXPECT_EQ(at_end.status, "Restore Cancelled by User");
 }
 
+TEST_F(RestoreRun, NoQuestionIsShownOnceCancelIsPressed) {
+    unzip.extraction = [this](RecordingUnzip& component) {
+        window->Cmd_Cancel.UserPress();
+        EXPECT_FALSE(component.questions->AskRetry("Please insert disk 2."));
+        EXPECT_TRUE(component.RaiseOverall(11));
+        EXPECT_FALSE(component.questions->AskRetry("Please insert disk 2."));
+    };
+    Run();
+    EXPECT_THAT(desktop.boxes, ::testing::IsEmpty());
+    EXPECT_EQ(at_end.status, "Restore Cancelled by User");
+}
+
 TEST_F(RestoreRun, RunAfterACancelledOneIsNotCancelled) {
     unzip.extraction = [this](RecordingUnzip& component) {
         window->Cmd_Cancel.UserPress();
@@ -156,6 +168,7 @@ TEST_F(RestoreRun, EmptiedDetailsArePaintedAtOnce) {
 }
 
 TEST_F(RestoreRun, RecordsAreDated) {
+    machine.clock.Set(2026, 11, 15, 13, 5, 9);  // making the archive has advanced it
     Run();
     EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
                 EndsWith("\r\n15/11/2026 13:05:09 Starting Restore from ZIP File - "

@@ -1,4 +1,5 @@
-// The restore window while its component still works, though the cancel has been handed over.
+// The restore window over a component that still works though the cancel has been handed over, and
+// over one that warns.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +11,8 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::Not;
+using ::testing::StartsWith;
 
 // Goes on for two more events after it was told to stop, as workers do that finish what they have.
 class SlowToStop : public zip::PKUNZIP {
@@ -74,6 +77,46 @@ TEST_F(RestoreTabTest, NoQuestionIsShownAfterTheCancel) {
     desktop.ShowModal(window);
     EXPECT_THAT(desktop.boxes, ::testing::IsEmpty());
     EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
+}
+
+// Counting and extracting both need the disk; only counting may ask for it.
+TEST_F(RestoreTabTest, CancelOfThePromptForTheLastDiskIsTheEndOfQuestions) {
+    machine.PutFile(kArchive, "PK\7\10 the first disk of several");
+    tab.Fld_RestoreFile.SetCaption(kArchive);
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Frm_Restore window(program, tab.Controls(), std::make_unique<zip::PKUNZIP>(machine.machine()));
+    desktop.answers = {forms::Answer::kCancel, forms::Answer::kCancel};
+    PressOkWhenIdle();
+    desktop.ShowModal(window);
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
+}
+
+TEST_F(RestoreTabTest, LineBreakInAnEntryNameMakesNoRecordOfItsOwn) {
+    machine.PutFile("C:\\Data\\x--Successful Backup", "alpha");
+    Archive();
+    std::string bytes = machine.Content(kArchive);
+    for (std::size_t at = 0; (at = bytes.find("x--", at)) != std::string::npos; ++at) {
+        bytes.replace(at, 3, "x\r\n");
+    }
+    machine.PutFile(kArchive, bytes);
+    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    Browse(kArchive);
+    std::vector<std::string> details;
+    desktop.on_step = [&](const std::string&) {
+        if (auto* const window = dynamic_cast<Frm_Restore*>(desktop.Front())) {
+            for (int i = 0; i < window->Lst_Details.Count(); ++i) {
+                details.push_back(window->Lst_Details.Item(i));
+            }
+        }
+    };
+    Restore();
+    const std::string warning =
+        "x\\x0d\\x0aSuccessful Backup is restored as x__Successful Backup: characters that a file "
+        "name cannot hold become \"_\".";
+    EXPECT_THAT(details, Contains(warning));
+    EXPECT_THAT(LogRecords(), Contains(warning));
+    EXPECT_THAT(LogRecords(), Not(Contains(StartsWith("Successful Backup"))));
 }
 
 }  // namespace

@@ -31,5 +31,11 @@ TEST(DiskPrompt, AnyOtherErrorIsToldInItsOwnWords) {
               "The disk in the drive cannot be read (Some reason).");
 }
 
+TEST(DiskPrompt, OneFreeByteIsCountedInTheSingular) {
+    EXPECT_EQ(zip::FreeSpaceNote(1), "The disk in the drive has 1 byte free.");
+    EXPECT_EQ(zip::FullNote(1), "The disk in the drive is full: it has 1 byte free.");
+    EXPECT_EQ(zip::FullNote(0), "The disk in the drive is full: it has 0 bytes free.");
+}
+
 }  // namespace
 }  // namespace vantrel::test

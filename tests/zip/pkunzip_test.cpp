@@ -178,6 +178,27 @@ TEST_F(PkUnzip, UnattendedMissingArchiveIsAnErrorMessage) {
     EXPECT_EQ(messages[0].code, error_number::kFileNotFound);
 }
 
+TEST_F(PkUnzip, PathsWithoutADriveAreOnTheApplicationsDrive) {
+    machine.process.application_folder = "D:\\Vantrel";
+    archive.entries.push_back({.name = "LONGNA~1/c.txt", .content = "gamma"});
+    files.Put("D:\\OUT\\A.zip", archive.Bytes());
+    files.PutFolder("D:\\SRC\\Sub");
+    SetAll();
+    component.Set(kArchive, std::string("\\OUT\\A.zip"));
+    component.Set(kDestination, std::string("\\SRC"));
+    EXPECT_EQ(Count(), 4);
+    std::vector<std::string> looked_at;
+    files.before = [&](const std::string&, const std::string& path) { looked_at.push_back(path); };
+    EXPECT_EQ(component.TargetFolders("\\SRC"), (Strings{"", "Sub", "LONGNA~1"}));
+    EXPECT_EQ(looked_at, (Strings{"D:\\SRC\\Sub", "D:\\SRC\\LONGNA~1"}));
+    files.before = nullptr;
+    component.Set(kAction, kActionExtract);
+    EXPECT_EQ(files.Content("D:\\SRC\\a.txt"), "alpha");
+    EXPECT_EQ(files.Content("D:\\SRC\\Sub\\b.txt"), "beta");
+    EXPECT_EQ(component.Get(kArchive), Value(std::string("\\OUT\\A.zip")));
+    EXPECT_EQ(component.Get(kDestination), Value(std::string("\\SRC")));
+}
+
 TEST_F(PkUnzip, WorksWithoutAnybodyListening) {
     PutArchive();
     zip::PKUNZIP silent(machine_);

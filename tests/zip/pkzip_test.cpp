@@ -151,6 +151,29 @@ TEST_F(PkZip, SkippedFilesAreCountedForEachAction) {
     EXPECT_EQ(component.SkippedFiles(), 0);
 }
 
+TEST_F(PkZip, PathsWithoutADriveAreOnTheApplicationsDrive) {
+    machine.process.application_folder = "D:\\Vantrel";
+    files.Put("D:\\SRC\\a.txt", "of drive D");
+    SetAll();
+    component.Set(kArchive, std::string("\\OUT\\A.zip"));
+    component.Set(kFileSpec, std::string("\"\\SRC\\*.*\""));
+    component.Set(kAction, kActionAdd);
+    ASSERT_TRUE(files.Exists("D:\\OUT\\A.zip"));
+    EXPECT_EQ(ReadArchive(files.Content("D:\\OUT\\A.zip")).Names(), (Strings{"a.txt"}));
+    EXPECT_EQ(component.Get(kArchive), Value(std::string("\\OUT\\A.zip")));
+    EXPECT_EQ(component.Get(kFileSpec), Value(std::string("\"\\SRC\\*.*\"")));
+}
+
+TEST_F(PkZip, RootOfTheApplicationsDriveIsASource) {
+    machine.process.application_folder = "D:\\Vantrel";
+    files.Put("D:\\top.txt", "x");
+    SetAll();
+    component.Set(kSubFolders, false);
+    component.Set(kFileSpec, std::string("\"\\*.*\""));
+    component.Set(kAction, kActionAdd);
+    EXPECT_EQ(Archive().Names(), (Strings{"top.txt"}));
+}
+
 TEST_F(PkZip, WithoutHandlersItRunsAllTheSame) {
     zip::PKZIP plain(machine_);
     plain.Set(kArchive, options.archive);

@@ -19,6 +19,9 @@ TEST(Paths, ParentStopsAtRoots) {
     EXPECT_EQ(ParentOf("\\\\server\\share\\a"), "\\\\server\\share\\");
     EXPECT_EQ(ParentOf("\\\\server\\share\\"), "");
     EXPECT_EQ(ParentOf("\\\\server\\share"), "");
+    EXPECT_EQ(ParentOf("\\Data\\a"), "\\Data");
+    EXPECT_EQ(ParentOf("\\a"), "\\");
+    EXPECT_EQ(ParentOf("\\"), "");
     EXPECT_EQ(ParentOf("a"), "");
 }
 
@@ -42,12 +45,14 @@ TEST(Paths, CutIsFolderAndLeafOfAPathWithoutRoot) {
     EXPECT_EQ(Cut("c.txt").leaf, "c.txt");
 }
 
-TEST(Paths, StampIsDateUnderscoreTime) {
-    EXPECT_TRUE(IsStamp("20261115_130509"));
-    EXPECT_FALSE(IsStamp("20261115-130509"));
-    EXPECT_FALSE(IsStamp("20261115_13050"));
-    EXPECT_FALSE(IsStamp("2026111__130509"));
-    EXPECT_FALSE(IsStamp("20261115_13050a"));
+TEST(Paths, ExactlyOneBackslashIsTheApplicationsDrive) {
+    EXPECT_EQ(WithDrive("\\Data\\a", "D:\\Vantrel"), "D:\\Data\\a");
+    EXPECT_EQ(WithDrive("\\", "D:\\"), "D:\\");
+    for (const char* path : {"C:\\a", "\\\\server\\share\\a", "C:a", "a", ""}) {
+        EXPECT_EQ(WithDrive(path, "D:\\Vantrel"), path);
+    }
+    EXPECT_EQ(WithDrive("\\Data", "\\\\server\\share\\Vantrel"), "\\Data");
+    EXPECT_EQ(WithDrive("\\Data", ""), "\\Data");
 }
 
 TEST(FileSpec, QuotesAreTakenOffAndFolderAndMaskCut) {
@@ -58,6 +63,8 @@ TEST(FileSpec, QuotesAreTakenOffAndFolderAndMaskCut) {
     EXPECT_EQ(ParseFileSpec("\"C:\\Data\\\"").mask, "*.*");
     EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\x\\*.*\"").folder, "\\\\s\\d\\x");
     EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\*.*\"").folder, "\\\\s\\d\\");
+    EXPECT_EQ(ParseFileSpec("\"\\*.*\"").folder, "\\");
+    EXPECT_EQ(ParseFileSpec("\"\\Data\\*.*\"").folder, "\\Data");
     EXPECT_EQ(ParseFileSpec("").folder, "");
 }
 

@@ -6,13 +6,16 @@ namespace vantrel::zip {
 
 namespace {
 
-// Length of the part that has no parent: "C:\", "\\server\share\".
+// Length of the part that has no parent: "C:\", "\\server\share\", "\".
 std::size_t RootLength(std::string_view path) {
     if (path.starts_with("\\\\")) {
         const std::size_t share = path.find('\\', 2);
         const std::size_t end =
             share == std::string_view::npos ? share : path.find('\\', share + 1);
         return end == std::string_view::npos ? path.size() : end + 1;
+    }
+    if (path.starts_with('\\')) {
+        return 1;
     }
     return path.size() >= 3 && path[1] == ':' && path[2] == '\\' ? 3 : 0;
 }
@@ -60,14 +63,12 @@ CutPath Cut(std::string_view path) {
                               : CutPath{path.substr(0, slash), path.substr(slash + 1)};
 }
 
-bool IsStamp(std::string_view name) {
-    constexpr std::size_t kLength = 15;
-    if (name.size() != kLength || name[8] != '_') {
-        return false;
+std::string WithDrive(std::string path, std::string_view application_folder) {
+    const bool lacks_drive = path.starts_with('\\') && !path.starts_with("\\\\");
+    if (lacks_drive && application_folder.size() >= 2 && application_folder[1] == ':') {
+        path.insert(0, application_folder.substr(0, 2));
     }
-    return std::all_of(name.begin(), name.end(),
-                       [](char c) { return c == '_' || (c >= '0' && c <= '9'); }) &&
-           std::count(name.begin(), name.end(), '_') == 1;
+    return path;
 }
 
 }  // namespace vantrel::zip

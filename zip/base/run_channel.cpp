@@ -4,6 +4,7 @@
 #include <thread>
 #include <utility>
 
+#include "common/display_text.h"
 #include "zip/base/stoppable_wait.h"
 
 namespace vantrel::zip {
@@ -24,7 +25,7 @@ constexpr std::size_t kMessagesPerEvent = 256;
 
 std::string Sentence(const std::string& what, const std::string& path, const Error& error) {
     const std::string reason = " (" + error.description() + ").";
-    return path.empty() ? what + reason : what + ": " + path + reason;
+    return EscapeControls(path.empty() ? what + reason : what + ": " + path + reason);
 }
 
 struct RunChannel::Turn {
@@ -94,6 +95,7 @@ void RunChannel::CheckStop() const {
 }
 
 void RunChannel::Tell(ComponentMessage message) {
+    message.text = EscapeControls(message.text);
     std::unique_lock lock(mutex_);
     WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMostMessages; });
     messages_.push_back(std::move(message));
@@ -222,19 +224,25 @@ void RunChannel::RaiseLast(RunEvents& events) {
     background_.notify_all();
 }
 
+// A run that is to stop asks nothing: a step may fail just before its thread notices the cancel.
 void RunChannel::AnswerQuestion(RunEvents& events, const std::string& text) {
-    Questions* const questions = events.Answers();
-    Answer answer = Answer::kNobody;
-    if (questions != nullptr) {
-        answer = questions->AskRetry(text) ? Answer::kRetry : Answer::kCancel;
-    }
-    if (answer == Answer::kCancel) {
-        RaiseOverall(events, shown_percent_);
-        Cancel();
-    }
+    const Answer answer = stop_.stop_requested() ? Answer::kCancel : Ask(events, text);
     const std::lock_guard lock(mutex_);
     answer_ = answer;
     background_.notify_all();
+}
+
+RunChannel::Answer RunChannel::Ask(RunEvents& events, const std::string& text) {
+    Questions* const questions = events.Answers();
+    if (questions == nullptr) {
+        return Answer::kNobody;
+    }
+    if (questions->AskRetry(text)) {
+        return Answer::kRetry;
+    }
+    RaiseOverall(events, shown_percent_);
+    Cancel();
+    return Answer::kCancel;
 }
 
 }  // namespace vantrel::zip

@@ -50,7 +50,7 @@ struct StepFailure {
 // Unwinds a background thread when the run was cancelled or has failed; never leaves the engine.
 struct RunStopped {};
 
-// "What could not be done: PATH (reason)."
+// "What could not be done: PATH (reason).", with control characters made visible.
 std::string Sentence(const std::string& what, const std::string& path, const Error& error);
 
 class RunChannel {
@@ -65,11 +65,14 @@ class RunChannel {
     // Throws RunStopped when the run is to end.
     void CheckStop() const;
 
-    // Hands a message over; waits while thousands are waiting to be raised.
+    // Hands a message over, its text with control characters made visible: a line break in a name
+    // must not begin a new line of a log. Waits while thousands of messages are waiting to be
+    // raised.
     void Tell(ComponentMessage message);
 
     // Asks whether to try again. Returns when it shall be tried; throws RunStopped otherwise
-    // (nobody is there: the run has failed; the answer was no: it is cancelled).
+    // (nobody is there: the run has failed; the answer was no: it is cancelled). Of a run that is
+    // cancelled already nothing is asked.
     void RetryOrStop(const StepFailure& failure);
 
     // Ends the run for a reason that no second try can mend.
@@ -102,6 +105,7 @@ class RunChannel {
     void RaiseOverall(RunEvents& events, int percent);
     void RaiseLast(RunEvents& events);
     void AnswerQuestion(RunEvents& events, const std::string& text);
+    Answer Ask(RunEvents& events, const std::string& text);
     int Percent() const;
     RunOutcome Outcome();
 

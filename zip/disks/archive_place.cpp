@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/dated_folder.h"
 #include "zip/base/little_endian.h"
 #include "zip/base/paths.h"
 #include "zip/base/source_reader.h"
@@ -21,7 +22,7 @@ void ArchivePlace::RemoveLeftovers() {
     const std::string folder = ParentOf(archive_);
     RemoveLeftover(folder);
     RemoveLeftoversBelow(folder);
-    if (IsStamp(LeafOf(folder))) {
+    if (IsDatedFolderName(LeafOf(folder))) {
         RemoveLeftoversBelow(ParentOf(folder));
     }
 }
@@ -30,7 +31,7 @@ void ArchivePlace::RemoveLeftoversBelow(const std::string& folder) {
     std::vector<std::string> stamped;
     try {
         machine_.files.List(folder, [&](const platform::FileInfo& info) {
-            if (info.IsFolder() && !info.is_link && IsStamp(info.name)) {
+            if (info.IsFolder() && !info.is_link && IsDatedFolderName(info.name)) {
                 stamped.push_back(JoinPath(folder, info.name));
             }
             return !channel_.Token().stop_requested();
@@ -48,7 +49,7 @@ void ArchivePlace::RemoveLeftover(const std::string& folder) {
     const std::string path = JoinPath(folder, LeafOf(temporary_));
     try {
         if (machine_.files.Find(path) && IsOurs(path) && RemoveFile(path) &&
-            IsStamp(LeafOf(folder))) {
+            IsDatedFolderName(LeafOf(folder))) {
             machine_.files.RemoveFolder(folder);
         }
     } catch (const Error&) {

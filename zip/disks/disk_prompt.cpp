@@ -1,5 +1,6 @@
 #include "zip/disks/disk_prompt.h"
 
+#include "common/display_text.h"
 #include "zip/base/paths.h"
 
 namespace vantrel::zip {
@@ -34,11 +35,11 @@ std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::str
 }
 
 std::string FreeSpaceNote(std::uint64_t bytes) {
-    return "The disk in the drive has " + std::to_string(bytes) + " bytes free.";
+    return "The disk in the drive has " + Counted(bytes, "byte", "bytes") + " free.";
 }
 
 std::string FullNote(std::uint64_t bytes) {
-    return "The disk in the drive is full: it has " + std::to_string(bytes) + " bytes free.";
+    return "The disk in the drive is full: it has " + Counted(bytes, "byte", "bytes") + " free.";
 }
 
 std::string NoDiskNote() { return "There is no disk in the drive."; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/display_text.h"
 #include "zip/base/little_endian.h"
 #include "zip/base/paths.h"
 #include "zip/disks/disk_prompt.h"
@@ -244,11 +245,9 @@ void SpannedArchive::Abandon() {
     }
     place_.Abandon(open);
     if (finished_disks_ > 0) {
-        channel_.Tell(
-            Warning(place_.Archive(),
-                    std::to_string(finished_disks_) +
-                        (finished_disks_ == 1 ? " disk holds a part" : " disks hold parts") +
-                        " of an archive that was not finished: " + place_.Archive()));
+        channel_.Tell(Warning(place_.Archive(),
+                              Counted(finished_disks_, "disk holds a part", "disks hold parts") +
+                                  " of an archive that was not finished: " + place_.Archive()));
     }
 }
 

@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/display_text.h"
 #include "zip/base/paths.h"
 #include "zip/reader/extract_worker.h"
 
@@ -87,7 +88,7 @@ class ExtractRun {
             }
             channel_.RetryOrStop({error_number::kDiskFull, options_.destination,
                                   "The destination is too small: " + options_.destination + " (" +
-                                      std::to_string(plan.bytes) + " bytes needed, " +
+                                      Counted(plan.bytes, "byte", "bytes") + " needed, " +
                                       std::to_string(free) + " free)."});
         }
     }

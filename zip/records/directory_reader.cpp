@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "common/display_text.h"
 #include "zip/base/little_endian.h"
 #include "zip/records/central_record.h"
 #include "zip/records/end_record.h"
@@ -120,9 +121,9 @@ class DirectoryReader {
     static std::string Stopped(const Directory& directory, const std::string& why) {
         const std::size_t count = directory.entries.size();
         std::string text = "The archive's directory is damaged: it ends after ";
-        text += std::to_string(count) + (count == 1 ? " entry" : " entries");
+        text += Counted(count, "entry", "entries");
         if (count > 0) {
-            text += ", the last one " + directory.entries.back().name;
+            text += ", the last one " + EscapeControls(directory.entries.back().name);
         }
         return text + "; " + why + ".";
     }

@@ -1,0 +1,80 @@
+// What `vzip` prints. A terminal carries out control characters, so names must not bring any.
+#include "tools/vzip_create.h"
+#include "tools/vzip_extract.h"
+
+#include "tests/zip/reader_fixture.h"
+#include "tools/vzip_common.h"
+
+namespace vantrel::test {
+namespace {
+
+using namespace std::string_literals;
+
+class Vzip : public ReaderTest {
+  protected:
+    using Command = int (*)(const platform::Machine&, const std::vector<std::string>&);
+
+    // Its exit code; what it has printed is in `out` and `err`.
+    int Call(Command command, const std::vector<std::string>& arguments) {
+        ::testing::internal::CaptureStdout();
+        ::testing::internal::CaptureStderr();
+        const int exit_code = command(Machine(), arguments);
+        out = ::testing::internal::GetCapturedStdout();
+        err = ::testing::internal::GetCapturedStderr();
+        return exit_code;
+    }
+    void PutArchive(const std::vector<BuiltEntry>& entries) {
+        archive.entries = entries;
+        files.Put(tools::SeamPath("/a.zip"), archive.Bytes());
+    }
+
+    BuiltArchive archive;
+    std::string out;
+    std::string err;
+};
+
+TEST_F(Vzip, ListEscapesControlCharactersOfNames) {
+    PutArchive({{.name = "a\0b"s, .content = "x"},
+                {.name = "\x1b[2J\r\n        1 forged", .content = "yz"},
+                {.name = "\xC3\xA4", .content = "", .flags = 0x0800}});
+    EXPECT_EQ(Call(tools::ListArchive, {"/a.zip"}), tools::kExitComplete);
+    EXPECT_EQ(out,
+              "           1  a\\x00b\n"
+              "           2  \\x1b[2J\\x0d\\x0a        1 forged\n"
+              "           0  \xC3\xA4\n");
+    EXPECT_EQ(err, "");
+}
+
+TEST_F(Vzip, ListEscapesTheNameAtWhichADirectoryEnds) {
+    PutArchive({{.name = "a\x1b"}, {.name = "b"}});
+    std::string bytes = archive.Bytes();
+    bytes[bytes.rfind("PK\1\2")] = 'x';
+    files.Put(tools::SeamPath("/a.zip"), bytes);
+    EXPECT_EQ(Call(tools::ListArchive, {"/a.zip"}), tools::kExitFailed);
+    EXPECT_NE(err.find("the last one a\\x1b; "), std::string::npos) << err;
+}
+
+TEST_F(Vzip, ExtractEscapesNamesInItsWarnings) {
+    PutArchive({{.name = "a\0b"s, .content = "x"}, {.name = "c\x1b[2J", .content = "y"}});
+    EXPECT_EQ(Call(tools::ExtractFiles, {"/a.zip", "/out"}), tools::kExitSomeSkipped);
+    EXPECT_NE(err.find("a\\x00b is not restored: "), std::string::npos) << err;
+    EXPECT_NE(err.find("c\\x1b[2J is restored as "), std::string::npos) << err;
+    EXPECT_EQ(err.find('\x1b'), std::string::npos);
+    EXPECT_EQ(out, "1 entry, 1 failed\n");
+}
+
+TEST_F(Vzip, CreateEscapesNamesInItsWarnings) {
+    files.Put(tools::SeamPath("/data/a"), "x");
+    files.Put(tools::SeamPath("/data/b\x1b[2J"), "y");
+    files.before = [](const std::string& call, const std::string& path) {
+        if (call == "Open" && path.ends_with("b\x1b[2J")) {
+            RaiseError(error_number::kPermissionDenied);
+        }
+    };
+    EXPECT_EQ(Call(tools::CreateArchive, {"/b.zip", "/data", "--quiet"}), tools::kExitSomeSkipped);
+    EXPECT_NE(err.find("b\\x1b[2J (Permission denied)."), std::string::npos) << err;
+    EXPECT_EQ(err.find('\x1b'), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vantrel::test
