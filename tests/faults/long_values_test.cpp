@@ -264,14 +264,15 @@ INSTANTIATE_TEST_SUITE_P(Without, Roots,
                          ::testing::Values(std::pair{"BackupFiles", ""},
                                            std::pair{"BackupFiles", "C:*.*"},
                                            std::pair{"BackupFiles", "*.*"},
-                                           std::pair{"BackupToDrive", ""},
-                                           std::pair{"BackupToDrive", "BACKUPS\\"}));
+                                           std::pair{"BackupToDrive", ""}));
 
-TEST_F(LongValues, DestinationOfADriveAloneIsItsRoot) {
-    WriteSet("Destination", "BackupToDrive", "C:");
-    Furnish();
-    RunUnattended();
-    ExpectArchived("C:\\WEEKLY.zip", {"a.txt", "b.bin", "Sub/c.txt"});
+// On the host's files: those in memory take "C:WEEKLY.zip" for a bare name.
+TEST(DriveAlone, IsTheRootOfTheDriveForADestination) {
+    Computer computer(Computer::Disk::kHost);
+    computer.Furnish();
+    computer.Put(kSetPath, SetText("WEEKLY", "C:"));
+    computer.Work([&] { computer.Start("WEEKLY.INI"); });
+    EXPECT_EQ(ReadArchive(computer.Content("C:\\WEEKLY.zip")).entries.size(), 3u);
 }
 
 TEST_F(LongValues, PathsThatBeginWithABackslashAreOnTheApplicationsDrive) {

@@ -28,17 +28,18 @@ class RetryUntilCancel : public Recorder, public zip::Questions {
     bool cancelled_ = false;
 };
 
-// Cancels at each of the first events. A question waits behind most of them.
+// Cancels at each of the first events, and at later ones until a question comes before the cancel:
+// a slow machine raises more events on the way to it.
 void ExpectNoQuestionAfterCancel(const std::function<RunOutcome(zip::RunEvents&)>& run) {
     int asked = 0;
-    for (std::size_t n = 1; n <= 12; ++n) {
+    for (std::size_t n = 1; n <= 12 || asked == 0; ++n) {
+        ASSERT_LT(n, 2000u) << "the step that fails was never reached";
         RetryUntilCancel events;
         events.cancel_at = n;
         EXPECT_EQ(run(events), RunOutcome::kCancelled) << "event " << n;
         EXPECT_EQ(events.asked_after_cancel, 0) << "event " << n;
         asked += events.asked;
     }
-    EXPECT_GT(asked, 0) << "the step that fails was never reached";
 }
 
 class NoQuestionInABackup : public WriterTest {
