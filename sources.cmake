@@ -4,6 +4,7 @@ set(COMMON_SOURCES
     common/display_text.cpp
     common/error.cpp
     common/file_name.cpp
+    common/path.cpp
     common/product.cpp
     common/utf.cpp)
 set(PLATFORM_SOURCES
@@ -101,12 +102,7 @@ set(ZIP_SOURCES
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
     backupset/clsINI.cpp
-    backupset/clsINI_properties.cpp
-    backupset/clsString.cpp
-    backupset/file_header.cpp
-    backupset/profile_text.cpp
-    backupset/utf8.cpp
-    backupset/set_files.cpp)
+    backupset/profile_text.cpp)
 set(LOG_SOURCES
     log/clsLog.cpp
     log/log_truncate.cpp
@@ -207,6 +203,7 @@ set(COMMON_TESTS
     tests/common/display_text_test.cpp
     tests/common/error_test.cpp
     tests/common/file_name_test.cpp
+    tests/common/path_test.cpp
     tests/common/utf_test.cpp)
 set(PLATFORM_TESTS
     tests/platform/command_line_test.cpp

@@ -1,7 +1,6 @@
 #include "backup/Frm_BackupWhere.h"
 
 #include "backupset/clsFiles.h"
-#include "backupset/clsString.h"
 #include "log/show_error.h"
 
 namespace vantrel {

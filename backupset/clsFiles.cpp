@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "backupset/clsINI.h"
 #include "backupset/profile_text.h"
 #include "common/error.h"
+#include "common/path.h"
 #include "forms/folder_path.h"
 #include "platform/text_file.h"
 
@@ -114,18 +114,18 @@ bool clsFiles::Exist(const std::string& path, bool file_test) {
 
 bool clsFiles::Exists(const std::string& path, bool file_test) {
     if (path.empty()) return true;
-    clsINI parts(program_);
-    if (!DriveReady(parts.Backup_Parts(path, clsINI::kDrive))) return false;
+    const std::string application_folder = program_.machine.process.ApplicationFolder();
+    if (!DriveReady(path::DrivePart(path, application_folder))) return false;
     if (!file_test) return IsFolder(path);
-    const std::string folder = parts.Backup_Parts(path, clsINI::kFolder);
-    const std::string name = parts.Backup_Parts(path, clsINI::kFile);
+    const std::string folder = path::FolderPart(path);
+    const std::string name = path::FilePart(path);
     if (!IsFolder(folder)) return false;
     return name == "*.*" || HasFile(folder, name);
 }
 
 bool clsFiles::DriveReady(const std::string& drive) {
     // As a drive list takes it: a letter and a colon, no network path.
-    if (!forms::HasDrive(drive)) return false;
+    if (!path::HasDrive(drive)) return false;
     try {
         return program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
     } catch (const Error&) {
@@ -153,7 +153,24 @@ bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
 }
 
 std::string clsFiles::OnDrive(const std::string& path) {
-    return forms::FolderPath(forms::OnApplicationDrive(program_.machine, path));
+    return path::Normalize(path::OnDriveOf(program_.machine.process.ApplicationFolder(), path));
+}
+
+std::string clsString::Backslash(const std::string& text) {
+    return Reported("clsString:Backslash Method", [&] { return path::WithBackslash(text); });
+}
+
+std::vector<std::string> SetFileNames(forms::Program& program) {
+    constexpr std::string_view kExtension = ".INI";
+    std::vector<std::string> names;
+    auto& machine = program.machine;
+    machine.files.List(machine.process.ApplicationFolder(), [&](const platform::FileInfo& file) {
+        const std::string folded = machine.code_page.Fold(file.name);
+        const bool plain = !file.IsFolder() && !file.IsHiddenOrSystem();
+        if (plain && folded.ends_with(kExtension)) names.push_back(file.name);
+        return true;
+    });
+    return names;
 }
 
 }  // namespace vantrel

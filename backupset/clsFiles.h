@@ -28,6 +28,19 @@ struct ProfileValue {
     bool is_cut = false;  // whether the file holds more than that
 };
 
+// The text helper of the program's paths.
+class clsString {
+  public:
+    // `text` with "\" at its end; "" becomes "\".
+    std::string Backslash(const std::string& text);
+};
+
+// Names of the set files in the application folder, in the system's order: plain files, neither
+// hidden nor system, whose extension is exactly "ini" without regard to case (the system's own
+// search would also find longer extensions by their short names). Raises when the folder cannot be
+// listed.
+std::vector<std::string> SetFileNames(forms::Program& program);
+
 class clsFiles {
   public:
     explicit clsFiles(forms::Program& program) : program_(program) {}

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 
-#include "backupset/clsString.h"
-#include "backupset/file_header.h"
-#include "backupset/utf8.h"
 #include "common/dated_folder.h"
 #include "common/error.h"
+#include "common/path.h"
 #include "common/product.h"
-#include "forms/folder_path.h"
+#include "common/utf.h"
 #include "platform/text_file.h"
 
 namespace vantrel {
@@ -40,11 +38,11 @@ constexpr std::size_t kExtensionLength = 4;  // characters of ".INI"
 constexpr int kInvalidProcedureCall = 5;     // run-time error of a text function
 
 std::string WithoutExtension(const std::string& name) {
-    const std::size_t length = utf8::Length(name);
+    const std::size_t length = utf::Length(name);
     if (length < kExtensionLength) {
         throw Error(kInvalidProcedureCall, product::kName, "Invalid procedure call or argument");
     }
-    return utf8::Left(name, length - kExtensionLength);
+    return utf::Left(name, length - kExtensionLength);
 }
 
 std::string TooLong(const std::string& what) {
@@ -55,12 +53,12 @@ bool IsSlash(char c) { return c == '\\' || c == '/'; }
 
 // Of a source, which needs a folder on its drive.
 bool HasRoot(const std::string& path) {
-    const std::size_t slash = forms::HasDrive(path) ? 2 : 0;
+    const std::size_t slash = path::HasDrive(path) ? 2 : 0;
     return path.size() > slash && IsSlash(path[slash]);
 }
 
 // Of a destination: "E:" is the root of that drive.
-bool HasDriveOrRoot(const std::string& path) { return forms::HasDrive(path) || HasRoot(path); }
+bool HasDriveOrRoot(const std::string& path) { return path::HasDrive(path) || HasRoot(path); }
 
 std::string WithoutRoot(const std::string& key, const std::string& path) {
     return key + " does not begin with the root of a drive: \"" + path + "\"";
@@ -72,16 +70,16 @@ bool IsSwitch(const std::string& value) { return value == "OFF" || value == "ON"
 
 std::string clsINI::Backup_Parts(const std::string& path, int part) const {
     return Reported("clsINI:Backup_Parts Method", [&]() -> std::string {
-        if (part == kDrive) {
-            const bool has_drive = path != "\\" && utf8::At(path, 1) == ":";
-            return utf8::Left(has_drive ? path : program_.machine.process.ApplicationFolder(),
-                              kRootLength);
+        switch (part) {
+            case kDrive:
+                return path::DrivePart(path, program_.machine.process.ApplicationFolder());
+            case kFolder:
+                return path::FolderPart(path);
+            case kFile:
+                return path::FilePart(path);
+            default:
+                return "";
         }
-        const std::size_t last = path.rfind('\\');
-        if (last == 0) return "";
-        const std::size_t split = last == std::string::npos ? 0 : last + 1;
-        if (part == kFolder) return path.substr(0, split);
-        return part == kFile ? path.substr(split) : "";
     });
 }
 
@@ -124,9 +122,9 @@ void clsINI::ConfirmBackslash(const std::string& path) {
 
 clsINI::BackupSet clsINI::Normalized() const {
     BackupSet set = set_;
-    set.BackupToDrive = clsString().Backslash(set.BackupToDrive);
+    set.BackupToDrive = path::WithBackslash(set.BackupToDrive);
     if (!set.RestoreFromDrive.empty()) {
-        set.RestoreFromDrive = clsString().Backslash(set.RestoreFromDrive);
+        set.RestoreFromDrive = path::WithBackslash(set.RestoreFromDrive);
     }
     for (const KeyPlace& place : kPlaces) {
         std::string& value = set.*place.value;
@@ -195,8 +193,8 @@ std::string clsINI::SaveProblem() const {
 std::string clsINI::Template(const std::string& name) const {
     auto& machine = program_.machine;
     const std::string root =
-        machine.code_page.Upper(utf8::Left(machine.process.ApplicationFolder(), kRootLength));
-    std::vector<std::string> lines = FileHeader();
+        machine.code_page.Upper(utf::Left(machine.process.ApplicationFolder(), kRootLength));
+    std::vector<std::string> lines = product::FileHeader();
     lines.insert(lines.end(), {"[BACKUP SOURCE]", "BackupFiles=" + root + "*.*",
                                "BackupSubDirectories=OFF", "", "[DESTINATION]",
                                "BackupFileName=" + machine.code_page.Upper(WithoutExtension(name)),
@@ -244,6 +242,70 @@ bool clsINI::Validate_OnSave() {
              forms::Buttons::kOk, forms::Icon::kExclamation, "INI Validation"});
         return false;
     });
+}
+
+// The nine property pairs. Storing a text cannot fail in practice; a failure would still travel as
+// any other does, under the property's label.
+
+namespace {
+
+std::string Get(const std::string& property, const std::string& field) {
+    return Reported("clsINI:" + property + " Property Get", [&] { return field; });
+}
+
+void Let(const std::string& property, std::string& field, const std::string& value) {
+    Reported("clsINI:" + property + " Property Let", [&] { field = value; });
+}
+
+}  // namespace
+
+std::string clsINI::BackupFiles() const { return Get("BackupFiles", set_.BackupFiles); }
+void clsINI::BackupFiles(const std::string& value) { Let("BackupFiles", set_.BackupFiles, value); }
+
+std::string clsINI::BackupSubDirectories() const {
+    return Get("BackupSubDirectories", set_.BackupSubDirectories);
+}
+void clsINI::BackupSubDirectories(const std::string& value) {
+    Let("BackupSubDirectories", set_.BackupSubDirectories, value);
+}
+
+std::string clsINI::BackupFileName() const { return Get("BackupFileName", set_.BackupFileName); }
+void clsINI::BackupFileName(const std::string& value) {
+    Let("BackupFileName", set_.BackupFileName, value);
+}
+
+std::string clsINI::MultiVolumeBackup() const {
+    return Get("MultiVolumeBackup", set_.MultiVolumeBackup);
+}
+void clsINI::MultiVolumeBackup(const std::string& value) {
+    Let("MultiVolumeBackup", set_.MultiVolumeBackup, value);
+}
+
+std::string clsINI::BackupToDrive() const { return Get("BackupToDrive", set_.BackupToDrive); }
+void clsINI::BackupToDrive(const std::string& value) {
+    Let("BackupToDrive", set_.BackupToDrive, value);
+}
+
+std::string clsINI::TimeBackup() const { return Get("TimeBackup", set_.TimeBackup); }
+void clsINI::TimeBackup(const std::string& value) { Let("TimeBackup", set_.TimeBackup, value); }
+
+std::string clsINI::RestoreFromDrive() const {
+    return Get("RestoreFromDrive", set_.RestoreFromDrive);
+}
+void clsINI::RestoreFromDrive(const std::string& value) {
+    Let("RestoreFromDrive", set_.RestoreFromDrive, value);
+}
+
+std::string clsINI::RestoreFileName() const { return Get("RestoreFileName", set_.RestoreFileName); }
+void clsINI::RestoreFileName(const std::string& value) {
+    Let("RestoreFileName", set_.RestoreFileName, value);
+}
+
+std::string clsINI::RestoreDestination() const {
+    return Get("RestoreDestination", set_.RestoreDestination);
+}
+void clsINI::RestoreDestination(const std::string& value) {
+    Let("RestoreDestination", set_.RestoreDestination, value);
 }
 
 }  // namespace vantrel

@@ -7,4 +7,10 @@ std::string VersionText() {
            std::to_string(kVersionRevision);
 }
 
+std::vector<std::string> FileHeader() {
+    const std::string rule = ";" + std::string(27, '-');
+    return {rule, ";  Quennell Backup Utility  ", ";        Version " + VersionText(),
+            std::string(";      ") + kNoticeWord + "  1999      ", rule};
+}
+
 }  // namespace vantrel::product

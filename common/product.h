@@ -3,7 +3,7 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace vantrel::product {
 
@@ -36,5 +36,10 @@ inline constexpr const char* kSplashWarning =
 
 // Major, minor and revision joined by "." without leading zeros, e.g. 3.0.6.
 std::string VersionText();
+
+// The five comment lines at the top of every file that the program makes: set files and the
+// protected-folder list. Without line ends; all but the third, which ends with the version, have 28
+// characters. Their widths and spaces are part of the formats.
+std::vector<std::string> FileHeader();
 
 }  // namespace vantrel::product

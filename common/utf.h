@@ -38,4 +38,14 @@ std::size_t Utf16Length(std::string_view utf8);
 // that.
 bool IsLongerThan(std::string_view utf8, std::size_t limit);
 
+// Characters of UTF-8 text, for rules such as "the first 3 characters". A byte that belongs to no
+// valid sequence counts with the character before it.
+
+// The first `count` characters, all of a shorter text.
+std::string Left(std::string_view text, std::size_t count);
+// The character at `index`, from 0, as its bytes; "" at the end and beyond.
+std::string At(std::string_view text, std::size_t index);
+// How many characters the text has.
+std::size_t Length(std::string_view text);
+
 }  // namespace vantrel::utf

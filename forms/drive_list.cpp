@@ -1,13 +1,13 @@
 #include "common/error.h"
+#include "common/path.h"
 #include "forms/file_lists.h"
-#include "forms/folder_path.h"
 #include "forms/form.h"
 
 namespace vantrel::forms {
 
 namespace {
 
-std::string Root(const std::string& drive) { return FolderPath(drive.substr(0, 2)); }
+std::string Root(const std::string& drive) { return path::Normalize(drive.substr(0, 2)); }
 
 std::string EntryOf(platform::Drives& drives, char letter) {
     std::string entry{letter, ':'};

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "common/error.h"
+#include "common/path.h"
 #include "forms/file_lists.h"
 #include "forms/folder_path.h"
 #include "forms/form.h"
@@ -9,13 +10,14 @@ namespace vantrel::forms {
 
 FileList::FileList(Form& owner_form, std::string name, std::string pattern)
     : Control(owner_form, Kind::kFileList, std::move(name)), pattern_(std::move(pattern)) {
-    path_ = FolderPath(owner().program().machine.process.ApplicationFolder());
+    path_ = path::Normalize(owner().program().machine.process.ApplicationFolder());
     Fill();
 }
 
 void FileList::SetPath(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
-    const std::string folder = FolderPath(OnApplicationDrive(machine, path));
+    const std::string folder =
+        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
     if (folder.empty() || !IsFolder(machine.files, folder))
         RaiseError(error_number::kPathNotFound, path);
     path_ = folder;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "common/error.h"
+#include "common/path.h"
 #include "forms/file_lists.h"
 #include "forms/folder_path.h"
 #include "forms/form.h"
@@ -9,7 +10,7 @@ namespace vantrel::forms {
 
 FolderList::FolderList(Form& owner_form, std::string name)
     : Control(owner_form, Kind::kFolderList, std::move(name)) {
-    path_ = FolderPath(owner().program().machine.process.ApplicationFolder());
+    path_ = path::Normalize(owner().program().machine.process.ApplicationFolder());
     Fill();
 }
 
@@ -19,7 +20,8 @@ void FolderList::SetPath(const std::string& path) {
 
 bool FolderList::Enter(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
-    const std::string folder = FolderPath(OnApplicationDrive(machine, path));
+    const std::string folder =
+        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
     if (folder.empty() || !IsFolder(machine.files, folder))
         RaiseError(error_number::kPathNotFound, path);
     const bool same = SamePath(machine.code_page, folder, path_);
@@ -31,10 +33,10 @@ bool FolderList::Enter(const std::string& path) {
 void FolderList::Fill() {
     entries_.clear();
     int depth = 0;
-    for (const std::string& folder : FolderChain(path_))
-        entries_.push_back({FolderName(folder), folder, depth++, true});
+    for (const std::string& folder : path::Ancestors(path_))
+        entries_.push_back({depth == 0 ? folder : path::Name(folder), folder, depth++, true});
     for (const std::string& name : SubFolders(owner().program().machine, path_))
-        entries_.push_back({name, JoinPath(path_, name), depth, false});
+        entries_.push_back({name, path::Join(path_, name), depth, false});
 }
 
 void FolderList::Reload() {

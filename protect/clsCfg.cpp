@@ -1,7 +1,6 @@
 #include "protect/clsCfg.h"
 
 #include "backupset/clsFiles.h"
-#include "backupset/file_header.h"
 #include "common/error.h"
 #include "common/product.h"
 #include "platform/text_file.h"
@@ -33,7 +32,7 @@ std::string clsCfg::Upper(const std::string& text) const {
 
 std::string clsCfg::EmptyList() {
     std::string text;
-    for (const std::string& line : FileHeader()) text += line + kLineEnd;
+    for (const std::string& line : product::FileHeader()) text += line + kLineEnd;
     text += std::string(";  Secure Data Directories  ") + kLineEnd + ";" + kLineEnd;
     return text + kLineEnd;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/error.h"
+#include "common/path.h"
 #include "forms/folder_path.h"
 #include "forms/form.h"
 #include "protect/clsCfg.h"
@@ -31,7 +32,7 @@ class TreeBuilder {
 
     void Build(const std::string& path, const std::string& parent) {
         top_level_ = parent.empty();
-        Enter(forms::FolderPath(path), top_level_ ? 0 : std::stoi(parent));
+        Enter(path::Normalize(path), top_level_ ? 0 : std::stoi(parent));
         while (!levels_.empty()) {
             if (levels_.back().next == levels_.back().names.size()) {
                 levels_.pop_back();
@@ -54,7 +55,7 @@ class TreeBuilder {
             progress_.SetFloodPercent(100.0 * static_cast<double>(level.next) /
                                       static_cast<double>(level.names.size()));
         }
-        const std::string path = forms::JoinPath(level.path, name);
+        const std::string path = path::Join(level.path, name);
         const bool is_protected = IsProtected(path);
         const int node = tree_.Add(
             {.text = name,

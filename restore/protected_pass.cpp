@@ -7,10 +7,8 @@
 #include <set>
 
 #include "backupset/clsFiles.h"
-#include "backupset/clsINI.h"
-#include "backupset/clsString.h"
 #include "common/error.h"
-#include "forms/folder_path.h"
+#include "common/path.h"
 #include "log/clsLog.h"
 #include "protect/clsCfg.h"
 
@@ -34,18 +32,18 @@ class DistinctPaths {
 // `path` with the long names of its folders. Every short one that the system makes has a "~"; of a
 // folder that cannot be looked at the name stays as it is.
 std::string WithLongNames(forms::Program& program, const std::string& path) {
-    const std::string spelled = forms::FolderPath(path);
+    const std::string spelled = path::Normalize(path);
     if (spelled.empty() || spelled.find('~') == std::string::npos) return path;
     std::string with_long_names;
-    for (const std::string& folder : forms::FolderChain(spelled)) {
-        std::string name = forms::FolderName(folder);
+    for (const std::string& folder : path::Ancestors(spelled)) {
+        std::string name = path::Name(folder);
         try {
             const auto found = program.machine.files.Find(folder);
             if (found && !with_long_names.empty()) name = found->name;
         } catch (const Error&) {
             // Nor can it be written into.
         }
-        with_long_names = with_long_names.empty() ? folder : forms::JoinPath(with_long_names, name);
+        with_long_names = with_long_names.empty() ? folder : path::Join(with_long_names, name);
     }
     return with_long_names;
 }
@@ -54,18 +52,17 @@ std::string WithLongNames(forms::Program& program, const std::string& path) {
 // really puts them, which is elsewhere when no file can have such a name.
 std::vector<std::string> TargetPaths(forms::Program& program, const RestoreTargets& targets,
                                      const std::string& destination) {
-    clsINI paths(program);
-    clsString text;
-    const std::string root = text.Backslash(destination);
+    const std::string root = path::WithBackslash(destination);
     DistinctPaths found;
     for (std::string entry : targets.entries) {
         std::replace(entry.begin(), entry.end(), '/', '\\');
-        found.Add(root + paths.Backup_Parts(entry, clsINI::kFolder));
+        found.Add(root + path::FolderPart(entry));
     }
     const auto folders = targets.folders ? targets.folders() : std::vector<std::string>();
-    for (const std::string& real_root : {root, text.Backslash(WithLongNames(program, destination))})
+    for (const std::string& real_root :
+         {root, path::WithBackslash(WithLongNames(program, destination))})
         for (const std::string& folder : folders)
-            found.Add(folder.empty() ? real_root : text.Backslash(real_root + folder));
+            found.Add(folder.empty() ? real_root : path::WithBackslash(real_root + folder));
     return found.All();
 }
 

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "backupset/set_files.h"
+#include "backupset/clsFiles.h"
 #include "common/error.h"
 #include "log/clsLog.h"
 #include "log/show_error.h"

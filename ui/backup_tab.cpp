@@ -4,7 +4,6 @@
 #include "backup/Frm_BackupWhere.h"
 #include "backup/preflight.h"
 #include "backupset/clsFiles.h"
-#include "backupset/clsString.h"
 #include "forms/folder_dialog.h"
 #include "log/show_error.h"
 

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "backupset/clsINI.h"
-#include "backupset/set_files.h"
-#include "backupset/utf8.h"
+#include "backupset/clsFiles.h"
+#include "common/utf.h"
 #include "common/error.h"
 #include "common/file_name.h"
 #include "log/show_error.h"
@@ -18,9 +18,9 @@ constexpr std::size_t kExtensionLength = 4;  // characters of ".INI"
 constexpr std::size_t kRootLength = 3;       // characters of "C:\"
 
 std::string WithExtension(forms::Program& program, const std::string& name) {
-    const std::size_t length = utf8::Length(name);
+    const std::size_t length = utf::Length(name);
     const std::size_t start = length - std::min(length, kExtensionLength);
-    const std::string end = name.substr(utf8::Left(name, start).size());
+    const std::string end = name.substr(utf::Left(name, start).size());
     return program.machine.code_page.Upper(end) == ".INI" ? name : name + ".INI";
 }
 
@@ -61,7 +61,7 @@ void Make(forms::Program& program, const std::string& name, BackupTab& tab,
     restore_sets.Add(name);
     tab.GoToApplicationDrive();
     tab.Fld_BackupWhere.SetCaption(
-        utf8::Left(program.machine.process.ApplicationFolder(), kRootLength));
+        utf::Left(program.machine.process.ApplicationFolder(), kRootLength));
     // Not what the new file says; its selection shows that a moment later.
     tab.Fld_BackupOptions.SetCaption("SubDir=ON, MultiVolume=OFF, Time=ON");
 }

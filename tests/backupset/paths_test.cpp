@@ -1,6 +1,6 @@
 #include "backupset/clsINI.h"
-#include "backupset/clsString.h"
-#include "backupset/utf8.h"
+#include "backupset/clsFiles.h"
+#include "common/utf.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel {
@@ -66,18 +66,18 @@ TEST_F(BackupParts, AnyOtherPartIsEmpty) {
 
 TEST(Utf8, CountsCharactersNotBytes) {
     const std::string text = "a\xC3\xA4\xE2\x82\xAC z";
-    EXPECT_EQ(utf8::Length(text), 5u);
-    EXPECT_EQ(utf8::Left(text, 2), "a\xC3\xA4");
-    EXPECT_EQ(utf8::Left(text, 0), "");
-    EXPECT_EQ(utf8::Left(text, 9), text);
-    EXPECT_EQ(utf8::At(text, 2), "\xE2\x82\xAC");
-    EXPECT_EQ(utf8::At(text, 5), "");
+    EXPECT_EQ(utf::Length(text), 5u);
+    EXPECT_EQ(utf::Left(text, 2), "a\xC3\xA4");
+    EXPECT_EQ(utf::Left(text, 0), "");
+    EXPECT_EQ(utf::Left(text, 9), text);
+    EXPECT_EQ(utf::At(text, 2), "\xE2\x82\xAC");
+    EXPECT_EQ(utf::At(text, 5), "");
 }
 
 TEST(Utf8, TakesBytesThatAreNoText) {
-    EXPECT_EQ(utf8::Length("\x80\x80"), 1u);
-    EXPECT_EQ(utf8::Left("\xFF\xFE", 1), "\xFF");
-    EXPECT_EQ(utf8::At("", 0), "");
+    EXPECT_EQ(utf::Length("\x80\x80"), 1u);
+    EXPECT_EQ(utf::Left("\xFF\xFE", 1), "\xFF");
+    EXPECT_EQ(utf::At("", 0), "");
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "backupset/file_header.h"
+#include "common/product.h"
 #include "platform/text_file.h"
 
 namespace vantrel::test {
@@ -111,7 +111,7 @@ Tree Computer::Below(const std::string& folder) {
 std::string SetText(const std::string& archive_name, const std::string& destination,
                     const std::string& multi_volume) {
     std::string text;
-    for (const std::string& line : FileHeader()) text += line + "\r\n";
+    for (const std::string& line : product::FileHeader()) text += line + "\r\n";
     return text +
            "[BACKUP SOURCE]\r\nBackupFiles=C:\\DATA\\*.*\r\nBackupSubDirectories=ON\r\n\r\n"
            "[DESTINATION]\r\nBackupFileName=" +
@@ -132,7 +132,7 @@ std::string LogText(std::size_t bytes) {
 
 std::string ListText(const std::vector<std::string>& folders) {
     std::string text;
-    for (const std::string& line : FileHeader()) text += line + "\r\n";
+    for (const std::string& line : product::FileHeader()) text += line + "\r\n";
     text += ";  Secure Data Directories  \r\n;\r\n\r\n";
     for (const std::string& folder : folders) text += folder + "\r\n";
     return text;

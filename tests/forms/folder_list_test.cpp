@@ -220,28 +220,6 @@ TEST_F(FolderLists, ErrorOfTheHandlerOfAMoveIsNoRefusal) {
     EXPECT_EQ("C:\\Data\\Gamma", list.Path());
 }
 
-TEST(FolderPath, KeepsNetworkPaths) {
-    EXPECT_EQ("\\\\server\\share\\Folder", forms::FolderPath("\\\\server\\share\\Folder\\"));
-    EXPECT_EQ((std::vector<std::string>{"\\\\server\\share", "\\\\server\\share\\One",
-                                        "\\\\server\\share\\One\\Two"}),
-              forms::FolderChain("\\\\server\\share\\One\\Two"));
-    EXPECT_EQ("\\\\server\\share", forms::FolderName("\\\\server\\share"));
-    EXPECT_EQ("One", forms::FolderName("\\\\server\\share\\One"));
-}
-
-TEST(FolderPath, IsEmptyForWhatIsNoFullPath) {
-    for (const char* text : {"", "\\", "Data", "C", "C:Data", "1:\\", "\\\\", "\\\\\\x"})
-        EXPECT_EQ("", forms::FolderPath(text)) << text;
-}
-
-TEST_F(FolderLists, OnlyAPathWithExactlyOneBackslashAtItsFrontGetsTheApplicationDrive) {
-    platform::Machine& on_c = machine.machine();
-    EXPECT_EQ("C:\\Data\\", forms::OnApplicationDrive(on_c, "\\Data\\"));
-    EXPECT_EQ("C:\\", forms::OnApplicationDrive(on_c, "\\"));
-    for (const std::string path : {"\\\\server\\share", "D:\\Data", "D:", "Data", ""})
-        EXPECT_EQ(path, forms::OnApplicationDrive(on_c, path));
-}
-
 }  // namespace
 
 }  // namespace vantrel::test

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "backupset/clsINI.h"
-#include "backupset/utf8.h"
-#include "forms/folder_path.h"
+#include "common/path.h"
+#include "common/utf.h"
 #include "platform/command_line.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/silent_desktop.h"
@@ -20,7 +20,7 @@ namespace {
 using vantrel::clsINI;
 using vantrel::test::Demand;
 namespace forms = vantrel::forms;
-namespace utf8 = vantrel::utf8;
+namespace utf = vantrel::utf;
 namespace zip = vantrel::zip;
 
 bool IsProperPrefix(const std::string& part, const std::string& whole) {
@@ -45,10 +45,10 @@ void CheckEngineHelpers(const std::string& text) {
 }
 
 void CheckListHelpers(const std::string& text) {
-    const std::string path = forms::FolderPath(text);
+    const std::string path = vantrel::path::Normalize(text);
     if (path.empty()) return;
-    Demand(forms::FolderPath(path) == path);
-    const std::vector<std::string> chain = forms::FolderChain(path);
+    Demand(vantrel::path::Normalize(path) == path);
+    const std::vector<std::string> chain = vantrel::path::Ancestors(path);
     Demand(chain.back() == path);
     for (std::size_t i = 1; i < chain.size(); ++i) Demand(IsProperPrefix(chain[i - 1], chain[i]));
 }
@@ -61,18 +61,18 @@ void CheckSetParts(vantrel::forms::Program& program, const std::string& text) {
     Demand(folder.empty() || folder.back() == '\\');
     Demand(file.find('\\') == std::string::npos);
     const std::string drive = ini.Backup_Parts(text, clsINI::kDrive);
-    Demand(utf8::Length(drive) <= 3);
+    Demand(utf::Length(drive) <= 3);
     Demand(text.starts_with(drive) || drive == "C:\\");
 }
 
 void CheckCharacters(const std::string& text) {
     std::string joined;
-    const std::size_t length = utf8::Length(text);
+    const std::size_t length = utf::Length(text);
     for (std::size_t i = 0; i < length; ++i) {
-        Demand(utf8::Left(text, i) == joined);
-        joined += utf8::At(text, i);
+        Demand(utf::Left(text, i) == joined);
+        joined += utf::At(text, i);
     }
-    Demand(joined == text && utf8::Left(text, length) == text && utf8::At(text, length).empty());
+    Demand(joined == text && utf::Left(text, length) == text && utf::At(text, length).empty());
 }
 
 void CheckCommandLine(const std::string& text) {
@@ -99,7 +99,7 @@ std::vector<std::string> Components(std::string_view input) {
 
 void CheckBuilt(const std::string& root, const std::vector<std::string>& components) {
     std::string path = root;
-    std::vector<std::string> chain{forms::FolderPath(root)};
+    std::vector<std::string> chain{vantrel::path::Normalize(root)};
     for (const std::string& component : components) {
         const std::string folder = path;
         path = zip::JoinPath(folder, component);
@@ -108,12 +108,13 @@ void CheckBuilt(const std::string& root, const std::vector<std::string>& compone
         Demand(zip::RootOf(path) == root);
         const zip::SourceSpec spec = zip::ParseFileSpec(path);
         Demand(spec.folder == folder && spec.mask == component);
-        Demand(forms::JoinPath(folder, component) == path);
-        Demand(forms::FolderPath(path) == path && forms::FolderPath(path + "\\") == path);
-        Demand(forms::FolderName(path) == component);
+        Demand(vantrel::path::Join(folder, component) == path);
+        Demand(vantrel::path::Normalize(path) == path &&
+               vantrel::path::Normalize(path + "\\") == path);
+        Demand(vantrel::path::Name(path) == component);
         chain.push_back(path);
     }
-    Demand(forms::FolderChain(forms::FolderPath(path)) == chain);
+    Demand(vantrel::path::Ancestors(vantrel::path::Normalize(path)) == chain);
 }
 
 }  // namespace
