@@ -104,23 +104,18 @@ set(BACKUPSET_SOURCES
     backupset/clsINI.cpp
     backupset/profile_text.cpp)
 set(LOG_SOURCES
-    log/clsLog.cpp
-    log/log_truncate.cpp
-    log/show_error.cpp)
+    log/clsLog.cpp)
 set(SYSTEM_SOURCES
     system/clsApplication.cpp
     system/clsDrives.cpp
     system/clsForm.cpp
-    system/clsSystem.cpp
-    system/guide.cpp)
+    system/clsSystem.cpp)
 set(PROTECT_SOURCES
     protect/clsCfg.cpp
     protect/clsInfo.cpp
     protect/folder_tree.cpp)
 set(PROGRESS_SOURCES
-    progress/component_messages.cpp
-    progress/progress_window.cpp
-    progress/retry_box.cpp)
+    progress/progress_window.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
@@ -132,16 +127,13 @@ set(RESTORE_SOURCES
     restore/Frm_RestoreWhere.cpp
     restore/archive_contents.cpp
     restore/protected_pass.cpp
-    restore/restore_actions.cpp
-    restore/restore_records.cpp
-    restore/texts.cpp)
+    restore/restore_actions.cpp)
 set(UI_SOURCES
     ui/Frm_Mainmenu.cpp
     ui/about_tab.cpp
     ui/backup_tab.cpp
     ui/edit_tab.cpp
     ui/log_tab.cpp
-    ui/mailing.cpp
     ui/new_backup.cpp
     ui/restore_tab.cpp
     ui/secure_tab.cpp

@@ -29,7 +29,7 @@ void Frm_Splash::Form_Load() { Lbl_Version.SetCaption("Version " + product::Vers
 
 void Frm_Splash::Form_Resize() { clsForm().Gradient(*this, 0, 0, 255, true); }
 
-// Start-up shows this window and lets pending events run, so it stands still in here meanwhile.
+// Start-up shows this window and runs pending events, which call this handler: start-up waits here.
 void Frm_Splash::Form_Activate() {
     Tim_Delay.SetEnabled(true);
     while (!delay_elapsed_ && Loaded()) program().desktop.WaitEvents();

@@ -1,5 +1,4 @@
-// The window that is on screen while start-up does its slow steps, and at least five seconds, so
-// that it is seen.
+// The splash window. It is shown during the slow steps of start-up, for at least five seconds.
 #pragma once
 
 #include "forms/controls.h"
@@ -24,7 +23,7 @@ class Frm_Splash : public forms::Form {
 
     void Form_Load() override;
     void Form_Resize() override;
-    // Returns when the delay is over, or the window was closed.
+    // Returns after the delay, or when the window was closed.
     void Form_Activate() override;
     void Tim_Delay_Timer();
 

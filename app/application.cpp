@@ -33,8 +33,8 @@ void Application::Main() {
 
     if (AnotherCopyRuns()) return;
     WriteStartRecords();
-    // Its lists look at every drive: the splash stands on the screen meanwhile, and a second copy
-    // never comes to it.
+    // Slow, since its lists query every drive. The splash is visible meanwhile, and a second copy
+    // of the program has ended before.
     Frm_Mainmenu& main_window = main_window_.emplace(program_);
     desktop.Load(main_window);
     desktop.ShowModeless(main_window);
@@ -46,7 +46,7 @@ void Application::Main() {
     desktop.Unload(main_window);
 }
 
-// Asked twice, with a log object made in between: the second answer decides.
+// Asks twice, with a log object created in between; the second answer decides.
 bool Application::AnotherCopyRuns() {
     clsApplication application(program_);
     if (!application.PrevInstance()) return false;
@@ -65,7 +65,7 @@ void Application::WriteStartRecords() {
     log.Log_Truncate(kLogLimit);
 }
 
-// The command line is a set's file name as it stands: no trimming, no quotes removed.
+// The command line is a set's file name, unchanged: no trimming, no quotes removed.
 void Application::RunUnattended(const std::string& command_line) {
     const std::string path = program_.InApplicationFolder(command_line);
     if (!clsFiles(program_).Exist(path, true)) {
@@ -91,7 +91,7 @@ void Application::EndByError(const Error& error) {
         try {
             clsLog(program_).WriteToLog("Backup", false, number + " " + error.description());
         } catch (const Error&) {
-            // The log itself is what failed: the exit code has to tell it.
+            // The log cannot be written either; the exit code reports the error.
         }
     }
     program_.machine.process.End(forms::exit_code::kFailed);

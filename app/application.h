@@ -1,5 +1,5 @@
-// The running program: start-up decides everything that happens before the user sees the main
-// window, and runs one backup by itself when a set was named on the command line.
+// The running program: the start-up sequence and, when the command line names a set, one unattended
+// backup. Window thread only.
 #pragma once
 
 #include <optional>
@@ -22,13 +22,13 @@ class Application {
     // What the process returns: the outcome of an unattended run, 0 after an attended one.
     int ExitCode() const;
 
-    // An error that nothing has trapped ends the program: told in a box, or in the log when nobody
-    // is there to press OK. No exit record, no stored selection.
+    // Ends the program after an error that no handler trapped: shows it in a box or, unattended,
+    // logs it. Writes no exit record and does not store the selection.
     void EndByError(const Error& error);
 
     forms::Program& program() { return program_; }
-    // The main window is made by Main, after the splash, the decision about another copy and the
-    // start records: there is none before that, and none in a second copy.
+    // Main creates the main window after the splash, the test for another copy and the start
+    // records. A second copy never has one.
     bool HasMainWindow() const { return main_window_.has_value(); }
     Frm_Mainmenu& main_window() { return main_window_.value(); }
 

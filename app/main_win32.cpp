@@ -6,7 +6,7 @@
 
 #include "app/application.h"
 #include "platform/win32/win32_machine.h"
-#include "system/guide.h"
+#include "system/clsSystem.h"
 #include "views/win32/desktop.h"
 
 namespace {

@@ -13,9 +13,6 @@ namespace vantrel {
 
 namespace {
 
-// Below this many free bytes the volume option of a spanned backup is switched off.
-constexpr double kLowSpaceBytes = 2'000'000;
-
 constexpr const char* kSkipped = "not backed up";
 
 std::string DatedFolderNow(platform::Clock& clock) {
@@ -50,13 +47,14 @@ void Frm_Backup::Form_Activate() {
     cancelled_ = false;
     clsINI set(program());
     set.Read_INI(SetPath());
-    // It could be read a moment ago. With empty values something else would be backed up.
+    // The checks before the backup have read the same file. With other values now, something else
+    // would be backed up.
     if (!set.WasRead()) RaiseError(error_number::kPermissionDenied);
     const std::string problem = set.BackupProblem();
     if (!problem.empty()) throw Error(error_number::kBadFileName, name(), problem);
     const Target target = MakeTarget(set);
     RunComponent(set, target);
-    messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
+    messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);
     Finish(target);
     if (program().Unattended()) {
         program().desktop.Hide(*this);
@@ -71,7 +69,7 @@ Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
     return {folder, set.BackupFileName() + ".zip"};
 }
 
-// The component takes its properties in this order; the action is the last and runs to its end.
+// The order of the properties is given. The action is the last; setting it runs the whole backup.
 void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
     namespace id = zip::zip_id;
     const bool multi_volume = set.MultiVolumeBackup() == "ON";
@@ -84,11 +82,11 @@ void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
     const bool low_space =
         clsDrives(program()).FreeSpace(set.BackupToDrive().substr(0, 1)) < kLowSpaceBytes;
     PKZIP.Set(id::kVolumeOption, !(multi_volume && low_space));
-    PKZIP.Set(3, true);
+    PKZIP.Set(id::kOption3, true);
     PKZIP.Set(id::kFileSpec, "\"" + set.BackupFiles() + "\"");
-    PKZIP.Set(4, true);
-    PKZIP.Set(5, true);
-    PKZIP.Set(32, true);
+    PKZIP.Set(id::kOption4, true);
+    PKZIP.Set(id::kOption5, true);
+    PKZIP.Set(id::kOption32, true);
     PKZIP.Set(id::kAction, id::kActionAdd);
 }
 
@@ -121,7 +119,7 @@ void Frm_Backup::PKZIP_FileProgress(std::int32_t& percent) { FileProgress(percen
 void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) { Message(message); }
 
 void Frm_Backup::PKZIP_FatalStop() {
-    messages_.Summarise(PKZIP.SkippedFiles(), kSkipped);
+    messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);
     program().machine.process.End(forms::exit_code::kFailed);
 }
 

@@ -1,4 +1,5 @@
-// The backup window: its first activation runs one whole backup of the selected set.
+// The backup window: its first activation runs one complete backup of the selected set. Window
+// thread only; the component's own threads never call back into the window.
 #pragma once
 
 #include <memory>
@@ -12,10 +13,13 @@ namespace vantrel {
 
 class clsINI;
 
+// Below this many free bytes on the destination the volume option of a spanned backup is off.
+inline constexpr double kLowSpaceBytes = 2'000'000;
+
 class Frm_Backup : public ProgressWindow {
   public:
-    // `set_name` is the set's file name in the application folder. `component` stands for the zip
-    // component; tests hand in a recording one.
+    // `set_name` is the set's file name in the application folder. Tests pass a `component` that
+    // records its properties.
     Frm_Backup(forms::Program& program, std::string set_name,
                std::unique_ptr<zip::PKZIP> component);
 
@@ -32,7 +36,7 @@ class Frm_Backup : public ProgressWindow {
     void PKZIP_FatalStop();
 
   private:
-    // Where the archive goes: its folder as the set will remember it, and its file name.
+    // The archive's folder, as the set stores it for a restore, and its file name.
     struct Target {
         std::string folder;
         std::string file;

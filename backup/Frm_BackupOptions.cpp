@@ -43,10 +43,10 @@ void Frm_BackupOptions::Form_Load() {
 }
 
 void Frm_BackupOptions::Cmd_Ok_Click() {
-    if (Refused() || !SourceKnown()) return;
+    if (!ValidateEntries()) return;
     if (Fld_BackupFile.Text().empty()) Fld_BackupFile.SetText("*.*");
     const clsINI changed = WithValues();
-    if (IsTooLong(changed)) return;
+    if (!ValidateLengths(changed)) return;
     WriteKeys(changed);
     ShowOptions(main_, changed);
     program().desktop.Unload(*this);
@@ -57,24 +57,30 @@ void Frm_BackupOptions::ShowMessage(const std::string& text) {
     program().desktop.Show({.text = text, .icon = forms::Icon::kExclamation, .title = "Backup"});
 }
 
-// The destination that counts is the one that the main window shows, not the one in the file. The
-// list under the last heading is that of the removable drives: those where such a set is accepted.
-bool Frm_BackupOptions::Refused() {
-    if (Fld_BackupFileName.Text().empty()) {
+bool Frm_BackupOptions::ValidateEntries() {
+    return ValidateArchiveName() && ValidateCharacters(Fld_BackupFileName.Text()) &&
+           ValidateCharacters(Fld_BackupFile.Text()) && ValidateVolumes() && RequireLoadedSet();
+}
+
+bool Frm_BackupOptions::ValidateArchiveName() {
+    const std::string name = Fld_BackupFileName.Text();
+    if (name.empty()) {
         ShowMessage("Unable to Save as no Backup Name has been entered.");
-        return true;
+        return false;
     }
-    if (!IsValidFileName(Fld_BackupFileName.Text())) {
-        ShowMessage("Unable to Save as " + Fld_BackupFileName.Text() +
-                    " cannot be the name of a file.");
-        return true;
-    }
-    if (!TextFits(Fld_BackupFileName.Text()) || !TextFits(Fld_BackupFile.Text())) return true;
+    if (IsValidFileName(name)) return true;
+    ShowMessage("Unable to Save as " + name + " cannot be the name of a file.");
+    return false;
+}
+
+// Checks the destination that the main window shows, not the one in the set's file. The list under
+// the message's last heading is that of the removable drives, where such a set is accepted.
+bool Frm_BackupOptions::ValidateVolumes() {
     const std::string root = main_.Fld_BackupWhere.Caption().substr(0, 3);
     clsDrives drives(program());
     if (!Chk_MultiVolumeBackup.Checked() ||
         drives.VerifyDriveType(root, platform::drive_type::kRemovable)) {
-        return false;
+        return true;
     }
     const std::string& line = program().globals.CrLf;
     ShowMessage(
@@ -82,24 +88,23 @@ bool Frm_BackupOptions::Refused() {
         "flag on a Non-Removable Drive." +
         line + line + "The Non-Removable Drives on this machine are;" + line +
         drives.ShowDrives(platform::drive_type::kRemovable));
-    return true;
+    return false;
 }
 
-// The folder of the files is the one that the set has. One that could not be read would be saved
-// without it.
-bool Frm_BackupOptions::SourceKnown() {
+// The source's folder comes from the set's file. Without it the file would lose its source.
+bool Frm_BackupOptions::RequireLoadedSet() {
     if (set_.WasRead()) return true;
     ShowMessage("Unable to Save as " + SetPath() + " could not be read.");
     return false;
 }
 
-bool Frm_BackupOptions::TextFits(const std::string& text) {
+bool Frm_BackupOptions::ValidateCharacters(const std::string& text) {
     if (program().machine.code_page.Encode(text)) return true;
     ShowMessage("Unable to Save as " + text + " holds characters that a Backup Set cannot store.");
     return false;
 }
 
-// The set with what the dialog shows. The folder of the files is the one that was loaded.
+// The loaded set with the dialog's entries. The source's folder stays the loaded one.
 clsINI Frm_BackupOptions::WithValues() const {
     auto& code_page = program().machine.code_page;
     clsINI set = set_;
@@ -114,14 +119,14 @@ clsINI Frm_BackupOptions::WithValues() const {
 
 // A source that was cut when it was loaded would be stored as another folder. The destination
 // matters only for the name of a dated folder: the dialog stores no other part of it.
-bool Frm_BackupOptions::IsTooLong(const clsINI& changed) {
+bool Frm_BackupOptions::ValidateLengths(const clsINI& changed) {
     std::string problem = set_.SourceProblem();
     if (problem.empty()) problem = changed.SourceProblem();
     if (problem.empty()) problem = changed.ArchiveNameProblem();
     if (problem.empty() && Chk_TimeBackup.Checked()) problem = changed.DestinationProblem();
-    if (problem.empty()) return false;
+    if (problem.empty()) return true;
     ShowMessage("Unable to Save as " + problem + ".");
-    return true;
+    return false;
 }
 
 void Frm_BackupOptions::WriteKeys(const clsINI& set) {

@@ -1,4 +1,5 @@
-// The dialog for the switches, the file mask and the archive name of the selected set.
+// The dialog for the switches, the file mask and the archive name of the selected set. OK refuses
+// entries that the set's file or Windows cannot hold, with one message, and writes nothing then.
 #pragma once
 
 #include "backup/backup_controls.h"
@@ -28,11 +29,14 @@ class Frm_BackupOptions : public forms::Form {
     void Cmd_Cancel_Click();
 
   private:
-    bool Refused();
-    bool SourceKnown();
-    bool TextFits(const std::string& text);
+    // Each shows a message and returns false for an entry that cannot be saved.
+    bool ValidateEntries();
+    bool ValidateArchiveName();
+    bool ValidateVolumes();
+    bool ValidateCharacters(const std::string& text);
+    bool RequireLoadedSet();
+    bool ValidateLengths(const clsINI& changed);
     clsINI WithValues() const;
-    bool IsTooLong(const clsINI& changed);
     void WriteKeys(const clsINI& set);
     void ShowMessage(const std::string& text);
     std::string SetPath() const;

@@ -1,7 +1,7 @@
 #include "backup/Frm_BackupWhere.h"
 
 #include "backupset/clsFiles.h"
-#include "log/show_error.h"
+#include "log/clsLog.h"
 
 namespace vantrel {
 

@@ -1,4 +1,5 @@
-// The dialog that says into which folder the selected set writes its archive.
+// The dialog for the folder into which the selected set writes its archive. OK stores the folder in
+// the set's file and shows it in the main window; a folder that a set cannot store is refused.
 #pragma once
 
 #include "backup/backup_controls.h"

@@ -1,4 +1,4 @@
-// What the backup room needs of the main window: the controls that show the selected set.
+// The main window's controls that show the selected set, for the checks and dialogs of a backup.
 #pragma once
 
 #include "backupset/clsINI.h"

@@ -22,8 +22,8 @@ using platform::drive_type::kRemovable;
 
 namespace {
 
-// Below this many free bytes a spanned backup is not begun with nobody there to change the disk.
-constexpr double kLeastFreeBytes = 2'000'000;
+// A spanned backup does not start unattended on a disk with fewer free bytes.
+constexpr double kMinFreeBytes = kLowSpaceBytes;
 
 class Preflight {
   public:
@@ -37,8 +37,8 @@ class Preflight {
         root_ = set_.Backup_Parts(set_.BackupToDrive(), clsINI::kDrive);
     }
 
-    // Without its values a set has no files and no archive name, and every switch is off: what was
-    // backed up then would not be what was chosen.
+    // A set that cannot be read has no source, no archive name, and every switch off. It is refused
+    // as well: a backup with these values would not be the chosen one.
     bool PassesAttended() {
         auto refusal = AttendedRefusal();
         if (!refusal && !set_.WasRead()) {
@@ -135,7 +135,7 @@ class Preflight {
         if (!RootIs(kRemovable)) {
             return failed + "MultiVolume Flag set for Non-Removable Drive " + root_;
         }
-        if (clsDrives(program_).FreeSpace(set_.BackupToDrive().substr(0, 1)) < kLeastFreeBytes) {
+        if (clsDrives(program_).FreeSpace(set_.BackupToDrive().substr(0, 1)) < kMinFreeBytes) {
             return failed + "Unable to conduct a Backup on a MultiVolume Drive whilst Unattended";
         }
         return std::nullopt;

@@ -1,5 +1,6 @@
-// The checks between pressing Backup Now and the backup window. With somebody there every refusal
-// is a message box; without, it is three log records, and the rules are stricter.
+// The checks between the Backup Now button and the backup window. Attended, a refusal is a message
+// box. Unattended, it is three log records and exit code 2, and the rules are stricter, because
+// nobody can change a disk. Window thread only.
 #pragma once
 
 #include "backup/backup_controls.h"
@@ -7,7 +8,8 @@
 
 namespace vantrel {
 
-// Checks, and shows Frm_Backup modally when everything passes. Traps nothing.
+// Runs the checks for the set that `controls` show and, when all pass, shows Frm_Backup modally.
+// Traps no errors.
 void Cmd_Backup_Click(forms::Program& program, const BackupControls& controls);
 
 }  // namespace vantrel

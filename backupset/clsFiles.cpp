@@ -78,8 +78,8 @@ std::optional<std::string> clsFiles::Changed(const std::string& text,
 
 void clsFiles::WriteINI(const std::vector<ProfileKey>& keys, const std::string& file) {
     auto& files = program_.machine.files;
-    // Only a file known to be missing may be made anew, and never over one that is there after all:
-    // everything else in it would be lost.
+    // Only a missing file may be created, and never over an existing one: the rest of that would be
+    // lost.
     const Profile before = ReadProfile(files, file);
     if (before.missing) return MakeINI(keys, file);
     if (!before.text) return;
@@ -88,10 +88,8 @@ void clsFiles::WriteINI(const std::vector<ProfileKey>& keys, const std::string& 
     try {
         platform::ReplaceWholeFile(files, file, *after);
     } catch (const Error&) {
-        // A profile write reports no failure.
+        // By rule a profile write reports no failure.
     }
-    // The platform's profile functions keep a copy in memory and are called once more to write it
-    // out. Nothing is held back here: the file has been flushed and put in place by now.
 }
 
 void clsFiles::MakeINI(const std::vector<ProfileKey>& keys, const std::string& file) {
@@ -100,7 +98,7 @@ void clsFiles::MakeINI(const std::vector<ProfileKey>& keys, const std::string& f
     try {
         platform::MakeWholeFile(program_.machine.files, file, *text);
     } catch (const Error&) {
-        // Here neither.
+        // By rule a profile write reports no failure.
     }
 }
 
@@ -124,12 +122,12 @@ bool clsFiles::Exists(const std::string& path, bool file_test) {
 }
 
 bool clsFiles::DriveReady(const std::string& drive) {
-    // As a drive list takes it: a letter and a colon, no network path.
+    // As in a drive list: a letter and a colon, no network path.
     if (!path::HasDrive(drive)) return false;
     try {
         return program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
     } catch (const Error&) {
-        return true;  // a disk is there, though its root may not be looked at
+        return true;  // the drive is ready, although its root may not be read
     }
 }
 
@@ -140,8 +138,8 @@ bool clsFiles::IsFolder(const std::string& path) {
 }
 
 bool clsFiles::HasFile(const std::string& folder, const std::string& name) {
-    // By list, not by one question: the system would also find the file under its short name, or
-    // with blanks and dots behind its name.
+    // Lists the folder: a direct query would also match a short name, or a name followed by spaces
+    // or dots.
     auto& code_page = program_.machine.code_page;
     const std::string sought = code_page.Upper(name);
     bool found = false;

@@ -1,4 +1,5 @@
-// Profile access and existence tests. Keeps no state; created where it is needed.
+// Profile access, existence tests and the list of set files. The objects keep no state and are
+// created where they are needed. Window thread only. docs/formats.md describes the set file.
 #pragma once
 
 #include <cstddef>
@@ -49,29 +50,26 @@ class clsFiles {
     // "" when key, section or file is missing. Never raises for a file that cannot be read.
     std::string ReadINI(const std::string& section, const std::string& key,
                         const std::string& file);
-    // Sets the key in place, keeping every other byte of the file; a missing section, key or file
-    // is made. A file that cannot be written stays as it is, silently; so does one whose code page
-    // or format cannot hold the value.
+    // Sets the key in place and keeps every other byte of the file; creates a missing section, key
+    // or file. Reports no failure: a file that cannot be written stays as it is, and so does a key
+    // whose value the code page or the format cannot hold.
     void WriteINI(const std::string& section, const std::string& key, const std::string& value,
                   const std::string& file);
-    // The same for several keys in one step: whatever happens, the file holds all of the new values
-    // or none of them.
+    // The same for several keys in one step: the file then has all of the new values or none.
     void WriteINI(const std::vector<ProfileKey>& keys, const std::string& file);
-    // Makes a missing `file` of these keys alone; one that is there, readable or not, stays as it
-    // is.
+    // Creates a missing `file` with these keys alone. An existing file, readable or not, stays as
+    // it is.
     void MakeINI(const std::vector<ProfileKey>& keys, const std::string& file);
-    // The values that these keys have in `file`, all of one moment and each as ReadINI gives it;
-    // nothing when the file is missing or cannot be read.
+    // The values of these keys, read in one pass; nothing when the file is missing or cannot be
+    // read.
     std::optional<std::vector<ProfileValue>> ReadINI(const std::vector<ProfileKey>& keys,
                                                      const std::string& file);
-    // Whether a drive, folder or file is there; never raises. "" counts as existing. First the
-    // drive of the path must be ready, for a path without one that of the application folder.
-    // Without `file_test` the whole path must then be a folder. With it the file must stand in its
-    // folder under exactly that name, letter case aside (a folder of that name is none, hidden and
-    // system files count), and the mask "*.*" is satisfied by the folder alone.
-    // A path that starts with one "\" is looked up on the application folder's drive. The program
-    // has no current folder: a file without a folder part, and any other relative path, is not
-    // there.
+    // Whether a drive, folder or file exists; never raises. "" counts as existing. The drive of the
+    // path must be ready; a path without a drive is on the application folder's drive. Without
+    // `file_test` the complete path must be a folder. With it the folder must have a file of
+    // exactly that name, letter case aside; hidden and system files count, folders do not, and the
+    // mask "*.*" needs only the folder. The program has no current folder: a relative path does not
+    // exist.
     bool Exist(const std::string& path, bool file_test);
 
   private:

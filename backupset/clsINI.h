@@ -1,4 +1,5 @@
-// One backup set: nine values, where they stand in the set's file, and the rules for saving them.
+// One backup set: the nine values of a set file and the rules for saving them. Window thread only.
+// docs/formats.md describes the file.
 #pragma once
 
 #include <string>
@@ -10,7 +11,7 @@
 
 namespace vantrel {
 
-// Every operation and property reports its errors under its own label, "clsINI:Read_INI Method" or
+// Every operation and property raises its errors under its own label, "clsINI:Read_INI Method" or
 // "clsINI:BackupFiles Property Get".
 class clsINI {
   public:
@@ -29,18 +30,18 @@ class clsINI {
     // missing file is made, of empty values and the destination "\"; one that cannot be read stays
     // as it is, and so does one with a value that SaveProblem() objects to.
     void ConfirmBackslash(const std::string& path);
-    // Writes the set file `name` (with its extension of three letters) of the template into the
-    // application folder, over an existing one unless `only_new`. The text stays in TextBuffer.
-    // Raises: a name of fewer than 4 characters; one that the code page cannot hold; one that is
-    // taken.
+    // Writes the set file `name` (with its extension of three letters) from the template into the
+    // application folder. Replaces an existing file unless `only_new`. The text stays in
+    // TextBuffer. Raises 5 for a name of fewer than 4 characters, 52 for one that the code page
+    // cannot hold, 58 for an existing file with `only_new`.
     void Create_INI(const std::string& name, bool only_new = false);
-    // Loads the nine values as they stand in the set file at `path`, "" for a missing one; all of
-    // them "" when the file is missing or cannot be read.
+    // Loads the nine values of the set file at `path`, "" for a missing key. All are "" when the
+    // file is missing or cannot be read.
     void Read_INI(const std::string& path);
-    // Whether the last Read_INI found a file that it could read. What is done with the values
-    // depends on it: an empty switch that nobody set to OFF would leave out files, untold.
+    // Whether the last Read_INI could read the file. Callers must test it before they use the
+    // values: an empty switch counts as OFF.
     bool WasRead() const { return was_read_; }
-    // Whether the loaded values may be saved. If not, shows the reason: the last one that applies.
+    // Whether the loaded values may be saved. If not, shows the reason, the last one that applies.
     bool Validate_OnSave();
 
     // Why a value cannot be stored or used: words that name its key, without a full stop, such as

@@ -55,7 +55,7 @@ std::optional<std::string_view> SectionName(std::string_view text, const Line& l
     return Trim(text, {span.begin + 1, span.begin + close}).In(text);
 }
 
-// Where the value of `key` stands when this is its line, blanks around it left out.
+// The range of the value when this is the line of `key`, without the spaces around it.
 std::optional<Span> ValueOf(std::string_view text, const Line& line, std::string_view key) {
     const Span span = Trim(text, line.content);
     const std::string_view content = span.In(text);
@@ -66,26 +66,26 @@ std::optional<Span> ValueOf(std::string_view text, const Line& line, std::string
     return Trim(text, {span.begin + equals + 1, line.content.end});
 }
 
-// What a search for a key finds on its way.
-struct Place {
+// What the search for a key has found.
+struct KeyLocation {
     std::optional<Span> value;
     std::optional<Line> last_line;  // last line of the section that is not blank
 };
 
-Place FindPlace(std::string_view text, std::string_view section, std::string_view key) {
-    Place place;
+KeyLocation FindKey(std::string_view text, std::string_view section, std::string_view key) {
+    KeyLocation location;
     for (std::size_t at = 0; at < text.size();) {
         const Line line = LineAt(text, at);
         at = line.next;
         const auto name = SectionName(text, line);
-        if (name && place.last_line) break;
-        if (name && SameName(*name, section)) place.last_line = line;
-        if (name || !place.last_line) continue;
-        place.value = ValueOf(text, line, key);
-        if (place.value) break;
-        if (!Trim(text, line.content).In(text).empty()) place.last_line = line;
+        if (name && location.last_line) break;
+        if (name && SameName(*name, section)) location.last_line = line;
+        if (name || !location.last_line) continue;
+        location.value = ValueOf(text, line, key);
+        if (location.value) break;
+        if (!Trim(text, line.content).In(text).empty()) location.last_line = line;
     }
-    return place;
+    return location;
 }
 
 std::string_view WithoutQuotes(std::string_view value) {
@@ -98,7 +98,7 @@ std::string_view LineEndOf(std::string_view text, const Line& line) {
     return text.substr(line.content.end, line.next - line.content.end);
 }
 
-// Puts `lines` behind `before`, closing its last line first when that is open.
+// Inserts a line after `before`, whose missing line end is added first.
 std::string InsertBehind(std::string_view text, const Line& before, const std::string& new_line) {
     const Line first = LineAt(text, 0);
     std::string line_end = "\r\n";
@@ -120,7 +120,7 @@ Line LastLine(std::string_view text) {
 
 std::optional<std::string> FindValue(std::string_view text, std::string_view section,
                                      std::string_view key) {
-    const auto value = FindPlace(text, section, key).value;
+    const auto value = FindKey(text, section, key).value;
     if (!value) return std::nullopt;
     const std::string_view bytes = WithoutQuotes(value->In(text));
     return std::string(bytes.substr(0, bytes.find('\0')));
@@ -128,13 +128,13 @@ std::optional<std::string> FindValue(std::string_view text, std::string_view sec
 
 std::string SetValue(std::string_view text, std::string_view section, std::string_view key,
                      std::string_view value) {
-    const Place place = FindPlace(text, section, key);
-    if (place.value) {
-        std::string result(text.substr(0, place.value->begin));
-        return result.append(value).append(text.substr(place.value->end));
+    const KeyLocation location = FindKey(text, section, key);
+    if (location.value) {
+        std::string result(text.substr(0, location.value->begin));
+        return result.append(value).append(text.substr(location.value->end));
     }
     const std::string entry = std::string(key) + "=" + std::string(value);
-    if (place.last_line) return InsertBehind(text, *place.last_line, entry);
+    if (location.last_line) return InsertBehind(text, *location.last_line, entry);
     const std::string with_section =
         InsertBehind(text, LastLine(text), "[" + std::string(section) + "]");
     return InsertBehind(with_section, LastLine(with_section), entry);

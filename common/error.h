@@ -1,6 +1,6 @@
-// The one error that travels through the program: a number, the place that raised it, and words for
-// the user. Thrown by the platform and by every class; trapped only where a rule says so, and
-// otherwise caught at the window procedure, at the entry point and at the top of every thread.
+// The program's only error type: a number, its source, and a description for the user. Thrown by
+// the platform and by every class, trapped only where a rule says so, and otherwise caught at the
+// window procedure, at the entry point and at the top of every thread.
 #pragma once
 
 #include <exception>

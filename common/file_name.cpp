@@ -16,7 +16,7 @@ std::string UpperAscii(std::string_view text) {
     return upper;
 }
 
-// "COM1" to "COM9", "COM0", and the superscript digits that the system takes for digits.
+// "COM0" to "COM9", "LPT0" to "LPT9", and the superscript digits 1 to 3, which count as digits.
 bool IsPortName(std::string_view base) {
     if (!base.starts_with("COM") && !base.starts_with("LPT")) {
         return false;
@@ -33,9 +33,9 @@ bool IsPortName(std::string_view base) {
 bool IsDeviceName(std::string_view name) {
     static constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
                                                                  "NUL", "CONIN$", "CONOUT$"};
-    constexpr std::size_t kShortest = 3;
-    constexpr std::size_t kLongest = 7;
-    // How all of them begin, and few other names do.
+    constexpr std::size_t kMinLength = 3;
+    constexpr std::size_t kMaxLength = 7;
+    // Decides quickly for most names.
     constexpr std::string_view kFirstLetters = "CLPANclpan";
     if (name.empty() || kFirstLetters.find(name.front()) == std::string_view::npos) {
         return false;
@@ -44,7 +44,7 @@ bool IsDeviceName(std::string_view name) {
     while (stem.ends_with(' ')) {
         stem.remove_suffix(1);
     }
-    if (stem.size() < kShortest || stem.size() > kLongest) {
+    if (stem.size() < kMinLength || stem.size() > kMaxLength) {
         return false;
     }
     const std::string base = UpperAscii(stem);
@@ -55,7 +55,7 @@ bool IsValidFileName(std::string_view name) {
     if (name.empty() || name.back() == '.' || name.back() == ' ') return false;
     return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
            name.find_first_of("\\/") == std::string_view::npos && !IsDeviceName(name) &&
-           !utf::IsLongerThan(name, kLongestFileName);
+           !utf::IsLongerThan(name, kMaxFileNameLength);
 }
 
 }  // namespace vantrel

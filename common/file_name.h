@@ -1,4 +1,4 @@
-// What Windows asks of the name of a file or folder, on whatever disk it stands.
+// The rules of Windows for names of files and folders, on any file system.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace vantrel {
 
 // UTF-16 units; the limit of every Windows file system.
-constexpr std::size_t kLongestFileName = 255;
+constexpr std::size_t kMaxFileNameLength = 255;
 
 // By ASCII code.
 constexpr std::array<bool, 128> kForbiddenInNames = [] {

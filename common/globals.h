@@ -1,5 +1,5 @@
-// The process-wide values that start-up sets before anything else runs. Read everywhere, saved
-// nowhere; touched by the user-interface thread only.
+// The process-wide values that start-up sets before anything else runs. None is saved. Window
+// thread only.
 #pragma once
 
 #include <string>

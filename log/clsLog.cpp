@@ -1,5 +1,6 @@
 #include "log/clsLog.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -38,8 +39,8 @@ std::string Header() {
     return header;
 }
 
-// Ends with its line end. A mode without a reason has neither: the rule that follows then stands on
-// the same line.
+// Includes its line end. A mode without a reason has neither text nor line end, so that the rule
+// follows on the same line.
 std::string UnloadReason(int mode) {
     switch (mode) {
         case 0:
@@ -106,10 +107,10 @@ void clsLog::RollOver() {
     auto& files = program_.machine.files;
     const auto log = files.Find(FixedName());
     if (!log) return;
-    // Month numbers alone are compared: in January the difference is 0, which no month bears, so
-    // December's log goes on growing.
+    // Only month numbers are compared. In January the difference is 0, which is no month, so that
+    // December's log is not rolled over.
     if (clock.Now().month - 1 != clock.ToLocal(log->times.modified).month) return;
-    // One step in place of a removal and a rename: a month's log is never without a name.
+    // One step instead of a removal and a rename: last month's log always exists under one name.
     files.Replace(FixedName(), program_.InApplicationFolder("Vantrel.Bak"));
 }
 
@@ -157,7 +158,7 @@ void clsLog::Log_WriteCommandLine() {
 }
 
 void clsLog::Log_WritePrevInstance() {
-    // Left without a line end: whatever is recorded next continues the line.
+    // Without a line end: the next record continues the line.
     Reported("clsLog:Log_WritePrevInstance Method",
              [&] { Append(Log_WriteDate(true) + "Previous Instance Detected - Not Started"); });
 }
@@ -170,5 +171,80 @@ void clsLog::Append(const std::string& text) {
 std::string clsLog::FixedName() const { return program_.InApplicationFolder("Vantrel.Log"); }
 
 bool clsLog::Exists() { return clsFiles(program_).Exist(FixedName(), true); }
+
+namespace {
+
+constexpr std::size_t kKeptLines = 13;  // 12 of the header, and the first record
+
+using Lines = std::vector<std::string>;
+
+bool StartsWith(const Lines& lines, const Lines& start) {
+    return lines.size() >= start.size() && std::equal(start.begin(), start.end(), lines.begin());
+}
+
+}  // namespace
+
+void clsLog::Log_Truncate(long limit) {
+    Reported("clsLog:Log_Truncate Method", [&] {
+        if (!Exists()) return;
+        if (const long long size = Size(); size > limit) {
+            std::string& note = program_.globals.MessageText;
+            note = "Log File Truncated from " + std::to_string(size / 1000) + "K to about " +
+                   std::to_string(limit / 1000) + "K";
+            WriteToLog("Backup", true, note);
+        }
+        for (;;) {
+            const long long size = Size();
+            if (size < limit || !TrimOnce(size, limit)) return;
+        }
+    });
+}
+
+long long clsLog::Size() {
+    const auto log = program_.machine.files.Find(FixedName());
+    if (!log) RaiseError(error_number::kFileNotFound);
+    return static_cast<long long>(log->size);
+}
+
+// One pass over the log; false when no record was left to remove.
+bool clsLog::TrimOnce(long long size, long long limit) {
+    auto& files = program_.machine.files;
+    auto lines = platform::SplitLines(platform::ReadWholeFile(files, FixedName()));
+    std::size_t next = kKeptLines;
+    std::size_t removed_bytes = 0;
+    for (long long excess = size - limit; excess >= 0 && next < lines.size(); ++next) {
+        removed_bytes += lines[next].size();
+        excess -= static_cast<long long>(lines[next].size());
+        program_.desktop.DoEvents();
+    }
+    // Each pass leaves an empty line at the end. A pass that finds nothing else ends the trim, or a
+    // limit below the size of the kept lines would be trimmed for ever.
+    const bool has_removed = removed_bytes > 0 || next > kKeptLines + 1;
+    if (!has_removed) return false;
+    // The events may have added records, from this copy of the program or another, or replaced the
+    // log by a new one. A replaced log is measured again by the caller.
+    lines.resize(next);
+    const auto now = platform::SplitLines(platform::ReadWholeFile(files, FixedName()));
+    if (!StartsWith(now, lines)) return true;
+    std::string text;
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        if (i < kKeptLines || i >= next) text += now[i] + "\r\n";
+    }
+    platform::ReplaceWholeFile(files, FixedName(), text + "\r\n");
+    return true;
+}
+
+void ShowError(forms::Program& program, const Error& error) {
+    if (!program.Unattended()) {
+        program.desktop.Show(
+            {.text = error.description(), .icon = forms::Icon::kCritical, .title = "Error"});
+        return;
+    }
+    try {
+        clsLog(program).WriteToLog("Backup", false, error.description());
+    } catch (const Error&) {
+        return;
+    }
+}
 
 }  // namespace vantrel

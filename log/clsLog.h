@@ -4,27 +4,28 @@
 #include <string>
 #include <vector>
 
+#include "common/error.h"
 #include "forms/program.h"
 
 namespace vantrel {
 
-// Keeps no state; created for one record and dropped. Records go to the file named by LogFilePath;
-// roll-over, the test whether a log is there and the trim address "\Vantrel.Log" in the application
-// folder. Both are one file while the executable bears its own name.
-// Errors: through the shared reporter, "clsLog:WriteToLog Method", "clsLog:Log_Truncate Method".
+// Keeps no state: an object is created for one record, and no file stays open. Window thread only.
+// Records are appended to the file named by LogFilePath. Roll-over, the test whether a log exists
+// and the trim use "\Vantrel.Log" in the application folder; both are one file unless the
+// executable was renamed. Raises through the shared error reporter, "clsLog:WriteToLog Method" and
+// so on. docs/formats.md describes the file.
 class clsLog {
   public:
     explicit clsLog(forms::Program& program) : program_(program) {}
 
-    // Writes one record. `kind` is "Backup", "Exit", "INI Edit", "Startup", "Command Line" or
-    // "PrevInstance", to the letter; anything else writes nothing and shows a box. `with_date`
-    // matters for "Backup" only; `message` is the text, for "Exit" the unload mode in decimal.
-    // On the 1st of a month a log last written in the month before is first moved to
-    // "\Vantrel.Bak".
+    // Writes one record. `kind` is exactly "Backup", "Exit", "INI Edit", "Startup", "Command Line"
+    // or "PrevInstance"; any other kind writes nothing and shows a box. `with_date` applies to
+    // "Backup" only. `message` is the text, for "Exit" the unload mode in decimal. On the 1st of a
+    // month a log last written in the month before is first renamed to "\Vantrel.Bak".
     void WriteToLog(const std::string& kind, bool with_date, const std::string& message = "");
-    // Trims the log below `limit` bytes, keeping its header and its first record. Pending events
-    // run after each line that is thrown away. A log whose kept lines alone reach the limit stays
-    // above it.
+    // Removes the oldest records until the log has fewer than `limit` bytes. The header and the
+    // first record stay, also when they alone exceed the limit. Pending events run after each
+    // removed line.
     void Log_Truncate(long limit);
 
   private:
@@ -46,5 +47,10 @@ class clsLog {
 
     forms::Program& program_;
 };
+
+// Shows a trapped run-time error: a box with its description, the critical icon and the title
+// "Error". In an unattended run an undated log line takes the place of the box; a failure to write
+// that line is ignored, since the exit code reports the error as well.
+void ShowError(forms::Program& program, const Error& error);
 
 }  // namespace vantrel

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "backupset/clsFiles.h"
+#include "common/display_text.h"
 #include "log/clsLog.h"
-#include "progress/retry_box.h"
 
 namespace vantrel {
 
@@ -62,10 +62,10 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
 }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
-    // Handles a press of Cancel that is still waiting: while a box is shown it would be lost.
+    // A press of Cancel that waits in the queue would be lost while the box is open.
     program().desktop.DoEvents();
     if (!Cmd_Cancel.Enabled()) return false;
-    if (AskedToRetry(program().desktop, text, question_title_)) return true;
+    if (ConfirmRetry(program().desktop, text, question_title_)) return true;
     Cmd_Cancel.SetEnabled(false);
     return false;
 }
@@ -81,6 +81,36 @@ void ProgressWindow::ShowOutcome(const std::string& text) {
     PB_File.SetValue(0);
     SetTaskProgress(kNoTaskProgress);
     Lst_Details.Clear();
+}
+
+void ComponentMessages::Handle(const zip::ComponentMessage& message) {
+    if (message.kind == zip::MessageKind::kInformation) return;
+    if (written_ == kMaxLines) {
+        ++unwritten_;
+        return;
+    }
+    ++written_;
+    Write(message.text);
+}
+
+void ComponentMessages::WriteSummary(std::int32_t left_out_files, const std::string& outcome) {
+    if (unwritten_ > 0)
+        Write(Counted(unwritten_, "more message", "more messages") + " not written");
+    const auto left_out = static_cast<std::uint32_t>(left_out_files);
+    if (left_out > 0) Write(Counted(left_out, "file", "files") + " " + outcome);
+    written_ = 0;
+    unwritten_ = 0;
+}
+
+void ComponentMessages::Write(const std::string& text) {
+    clsLog(program_).WriteToLog("Backup", false, text);
+}
+
+bool ConfirmRetry(forms::Desktop& desktop, const std::string& text, const std::string& title) {
+    return desktop.Show({.text = text,
+                         .buttons = forms::Buttons::kRetryCancel,
+                         .icon = forms::Icon::kExclamation,
+                         .title = title}) == forms::Answer::kRetry;
 }
 
 }  // namespace vantrel

@@ -1,17 +1,44 @@
-// The window of a long run, with two bars, a clip and a list of messages: what backing up and
-// restoring have in common. Cancel is a button that only disables itself; the next overall-progress
-// event of the component sees that and hands the cancel over.
+// The window of a long run: two progress bars, an animation and a list of messages. The backup and
+// the restore window derive from it. The Cancel button only disables itself; the next
+// overall-progress event of the component sees the disabled button and passes the cancel to the
+// component. Window thread only.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "forms/controls.h"
+#include "forms/desktop.h"
 #include "forms/form.h"
 #include "forms/lists.h"
-#include "progress/component_messages.h"
+#include "forms/program.h"
 #include "zip/base/component_events.h"
 
 namespace vantrel {
+
+// Writes a component's warnings and errors to the log, undated, as they are handled. A failing disk
+// can raise thousands of them and the log is small: only the first kMaxLines are written, the
+// others counted.
+class ComponentMessages {
+  public:
+    explicit ComponentMessages(forms::Program& program) : program_(program) {}
+
+    void Handle(const zip::ComponentMessage& message);
+    // Called once, when the action has returned or before a fatal stop. Writes how many messages
+    // were not written, and how many files the run left out, with `outcome` ("not backed up").
+    void WriteSummary(std::int32_t left_out_files, const std::string& outcome);
+
+  private:
+    static constexpr int kMaxLines = 50;  // 50 lines of about 300 bytes are a third of the 50K log
+    void Write(const std::string& text);
+
+    forms::Program& program_;
+    int written_ = 0;
+    std::uint32_t unwritten_ = 0;
+};
+
+// Shows a component's question with Retry and Cancel. True for Retry.
+bool ConfirmRetry(forms::Desktop& desktop, const std::string& text, const std::string& title);
 
 class ProgressWindow : public forms::Form, protected zip::Questions {
   public:
@@ -32,12 +59,13 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     void Cmd_Cancel_Click();
 
   protected:
-    // `path_label` is the name of the label that shows the newest message and the outcome;
-    // `question_title` stands over the component's questions.
+    // `path_label` names the label for the newest message and the outcome. `question_title` is the
+    // title of the component's questions.
     ProgressWindow(forms::Program& program, std::string name, std::string path_label,
                    std::string question_title);
 
-    // The component's events: yield first, so that Cancel can be pressed and the window is painted.
+    // Handlers of the component's events. The progress handlers first run pending events, so that
+    // Cancel can be pressed and the window is painted.
     void OverallProgress(std::int32_t percent, bool& cancel);
     void FileProgress(std::int32_t percent);
     void Message(const zip::ComponentMessage& message);
@@ -45,12 +73,12 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     bool AskRetry(const std::string& text) override;
 
     void LogRecord(const std::string& text);
-    // Leaves the outcome to be read and everything else still.
+    // Shows the outcome, stops the animation, resets the bars and clears the list.
     void ShowOutcome(const std::string& text);
 
     forms::Label path_label_;
     ComponentMessages messages_;
-    bool cancelled_ = false;  // the cancel has been handed to the component
+    bool cancelled_ = false;  // the component knows of the cancel
 
   private:
     std::string question_title_;

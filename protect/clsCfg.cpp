@@ -10,7 +10,7 @@ namespace vantrel {
 namespace {
 
 constexpr const char* kLineEnd = "\r\n";
-// It names the file class: it has always been reported so.
+// The label names the file class; callers know it in this form.
 constexpr const char* kCreateLabel = "clsFiles:Create_CFG Method";
 constexpr std::size_t kHeaderLines = 7;  // skipped unread by every reader
 
@@ -19,7 +19,8 @@ std::string WithoutBackslash(std::string line) {
     return line;
 }
 
-// Other editors leave the last line open: one more entry behind it would be one with it.
+// Other editors may leave the last line without its end. An entry appended there would become part
+// of that line.
 bool EndsItsLastLine(const std::string& text) {
     return text.empty() || text.back() == '\n' || text.back() == '\r';
 }
@@ -54,8 +55,8 @@ bool clsCfg::CreateMissing() {
     });
 }
 
-// Fewer lines than the header has are a damaged list, not an empty one: a restore that took it for
-// empty would overwrite every protected folder.
+// A list with fewer lines than the header is damaged, not empty: a restore with an empty list would
+// overwrite every protected folder.
 std::string clsCfg::ReadList() {
     std::string list = platform::ReadWholeFile(program_.machine.files, ListPath());
     if (platform::SplitLines(list).size() >= kHeaderLines) return list;
@@ -72,7 +73,7 @@ std::vector<std::string> clsCfg::Lines() {
     return lines;
 }
 
-// The last "\" goes after the test for an empty line: a line of one "\" is an empty entry.
+// The last "\" is removed after the test for an empty line: a line "\" is an empty entry.
 std::vector<std::string> clsCfg::ReturnProtected() {
     const auto lines = platform::SplitLines(ReadList());
     std::vector<std::string> entries;
@@ -91,8 +92,8 @@ std::unordered_set<std::string> clsCfg::UpperEntries() {
 
 bool clsCfg::IsProtected(const std::string& path) { return UpperEntries().contains(Upper(path)); }
 
-// The rule copies to the scratch file, removes the list and renames. The scratch file is still what
-// is written, but it takes the list's place in one step: there is no moment without a list.
+// Writes the scratch file, which then replaces the list in one step: the list exists at every
+// moment.
 void clsCfg::Protected_Delete(forms::Tree& tree) {
     auto& files = program_.machine.files;
     const auto lines = platform::SplitLines(ReadList());
@@ -116,7 +117,7 @@ void clsCfg::Protected_Add(forms::Tree& tree) {
     auto& code_page = program_.machine.code_page;
     const auto entry = code_page.Encode(Upper(tree.At(tree.Selected()).tag));
     if (!entry) RaiseError(error_number::kBadFileName);
-    // In one step: an entry that was cut off would protect nothing, and take the next one with it.
+    // In one step: a truncated entry would protect nothing and spoil the next one.
     auto& files = program_.machine.files;
     std::string list = ReadList();
     if (!EndsItsLastLine(list)) list += kLineEnd;

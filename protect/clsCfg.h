@@ -24,14 +24,14 @@ class clsCfg {
 
     // Creates or replaces the list with an empty one: the header and one empty line.
     void Create_CFG(const std::string& path);
-    // Creates the empty list unless there is one after all, which stays as it is; whether it did.
+    // Creates the empty list unless a list exists, which stays as it is. True when it was created.
     bool CreateMissing();
     // All entries in the file's order, without a "\" at their end; empty when there is none.
     std::vector<std::string> ReturnProtected();
     // Whether an entry equals `path` without regard to case. `path` is not trimmed: with a "\" at
     // its end it never matches.
     bool IsProtected(const std::string& path);
-    // All that IsProtected compares a path's upper-case form with, for a caller with many paths.
+    // The entries in upper case, to which IsProtected compares; for a caller with many paths.
     std::unordered_set<std::string> UpperEntries();
     // Drops every entry equal to the Tag of the tree's selected node, and gives the node its
     // ordinary pictures. A root ("C:\") is never dropped: entries lose their last "\", the Tag not.

@@ -5,7 +5,7 @@
 
 namespace vantrel {
 
-// The text speaks of a dot before the number; a restore writes an underscore. Users know it so.
+// The text shows a dot before the number, although a restore writes an underscore.
 void clsInfo::SecureData(forms::TextBox& box) {
     Reported("clsInfo:SecureData Method", [&] {
         const std::string& line = box.owner().program().globals.CrLf;

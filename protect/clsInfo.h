@@ -7,7 +7,7 @@ namespace vantrel {
 
 class clsInfo {
   public:
-    // Puts what there is to know about protected folders into `box`.
+    // Sets the text of `box` to the help about protected folders.
     void SecureData(forms::TextBox& box);
 };
 

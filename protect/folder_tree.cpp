@@ -20,11 +20,11 @@ namespace {
 struct Level {
     std::string path;
     std::vector<std::string> names;
-    int node = 0;          // its own, 0 above the top level
-    std::size_t next = 0;  // the sub-folder to go on with
+    int node = 0;          // of this folder, 0 above the top level
+    std::size_t next = 0;  // index of the next sub-folder
 };
 
-// Levels are kept here instead of on the program's stack: paths may be 16,000 folders deep.
+// Keeps its levels in a vector instead of recursing: a path may be 16,000 folders deep.
 class TreeBuilder {
   public:
     TreeBuilder(forms::Tree& tree, forms::Panel& progress)
@@ -66,7 +66,7 @@ class TreeBuilder {
         Enter(path, node);
     }
 
-    // The answer of clsCfg::IsProtected, which would read the list once for every folder.
+    // As clsCfg::IsProtected, which reads the list at each call.
     bool IsProtected(const std::string& path) {
         if (!list_) list_ = clsCfg(program_).UpperEntries();
         return list_->contains(program_.machine.code_page.Upper(path));

@@ -5,6 +5,7 @@
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
 #include "common/error.h"
+#include "log/clsLog.h"
 
 namespace vantrel {
 
@@ -33,7 +34,7 @@ std::string Frm_Restore::ArchivePath() {
     if (main_.Cmb_RestoreFile.Text().empty()) return main_.Fld_RestoreFile.Caption();
     clsINI set(program());
     set.Read_INI(SetPath());
-    // It was checked a moment ago. A path that was cut could be that of another archive.
+    // The Restore button has checked the same file. A truncated path could be another archive's.
     const std::string problem = set.RestoreSourceProblem();
     if (!problem.empty()) throw Error(error_number::kBadFileName, name(), problem);
     return set.RestoreFromDrive() + set.RestoreFileName();
@@ -43,7 +44,7 @@ void Frm_Restore::Form_Activate() {
     records_.WriteStarted();
     cancelled_ = false;
     RunComponent();
-    messages_.Summarise(PKUNZIP.FailedEntries(), "not restored");
+    messages_.WriteSummary(PKUNZIP.FailedEntries(), "not restored");
     if (cancelled_) {
         records_.WriteCancelled();
     } else {
@@ -56,7 +57,8 @@ void Frm_Restore::Form_Activate() {
     Lst_Details.Refresh();
 }
 
-// The component takes its properties in this order; the action is the last and runs to its end.
+// The order of the properties is given. The action is the last; setting it runs the whole
+// extraction.
 void Frm_Restore::RunComponent() {
     namespace id = zip::unzip_id;
     PKUNZIP.Set(14, true);
@@ -89,5 +91,23 @@ void Frm_Restore::PKUNZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
 void Frm_Restore::PKUNZIP_FileProgress(std::int32_t& percent) { FileProgress(percent); }
 
 void Frm_Restore::PKUNZIP_Message(const zip::ComponentMessage& message) { Message(message); }
+
+std::string RestoreRecords::SourceText() const {
+    const std::string set = controls_.Cmb_RestoreFile.Text();
+    return set.empty() ? "ZIP File - " + controls_.Fld_RestoreFile.Caption() : set;
+}
+
+void RestoreRecords::LogRecord(const std::string& text) {
+    clsLog(program_).WriteToLog("Backup", true, text);
+}
+
+void RestoreRecords::WriteStarted() { LogRecord("Starting Restore from " + SourceText()); }
+
+void RestoreRecords::WriteFinished() { LogRecord("Finished Restore from " + SourceText()); }
+
+void RestoreRecords::WriteCancelled() {
+    WriteFinished();
+    LogRecord("Cancelled by User");
+}
 
 }  // namespace vantrel

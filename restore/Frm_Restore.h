@@ -1,16 +1,38 @@
-// The restore window: its activation runs one whole extraction.
+// The restore window: its activation runs one complete extraction. Window thread only; the
+// component's own threads never call back into the window.
 #pragma once
 
 #include <memory>
 #include <string>
 
 #include "forms/controls.h"
+#include "forms/program.h"
 #include "progress/progress_window.h"
 #include "restore/restore_controls.h"
-#include "restore/restore_records.h"
 #include "zip/pkunzip.h"
 
 namespace vantrel {
+
+// Writes the log records of a restore. Each names its source: the set, or the browsed archive.
+class RestoreRecords {
+  public:
+    // The source is the one that `controls` show when a record is written.
+    RestoreRecords(forms::Program& program, const RestoreControls& controls)
+        : program_(program), controls_(controls) {}
+
+    void WriteStarted();
+    void WriteFinished();
+    // Both records of a cancelled run: "Finished Restore ..." and "Cancelled by User".
+    void WriteCancelled();
+
+  private:
+    // "ZIP File - C:\x.zip" for a browsed archive, the set's name for a chosen set.
+    std::string SourceText() const;
+    void LogRecord(const std::string& text);
+
+    forms::Program& program_;
+    RestoreControls controls_;
+};
 
 class Frm_Restore : public ProgressWindow {
   public:

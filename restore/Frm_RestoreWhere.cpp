@@ -1,8 +1,7 @@
 #include "restore/Frm_RestoreWhere.h"
 
 #include "backupset/clsFiles.h"
-#include "log/show_error.h"
-#include "restore/texts.h"
+#include "log/clsLog.h"
 
 namespace vantrel {
 
@@ -41,6 +40,14 @@ void Cmd_RestoreTo_Click(forms::Program& program, const RestoreControls& control
                           .right_aligned = true});
     Frm_RestoreWhere dialog(program, controls.Fld_RestoreTo);
     program.desktop.ShowModal(dialog);
+}
+
+std::string LocationWarning(const forms::Program& program) {
+    const std::string& line = program.globals.CrLf;
+    return "Vantrel has been designed to allow the user to "
+           "manualy select the Restore Location themselves "
+           "as this can cause major risks to Users Data." +
+           line + line + "PLEASE SELECT THE RESTORE LOCATION WITH CARE!";
 }
 
 }  // namespace vantrel

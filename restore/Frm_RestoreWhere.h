@@ -1,8 +1,11 @@
-// The dialog that says into which folder to restore. The choice lives in the main window's label;
-// no set file is touched.
+// The dialog for the folder to restore into. OK puts the folder into the main window's label; no
+// set file is written.
 #pragma once
 
+#include <string>
+
 #include "forms/folder_dialog.h"
+#include "forms/program.h"
 #include "restore/restore_controls.h"
 
 namespace vantrel {
@@ -20,7 +23,11 @@ class Frm_RestoreWhere : public forms::FolderDialog {
     forms::Label& Fld_RestoreTo_;
 };
 
-// Warns, every time, and shows the dialog; without an archive chosen only asks for one.
+// The warning that the user chooses the folder without help.
+std::string LocationWarning(const forms::Program& program);
+
+// Shows the warning and the dialog. Without a chosen archive, shows a request to choose one
+// instead.
 void Cmd_RestoreTo_Click(forms::Program& program, const RestoreControls& controls);
 
 }  // namespace vantrel

@@ -2,7 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
-#include "progress/retry_box.h"
+#include "progress/progress_window.h"
 #include "zip/base/run_channel.h"
 
 namespace vantrel {
@@ -18,7 +18,7 @@ class DiskQuestions : public zip::Questions {
     bool AskRetry(const std::string& text) override {
         if (cancelled) return false;
         desktop_.SetPointer(forms::Pointer::kDefault);
-        cancelled = !AskedToRetry(desktop_, text, "Restore");
+        cancelled = !ConfirmRetry(desktop_, text, "Restore");
         desktop_.SetPointer(forms::Pointer::kHourglass);
         return !cancelled;
     }
@@ -29,23 +29,23 @@ class DiskQuestions : public zip::Questions {
     forms::Desktop& desktop_;
 };
 
-// Listens to the component for as long as it lists; also when listing raises, nothing of this is
-// called later.
-class Listening {
+// Receives the component's events during a listing. The destructor disconnects it, also after an
+// error.
+class ListingEvents {
   public:
-    Listening(zip::PKUNZIP& component, zip::Questions& questions) : component_(component) {
+    ListingEvents(zip::PKUNZIP& component, zip::Questions& questions) : component_(component) {
         component_.questions = &questions;
         // The only message of a count is about a directory that is not complete.
         component_.Message = [this](const zip::ComponentMessage& message) {
             trouble = message.text;
         };
     }
-    ~Listening() {
+    ~ListingEvents() {
         component_.Message = nullptr;
         component_.questions = nullptr;
     }
-    Listening(const Listening&) = delete;
-    Listening& operator=(const Listening&) = delete;
+    ListingEvents(const ListingEvents&) = delete;
+    ListingEvents& operator=(const ListingEvents&) = delete;
 
     std::string trouble;
 
@@ -75,7 +75,7 @@ std::string WhyNotOpened(forms::Program& program, const std::string& path) {
 ListingOutcome CountEntries(forms::Program& program, zip::PKUNZIP& component,
                             const std::string& path) {
     DiskQuestions questions(program);
-    Listening listening(component, questions);
+    ListingEvents listening(component, questions);
     component.Set(zip::unzip_id::kAction, zip::unzip_id::kActionCount);
     if (listening.trouble.empty()) return {.complete = true};
     return {.cancelled = questions.cancelled, .trouble = Unreadable(path, listening.trouble)};

@@ -9,7 +9,7 @@
 
 namespace vantrel {
 
-// What tells one archive from another without opening it.
+// Identifies an archive without opening it.
 struct ListedArchive {
     std::string path;
     std::uint64_t size = 0;
@@ -17,8 +17,8 @@ struct ListedArchive {
     bool operator==(const ListedArchive&) const = default;
 };
 
-// The archive at `path` as it is now; only the path when it is not there or may not be looked at,
-// which is one to the existence test, too. Never raises.
+// The archive at `path` as it is now; the path alone when the file is missing or may not be read.
+// Never raises.
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path);
 
 struct ListingOutcome {
@@ -28,8 +28,8 @@ struct ListingOutcome {
     std::string trouble{};
 };
 
-// Fills the tree with one node an entry and the total with their number; the fill of the panel
-// shows how far it has come. A path that is no file leaves the tree hidden and empty and the total
+// Fills the tree with one node for each entry and the total with their number; the panel's fill is
+// the progress. A path that is no file leaves the tree hidden and empty and the total
 // at "0"; a directory that cannot be read to its end lists the entries before that point. Errors:
 // "clsFiles:ShowZipContents Method".
 ListingOutcome ShowZipContents(forms::Program& program, const RestoreControls& controls,

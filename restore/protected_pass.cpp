@@ -16,7 +16,7 @@ namespace vantrel {
 
 namespace {
 
-// Paths, each once, in the order in which they are first met.
+// Distinct paths in the order of their first occurrence.
 class DistinctPaths {
   public:
     void Add(std::string path) {
@@ -29,8 +29,8 @@ class DistinctPaths {
     std::set<std::string> seen_;
 };
 
-// `path` with the long names of its folders. Every short one that the system makes has a "~"; of a
-// folder that cannot be looked at the name stays as it is.
+// `path` with its short (8.3) names replaced by the long ones. Every short name that the system
+// makes contains "~". The name of a folder that cannot be read stays as it is.
 std::string WithLongNames(forms::Program& program, const std::string& path) {
     const std::string spelled = path::Normalize(path);
     if (spelled.empty() || spelled.find('~') == std::string::npos) return path;
@@ -41,15 +41,15 @@ std::string WithLongNames(forms::Program& program, const std::string& path) {
             const auto found = program.machine.files.Find(folder);
             if (found && !with_long_names.empty()) name = found->name;
         } catch (const Error&) {
-            // Nor can it be written into.
+            // A folder that cannot be read cannot be written into either.
         }
         with_long_names = with_long_names.empty() ? folder : path::Join(with_long_names, name);
     }
     return with_long_names;
 }
 
-// Where the entries go: first as their stored names say, in their order, then where the component
-// really puts them, which is elsewhere when no file can have such a name.
+// The target folders: first those of the stored names, in their order, then those that the
+// component writes into, which differ for names that no file can have.
 std::vector<std::string> TargetPaths(forms::Program& program, const RestoreTargets& targets,
                                      const std::string& destination) {
     const std::string root = path::WithBackslash(destination);
@@ -66,10 +66,10 @@ std::vector<std::string> TargetPaths(forms::Program& program, const RestoreTarge
     return found.All();
 }
 
-// "C:\DATA_001" to "C:\DATA_999": the first that is no folder yet; nothing when all are.
+// The first of "C:\DATA_001" to "C:\DATA_999" that is not a folder; nothing when all are.
 std::optional<std::string> FreeName(forms::Program& program, const std::string& folder) {
-    constexpr int kMost = 999;
-    for (int n = 1; n <= kMost; ++n) {
+    constexpr int kMax = 999;
+    for (int n = 1; n <= kMax; ++n) {
         std::array<char, 16> number{};
         std::snprintf(number.data(), number.size(), "_%03d", n);
         std::string name = folder + number.data();
@@ -78,9 +78,9 @@ std::optional<std::string> FreeName(forms::Program& program, const std::string& 
     return std::nullopt;
 }
 
-// The existence test says no, too, when it could not look. A folder that is there all the same
-// would be overwritten, so it is looked for a second time, and what hinders that ends the restore.
-bool IsThere(forms::Program& program, const std::string& folder) {
+// The existence test is also false when the folder could not be read. Such a folder could still be
+// overwritten, so it is looked up a second time, and an error of that ends the restore.
+bool FolderExists(forms::Program& program, const std::string& folder) {
     if (clsFiles(program).Exist(folder, false)) return true;
     const auto found = program.machine.files.Find(folder);
     return found && found->IsFolder();
@@ -95,7 +95,7 @@ void RenameAside(forms::Program& program, const std::string& folder) {
     log.WriteToLog("Backup", false, folder + " renamed to " + *name);
 }
 
-// A protected folder under every spelling that a path may show it in.
+// The spellings under which a path may contain a protected folder.
 class Spellings {
   public:
     Spellings(forms::Program& program, const std::string& folder) {
@@ -104,8 +104,9 @@ class Spellings {
             folded_.push_back(program.machine.code_page.Fold(spelled));
         }
     }
-    // Letters whose capitals the code page lacks are still one letter to the file system.
-    bool StandIn(const std::string& upper_path, const std::string& folded_path) const {
+    // Compares also by the file system's rules: letters whose capitals the code page lacks are
+    // equal there.
+    bool OccurIn(const std::string& upper_path, const std::string& folded_path) const {
         return AnyIn(upper_, upper_path) || AnyIn(folded_, folded_path);
     }
 
@@ -133,8 +134,8 @@ void RenameProtectedFolders(forms::Program& program, const RestoreTargets& targe
         const std::string upper = code_page.Upper(target);
         const std::string folded = code_page.Fold(target);
         for (std::size_t i = 0; i < folders.size(); ++i) {
-            if (!spellings[i].StandIn(upper, folded)) continue;
-            if (IsThere(program, folders[i])) RenameAside(program, folders[i]);
+            if (!spellings[i].OccurIn(upper, folded)) continue;
+            if (FolderExists(program, folders[i])) RenameAside(program, folders[i]);
         }
     }
 }

@@ -7,14 +7,12 @@
 #include "backupset/clsINI.h"
 #include "common/error.h"
 #include "forms/hourglass.h"
-#include "log/show_error.h"
-#include "progress/retry_box.h"
+#include "log/clsLog.h"
+#include "progress/progress_window.h"
 #include "protect/clsCfg.h"
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
 #include "restore/protected_pass.h"
-#include "restore/restore_records.h"
-#include "restore/texts.h"
 
 namespace vantrel {
 
@@ -36,13 +34,13 @@ std::string RestoreActions::ArchiveToRestore() const {
                                                     : ArchiveOfSet();
 }
 
-void RestoreActions::Tell(const std::string& text) {
+void RestoreActions::ShowMessage(const std::string& text) {
     program_.globals.MessageText = text;
     program_.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Restore"});
 }
 
 void RestoreActions::List(const std::string& archive) {
-    // As it was before: what changes while it is listed is another archive.
+    // Looked at before the listing: an archive that changes meanwhile is not the listed one.
     const ListedArchive looked_at = LookAtArchive(program_, archive);
     listing_ = ShowZipContents(program_, controls_, archive);
     listed_ = looked_at;
@@ -66,20 +64,20 @@ void RestoreActions::TakeSet() {
     const std::string& line = program_.globals.CrLf;
     if (set.RestoreFromDrive().empty()) {
         program_.desktop.SetPointer(Pointer::kDefault);
-        Tell("There is no Restore Information available for this Backupset." + line +
-             "Please select a new Backupset to Restore From or "
-             "manually select a file.");
+        ShowMessage("There is no Restore Information available for this Backupset." + line +
+                    "Please select a new Backupset to Restore From or "
+                    "manually select a file.");
         SelectNothing();
         return;
     }
     if (!set.RestoreSourceProblem().empty()) {
         program_.desktop.SetPointer(Pointer::kDefault);
-        Tell("Unable to Restore as " + set.RestoreSourceProblem() + ".");
+        ShowMessage("Unable to Restore as " + set.RestoreSourceProblem() + ".");
         return SelectNothing();
     }
     if (!clsFiles(program_).Exist(archive, true)) {
         program_.desktop.SetPointer(Pointer::kDefault);
-        Tell(
+        ShowMessage(
             "This configuration file indicates that a backup file "
             "was created but it no longer appears to "
             "exist." +
@@ -94,7 +92,7 @@ void RestoreActions::TakeSet() {
     program_.desktop.SetPointer(Pointer::kDefault);
 }
 
-// Nor is what was chosen before: who is told of another set does not mean that any more.
+// The earlier choice goes as well: the user has chosen another set since.
 void RestoreActions::SelectNothing() {
     controls_.Cmb_RestoreFile.SetIndex(-1);
     controls_.TV_Restore.Clear();
@@ -131,46 +129,46 @@ void RestoreActions::ForgetSetUnlessItNames(const std::string& archive) {
 
 void RestoreActions::Cmd_RestoreTo_Click() { vantrel::Cmd_RestoreTo_Click(program_, controls_); }
 
-bool RestoreActions::Refused() {
+bool RestoreActions::ValidateChoices() {
     const std::string& line = program_.globals.CrLf;
     if (controls_.Cmb_RestoreFile.Text().empty() && controls_.Fld_RestoreFile.Caption().empty()) {
-        Tell("Nothing has been selected to Restore." + line + line +
-             "Please enter a valid Restore File.");
-        return true;
+        ShowMessage("Nothing has been selected to Restore." + line + line +
+                    "Please enter a valid Restore File.");
+        return false;
     }
     if (controls_.Fld_RestoreTo.Caption().empty()) {
-        Tell("No Location has been selected to Restore the File To." + line + line +
-             LocationWarning(program_));
-        return true;
+        ShowMessage("No Location has been selected to Restore the File To." + line + line +
+                    LocationWarning(program_));
+        return false;
     }
-    return SetNamesNoArchive();
+    return ValidateArchiveOfSet();
 }
 
 // The set's file may have been edited since the set was selected.
-bool RestoreActions::SetNamesNoArchive() {
-    if (controls_.Cmb_RestoreFile.Text().empty()) return false;
+bool RestoreActions::ValidateArchiveOfSet() {
+    if (controls_.Cmb_RestoreFile.Text().empty()) return true;
     clsINI set(program_);
     set.Read_INI(SetPath());
     const std::string problem = set.RestoreSourceProblem();
-    if (!problem.empty()) Tell("Unable to Restore as " + problem + ".");
-    return !problem.empty();
+    if (!problem.empty()) ShowMessage("Unable to Restore as " + problem + ".");
+    return problem.empty();
 }
 
-// Whether folders are protected and no entry is known: the archive cannot be read now, but perhaps
-// when the extraction opens it. A directory that is damaged after some entries is no such case: the
-// extraction restores no others than those that are listed.
-bool RestoreActions::PassIsBlind() {
+// True when folders are protected and no entry is known: the archive cannot be read now, but the
+// extraction may be able to. False for a directory that is damaged after some entries: the
+// extraction restores only the entries that are listed.
+bool RestoreActions::TargetsUnknown() {
     return !listing_.complete && controls_.TV_Restore.Count() == 0 &&
            !clsCfg(program_).ReturnProtected().empty();
 }
 
 bool RestoreActions::WindowIsLoaded() const { return controls_.TV_Restore.owner().Loaded(); }
 
-// The pass goes by the entries that are listed: a listing of another archive would let a protected
-// folder be overwritten. Events that wait run while it lists, and may choose something else; what
-// is then chosen has to be listed. A pass that would know no entries is a question first. False
-// when there is nothing to restore any more, or the user has cancelled, which is logged.
-bool RestoreActions::ListWhatIsRestored() {
+// The protected-folder pass uses the listed entries; with those of another archive a protected
+// folder could be overwritten. Pending events run during the listing and may choose another
+// archive, which is then listed. When the targets are unknown, the user is asked first. False when
+// nothing is left to restore, or after the user's cancel, which is logged.
+bool RestoreActions::ListArchiveToRestore() {
     const forms::Hourglass waiting(program_.desktop);
     const bool window_was_there = WindowIsLoaded();
     for (;;) {
@@ -178,18 +176,18 @@ bool RestoreActions::ListWhatIsRestored() {
         if (listing_.complete && LookAtArchive(program_, archive) == listed_) return true;
         List(archive);
         if (window_was_there != WindowIsLoaded()) return false;
-        if (Refused()) return false;
+        if (!ValidateChoices()) return false;
         if (ArchiveToRestore() != archive) continue;
         if (!listing_.cancelled) {
-            if (!PassIsBlind()) return true;
-            if (AskedToRetry(program_.desktop, listing_.trouble, "Restore")) continue;
+            if (!TargetsUnknown()) return true;
+            if (ConfirmRetry(program_.desktop, listing_.trouble, "Restore")) continue;
         }
         LogCancelledRun();
         return false;
     }
 }
 
-// As the restore window does, which does not open after this.
+// The restore window, which logs a cancelled run otherwise, does not open.
 void RestoreActions::LogCancelledRun() {
     RestoreRecords records(program_, controls_);
     records.WriteStarted();
@@ -207,7 +205,7 @@ void RestoreActions::Cmd_Restore_Click() {
 }
 
 void RestoreActions::Restore() {
-    if (Refused() || !ListWhatIsRestored()) return;
+    if (!ValidateChoices() || !ListArchiveToRestore()) return;
     RunPass();
     Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
     program_.desktop.ShowModal(window);

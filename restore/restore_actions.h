@@ -1,5 +1,5 @@
-// What the buttons and the list of the Restore tab do: choosing what to restore and where to, and
-// the restore itself.
+// The handlers of the Restore tab: the choice of an archive and of a destination, and the restore
+// itself. Window thread only.
 #pragma once
 
 #include <string>
@@ -15,15 +15,16 @@ class RestoreActions {
     RestoreActions(forms::Program& program, const RestoreControls& controls)
         : program_(program), controls_(controls) {}
 
-    // A backup set was chosen: lists the archive that its last backup wrote, or tells why not.
+    // A backup set was chosen: lists the archive that its last backup wrote, or shows why it
+    // cannot.
     void Cmb_RestoreFile_Click();
     // Browses for an archive. Any error, a cancelled dialog too, changes nothing further.
     void Cmd_RestoreFile_Click();
     void Cmd_RestoreTo_Click();
     // Checks, runs the protected-folder pass and shows the restore window. While folders are
     // protected, an archive that cannot be listed is a question before the pass; its Cancel is
-    // logged as a cancelled restore. Traps nothing. Listing an archive lets waiting events
-    // run: pressing the button again meanwhile does nothing.
+    // logged as a cancelled restore. Traps no errors. Pending events run during a listing; the
+    // button does nothing meanwhile.
     void Cmd_Restore_Click();
 
   private:
@@ -35,15 +36,16 @@ class RestoreActions {
     std::string SetPath() const;
     std::string ArchiveOfSet() const;
     std::string ArchiveToRestore() const;
-    bool Refused();
-    bool SetNamesNoArchive();
-    bool PassIsBlind();
+    // Both show a message and return false when there is nothing to restore.
+    bool ValidateChoices();
+    bool ValidateArchiveOfSet();
+    bool TargetsUnknown();
     void Restore();
     bool WindowIsLoaded() const;
-    bool ListWhatIsRestored();
+    bool ListArchiveToRestore();
     void LogCancelledRun();
     void RunPass();
-    void Tell(const std::string& text);
+    void ShowMessage(const std::string& text);
 
     forms::Program& program_;
     RestoreControls controls_;

@@ -1,5 +1,4 @@
-// What the restore room needs of the main window: the controls of its Restore tab, and the unzip
-// component that lists archives for it.
+// The controls of the main window's Restore tab, and its unzip component, which lists archives.
 #pragma once
 
 #include "forms/controls.h"

@@ -9,15 +9,16 @@ namespace vantrel {
 
 namespace {
 
-// A product as a signed 32-bit multiplication yields it. Factors that do not fit overflow too.
+// The product as signed 32-bit multiplication gives it. Raises 6 (Overflow) when the product or a
+// factor does not fit.
 std::int32_t Multiply(std::int64_t one, std::int64_t other) {
-    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
-    const bool fits = one <= kMost && other <= kMost && (one == 0 || other <= kMost / one);
+    constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
+    const bool fits = one <= kMax && other <= kMax && (one == 0 || other <= kMax / one);
     if (!fits) RaiseError(error_number::kOverflow);
     return static_cast<std::int32_t>(one * other);
 }
 
-bool Listed(int type) {
+bool IsListed(int type) {
     return type >= platform::drive_type::kRemovable && type <= platform::drive_type::kRamDisk;
 }
 
@@ -32,10 +33,10 @@ std::string clsDrives::ShowDrives(int type) {
     try {
         for (char letter = 'a'; letter <= 'z'; ++letter) {
             const int found = program_.machine.drives.Type(std::string(1, letter) + ":\\");
-            if (Listed(found) && found == type) letters += std::string(1, letter) + ": ";
+            if (IsListed(found) && found == type) letters += std::string(1, letter) + ": ";
         }
     } catch (const Error&) {
-        // The drives found so far are the answer.
+        // The result is the drives that were found before the error.
     }
     letters = program_.machine.code_page.Upper(letters);
     return letters.empty() ? "Nil" : letters;

@@ -11,7 +11,7 @@ namespace vantrel {
 namespace {
 
 constexpr int kBands = 63;
-constexpr int kStep = 4;  // a component's loss from band to band
+constexpr int kStep = 4;  // by which each colour component decreases from band to band
 
 // Coordinates are 16-bit twips.
 int Checked(int coordinate) {
@@ -29,7 +29,7 @@ int Darker(int component) { return component - kStep < 1 ? 0 : component - kStep
 void clsForm::Gradient(forms::Form& window, int red, int green, int blue, bool top_to_bottom) {
     Reported("clsForm:Gradient Method", [&] {
         window.ClearBoxes();
-        // Halves go to the even neighbour.
+        // Rounds half to even.
         const int band =
             Checked(static_cast<int>(std::nearbyint(window.Height() / double{kBands})));
         int top = top_to_bottom ? 0 : Checked(window.Height() - band);

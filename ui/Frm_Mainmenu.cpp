@@ -5,7 +5,6 @@
 #include "backupset/clsFiles.h"
 #include "common/error.h"
 #include "log/clsLog.h"
-#include "log/show_error.h"
 #include "protect/clsInfo.h"
 #include "ui/new_backup.h"
 
@@ -87,7 +86,7 @@ void Frm_Mainmenu::FillSetLists() {
     }
 }
 
-// The name must equal an entry to the letter; the walk goes on after a match, as it always did.
+// Compares exactly. The loop does not stop at a match.
 void Frm_Mainmenu::SelectRememberedSet() {
     const std::string remembered =
         program().machine.settings.Read(kSection, kKey).value_or(kNothing);
@@ -99,8 +98,7 @@ void Frm_Mainmenu::SelectRememberedSet() {
 
 void Frm_Mainmenu::Form_Activate() { program().desktop.SetPointer(forms::Pointer::kDefault); }
 
-// Closing is never refused: one step that fails keeps the other from nothing, and is told when both
-// are done.
+// Closing is never refused. A failing step does not prevent the other; errors are shown after both.
 void Frm_Mainmenu::Form_QueryUnload(forms::UnloadMode mode) {
     const auto failed_record = Trapped([&] {
         clsLog(program()).WriteToLog("Exit", true, std::to_string(static_cast<int>(mode)));
@@ -136,9 +134,9 @@ void Frm_Mainmenu::TAB_Backup_Click(int) {
         case Tab::kLog:
             return Log.Cmd_Refresh.Press();
         case Tab::kSecureData:
-            return Secure.Entered();
+            return Secure.OnShown();
         case Tab::kAbout:
-            return About.Shown();
+            return About.OnShown();
         default:
             return;
     }

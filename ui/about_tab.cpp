@@ -40,7 +40,7 @@ AboutTab::AboutTab(forms::Form& window)
     Cmd_ContactUs.SetTooltip("Send EMail to Corvane Limited");
 }
 
-void AboutTab::Shown() {
+void AboutTab::OnShown() {
     const forms::Hourglass hourglass(program_.desktop);
     Tim_Flash.SetEnabled(true);
     Fld_Version.SetCaption(std::to_string(product::kVersionMajor) + "." +
@@ -54,7 +54,7 @@ void AboutTab::Tim_Flash_Timer() {
     Lbl_WebAddress.SetForeColor(plain ? Color::kHighlightText : Color::kButtonText);
 }
 
-// Whether it opened is for the shell to tell.
+// The shell reports its own failures.
 void AboutTab::Lbl_WebAddress_Click() {
     program_.machine.shell.Open(Lbl_WebAddress.Caption(), platform::ShellVerb::kDefault);
 }

@@ -1,4 +1,5 @@
-// The About tab: what this program is, and whom to ask about it.
+// The About tab: the product, its version and how to contact the company. The web address blinks
+// while the tab is shown.
 #pragma once
 
 #include <array>
@@ -33,8 +34,8 @@ class AboutTab {
     forms::Frame Fra_Warning;
     forms::Label Lbl_Warning;
 
-    // What showing the tab does: the version is filled in and the web address begins to flash.
-    void Shown();
+    // Called when the tab is shown: fills in the version and starts the timer of the web address.
+    void OnShown();
     void Tim_Flash_Timer();
     void Lbl_WebAddress_Click();
 

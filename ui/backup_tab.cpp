@@ -5,7 +5,7 @@
 #include "backup/preflight.h"
 #include "backupset/clsFiles.h"
 #include "forms/folder_dialog.h"
-#include "log/show_error.h"
+#include "log/clsLog.h"
 
 namespace vantrel {
 
@@ -78,14 +78,14 @@ BackupTab::BackupTab(forms::Form& window)
     for (auto& button : Cmd_Options) button.Click = [this] { Cmd_Options_Click(); };
 }
 
-BackupControls BackupTab::Shown() {
+BackupControls BackupTab::Controls() {
     return {Cmb_BackupSet,      Dir_DirList,     Lbl_FilestoBackup,
             Lbl_BackupFileName, Fld_BackupWhere, Fld_BackupOptions};
 }
 
-void BackupTab::Cmd_Backup_Click() { vantrel::Cmd_Backup_Click(window_.program(), Shown()); }
+void BackupTab::Cmd_Backup_Click() { vantrel::Cmd_Backup_Click(window_.program(), Controls()); }
 
-bool BackupTab::SetSelected(const std::string& request) {
+bool BackupTab::RequireSelectedSet(const std::string& request) {
     if (!Cmb_BackupSet.Text().empty()) return true;
     window_.program().desktop.Show(
         {.text = request, .icon = Icon::kInformation, .title = "Backup"});
@@ -93,14 +93,14 @@ bool BackupTab::SetSelected(const std::string& request) {
 }
 
 void BackupTab::Cmd_Navigate_Click() {
-    if (!SetSelected("Please select a Backup Configuration.")) return;
-    Frm_BackupWhere dialog(window_.program(), Shown());
+    if (!RequireSelectedSet("Please select a Backup Configuration.")) return;
+    Frm_BackupWhere dialog(window_.program(), Controls());
     window_.program().desktop.ShowModal(dialog);
 }
 
 void BackupTab::Cmd_Options_Click() {
-    if (!SetSelected("Please select a Backup Configuration first.")) return;
-    Frm_BackupOptions dialog(window_.program(), Shown());
+    if (!RequireSelectedSet("Please select a Backup Configuration first.")) return;
+    Frm_BackupOptions dialog(window_.program(), Controls());
     window_.program().desktop.ShowModal(dialog);
 }
 
@@ -128,18 +128,18 @@ void BackupTab::Cmb_BackupSet_Click() {
     const bool source_found = SourceDriveFound(set);
     if (!source_found) {
         if (window_.program().Unattended()) return Fld_BackupWhere.SetCaption(where);
-        TellSourceMissing(set);
+        ShowSourceMissing(set);
         GoToApplicationDrive();
         Fld_BackupWhere.SetCaption(where);
     }
     if (!DestinationDriveFound(set)) {
         if (window_.program().Unattended()) return Fld_BackupWhere.SetCaption(where);
-        TellDestinationMissing(set);
+        ShowDestinationMissing(set);
         Fld_BackupWhere.SetCaption(where);
     }
     SetEditMode(false);
-    // The lists move while the mask label still shows the set before: what is written for the move
-    // is what the two controls show at that moment. The label follows afterwards.
+    // The lists move while the mask label still shows the previous set: the folder is written
+    // together with that mask. The label changes afterwards.
     if (source_found) ShowSource(set);
     ShowValues(set);
 }
@@ -154,7 +154,7 @@ bool BackupTab::DestinationDriveFound(clsINI& set) {
     return clsFiles(window_.program()).Exist(drive, false);
 }
 
-void BackupTab::TellSourceMissing(clsINI& set) {
+void BackupTab::ShowSourceMissing(clsINI& set) {
     auto& globals = window_.program().globals;
     globals.MessageText = "You have selected a file whereupon files from " + set.BackupFiles() +
                           " are to backed up.  Vantrel cannot locate " + set.BackupFiles() +
@@ -163,7 +163,7 @@ void BackupTab::TellSourceMissing(clsINI& set) {
         {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
 }
 
-void BackupTab::TellDestinationMissing(clsINI& set) {
+void BackupTab::ShowDestinationMissing(clsINI& set) {
     auto& globals = window_.program().globals;
     globals.MessageText = "You have selected to backup files to " + set.BackupToDrive() +
                           " are to backed up.  Vantrel cannot locate " + set.BackupToDrive() +
@@ -174,14 +174,14 @@ void BackupTab::TellDestinationMissing(clsINI& set) {
         {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
 }
 
-// A move that stops half-way would leave the set with a source that nobody chose. So the folder is
-// looked for before either list moves, and the set's file is written once, with the folder reached.
+// A move that stops half-way would store a source that the user did not choose. So the folder is
+// tested before either list moves, and the set's file is written once, after both have moved.
 void BackupTab::ShowSource(clsINI& set) {
     forms::Program& program = window_.program();
     const std::string folder = set.Backup_Parts(set.BackupFiles(), clsINI::kFolder);
     if (folder.empty()) return GoToApplicationDrive();
     if (!clsFiles(program).Exist(folder, false)) {
-        // Unattended, the checks before the backup tell of it.
+        // Unattended, the checks before the backup report it.
         if (!program.Unattended()) {
             const int number = error_number::kPathNotFound;
             ShowError(program, Error(number, window_.name(), ErrorText(number) + ": " + folder));
@@ -198,15 +198,15 @@ void BackupTab::ShowSource(clsINI& set) {
     if (moved_ && moves_ == Moves::kShowing) WriteSource();
 }
 
-// A source that was cut when it was read is shown as it was read and never written back, nor is its
-// mask written into another set.
+// A truncated source is shown as it was read and never written back; nor is its mask written into
+// the next set.
 bool BackupTab::MayWriteSource(const clsINI& set) const {
     return set.SourceProblem().empty() && !mask_is_cut_;
 }
 
 void BackupTab::ShowValues(const clsINI& set) {
     mask_is_cut_ = !set.SourceProblem().empty();
-    ShowOptions(Shown(), set);
+    ShowOptions(Controls(), set);
     Fld_BackupWhere.SetCaption(clsString().Backslash(set.BackupToDrive()));
 }
 
@@ -238,15 +238,15 @@ void BackupTab::Dir_DirList_Change() {
     if (moves_ == Moves::kChosen && !Cmb_BackupSet.Text().empty()) WriteSource();
 }
 
-// Why the set cannot store the shown folder, as a sentence. Only a folder that somebody chose can
-// be too long: one that is merely shown is stored in the set already, or is not written.
+// Why the set cannot store the shown folder, as a sentence; "" when it can. Length matters only for
+// the user's choice: any other folder is in the set already, or is not written.
 std::string BackupTab::FolderProblem() const {
     auto& code_page = window_.program().machine.code_page;
     const std::string& folder = Dir_DirList.Path();
-    return StorageProblem(code_page, moves_ == Moves::kChosen ? SourceShown() : folder);
+    return StorageProblem(code_page, moves_ == Moves::kChosen ? DisplayedSource() : folder);
 }
 
-std::string BackupTab::SourceShown() const {
+std::string BackupTab::DisplayedSource() const {
     const std::string& mask = Lbl_FilestoBackup.Caption();
     return clsString().Backslash(Dir_DirList.Path()) + (mask.empty() ? "*.*" : mask);
 }
@@ -256,7 +256,7 @@ void BackupTab::WriteSource() {
     if (Cmb_BackupSet.Text().empty()) return;
     if (Lbl_FilestoBackup.Caption().empty()) Lbl_FilestoBackup.SetCaption("*.*");
     clsINI set(program);
-    set.BackupFiles(SourceShown());
+    set.BackupFiles(DisplayedSource());
     // The mask of the set that was shown before may be too long for this folder.
     if (!set.SourceProblem().empty()) return;
     clsFiles(program).WriteINI("BACKUP SOURCE", "BackupFiles", set.BackupFiles(), SetPath());
@@ -268,9 +268,9 @@ void BackupTab::RefuseFolder(const std::string& reason) {
     try {
         Dir_DirList.SetPath(last_good_path_);
     } catch (const Error&) {
-        GoToApplicationDrive();  // it has been removed meanwhile
+        GoToApplicationDrive();  // the folder has been removed meanwhile
     }
-    moved_ = false;  // nor was the set's folder reached, if it was to be shown
+    moved_ = false;  // the set's folder was not reached
 }
 
 }  // namespace vantrel

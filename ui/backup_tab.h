@@ -1,4 +1,5 @@
-// The Backup tab: which set is selected, what it backs up and where to, and the way to change that.
+// The Backup tab: the selected set, its source and destination, and the controls that change them.
+// The selected set's file is the only other place of this state; moving the two lists writes it.
 #pragma once
 
 #include <array>
@@ -53,28 +54,29 @@ class BackupTab {
     void GoToApplicationDrive();
 
   private:
-    // What a move of the two lists means for the selected set's file.
+    // What a move of the two lists does to the selected set's file.
     enum class Moves {
-        kChosen,   // somebody moved a list: its folder is written at once
-        kShowing,  // a set is being shown: its folder is written once, when it has been reached
-        kSilent,   // nobody chose anything: nothing is written
+        kChosen,   // the user moved a list: the folder is written at once
+        kShowing,  // a set is being shown: its folder is written once, after both lists have moved
+        kSilent,   // not the user's choice: nothing is written
     };
     class MovesScope;
 
     bool SourceDriveFound(clsINI& set);
     bool DestinationDriveFound(clsINI& set);
-    void TellSourceMissing(clsINI& set);
-    void TellDestinationMissing(clsINI& set);
+    void ShowSourceMissing(clsINI& set);
+    void ShowDestinationMissing(clsINI& set);
     void ShowSource(clsINI& set);
     bool MayWriteSource(const clsINI& set) const;
     void ShowValues(const clsINI& set);
     std::string FolderProblem() const;
-    std::string SourceShown() const;
+    std::string DisplayedSource() const;
     void WriteSource();
     void RefuseFolder(const std::string& reason);
     std::string SetPath() const;
-    BackupControls Shown();
-    bool SetSelected(const std::string& request);
+    BackupControls Controls();
+    // False, with the message `request`, when no set is selected.
+    bool RequireSelectedSet(const std::string& request);
 
     forms::Form& window_;
     Moves moves_ = Moves::kChosen;

@@ -6,7 +6,6 @@
 #include "backupset/clsINI.h"
 #include "common/error.h"
 #include "log/clsLog.h"
-#include "log/show_error.h"
 #include "platform/text_file.h"
 #include "ui/text_views.h"
 
@@ -73,17 +72,18 @@ void EditTab::Fil_INI_Click() {
 
 void EditTab::ShowPicked() {
     const std::string picked = Fil_INI.FileName();
-    if (KeepsChanges(picked)) return;
+    if (!OfferToSave(picked)) return;
     Show_INI(program_, picked, Fld_INI, Lbl_INIContents);
     CurrentINI = picked;
     Cmd_Save.SetEnabled(false);
 }
 
-// Whether the editor stays as it is, because its unsaved text was to be saved and is no valid set.
-bool EditTab::KeepsChanges(const std::string& picked) {
+// Offers to save unsaved changes. False when they were to be saved and are no valid set: the editor
+// then keeps its text.
+bool EditTab::OfferToSave(const std::string& picked) {
     if (!Cmd_Save.Enabled() || CurrentINI.empty()) {
         CurrentINI = picked;
-        return false;
+        return true;
     }
     auto& globals = program_.globals;
     globals.MessageText = "You have not saved your changes to " + CurrentINI + "." + globals.CrLf +
@@ -92,15 +92,15 @@ bool EditTab::KeepsChanges(const std::string& picked) {
                                                  .buttons = Buttons::kYesNo,
                                                  .title = "Changes",
                                                  .default_button = kSecondButton});
-    if (answer != Answer::kYes) return false;
+    if (answer != Answer::kYes) return true;
     ConfirmSave = false;
     SaveAccepted = false;
     Cmd_Save.Press();
-    // Set only here: the first direct save after this one is confirmed, and no other.
+    // Set only here, so that exactly the first direct save after this one is confirmed.
     ConfirmSave = true;
-    if (SaveAccepted) return false;
+    if (SaveAccepted) return true;
     Fil_INI.RestoreIndex(IndexOf(Fil_INI, CurrentINI));
-    return true;
+    return false;
 }
 
 void EditTab::Fld_INI_Change() {
@@ -109,11 +109,11 @@ void EditTab::Fld_INI_Change() {
 
 void EditTab::Cmd_Save_Click() {
     Run([this] {
-        if (!ConfirmSave || Confirmed()) Save();
+        if (!ConfirmSave || ConfirmSaving()) Save();
     });
 }
 
-bool EditTab::Confirmed() {
+bool EditTab::ConfirmSaving() {
     return program_.desktop.Show({.text = "Are you sure that you wish to save the changes?",
                                   .buttons = Buttons::kYesNo,
                                   .title = "Save Changes",
@@ -123,7 +123,7 @@ bool EditTab::Confirmed() {
 void EditTab::Save() {
     const std::string scratch = ScratchPath();
     SaveAccepted = false;
-    if (Accepts(scratch)) {
+    if (ValidateText(scratch)) {
         PutInPlace(scratch);
         clsINI(program_).ConfirmBackslash(program_.InApplicationFolder(CurrentINI));
         Show_INI(program_, CurrentINI, Fld_INI, Lbl_INIContents);
@@ -133,8 +133,8 @@ void EditTab::Save() {
     ConfirmSave = false;
 }
 
-// A refused save leaves its scratch file behind, where it is a set file like any other. While that
-// very file is edited, another one has to do: a refusal must leave the set as it was.
+// A refused save leaves the scratch file behind, as a set file like any other. While that file
+// itself is edited, another scratch file is used, so that a refusal leaves the set unchanged.
 std::string EditTab::ScratchPath() const {
     auto& letters = program_.machine.code_page;
     const bool is_edited = letters.Fold(CurrentINI) == letters.Fold(kScratchName);
@@ -142,19 +142,19 @@ std::string EditTab::ScratchPath() const {
     return is_edited ? platform::UnusedPathBeside(program_.machine.files, usual) : usual;
 }
 
-bool EditTab::Accepts(const std::string& scratch) {
+bool EditTab::ValidateText(const std::string& scratch) {
     if (!WriteScratch(scratch)) return false;
     clsINI set(program_);
     set.Read_INI(scratch);
-    if (set.Validate_OnSave() && IsStorable(set)) return true;
+    if (set.Validate_OnSave() && ValidateLengths(set)) return true;
     if (scratch != program_.InApplicationFolder(kScratchName)) {
         program_.machine.files.RemoveFile(scratch);
     }
     return false;
 }
 
-// Whether all values can be read back as they are, after the changes that a save makes to them.
-bool EditTab::IsStorable(const clsINI& set) {
+// False, with a message, for a value that would be truncated when it is read back.
+bool EditTab::ValidateLengths(const clsINI& set) {
     const std::string problem = set.SaveProblem();
     if (!problem.empty()) ShowRefusal(problem + ".");
     return problem.empty();
@@ -178,14 +178,14 @@ bool EditTab::WriteScratch(const std::string& scratch) {
     }
     auto& files = program_.machine.files;
     if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
-    // Emptied, should it be there after all: a text behind what was left would never be read.
+    // Truncates a file that exists in spite of the test.
     platform::WriteFlushed(files, scratch, *bytes);
     return true;
 }
 
-// One step instead of a removal and a rename: the set is never without its file.
+// One step instead of a removal and a rename: the set's file exists at every moment.
 void EditTab::PutInPlace(const std::string& scratch) {
-    if (CurrentINI.empty()) RaiseError(error_number::kPathFileAccess);  // it has no name
+    if (CurrentINI.empty()) RaiseError(error_number::kPathFileAccess);  // no file is selected
     program_.machine.files.Replace(scratch, program_.InApplicationFolder(CurrentINI));
     SaveAccepted = true;
 }
@@ -194,7 +194,7 @@ void EditTab::Cmd_INIRefresh_Click() {
     try {
         const int remembered = Fil_INI.Index();
         Fil_INI.SetPattern("*.INI");
-        // The comparison runs in this direction on purpose: a refresh clears the editor.
+        // The comparison is deliberate: a refresh normally clears the editor.
         if (remembered <= Fil_INI.Count()) {
             Fld_INI.SetText("");
             Lbl_INIContents.SetCaption("INI File Contents");
@@ -209,7 +209,7 @@ void EditTab::Cmd_INIRefresh_Click() {
 
 void EditTab::Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet) {
     const std::string name = Fil_INI.FileName();
-    if (name.empty() || !IsDeletionMeant(name)) return;
+    if (name.empty() || !ConfirmDeletion(name)) return;
     try {
         Delete(name, Cmb_BackupSet);
     } catch (const Error& error) {
@@ -217,7 +217,7 @@ void EditTab::Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet) {
     }
 }
 
-bool EditTab::IsDeletionMeant(const std::string& name) {
+bool EditTab::ConfirmDeletion(const std::string& name) {
     auto& message = program_.globals.MessageText;
     message = "Are you sure that you wish to delete " + name;
     return program_.desktop.Show({.text = message,
@@ -230,8 +230,7 @@ void EditTab::Delete(const std::string& name, forms::ComboBox& sets) {
     const std::string path = program_.InApplicationFolder(name);
     if (clsFiles(program_).Exist(path, true)) program_.machine.files.RemoveFile(path);
     Cmd_INIRefresh.Press();
-    // The walk counts as far as there were entries before it; a removal moves the next one under
-    // it, unseen.
+    // The loop uses the count from before it, and skips the entry that follows a removed one.
     const int count = sets.Count();
     for (int i = 0; i < count; ++i) {
         if (sets.Item(i) == name) sets.Remove(i);

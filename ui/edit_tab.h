@@ -1,5 +1,5 @@
-// The INI Edit tab: the set files, and the text of one of them, which is saved only when it is a
-// valid set. The Save button's enabled state is the marker of unsaved changes.
+// The INI Edit tab: the list of set files, and the text of one of them, which is saved only when it
+// is a valid set. The Save button is enabled exactly while there are unsaved changes.
 #pragma once
 
 #include <functional>
@@ -34,25 +34,25 @@ class EditTab {
     void Fld_INI_Change();
     void Cmd_Save_Click();
     void Cmd_INIRefresh_Click();
-    // Deletes the selected file and takes it out of the list of sets; other lists keep it.
+    // Deletes the selected file, after a question, and removes it from `Cmb_BackupSet`.
     void Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet);
 
   private:
-    // Runs a handler that traps its errors. A file that is picked while it runs (showing one lets
-    // events run) is shown when it is done.
+    // Runs a handler and shows its errors. A file that is picked meanwhile (pending events run
+    // while a file is shown) is shown afterwards.
     void Run(const std::function<void()>& handler);
     void ShowPicked();
-    bool KeepsChanges(const std::string& picked);
-    bool Confirmed();
+    bool OfferToSave(const std::string& picked);
+    bool ConfirmSaving();
     void Save();
     bool WriteScratch(const std::string& scratch);
-    bool Accepts(const std::string& scratch);
-    bool IsStorable(const clsINI& set);
+    bool ValidateText(const std::string& scratch);
+    bool ValidateLengths(const clsINI& set);
     void ShowRefusal(const std::string& reason);
     void PutInPlace(const std::string& scratch);
     std::string ScratchPath() const;
     void Delete(const std::string& name, forms::ComboBox& sets);
-    bool IsDeletionMeant(const std::string& name);
+    bool ConfirmDeletion(const std::string& name);
 
     forms::Program& program_;
     bool running_ = false;

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <string_view>
 
-#include "backupset/clsINI.h"
 #include "backupset/clsFiles.h"
-#include "common/utf.h"
+#include "backupset/clsINI.h"
 #include "common/error.h"
 #include "common/file_name.h"
-#include "log/show_error.h"
+#include "common/utf.h"
+#include "log/clsLog.h"
 
 namespace vantrel {
 
@@ -24,10 +24,10 @@ std::string WithExtension(forms::Program& program, const std::string& name) {
     return program.machine.code_page.Upper(end) == ".INI" ? name : name + ".INI";
 }
 
-// A name with a folder or a drive in it would make a set that no list ever shows; "CON.INI" would
-// be a file that no other program of the user could touch. The archive is named after the set,
-// which
-// ".INI" leaves without a name.
+// A name with a folder or a drive would make a set that no list shows, and "CON.INI" a file that
+// other programs cannot open. The archive gets the set's name without its extension, which is empty
+// for
+// ".INI".
 bool CanBeNamed(forms::Program& program, const std::string& name) {
     const std::string stem = name.substr(0, name.size() - kExtensionLength);
     clsINI set(program);
@@ -36,7 +36,7 @@ bool CanBeNamed(forms::Program& program, const std::string& name) {
     return names_archive && IsValidFileName(name) && set.ArchiveNameProblem().empty();
 }
 
-// Files that no list shows count, too: a hidden set is not to be written over.
+// Includes files that no list shows: a hidden set must not be overwritten.
 bool IsTaken(forms::Program& program, const std::string& name) {
     auto& machine = program.machine;
     const std::string folded = machine.code_page.Fold(name);
@@ -46,23 +46,23 @@ bool IsTaken(forms::Program& program, const std::string& name) {
            machine.files.Find(program.InApplicationFolder(name)).has_value();
 }
 
-void Refuse(forms::Program& program) {
+void ShowNameInUse(forms::Program& program) {
     auto& message = program.globals.MessageText;
     message = "Unable to Save the Configuration File as it already exists.";
     program.desktop.Show({.text = message, .icon = forms::Icon::kExclamation, .title = "Backup"});
 }
 
-// The file comes first: when it cannot be made, nothing else has happened.
-void Make(forms::Program& program, const std::string& name, BackupTab& tab,
-          forms::ComboBox& restore_sets) {
-    constexpr bool kOnlyNew = true;  // whatever was overlooked when the name was looked for
+// Creates the file first: when that fails, lists and labels are unchanged.
+void CreateSet(forms::Program& program, const std::string& name, BackupTab& tab,
+               forms::ComboBox& restore_sets) {
+    constexpr bool kOnlyNew = true;  // never replaces a file that IsTaken did not find
     clsINI(program).Create_INI(name, kOnlyNew);
     tab.Cmb_BackupSet.Add(name);
     restore_sets.Add(name);
     tab.GoToApplicationDrive();
     tab.Fld_BackupWhere.SetCaption(
         utf::Left(program.machine.process.ApplicationFolder(), kRootLength));
-    // Not what the new file says; its selection shows that a moment later.
+    // Differs from the new file's values, which the selection below shows.
     tab.Fld_BackupOptions.SetCaption("SubDir=ON, MultiVolume=OFF, Time=ON");
 }
 
@@ -72,11 +72,11 @@ void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,
     const std::string name = WithExtension(program, typed);
     if (!CanBeNamed(program, name)) RaiseError(error_number::kBadFileName);
     if (IsTaken(program, name)) {
-        Refuse(program);
+        ShowNameInUse(program);
     } else {
-        Make(program, name, tab, restore_sets);
+        CreateSet(program, name, tab, restore_sets);
     }
-    // A hidden set is in no list, nor is one that another program made meanwhile.
+    // A hidden set is not listed, nor is one that another program created meanwhile.
     if (tab.Cmb_BackupSet.IndexOf(name) >= 0) tab.Cmb_BackupSet.SetText(name);
 }
 

@@ -1,4 +1,4 @@
-// The Restore tab: which archive, what is in it, where it goes.
+// The Restore tab: the archive, its entries and the destination. RestoreActions has the handlers.
 #pragma once
 
 #include "forms/controls.h"

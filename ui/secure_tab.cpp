@@ -3,7 +3,7 @@
 #include "backupset/clsFiles.h"
 #include "common/error.h"
 #include "forms/hourglass.h"
-#include "log/show_error.h"
+#include "log/clsLog.h"
 #include "protect/clsCfg.h"
 #include "protect/folder_tree.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kRightButton = 2;
 
-// What stands in for the tree while it loads, however loading ends.
+// Shows the waiting panel in the tree's place during a load, however the load ends.
 class WaitScope {
   public:
     explicit WaitScope(SecureTab& tab)
@@ -53,11 +53,11 @@ SecureTab::SecureTab(forms::Form& window, const SecureMenu& menu)
 bool SecureTab::CreateMissingList() {
     clsCfg list(window_.program());
     if (clsFiles(window_.program()).Exist(list.ListPath(), true)) return false;
-    // The question answers no, too, when the list merely cannot be looked at now.
+    // The existence test is also false for a list that cannot be read now.
     return list.CreateMissing();
 }
 
-void SecureTab::Entered() {
+void SecureTab::OnShown() {
     forms::Program& program = window_.program();
     try {
         CreateMissingList();
@@ -86,7 +86,7 @@ void SecureTab::LoadDrive() {
     Create_DirectoryStructure(TV_SecureMode, SSP_ProgressSecure, root, "");
 }
 
-// The menu is about the selected node, not about the one under the pointer.
+// The menu acts on the selected node, not on the node under the pointer.
 void SecureTab::TV_SecureMode_MouseDown(int button) {
     if (button != kRightButton || TV_SecureMode.Selected() == 0) return;
     const bool is_protected =
@@ -98,28 +98,28 @@ void SecureTab::TV_SecureMode_MouseDown(int button) {
 
 void SecureTab::Menu_Secure_Add_Click() {
     if (TV_SecureMode.Selected() == 0) return;
-    if (Refused(TV_SecureMode.At(TV_SecureMode.Selected()).tag)) return;
+    if (!ValidateFolder(TV_SecureMode.At(TV_SecureMode.Selected()).tag)) return;
     CreateMissingList();
     clsCfg(window_.program()).Protected_Add(TV_SecureMode);
 }
 
-// The list is text in the system's code page: a folder that it cannot hold could not be stored.
-bool SecureTab::Refused(const std::string& folder) {
+// The list is text in the system's code page, which may lack characters of the folder's name.
+bool SecureTab::ValidateFolder(const std::string& folder) {
     auto& machine = window_.program().machine;
     const std::string upper = machine.code_page.Upper(folder);
     if (upper == machine.code_page.Upper(machine.process.WindowsFolder())) {
-        Tell(
+        ShowMessage(
             "This folder is maintained by your Operating System.  "
             "You may not Protect System Folders.");
-        return true;
+        return false;
     }
-    if (machine.code_page.Encode(upper)) return false;
-    Tell("Unable to use the folder " + folder + "." + window_.program().globals.CrLf +
-         "Its name holds characters that the list of Protected Folders cannot store.");
-    return true;
+    if (machine.code_page.Encode(upper)) return true;
+    ShowMessage("Unable to use the folder " + folder + "." + window_.program().globals.CrLf +
+                "Its name holds characters that the list of Protected Folders cannot store.");
+    return false;
 }
 
-void SecureTab::Tell(const std::string& text) {
+void SecureTab::ShowMessage(const std::string& text) {
     forms::Program& program = window_.program();
     program.globals.MessageText = text;
     program.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Protected Folders"});

@@ -28,22 +28,23 @@ struct SecureTab {
     forms::Panel SSP_ProgressSecure;
     forms::TextBox Fld_SecureData;
 
-    // The tab is entered: makes sure that there is a list, and loads the application's drive into
+    // Called when the tab is shown: creates a missing list and loads the application's drive into
     // an empty tree. Errors are shown.
-    void Entered();
+    void OnShown();
     // Loads the chosen drive's folders; an empty drive leaves an empty tree. Errors are shown.
     void Dri_SecureMode_Change();
     void TV_SecureMode_MouseDown(int button);
-    // Both work on the selected node, wherever the mouse points. They trap nothing.
+    // Both act on the selected node, not on the node under the pointer. They trap no errors.
     void Menu_Secure_Add_Click();
     void Menu_Secure_Delete_Click();
 
   private:
     void LoadDrive();
-    // Whether there was none.
+    // True when the list was missing and has been created.
     bool CreateMissingList();
-    bool Refused(const std::string& folder);
-    void Tell(const std::string& text);
+    // Shows a message and returns false for a folder that cannot be protected.
+    bool ValidateFolder(const std::string& folder);
+    void ShowMessage(const std::string& text);
 
     forms::Form& window_;
     SecureMenu menu_;

@@ -12,8 +12,8 @@ namespace vantrel {
 
 namespace {
 
-// Bytes of a file as a text that a window can show: a NUL would end it.
-std::string Shown(forms::Program& program, std::string bytes) {
+// The bytes of a file as text for a control. A NUL, which would end the text, becomes a space.
+std::string ToDisplayText(forms::Program& program, std::string bytes) {
     std::replace(bytes.begin(), bytes.end(), '\0', ' ');
     return program.machine.code_page.Decode(bytes);
 }
@@ -30,13 +30,13 @@ void AppendLines(forms::Program& program, const std::string& path, forms::TextBo
     const std::string bytes = platform::ReadWholeFile(program.machine.files, path);
     std::string buffer;
     for (const std::string& line : platform::SplitLines(bytes)) {
-        buffer += Shown(program, line);
+        buffer += ToDisplayText(program, line);
         box.Append(buffer);
         buffer = program.globals.CrLf;
     }
 }
 
-// Empties the box and lets `fill` fill it, when the file is there.
+// Empties the box and, when the file exists, calls `fill`.
 void Show(forms::Program& program, const std::string& path, forms::TextBox& box,
           const std::function<void()>& fill) {
     box.SetText("");
@@ -46,7 +46,7 @@ void Show(forms::Program& program, const std::string& path, forms::TextBox& box,
         try {
             fill();
         } catch (const Error& error) {
-            // Gone while the events ran: as if it had not been there.
+            // A file that vanished while the events ran counts as missing.
             if (error.number() != error_number::kFileNotFound) throw;
         }
     }
@@ -72,7 +72,7 @@ void Show_INIQuick(forms::Program& program, const std::string& name, forms::Text
         const forms::Hourglass hourglass(program.desktop);
         const std::string path = program.InApplicationFolder(name);
         Show(program, path, box,
-             [&] { box.SetText(Shown(program, ReadAtOnce(program.machine.files, path))); });
+             [&] { box.SetText(ToDisplayText(program, ReadAtOnce(program.machine.files, path))); });
     });
 }
 

@@ -23,7 +23,7 @@ constexpr std::size_t kLongestPath = PATH_MAX - 300;
 
 bool IsName(std::string_view name) {
     return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
-           !utf::IsLongerThan(name, kLongestFileName);
+           !utf::IsLongerThan(name, kMaxFileNameLength);
 }
 
 constexpr auto IsSlash = [](char c) { return c == '\\' || c == '/'; };

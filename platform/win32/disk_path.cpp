@@ -22,7 +22,7 @@ bool IsLetter(wchar_t unit) {
 }
 
 bool IsName(std::wstring_view name) {
-    return name.size() <= kLongestFileName &&
+    return name.size() <= kMaxFileNameLength &&
            std::none_of(name.begin(), name.end(), IsForbiddenInName);
 }
 

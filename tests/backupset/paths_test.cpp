@@ -1,5 +1,5 @@
-#include "backupset/clsINI.h"
 #include "backupset/clsFiles.h"
+#include "backupset/clsINI.h"
 #include "common/utf.h"
 #include "tests/support/program_fixture.h"
 

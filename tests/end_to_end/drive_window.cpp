@@ -142,7 +142,10 @@ Words DescribeBox(HWND box) {
                (GetWindowLongPtrW(each, GWL_STYLE) & SS_TYPEMASK) == SS_ICON &&
                Send(each, STM_GETICON) != 0;  // a box without one has an empty place for it
     });
-    Words words = {Utf8(TextOf(box)), text ? Utf8(TextOf(text)) : "", "0", right ? "right" : "left",
+    Words words = {Utf8(TextOf(box)),
+                   text ? Utf8(TextOf(text)) : "",
+                   "0",
+                   right ? "right" : "left",
                    icons.empty() ? "plain" : "icon",
                    std::to_string(reinterpret_cast<std::uintptr_t>(box))};
     for (const HWND button : WindowsWhere(

@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "log/show_error.h"
+#include "log/clsLog.h"
 #include "platform/text_file.h"
 #include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"

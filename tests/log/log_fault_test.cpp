@@ -1,5 +1,5 @@
 #include "common/error.h"
-#include "log/show_error.h"
+#include "log/clsLog.h"
 #include "tests/log/log_fixture.h"
 #include "tests/support/faulty_file_system.h"
 

@@ -37,8 +37,8 @@ class GuideFacts(unittest.TestCase):
         self.assert_all_told(texts, 6)
 
     def test_records(self):
-        texts = [text for name in ("app/application.cpp", "backup/Frm_Backup.cpp", "ui/mailing.cpp",
-                                   "restore/restore_records.cpp", "restore/protected_pass.cpp")
+        texts = [text for name in ("app/application.cpp", "backup/Frm_Backup.cpp", "ui/log_tab.cpp",
+                                   "restore/Frm_Restore.cpp", "restore/protected_pass.cpp")
                  for text in re.findall(r'(?:LogRecord|Record)\("([^"]+)"', source(name))]
         self.assert_all_told([text.strip() for text in texts], 8)
 

@@ -1,4 +1,4 @@
-#include "system/guide.h"
+#include "system/clsSystem.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

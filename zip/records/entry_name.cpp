@@ -139,7 +139,7 @@ SafeName MakeSafeName(std::string_view stored) {
         const std::size_t before = name.path.size();
         AddComponent(component, name);
         const std::size_t start = before == 0 ? 0 : before + 1;
-        if (utf::IsLongerThan(std::string_view(name.path).substr(start), kLongestFileName)) {
+        if (utf::IsLongerThan(std::string_view(name.path).substr(start), kMaxFileNameLength)) {
             return Refused("a name in it is longer than 255 characters");
         }
     }
