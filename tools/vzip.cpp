@@ -27,6 +27,7 @@ constexpr const char* kUsage =
     "                   [--threads N] [--quiet]\n"
     "       vzip list ARCHIVE.zip\n"
     "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--quiet]\n"
+    "       vzip --version\n"
     "exit code: 0 complete, 1 some files skipped or not restored, 2 failed\n";
 
 int Run(int count, char** words) {
@@ -41,6 +42,9 @@ int Run(int count, char** words) {
     }
     if (command == "extract") {
         return vantrel::tools::ExtractFiles(native.machine(), arguments);
+    }
+    if (command == "--version") {
+        return vantrel::tools::ShowVersion();
     }
     std::fputs(kUsage, stderr);
     return vantrel::tools::kExitFailed;

@@ -5,6 +5,8 @@
 #include <filesystem>
 
 #include "common/display_text.h"
+#include "common/product.h"
+#include "zip/deflate/deflate.h"
 
 namespace vantrel::tools {
 
@@ -18,6 +20,12 @@ std::string SeamPath(const std::string& path) {
         full.pop_back();
     }
     return full;
+}
+
+int ShowVersion() {
+    std::printf("vzip %s\n%s\n", product::VersionText().c_str(),
+                zip::CompressorDescription().c_str());
+    return kExitComplete;
 }
 
 int Report(const Ending& ending, bool quiet) {

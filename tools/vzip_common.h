@@ -24,6 +24,9 @@ struct Ending {
     const char* left_out_means;  // "skipped", "failed"
 };
 
+// Prints the program's version and the built-in compressor, one line each; returns the exit code.
+int ShowVersion();
+
 // Prints the figures of a complete run, unless it shall be `quiet`; returns the exit code.
 int Report(const Ending& ending, bool quiet);
 

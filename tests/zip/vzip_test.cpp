@@ -2,6 +2,9 @@
 #include "tools/vzip_create.h"
 #include "tools/vzip_extract.h"
 
+#include <libdeflate.h>
+
+#include "common/product.h"
 #include "tests/zip/reader_fixture.h"
 #include "tools/vzip_common.h"
 
@@ -61,6 +64,18 @@ TEST_F(Vzip, ExtractEscapesNamesInItsWarnings) {
     EXPECT_NE(err.find("c\\x1b[2J is restored as "), std::string::npos) << err;
     EXPECT_EQ(err.find('\x1b'), std::string::npos);
     EXPECT_EQ(out, "1 entry, 1 failed\n");
+}
+
+TEST_F(Vzip, VersionNamesProgramAndCompressor) {
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(tools::ShowVersion(), tools::kExitComplete);
+#ifdef VANTREL_SYSTEM_LIBDEFLATE
+    const std::string level = ", level 7\n";
+#else
+    const std::string level = ", tuned level\n";
+#endif
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+              "vzip " + product::VersionText() + "\nlibdeflate " LIBDEFLATE_VERSION_STRING + level);
 }
 
 TEST_F(Vzip, CreateEscapesNamesInItsWarnings) {

@@ -64,6 +64,10 @@ std::unique_ptr<RawCompressor> MakeCompressor(int level) {
     return std::make_unique<LibdeflateCompressor>(level);
 }
 
+std::string CompressorDescription() {
+    return "libdeflate " LIBDEFLATE_VERSION_STRING ", " VANTREL_TUNED_LEVEL_NAME;
+}
+
 // The two decompressors that prove a piece, and the memory they need.
 struct Deflater::Proof {
     std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> whole{

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "zip/base/buffer.h"
 
@@ -38,6 +39,10 @@ constexpr int kTunedLevel = 7;
 
 // `level` 1 (fast) to 12 (small), the library's own numbers but for kTunedLevel.
 std::unique_ptr<RawCompressor> MakeCompressor(int level);
+
+// The library's version and the level that stands for kTunedLevel: "libdeflate 1.14, tuned level",
+// or "libdeflate 1.14, level 7" where the build has no tuned level.
+std::string CompressorDescription();
 
 class ThoroughChoice;
 
