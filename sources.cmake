@@ -66,7 +66,6 @@ set(ZIP_SOURCES
     zip/deflate/deflate.cpp
     zip/deflate/inflate64.cpp
     zip/deflate/sampler.cpp
-    zip/deflate/thorough_choice.cpp
     zip/disks/archive_file.cpp
     zip/disks/archive_place.cpp
     zip/disks/disk_prompt.cpp
@@ -332,7 +331,6 @@ set(ZIP_TESTS
     tests/zip/small_parts_test.cpp
     tests/zip/spanning_others_test.cpp
     tests/zip/target_folders_test.cpp
-    tests/zip/thorough_choice_test.cpp
     tests/zip/vzip_test.cpp
     tests/zip/zip64_test.cpp
     ${VZIP_COMMANDS})

@@ -92,15 +92,12 @@ TEST(TakenNames, MoreThanWereExpectedHaveRoom) {
 
 TEST(BlockStore, GivesBackWhatWasPutInOrder) {
     BlockStore store;
-    std::uint64_t bytes = 0;
     for (int i = 0; i < 50000; ++i) {
         const std::string record = "Folder\\Sub\\file" + std::to_string(i);
         store.Append(record);
-        bytes += record.size();
     }
     store.Append("");
     EXPECT_EQ(store.Count(), 50001u);
-    EXPECT_EQ(store.Bytes(), bytes);
     std::string record;
     for (int i = 0; i < 50000; ++i) {
         ASSERT_TRUE(store.Take(record));

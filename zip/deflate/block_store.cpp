@@ -38,7 +38,6 @@ void BlockStore::Append(std::string_view record) {
     Put32(tail_, static_cast<std::uint32_t>(record.size()));
     tail_ += record;
     ++count_;
-    bytes_ += record.size();
     if (tail_.size() >= kBlockSize) {
         PackTail();
     }

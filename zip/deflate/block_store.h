@@ -25,8 +25,6 @@ class BlockStore {
     bool Take(std::string& record);
 
     std::uint64_t Count() const { return count_; }
-    // Bytes of all appended records.
-    std::uint64_t Bytes() const { return bytes_; }
 
   private:
     struct Block {
@@ -45,7 +43,6 @@ class BlockStore {
     std::string current_;  // the block that is being read
     std::size_t current_position_ = 0;
     std::uint64_t count_ = 0;
-    std::uint64_t bytes_ = 0;
 };
 
 }  // namespace vantrel::zip

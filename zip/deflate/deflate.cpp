@@ -10,7 +10,6 @@
 
 #include "common/error.h"
 #include "zip/deflate/libdeflate/tuned_level.h"
-#include "zip/deflate/thorough_choice.h"
 
 namespace vantrel::zip {
 
@@ -137,16 +136,10 @@ struct Deflater::Proof {
     }
 };
 
-Deflater::Deflater(std::unique_ptr<RawCompressor> compressor, bool thorough)
-    : compressor_(std::move(compressor)),
-      thorough_(thorough ? std::make_unique<ThoroughChoice>() : nullptr),
-      proof_(std::make_unique<Proof>()) {}
+Deflater::Deflater(std::unique_ptr<RawCompressor> compressor)
+    : compressor_(std::move(compressor)), proof_(std::make_unique<Proof>()) {}
 
 Deflater::~Deflater() = default;
-
-RawCompressor& Deflater::CompressorFor(const std::uint8_t* in, std::size_t size) {
-    return thorough_ ? thorough_->For(in, size, *compressor_) : *compressor_;
-}
 
 bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
     if (size < 2) {
@@ -154,8 +147,7 @@ bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
     }
     const std::size_t start = out.size();
     out.Reserve(start + size);
-    const std::size_t packed =
-        CompressorFor(in, size).Compress(in, size, out.data() + start, size - 1);
+    const std::size_t packed = compressor_->Compress(in, size, out.data() + start, size - 1);
     if (packed == 0) {
         return false;
     }
@@ -167,11 +159,10 @@ bool Deflater::Whole(const std::uint8_t* in, std::size_t size, Buffer& out) {
 void Deflater::Part(const std::uint8_t* in, std::size_t size, bool last, Buffer& out,
                     std::size_t history) {
     const std::size_t start = out.size();
-    RawCompressor& compressor = CompressorFor(in, size);
-    const std::size_t room = compressor.Bound(size);
+    const std::size_t room = compressor_->Bound(size);
     out.Reserve(start + room + 5);
     std::uint8_t* packed = out.data() + start;
-    const std::size_t packed_size = compressor.CompressAfter(history, in, size, packed, room);
+    const std::size_t packed_size = compressor_->CompressAfter(history, in, size, packed, room);
     if (packed_size == 0) {
         RaiseProofFailed();
     }

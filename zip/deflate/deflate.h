@@ -44,12 +44,9 @@ std::unique_ptr<RawCompressor> MakeCompressor(int level);
 // or "libdeflate 1.14, level 7" where the build has no tuned level.
 std::string CompressorDescription();
 
-class ThoroughChoice;
-
 class Deflater {
   public:
-    // `thorough`: data that gains much by it is compressed harder.
-    explicit Deflater(std::unique_ptr<RawCompressor> compressor, bool thorough = false);
+    explicit Deflater(std::unique_ptr<RawCompressor> compressor);
     ~Deflater();
     Deflater(const Deflater&) = delete;
     Deflater& operator=(const Deflater&) = delete;
@@ -67,10 +64,8 @@ class Deflater {
 
   private:
     struct Proof;
-    RawCompressor& CompressorFor(const std::uint8_t* in, std::size_t size);
 
     std::unique_ptr<RawCompressor> compressor_;
-    std::unique_ptr<ThoroughChoice> thorough_;
     std::unique_ptr<Proof> proof_;
 };
 

@@ -16,15 +16,12 @@ namespace vantrel::zip {
 
 namespace {
 
-// Each thread holds about 5 MB, and 9 more for thorough compression; this keeps all of them within
-// 128 MB.
+// Each thread holds about 5 MB; this keeps all of them within 128 MB.
 constexpr int kMostThreads = 8;
 // The compressor's own level for each level of ours (its scale goes to 12). Measured on 1 GB in
 // 69,000 files: its 9 makes the archive 0.3 % smaller than its 7 and takes twice the time; with 7
 // the archive is still 0.8 % smaller than that of `zip -9`. See docs/performance.md.
 constexpr int kEffort[] = {0, 1, 2, 3, 4, 5, 6, 6, kTunedLevel, kTunedLevel};
-// Our level that also compresses harder what gains most by it (thorough_choice.h).
-constexpr int kSmallestLevel = 9;
 // Jobs that may be finished before their turn, beyond one for each thread.
 constexpr int kSlack = 6;
 
@@ -120,11 +117,9 @@ class ArchiveRun {
         if (options_.level == 0) {
             return nullptr;
         }
-        if (options_.make_compressor) {
-            return std::make_unique<Deflater>(options_.make_compressor());
-        }
-        return std::make_unique<Deflater>(MakeCompressor(kEffort[options_.level]),
-                                          options_.level == kSmallestLevel);
+        return std::make_unique<Deflater>(options_.make_compressor
+                                              ? options_.make_compressor()
+                                              : MakeCompressor(kEffort[options_.level]));
     }
 
     platform::Machine machine_;
