@@ -62,10 +62,8 @@ set(ZIP_SOURCES
     zip/base/paths.cpp
     zip/base/run_channel.cpp
     zip/base/source_reader.cpp
-    zip/deflate/block_store.cpp
     zip/deflate/deflate.cpp
     zip/deflate/inflate64.cpp
-    zip/deflate/sampler.cpp
     zip/disks/archive_file.cpp
     zip/disks/archive_place.cpp
     zip/disks/disk_prompt.cpp
@@ -92,11 +90,11 @@ set(ZIP_SOURCES
     zip/records/entry_records.cpp
     zip/writer/archive_sink.cpp
     zip/writer/archive_writer.cpp
-    zip/writer/file_spec.cpp
     zip/writer/folder_queue.cpp
+    zip/writer/job_producer.cpp
     zip/writer/packer.cpp
-    zip/writer/source_scan.cpp
-    zip/writer/work_source.cpp)
+    zip/writer/record_list.cpp
+    zip/writer/source_scan.cpp)
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
     backupset/clsINI.cpp
@@ -327,7 +325,6 @@ set(ZIP_TESTS
     tests/zip/reader_directory_test.cpp
     tests/zip/reader_names_test.cpp
     tests/zip/reader_others_test.cpp
-    tests/zip/sampler_test.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/spanning_others_test.cpp
     tests/zip/target_folders_test.cpp
