@@ -177,9 +177,7 @@ set(VANTREL_EXE_SOURCES
     app/main_win32.cpp)
 # Without its main function, for the tests.
 set(VZIP_COMMANDS
-    tools/vzip_common.cpp
-    tools/vzip_create.cpp
-    tools/vzip_extract.cpp)
+    tools/vzip_commands.cpp)
 set(VZIP_SOURCES
     tools/vzip.cpp
     ${VZIP_COMMANDS})

@@ -1,20 +1,18 @@
-// The archive engine on a command line, for trying, measuring and scripting it.
+// The archive engine as a command-line program, for experiments, measurements and scripts.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
 
-#include "tools/vzip_common.h"
-#include "tools/vzip_create.h"
-#include "tools/vzip_extract.h"
+#include "tools/vzip_commands.h"
 
 #ifdef _WIN32
 #include "platform/win32/win32_machine.h"
 using NativeMachine = vantrel::platform::Win32Machine;
 #else
 #include "platform/host/host_machine.h"
-// Names as this system's other tools know them.
+// File names exactly as the system's other tools see them.
 struct NativeMachine : vantrel::platform::HostMachine {
     NativeMachine() : HostMachine({{'Z', {.folder = "/", .exact_names = true}}}) {}
 };
