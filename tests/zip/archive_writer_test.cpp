@@ -184,7 +184,18 @@ TEST_F(ArchiveWriter, BigFileThatDidNotShrinkIsStored) {
     EXPECT_EQ(archive.At("a").method, 0);
     EXPECT_TRUE(archive.At("a").content == Prose(2 * kChunkSize));
     EXPECT_EQ(archive.Names(), (Strings{"b", "a"})) << "stored again after all others";
-    EXPECT_EQ(events.messages.size(), 2u) << "told once only";
+    EXPECT_EQ(events.messages.size(), 2u) << "one message per file";
+}
+
+TEST_F(ArchiveWriter, FilesStoredAgainAreSortedForAnyNumberOfThreads) {
+    files.Put("C:\\Data\\b", Prose(2 * kChunkSize));
+    files.Put("C:\\Data\\Sub\\a", Prose(2 * kChunkSize));
+    options.make_compressor = [] { return std::make_unique<WastefulCompressor>(); };
+    for (const int threads : {1, 4}) {
+        options.threads = threads;
+        ASSERT_EQ(Run(), RunOutcome::kComplete);
+        EXPECT_EQ(Archive().Names(), (Strings{"Sub/a", "b"})) << threads;
+    }
 }
 
 TEST_F(ArchiveWriter, LevelZeroStoresEverything) {
