@@ -63,11 +63,8 @@ set(ZIP_SOURCES
     zip/base/paths.cpp
     zip/base/run_channel.cpp
     zip/base/source_reader.cpp
-    zip/deflate/block_store.cpp
     zip/deflate/deflate.cpp
     zip/deflate/inflate64.cpp
-    zip/deflate/sampler.cpp
-    zip/deflate/thorough_choice.cpp
     zip/disks/archive_file.cpp
     zip/disks/archive_place.cpp
     zip/disks/disk_prompt.cpp
@@ -94,11 +91,11 @@ set(ZIP_SOURCES
     zip/records/entry_records.cpp
     zip/writer/archive_sink.cpp
     zip/writer/archive_writer.cpp
-    zip/writer/file_spec.cpp
     zip/writer/folder_queue.cpp
+    zip/writer/job_producer.cpp
     zip/writer/packer.cpp
-    zip/writer/source_scan.cpp
-    zip/writer/work_source.cpp)
+    zip/writer/record_list.cpp
+    zip/writer/source_scan.cpp)
 set(BACKUPSET_SOURCES
     backupset/clsFiles.cpp
     backupset/clsINI.cpp
@@ -168,9 +165,7 @@ set(VANTREL_EXE_SOURCES
     app/main_win32.cpp)
 # Without its main function, for the tests.
 set(VZIP_COMMANDS
-    tools/vzip_common.cpp
-    tools/vzip_create.cpp
-    tools/vzip_extract.cpp)
+    tools/vzip_commands.cpp)
 set(VZIP_SOURCES
     tools/vzip.cpp
     ${VZIP_COMMANDS})
@@ -317,11 +312,9 @@ set(ZIP_TESTS
     tests/zip/reader_directory_test.cpp
     tests/zip/reader_names_test.cpp
     tests/zip/reader_others_test.cpp
-    tests/zip/sampler_test.cpp
     tests/zip/small_parts_test.cpp
     tests/zip/spanning_others_test.cpp
     tests/zip/target_folders_test.cpp
-    tests/zip/thorough_choice_test.cpp
     tests/zip/vzip_test.cpp
     tests/zip/zip64_test.cpp
     ${VZIP_COMMANDS})

@@ -1,20 +1,18 @@
-// The archive engine on a command line, for trying, measuring and scripting it.
+// The archive engine as a command-line program, for experiments, measurements and scripts.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
 
-#include "tools/vzip_common.h"
-#include "tools/vzip_create.h"
-#include "tools/vzip_extract.h"
+#include "tools/vzip_commands.h"
 
 #ifdef _WIN32
 #include "platform/win32/win32_machine.h"
 using NativeMachine = vantrel::platform::Win32Machine;
 #else
 #include "platform/host/host_machine.h"
-// Names as this system's other tools know them.
+// File names exactly as the system's other tools see them.
 struct NativeMachine : vantrel::platform::HostMachine {
     NativeMachine() : HostMachine({{'Z', {.folder = "/", .exact_names = true}}}) {}
 };
@@ -27,6 +25,7 @@ constexpr const char* kUsage =
     "                   [--threads N] [--quiet]\n"
     "       vzip list ARCHIVE.zip\n"
     "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--quiet]\n"
+    "       vzip --version\n"
     "exit code: 0 complete, 1 some files skipped or not restored, 2 failed\n";
 
 int Run(int count, char** words) {
@@ -41,6 +40,9 @@ int Run(int count, char** words) {
     }
     if (command == "extract") {
         return vantrel::tools::ExtractFiles(native.machine(), arguments);
+    }
+    if (command == "--version") {
+        return vantrel::tools::ShowVersion();
     }
     std::fputs(kUsage, stderr);
     return vantrel::tools::kExitFailed;

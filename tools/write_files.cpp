@@ -1,6 +1,6 @@
-// Creates the files of one folder in another and writes their contents, and nothing else: what
-// restoring them must take at least. The contents are read before; only the writing is timed, and
-// its milliseconds are printed.
+// Creates the files of one folder in another and writes their contents: the lower limit for the
+// time of a restore. The contents are read first; only the writing is measured. Prints the
+// milliseconds.
 #include <chrono>
 #include <cstdio>
 #include <filesystem>

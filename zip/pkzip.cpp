@@ -4,7 +4,6 @@
 #include "zip/base/paths.h"
 #include "zip/raised_events.h"
 #include "zip/writer/archive_writer.h"
-#include "zip/writer/file_spec.h"
 
 namespace vantrel::zip {
 

@@ -13,7 +13,7 @@
 #include "tests/fuzz/silent_desktop.h"
 #include "tests/support/test_machine.h"
 #include "zip/base/paths.h"
-#include "zip/writer/file_spec.h"
+#include "zip/writer/source_scan.h"
 
 namespace {
 

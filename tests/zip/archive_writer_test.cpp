@@ -1,4 +1,4 @@
-// What an archive holds, when nothing goes wrong.
+// Content of archives, without failures.
 #include "zip/writer/archive_writer.h"
 
 #include <mutex>
@@ -20,7 +20,7 @@ using zip::RunOutcome;
 
 class ArchiveWriter : public WriterTest {};
 
-TEST_F(ArchiveWriter, HoldsFilesByNamesRelativeToTheSourceWithSlashes) {
+TEST_F(ArchiveWriter, NamesAreRelativeToTheSourceWithSlashes) {
     files.Put("C:\\Data\\a.txt", "first");
     files.Put("C:\\Data\\Docs\\Deep\\b.txt", Prose(5000));
     ASSERT_EQ(Run(), RunOutcome::kComplete);
@@ -58,7 +58,9 @@ TEST_F(ArchiveWriter, BigFilesAreJoinedFromChunks) {
     EXPECT_EQ(archive.At("one_more").content, one_more);
 }
 
-TEST_F(ArchiveWriter, APieceOfABigFileRefersToTheEndOfTheOneBefore) {
+// Only the tuned level uses the history.
+#ifndef VANTREL_SYSTEM_LIBDEFLATE
+TEST_F(ArchiveWriter, AChunkRefersToTheEndOfTheOneBefore) {
     const std::string noise = Noise(zip::kHistory - 1);
     const std::string before = Prose(kChunkSize - noise.size());
     const std::string big = before + noise + noise + Prose(kChunkSize, 2);
@@ -69,6 +71,7 @@ TEST_F(ArchiveWriter, APieceOfABigFileRefersToTheEndOfTheOneBefore) {
     EXPECT_EQ(archive.At("big").content, big);
     EXPECT_LT(archive.At("big").packed_size, archive.At("once").packed_size + noise.size() / 10);
 }
+#endif
 
 TEST_F(ArchiveWriter, OutputIsTheSameForAnyNumberOfThreads) {
     for (int i = 0; i < 700; ++i) {
@@ -89,7 +92,7 @@ TEST_F(ArchiveWriter, OutputIsTheSameForAnyNumberOfThreads) {
     }
 }
 
-TEST_F(ArchiveWriter, OneProcessorHasOneThreadForTheFiles) {
+TEST_F(ArchiveWriter, OneProcessorUsesOneThreadForTheFiles) {
     for (int i = 0; i < 700; ++i) {
         files.Put("C:\\Data\\" + std::to_string(i), Prose(3000));
     }
@@ -106,7 +109,7 @@ TEST_F(ArchiveWriter, OneProcessorHasOneThreadForTheFiles) {
     EXPECT_EQ(threads.size(), 1u);
 }
 
-TEST_F(ArchiveWriter, WhoDoesNotWantEachFileHearsOfNone) {
+TEST_F(ArchiveWriter, NoMessagesPerFileWhenNotWanted) {
     events.wants_each_file = false;
     files.Put("C:\\Data\\a.txt", "first");
     ASSERT_EQ(Run(), RunOutcome::kComplete);
@@ -114,7 +117,7 @@ TEST_F(ArchiveWriter, WhoDoesNotWantEachFileHearsOfNone) {
     EXPECT_TRUE(events.messages.empty());
 }
 
-TEST_F(ArchiveWriter, WhatDoesNotShrinkIsStored) {
+TEST_F(ArchiveWriter, DataThatDoesNotShrinkIsStored) {
     files.Put("C:\\Data\\noise", Noise(30000));
     files.Put("C:\\Data\\one", "1");
     files.Put("C:\\Data\\empty", "");
@@ -127,7 +130,7 @@ TEST_F(ArchiveWriter, WhatDoesNotShrinkIsStored) {
     EXPECT_EQ(archive.At("noise").content, Noise(30000));
 }
 
-TEST_F(ArchiveWriter, IncompressibleBigFileIsRecognisedBySamplesAndStored) {
+TEST_F(ArchiveWriter, SamplesRecognizeAnIncompressibleBigFile) {
     files.Put("C:\\Data\\noise", Noise(3 * kChunkSize + 5));
     std::atomic<int> compressed{0};
     struct Counting : zip::RawCompressor {
@@ -172,7 +175,7 @@ class WastefulCompressor : public zip::RawCompressor {
     std::size_t Bound(std::size_t size) override { return size + size / 1000 + 100; }
 };
 
-TEST_F(ArchiveWriter, BigFileThatDoesNotShrinkAfterAllIsStored) {
+TEST_F(ArchiveWriter, BigFileThatDidNotShrinkIsStored) {
     files.Put("C:\\Data\\a", Prose(2 * kChunkSize));
     files.Put("C:\\Data\\b", "");
     options.make_compressor = [] { return std::make_unique<WastefulCompressor>(); };
@@ -181,7 +184,18 @@ TEST_F(ArchiveWriter, BigFileThatDoesNotShrinkAfterAllIsStored) {
     EXPECT_EQ(archive.At("a").method, 0);
     EXPECT_TRUE(archive.At("a").content == Prose(2 * kChunkSize));
     EXPECT_EQ(archive.Names(), (Strings{"b", "a"})) << "stored again after all others";
-    EXPECT_EQ(events.messages.size(), 2u) << "told once only";
+    EXPECT_EQ(events.messages.size(), 2u) << "one message per file";
+}
+
+TEST_F(ArchiveWriter, FilesStoredAgainAreSortedForAnyNumberOfThreads) {
+    files.Put("C:\\Data\\b", Prose(2 * kChunkSize));
+    files.Put("C:\\Data\\Sub\\a", Prose(2 * kChunkSize));
+    options.make_compressor = [] { return std::make_unique<WastefulCompressor>(); };
+    for (const int threads : {1, 4}) {
+        options.threads = threads;
+        ASSERT_EQ(Run(), RunOutcome::kComplete);
+        EXPECT_EQ(Archive().Names(), (Strings{"Sub/a", "b"})) << threads;
+    }
 }
 
 TEST_F(ArchiveWriter, LevelZeroStoresEverything) {
@@ -235,7 +249,7 @@ TEST_F(ArchiveWriter, NamesOutsideAsciiAreUtf8) {
     EXPECT_EQ(Archive().entries[0].flags, 0x0800);
 }
 
-TEST_F(ArchiveWriter, MakesMissingFoldersOfItsPath) {
+TEST_F(ArchiveWriter, CreatesMissingFoldersOfTheArchivePath) {
     files.Put("C:\\Data\\a", "x");
     options.archive = "C:\\Backup\\20261115_130509\\Deeper\\Weekly.zip";
     ASSERT_EQ(Run(), RunOutcome::kComplete);
@@ -261,7 +275,7 @@ TEST_F(ArchiveWriter, ReplacesTheEarlierArchiveInOneStepAtTheEnd) {
                                            "C:\\Data\\", "C:\\Data\\a"}));
 }
 
-TEST_F(ArchiveWriter, WritesInLargeStepsOneAfterTheOther) {
+TEST_F(ArchiveWriter, WritesAreLargeAndSequential) {
     for (int i = 0; i < 300; ++i) {
         files.Put("C:\\Data\\" + std::to_string(i), Noise(20000, static_cast<std::uint64_t>(i)));
     }
@@ -277,7 +291,7 @@ TEST_F(ArchiveWriter, WritesInLargeStepsOneAfterTheOther) {
     EXPECT_EQ(seeks, 0);
 }
 
-TEST_F(ArchiveWriter, ItsOwnFilesAreNotPartOfTheBackup) {
+TEST_F(ArchiveWriter, OwnFilesAreNotPartOfTheBackup) {
     files.Put("C:\\Data\\a", "x");
     options.archive = "C:\\Data\\Out\\Weekly.zip";
     files.Put(options.archive, "earlier");
@@ -287,7 +301,7 @@ TEST_F(ArchiveWriter, ItsOwnFilesAreNotPartOfTheBackup) {
     EXPECT_EQ(Archive().Names(), (Strings{"a"}));
 }
 
-TEST_F(ArchiveWriter, ItsOwnFilesAreRecognisedHoweverThePathIsSpelled) {
+TEST_F(ArchiveWriter, OwnFilesAreRecognizedInAnySpelling) {
     files.Put("C:\\Data\\a", "x");
     files.Alias("S:", "C:\\Data");
     for (const char* spelling :
@@ -301,7 +315,7 @@ TEST_F(ArchiveWriter, ItsOwnFilesAreRecognisedHoweverThePathIsSpelled) {
     EXPECT_EQ(Archive().Names(), (Strings{"a"}));
 }
 
-TEST_F(ArchiveWriter, AnArchiveOfAnotherNameIsAFileLikeAnyOther) {
+TEST_F(ArchiveWriter, AnotherArchiveIsAnOrdinaryFile) {
     files.Put("C:\\Data\\Monthly.zip", "other");
     options.archive = "C:\\Data\\Weekly.zip";
     ASSERT_EQ(Run(), RunOutcome::kComplete);
@@ -315,7 +329,7 @@ TEST_F(ArchiveWriter, ANewFolderForTheArchiveIsNotPartOfTheBackup) {
     EXPECT_EQ(Archive().Names(), (Strings{"a"}));
 }
 
-TEST_F(ArchiveWriter, EachEntryIsToldOnceInOrder) {
+TEST_F(ArchiveWriter, EachEntryIsReportedOnceInOrder) {
     files.Put("C:\\Data\\a", "x");
     files.PutFolder("C:\\Data\\empty");
     files.Put("C:\\Data\\big", Prose(2 * kChunkSize));

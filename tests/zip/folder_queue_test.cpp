@@ -1,4 +1,4 @@
-// Folders come in their order, whoever lists them.
+// The order of folders does not depend on which thread lists them.
 #include "zip/writer/folder_queue.h"
 
 #include <gtest/gtest.h>
@@ -55,8 +55,8 @@ class FolderQueueTest : public ::testing::Test {
         };
     }
 
-    // The other thread is held up by the first folder until there have been `count` listings.
-    // Meanwhile that of the scan lists as many others as may be listed before their turn.
+    // Delays the helper at the first folder until there have been `count` listings. Meanwhile the
+    // scan's thread lists as many others as the limit allows.
     void ListAhead(int count) {
         on_list = [&](const std::string& path) {
             if (path.ends_with("100")) {
@@ -70,7 +70,7 @@ class FolderQueueTest : public ::testing::Test {
     }
 
     static constexpr int kFolders = 100;
-    static constexpr int kMostAhead = 64;
+    static constexpr int kMaxListedAhead = 64;
     MemoryFileSystem files;
     std::vector<FileInfo> folders;
     std::atomic<int> lists = 0;
@@ -79,15 +79,15 @@ class FolderQueueTest : public ::testing::Test {
     std::stop_source stop;
 };
 
-TEST_F(FolderQueueTest, TurnsComeInOrderHoweverManyThreadsThereAre) {
+TEST_F(FolderQueueTest, OrderDoesNotDependOnThreads) {
     for (const int threads : {1, 2, 8}) {
         FolderQueue queue(files, "C:\\Data", stop.get_token(), threads);
         queue.Add(folders);
         for (const FileInfo& folder : folders) {
-            auto turn = queue.Next();
-            ASSERT_TRUE(turn);
-            EXPECT_EQ(turn->folder.name, folder.name);
-            const auto listing = turn->listing ? *turn->listing : queue.List(folder.name);
+            auto next = queue.Next();
+            ASSERT_TRUE(next);
+            EXPECT_EQ(next->folder.name, folder.name);
+            const auto listing = next->listing ? *next->listing : queue.List(folder.name);
             ASSERT_EQ(listing.size(), 2u) << folder.name;
             EXPECT_EQ(listing[0].name, "a" + folder.name);
             EXPECT_EQ(listing[1].name, "b" + folder.name);
@@ -97,7 +97,7 @@ TEST_F(FolderQueueTest, TurnsComeInOrderHoweverManyThreadsThereAre) {
     EXPECT_EQ(lists, 3 * kFolders) << "each is listed once";
 }
 
-TEST_F(FolderQueueTest, FoldersThatAreAddedLaterComeFirst) {
+TEST_F(FolderQueueTest, FoldersAddedLaterComeFirst) {
     FolderQueue queue(files, "C:\\Data", stop.get_token(), 2);
     queue.Add({folders[5], folders[6]});
     EXPECT_EQ(queue.Next()->folder.name, "105");
@@ -118,7 +118,7 @@ TEST_F(FolderQueueTest, OneThreadListsNothingAhead) {
     EXPECT_EQ(lists, 0);
 }
 
-TEST_F(FolderQueueTest, TheNextOnesAreListedMeanwhile) {
+TEST_F(FolderQueueTest, NextFoldersAreListedAhead) {
     FolderQueue queue(files, "C:\\Data", stop.get_token(), 2);
     queue.Add(folders);
     AwaitLists(10);
@@ -128,11 +128,11 @@ TEST_F(FolderQueueTest, TheNextOnesAreListedMeanwhile) {
 }
 
 TEST_F(FolderQueueTest, NoMoreThan64AreListedAhead) {
-    ListAhead(1 + kMostAhead);
-    EXPECT_EQ(lists, 1 + kMostAhead);
+    ListAhead(1 + kMaxListedAhead);
+    EXPECT_EQ(lists, 1 + kMaxListedAhead);
 }
 
-TEST_F(FolderQueueTest, FoldersOfManyEntriesHoldNothingUpForGood) {
+TEST_F(FolderQueueTest, LargeListingsOnlyDelayListingAhead) {
     for (int i = 0; i < 15'000; ++i) {
         files.Put("C:\\Data\\101\\" + std::to_string(i), "");
         files.Put("C:\\Data\\103\\" + std::to_string(i), "");
@@ -145,7 +145,7 @@ TEST_F(FolderQueueTest, FoldersOfManyEntriesHoldNothingUpForGood) {
     AwaitLists(6);
 }
 
-TEST_F(FolderQueueTest, WhatFailsAheadIsLeftToTheScan) {
+TEST_F(FolderQueueTest, AFailedListingIsRepeatedByTheScan) {
     on_list = [this](const std::string&) {
         if (lists == 1) {
             RaiseError(error_number::kPathFileAccess);
@@ -158,7 +158,7 @@ TEST_F(FolderQueueTest, WhatFailsAheadIsLeftToTheScan) {
     EXPECT_EQ(queue.List("100").size(), 2u);
 }
 
-TEST_F(FolderQueueTest, FolderThatIsBeingListedIsWaitedFor) {
+TEST_F(FolderQueueTest, WaitsForAFolderThatIsBeingListed) {
     HoldListings();
     FolderQueue queue(files, "C:\\Data", stop.get_token(), 2);
     queue.Add({folders[0]});
@@ -167,7 +167,7 @@ TEST_F(FolderQueueTest, FolderThatIsBeingListedIsWaitedFor) {
     EXPECT_EQ(queue.Next()->listing->size(), 2u);
 }
 
-TEST_F(FolderQueueTest, ARunThatIsToStopWaitsForNoListing) {
+TEST_F(FolderQueueTest, AStoppedRunDoesNotWaitForAListing) {
     HoldListings();
     FolderQueue queue(files, "C:\\Data", stop.get_token(), 2);
     queue.Add({folders[0]});

@@ -48,7 +48,7 @@ constexpr unsigned kDynamic = 2;
 
 Bits LastBlock(unsigned type) { return Bits().Number(1, 1).Number(type, 2); }
 
-// A last block whose codes follow; `lengths` are those of the codes 16, 17, 18 and 0 for lengths.
+// A final dynamic block; `lengths` are those of the codes 16, 17, 18 and 0 for lengths.
 Bits DynamicBlock(unsigned literals, const std::string& lengths) {
     Bits bits = LastBlock(kDynamic).Number(literals - 257, 5).Number(0, 5).Number(0, 4);
     for (const char length : lengths) {
@@ -113,11 +113,11 @@ TEST(Inflate64, LengthCode286IsDamaged) {
     ExpectDamaged(LastBlock(kFixed).Code(kLetterA).Code("11000110"));
 }
 
-TEST(Inflate64, MoreLiteralsThanThereAreIsDamaged) { ExpectDamaged(DynamicBlock(288, "1100")); }
+TEST(Inflate64, MoreLiteralCodesThanExistIsDamaged) { ExpectDamaged(DynamicBlock(288, "1100")); }
 
-TEST(Inflate64, MoreCodesThanThereIsRoomForIsDamaged) { ExpectDamaged(DynamicBlock(257, "1110")); }
+TEST(Inflate64, MoreCodewordsThanExistIsDamaged) { ExpectDamaged(DynamicBlock(257, "1110")); }
 
-TEST(Inflate64, CodeThatWasNotGivenOutIsDamaged) {
+TEST(Inflate64, CodewordWithoutASymbolIsDamaged) {
     ExpectDamaged(DynamicBlock(257, "2000").Code("11"));
 }
 

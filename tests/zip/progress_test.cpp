@@ -1,4 +1,5 @@
-// Events: often enough in every phase, on the caller's thread, which never blocks; and progress.
+// Events: raised often in every phase, on the caller's thread, which never blocks; and their
+// percentages.
 #include "tests/zip/writer_fixture.h"
 #include "zip/disks/archive_place.h"
 
@@ -14,7 +15,7 @@ class Progress : public WriterTest {
         files.Put("C:\\Data\\a", Prose(3000));
         files.Put("C:\\Data\\b", Noise(6 * kChunkSize));
         files.Put("C:\\Data\\Sub\\c", Prose(3 * kChunkSize));
-        options.level = 1;  // quick, because there are many runs
+        options.level = 1;  // fast, because there are many runs
     }
 };
 
@@ -43,7 +44,7 @@ TEST_F(Progress, CountsBytes) {
     events.on_overall = [&] { seen = events.overall.back(); };
     files.before = [&](const std::string& call, const std::string& path) {
         if (call == "Open" && path == "C:\\Data\\3" && !reached.exchange(true)) {
-            // With one thread everything before is written by now; wait until it was shown.
+            // With one thread all earlier files are written; wait until the event was raised.
             while (seen < 48) {
                 std::this_thread::yield();
             }
@@ -54,7 +55,7 @@ TEST_F(Progress, CountsBytes) {
     EXPECT_TRUE(reached);
 }
 
-// The rename takes its time: the caller's thread goes on in its ticks, and raises nothing in them.
+// During a slow rename the caller's thread keeps waking up, but raises no event.
 TEST_F(Progress, NoEventAfterTheLastOneAndTheRenameAfterIt) {
     constexpr std::size_t kTicks = 5;
     std::atomic<std::size_t> raised{0};
@@ -88,7 +89,7 @@ TEST_F(Progress, CallersThreadMakesNoFileCallAndRaisesAllEvents) {
               static_cast<std::ptrdiff_t>(events.threads.size()));
 }
 
-TEST_F(Progress, CallersThreadNeverWaitsForMoreThanATenthOfASecond) {
+TEST_F(Progress, CallersThreadWaitsAtMostATenthOfASecond) {
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     ASSERT_FALSE(machine.clock.Waits().empty());
     for (const auto wait : machine.clock.Waits()) {
@@ -133,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(Phases, ProgressWhileTheDiskHangs,
                                            "OneHugeFile", "Size", "Write", "Directory", "Seek",
                                            "Flush", "Close", "Find"));
 
-TEST_F(Progress, ALockedFileIsWaitedForOffTheCallersThread) {
+TEST_F(Progress, WaitsForALockedFileOnAnotherThread) {
     files.before = [](const std::string& call, const std::string& path) {
         if (call == "Open" && path == "C:\\Data\\a") {
             RaiseError(error_number::kPermissionDenied);
@@ -154,7 +155,7 @@ TEST_F(Progress, ACancelStopsBeforeTheNextStep) {
     events.cancel_at = 1;
     files.before = [&](const std::string& call, const std::string&) {
         reads += call == "Read" ? 1 : 0;
-        // Hold the disk until the cancel is on its way, so that what follows is counted.
+        // Block the disk until the cancel is requested, so that later calls are counted.
         while (!cancelled) {
             std::this_thread::yield();
         }

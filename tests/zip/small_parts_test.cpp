@@ -1,13 +1,11 @@
-// Paths, file specifications, the compressed list and the names taken.
+// Paths and the names taken.
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 
 #include "zip/base/paths.h"
-#include "zip/deflate/block_store.h"
 #include "zip/reader/taken_names.h"
-#include "zip/writer/file_spec.h"
 
 namespace vantrel::zip {
 namespace {
@@ -55,19 +53,6 @@ TEST(Paths, ExactlyOneBackslashIsTheApplicationsDrive) {
     EXPECT_EQ(WithDrive("\\Data", ""), "\\Data");
 }
 
-TEST(FileSpec, QuotesAreTakenOffAndFolderAndMaskCut) {
-    EXPECT_EQ(ParseFileSpec("\"C:\\My Data\\*.txt\"").folder, "C:\\My Data");
-    EXPECT_EQ(ParseFileSpec("\"C:\\My Data\\*.txt\"").mask, "*.txt");
-    EXPECT_EQ(ParseFileSpec("C:\\Data\\*.*").folder, "C:\\Data");
-    EXPECT_EQ(ParseFileSpec("\"C:\\*.*\"").folder, "C:\\");
-    EXPECT_EQ(ParseFileSpec("\"C:\\Data\\\"").mask, "*.*");
-    EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\x\\*.*\"").folder, "\\\\s\\d\\x");
-    EXPECT_EQ(ParseFileSpec("\"\\\\s\\d\\*.*\"").folder, "\\\\s\\d\\");
-    EXPECT_EQ(ParseFileSpec("\"\\*.*\"").folder, "\\");
-    EXPECT_EQ(ParseFileSpec("\"\\Data\\*.*\"").folder, "\\Data");
-    EXPECT_EQ(ParseFileSpec("").folder, "");
-}
-
 TEST(TakenNames, EachNameIsNewOnceAndKeepsItsNumber) {
     TakenNames names(2);
     EXPECT_TRUE(names.Take("a").is_new);
@@ -88,45 +73,6 @@ TEST(TakenNames, MoreThanWereExpectedHaveRoom) {
             ASSERT_EQ(place.is_new, round == 0);
         }
     }
-}
-
-TEST(BlockStore, GivesBackWhatWasPutInOrder) {
-    BlockStore store;
-    std::uint64_t bytes = 0;
-    for (int i = 0; i < 50000; ++i) {
-        const std::string record = "Folder\\Sub\\file" + std::to_string(i);
-        store.Append(record);
-        bytes += record.size();
-    }
-    store.Append("");
-    EXPECT_EQ(store.Count(), 50001u);
-    EXPECT_EQ(store.Bytes(), bytes);
-    std::string record;
-    for (int i = 0; i < 50000; ++i) {
-        ASSERT_TRUE(store.Take(record));
-        ASSERT_EQ(record, "Folder\\Sub\\file" + std::to_string(i));
-    }
-    ASSERT_TRUE(store.Take(record));
-    EXPECT_EQ(record, "");
-    EXPECT_FALSE(store.Take(record));
-    EXPECT_FALSE(store.Take(record));
-}
-
-TEST(BlockStore, WithoutRecordsGivesNone) {
-    BlockStore store;
-    std::string record;
-    EXPECT_FALSE(store.Take(record));
-}
-
-TEST(BlockStore, HoldsRecordsLongerThanABlock) {
-    BlockStore store;
-    store.Append(std::string(1000000, 'x'));
-    store.Append("y");
-    std::string record;
-    ASSERT_TRUE(store.Take(record));
-    EXPECT_EQ(record, std::string(1000000, 'x'));
-    ASSERT_TRUE(store.Take(record));
-    EXPECT_EQ(record, "y");
 }
 
 }  // namespace

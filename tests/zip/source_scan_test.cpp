@@ -1,4 +1,4 @@
-// What belongs to a backup.
+// Which files belong to a backup, the file specification, and the list of files in memory.
 #include "zip/writer/source_scan.h"
 
 #include "tests/zip/writer_fixture.h"
@@ -24,7 +24,7 @@ class SourceScan : public WriterTest {
     }
 };
 
-TEST_F(SourceScan, TakesEverythingWithStarDotStar) {
+TEST_F(SourceScan, StarDotStarIncludesEverything) {
     EXPECT_EQ(Names(), (Strings{"README", "a.txt", "b.doc", "Empty/", "Sub/c.txt", "Sub/d.doc"}));
 }
 
@@ -33,7 +33,7 @@ TEST_F(SourceScan, MaskAppliesInEachSubFolder) {
     EXPECT_EQ(Names(), (Strings{"a.txt", "Sub/c.txt"}));
 }
 
-TEST_F(SourceScan, WithoutSubFoldersTakesTheFolderItselfOnly) {
+TEST_F(SourceScan, WithoutSubFoldersOnlyTheFolderItself) {
     options.source.sub_folders = false;
     EXPECT_EQ(Names(), (Strings{"README", "a.txt", "b.doc"}));
 }
@@ -47,7 +47,7 @@ TEST_F(SourceScan, EmptyFoldersNeedStarDotStar) {
               (Strings{"README", "a.txt", "b.doc", "Empty/Inner/", "Sub/c.txt", "Sub/d.doc"}));
 }
 
-TEST_F(SourceScan, HiddenAndSystemFilesBelongToIt) {
+TEST_F(SourceScan, HiddenAndSystemFilesAreIncluded) {
     files.Change("C:\\Data\\a.txt", [](FileInfo& info) {
         info.attributes |= platform::attribute::kHidden | platform::attribute::kSystem;
     });
@@ -64,7 +64,7 @@ TEST_F(SourceScan, LinksAreNotEnteredWithOneMessageEach) {
     EXPECT_EQ(events.Texts(MessageKind::kWarning),
               (Strings{"Skipped a link, which is not followed: C:\\Data\\Sub",
                        "Skipped a link, which is not followed: C:\\Data\\a.txt"}));
-    EXPECT_EQ(result.skipped, 0) << "a link is no data that is missing";
+    EXPECT_EQ(result.skipped, 0) << "no data of a link is missing";
 }
 
 TEST_F(SourceScan, CloudPlaceholdersAreOrdinaryFiles) {
@@ -101,7 +101,7 @@ TEST_F(SourceScan, AnUnreadableFolderIsAWarningAndCounted) {
     EXPECT_EQ(message.path, "C:\\Data\\Sub");
 }
 
-TEST_F(SourceScan, ListsEachFolderOnceAndOpensNothing) {
+TEST_F(SourceScan, ListsEachFolderOnceAndOpensNoFile) {
     std::mutex mutex;
     std::map<std::string, int> lists;
     bool opened = false;
@@ -122,7 +122,7 @@ TEST_F(SourceScan, ListsEachFolderOnceAndOpensNothing) {
                          {"C:\\Data", 1}, {"C:\\Data\\Empty", 1}, {"C:\\Data\\Sub", 1}}));
 }
 
-TEST_F(SourceScan, ManyThreadsFindAndSayTheSameAsOne) {
+TEST_F(SourceScan, ListAndWarningsDoNotDependOnThreads) {
     for (int i = 0; i < 200; ++i) {
         const std::string folder = "C:\\Data\\" + std::to_string(i % 7) + "\\" + std::to_string(i);
         files.Put(folder + "\\file", "x");
@@ -151,7 +151,7 @@ TEST_F(SourceScan, ManyThreadsFindAndSayTheSameAsOne) {
     }
 }
 
-TEST_F(SourceScan, ARootIsASourceToo) {
+TEST_F(SourceScan, ARootCanBeTheSource) {
     options.source.folder = "C:\\";
     options.source.mask = "a.txt";
     EXPECT_EQ(Names(), (Strings{"Data/a.txt"}));
@@ -166,6 +166,46 @@ TEST_F(SourceScan, APathTooLongForAHeaderIsSkippedWithAWarning) {
     options.source.mask = "*.txt";
     EXPECT_EQ(Names(), (Strings{"a.txt", "Sub/c.txt"}));
     EXPECT_EQ(result.skipped, 1);
+}
+
+TEST(FileSpec, QuotesAreRemovedAndFolderAndMaskSplit) {
+    EXPECT_EQ(zip::ParseFileSpec("\"C:\\My Data\\*.txt\"").folder, "C:\\My Data");
+    EXPECT_EQ(zip::ParseFileSpec("\"C:\\My Data\\*.txt\"").mask, "*.txt");
+    EXPECT_EQ(zip::ParseFileSpec("C:\\Data\\*.*").folder, "C:\\Data");
+    EXPECT_EQ(zip::ParseFileSpec("\"C:\\*.*\"").folder, "C:\\");
+    EXPECT_EQ(zip::ParseFileSpec("\"C:\\Data\\\"").mask, "*.*");
+    EXPECT_EQ(zip::ParseFileSpec("\"\\\\s\\d\\x\\*.*\"").folder, "\\\\s\\d\\x");
+    EXPECT_EQ(zip::ParseFileSpec("\"\\\\s\\d\\*.*\"").folder, "\\\\s\\d\\");
+    EXPECT_EQ(zip::ParseFileSpec("\"\\*.*\"").folder, "\\");
+    EXPECT_EQ(zip::ParseFileSpec("\"\\Data\\*.*\"").folder, "\\Data");
+    EXPECT_EQ(zip::ParseFileSpec("").folder, "");
+}
+
+TEST(RecordList, ReturnsRecordsInOrder) {
+    zip::RecordList list;
+    for (int i = 0; i < 50000; ++i) {
+        list.Append("Folder\\Sub\\file" + std::to_string(i));
+    }
+    list.Append("");
+    EXPECT_EQ(list.Count(), 50001u);
+    for (int i = 0; i < 50000; ++i) {
+        ASSERT_EQ(list.Take(), "Folder\\Sub\\file" + std::to_string(i));
+    }
+    EXPECT_EQ(list.Take(), "");
+    EXPECT_EQ(list.Take(), std::nullopt);
+    EXPECT_EQ(list.Take(), std::nullopt);
+}
+
+TEST(RecordList, WithoutRecordsReturnsNothing) {
+    EXPECT_EQ(zip::RecordList().Take(), std::nullopt);
+}
+
+TEST(RecordList, HoldsRecordsLongerThanABlock) {
+    zip::RecordList list;
+    list.Append(std::string(1000000, 'x'));
+    list.Append("y");
+    EXPECT_EQ(list.Take(), std::string(1000000, 'x'));
+    EXPECT_EQ(list.Take(), "y");
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// The usual level, which is ours and not the library's: what comes out is right whatever goes in,
-// and fits where the library says that it fits.
+// The tuned level: its output decompresses to the input, and fits into the library's bound.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,32 +13,32 @@
 namespace vantrel::zip {
 namespace {
 
-// Small inputs have a parser of their own; larger ones are cut into units and windows.
+// Limits in bytes, as in zip/deflate/libdeflate/tuned_state.inc.
 constexpr std::size_t kSmall = 2048;
 constexpr std::size_t kUnit = 4096;
 constexpr std::size_t kWindow = std::size_t{1} << 20;
 
 class TunedLevel : public ::testing::Test {
   protected:
-    // Compresses into `room` bytes, which are followed by some that must stay. Empty: no room.
-    std::string Compressed(const std::string& data, std::size_t room, std::size_t history = 0) {
+    // Compresses into `capacity` bytes, followed by guard bytes. Returns "" when it does not fit.
+    std::string Compressed(const std::string& data, std::size_t capacity, std::size_t history = 0) {
         constexpr std::size_t kGuard = 64;
-        std::string out(room + kGuard, '\x5A');
+        std::string out(capacity + kGuard, '\x5A');
         const std::size_t size = compressor_->CompressAfter(
             history, reinterpret_cast<const std::uint8_t*>(data.data()) + history,
-            data.size() - history, reinterpret_cast<std::uint8_t*>(out.data()), room);
-        EXPECT_LE(size, room);
-        EXPECT_EQ(out.substr(room), std::string(kGuard, '\x5A')) << "room " << room;
+            data.size() - history, reinterpret_cast<std::uint8_t*>(out.data()), capacity);
+        EXPECT_LE(size, capacity);
+        EXPECT_EQ(out.substr(capacity), std::string(kGuard, '\x5A')) << "capacity " << capacity;
         return out.substr(0, size);
     }
-    // The size it takes. What the library's bound allows must always suffice.
+    // Returns the compressed size. The library's bound must always suffice.
     std::size_t RoundTrip(const std::string& data) {
         const std::string packed = Compressed(data, compressor_->Bound(data.size()));
         EXPECT_FALSE(packed.empty()) << "size " << data.size();
         EXPECT_TRUE(packed.empty() || test::InflateAll(packed) == data) << "size " << data.size();
         return packed.size();
     }
-    // The size that the rest of `data` takes for one who has its first `history` bytes.
+    // The compressed size of `data` without its first `history` bytes, which are the history.
     std::size_t RoundTripAfter(std::size_t history, const std::string& data) {
         const std::size_t bound = compressor_->Bound(data.size() - history);
         const std::string packed = Compressed(data, bound, history);
@@ -53,7 +52,7 @@ class TunedLevel : public ::testing::Test {
     std::unique_ptr<RawCompressor> compressor_ = MakeCompressor(kTunedLevel);
 };
 
-// `letters` different bytes without any order.
+// Random bytes of `letters` different values.
 std::string Letters(std::size_t size, std::uint64_t letters, std::uint64_t seed = 1) {
     std::mt19937_64 random(seed);
     std::string data(size, 'a');
@@ -63,7 +62,7 @@ std::string Letters(std::size_t size, std::uint64_t letters, std::uint64_t seed 
     return data;
 }
 
-// Every prefix comes again and again, each time a little longer: abacabadabacaba...
+// The ruler sequence: every prefix is repeated, each time a little longer: abacabadabacaba...
 std::string Ruler(std::size_t size) {
     std::string data(size, 'a');
     for (std::size_t i = 0; i < size; ++i) {
@@ -93,7 +92,7 @@ TEST_F(TunedLevel, SizesAroundUnitsAndWindows) {
     }
 }
 
-TEST_F(TunedLevel, EqualBytesTakeHardlyAnything) {
+TEST_F(TunedLevel, EqualBytesNeedFewBytes) {
     for (const std::size_t size :
          {kSmall, kUnit - 1, kUnit, kUnit + 1, 3 * kUnit + 259, kWindow + 1}) {
         EXPECT_LT(RoundTrip(std::string(size, '\0')), 30 + size / 500);
@@ -101,7 +100,7 @@ TEST_F(TunedLevel, EqualBytesTakeHardlyAnything) {
 }
 
 // The format allows 32,768; the library's chains end one before.
-TEST_F(TunedLevel, MatchesAtTheLongestDistance) {
+TEST_F(TunedLevel, MatchesAtTheMaximumDistance) {
     const std::string phrase = test::Noise(2000);
     for (std::size_t distance = 32'768 - 2; distance <= 32'768 + 2; ++distance) {
         const std::string data =
@@ -124,7 +123,7 @@ TEST_F(TunedLevel, HistoriesAndInputsOfAllSizes) {
     }
 }
 
-TEST_F(TunedLevel, MatchesAtTheLongestDistanceIntoTheHistory) {
+TEST_F(TunedLevel, MatchesAtTheMaximumDistanceIntoTheHistory) {
     const std::string phrase = test::Noise(2000);
     const std::string rest = test::Noise(5000, 3);
     for (std::size_t distance = 32'768 - 2; distance <= 32'768; ++distance) {
@@ -135,8 +134,8 @@ TEST_F(TunedLevel, MatchesAtTheLongestDistanceIntoTheHistory) {
     }
 }
 
-// The library keeps what it knows of one input for the next; a history must not last that long.
-TEST_F(TunedLevel, AHistoryIsForOneInputOnly) {
+// The compressor keeps state between inputs; the history must not be part of it.
+TEST_F(TunedLevel, AHistoryIsUsedForOneInputOnly) {
     const std::string data = test::Prose(3 * kUnit);
     const std::string alone = Compressed(data, compressor_->Bound(data.size()));
     RoundTripAfter(kUnit, test::Prose(2 * kUnit));
@@ -156,7 +155,8 @@ TEST_F(TunedLevel, MatchesAcrossUnitsAndWindows) {
     }
 }
 
-// Wherever a unit ends, a better match at each of the next positions must not lead on and on.
+// A better match at each next position, across the end of a unit: the parser must stop at the
+// limit.
 TEST_F(TunedLevel, EverBetterMatchesAcrossTheEndOfAUnit) {
     constexpr std::size_t kChain = 180;
     const std::string chain = test::Noise(2 * kChain + 4, 11);
@@ -170,7 +170,7 @@ TEST_F(TunedLevel, EverBetterMatchesAcrossTheEndOfAUnit) {
     }
 }
 
-TEST_F(TunedLevel, MoreMatchesThanAWindowHasRoomFor) {
+TEST_F(TunedLevel, MoreMatchesThanTheCandidateArrayHolds) {
     for (const unsigned letters : {2U, 3U, 4U}) {
         RoundTrip(Letters(2 * kWindow, letters));
     }
@@ -204,8 +204,7 @@ TEST_F(TunedLevel, BlocksOfAllKindsSideBySide) {
     }
 }
 
-// Bytes that are nearly all as frequent as each other: made equal, they would take more than
-// stored.
+// Bytes of similar frequencies: with smoothing they would become larger than stored.
 TEST_F(TunedLevel, SmallNoiseIsNeverLargerThanStored) {
     for (std::size_t seed = 1; seed <= 300; ++seed) {
         const std::size_t size = 30 + seed * 13;
@@ -213,24 +212,24 @@ TEST_F(TunedLevel, SmallNoiseIsNeverLargerThanStored) {
     }
 }
 
-TEST_F(TunedLevel, SaysWhenThereIsTooLittleRoom) {
+TEST_F(TunedLevel, ReturnsZeroWhenTheCapacityIsTooSmall) {
     for (const std::string& data :
          {test::Prose(1000), test::Noise(600), Letters(1500, 250), std::string(3000, 'x'),
           test::Prose(2 * kUnit), test::Noise(kUnit + 900) + test::Prose(kUnit)}) {
         const std::size_t needed = RoundTrip(data);
         const std::size_t step = 1 + needed / 400;
-        for (std::size_t room = 0; room < needed; room += step) {
-            EXPECT_TRUE(Compressed(data, room).empty()) << room << " of " << needed;
+        for (std::size_t capacity = 0; capacity < needed; capacity += step) {
+            EXPECT_TRUE(Compressed(data, capacity).empty()) << capacity << " of " << needed;
         }
-        // Near the end of the room the library may give up early, but what it gives is right.
-        for (std::size_t room = needed; room <= needed + 16; ++room) {
-            const std::string packed = Compressed(data, room);
+        // Close to the exact size the library may give up; any output must be correct.
+        for (std::size_t capacity = needed; capacity <= needed + 16; ++capacity) {
+            const std::string packed = Compressed(data, capacity);
             EXPECT_TRUE(packed.empty() || test::InflateAll(packed) == data);
         }
     }
 }
 
-// What one input leaves behind must not show in the next one.
+// Earlier inputs must not influence the output.
 TEST_F(TunedLevel, EqualInputsGiveEqualOutputs) {
     const std::string long_one = test::Prose(3 * kUnit);
     const std::string short_one = test::Prose(kSmall);

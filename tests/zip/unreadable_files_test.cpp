@@ -1,4 +1,4 @@
-// Files that cannot be read, or change while they are: the run goes on without them.
+// Files that cannot be read or that change while they are read: the run continues.
 #include "tests/zip/writer_fixture.h"
 
 namespace vantrel::test {
@@ -14,7 +14,7 @@ class UnreadableFiles : public WriterTest {
         files.Put("C:\\Data\\a", "first");
         files.Put("C:\\Data\\b", "second");
         files.Put("C:\\Data\\c", "third");
-        options.level = 1;  // quick, because there are many runs
+        options.level = 1;  // fast, because there are many runs
     }
     // The calls of one kind on one path fail with `number`, the first `times` of them.
     void FailOn(const std::string& call, const std::string& path, int number, int times = 1000) {
@@ -92,7 +92,7 @@ TEST_F(UnreadableFiles, BigFileThatCannotBeOpenedIsSkipped) {
     EXPECT_EQ(Archive().Names(), (Strings{"a", "c"}));
 }
 
-TEST_F(UnreadableFiles, ReadErrorInTheMiddleOfABigFileTakesItOutAgain) {
+TEST_F(UnreadableFiles, ReadErrorInTheMiddleOfABigFileRemovesIt) {
     files.Put("C:\\Data\\b", Prose(5 * kChunkSize) + Noise(5 * kChunkSize));
     files.Put("C:\\Data\\c", Prose(2 * kChunkSize));
     // One sample shows that it shrinks, then comes one read for each chunk.
@@ -111,7 +111,7 @@ TEST_F(UnreadableFiles, ReadErrorInTheMiddleOfABigFileTakesItOutAgain) {
     }
 }
 
-TEST_F(UnreadableFiles, SmallFileFoundBiggerThanAChunkIsStoredWhole) {
+TEST_F(UnreadableFiles, SmallFileThatGrewAboveAChunkIsStored) {
     std::string grown = "second" + Prose(3 * kChunkSize);
     std::atomic<bool> done{false};
     files.before = [&](const std::string& call, const std::string& path) {
@@ -154,7 +154,7 @@ TEST_F(UnreadableFiles, FileThatGrowsWhileReadIsStoredAtTheLengthItHadWhenOpened
     EXPECT_EQ(result.skipped, 0);
 }
 
-// A listing may be older than the file; what one read gives is a state that the file has had.
+// A listing may be older than the file; the result of one read is a state that the file had.
 TEST_F(UnreadableFiles, SmallFileThatIsNotAsListedIsStoredAsItIs) {
     for (const std::string& now : {std::string("sec"), std::string(), Prose(5000)}) {
         files.Put("C:\\Data\\b", "second");
@@ -170,7 +170,7 @@ TEST_F(UnreadableFiles, SmallFileThatIsNotAsListedIsStoredAsItIs) {
     }
 }
 
-TEST_F(UnreadableFiles, SmallFileThatChangesBetweenTwoReadsIsStoredAsReadAndSaid) {
+TEST_F(UnreadableFiles, SmallFileThatChangesBetweenTwoReadsIsAWarning) {
     std::atomic<int> reads{0};
     files.before = [&](const std::string& call, const std::string& path) {
         if (path == "C:\\Data\\b" && call == "Read") {
@@ -202,7 +202,7 @@ TEST_F(UnreadableFiles, BigFileThatShrinksWhileReadIsStoredAsRead) {
     }
 }
 
-TEST_F(UnreadableFiles, SourceThatGoesAwayIsAQuestionNotAWarningForEveryFile) {
+TEST_F(UnreadableFiles, MissingSourceIsAQuestionNotAWarningForEachFile) {
     events.questions = &questions;
     std::atomic<bool> done{false};
     files.before = [&](const std::string& call, const std::string& path) {
@@ -223,7 +223,7 @@ TEST_F(UnreadableFiles, SourceThatGoesAwayIsAQuestionNotAWarningForEveryFile) {
     EXPECT_EQ(Archive().Names(), (Strings{"a", "b", "c"}));
 }
 
-TEST_F(UnreadableFiles, SourceThatGoesAwayInTheMiddleOfABigFileIsReadOnWhenItIsBack) {
+TEST_F(UnreadableFiles, BigFileIsContinuedWhenTheSourceIsBack) {
     files.Put("C:\\Data\\b", Prose(6 * kChunkSize));
     events.questions = &questions;
     std::atomic<int> reads{0};

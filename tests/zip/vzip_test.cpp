@@ -1,9 +1,10 @@
-// What `vzip` prints. A terminal carries out control characters, so names must not bring any.
-#include "tools/vzip_create.h"
-#include "tools/vzip_extract.h"
+// What `vzip` prints. A terminal executes control characters, so names are printed with escapes.
+#include "tools/vzip_commands.h"
 
+#include <libdeflate.h>
+
+#include "common/product.h"
 #include "tests/zip/reader_fixture.h"
-#include "tools/vzip_common.h"
 
 namespace vantrel::test {
 namespace {
@@ -14,7 +15,7 @@ class Vzip : public ReaderTest {
   protected:
     using Command = int (*)(const platform::Machine&, const std::vector<std::string>&);
 
-    // Its exit code; what it has printed is in `out` and `err`.
+    // Returns the exit code; `out` and `err` hold what was printed.
     int Call(Command command, const std::vector<std::string>& arguments) {
         ::testing::internal::CaptureStdout();
         ::testing::internal::CaptureStderr();
@@ -25,7 +26,7 @@ class Vzip : public ReaderTest {
     }
     void PutArchive(const std::vector<BuiltEntry>& entries) {
         archive.entries = entries;
-        files.Put(tools::SeamPath("/a.zip"), archive.Bytes());
+        files.Put(tools::PlatformPath("/a.zip"), archive.Bytes());
     }
 
     BuiltArchive archive;
@@ -45,11 +46,11 @@ TEST_F(Vzip, ListEscapesControlCharactersOfNames) {
     EXPECT_EQ(err, "");
 }
 
-TEST_F(Vzip, ListEscapesTheNameAtWhichADirectoryEnds) {
+TEST_F(Vzip, ListEscapesTheLastNameOfADamagedDirectory) {
     PutArchive({{.name = "a\x1b"}, {.name = "b"}});
     std::string bytes = archive.Bytes();
     bytes[bytes.rfind("PK\1\2")] = 'x';
-    files.Put(tools::SeamPath("/a.zip"), bytes);
+    files.Put(tools::PlatformPath("/a.zip"), bytes);
     EXPECT_EQ(Call(tools::ListArchive, {"/a.zip"}), tools::kExitFailed);
     EXPECT_NE(err.find("the last one a\\x1b; "), std::string::npos) << err;
 }
@@ -63,9 +64,32 @@ TEST_F(Vzip, ExtractEscapesNamesInItsWarnings) {
     EXPECT_EQ(out, "1 entry, 1 failed\n");
 }
 
+TEST_F(Vzip, RefusesUnknownOptionsAndMissingValues) {
+    EXPECT_THROW(tools::CreateArchive(Machine(), {"a", "b", "--loud"}), std::invalid_argument);
+    EXPECT_THROW(tools::CreateArchive(Machine(), {"a", "b", "--level"}), std::invalid_argument);
+    EXPECT_THROW(tools::CreateArchive(Machine(), {"a", "b", "--level", "10"}),
+                 std::invalid_argument);
+    EXPECT_THROW(tools::ExtractFiles(Machine(), {"a", "b", "--threads", "0"}),
+                 std::invalid_argument);
+    EXPECT_THROW(tools::ExtractFiles(Machine(), {"a"}), std::invalid_argument);
+    EXPECT_THROW(tools::ListArchive(Machine(), {}), std::invalid_argument);
+}
+
+TEST_F(Vzip, VersionNamesProgramAndCompressor) {
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(tools::ShowVersion(), tools::kExitComplete);
+#ifdef VANTREL_SYSTEM_LIBDEFLATE
+    const std::string level = ", level 7\n";
+#else
+    const std::string level = ", tuned level\n";
+#endif
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+              "vzip " + product::VersionText() + "\nlibdeflate " LIBDEFLATE_VERSION_STRING + level);
+}
+
 TEST_F(Vzip, CreateEscapesNamesInItsWarnings) {
-    files.Put(tools::SeamPath("/data/a"), "x");
-    files.Put(tools::SeamPath("/data/b\x1b[2J"), "y");
+    files.Put(tools::PlatformPath("/data/a"), "x");
+    files.Put(tools::PlatformPath("/data/b\x1b[2J"), "y");
     files.before = [](const std::string& call, const std::string& path) {
         if (call == "Open" && path.ends_with("b\x1b[2J")) {
             RaiseError(error_number::kPermissionDenied);

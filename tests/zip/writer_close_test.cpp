@@ -1,4 +1,4 @@
-// What comes after the last byte: closing the archive and putting it in its place.
+// Closing the archive and renaming it.
 #include "tests/zip/writer_failure_fixture.h"
 
 namespace vantrel::test {
@@ -6,8 +6,8 @@ namespace {
 
 using zip::RunOutcome;
 
-// A file is closed once only; what it holds then tells whether anything was lost.
-TEST_F(WriterFailure, ArchiveThatCouldNotBeClosedIsLookedAtBeforeItIsTrusted) {
+// A file can be closed only once; its content then shows whether anything was lost.
+TEST_F(WriterFailure, ArchiveIsCheckedWhenClosingFailed) {
     events.questions = &questions;
     questions.answers = {[] { return true; }};
     int closes = 0;
@@ -21,7 +21,7 @@ TEST_F(WriterFailure, ArchiveThatCouldNotBeClosedIsLookedAtBeforeItIsTrusted) {
     ExpectComplete();
 }
 
-TEST_F(WriterFailure, ArchiveThatLostItsEndWhenItWasClosedIsNoArchive) {
+TEST_F(WriterFailure, ArchiveTruncatedByClosingIsAFailure) {
     events.questions = &questions;
     questions.answers = {[] { return true; }, [] { return false; }};
     bool lost = false;
@@ -37,7 +37,7 @@ TEST_F(WriterFailure, ArchiveThatLostItsEndWhenItWasClosedIsNoArchive) {
     ExpectNothingChanged();
 }
 
-TEST_F(WriterFailure, AnArchiveThatIsReadOnlyIsLeftAlone) {
+TEST_F(WriterFailure, AReadOnlyArchiveIsNotReplaced) {
     files.Change(options.archive, [](platform::FileInfo& info) {
         info.attributes |= platform::attribute::kReadOnly;
     });
@@ -46,7 +46,7 @@ TEST_F(WriterFailure, AnArchiveThatIsReadOnlyIsLeftAlone) {
                            "(Permission denied).");
 }
 
-TEST_F(WriterFailure, PuttingInPlaceIsAQuestionAndCanStillBeCancelled) {
+TEST_F(WriterFailure, AFailedRenameIsAQuestionThatCanBeCancelled) {
     events.questions = &questions;
     files.before = [](const std::string& call, const std::string&) {
         if (call == "Replace") {

@@ -1,4 +1,4 @@
-// Runs of the writer that go wrong: three files, and an earlier archive in the place of the new
+// For runs of the writer that fail: three files, and an earlier archive under the name of the new
 // one.
 #pragma once
 
@@ -13,7 +13,7 @@ class WriterFailure : public WriterTest {
         files.Put("C:\\Data\\b", Noise(3 * zip::kChunkSize));
         files.Put("C:\\Data\\Sub\\c", Prose(2 * zip::kChunkSize));
         files.Put(options.archive, kEarlier);
-        options.level = 1;  // quick, because there are many runs
+        options.level = 1;  // fast, because there are many runs
         before_ = files.Everything();
     }
 

@@ -1,5 +1,5 @@
-// Steps without which there is no correct archive: the question, the clean retreat, and what killed
-// runs leave behind.
+// Failed steps without which there is no correct archive: the question, and the removal of
+// everything that was written.
 #include "tests/zip/writer_failure_fixture.h"
 
 namespace vantrel::test {
@@ -24,7 +24,7 @@ TEST_F(WriterFailure, FullDiskWhereASecondOneWasWantedSaysSo) {
                            "C:\\Backup\\Weekly.zip.");
 }
 
-TEST_F(WriterFailure, RetryAfterAFullDiskGoesOnWhereItStopped) {
+TEST_F(WriterFailure, RetryAfterAFullDiskContinuesWhereItStopped) {
     files.capacity = 8 * kChunkSize;
     events.questions = &questions;
     questions.answers = {[] { return true; },
@@ -45,7 +45,7 @@ TEST_F(WriterFailure, RetryAfterAFullDiskGoesOnWhereItStopped) {
     ExpectComplete();
 }
 
-TEST_F(WriterFailure, CancelOfAQuestionRaisesOneMoreEventThatHandsItOver) {
+TEST_F(WriterFailure, CancelOfAQuestionIsPassedOnByOneMoreEvent) {
     files.capacity = 8 * kChunkSize;
     events.questions = &questions;
     std::size_t events_when_asked = 0;
@@ -59,7 +59,7 @@ TEST_F(WriterFailure, CancelOfAQuestionRaisesOneMoreEventThatHandsItOver) {
     ExpectNothingChanged();
 }
 
-// A disk that is full at any byte, unattended: never a broken archive, never debris.
+// A disk that is full at any byte, unattended: no broken archive and no remains.
 TEST_F(WriterFailure, DiskFullAtAnyByte) {
     files.Remove("C:\\Data\\b");
     before_ = files.Everything();
@@ -113,7 +113,7 @@ TEST_F(WriterFailure, NoFileMatchesIsScannedAgainOnRetry) {
     EXPECT_EQ(Archive().Names(), (Strings{"late.xyz"}));
 }
 
-TEST_F(WriterFailure, AnArchiveIsNeverReplacedByOneInWhichNothingCouldBeRead) {
+TEST_F(WriterFailure, AnArchiveIsNotReplacedWhenNoFileCouldBeRead) {
     files.before = [](const std::string& call, const std::string& path) {
         if (call == "Open" && path.starts_with("C:\\Data")) {
             RaiseError(error_number::kPermissionDenied);
@@ -125,7 +125,7 @@ TEST_F(WriterFailure, AnArchiveIsNeverReplacedByOneInWhichNothingCouldBeRead) {
     EXPECT_EQ(result.skipped, 3);
 }
 
-TEST_F(WriterFailure, AWrongCompressorNeverReachesTheArchive) {
+TEST_F(WriterFailure, OutputOfAFaultyCompressorIsNotWritten) {
     struct Damaging : zip::RawCompressor {
         std::unique_ptr<zip::RawCompressor> right = zip::MakeCompressor(9);
         std::size_t Compress(const std::uint8_t* in, std::size_t size, std::uint8_t* out,
@@ -162,7 +162,7 @@ TEST_F(WriterFailure, FoldersMadeForACancelledArchiveAreRemoved) {
     EXPECT_EQ(files.Everything(), before_);
 }
 
-// --- every call, one after the other ---
+// --- each call in turn fails ---
 
 // Counts the calls of a run; the n-th fails, or all from the n-th on.
 struct Fault {
@@ -226,7 +226,7 @@ TEST_P(FaultSweep, EverythingFailsFromACallOn) {
             files.Remove("C:\\Backup\\20261115_130509");
             continue;
         }
-        // Nothing can be tidied up on such a machine. The next run of the set does it.
+        // Nothing can be removed on such a machine; the next run of the set does it.
         ASSERT_FALSE(files.Exists(options.archive)) << "call " << n;
         options.archive = "C:\\Backup\\20261116_130509\\Weekly.zip";
         ASSERT_EQ(Run(), RunOutcome::kComplete) << "call " << n;
@@ -245,7 +245,7 @@ INSTANTIATE_TEST_SUITE_P(Errors, FaultSweep,
                                            error_number::kDeviceUnavailable));
 
 TEST_F(WriterFailure, CancelAtEveryEvent) {
-    // Progress is made only as fast as events are raised, so that every run has the same ones.
+    // The run proceeds only as fast as events are raised, so that every run has the same events.
     bool cancelled = true;
     for (std::size_t n = 1; cancelled; ++n) {
         int permits = 0;
@@ -259,7 +259,7 @@ TEST_F(WriterFailure, CancelAtEveryEvent) {
             permitted.notify_all();
         };
         files.before = [&](const std::string& call, const std::string&) {
-            // Putting it in place, or away again, comes after the last event.
+            // The rename, or the removal, comes after the last event.
             if (call != "Replace" && !call.starts_with("Remove")) {
                 std::unique_lock lock(mutex);
                 permitted.wait(lock, [&] { return permits > 0; });
@@ -294,13 +294,11 @@ TEST_F(WriterFailure, CancelAtTheLastEventLeavesTheEarlierArchive) {
     ExpectNothingChanged();
 }
 
-TEST_F(WriterFailure, AnExceptionFromAnEventHandlerStopsTheRunAndComesOut) {
+TEST_F(WriterFailure, AnExceptionFromAnEventHandlerStopsTheRunAndIsThrown) {
     events.on_overall = [] { throw ProgramEnded{7}; };
     EXPECT_THROW(Run(), ProgramEnded);
     ExpectNothingChanged();
 }
-
-// --- what killed runs leave ---
 
 }  // namespace
 }  // namespace vantrel::test

@@ -1,5 +1,5 @@
-// What the tests of the archive writer share: a disk in memory with C:\Data to back up into
-// C:\Backup\Weekly.zip, and a recorder of everything that a run raises.
+// Shared by the tests of the archive writer: a disk in memory with C:\Data to back up into
+// C:\Backup\Weekly.zip, and a recorder of all events of a run.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@
 
 namespace vantrel::test {
 
-// Answers questions in order with what `answers` return; none left: Cancel.
+// Answers questions in order with the results of `answers`, then with Cancel.
 class ScriptedQuestions : public zip::Questions {
   public:
     std::deque<std::function<bool()>> answers;
@@ -72,7 +72,7 @@ class Recorder : public zip::RunEvents {
     }
 };
 
-// Bytes that no method shrinks, the same ones for the same seed.
+// Random bytes, the same ones for the same seed.
 inline std::string Noise(std::size_t size, std::uint64_t seed = 1) {
     std::string bytes(size, '\0');
     std::uint64_t state = seed * 0x9E3779B97F4A7C15ull + 1;
@@ -85,7 +85,7 @@ inline std::string Noise(std::size_t size, std::uint64_t seed = 1) {
     return bytes;
 }
 
-// Words in an order that never repeats: shrinks, but not to nothing.
+// Words in random order: compressible, but not to almost nothing.
 inline std::string Prose(std::size_t size, std::uint64_t seed = 1) {
     static const char* const kWords[] = {"archive ", "folder ", "of ",   "the ",  "disk ",
                                          "weekly ",  "and ",    "file ", "copy ", "again\r\n"};

@@ -9,26 +9,26 @@ namespace vantrel::zip {
 
 namespace {
 
-constexpr std::size_t kWindow = 65536;
-constexpr int kLongestCode = 15;  // bits, RFC 1951 section 3.2.2
-// Places for the code lengths 0 to kLongestCode, and for the one that a sum over them ends at.
-constexpr std::size_t kLengths = 16;
-constexpr std::size_t kLengthsAndOne = 17;
+constexpr std::size_t kWindow = 65536;  // bytes
+constexpr int kMaxCodeLength = 15;      // bits, RFC 1951 section 3.2.2
+constexpr std::size_t kLengths = kMaxCodeLength + 1;
 constexpr unsigned kEndOfBlock = 256;
 constexpr unsigned kFirstLength = 257;
-constexpr std::size_t kMostLiterals = 286;
-constexpr std::size_t kMostDistances = 32;
+constexpr std::size_t kMaxLiterals = 286;
+constexpr std::size_t kMaxDistances = 32;
 
-// Section 3.2.5; the last length stands for 3 and 16 more bits.
+// Section 3.2.5; in Deflate64 the last length code means 3 plus 16 extra bits.
 constexpr std::array<std::uint16_t, 29> kLengthBase = {3,  4,  5,  6,   7,   8,   9,   10,  11, 13,
                                                        15, 17, 19, 23,  27,  31,  35,  43,  51, 59,
                                                        67, 83, 99, 115, 131, 163, 195, 227, 3};
 constexpr std::array<std::uint8_t, 29> kLengthBits = {0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2,
                                                       2, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5, 16};
 
-[[noreturn]] void Damaged() { throw Error(error_number::kDeviceIo, "", "its data is damaged"); }
+[[noreturn]] void RaiseDamaged() {
+    throw Error(error_number::kDeviceIo, "", "its data is damaged");
+}
 
-// Codes 0 to 3 have no further bits; from then on every second code has one more.
+// Codes 0 to 3 have no extra bits; then every second code has one more.
 int DistanceBits(unsigned symbol) { return symbol < 4 ? 0 : static_cast<int>(symbol / 2) - 1; }
 std::uint32_t DistanceBase(unsigned symbol) {
     return symbol < 4 ? symbol + 1 : ((2 + (symbol & 1)) << DistanceBits(symbol)) + 1;
@@ -54,15 +54,15 @@ void Inflate64::Code::Build(const std::uint8_t* lengths, std::size_t count) {
         ++counts[lengths[i]];
     }
     counts[0] = 0;
-    bits_ = kLongestCode;
+    bits_ = kMaxCodeLength;
     while (bits_ > 1 && counts[static_cast<std::size_t>(bits_)] == 0) {
         --bits_;
     }
-    std::array<unsigned, kLengthsAndOne> next{};
+    std::array<unsigned, kLengths + 1> next{};
     for (std::size_t length = 1; length < kLengths; ++length) {
         next[length + 1] = (next[length] + counts[length]) << 1;
         if (next[length] + counts[length] > (1u << length)) {
-            Damaged();  // more codes than there is room for
+            RaiseDamaged();  // more codewords of this length than exist
         }
     }
     table_.assign(std::size_t{1} << bits_, 0);
@@ -82,13 +82,13 @@ void Inflate64::Code::Build(const std::uint8_t* lengths, std::size_t count) {
 unsigned Inflate64::Code::Read(Inflate64& in) const {
     const std::uint16_t entry = table_[in.Peek(bits_)];
     if (entry == 0) {
-        Damaged();  // a code that was not given out
+        RaiseDamaged();  // a codeword without a symbol
     }
     in.Drop(entry % 16);
     return entry / 16u;
 }
 
-// Bits behind the end of the input read as 0; Drop does not take them.
+// Bits after the end of the input are read as 0; Drop does not accept them.
 std::uint32_t Inflate64::Peek(int count) {
     while (bit_count_ < count) {
         if (input_.empty()) {
@@ -106,7 +106,7 @@ std::uint32_t Inflate64::Peek(int count) {
 
 void Inflate64::Drop(int count) {
     if (count > bit_count_) {
-        Damaged();
+        RaiseDamaged();
     }
     bits_ >>= count;
     bit_count_ -= count;
@@ -124,7 +124,7 @@ void Inflate64::Run() {
     Flush();
 }
 
-// False behind the last block.
+// Returns false after the last block.
 bool Inflate64::RunBlock() {
     const bool last = Take(1) == 1;
     switch (Take(2)) {
@@ -140,7 +140,7 @@ bool Inflate64::RunBlock() {
             RunCodes();
             break;
         default:
-            Damaged();
+            RaiseDamaged();
     }
     return !last;
 }
@@ -149,7 +149,7 @@ void Inflate64::CopyStored() {
     Drop(bit_count_ % 8);
     const std::uint32_t size = Take(16);
     if ((Take(16) ^ size) != 0xFFFF) {
-        Damaged();
+        RaiseDamaged();
     }
     for (std::uint32_t i = 0; i < size; ++i) {
         Put(static_cast<std::uint8_t>(Take(8)));
@@ -164,8 +164,8 @@ void Inflate64::ReadFixedCodes() {
     std::fill(lengths.begin() + 256, lengths.begin() + 280, std::uint8_t{7});
     std::fill(lengths.begin() + 280, lengths.end(), std::uint8_t{8});
     literals_.Build(lengths.data(), lengths.size());
-    std::fill(lengths.begin(), lengths.begin() + kMostDistances, std::uint8_t{5});
-    distances_.Build(lengths.data(), kMostDistances);
+    std::fill(lengths.begin(), lengths.begin() + kMaxDistances, std::uint8_t{5});
+    distances_.Build(lengths.data(), kMaxDistances);
 }
 
 // Section 3.2.7.
@@ -175,16 +175,16 @@ void Inflate64::ReadDynamicCodes() {
     const std::size_t literals = Take(5) + kFirstLength;
     const std::size_t distances = Take(5) + 1;
     const std::size_t code_lengths = Take(4) + 4;
-    if (literals > kMostLiterals) {
-        Damaged();
+    if (literals > kMaxLiterals) {
+        RaiseDamaged();
     }
-    std::array<std::uint8_t, 19> of_lengths{};
+    std::array<std::uint8_t, 19> length_code_lengths{};
     for (std::size_t i = 0; i < code_lengths; ++i) {
-        of_lengths[kOrder[i]] = static_cast<std::uint8_t>(Take(3));
+        length_code_lengths[kOrder[i]] = static_cast<std::uint8_t>(Take(3));
     }
     Code code;
-    code.Build(of_lengths.data(), of_lengths.size());
-    std::array<std::uint8_t, kMostLiterals + kMostDistances> lengths{};
+    code.Build(length_code_lengths.data(), length_code_lengths.size());
+    std::array<std::uint8_t, kMaxLiterals + kMaxDistances> lengths{};
     for (std::size_t done = 0; done < literals + distances;) {
         const unsigned symbol = code.Read(*this);
         if (symbol < 16) {
@@ -192,14 +192,14 @@ void Inflate64::ReadDynamicCodes() {
             continue;
         }
         if (symbol == 16 && done == 0) {
-            Damaged();
+            RaiseDamaged();
         }
         const std::uint8_t value = symbol == 16 ? lengths[done - 1] : std::uint8_t{0};
         const std::size_t repeat = symbol == 16   ? 3 + Take(2)
                                    : symbol == 17 ? 3 + Take(3)
                                                   : 11 + Take(7);
         if (repeat > literals + distances - done) {
-            Damaged();
+            RaiseDamaged();
         }
         std::fill_n(lengths.begin() + static_cast<std::ptrdiff_t>(done), repeat, value);
         done += repeat;
@@ -224,14 +224,14 @@ void Inflate64::RunCodes() {
 
 void Inflate64::CopyMatch(unsigned symbol) {
     if (symbol >= kLengthBase.size()) {
-        Damaged();
+        RaiseDamaged();
     }
     const std::size_t length = kLengthBase[symbol] + Take(kLengthBits[symbol]);
     const unsigned distance_symbol = distances_.Read(*this);
     const std::size_t distance =
         DistanceBase(distance_symbol) + Take(DistanceBits(distance_symbol));
     if (distance > kWindow || (!wrapped_ && distance > position_)) {
-        Damaged();
+        RaiseDamaged();
     }
     for (std::size_t i = 0; i < length; ++i) {
         Put(window_[(position_ + kWindow - distance) % kWindow]);

@@ -1,6 +1,6 @@
 // Decompression of method 9, Deflate64: deflate (RFC 1951) with a window of 64 KiB, two more
-// distance codes, and a last length code that carries 16 bits. Windows itself writes it for files
-// over 2 GB.
+// distance codes, and a last length code with 16 extra bits (APPNOTE 4.4.5). Windows itself writes
+// it for files over 2 GB. Section numbers in the implementation are those of RFC 1951.
 #pragma once
 
 #include <array>
@@ -12,18 +12,21 @@
 
 namespace vantrel::zip {
 
+// Decompresses one stream; used once, by one thread. Memory: the window and two code tables.
 class Inflate64 {
   public:
-    // `more` gives the next bytes of input, valid until its next call; empty at the end.
-    // `out` takes what has been decompressed.
+    // `more` returns the next bytes of input, valid until its next call; empty at the end.
+    // `out` receives the decompressed bytes, at most a window at a time.
     Inflate64(std::function<std::string_view()> more,
               std::function<void(const std::uint8_t*, std::size_t)> out);
 
-    // Runs to the end of the stream. Raises 57 when it is damaged or ends early.
+    // Decompresses to the end of the stream. Raises 57 when the stream is damaged or ends early,
+    // and whatever `more` and `out` throw; some output may have been delivered then.
     void Run();
 
   private:
-    // A Huffman code as a table: indexed by the next bits of input, it holds symbol * 16 + length.
+    // A Huffman code as a lookup table: indexed by the next bits of input, entries are symbol * 16
+    // + length.
     class Code {
       public:
         void Build(const std::uint8_t* lengths, std::size_t count);
@@ -52,7 +55,7 @@ class Inflate64 {
     std::uint64_t bits_ = 0;
     int bit_count_ = 0;
     std::vector<std::uint8_t> window_;
-    std::size_t position_ = 0;  // in the window
+    std::size_t position_ = 0;  // in the window, of the next byte
     bool wrapped_ = false;      // the window is full of earlier output
     Code literals_;
     Code distances_;

@@ -12,44 +12,49 @@ namespace vantrel::zip {
 
 namespace {
 
-// Central records are written together, so many bytes or a little more at a time.
-constexpr std::size_t kDirectoryPortion = 256 * 1024;
+// Bytes of central records per write, exceeded by less than one record.
+constexpr std::size_t kDirectoryWriteSize = 256 * 1024;
 
-Place PlaceOf(const Entry& entry) { return {entry.disk, entry.offset}; }
+Place LocationOf(const Entry& entry) { return {entry.disk, entry.offset}; }
 
-void SetPlace(Entry& entry, const Place& place) {
+void SetLocation(Entry& entry, const Place& place) {
     entry.disk = place.disk;
     entry.offset = place.offset;
 }
 
 }  // namespace
 
-ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t window,
+ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t max_jobs,
                          std::uint64_t total)
-    : archive_(archive), channel_(channel), window_(window), total_(total) {}
+    : archive_(archive), channel_(channel), max_jobs_(max_jobs), total_(total) {}
 
-void ArchiveSink::WaitForRoom(std::uint64_t sequence) {
+void ArchiveSink::WaitForSlot(std::uint64_t sequence) {
     std::unique_lock lock(mutex_);
-    WaitUntil(changed_, lock, channel_.Token(), [&] { return sequence < written_ + window_; });
+    WaitUntil(changed_, lock, channel_.Token(), [&] { return sequence < written_ + max_jobs_; });
     lock.unlock();
     channel_.CheckStop();
 }
 
-void ArchiveSink::WaitUntilWritten(std::uint64_t count) {
+std::vector<DeferredFile> ArchiveSink::WaitForDeferred(std::uint64_t count) {
     std::unique_lock lock(mutex_);
     WaitUntil(changed_, lock, channel_.Token(), [&] { return written_ == count; });
     lock.unlock();
     channel_.CheckStop();
+    // No thread is writing now, and the mutex has made what they wrote visible.
+    std::sort(deferred_.begin(), deferred_.end(), [](const DeferredFile& a, const DeferredFile& b) {
+        return a.item.name < b.item.name;
+    });
+    return std::exchange(deferred_, {});
 }
 
-Buffer ArchiveSink::Room() {
+Buffer ArchiveSink::RecycledBuffer() {
     const std::lock_guard lock(mutex_);
-    if (written_buffers_.empty()) {
+    if (recycled_.empty()) {
         return {};
     }
-    Buffer room = std::move(written_buffers_.back());
-    written_buffers_.pop_back();
-    return room;
+    Buffer buffer = std::move(recycled_.back());
+    recycled_.pop_back();
+    return buffer;
 }
 
 void ArchiveSink::Deliver(std::uint64_t sequence, PackedJob job) {
@@ -63,10 +68,10 @@ void ArchiveSink::Deliver(std::uint64_t sequence, PackedJob job) {
         PackedJob next = std::move(ready_.begin()->second);
         ready_.erase(ready_.begin());
         lock.unlock();
-        // When this throws the run is over, and nobody writes any more.
+        // An exception ends the run; `writing_` stays set, so that nothing more is written.
         Write(next);
         lock.lock();
-        written_buffers_.push_back(std::move(next.bytes));
+        recycled_.push_back(std::move(next.bytes));
         ++written_;
         changed_.notify_all();
     }
@@ -75,80 +80,78 @@ void ArchiveSink::Deliver(std::uint64_t sequence, PackedJob job) {
 
 void ArchiveSink::Write(PackedJob& job) {
     channel_.CheckStop();
-    if (job.piece) {
-        WritePiece(job);
+    if (job.chunk) {
+        WriteChunk(job);
     } else {
         WriteBatch(job);
     }
 }
 
 void ArchiveSink::WriteBatch(PackedJob& job) {
-    whole_.clear();
-    for (const PackedItem& item : job.items) {
+    unsplit_.clear();
+    for (const PackedEntry& item : job.entries) {
         if (item.stored) {
-            whole_.push_back({static_cast<std::size_t>(item.entry.offset), item.header_size, {}});
+            unsplit_.push_back({static_cast<std::size_t>(item.entry.offset), item.header_size, {}});
         }
     }
-    archive_.Write(job.bytes.View(), whole_);
-    auto header = whole_.cbegin();
-    for (PackedItem& item : job.items) {
+    archive_.Write(job.bytes.View(), unsplit_);
+    auto header = unsplit_.cbegin();
+    for (PackedEntry& item : job.entries) {
         if (item.stored) {
-            SetPlace(item.entry, header++->place);
+            SetLocation(item.entry, header++->place);
             AddToDirectory(item.entry);
-            TellAdded(item.path);
-        } else if (!item.moved) {
+            ReportAdded(item.path);
+        } else if (!item.deferred) {
             ++skipped_;
         }
-        TellTrouble(item.trouble);
-        channel_.AddDone(item.moved ? 0 : item.listed_size);
+        ReportWarning(item.warning);
+        channel_.AddDone(item.deferred ? 0 : item.listed_size);
+        if (item.deferred) {
+            deferred_.push_back({std::move(*item.deferred), false});
+        }
     }
     channel_.SetFilePercent(100);
 }
 
-void ArchiveSink::WritePiece(PackedJob& job) {
-    Piece& piece = *job.piece;
-    if (piece.first) {
+void ArchiveSink::WriteChunk(PackedJob& job) {
+    Chunk& chunk = *job.chunk;
+    if (chunk.first) {
         StartFile(job);
     }
     archive_.Write(job.bytes.View());
     file_.crc = CombineCrc32(file_.crc, job.crc, job.raw_size);
     file_.size += job.raw_size;
     file_.packed_size += job.bytes.size();
-    const std::uint64_t done = piece.last ? file_left_ : std::min(file_left_, job.raw_size);
-    file_left_ -= done;
-    channel_.AddDone(done);
-    const double size = static_cast<double>(std::max<std::uint64_t>(piece.file_size, 1));
-    channel_.SetFilePercent(
-        std::min(static_cast<int>(static_cast<double>(file_.size) / size * 100), 100));
-    if (piece.abandoned) {
-        if (!piece.first) {
-            archive_.CutBack(PlaceOf(file_));
+    ReportProgress(job);
+    if (chunk.unreadable) {
+        if (!chunk.first) {
+            archive_.CutBack(LocationOf(file_));
         }
         ++skipped_;
-    } else if (piece.last) {
+    } else if (chunk.last) {
         FinishFile(job);
     }
-    TellTrouble(piece.trouble);
+    ReportWarning(chunk.warning);
 }
 
 void ArchiveSink::StartFile(PackedJob& job) {
-    const Piece& piece = *job.piece;
+    const Chunk& chunk = *job.chunk;
     file_ = std::move(job.entry);
-    file_left_ = piece.again ? 0 : job.file.size;
-    if (piece.abandoned) {
+    file_bytes_left_ = chunk.store_only ? 0 : job.file.size;
+    if (chunk.unreadable) {
         return;
     }
     if (!archive_.CanPatch()) {
         file_.descriptor = true;
-        // It may grow under compression and stays so: at most some bytes for each of its blocks.
+        // Data that grows under compression stays so: by at most some bytes for each block.
         file_.wide_local =
-            NeedsWideSizes(piece.file_size, piece.file_size + piece.file_size / 1024);
+            NeedsWideSizes(chunk.file_size, chunk.file_size + chunk.file_size / 1024);
     }
     record_.clear();
     AppendLocalHeader(record_, file_);
-    SetPlace(file_, archive_.WriteWhole(record_));
-    if (!piece.again) {
-        TellAdded(job.path);
+    SetLocation(file_, archive_.WriteWhole(record_));
+    if (!chunk.store_only) {
+        ReportAdded(job.path);
     }
 }
 
@@ -158,14 +161,25 @@ void ArchiveSink::FinishFile(const PackedJob& job) {
         AppendDescriptor(record_, file_);
         archive_.WriteWhole(record_);
     } else if (file_.method == Method::kDeflated && file_.packed_size >= file_.size) {
-        archive_.CutBack(PlaceOf(file_));
-        on_not_smaller(job.file);
+        archive_.CutBack(LocationOf(file_));
+        deferred_.push_back({job.file, true});
         return;
     } else {
         AppendLocalHeader(record_, file_);
-        archive_.Patch(PlaceOf(file_), record_);
+        archive_.Patch(LocationOf(file_), record_);
     }
     AddToDirectory(file_);
+}
+
+void ArchiveSink::ReportProgress(const PackedJob& job) {
+    const Chunk& chunk = *job.chunk;
+    const std::uint64_t done =
+        chunk.last ? file_bytes_left_ : std::min(file_bytes_left_, job.raw_size);
+    file_bytes_left_ -= done;
+    channel_.AddDone(done);
+    const double size = static_cast<double>(std::max<std::uint64_t>(chunk.file_size, 1));
+    channel_.SetFilePercent(
+        std::min(static_cast<int>(static_cast<double>(file_.size) / size * 100), 100));
 }
 
 void ArchiveSink::AddToDirectory(const Entry& entry) {
@@ -174,17 +188,17 @@ void ArchiveSink::AddToDirectory(const Entry& entry) {
     directory_.Append(record_);
 }
 
-void ArchiveSink::TellAdded(const std::string& path) {
-    ++told_;
+void ArchiveSink::ReportAdded(const std::string& path) {
+    ++added_;
     if (channel_.WantsEachFile()) {
-        channel_.Tell({MessageKind::kInformation, 0, told_, path, "Adding " + path,
+        channel_.Tell({MessageKind::kInformation, 0, added_, path, "Adding " + path,
                        static_cast<std::int32_t>(std::min<std::uint64_t>(total_, INT32_MAX))});
     }
 }
 
-void ArchiveSink::TellTrouble(std::optional<ComponentMessage>& trouble) {
-    if (trouble) {
-        channel_.Tell(std::move(*trouble));
+void ArchiveSink::ReportWarning(std::optional<ComponentMessage>& warning) {
+    if (warning) {
+        channel_.Tell(std::move(*warning));
     }
 }
 
@@ -192,7 +206,8 @@ void ArchiveSink::WriteDirectory() {
     DirectoryEnd end;
     end.entries = directory_.Count();
     WriteCentralRecords(end);
-    // The end records state their own disk, and on which it is shows only when they are written.
+    // The end records state their own disk, which is known only when they have been written: when
+    // they did not fit on the expected disk they are removed and written again.
     for (Place place = archive_.Next();;) {
         DirectoryEnd here = end;
         here.disk = place.disk;
@@ -211,17 +226,16 @@ void ArchiveSink::WriteDirectory() {
 }
 
 void ArchiveSink::WriteCentralRecords(DirectoryEnd& end) {
-    std::string record;
     record_.clear();
-    whole_.clear();
-    while (directory_.Take(record)) {
+    unsplit_.clear();
+    while (auto record = directory_.Take()) {
         if (end.size == 0) {
-            AddExtraField(record, kDiskListField, archive_.DiskList());
+            AddExtraField(*record, kDiskListField, archive_.DiskList());
         }
-        end.size += record.size();
-        whole_.push_back({record_.size(), record.size(), {}});
-        record_ += record;
-        if (record_.size() >= kDirectoryPortion) {
+        end.size += record->size();
+        unsplit_.push_back({record_.size(), record->size(), {}});
+        record_ += *record;
+        if (record_.size() >= kDirectoryWriteSize) {
             FlushCentralRecords(end);
         }
     }
@@ -230,8 +244,8 @@ void ArchiveSink::WriteCentralRecords(DirectoryEnd& end) {
 
 void ArchiveSink::FlushCentralRecords(DirectoryEnd& end) {
     channel_.CheckStop();
-    archive_.Write(record_, whole_);
-    for (const WholeRecord& record : whole_) {
+    archive_.Write(record_, unsplit_);
+    for (const WholeRecord& record : unsplit_) {
         if (central_records_ == 0) {
             end.offset = record.place.offset;
             end.directory_disk = record.place.disk;
@@ -243,7 +257,7 @@ void ArchiveSink::FlushCentralRecords(DirectoryEnd& end) {
         ++central_records_;
     }
     record_.clear();
-    whole_.clear();
+    unsplit_.clear();
 }
 
 }  // namespace vantrel::zip

@@ -1,81 +1,92 @@
-// Writes packed jobs into the archive, in their order whatever order they arrive in, and keeps the
-// central directory. Workers call it; whichever completes the next job in order writes it.
+// The back end of the packing threads: writes packed jobs into the archive, in their order.
 #pragma once
 
 #include <condition_variable>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "zip/base/run_channel.h"
-#include "zip/deflate/block_store.h"
 #include "zip/disks/archive_output.h"
 #include "zip/writer/jobs.h"
+#include "zip/writer/record_list.h"
 
 namespace vantrel::zip {
 
+// Collects jobs, which arrive in any order, and writes each when all before it are written. There
+// is no writer thread: the worker that delivers the next job in order writes it, and all that
+// directly follow it. Also keeps the central directory, and the files that have to be stored again.
+//
+// All members but the constructor and those marked otherwise may be called from any worker thread.
+// They throw RunStopped when the run ends. A failed write is a question (ArchiveOutput).
 class ArchiveSink {
   public:
-    // `window`: jobs that may be under way, from the one to be written next. `total`: items to
-    // store, for the messages.
-    ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t window,
+    // At most `max_jobs` jobs are in progress (produced, but not written) at any time, which limits
+    // the memory. `total`: number of items to store, for the messages.
+    ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t max_jobs,
                 std::uint64_t total);
 
-    // Called with a file that was compressed without becoming smaller, and taken out again.
-    std::function<void(SourceItem item)> on_not_smaller;
+    // Blocks until the job `sequence` may be produced. Calls for rising numbers only.
+    void WaitForSlot(std::uint64_t sequence);
 
-    // Returns when the job `sequence` may be begun. Throws RunStopped.
-    void WaitForRoom(std::uint64_t sequence);
-    // Returns when `count` jobs have been written. Throws RunStopped.
-    void WaitUntilWritten(std::uint64_t count);
-    // A buffer for the bytes of a job, with the room of one that has been written: to get fresh
-    // memory of the system for each of them costs more than to copy them.
-    Buffer Room();
-    // Hands over a job; may write it and others before it returns.
+    // Blocks until `count` jobs, all that have been produced, are written. Returns and forgets the
+    // files that were deferred by them, sorted by name: their order must not depend on the threads.
+    std::vector<DeferredFile> WaitForDeferred(std::uint64_t count);
+
+    // Returns the buffer of a job that has been written, or a new one. Reuse matters: touching
+    // fresh pages costs more than copying the data.
+    Buffer RecycledBuffer();
+
+    // Takes a packed job. May write it and others before it returns, or leave it to the thread that
+    // is writing.
     void Deliver(std::uint64_t sequence, PackedJob job);
 
-    // Writes the central directory and the end records. After all jobs.
+    // Writes the central directory and the end records (APPNOTE 4.3.12 to 4.3.16). Called once,
+    // when no worker is running any more; so are the two below.
     void WriteDirectory();
 
     std::uint64_t Entries() const { return directory_.Count(); }
+    // Files that could not be read.
     std::int32_t Skipped() const { return skipped_; }
 
   private:
     void Write(PackedJob& job);
     void WriteBatch(PackedJob& job);
-    void WritePiece(PackedJob& job);
-    void FinishFile(const PackedJob& job);
+    void WriteChunk(PackedJob& job);
     void StartFile(PackedJob& job);
+    void FinishFile(const PackedJob& job);
     void AddToDirectory(const Entry& entry);
     void WriteCentralRecords(DirectoryEnd& end);
     void FlushCentralRecords(DirectoryEnd& end);
-    void TellAdded(const std::string& path);
-    void TellTrouble(std::optional<ComponentMessage>& trouble);
+    void ReportProgress(const PackedJob& job);
+    void ReportAdded(const std::string& path);
+    void ReportWarning(std::optional<ComponentMessage>& warning);
 
     ArchiveOutput& archive_;
     RunChannel& channel_;
-    const std::size_t window_;
+    const std::size_t max_jobs_;
     const std::uint64_t total_;
 
-    std::mutex mutex_;  // guards what follows
+    std::mutex mutex_;  // guards the members of this paragraph
     std::condition_variable changed_;
-    std::map<std::uint64_t, PackedJob> ready_;
-    std::vector<Buffer> written_buffers_;
-    std::uint64_t written_ = 0;
-    bool writing_ = false;
+    std::map<std::uint64_t, PackedJob> ready_;  // delivered, not yet written
+    std::vector<Buffer> recycled_;
+    std::uint64_t written_ = 0;  // jobs
+    bool writing_ = false;       // a thread is in Write
 
-    // Of the thread that is writing.
-    BlockStore directory_;
+    // Used by the thread that is in Write, and after the last Write.
+    RecordList directory_;  // central records
+    std::vector<DeferredFile> deferred_;
     std::string record_;
-    std::vector<WholeRecord> whole_;       // of the bytes that are written next
-    Entry file_;                           // the big file under way
-    std::uint64_t file_left_ = 0;          // of its listed size, not yet counted as done
+    std::vector<WholeRecord> unsplit_;     // of the bytes that are written next
+    Entry file_;                           // the big file in progress
+    std::uint64_t file_bytes_left_ = 0;    // of its listed size, not yet reported as done
     std::uint64_t central_records_ = 0;    // written
-    std::uint32_t last_central_disk_ = 0;  // of the last of them
-    std::int32_t told_ = 0;
+    std::uint32_t last_central_disk_ = 0;  // disk of the last written one
+    std::int32_t added_ = 0;               // files and folders reported as added
     std::int32_t skipped_ = 0;
 };
 

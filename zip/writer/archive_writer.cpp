@@ -9,27 +9,25 @@
 #include "zip/disks/archive_place.h"
 #include "zip/disks/spanned_archive.h"
 #include "zip/writer/archive_sink.h"
+#include "zip/writer/job_producer.h"
 #include "zip/writer/packer.h"
-#include "zip/writer/work_source.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-// Each thread holds about 5 MB, and 9 more for thorough compression; this keeps all of them within
-// 128 MB.
-constexpr int kMostThreads = 8;
-// The compressor's own level for each level of ours (its scale goes to 12). Measured on 1 GB in
-// 69,000 files: its 9 makes the archive 0.3 % smaller than its 7 and takes twice the time; with 7
-// the archive is still 0.8 % smaller than that of `zip -9`. See docs/performance.md.
-constexpr int kEffort[] = {0, 1, 2, 3, 4, 5, 6, 6, kTunedLevel, kTunedLevel};
-// Our level that also compresses harder what gains most by it (thorough_choice.h).
-constexpr int kSmallestLevel = 9;
-// Jobs that may be finished before their turn, beyond one for each thread.
-constexpr int kSlack = 6;
+// A thread holds about 5 MB. This limit keeps a run below the target of 128 MB
+// (docs/performance.md).
+constexpr int kMaxThreads = 8;
+// The level of MakeCompressor for each WriterOptions::level. The library's levels 8 and 9 are not
+// used: the tuned level is faster than either, and its archives are smaller (docs/performance.md).
+constexpr int kCompressorLevel[] = {0, 1, 2, 3, 4, 5, 6, 6, kTunedLevel, kTunedLevel};
+// Jobs in progress beyond one for each thread: packed jobs that wait for a slow one before them.
+// With fewer the other threads wait as well; each holds less than two chunks.
+constexpr int kMaxWaitingJobs = 6;
 
 int ThreadCount(int wanted, platform::Process& process) {
-    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, kMostThreads);
+    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, kMaxThreads);
 }
 
 class ArchiveRun {
@@ -43,7 +41,7 @@ class ArchiveRun {
         }
     }
 
-    // On a background thread. Throws RunStopped when there is no archive, having tidied up.
+    // On a background thread. Throws RunStopped when there is no archive; nothing remains then.
     void Run() {
         try {
             Make();
@@ -74,19 +72,18 @@ class ArchiveRun {
                            : "There is nothing to back up: no file matches " + what + ".";
     }
 
-    // False when nothing could be put into it.
+    // False when there was nothing to store.
     bool FillArchive() {
         const OwnFiles own{options_.archive, options_.archive + kTemporarySuffix};
         const int threads = ThreadCount(options_.threads, machine_.process);
         SourceList list = ScanSource(machine_, options_.source, own, channel_, threads);
         skipped = list.skipped;
         channel_.SetTotal(list.bytes);
-        ArchiveSink sink(*output_, channel_, static_cast<std::size_t>(threads + kSlack),
+        ArchiveSink sink(*output_, channel_, static_cast<std::size_t>(threads + kMaxWaitingJobs),
                          list.items.Count());
         SourceReader reader(machine_, channel_, options_.source.folder);
-        WorkSource source(reader, list, sink, options_.level);
-        sink.on_not_smaller = [&](SourceItem item) { source.StoreLater(std::move(item), true); };
-        Work(reader, source, sink, threads);
+        JobProducer producer(reader, list, sink, options_.level);
+        RunWorkers(reader, producer, sink, threads);
         skipped += sink.Skipped();
         entries = sink.Entries();
         if (entries == 0) {
@@ -96,23 +93,24 @@ class ArchiveRun {
         return true;
     }
 
-    void Work(SourceReader& reader, WorkSource& source, ArchiveSink& sink, int threads) {
+    void RunWorkers(SourceReader& reader, JobProducer& producer, ArchiveSink& sink, int threads) {
         {
             std::vector<std::jthread> workers;
             workers.reserve(static_cast<std::size_t>(threads));
             for (int i = 0; i < threads; ++i) {
                 workers.emplace_back(
-                    [&] { channel_.FailOnError([&] { Worker(reader, source, sink); }); });
+                    [&] { channel_.FailOnError([&] { Work(reader, producer, sink); }); });
             }
         }
         channel_.CheckStop();
     }
 
-    void Worker(SourceReader& reader, WorkSource& source, ArchiveSink& sink) {
-        Packer packer(reader, source, channel_, MakeDeflater());
-        Job job;
-        while (source.Next(job)) {
-            sink.Deliver(job.sequence, packer.Pack(job, sink.Room()));
+    void Work(SourceReader& reader, JobProducer& producer, ArchiveSink& sink) {
+        Packer packer(reader, channel_, MakeDeflater());
+        auto job = producer.Next({});
+        while (job) {
+            sink.Deliver(job->sequence, packer.Pack(*job, sink.RecycledBuffer()));
+            job = producer.Next(std::move(job->data));
         }
     }
 
@@ -120,11 +118,9 @@ class ArchiveRun {
         if (options_.level == 0) {
             return nullptr;
         }
-        if (options_.make_compressor) {
-            return std::make_unique<Deflater>(options_.make_compressor());
-        }
-        return std::make_unique<Deflater>(MakeCompressor(kEffort[options_.level]),
-                                          options_.level == kSmallestLevel);
+        return std::make_unique<Deflater>(options_.make_compressor
+                                              ? options_.make_compressor()
+                                              : MakeCompressor(kCompressorLevel[options_.level]));
     }
 
     platform::Machine machine_;

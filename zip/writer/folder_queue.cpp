@@ -12,21 +12,22 @@ namespace {
 
 using platform::FileInfo;
 
-// So many of the folders that come next are listed before their turn, and no more while so many
-// entries wait for theirs: some megabytes.
-constexpr std::size_t kMostAhead = 64;
-constexpr std::size_t kMostHeld = 20'000;
-// More wait for each other inside the system: a third takes half as much processor time again and
-// gains nothing (under Wine, on a file system in memory).
-constexpr int kMostThreads = 2;
+// Folders that are listed ahead of the scan.
+constexpr std::size_t kMaxListedAhead = 64;
+// Directory entries in listings that wait for the scan; no folder is listed ahead while there are
+// more. Limits the memory to some megabytes.
+constexpr std::size_t kMaxWaitingEntries = 20'000;
+// Listings wait for each other inside the system: a third thread takes half as much processor time
+// again and gains nothing (under Wine, on a file system in memory).
+constexpr int kMaxThreads = 2;
 
 }  // namespace
 
-// Shared with the thread that lists it, which may be at it still when the scan has ended.
-struct FolderQueue::Place {
+// Shared with the thread that lists it, which may finish after the folder has left the queue.
+struct FolderQueue::QueuedFolder {
     enum class State { kUnlisted, kBeingListed, kListed, kFailed };
 
-    FileInfo folder;
+    FileInfo info;
     State state = State::kUnlisted;
     Listing listing{};
 };
@@ -34,7 +35,7 @@ struct FolderQueue::Place {
 FolderQueue::FolderQueue(platform::FileSystem& files, std::string source, std::stop_token stop,
                          int threads)
     : files_(files), source_(std::move(source)), stop_(std::move(stop)) {
-    for (int i = 1; i < std::min(threads, kMostThreads); ++i) {
+    for (int i = 1; i < std::min(threads, kMaxThreads); ++i) {
         helpers_.emplace_back([this] { HelperMain(); });
     }
 }
@@ -48,36 +49,36 @@ FolderQueue::~FolderQueue() {
 void FolderQueue::Add(std::vector<FileInfo> folders) {
     const std::lock_guard lock(mutex_);
     std::for_each(folders.rbegin(), folders.rend(), [this](FileInfo& folder) {
-        places_.push_back(std::make_shared<Place>(Place{.folder = std::move(folder)}));
+        queue_.push_back(std::make_shared<QueuedFolder>(QueuedFolder{.info = std::move(folder)}));
     });
     if (!folders.empty()) {
         changed_.notify_all();
     }
 }
 
-std::optional<FolderQueue::Turn> FolderQueue::Next() {
+std::optional<FolderQueue::ListedFolder> FolderQueue::Next() {
     std::unique_lock lock(mutex_);
-    if (places_.empty()) {
+    if (queue_.empty()) {
         return std::nullopt;
     }
-    const std::shared_ptr<Place> place = std::move(places_.back());
-    places_.pop_back();
-    while (place->state == Place::State::kBeingListed) {
-        // Rather another one than to wait.
+    const std::shared_ptr<QueuedFolder> folder = std::move(queue_.back());
+    queue_.pop_back();
+    while (folder->state == QueuedFolder::State::kBeingListed) {
+        // List another folder instead of waiting.
         if (const auto other = FindUnlisted()) {
             ListAhead(other, lock);
         } else if (!WaitUntil(changed_, lock, stop_,
-                              [&] { return place->state != Place::State::kBeingListed; })) {
+                              [&] { return folder->state != QueuedFolder::State::kBeingListed; })) {
             return std::nullopt;
         }
     }
-    Turn turn{std::move(place->folder), std::nullopt};
-    if (place->state == Place::State::kListed) {
-        held_ -= place->listing.size();
-        turn.listing = std::move(place->listing);
+    ListedFolder result{std::move(folder->info), std::nullopt};
+    if (folder->state == QueuedFolder::State::kListed) {
+        waiting_entries_ -= folder->listing.size();
+        result.listing = std::move(folder->listing);
         changed_.notify_all();
     }
-    return turn;
+    return result;
 }
 
 FolderQueue::Listing FolderQueue::List(const std::string& folder) const {
@@ -92,49 +93,49 @@ FolderQueue::Listing FolderQueue::List(const std::string& folder) const {
 }
 
 // With the mutex held.
-std::shared_ptr<FolderQueue::Place> FolderQueue::FindUnlisted() const {
-    if (held_ > kMostHeld) {
+std::shared_ptr<FolderQueue::QueuedFolder> FolderQueue::FindUnlisted() const {
+    if (waiting_entries_ > kMaxWaitingEntries) {
         return nullptr;
     }
-    const std::size_t ahead = std::min(kMostAhead, places_.size());
-    const auto end = places_.rbegin() + static_cast<std::ptrdiff_t>(ahead);
-    const auto found = std::find_if(places_.rbegin(), end, [](const auto& place) {
-        return place->state == Place::State::kUnlisted;
+    const std::size_t ahead = std::min(kMaxListedAhead, queue_.size());
+    const auto end = queue_.rbegin() + static_cast<std::ptrdiff_t>(ahead);
+    const auto found = std::find_if(queue_.rbegin(), end, [](const auto& folder) {
+        return folder->state == QueuedFolder::State::kUnlisted;
     });
     return found == end ? nullptr : *found;
 }
 
-void FolderQueue::ListAhead(const std::shared_ptr<Place>& place,
+void FolderQueue::ListAhead(const std::shared_ptr<QueuedFolder>& folder,
                             std::unique_lock<std::mutex>& lock) {
-    place->state = Place::State::kBeingListed;
-    const std::string name = place->folder.name;
+    folder->state = QueuedFolder::State::kBeingListed;
+    const std::string name = folder->info.name;
     lock.unlock();
     std::optional<Listing> listing;
     try {
         listing = List(name);
     } catch (...) {
-        // Met again when its turn has come.
+        // The scan lists the folder again and handles the error.
     }
     lock.lock();
     if (listing && !stop_.stop_requested()) {
-        held_ += listing->size();
-        place->listing = std::move(*listing);
-        place->state = Place::State::kListed;
+        waiting_entries_ += listing->size();
+        folder->listing = std::move(*listing);
+        folder->state = QueuedFolder::State::kListed;
     } else {
-        place->state = Place::State::kFailed;
+        folder->state = QueuedFolder::State::kFailed;
     }
     changed_.notify_all();
 }
 
 void FolderQueue::HelperMain() {
     std::unique_lock lock(mutex_);
-    std::shared_ptr<Place> place;
+    std::shared_ptr<QueuedFolder> folder;
     const auto ended_or_found = [&] {
-        place = ended_ ? nullptr : FindUnlisted();
-        return ended_ || place;
+        folder = ended_ ? nullptr : FindUnlisted();
+        return ended_ || folder;
     };
-    while (WaitUntil(changed_, lock, stop_, ended_or_found) && place && !stop_.stop_requested()) {
-        ListAhead(place, lock);
+    while (WaitUntil(changed_, lock, stop_, ended_or_found) && folder && !stop_.stop_requested()) {
+        ListAhead(folder, lock);
     }
 }
 

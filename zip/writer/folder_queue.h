@@ -1,6 +1,5 @@
-// The folders that a scan still has to look into, in the order of their turns. While the scan is
-// busy with one, threads of the queue list those that come next: most of the time of a listing is
-// waiting for the system.
+// The folders that a scan still has to read. While the scan handles one, helper threads list those
+// that follow: most of the time of a listing is waiting for the system.
 #pragma once
 
 #include <condition_variable>
@@ -17,53 +16,56 @@
 
 namespace vantrel::zip {
 
-// Used by one thread, that of the scan.
+// A stack of folders in the order of the scan (depth first). All public members are called from the
+// scan's thread. The order of the results does not depend on the number of threads.
 class FolderQueue {
   public:
     using Listing = std::vector<platform::FileInfo>;  // sorted by name
 
-    // Lists folders below `source` on up to `threads` threads, that of the scan among them; two are
-    // the most that pay. `stop` is that of the run.
+    // Lists folders below `source` on up to `threads` threads, the scan's included; at most two are
+    // used. `stop` is the run's token.
     FolderQueue(platform::FileSystem& files, std::string source, std::stop_token stop, int threads);
+    // Waits for listings in progress.
     ~FolderQueue();
     FolderQueue(const FolderQueue&) = delete;
     FolderQueue& operator=(const FolderQueue&) = delete;
 
-    // Folders whose turn comes before that of all others, the first of them first. Their names are
+    // Adds folders before all others in the queue, the first of `folders` first. Their names are
     // paths below the source.
     void Add(std::vector<platform::FileInfo> folders);
 
-    struct Turn {
+    struct ListedFolder {
         platform::FileInfo folder;
-        // Nothing when it is still to be listed: nobody has, or it did not work and has to be tried
-        // again by who can ask about it.
+        // Empty when not listed yet or when listing failed; the caller then lists the folder and
+        // may ask the user.
         std::optional<Listing> listing;
     };
-    // The next folder; nothing when none is left, or when the run is to stop.
-    std::optional<Turn> Next();
+    // Removes and returns the next folder; nothing when the queue is empty or the run is to stop.
+    // Waits when the folder is being listed, and lists others meanwhile.
+    std::optional<ListedFolder> Next();
 
-    // All entries of a folder. Raises what FileSystem::List does; cut short when the run is to
-    // stop.
+    // Lists a folder on the calling thread. Raises what FileSystem::List raises; incomplete when
+    // the run is to stop.
     Listing List(const std::string& folder) const;
 
   private:
-    struct Place;
+    struct QueuedFolder;
 
-    std::shared_ptr<Place> FindUnlisted() const;
-    void ListAhead(const std::shared_ptr<Place>& place, std::unique_lock<std::mutex>& lock);
+    std::shared_ptr<QueuedFolder> FindUnlisted() const;
+    void ListAhead(const std::shared_ptr<QueuedFolder>& folder, std::unique_lock<std::mutex>& lock);
     void HelperMain();
 
     platform::FileSystem& files_;
     const std::string source_;
     const std::stop_token stop_;
 
-    std::mutex mutex_;  // guards what follows
+    std::mutex mutex_;  // guards the members of this paragraph
     std::condition_variable changed_;
-    std::vector<std::shared_ptr<Place>> places_;  // the next one last
-    std::size_t held_ = 0;                        // entries of listings whose turn has not come
+    std::vector<std::shared_ptr<QueuedFolder>> queue_;  // in reverse order: the next one is last
+    std::size_t waiting_entries_ = 0;                   // entries of finished listings in the queue
     bool ended_ = false;
 
-    std::vector<std::jthread> helpers_;  // last, so that they end before what they use
+    std::vector<std::jthread> helpers_;  // last: joined before the other members are destroyed
 };
 
 }  // namespace vantrel::zip

@@ -1,5 +1,7 @@
-// What travels through the engine: jobs from the source to the workers, packed jobs from the
-// workers to the archive. A job is a batch of small files or one piece of a big one.
+// The units of work of a backup run (see archive_writer.h): a Job goes from the JobProducer to a
+// worker thread, which turns it into a PackedJob for the ArchiveSink. A job is either a batch of
+// small files and empty folders, or one chunk of a big file. Each object belongs to one thread at a
+// time.
 #pragma once
 
 #include <cstdint>
@@ -15,57 +17,67 @@
 
 namespace vantrel::zip {
 
-// What is said of a file that is left out, and of one that may not be what it was at any moment.
-inline ComponentMessage Unreadable(const std::string& path, const Error& error) {
+// Warnings for a skipped file and for a file that changed while it was read.
+inline ComponentMessage SkippedFileWarning(const std::string& path, const Error& error) {
     return Warning(path, Sentence("Skipped a file that cannot be read", path, error),
                    error.number());
 }
-inline ComponentMessage Changing(const std::string& path) {
+inline ComponentMessage ChangedFileWarning(const std::string& path) {
     return Warning(path, "Changed while it was read, stored as read: " + path);
 }
 
-// A part of a big file. Its pieces follow each other in the order of jobs.
-struct Piece {
+// A file that is stored after all others, as a big file, because it has grown above kChunkSize
+// since the scan, or (`store_only`) because its compressed data was not smaller and was removed
+// from the archive again.
+struct DeferredFile {
+    SourceItem item;
+    bool store_only = false;
+};
+
+// Up to kChunkSize bytes of a big file. The chunks of a file are jobs in direct succession.
+struct Chunk {
     bool first = false;
     bool last = false;
-    bool abandoned = false;       // the file cannot be read (on): `trouble` says why
-    bool again = false;           // was compressed before, did not shrink, and is now stored
-    std::uint64_t file_size = 0;  // when it was opened
+    bool unreadable = false;      // the file cannot be read (any further); implies `last`
+    bool store_only = false;      // of a DeferredFile
+    std::uint64_t file_size = 0;  // when the file was opened
     Method method = Method::kStored;
-    std::optional<ComponentMessage> trouble;
+    std::optional<ComponentMessage> warning;
 };
 
 struct Job {
-    std::uint64_t sequence = 0;     // place in the archive's order, from 0
-    std::vector<SourceItem> items;  // of a batch; of a piece, the one file
-    std::optional<Piece> piece;
-    Buffer data;              // of a piece: what the file has before it, then the piece, as read
-    std::size_t history = 0;  // bytes of `data` that stand before the piece, at most kHistory
+    std::uint64_t sequence = 0;     // position in the archive's order, from 0
+    std::vector<SourceItem> items;  // of a batch; for a chunk the one file
+    std::optional<Chunk> chunk;     // nothing for a batch
+    Buffer data;                    // for a chunk: history, then the chunk's bytes, as read
+    std::size_t history = 0;        // bytes of `data` before the chunk, at most kHistory
 
-    const std::uint8_t* PieceData() const { return data.data() + history; }
-    std::size_t PieceSize() const { return data.size() - history; }
+    const std::uint8_t* ChunkData() const { return data.data() + history; }
+    std::size_t ChunkSize() const { return data.size() - history; }
 };
 
-// One file or folder of a batch, packed.
-struct PackedItem {
-    bool stored = false;  // the batch holds it; its offset counts from the batch's first byte
-    bool moved = false;   // handed back, to be stored as a big file later
-    Entry entry;
+// One file or folder of a batch. Neither stored nor deferred: the file was skipped.
+struct PackedEntry {
+    bool stored = false;                 // header and data are in the batch's bytes
+    std::optional<SourceItem> deferred;  // becomes a DeferredFile
+    Entry entry;                         // its offset counts from the batch's first byte
     std::size_t header_size = 0;
     std::uint64_t listed_size = 0;
     std::string path;
-    std::optional<ComponentMessage> trouble;
+    std::optional<ComponentMessage> warning;
 };
 
 struct PackedJob {
-    std::vector<PackedItem> items;  // of a batch
-    std::optional<Piece> piece;
-    SourceItem file;        // of a piece: the file
-    std::string path;       // of a piece: where it is read from
-    Entry entry;            // of a piece: everything but CRC, sizes and offset
-    std::uint32_t crc = 0;  // of a piece
-    std::uint64_t raw_size = 0;
-    Buffer bytes;  // a batch's headers and data, or a piece's data
+    std::vector<PackedEntry> entries;  // of a batch
+    Buffer bytes;                      // a batch's local headers and data, or a chunk's data
+
+    // Of a chunk.
+    std::optional<Chunk> chunk;
+    SourceItem file;
+    std::string path;  // full path of the file
+    Entry entry;       // of the first chunk: all but CRC, sizes and offset
+    std::uint32_t crc = 0;
+    std::uint64_t raw_size = 0;  // uncompressed bytes
 };
 
 }  // namespace vantrel::zip

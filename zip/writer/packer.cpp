@@ -13,16 +13,15 @@ constexpr const char* kNotCompressed = "A file could not be compressed";
 
 }  // namespace
 
-Packer::Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
-               std::unique_ptr<Deflater> deflater)
-    : reader_(reader), source_(source), channel_(channel), deflater_(std::move(deflater)) {}
+Packer::Packer(SourceReader& reader, RunChannel& channel, std::unique_ptr<Deflater> deflater)
+    : reader_(reader), channel_(channel), deflater_(std::move(deflater)) {}
 
-PackedJob Packer::Pack(Job& job, Buffer room) {
+PackedJob Packer::Pack(const Job& job, Buffer recycled) {
     PackedJob packed;
-    packed.bytes = std::move(room);
+    packed.bytes = std::move(recycled);
     packed.bytes.Clear();
-    if (job.piece) {
-        PackPiece(job, packed);
+    if (job.chunk) {
+        PackChunk(job, packed);
     } else {
         PackBatch(job, packed);
     }
@@ -42,47 +41,46 @@ Entry Packer::MakeEntry(const SourceItem& item) {
     return entry;
 }
 
-void Packer::PackBatch(Job& job, PackedJob& packed) {
-    packed.items.reserve(job.items.size());
+void Packer::PackBatch(const Job& job, PackedJob& packed) {
+    packed.entries.reserve(job.items.size());
     for (const SourceItem& item : job.items) {
         channel_.CheckStop();
-        PackItem(item, packed);
+        packed.entries.push_back(PackItem(item, packed.bytes));
     }
 }
 
-void Packer::PackItem(const SourceItem& item, PackedJob& packed) {
-    PackedItem result;
+PackedEntry Packer::PackItem(const SourceItem& item, Buffer& bytes) {
+    PackedEntry result;
     result.path = JoinPath(reader_.folder(), item.name);
     result.listed_size = item.size;
     result.entry = MakeEntry(item);
     if (item.IsFolder()) {
         input_.Clear();
-        AppendFile(result, packed.bytes);
+        AppendEntry(result, bytes);
     } else {
-        PackFile(item, result, packed.bytes);
+        PackFile(item, result, bytes);
     }
-    packed.items.push_back(std::move(result));
+    return result;
 }
 
-void Packer::PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes) {
+void Packer::PackFile(const SourceItem& item, PackedEntry& result, Buffer& bytes) {
     try {
         if (reader_.Attempt([&] { return ReadFile(result); })) {
-            AppendFile(result, bytes);
+            AppendEntry(result, bytes);
         } else {
-            result.moved = true;
-            source_.StoreLater(item, false);
+            result.deferred = item;
         }
     } catch (const Error& error) {
-        result.trouble = Unreadable(result.path, error);
+        result.warning = SkippedFileWarning(result.path, error);
     }
 }
 
-// Reads the whole file into input_; false when it is too big for that by now. One byte more than
-// was listed is asked for: as long as that one is missing, nothing more needs to be asked.
-bool Packer::ReadFile(PackedItem& result) {
+// Reads the complete file into input_; false when it has grown above kChunkSize. Asks for one byte
+// more than was listed: when that byte is missing, the size is confirmed without another call.
+bool Packer::ReadFile(PackedEntry& result) {
     const auto file = reader_.machine().files.Open(result.path, platform::OpenMode::kRead);
     const auto listed = static_cast<std::size_t>(result.listed_size);
-    result.trouble.reset();
+    result.warning.reset();
     input_.Resize(listed + 1);
     std::size_t count = file->Read(input_.data(), input_.size());
     if (count == listed) {
@@ -98,19 +96,19 @@ bool Packer::ReadFile(PackedItem& result) {
     count += ReadFully(*file, input_.data() + count, input_.size() - count);
     input_.Resize(count);
     if (count != size || file->Size() != size) {
-        result.trouble = Changing(result.path);
+        result.warning = ChangedFileWarning(result.path);
     }
     return true;
 }
 
-// Appends header and data of what is in input_.
-void Packer::AppendFile(PackedItem& result, Buffer& bytes) {
+// Appends local header and data for the content of input_.
+void Packer::AppendEntry(PackedEntry& result, Buffer& bytes) {
     Entry& entry = result.entry;
     output_.Clear();
     const bool worth_it = deflater_ && !sampler_.LooksIncompressible(input_.data(), input_.size());
     const bool smaller =
         worth_it && UntilItWorks(channel_, Cannot(kNotCompressed, result.path), [&] {
-            return deflater_->Whole(input_.data(), input_.size(), output_);
+            return deflater_->Compress(input_.data(), input_.size(), output_);
         });
     const Buffer& data = smaller ? output_ : input_;
     entry.method = smaller ? Method::kDeflated : Method::kStored;
@@ -126,32 +124,33 @@ void Packer::AppendFile(PackedItem& result, Buffer& bytes) {
     result.stored = true;
 }
 
-void Packer::PackPiece(Job& job, PackedJob& packed) {
-    packed.piece = job.piece;
+void Packer::PackChunk(const Job& job, PackedJob& packed) {
+    packed.chunk = job.chunk;
     packed.file = job.items.front();
     packed.path = JoinPath(reader_.folder(), packed.file.name);
-    const Piece& piece = *job.piece;
-    if (piece.first) {
+    const Chunk& chunk = *job.chunk;
+    if (chunk.first) {
         packed.entry = MakeEntry(packed.file);
-        packed.entry.method = piece.method;
-        // What does not shrink is stored, so the packed size needs the wide field only with this
-        // one.
-        packed.entry.wide_local = NeedsWideSizes(piece.file_size, 0);
+        packed.entry.method = chunk.method;
+        // A file whose data does not shrink is stored in the end, so the uncompressed size alone
+        // decides whether 64-bit fields are needed.
+        packed.entry.wide_local = NeedsWideSizes(chunk.file_size, 0);
     }
-    const std::uint8_t* const data = job.PieceData();
-    const std::size_t size = job.PieceSize();
+    const std::uint8_t* const data = job.ChunkData();
+    const std::size_t size = job.ChunkSize();
     packed.raw_size = size;
     packed.crc = Crc32(data, size);
-    if (piece.abandoned) {
+    if (chunk.unreadable) {
         return;
     }
-    if (piece.method == Method::kStored) {
+    if (chunk.method == Method::kStored) {
         packed.bytes.Append(data, size);
     } else if (sampler_.LooksIncompressible(data, size)) {
-        StorePart(data, size, piece.last, packed.bytes);
+        StoreChunk(data, size, chunk.last, packed.bytes);
     } else {
-        UntilItWorks(channel_, Cannot(kNotCompressed, packed.path),
-                     [&] { deflater_->Part(data, size, piece.last, packed.bytes, job.history); });
+        UntilItWorks(channel_, Cannot(kNotCompressed, packed.path), [&] {
+            deflater_->CompressChunk(data, size, chunk.last, packed.bytes, job.history);
+        });
     }
 }
 

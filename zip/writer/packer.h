@@ -1,41 +1,44 @@
-// What a worker thread does with a job: read the small files, compress, prove, and lay out headers
-// and data as they will stand in the archive.
+// The part of a backup run that uses the processor: turns a job into the bytes of the archive.
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "zip/base/run_channel.h"
 #include "zip/base/source_reader.h"
 #include "zip/deflate/deflate.h"
-#include "zip/deflate/sampler.h"
 #include "zip/writer/jobs.h"
-#include "zip/writer/work_source.h"
 
 namespace vantrel::zip {
 
+// Reads the small files of a batch, compresses and verifies data, and lays out local headers and
+// data as they will stand in the archive. The result depends on the job and the files alone. Each
+// worker thread has its own Packer with its own compressor and buffers.
 class Packer {
   public:
-    // `deflater` is null when everything is to be stored as it is.
-    Packer(SourceReader& reader, WorkSource& source, RunChannel& channel,
-           std::unique_ptr<Deflater> deflater);
+    // `deflater` is null when everything is to be stored uncompressed.
+    Packer(SourceReader& reader, RunChannel& channel, std::unique_ptr<Deflater> deflater);
 
-    // `room` becomes the bytes of the result; what it holds is dropped.
-    PackedJob Pack(Job& job, Buffer room);
+    // Returns the packed job. `recycled` becomes its `bytes`; the content is dropped. A file that
+    // cannot be read is skipped with a warning; one that has grown above kChunkSize is deferred.
+    // Data that fails its verification is a question. Throws RunStopped.
+    PackedJob Pack(const Job& job, Buffer recycled);
 
   private:
-    void PackBatch(Job& job, PackedJob& packed);
-    void PackPiece(Job& job, PackedJob& packed);
-    void PackItem(const SourceItem& item, PackedJob& packed);
-    void PackFile(const SourceItem& item, PackedItem& result, Buffer& bytes);
-    bool ReadFile(PackedItem& result);
-    void AppendFile(PackedItem& result, Buffer& bytes);
+    void PackBatch(const Job& job, PackedJob& packed);
+    void PackChunk(const Job& job, PackedJob& packed);
+    PackedEntry PackItem(const SourceItem& item, Buffer& bytes);
+    void PackFile(const SourceItem& item, PackedEntry& result, Buffer& bytes);
+    bool ReadFile(PackedEntry& result);
+    void AppendEntry(PackedEntry& result, Buffer& bytes);
     Entry MakeEntry(const SourceItem& item);
 
     SourceReader& reader_;
-    WorkSource& source_;
     RunChannel& channel_;
     std::unique_ptr<Deflater> deflater_;
     Sampler sampler_;
+
+    // Buffers of the file in progress, kept because fresh memory is slow.
     Buffer input_;
     Buffer output_;
     std::string header_;

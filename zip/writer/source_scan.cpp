@@ -17,6 +17,9 @@ namespace {
 
 using platform::FileInfo;
 
+// Bytes of an encoded item before its name: attributes, size and three times.
+constexpr std::size_t kEncodedHeaderSize = 4 + 8 + 3 * 8;
+
 class Scanner {
   public:
     Scanner(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
@@ -33,8 +36,8 @@ class Scanner {
 
     SourceList Run() {
         ScanFolder({});
-        while (auto turn = queue_.Next()) {
-            ScanFolder(std::move(*turn));
+        while (auto listed = queue_.Next()) {
+            ScanFolder(std::move(*listed));
         }
         channel_.CheckStop();
         return std::move(list_);
@@ -45,32 +48,32 @@ class Scanner {
         try {
             return machine_.files.Find(own_.archive);
         } catch (const Error&) {
-            return std::nullopt;  // what cannot be looked at cannot be stored either
+            return std::nullopt;  // a file that cannot be found cannot be stored either
         }
     }
 
     // The folder's name is its path below the source folder, "" for that folder itself.
-    void ScanFolder(FolderQueue::Turn turn) {
-        const FileInfo& folder = turn.folder;
+    void ScanFolder(FolderQueue::ListedFolder listed) {
+        const FileInfo& folder = listed.folder;
         const std::string path = JoinPath(spec_.folder, folder.name);
-        if (!turn.listing) {
-            turn.listing = List(folder, path);
+        if (!listed.listing) {
+            listed.listing = List(folder, path);
         }
         channel_.CheckStop();
-        if (!turn.listing) {
+        if (!listed.listing) {
             return;
         }
-        bool holds_something = false;
-        for (FileInfo& info : *turn.listing) {
-            holds_something |= Consider(folder.name, path, info);
+        bool is_empty = true;
+        for (FileInfo& info : *listed.listing) {
+            is_empty &= !AddEntry(folder.name, path, info);
         }
         queue_.Add(std::exchange(sub_folders_, {}));
-        if (!holds_something && !folder.name.empty() && mask_.IsEverything()) {
+        if (is_empty && !folder.name.empty() && mask_.IsEverything()) {
             Add({folder.name, folder.attributes, 0, folder.times});
         }
     }
 
-    // Nothing when the folder cannot be read, which has then been said.
+    // Nothing when the folder cannot be read; the warning has been reported.
     std::optional<FolderQueue::Listing> List(const FileInfo& folder, const std::string& path) {
         for (;;) {
             try {
@@ -88,8 +91,9 @@ class Scanner {
         }
     }
 
-    // Whether the folder is more than an empty one because of this entry.
-    bool Consider(const std::string& folder_name, const std::string& folder, FileInfo& info) {
+    // Adds one entry of a folder to the list or to sub_folders_. False when the entry is not part
+    // of the backup, so that a folder with only such entries is stored as an empty one.
+    bool AddEntry(const std::string& folder_name, const std::string& folder, FileInfo& info) {
         const std::string path = JoinPath(folder, info.name);
         const bool wanted = info.IsFolder() ? spec_.sub_folders : mask_.Matches(info.name);
         if (!wanted) {
@@ -120,25 +124,25 @@ class Scanner {
         return true;
     }
 
-    // Compares names and figures first, because asking the disk for every file would take long.
+    // Compares names, sizes and times first: asking the disk about every file would be slow.
     bool IsOwn(const FileInfo& info, const std::string& path) {
         const bool like_archive = archive_ && archive_->size == info.size &&
                                   archive_->times.modified == info.times.modified;
-        return (like_archive && Same(path, own_.archive)) ||
+        return (like_archive && IsSameFile(path, own_.archive)) ||
                (machine_.code_page.Fold(info.name) == temporary_name_ &&
-                Same(path, own_.temporary));
+                IsSameFile(path, own_.temporary));
     }
 
-    bool Same(const std::string& path, const std::string& other) {
+    bool IsSameFile(const std::string& path, const std::string& other) {
         try {
             return machine_.files.SameFile(path, other);
         } catch (const Error&) {
-            return false;  // stored rather than lost
+            return false;  // in doubt the file is stored
         }
     }
 
     void Add(const SourceItem& item) {
-        list_.items.Append(PackItem(item));
+        list_.items.Append(EncodeItem(item));
         list_.bytes += item.size;
     }
 
@@ -154,16 +158,16 @@ class Scanner {
     DosMask mask_;
     std::optional<FileInfo> archive_;
     std::string temporary_name_;
-    std::vector<FileInfo> sub_folders_;  // of the folder that is looked into
+    std::vector<FileInfo> sub_folders_;  // of the folder in progress
     SourceList list_;
     FolderQueue queue_;
 };
 
 }  // namespace
 
-std::string PackItem(const SourceItem& item) {
+std::string EncodeItem(const SourceItem& item) {
     std::string record;
-    record.reserve(36 + item.name.size());
+    record.reserve(kEncodedHeaderSize + item.name.size());
     Put32(record, item.attributes);
     Put64(record, item.size);
     Put64(record, item.times.modified);
@@ -173,12 +177,27 @@ std::string PackItem(const SourceItem& item) {
     return record;
 }
 
-SourceItem UnpackItem(std::string_view record) {
-    return {std::string(record.substr(36)),
+SourceItem DecodeItem(std::string_view record) {
+    return {std::string(record.substr(kEncodedHeaderSize)),
             GetNumber<std::uint32_t>(record, 0),
             GetNumber<std::uint64_t>(record, 4),
             {GetNumber<std::uint64_t>(record, 12), GetNumber<std::uint64_t>(record, 20),
              GetNumber<std::uint64_t>(record, 28)}};
+}
+
+SourceSpec ParseFileSpec(std::string_view text) {
+    if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
+        text = text.substr(1, text.size() - 2);
+    }
+    const std::size_t slash = text.rfind('\\');
+    const std::size_t folder_size = slash == std::string_view::npos ? 0 : slash + 1;
+    SourceSpec spec;
+    // The parent of "C:\Data\x" is "C:\Data", of "C:\x" it is "C:\".
+    spec.folder = ParentOf(std::string(text.substr(0, folder_size)) + "x");
+    if (folder_size < text.size()) {
+        spec.mask = text.substr(folder_size);
+    }
+    return spec;
 }
 
 SourceList ScanSource(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,

@@ -1,4 +1,4 @@
-#include "zip/deflate/block_store.h"
+#include "zip/writer/record_list.h"
 
 #include <libdeflate.h>
 
@@ -13,9 +13,10 @@ namespace vantrel::zip {
 
 namespace {
 
-// Bytes of records that are packed together; more gains nothing, less loses common path prefixes.
+// Bytes of records that are compressed together. Larger blocks gain nothing; smaller ones share
+// fewer path prefixes and become larger.
 constexpr std::size_t kBlockSize = 128 * 1024;
-constexpr int kLevel = 2;  // of libdeflate: quick, and most of the gain
+constexpr int kLevel = 2;  // of libdeflate: a quick one that finds most of the gain
 
 const std::uint8_t* AsBytes(const std::string& text) {
     return reinterpret_cast<const std::uint8_t*>(text.data());
@@ -23,28 +24,27 @@ const std::uint8_t* AsBytes(const std::string& text) {
 
 }  // namespace
 
-struct BlockStore::Codec {
+struct RecordList::Codec {
     std::unique_ptr<RawCompressor> compressor = MakeCompressor(kLevel);
     std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor{
         libdeflate_alloc_decompressor(), libdeflate_free_decompressor};
 };
 
-BlockStore::BlockStore() = default;
-BlockStore::~BlockStore() = default;
-BlockStore::BlockStore(BlockStore&&) noexcept = default;
-BlockStore& BlockStore::operator=(BlockStore&&) noexcept = default;
+RecordList::RecordList() = default;
+RecordList::~RecordList() = default;
+RecordList::RecordList(RecordList&&) noexcept = default;
+RecordList& RecordList::operator=(RecordList&&) noexcept = default;
 
-void BlockStore::Append(std::string_view record) {
+void RecordList::Append(std::string_view record) {
     Put32(tail_, static_cast<std::uint32_t>(record.size()));
     tail_ += record;
     ++count_;
-    bytes_ += record.size();
     if (tail_.size() >= kBlockSize) {
         PackTail();
     }
 }
 
-void BlockStore::PackTail() {
+void RecordList::PackTail() {
     if (!codec_) {
         codec_ = std::make_unique<Codec>();
         if (!codec_->decompressor) {
@@ -63,7 +63,7 @@ void BlockStore::PackTail() {
     tail_.clear();
 }
 
-bool BlockStore::OpenNextBlock() {
+bool RecordList::OpenNextBlock() {
     current_position_ = 0;
     if (blocks_.empty()) {
         current_ = std::exchange(tail_, {});
@@ -81,14 +81,14 @@ bool BlockStore::OpenNextBlock() {
     return true;
 }
 
-bool BlockStore::Take(std::string& record) {
+std::optional<std::string> RecordList::Take() {
     if (current_position_ == current_.size() && !OpenNextBlock()) {
-        return false;
+        return std::nullopt;
     }
     const auto size = GetNumber<std::uint32_t>(current_, current_position_);
-    record.assign(current_, current_position_ + 4, size);
-    current_position_ += 4 + size;
-    return true;
+    const std::size_t begin = current_position_ + sizeof(size);
+    current_position_ = begin + size;
+    return current_.substr(begin, size);
 }
 
 }  // namespace vantrel::zip

@@ -1,0 +1,201 @@
+#include "tools/vzip_commands.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+
+#include "common/display_text.h"
+#include "common/product.h"
+#include "zip/deflate/deflate.h"
+#include "zip/reader/archive_extractor.h"
+#include "zip/reader/archive_source.h"
+#include "zip/records/directory_reader.h"
+#include "zip/writer/archive_writer.h"
+
+namespace vantrel::tools {
+
+namespace {
+
+int Number(const std::string& option, const std::string& text, int lowest, int highest) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value < lowest ||
+        value > highest) {
+        throw std::invalid_argument(option + " takes a number from " + std::to_string(lowest) +
+                                    " to " + std::to_string(highest));
+    }
+    return value;
+}
+
+// Returns the words that are not options. `handle` gets each other option's name and a function
+// that takes the option's value from the words; it returns false for an option that it does not
+// know.
+template <typename Handle>
+std::vector<std::string> ParseOptions(const std::vector<std::string>& words, Handle&& handle) {
+    std::vector<std::string> operands;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        const auto value = [&]() -> const std::string& {
+            if (i + 1 == words.size()) {
+                throw std::invalid_argument(word + " takes a value");
+            }
+            return words[++i];
+        };
+        if (!word.starts_with("--")) {
+            operands.push_back(word);
+        } else if (!handle(word, value)) {
+            throw std::invalid_argument("unknown option " + word);
+        }
+    }
+    return operands;
+}
+
+void RequireOperands(const std::vector<std::string>& operands, std::size_t count) {
+    if (operands.size() != count) {
+        throw std::invalid_argument(count == 1 ? "an archive is needed"
+                                               : "an archive and a folder are needed");
+    }
+}
+
+// Warnings and errors go to standard error, and a line of progress too if wanted.
+class Console : public zip::RunEvents {
+  public:
+    explicit Console(bool shows_progress) : shows_progress_(shows_progress) {}
+
+    void Overall(int percent, bool&) override {
+        if (shows_progress_ && percent != percent_) {
+            percent_ = percent;
+            std::fprintf(stderr, "\r%3d %%", percent);
+            std::fflush(stderr);
+        }
+    }
+    void OfFile(int) override {}
+    void Told(const zip::ComponentMessage& message) override {
+        if (message.kind != zip::MessageKind::kInformation) {
+            EndLine();
+            std::fprintf(stderr, "%s\n", message.text.c_str());
+        }
+    }
+    bool WantsEachFile() const override { return false; }
+    zip::Questions* Answers() override { return nullptr; }
+
+    void EndLine() {
+        if (percent_ >= 0) {
+            std::fputs("\n", stderr);
+            percent_ = -1;
+        }
+    }
+
+  private:
+    bool shows_progress_;
+    int percent_ = -1;
+};
+
+// The result of a run: how many entries, how many not, and the word for the latter.
+struct Summary {
+    zip::RunOutcome outcome;
+    std::uint64_t entries;
+    std::int32_t left_out;
+    const char* left_out_means;
+};
+
+// Prints the figures of a complete run unless `quiet`; returns the exit code.
+int Report(const Summary& summary, bool quiet) {
+    if (summary.outcome != zip::RunOutcome::kComplete) {
+        return kExitFailed;
+    }
+    if (!quiet) {
+        std::printf("%s, %d %s\n", Counted(summary.entries, "entry", "entries").c_str(),
+                    static_cast<int>(summary.left_out), summary.left_out_means);
+    }
+    return summary.left_out > 0 ? kExitSomeSkipped : kExitComplete;
+}
+
+}  // namespace
+
+std::string PlatformPath(const std::string& path) {
+    std::string full = std::filesystem::absolute(path).lexically_normal().string();
+#ifndef _WIN32
+    full = "Z:" + full;
+#endif
+    std::replace(full.begin(), full.end(), '/', '\\');
+    while (full.size() > 3 && full.back() == '\\') {
+        full.pop_back();
+    }
+    return full;
+}
+
+int CreateArchive(const platform::Machine& machine, const std::vector<std::string>& arguments) {
+    zip::WriterOptions options;
+    options.source.sub_folders = true;
+    bool quiet = false;
+    const auto operands = ParseOptions(arguments, [&](const std::string& name, auto value) {
+        if (name == "--level") {
+            options.level = Number(name, value(), 0, 9);
+        } else if (name == "--threads") {
+            options.threads = Number(name, value(), 1, 256);
+        } else if (name == "--mask") {
+            options.source.mask = value();
+        } else if (name == "--no-sub-folders") {
+            options.source.sub_folders = false;
+        } else {
+            quiet |= name == "--quiet";
+            return name == "--quiet";
+        }
+        return true;
+    });
+    RequireOperands(operands, 2);
+    options.archive = PlatformPath(operands[0]);
+    options.source.folder = PlatformPath(operands[1]);
+    Console console(!quiet);
+    const zip::WriterResult result = zip::WriteArchive(machine, options, console);
+    console.EndLine();
+    return Report({result.outcome, result.entries, result.skipped, "skipped"}, quiet);
+}
+
+int ListArchive(const platform::Machine& machine, const std::vector<std::string>& arguments) {
+    const auto operands = ParseOptions(arguments, [](const std::string&, auto) { return false; });
+    RequireOperands(operands, 1);
+    zip::ArchiveSource source(machine.files, PlatformPath(operands[0]));
+    const zip::Directory directory = zip::ReadDirectory(source, machine.code_page, machine.clock);
+    for (const zip::StoredEntry& entry : directory.entries) {
+        std::printf("%12llu  %s\n", static_cast<unsigned long long>(entry.size),
+                    EscapeControls(entry.name).c_str());
+    }
+    if (!directory.IsComplete()) {
+        std::fprintf(stderr, "%s\n", directory.trouble.c_str());
+        return kExitFailed;
+    }
+    return kExitComplete;
+}
+
+int ExtractFiles(const platform::Machine& machine, const std::vector<std::string>& arguments) {
+    zip::ExtractOptions options;
+    bool quiet = false;
+    const auto operands = ParseOptions(arguments, [&](const std::string& name, auto value) {
+        if (name == "--threads") {
+            options.threads = Number(name, value(), 1, 256);
+        } else {
+            quiet |= name == "--quiet";
+            return name == "--quiet";
+        }
+        return true;
+    });
+    RequireOperands(operands, 2);
+    options.archive = PlatformPath(operands[0]);
+    options.destination = PlatformPath(operands[1]);
+    Console console(false);
+    const zip::ExtractResult result = zip::ExtractArchive(machine, options, console);
+    return Report({result.outcome, result.entries, result.failed, "failed"}, quiet);
+}
+
+int ShowVersion() {
+    std::printf("vzip %s\n%s\n", product::VersionText().c_str(),
+                zip::CompressorDescription().c_str());
+    return kExitComplete;
+}
+
+}  // namespace vantrel::tools
