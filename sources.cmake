@@ -56,7 +56,8 @@ set(FORMS_SOURCES
     forms/folder_path.cpp
     forms/form.cpp
     forms/lists.cpp
-    forms/tree.cpp)
+    forms/tree.cpp
+    forms/window_manager.cpp)
 set(ZIP_SOURCES
     zip/base/dos_mask.cpp
     zip/base/paths.cpp
@@ -163,7 +164,6 @@ set(VIEWS_WIN32_SOURCES
     views/win32/bind_window.cpp
     views/win32/binder.cpp
     views/win32/control_ids.cpp
-    views/win32/desktop.cpp
     views/win32/fonts.cpp
     views/win32/icons.cpp
     views/win32/input_box.cpp
@@ -173,6 +173,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/taskbar.cpp
     views/win32/text.cpp
     views/win32/text_device.cpp
+    views/win32/win32_desktop.cpp
     views/win32/window_parts.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
@@ -245,7 +246,8 @@ set(FORMS_TESTS
     tests/forms/file_list_test.cpp
     tests/forms/folder_list_test.cpp
     tests/forms/form_test.cpp
-    tests/forms/lists_test.cpp)
+    tests/forms/lists_test.cpp
+    tests/forms/window_manager_test.cpp)
 # One suite for the controls as objects and as what is on the screen; the person in front of them
 # differs.
 set(VIEWS_TESTS

@@ -1,10 +1,10 @@
 // The input box: a prompt, a line of text, OK and Cancel.
 #include <string>
 
-#include "views/win32/desktop.h"
 #include "views/win32/fonts.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
+#include "views/win32/win32_desktop.h"
 
 namespace vantrel::views {
 
@@ -73,7 +73,7 @@ class InputBox {
 
 std::string Win32Desktop::Input(const std::string& prompt, const std::string& title,
                                 const std::string& default_text) {
-    return InputBox(prompt, title, default_text).Run(FrontWindow());
+    return InputBox(prompt, title, default_text).Run(BoxOwner());
 }
 
 }  // namespace vantrel::views

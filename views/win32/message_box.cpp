@@ -1,6 +1,6 @@
 #include "common/product.h"
-#include "views/win32/desktop.h"
 #include "views/win32/text.h"
+#include "views/win32/win32_desktop.h"
 
 namespace vantrel::views {
 
@@ -60,10 +60,9 @@ Answer AnswerOf(int pressed) {
 
 }  // namespace
 
-Answer Win32Desktop::Show(const forms::Box& box) {
-    if (session_ends_) return AnswerOf(box.buttons == Buttons::kYesNo ? IDNO : IDCANCEL);
+Answer Win32Desktop::ShowBox(const forms::Box& box) {
     const std::wstring title = Wide(box.title.empty() ? product::kName : box.title);
-    const HWND owner = FrontWindow();
+    const HWND owner = BoxOwner();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
     return AnswerOf(MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));
 }

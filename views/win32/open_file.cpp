@@ -7,8 +7,8 @@
 #include <array>
 #include <string>
 
-#include "views/win32/desktop.h"
 #include "views/win32/text.h"
+#include "views/win32/win32_desktop.h"
 
 namespace vantrel::views {
 
@@ -23,7 +23,7 @@ std::string Win32Desktop::OpenFile(const std::string& title, const std::string& 
     filters += L'\0';
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = FrontWindow();
+    dialog.hwndOwner = BoxOwner();
     dialog.lpstrFilter = filters.c_str();
     dialog.lpstrFile = path.data();
     dialog.nMaxFile = static_cast<DWORD>(path.size());

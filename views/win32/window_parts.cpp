@@ -3,8 +3,8 @@
 
 #include <uxtheme.h>
 
+#include "common/error.h"
 #include "views/win32/control_ids.h"
-#include "views/win32/desktop.h"
 #include "views/win32/icons.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
@@ -29,8 +29,8 @@ void KeepSystemFromScaling(HWND dialog) {
 
 }  // namespace
 
-WindowView::WindowView(Win32Desktop& desktop, forms::Form& form)
-    : desktop_(desktop), form_(&form), layout_(Wide(form.name()).c_str()) {
+WindowView::WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::Form& form)
+    : manager_(manager), taskbar_(taskbar), form_(&form), layout_(Wide(form.name()).c_str()) {
     window_ = MakeDialog(Wide(form.name()).c_str(), nullptr, layout_);
     if (!form.Caption().empty()) SetTextOf(window_, form.Caption());
     MakePages();

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "forms/controls.h"
-#include "views/win32/desktop.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
 
@@ -34,8 +33,6 @@ int PixelsOf(int twips, int dpi) {
 void WindowView::Show() {
     Resized();
     Centre();
-    form_->MarkVisible(true);
-    PostActivation();
     ShowWindow(window_, SW_SHOW);
     UpdateWindow(window_);
 }
@@ -65,11 +62,7 @@ void WindowView::PostActivation() {
 
 void WindowView::Activate() {
     activation_posted_ = false;
-    if (!form_->Visible()) return;
-    desktop_.Guarded([this] {
-        const forms::HandlerScope scope(*form_);
-        form_->Form_Activate();
-    });
+    manager_.RunActivation(*form_);
 }
 
 void WindowView::Changed(Aspect aspect) {
@@ -84,8 +77,7 @@ void WindowView::Changed(Aspect aspect) {
             RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
             break;
         case Aspect::kTaskProgress:
-            desktop_.taskbar().ShowProgress(GetAncestor(window_, GA_ROOTOWNER),
-                                            form_->TaskProgress());
+            taskbar_.ShowProgress(GetAncestor(window_, GA_ROOTOWNER), form_->TaskProgress());
             break;
         default:
             break;
@@ -101,7 +93,7 @@ void WindowView::TellSize() {
 
 void WindowView::Resized() {
     TellSize();
-    desktop_.Guarded([this] {
+    manager_.RunGuarded([this] {
         const forms::HandlerScope scope(*form_);
         form_->Form_Resize();
     });
@@ -134,7 +126,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
             TrackFocus();
             if (Binder* binder = Find(static_cast<int>(header.idFrom)))
-                desktop_.Guarded([&] { binder->Notify(header); });
+                manager_.RunGuarded([&] { binder->Notify(header); });
             return FALSE;
         }
         case WM_DRAWITEM: {
@@ -144,7 +136,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
         }
         case WM_CONTEXTMENU:
             if (Binder* binder = Find(GetDlgCtrlID(reinterpret_cast<HWND>(wparam))))
-                desktop_.Guarded([&] { binder->RightClick(); });
+                manager_.RunGuarded([&] { binder->RightClick(); });
             return TRUE;
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
@@ -174,17 +166,17 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
                 PostMessageW(window_, kHelpMessage, wparam - 1, 0);
             } else {
                 help_wanted_ = false;
-                desktop_.Help(*this);
+                manager_.Help(*form_);
             }
             return TRUE;
         case WM_ACTIVATE:
             help_key_held_ = false;
-            if (LOWORD(wparam) != WA_INACTIVE) desktop_.WindowActivated(*this);
+            if (LOWORD(wparam) != WA_INACTIVE) manager_.WindowActivated(*form_);
             return FALSE;  // the dialog manager restores the focus
         case WM_TIMER:
             for (const auto& binder : binders_) {
                 if (reinterpret_cast<WPARAM>(binder.get()) != wparam) continue;
-                desktop_.Guarded([&] { binder->Tick(); });
+                manager_.RunGuarded([&] { binder->Tick(); });
                 break;
             }
             return TRUE;
@@ -202,16 +194,16 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             return TRUE;
         case WM_SYSCOMMAND:
             if ((wparam & 0xFFF0) != SC_CLOSE) return FALSE;
-            desktop_.Close(*this, forms::UnloadMode::kControlMenu);
+            manager_.Close(*form_, forms::UnloadMode::kControlMenu);
             return TRUE;
         case WM_CLOSE:
-            desktop_.Close(*this, forms::UnloadMode::kTaskManager);
+            manager_.Close(*form_, forms::UnloadMode::kTaskManager);
             return TRUE;
         case WM_QUERYENDSESSION:
             SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
             return TRUE;
         case WM_ENDSESSION:
-            if (wparam) desktop_.EndSession();
+            if (wparam) manager_.EndSession();
             return TRUE;
         default:
             return FALSE;
@@ -219,13 +211,13 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void WindowView::Command(int id, WORD code) {
-    if (id == IDCANCEL) return desktop_.Escape(*this);
+    if (id == IDCANCEL) return manager_.Escape(*form_);
     TrackFocus();  // a handler may ask who has the keyboard
-    if (Binder* binder = Find(id)) desktop_.Guarded([&] { binder->Command(code); });
+    if (Binder* binder = Find(id)) manager_.RunGuarded([&] { binder->Command(code); });
 }
 
 bool WindowView::ShowPointer(HWND over, WORD hit) {
-    if (desktop_.pointer() == forms::Pointer::kHourglass) {
+    if (manager_.CurrentPointer() == forms::Pointer::kHourglass) {
         SetCursor(LoadCursorW(nullptr, IDC_WAIT));
         return true;
     }
@@ -258,7 +250,7 @@ bool WindowView::PreTranslate(MSG& message) {
             auto& tabs = static_cast<forms::Tabs&>(binder->control());
             const int count = static_cast<int>(tabs.Captions().size());
             const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
-            desktop_.Guarded([&] { tabs.SetTab((tabs.Tab() + step) % count); });
+            manager_.RunGuarded([&] { tabs.SetTab((tabs.Tab() + step) % count); });
             return true;
         }
     }

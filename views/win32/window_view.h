@@ -11,18 +11,18 @@
 #include <vector>
 
 #include "forms/form.h"
+#include "forms/window_manager.h"
 #include "views/win32/binder.h"
 #include "views/win32/layout.h"
 #include "views/win32/owned.h"
+#include "views/win32/taskbar.h"
 
 namespace vantrel::views {
-
-class Win32Desktop;
 
 class WindowView : public forms::ControlView {
   public:
     // Throws vantrel::Error when a resource or a real control is missing.
-    WindowView(Win32Desktop& desktop, forms::Form& form);
+    WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::Form& form);
     ~WindowView() override;
     WindowView(const WindowView&) = delete;
     WindowView& operator=(const WindowView&) = delete;
@@ -31,8 +31,7 @@ class WindowView : public forms::ControlView {
     // The form while the window is there, otherwise nullptr.
     forms::Form* form() const { return form_; }
 
-    // Shows the window, centred over its owner or on the screen. Form_Resize comes before, and
-    // Form_Activate by and by.
+    // Form_Resize, then shows the window, centred over its owner or on the screen.
     void Show();
     void Hide();
     void SetOwner(HWND owner);
@@ -87,7 +86,8 @@ class WindowView : public forms::ControlView {
     HWND RealControl(int id) const;
     Binder* Find(int id) const;
 
-    Win32Desktop& desktop_;
+    forms::WindowManager& manager_;
+    Taskbar& taskbar_;
     forms::Form* form_;
     HWND window_ = nullptr;
     HWND tooltip_ = nullptr;
