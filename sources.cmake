@@ -7,45 +7,28 @@ set(COMMON_SOURCES
     common/product.cpp
     common/utf.cpp)
 set(PLATFORM_SOURCES
-    platform/command_line.cpp
-    platform/disk_space.cpp
     platform/file_system.cpp
     platform/mail.cpp
-    platform/mail_draft.cpp
+    platform/machine_support.cpp
     platform/text_file.cpp)
 set(PLATFORM_HOST_SOURCES
-    platform/host/host_clock.cpp
     platform/host/host_code_page.cpp
-    platform/host/host_drive_map.cpp
     platform/host/host_drives.cpp
-    platform/host/host_error.cpp
     platform/host/host_file.cpp
     platform/host/host_file_system.cpp
     platform/host/host_folder.cpp
     platform/host/host_info.cpp
-    platform/host/host_list.cpp
-    platform/host/host_machine.cpp
     platform/host/host_path.cpp
-    platform/host/host_process.cpp
-    platform/host/host_settings.cpp
-    platform/host/host_sharing.cpp)
+    platform/host/host_services.cpp)
 set(PLATFORM_WIN32_SOURCES
     platform/win32/disk_path.cpp
-    platform/win32/find_data.cpp
-    platform/win32/mapi_library.cpp
-    platform/win32/retry.cpp
     platform/win32/system_error.cpp
-    platform/win32/wide.cpp
-    platform/win32/win32_clock.cpp
     platform/win32/win32_code_page.cpp
-    platform/win32/win32_drives.cpp
     platform/win32/win32_file.cpp
     platform/win32/win32_file_system.cpp
     platform/win32/win32_machine.cpp
     platform/win32/win32_mail.cpp
-    platform/win32/win32_process.cpp
-    platform/win32/win32_settings.cpp
-    platform/win32/win32_shell.cpp)
+    platform/win32/win32_services.cpp)
 set(FORMS_SOURCES
     forms/control.cpp
     forms/controls.cpp
@@ -210,8 +193,7 @@ set(COMMON_TESTS
     tests/common/file_name_test.cpp
     tests/common/utf_test.cpp)
 set(PLATFORM_TESTS
-    tests/platform/command_line_test.cpp
-    tests/platform/disk_space_test.cpp
+    tests/platform/machine_support_test.cpp
     tests/platform/mail_test.cpp
     tests/platform/seam_drives_test.cpp
     tests/platform/seam_facts_test.cpp
@@ -235,7 +217,7 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_mail_test.cpp
     tests/platform/win32_names_test.cpp
     tests/platform/win32_path_test.cpp
-    tests/platform/win32_patience_test.cpp
+    tests/platform/win32_retry_test.cpp
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
     tests/platform/win32_sharing_test.cpp

@@ -60,10 +60,7 @@ class Clock {
   public:
     virtual ~Clock() = default;
     virtual LocalTime Now() = 0;
-    virtual Ticks UtcNow() = 0;
     virtual LocalTime ToLocal(Ticks utc) = 0;
-    // Milliseconds from an arbitrary start; never goes backwards.
-    virtual std::uint64_t Milliseconds() = 0;
     // Blocks the calling thread.
     virtual void Sleep(std::chrono::milliseconds time) = 0;
     // Waits until `signal` is notified or `time` is over; may also return early.

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace vantrel::platform {
 
@@ -66,6 +67,48 @@ class MailMessages {
     virtual void SetAttachmentPosition(int position) = 0;
     // Hands the message over; with `dialog` its user writes it and may close it unsent (1).
     virtual void Send(bool dialog) = 0;
+};
+
+// A message while its fields are set. Implementations of MailMessages derive from MailDraft.
+struct MailAttachment {
+    std::string path;
+    int position = MailMessages::kNoPosition;
+};
+
+struct MailMessage {
+    std::string recipient_name;
+    std::string recipient_address;
+    bool resolution_dialog = false;
+    std::string subject;
+    std::string note_text;
+    std::vector<MailAttachment> attachments;
+};
+
+class MailDraft : public MailMessages {
+  public:
+    void SetSessionId(MailSessionId session) override { session_ = session; }
+    void SetMessageIndex(int index) override;
+    void Compose() override;
+    void SetRecipientDisplayName(const std::string& name) override;
+    void SetRecipientAddress(const std::string& address) override;
+    void SetAddressResolutionDialog(bool on) override { message_.resolution_dialog = on; }
+    void SetSubject(const std::string& subject) override { message_.subject = subject; }
+    void SetNoteText(const std::string& text) override { message_.note_text = text; }
+    void SetAttachmentIndex(int index) override;
+    void SetAttachmentPath(const std::string& path) override { Attachment().path = path; }
+    void SetAttachmentPosition(int position) override { Attachment().position = position; }
+    void Send(bool dialog) override;
+
+  protected:
+    // Hands the complete message to the mail program.
+    virtual void Deliver(MailSessionId session, const MailMessage& message, bool dialog) = 0;
+
+  private:
+    MailAttachment& Attachment();
+
+    MailSessionId session_ = 0;
+    MailMessage message_;
+    std::size_t attachment_ = 0;
 };
 
 }  // namespace vantrel::platform

@@ -1,10 +1,41 @@
-// Drive questions, answered from the drive map and the host's file systems.
+// Which host folder stands behind each drive letter, and the answers about drives made from that
+// map and the host's file systems. The map may change while others use it (a disk is taken out).
+// Safe from any thread.
 #pragma once
 
-#include "platform/host/host_drive_map.h"
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
 #include "platform/machine.h"
 
 namespace vantrel::platform {
+
+struct HostDrive {
+    std::string folder;  // host path of the drive's root
+    int type = drive_type::kFixed;
+    std::string label{};
+    bool ready = true;  // false: a drive without a disk
+    // Names are found as they are spelled only, as the host's own programs find them. Saves looking
+    // through a folder for another spelling of each name that is not there, and keeping account of
+    // who has which new file open.
+    bool exact_names = false;
+};
+
+class HostDriveMap {
+  public:
+    HostDriveMap() = default;
+    explicit HostDriveMap(std::map<char, HostDrive> drives) : drives_(std::move(drives)) {}
+
+    // `letter` is a capital.
+    std::optional<HostDrive> Get(char letter) const;
+    void Set(char letter, HostDrive drive);
+
+  private:
+    mutable std::mutex mutex_;
+    std::map<char, HostDrive> drives_;
+};
 
 class HostDrives : public Drives {
   public:

@@ -1,15 +1,34 @@
-// An open file of the host.
+// An open file of the host, and the table of open files. The host lets everybody open everything;
+// the table refuses what the open modes exclude, within this process.
 #pragma once
+
+#include <sys/types.h>
 
 #include <memory>
 #include <optional>
 
 #include "platform/file_system.h"
-#include "platform/host/host_handles.h"
 #include "platform/host/host_path.h"
-#include "platform/host/host_sharing.h"
 
 namespace vantrel::platform {
+
+// A file's place in the table for as long as it is open.
+class HostShare {
+  public:
+    // Raises 70 when somebody who has the file open excludes `mode`, or the other way round.
+    HostShare(dev_t device, ino_t number, OpenMode mode);
+    ~HostShare();
+    HostShare(const HostShare&) = delete;
+    HostShare& operator=(const HostShare&) = delete;
+
+    // Raises 70 when somebody has the file open who does not let others rename or remove it.
+    static void CheckMovable(dev_t device, ino_t number);
+
+  private:
+    dev_t device_;
+    ino_t number_;
+    OpenMode mode_;
+};
 
 class HostFile : public File {
   public:

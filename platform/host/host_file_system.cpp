@@ -7,13 +7,10 @@
 #include <cerrno>
 
 #include "common/error.h"
-#include "platform/host/host_error.h"
 #include "platform/host/host_file.h"
 #include "platform/host/host_folder.h"
 #include "platform/host/host_info.h"
-#include "platform/host/host_list.h"
 #include "platform/host/host_path.h"
-#include "platform/host/host_sharing.h"
 
 namespace vantrel::platform {
 
@@ -38,9 +35,9 @@ bool Status(HostPlace& place, struct stat& status, int flags) {
 }
 
 // The status of what must be there.
-struct stat Needed(HostPlace& place, HostDeed deed) {
+struct stat Needed(HostPlace& place, FileOperation operation) {
     struct stat status;
-    if (!Status(place, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, deed);
+    if (!Status(place, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, operation);
     return status;
 }
 
@@ -55,7 +52,7 @@ std::optional<FileInfo> FindAt(HostPlace& place) {
     const bool found = InAnySpelling(place, [&] {
         return ::statx(place.Folder(), place.Name(), AT_SYMLINK_NOFOLLOW, kHostMask, &status) == 0;
     });
-    if (!found) RaiseHostError(errno, HostDeed::kFile);
+    if (!found) RaiseHostError(errno, FileOperation::kFile);
     // The root of a drive is a folder even where it is a link on the host.
     if (place.IsRoot() && S_ISLNK(status.stx_mode)) {
         ::statx(place.Folder(), place.Name(), 0, kHostMask, &status);
@@ -73,7 +70,7 @@ void CheckMovable(const struct stat& status) {
 void CheckReplaceable(HostPlace& target) {
     struct stat status;
     if (!Status(target, status, AT_SYMLINK_NOFOLLOW)) {
-        if (errno != ENOENT) RaiseHostError(errno, HostDeed::kFile);
+        if (errno != ENOENT) RaiseHostError(errno, FileOperation::kFile);
         return;
     }
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
@@ -135,7 +132,7 @@ void HostFileSystem::MakeFolder(const std::string& path) {
     if (in_one_go && ::mkdirat(place.Folder(), place.Name(), 0777) == 0) return;
     if (parsed.IsRoot() || place.Respell()) RaiseError(kPathFileAccess);
     if (::mkdirat(place.Folder(), place.Name(), 0777) != 0) {
-        RaiseHostError(errno, HostDeed::kFolder);
+        RaiseHostError(errno, FileOperation::kFolder);
     }
 }
 
@@ -143,9 +140,10 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     const HostPath from_path(from);
     const HostPath to_path(to);
     HostPlace source(drives_, from_path);
-    const struct stat status = Needed(source, HostDeed::kFile);
+    const struct stat status = Needed(source, FileOperation::kFile);
     if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
-    const HostDeed deed = S_ISDIR(status.st_mode) ? HostDeed::kFolder : HostDeed::kFile;
+    const FileOperation operation =
+        S_ISDIR(status.st_mode) ? FileOperation::kFolder : FileOperation::kFile;
     if (from_path.IsRoot()) RaiseError(kPathFileAccess);
     HostPlace target(drives_, to_path);
     const std::string wanted = target.Path();
@@ -159,7 +157,7 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     CheckMovable(status);
     if (::renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(),
                     RENAME_NOREPLACE) != 0) {
-        RaiseHostError(errno, errno == EEXIST ? HostDeed::kFile : deed);
+        RaiseHostError(errno, errno == EEXIST ? FileOperation::kFile : operation);
     }
 }
 
@@ -167,24 +165,25 @@ void HostFileSystem::Replace(const std::string& from, const std::string& to) {
     const HostPath from_path(from);
     const HostPath to_path(to);
     HostPlace source(drives_, from_path);
-    const struct stat status = Needed(source, HostDeed::kFile);
+    const struct stat status = Needed(source, FileOperation::kFile);
     if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
     if (S_ISDIR(status.st_mode)) RaiseError(kPermissionDenied);
     CheckMovable(status);
     HostPlace target(drives_, to_path);
     CheckReplaceable(target);
     if (::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
 }
 
 void HostFileSystem::RemoveFile(const std::string& path) {
     HostPlace place(drives_, HostPath(path));
-    const struct stat status = Needed(place, HostDeed::kFile);
+    const struct stat status = Needed(place, FileOperation::kFile);
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
     if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
     CheckMovable(status);
-    if (::unlinkat(place.Folder(), place.Name(), 0) != 0) RaiseHostError(errno, HostDeed::kFile);
+    if (::unlinkat(place.Folder(), place.Name(), 0) != 0)
+        RaiseHostError(errno, FileOperation::kFile);
 }
 
 void HostFileSystem::RemoveFolder(const std::string& path) {
@@ -193,21 +192,21 @@ void HostFileSystem::RemoveFolder(const std::string& path) {
     if (parsed.IsRoot()) RaiseError(kPathFileAccess);
     const bool removed = InAnySpelling(
         place, [&] { return ::unlinkat(place.Folder(), place.Name(), AT_REMOVEDIR) == 0; });
-    if (!removed) RaiseHostError(errno, HostDeed::kFolder);
+    if (!removed) RaiseHostError(errno, FileOperation::kFolder);
 }
 
 void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
     HostPlace place(drives_, HostPath(path));
-    Needed(place, HostDeed::kFile);
+    Needed(place, FileOperation::kFile);
     StoreAttributes(place, attributes);
 }
 
 void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
     HostPlace place(drives_, HostPath(path));
     // The host does not even look where neither time is to change.
-    Needed(place, HostDeed::kFile);
+    Needed(place, FileOperation::kFile);
     if (::utimensat(place.Folder(), place.Name(), HostTimes(times).values, 0) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
 }
 

@@ -1,12 +1,12 @@
-// A folder of the host that files are made in.
+// A folder of the host: creating several files in it, and listing it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "platform/file_system.h"
-#include "platform/host/host_drive_map.h"
-#include "platform/host/host_handles.h"
+#include "platform/host/host_path.h"
 
 namespace vantrel::platform {
 
@@ -29,5 +29,9 @@ class HostFolder : public Folder {
     int asked_ = 0;  // how many files for, up to the second
     HostFd folder_;
 };
+
+// One pass over the folder, one status question an entry and, where the file system can keep
+// extended attributes at all, one for those. Raises as FileSystem::List does.
+void ListHostFolder(HostPlace& place, const std::function<bool(const FileInfo&)>& each);
 
 }  // namespace vantrel::platform

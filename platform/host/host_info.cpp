@@ -9,11 +9,49 @@
 #include <string_view>
 
 #include "common/error.h"
-#include "platform/host/host_error.h"
 
 namespace vantrel::platform {
 
 namespace {
+
+using namespace error_number;
+
+int FileNumber(int code) {
+    switch (code) {
+        case ENOENT:
+            return kFileNotFound;
+        case ENOTDIR:
+        case ELOOP:
+            return kPathNotFound;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case EISDIR:
+        case ETXTBSY:
+        case EBUSY:
+        case ENXIO:  // a pipe or socket that no other process has open
+            return kPermissionDenied;
+        case EEXIST:
+            return kFileExists;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            return kDiskFull;
+        case EXDEV:
+            return kAcrossDrives;
+        case ENAMETOOLONG:
+        case EILSEQ:
+            return kBadFileName;
+        case ENOMEM:
+            return kOutOfMemory;
+        case ENODEV:
+            return kDeviceUnavailable;
+        case ENOMEDIUM:
+            return kDiskNotReady;
+        default:
+            return kDeviceIo;
+    }
+}
 
 constexpr const char* kStored = "user.DOSATTRIB";
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
@@ -46,7 +84,7 @@ void StoreMode(const HostPlace& place, unsigned mode, bool read_only) {
     if (IsReadOnlyMode(mode) == read_only) return;
     const unsigned wanted = read_only ? mode & ~0222u : mode | 0200u;
     if (::fchmodat(place.Folder(), place.Name(), wanted & 07777u, 0) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
 }
 
@@ -60,7 +98,7 @@ void StoreBits(const std::string& host_path, std::uint32_t bits, bool folder) {
         if (::setxattr(host_path.c_str(), kStored, text.data(), text.size(), 0) == 0) return;
     }
     RaiseError(errno == EOPNOTSUPP ? error_number::kPermissionDenied
-                                   : HostErrorNumber(errno, HostDeed::kFile));
+                                   : HostErrorNumber(errno, FileOperation::kFile));
 }
 
 struct timespec HostTime(Ticks ticks) {
@@ -70,6 +108,16 @@ struct timespec HostTime(Ticks ticks) {
 }
 
 }  // namespace
+
+int HostErrorNumber(int code, FileOperation operation) {
+    const bool of_a_file = operation == FileOperation::kFile;
+    if (!of_a_file && (code == ENOTEMPTY || code == EINVAL)) return kPathFileAccess;
+    return NumberFor(operation, FileNumber(code));
+}
+
+void RaiseHostError(int code, FileOperation operation) {
+    RaiseError(HostErrorNumber(code, operation));
+}
 
 Ticks TicksOf(std::int64_t seconds, std::uint32_t nanoseconds) {
     const std::int64_t ticks = seconds * kTicksPerSecond + nanoseconds / 100 + kEpochTicks;
@@ -119,7 +167,7 @@ bool AddStoredAttributes(const std::string& host_path, FileInfo& info) {
 void StoreAttributes(const HostPlace& place, std::uint32_t attributes) {
     struct stat status;
     if (::fstatat(place.Folder(), place.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
     const bool folder = S_ISDIR(status.st_mode);
     // What a link or a device bears is not ours to change.

@@ -11,6 +11,7 @@
 
 #include "platform/file_system.h"
 #include "platform/host/host_path.h"
+#include "platform/machine_support.h"
 
 namespace vantrel::platform {
 
@@ -38,5 +39,10 @@ struct HostTimes {
 // From and to the host's time, seconds since 1970.
 Ticks TicksOf(std::int64_t seconds, std::uint32_t nanoseconds);
 std::int64_t SecondsOf(Ticks ticks);  // rounded down
+
+// The run-time error number for an errno value.
+int HostErrorNumber(int code, FileOperation operation);
+
+[[noreturn]] void RaiseHostError(int code, FileOperation operation);
 
 }  // namespace vantrel::platform

@@ -49,7 +49,7 @@ LARGE_INTEGER Position(std::uint64_t bytes) {
 }  // namespace
 
 std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const Pause& pause) {
-    if (path.IsRoot()) RaiseSystemError(ERROR_ACCESS_DENIED, Deed::kFile, path);
+    if (path.IsRoot()) RaiseSystemError(ERROR_ACCESS_DENIED, FileOperation::kFile, path);
     const Opening how = OpeningFor(mode);
     FileHandle handle;
     const auto open = [&] {
@@ -57,11 +57,11 @@ std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const
                                         how.disposition, how.flags, nullptr));
         return handle.IsValid();
     };
-    const bool patient = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
-    const DWORD code = patient  ? RunPatiently(open, pause)
+    const bool retries = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
+    const DWORD code = retries  ? RetryWhileLocked(open, pause)
                        : open() ? ERROR_SUCCESS
                                 : GetLastError();
-    if (code != ERROR_SUCCESS) RaiseSystemError(code, Deed::kFile, path);
+    if (code != ERROR_SUCCESS) RaiseSystemError(code, FileOperation::kFile, path);
     auto file = std::make_unique<Win32File>(std::move(handle));
     if (mode == OpenMode::kWrite) file->Truncate(0);
     return file;
