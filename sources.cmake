@@ -32,14 +32,11 @@ set(PLATFORM_WIN32_SOURCES
 set(FORMS_SOURCES
     forms/control.cpp
     forms/controls.cpp
-    forms/drive_list.cpp
-    forms/file_list.cpp
+    forms/file_lists.cpp
     forms/folder_dialog.cpp
-    forms/folder_list.cpp
     forms/folder_path.cpp
     forms/form.cpp
     forms/lists.cpp
-    forms/tree.cpp
     forms/window_manager.cpp)
 set(ZIP_SOURCES
     zip/base/dos_mask.cpp
@@ -146,18 +143,12 @@ set(VIEWS_WIN32_SOURCES
     views/win32/bind_tree.cpp
     views/win32/bind_window.cpp
     views/win32/binder.cpp
-    views/win32/control_ids.cpp
-    views/win32/fonts.cpp
-    views/win32/icons.cpp
-    views/win32/input_box.cpp
+    views/win32/dialogs.cpp
     views/win32/layout.cpp
-    views/win32/message_box.cpp
-    views/win32/open_file.cpp
-    views/win32/taskbar.cpp
     views/win32/text.cpp
-    views/win32/text_device.cpp
     views/win32/win32_desktop.cpp
     views/win32/window_parts.cpp
+    views/win32/window_resources.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES

@@ -64,4 +64,18 @@ class Desktop {
     virtual void SetPointer(Pointer pointer) = 0;
 };
 
+// Shows the hourglass while it lives; then the default pointer, also when the work has failed.
+class Hourglass {
+  public:
+    explicit Hourglass(Desktop& desktop) : desktop_(desktop) {
+        desktop_.SetPointer(Pointer::kHourglass);
+    }
+    ~Hourglass() { desktop_.SetPointer(Pointer::kDefault); }
+    Hourglass(const Hourglass&) = delete;
+    Hourglass& operator=(const Hourglass&) = delete;
+
+  private:
+    Desktop& desktop_;
+};
+
 }  // namespace vantrel::forms

@@ -6,7 +6,7 @@
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
 #include "common/error.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 #include "log/show_error.h"
 #include "progress/retry_box.h"
 #include "protect/clsCfg.h"

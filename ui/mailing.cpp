@@ -2,7 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/product.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 #include "log/clsLog.h"
 #include "log/show_error.h"
 

@@ -1,8 +1,7 @@
 #include <algorithm>
 
-#include "views/win32/binders.h"
+#include "views/win32/binder.h"
 #include "views/win32/text.h"
-#include "views/win32/text_device.h"
 
 namespace vantrel::views {
 
@@ -48,7 +47,7 @@ int LinesOnScreen(HWND edit) {
 
 class TextBoxBinder : public Binder {
   public:
-    TextBoxBinder(WindowView& window, forms::TextBox& box, HWND handle, int id)
+    TextBoxBinder(BinderWindow& window, forms::TextBox& box, HWND handle, int id)
         : Binder(window, box, handle, id), box_(box) {
         SendMessageW(handle, EM_SETLIMITTEXT, 0, 0);  // as much as there is memory for
         SetWindowSubclass(handle, EditProcedure, 0, box.MultiLine());
@@ -66,7 +65,7 @@ class TextBoxBinder : public Binder {
 
   protected:
     // A file comes line by line; nobody wants to see each.
-    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kAppended; }
+    bool Defers(Aspect aspect) const override { return aspect == Aspect::kAppended; }
 
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kText || aspect == Aspect::kAppended) {
@@ -94,7 +93,7 @@ class TextBoxBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindTextBox(WindowView& window, forms::TextBox& box, HWND handle, int id) {
+OwnedBinder BindTextBox(BinderWindow& window, forms::TextBox& box, HWND handle, int id) {
     return std::make_unique<TextBoxBinder>(window, box, handle, id);
 }
 

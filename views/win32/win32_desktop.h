@@ -11,7 +11,6 @@
 
 #include "common/error.h"
 #include "forms/window_manager.h"
-#include "views/win32/taskbar.h"
 #include "views/win32/window_view.h"
 
 namespace vantrel::views {

@@ -30,6 +30,35 @@ int PixelsOf(int twips, int dpi) {
 
 }  // namespace
 
+Taskbar::~Taskbar() {
+    if (list_) list_->Release();
+    if (initialized_) CoUninitialize();
+}
+
+bool Taskbar::Connect() {
+    if (tried_) return list_ != nullptr;
+    tried_ = true;
+    initialized_ = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    void* list = nullptr;
+    if (FAILED(CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
+                                &list)))
+        return false;
+    list_ = static_cast<ITaskbarList3*>(list);
+    if (SUCCEEDED(list_->HrInit())) return true;
+    list_->Release();
+    list_ = nullptr;
+    return false;
+}
+
+void Taskbar::ShowProgress(HWND window, int percent) {
+    if (!window || !Connect()) return;
+    if (percent < 0) {
+        list_->SetProgressState(window, TBPF_NOPROGRESS);
+    } else {
+        list_->SetProgressValue(window, static_cast<ULONGLONG>(percent), 100);
+    }
+}
+
 void WindowView::Show() {
     Resized();
     Centre();
@@ -84,7 +113,7 @@ void WindowView::Changed(Aspect aspect) {
     }
 }
 
-void WindowView::TellSize() {
+void WindowView::StoreSize() {
     RECT outer{};
     GetWindowRect(window_, &outer);
     form_->MarkSize(TwipsOf(outer.right - outer.left, dpi_),
@@ -92,7 +121,7 @@ void WindowView::TellSize() {
 }
 
 void WindowView::Resized() {
-    TellSize();
+    StoreSize();
     manager_.RunGuarded([this] {
         const forms::HandlerScope scope(*form_);
         form_->Form_Resize();
@@ -147,7 +176,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
             SetWindowLongPtrW(window, DWLP_MSGRESULT, TRUE);
             return TRUE;
-        case WM_NEXTDLGCTL:  // from a text view, which knows of its page only
+        case WM_NEXTDLGCTL:  // from a text view, which knows only its page
             if (window == window_) return FALSE;
             SendMessageW(window_, message, wparam, lparam);
             return TRUE;
@@ -212,7 +241,7 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void WindowView::Command(int id, WORD code) {
     if (id == IDCANCEL) return manager_.Escape(*form_);
-    TrackFocus();  // a handler may ask who has the keyboard
+    TrackFocus();  // a handler may ask for the active control
     if (Binder* binder = Find(id)) manager_.RunGuarded([&] { binder->Command(code); });
 }
 
@@ -233,10 +262,9 @@ INT_PTR WindowView::Colors(HDC device, HWND control) {
     return binder ? reinterpret_cast<INT_PTR>(binder->Colors(device)) : 0;
 }
 
-// A key that is held down asks once.
-// A menu or a box may hand one key press on twice: by itself, and as every window does with what it
-// leaves. A menu takes the key off the queue, which is the second time, only after the first; so
-// what is posted here goes round once more before it is believed.
+// A held key opens the help once. One F1 can arrive twice: from a menu or a box, and from
+// DefWindowProc of that window. The message is posted once more, so that both have arrived before
+// the help opens.
 void WindowView::WantHelp() {
     if (help_key_held_ || help_wanted_) return;
     constexpr WPARAM kRounds = 1;
@@ -255,7 +283,7 @@ bool WindowView::PreTranslate(MSG& message) {
         }
     }
     if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
-        // Some systems' combo boxes keep every key that comes with Alt to themselves.
+        // The combo boxes of some systems do not pass on keys with Alt.
         PostMessageW(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
         return true;
     }

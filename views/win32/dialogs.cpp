@@ -1,15 +1,27 @@
-// The input box: a prompt, a line of text, OK and Cancel.
+// The message box, the input box and the system's dialog for choosing a file.
+#include "views/win32/win32_desktop.h"
+
+#include <windows.h>
+// Needs the types of windows.h.
+#include <commdlg.h>
+
+#include <algorithm>
 #include <string>
 
-#include "views/win32/fonts.h"
+#include "common/product.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
-#include "views/win32/win32_desktop.h"
+#include "views/win32/window_resources.h"
 
 namespace vantrel::views {
 
+using forms::Answer;
+using forms::Buttons;
+using forms::Icon;
+
 namespace {
 
+// A prompt, a line of text, OK and Cancel.
 class InputBox {
   public:
     InputBox(const std::string& prompt, const std::string& title, const std::string& default_text)
@@ -69,11 +81,88 @@ class InputBox {
     std::string prompt_, title_, text_;
 };
 
+UINT StyleOf(const forms::Box& box) {
+    UINT style = box.right_aligned ? MB_RIGHT : 0U;
+    switch (box.buttons) {
+        case Buttons::kOk:
+            style |= MB_OK;
+            break;
+        case Buttons::kYesNo:
+            style |= MB_YESNO;
+            break;
+        case Buttons::kRetryCancel:
+            style |= MB_RETRYCANCEL;
+            break;
+    }
+    switch (box.icon) {
+        case Icon::kNone:
+            break;
+        case Icon::kCritical:
+            style |= MB_ICONERROR;
+            break;
+        case Icon::kQuestion:
+            style |= MB_ICONQUESTION;
+            break;
+        case Icon::kExclamation:
+            style |= MB_ICONEXCLAMATION;
+            break;
+        case Icon::kInformation:
+            style |= MB_ICONINFORMATION;
+            break;
+    }
+    if (box.default_button == 2) style |= MB_DEFBUTTON2;
+    return style;
+}
+
+Answer AnswerOf(int pressed) {
+    switch (pressed) {
+        case IDYES:
+            return Answer::kYes;
+        case IDNO:
+            return Answer::kNo;
+        case IDRETRY:
+            return Answer::kRetry;
+        case IDCANCEL:
+            return Answer::kCancel;
+        default:
+            return Answer::kOk;
+    }
+}
+
 }  // namespace
+
+Answer Win32Desktop::ShowBox(const forms::Box& box) {
+    const std::wstring title = Wide(box.title.empty() ? product::kName : box.title);
+    const HWND owner = BoxOwner();
+    const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
+    return AnswerOf(MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));
+}
 
 std::string Win32Desktop::Input(const std::string& prompt, const std::string& title,
                                 const std::string& default_text) {
     return InputBox(prompt, title, default_text).Run(BoxOwner());
+}
+
+std::string Win32Desktop::OpenFile(const std::string& title, const std::string& filter,
+                                   const std::string& start) {
+    constexpr std::size_t kLongestPath = 32768;  // UTF-16 units, the limit of the system
+    std::wstring path = Wide(start);
+    path.resize(kLongestPath);
+    const std::wstring title_text = Wide(title);
+    std::wstring filters = Wide(filter);
+    std::replace(filters.begin(), filters.end(), L'|', L'\0');
+    filters += L'\0';
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = BoxOwner();
+    dialog.lpstrFilter = filters.c_str();
+    dialog.lpstrFile = path.data();
+    dialog.nMaxFile = static_cast<DWORD>(path.size());
+    dialog.lpstrTitle = title_text.c_str();
+    dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+    if (!GetOpenFileNameW(&dialog)) return "";
+    path.resize(path.find(L'\0'));
+    return Utf8(path);
 }
 
 }  // namespace vantrel::views

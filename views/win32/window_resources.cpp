@@ -1,4 +1,4 @@
-#include "views/win32/fonts.h"
+#include "views/win32/window_resources.h"
 
 #include <cwchar>
 
@@ -7,6 +7,18 @@
 namespace vantrel::views {
 
 namespace {
+
+struct Named {
+    const char* name;
+    int id;
+};
+
+// One line for each line of resource.h, made by the build.
+constexpr Named kControls[] = {
+#define VANTREL_CONTROL(control) {#control, control},
+#include "control_ids.inc"
+#undef VANTREL_CONTROL
+};
 
 constexpr wchar_t kTypewriter[] = L"Courier New";
 
@@ -44,7 +56,17 @@ OwnedFont Make(const wchar_t* face, int points, int weight, int dpi) {
                                  DEFAULT_QUALITY, pitch, face));
 }
 
+// The sizes that every picture is drawn in, in pixels (scripts/make-icon).
+constexpr int kSizes[] = {16, 20, 24, 32, 40, 48, 64, 96};
+
 }  // namespace
+
+int ControlId(const std::string& form, const std::string& control) {
+    const std::string name = form == "Frm_Mainmenu" ? control : form + "_" + control;
+    for (const Named& named : kControls)
+        if (name == named.name) return named.id;
+    return 0;
+}
 
 OwnedFont WindowFont(int dpi) {
     return Make(dpi <= USER_DEFAULT_SCREEN_DPI ? L"MS Sans Serif" : L"Microsoft Sans Serif", 8,
@@ -56,6 +78,25 @@ OwnedFont ControlFont(int control_id, int dpi) {
         if (special.control_id == control_id)
             return Make(special.face, special.points, special.weight, dpi);
     return nullptr;
+}
+
+OwnedIcon LoadPicture(int picture, int pixels) {
+    int size = kSizes[0];
+    for (int candidate : kSizes)
+        if (candidate <= pixels) size = candidate;
+    return OwnedIcon(
+        static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(picture),
+                                      IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+}
+
+int PictureSize(HICON icon) {
+    ICONINFO info{};
+    if (!GetIconInfo(icon, &info)) return 0;
+    BITMAP bitmap{};
+    GetObjectW(info.hbmMask, sizeof bitmap, &bitmap);
+    DeleteObject(info.hbmMask);
+    if (info.hbmColor) DeleteObject(info.hbmColor);
+    return static_cast<int>(bitmap.bmWidth);
 }
 
 }  // namespace vantrel::views
