@@ -22,7 +22,7 @@ bool IsListed(int type) {
     return type >= platform::drive_type::kRemovable && type <= platform::drive_type::kRamDisk;
 }
 
-// An empty drive is not ready; one whose root may not be looked at is.
+// A drive without a disk is not ready; a drive whose root denies access is.
 bool IsReady(platform::FileSystem& files, const std::string& root) {
     try {
         return files.Find(root).has_value();

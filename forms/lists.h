@@ -1,4 +1,5 @@
-// Lists of text: the drop-down list and the list box.
+// Lists of text (the drop-down list and the list box) and the tree. An index out of range raises
+// error 380.
 #pragma once
 
 #include <string>
@@ -22,8 +23,8 @@ class List : public Control {
     // Removes an entry. The selected one leaves no selection and raises no event.
     void Remove(int index);
     void Clear();
-    // How often entries were taken away. While it stays the same, entries were only added at the
-    // end: a view of many entries need not begin anew.
+    // The number of removals. While it stays the same, entries were only added at the end, and a
+    // view adds the new ones instead of reading all again.
     int Removals() const { return removals_; }
     // Text of the selected entry, "" without one.
     std::string Text() const { return Item(index_); }
@@ -55,6 +56,7 @@ class ListBox : public List {
     ListBox(Form& owner, std::string name);
 };
 
+// A tree of nodes, with indices from 1 in the order of adding.
 class Tree : public Control {
   public:
     struct Node {
@@ -75,7 +77,7 @@ class Tree : public Control {
     // 0 selects none. Out of range: error 380.
     void Select(int index);
     std::function<void(int button)> MouseDown;  // 2: right button
-    void UserSelect(int index);                 // what the user does; the screen shows it already
+    void UserSelect(int index);                 // by the user; the screen shows it already
     void UserMouseDown(int button) { Raise(MouseDown, button); }
 
   private:

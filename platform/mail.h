@@ -1,5 +1,6 @@
-// Handing messages to the user's mail program: a session that is signed on and off, and a message
-// that is filled field by field and sent. Two services of the machine; user-interface thread only.
+// Messages for the user's mail program: a session that is signed on and off, and a message whose
+// fields are set one by one before it is sent. Two services of the machine, used on the
+// user-interface thread only.
 //
 // Every failure is raised as a vantrel::Error whose number is that of Simple MAPI and whose
 // description says it in words.
@@ -20,12 +21,12 @@ constexpr int kAttachmentNotFound = 11;
 constexpr int kNotSupported = 26;
 }  // namespace mail_error
 
-// What a number means, in words; "Unknown mail error" for one that has none.
+// The text for a number; "Unknown mail error" for one that has none.
 std::string MailErrorText(int number);
 
 // Raises `number` with its words.
 [[noreturn]] void RaiseMailError(int number);
-// The same for a machine that nobody can send mail from.
+// The same for a machine without a mail program.
 [[noreturn]] void RaiseNoMailProgram();
 
 using MailSessionId = std::uintptr_t;
@@ -35,7 +36,7 @@ class MailSession {
     virtual ~MailSession() = default;
     // Signs on to the mail program, which may ask its user for a name and a password.
     virtual void SignOn() = 0;
-    // What identifies the sign-on to the mail program; 0 before the first one.
+    // Identifies the sign-on to the mail program; 0 before the first one.
     virtual MailSessionId SessionId() const = 0;
     // Ends the sign-on; nothing without one.
     virtual void SignOff() = 0;
@@ -51,13 +52,13 @@ class MailMessages {
     static constexpr int kNoPosition = -1;     // an attachment with no place in the text
 
     virtual void SetSessionId(MailSessionId session) = 0;
-    // Only the compose buffer may be chosen (380): the program reads nobody's mail.
+    // Only the compose buffer may be chosen (380): the program reads no mail.
     virtual void SetMessageIndex(int index) = 0;
     // Begins an empty message.
     virtual void Compose() = 0;
     virtual void SetRecipientDisplayName(const std::string& name) = 0;
     virtual void SetRecipientAddress(const std::string& address) = 0;
-    // Whether the mail program may ask who is meant. Off, the address is taken as it is.
+    // Whether the mail program may ask which recipient is meant. Off, the address is used as it is.
     virtual void SetAddressResolutionDialog(bool on) = 0;
     virtual void SetSubject(const std::string& subject) = 0;
     virtual void SetNoteText(const std::string& text) = 0;

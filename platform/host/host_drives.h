@@ -1,5 +1,5 @@
-// Which host folder stands behind each drive letter, and the answers about drives made from that
-// map and the host's file systems. The map may change while others use it (a disk is taken out).
+// The host folder of each drive letter, and answers about drives from that map and the host's file
+// systems. The map may change while others use it (a disk is taken out).
 // Safe from any thread.
 #pragma once
 
@@ -17,9 +17,8 @@ struct HostDrive {
     int type = drive_type::kFixed;
     std::string label{};
     bool ready = true;  // false: a drive without a disk
-    // Names are found as they are spelled only, as the host's own programs find them. Saves looking
-    // through a folder for another spelling of each name that is not there, and keeping account of
-    // who has which new file open.
+    // Names are found as they are spelled only, as the host's own programs find them. Saves
+    // searching a folder for another spelling of each missing name, and the table of open files.
     bool exact_names = false;
 };
 

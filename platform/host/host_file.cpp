@@ -93,7 +93,7 @@ HostFd TryOpen(const HostPlace& place, int flags) {
 }
 
 HostFd OpenAnySpelling(HostPlace& place, int flags) {
-    // A name is made only after it is known that none stands there in another spelling.
+    // A file is created only when no other spelling of its name exists.
     const int careful = flags & ~(O_CREAT | O_EXCL);
     HostFd fd;
     if ((flags & O_EXCL) == 0) fd = TryOpen(place, careful);

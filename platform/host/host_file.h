@@ -1,5 +1,5 @@
-// An open file of the host, and the table of open files. The host lets everybody open everything;
-// the table refuses what the open modes exclude, within this process.
+// An open file of the host, and the table of open files. The host has no sharing modes;
+// the table enforces those of the open modes, within this process.
 #pragma once
 
 #include <sys/types.h>
@@ -12,16 +12,16 @@
 
 namespace vantrel::platform {
 
-// A file's place in the table for as long as it is open.
+// The entry of an open file in the table. Safe from any thread.
 class HostShare {
   public:
-    // Raises 70 when somebody who has the file open excludes `mode`, or the other way round.
+    // Raises 70 when `mode` conflicts with a mode in which the file is open.
     HostShare(dev_t device, ino_t number, OpenMode mode);
     ~HostShare();
     HostShare(const HostShare&) = delete;
     HostShare& operator=(const HostShare&) = delete;
 
-    // Raises 70 when somebody has the file open who does not let others rename or remove it.
+    // Raises 70 when the file is open in a mode that excludes renaming and removing.
     static void CheckMovable(dev_t device, ino_t number);
 
   private:

@@ -19,7 +19,7 @@ namespace {
 using namespace error_number;
 
 // Runs `call` on the place as spelled, then in the spelling on disk. Whether it succeeded; errno
-// tells why not. Raises 76 when a folder on the way is missing.
+// has the reason. Raises 76 when a folder on the way is missing.
 template <typename Call>
 bool InAnySpelling(HostPlace& place, Call call) {
     if (call()) return true;
@@ -41,7 +41,7 @@ struct stat Needed(HostPlace& place, FileOperation operation) {
     return status;
 }
 
-// Whether nothing more can be said than that a thing is not there.
+// Whether a failure means only that the file does not exist.
 bool IsAbsence(int number) {
     return number == kFileNotFound || number == kPathNotFound || number == kBadFileName ||
            number == kDeviceUnavailable || number == kDiskNotReady;

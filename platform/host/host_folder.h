@@ -10,11 +10,11 @@
 
 namespace vantrel::platform {
 
-// On a drive of exact names (HostDrive::exact_names) it is opened for its second file: it has fewer
-// than three, as a rule, and then that would not pay.
+// On a drive of exact names (HostDrive::exact_names) it is opened for its second file, because most
+// folders have fewer than three files, for which opening costs more than it saves.
 class HostFolder : public Folder {
   public:
-    // `by_path` makes the files that cannot be made in the open folder, and knows why not.
+    // `by_path` creates the files that cannot be created in the open folder, or raises the error.
     HostFolder(const HostDriveMap& drives, std::string path, std::unique_ptr<Folder> by_path)
         : drives_(drives), path_(std::move(path)), by_path_(std::move(by_path)) {}
 
@@ -26,7 +26,7 @@ class HostFolder : public Folder {
     const HostDriveMap& drives_;
     const std::string path_;
     std::unique_ptr<Folder> by_path_;
-    int asked_ = 0;  // how many files for, up to the second
+    int asked_ = 0;  // files asked for, counted up to 2
     HostFd folder_;
 };
 

@@ -62,10 +62,10 @@ std::uint32_t StoredBits(bool folder) {
     return folder ? kStoredBits | attribute::kReadOnly : kStoredBits;
 }
 
-// What is meant where nothing is stored.
+// The attributes of a file without stored ones.
 std::uint32_t DefaultBits(bool folder) { return folder ? 0 : attribute::kArchive; }
 
-// Other programs may let bytes of their own follow the number.
+// Other programs may add bytes after the number.
 std::optional<std::uint32_t> ParseStored(std::string_view text) {
     if (!text.starts_with("0x")) return std::nullopt;
     std::uint32_t value = 0;
@@ -170,7 +170,7 @@ void StoreAttributes(const HostPlace& place, std::uint32_t attributes) {
         RaiseHostError(errno, FileOperation::kFile);
     }
     const bool folder = S_ISDIR(status.st_mode);
-    // What a link or a device bears is not ours to change.
+    // Attributes of links and devices are not changed.
     if (!folder && !S_ISREG(status.st_mode)) RaiseError(error_number::kPermissionDenied);
     // Writable while the extended attribute is set, which a read-only file's owner may not do.
     if (!folder) StoreMode(place, status.st_mode, false);

@@ -47,7 +47,7 @@ void HostSettings::Write(const std::string& section, const std::string& key,
 
 int HostProcess::Processors() {
     cpu_set_t allowed;
-    // Fails where the computer has more of them than the set has room for.
+    // Fails when the computer has more processors than the set can hold.
     if (::sched_getaffinity(0, sizeof allowed, &allowed) == 0) {
         return CPU_COUNT(&allowed);
     }

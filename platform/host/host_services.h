@@ -33,7 +33,7 @@ class HostSettings : public Settings {
     std::map<std::pair<std::string, std::string>, std::string> values_;
 };
 
-// The answers of HostProcess, which its owner chooses.
+// The answers of HostProcess, chosen by its owner.
 struct HostProgram {
     std::string application_folder = "Z:\\";
     std::string base_name = "Vantrel";
@@ -65,7 +65,7 @@ class HostShell : public Shell {
     int Open(const std::string&, ShellVerb) override { return kNoAssociation; }
 
   private:
-    static constexpr int kNoAssociation = 31;  // what Windows' shell answers then
+    static constexpr int kNoAssociation = 31;  // the answer of Windows' shell for it
 };
 
 // Mail on a host without a mail program: signing on fails.

@@ -19,7 +19,7 @@ class DiskPath {
     // Takes "C:", "C:\", "C:\Folder\Name", "\\server\share\Name" and the same behind "\\?\" or
     // "\\?\UNC\"; "/" counts as "\", repeated separators as one; "." and ".." are resolved. Raises
     // 52 for anything else and for names that no Windows file system holds: characters below a
-    // blank, any of < > : " | ? *, or more than 255 UTF-16 units. A stream of a file ("a:b") can
+    // space, any of < > : " | ? *, or more than 255 UTF-16 units. A stream of a file ("a:b") can
     // therefore never be meant.
     explicit DiskPath(const std::string& program_path);
 

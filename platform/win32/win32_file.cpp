@@ -10,8 +10,8 @@ namespace vantrel::platform {
 
 namespace {
 
-// Bytes asked of the system at a time; network redirectors refuse much larger requests.
-constexpr std::size_t kStep = 16u << 20;
+// Bytes of one request; network redirectors refuse much larger ones.
+constexpr std::size_t kMaxRequest = 16u << 20;
 
 struct Opening {
     DWORD access;
@@ -20,8 +20,8 @@ struct Opening {
     DWORD flags;
 };
 
-// Opening "always" and emptying by hand, because CREATE_ALWAYS refuses hidden and system files.
-// Appending asks for no right to write elsewhere: the system then puts every write at the end.
+// kWrite opens with OPEN_ALWAYS and truncates the file itself, because CREATE_ALWAYS refuses hidden
+// and system files. kAppend requests no right to write elsewhere: every write then goes to the end.
 Opening OpeningFor(OpenMode mode) {
     switch (mode) {
         case OpenMode::kRead:
@@ -38,7 +38,7 @@ Opening OpeningFor(OpenMode mode) {
     return {GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL};
 }
 
-DWORD Step(std::size_t left) { return static_cast<DWORD>(std::min(left, kStep)); }
+DWORD Step(std::size_t left) { return static_cast<DWORD>(std::min(left, kMaxRequest)); }
 
 LARGE_INTEGER Position(std::uint64_t bytes) {
     LARGE_INTEGER position;
@@ -126,10 +126,10 @@ void Win32File::Close() {
 }
 
 bool ApplyTimes(HANDLE file, const FileTimes& times) {
-    const auto convert = [](Ticks ticks, FILETIME& room) -> const FILETIME* {
+    const auto convert = [](Ticks ticks, FILETIME& buffer) -> const FILETIME* {
         if (ticks > static_cast<Ticks>(std::numeric_limits<std::int64_t>::max())) return nullptr;
-        room = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-        return ticks == 0 ? nullptr : &room;
+        buffer = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+        return ticks == 0 ? nullptr : &buffer;
     };
     FILETIME created, accessed, modified;
     return SetFileTime(file, convert(times.created, created), convert(times.accessed, accessed),

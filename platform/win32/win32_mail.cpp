@@ -16,7 +16,7 @@ namespace {
 
 constexpr wchar_t kClients[] = L"Software\\Clients\\Mail";
 
-// Mail programs change the current folder when their user picks a file.
+// Restores the current folder, which mail programs change when their user picks a file.
 class CurrentFolderKept {
   public:
     CurrentFolderKept() : folder_(GetCurrentDirectoryW(0, nullptr), L'\0') {
@@ -30,7 +30,7 @@ class CurrentFolderKept {
     std::wstring folder_;
 };
 
-// What dialogs of the mail program stand over.
+// The owner of the mail program's dialogs.
 ULONG_PTR OwnerWindow() { return reinterpret_cast<ULONG_PTR>(GetActiveWindow()); }
 
 KeyHandle OpenKey(HKEY root, const std::wstring& name) {
@@ -51,8 +51,8 @@ std::wstring ChosenClient() {
     return L"";
 }
 
-// A program without any of these takes addresses only ("mailto:"), and no attachments.
-bool SpeaksMapi(const std::wstring& client) {
+// A program without any of these values accepts addresses only ("mailto:"), not attachments.
+bool SupportsMapi(const std::wstring& client) {
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
         const KeyHandle key = OpenKey(root, kClients + (L"\\" + client));
         if (!key.IsValid()) continue;
@@ -141,7 +141,7 @@ class MapiTexts {
 
 void MapiLibrary::Load() {
     const std::wstring client = ChosenClient();
-    if (client.empty() || !SpeaksMapi(client)) RaiseNoMailProgram();
+    if (client.empty() || !SupportsMapi(client)) RaiseNoMailProgram();
     if (log_off_) return;
     const HMODULE library = LoadLibraryExW(L"mapi32.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (!library) RaiseNoMailProgram();

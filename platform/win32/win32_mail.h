@@ -12,11 +12,12 @@ namespace vantrel::platform {
 
 class MapiLibrary {
   public:
-    // Loads the library when that has not been done. Raises a mail error where nobody can send
-    // mail; the system would say so in a box of its own, or take the message and drop it.
+    // Loads the library the first time. It stays loaded, because some mail programs fail when they
+    // are unloaded. Raises a mail error when there is no mail
+    // program; the system would show a box of its own, or accept the message and drop it.
     void Load();
 
-    // What mail programs leave changed behind them is put back after each call.
+    // Each call restores the current folder, which mail programs change.
     ULONG LogOn(LHANDLE& session);
     ULONG Send(LHANDLE session, MapiMessage& message, FLAGS flags);
     ULONG LogOff(LHANDLE session);

@@ -34,7 +34,7 @@ SYSTEMTIME UtcFields(Ticks utc) {
 }
 
 std::optional<std::uint64_t> FreeIn(const DiskPath& folder) {
-    // A share's folder is taken only with a separator at its end.
+    // The system accepts a share's folder only with a separator at its end.
     const std::wstring text = folder.Text() + (folder.IsRoot() ? L"" : L"\\");
     ULARGE_INTEGER free_for_user{};
     if (!GetDiskFreeSpaceExW(text.c_str(), &free_for_user, nullptr, nullptr)) return std::nullopt;
@@ -55,7 +55,7 @@ void Check(LSTATUS status) {
 
 constexpr std::intptr_t kLastError = 32;  // the shell's answers up to here are error codes
 
-// A program that was started by its literal path is known by its plain one.
+// The plain path of a program that was started by its literal path.
 std::wstring Plain(const std::wstring& path) {
     if (path.starts_with(L"\\\\?\\UNC\\")) return L"\\\\" + path.substr(8);
     if (path.starts_with(L"\\\\?\\")) return path.substr(4);
@@ -65,9 +65,9 @@ std::wstring Plain(const std::wstring& path) {
 std::wstring ExecutablePath() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
-        const DWORD room = static_cast<DWORD>(path.size());
-        const DWORD size = GetModuleFileNameW(nullptr, path.data(), room);
-        if (size < room) {
+        const DWORD capacity = static_cast<DWORD>(path.size());
+        const DWORD size = GetModuleFileNameW(nullptr, path.data(), capacity);
+        if (size < capacity) {
             path.resize(size);
             return Plain(path);
         }
@@ -75,7 +75,7 @@ std::wstring ExecutablePath() {
     }
 }
 
-// A name for system objects must hold no "\" and be short: the path's FNV-1a value stands for it.
+// A name for system objects must hold no "\" and be short: it has the path's FNV-1a value.
 std::wstring InstanceName() {
     std::uint64_t value = 14695981039346656037u;
     for (const wchar_t unit : FoldWide(ExecutablePath())) {
@@ -84,13 +84,13 @@ std::wstring InstanceName() {
     return L"Local\\Vantrel-" + std::to_wstring(value);
 }
 
-// Held until it is released or the process ends; every later copy finds it.
+// Exists until it is released or the process ends; every later copy finds it.
 class InstanceMark {
   public:
     InstanceMark() {
         SetLastError(ERROR_SUCCESS);
         mark_ = ObjectHandle(CreateEventW(nullptr, TRUE, FALSE, InstanceName().c_str()));
-        // A copy that runs with more rights does not let us have its mark, but it is there.
+        // A copy that runs with more rights denies access to its mark, but the mark exists.
         const DWORD code = GetLastError();
         previous_ = code == ERROR_ALREADY_EXISTS || code == ERROR_ACCESS_DENIED;
     }
@@ -109,8 +109,8 @@ InstanceMark& Mark() {
 
 }  // namespace
 
-// The user's time zone. Asking the system for its rules takes dozens of calls, under Wine more than
-// reading a small file does, and a backup asks for each file; so an answer counts for a second.
+// The user's time zone. Its rules cost dozens of system calls, under Wine more than reading a small
+// file does, and a backup needs them for each file; so an answer is kept for a second.
 class Win32Clock::Zone {
   public:
     // By the rules in force in the year of that date, not by today's.
@@ -185,7 +185,7 @@ DiskSpace Win32Drives::Space(const std::string& root) {
 
 std::uint64_t Win32Drives::FreeBytes(const std::string& folder) {
     try {
-        // A folder that is still to be made lies where its nearest parent does.
+        // A folder that does not exist yet has the free space of its nearest parent.
         for (DiskPath place(folder);; place = place.Parent()) {
             if (const auto bytes = FreeIn(place)) return *bytes;
             if (place.IsRoot()) return 0;
@@ -217,7 +217,7 @@ std::optional<std::string> Win32Settings::Read(const std::string& section, const
             return Narrow(text.c_str());
         }
         if (status != ERROR_MORE_DATA) return std::nullopt;
-        // Another program may let the value grow between two calls: ask until it fits.
+        // Another program can write a longer value between two calls.
         text.resize(text.size() * 2);
     }
 }

@@ -53,15 +53,14 @@ class Win32Shell final : public Shell {
 // The running program and its command line.
 class Win32Process final : public Process {
   public:
-    // The first one that a program makes decides about the previous instance, for all of them.
+    // The first object determines the previous instance, for all objects of the process.
     Win32Process();
     std::string ApplicationFolder() override;
     std::string ExecutableBaseName() override;
     std::string CommandLine() override;
     std::string WindowsFolder() override;
     bool PreviousInstance() override;
-    // Copies that start from now on do not find this process. Its own answer about a previous
-    // instance stays.
+    // Copies that start from now on do not find this process. PreviousInstance does not change.
     static void ReleaseInstance();
     int Processors() override;
     [[noreturn]] void End(int exit_code) override;

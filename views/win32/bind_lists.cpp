@@ -37,7 +37,7 @@ class ListBinder : public Binder {
     virtual int Selected() const = 0;
     virtual void Choose(int index) = 0;
     virtual void Added(const std::wstring&) {}
-    // Whether the entries that are shown still stand as they are shown, others behind them.
+    // Whether the shown entries are unchanged, apart from new ones at the end.
     virtual bool OnlyAdded() { return false; }
 
     int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {

@@ -1,4 +1,4 @@
-// What belongs to the whole window: its tabs, menus and timers.
+// Binders of the controls that belong to the entire window: tabs, menus and timers.
 #include "forms/form.h"
 #include "views/win32/binder.h"
 #include "views/win32/text.h"

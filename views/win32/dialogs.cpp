@@ -145,9 +145,9 @@ std::string Win32Desktop::Input(const std::string& prompt, const std::string& ti
 
 std::string Win32Desktop::OpenFile(const std::string& title, const std::string& filter,
                                    const std::string& start) {
-    constexpr std::size_t kLongestPath = 32768;  // UTF-16 units, the limit of the system
+    constexpr std::size_t kMaxPath = 32768;  // UTF-16 units, the limit of the system
     std::wstring path = Wide(start);
-    path.resize(kLongestPath);
+    path.resize(kMaxPath);
     const std::wstring title_text = Wide(title);
     std::wstring filters = Wide(filter);
     std::replace(filters.begin(), filters.end(), L'|', L'\0');

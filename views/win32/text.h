@@ -14,12 +14,12 @@ std::string TextOf(HWND window);
 // Sets it, unless it is that text already: no flicker, and the caret stays.
 void SetTextOf(HWND window, const std::string& text);
 
-// A window's drawing surface with a font in it, both given back at the end.
+// A window's device context with a selected font; releases both.
 class TextDevice {
   public:
     // With the window's own font.
     explicit TextDevice(HWND window);
-    // nullptr stands for the screen.
+    // nullptr means the screen.
     TextDevice(HWND window, HFONT font);
     ~TextDevice();
     TextDevice(const TextDevice&) = delete;

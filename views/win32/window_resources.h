@@ -1,5 +1,5 @@
-// What windows are made of besides their dialogs: control numbers, fonts and icons, and the owners
-// of such Windows handles. Used on the user-interface thread only.
+// Resources of windows besides their dialogs: control numbers, fonts and icons, and the owners of
+// such Windows handles. Used on the user-interface thread only.
 #pragma once
 
 #include <windows.h>

@@ -169,7 +169,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             return TRUE;
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
-        case WM_HELP:  // F1 here, in a menu, or in a box that stands over this window
+        case WM_HELP:  // F1 here, in a menu, or in a box in front of this window
             WantHelp();
             return TRUE;
         case WM_SETCURSOR:
