@@ -7,7 +7,6 @@ set(COMMON_SOURCES
     common/product.cpp
     common/utf.cpp)
 set(PLATFORM_SOURCES
-    platform/file_system.cpp
     platform/mail.cpp
     platform/machine_support.cpp
     platform/text_file.cpp)
@@ -16,7 +15,6 @@ set(PLATFORM_HOST_SOURCES
     platform/host/host_drives.cpp
     platform/host/host_file.cpp
     platform/host/host_file_system.cpp
-    platform/host/host_folder.cpp
     platform/host/host_info.cpp
     platform/host/host_path.cpp
     platform/host/host_services.cpp)
@@ -30,7 +28,6 @@ set(PLATFORM_WIN32_SOURCES
     platform/win32/win32_mail.cpp
     platform/win32/win32_services.cpp)
 set(FORMS_SOURCES
-    forms/control.cpp
     forms/controls.cpp
     forms/file_lists.cpp
     forms/folder_dialog.cpp

@@ -17,6 +17,20 @@ std::size_t EndOfName(std::string_view line) {
     return line.size();
 }
 
+class FolderByPath : public Folder {
+  public:
+    FolderByPath(FileSystem& files, const std::string& path) : files_(files), path_(path) {
+        if (!path_.ends_with('\\')) path_ += '\\';
+    }
+    std::unique_ptr<File> Create(const std::string& name) override {
+        return files_.Open(path_ + name, OpenMode::kCreateNew);
+    }
+
+  private:
+    FileSystem& files_;
+    std::string path_;
+};
+
 }  // namespace
 
 std::string ParameterText(std::string_view whole_line) {
@@ -46,6 +60,10 @@ int NumberFor(FileOperation operation, int of_a_file) {
     const bool refused =
         of_a_file == kPermissionDenied || of_a_file == kFileExists || of_a_file == kBadFileName;
     return refused ? kPathFileAccess : of_a_file;
+}
+
+std::unique_ptr<Folder> FileSystem::OpenFolder(const std::string& path) {
+    return std::make_unique<FolderByPath>(*this, path);
 }
 
 }  // namespace vantrel::platform

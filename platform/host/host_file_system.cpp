@@ -5,16 +5,28 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <string_view>
 
 #include "common/error.h"
 #include "platform/host/host_file.h"
-#include "platform/host/host_folder.h"
 #include "platform/host/host_info.h"
 #include "platform/host/host_path.h"
 
 namespace vantrel::platform {
 
 namespace {
+
+HostFd OpenForListing(HostPlace& place) {
+    const auto open = [&] {
+        return HostFd(::openat(place.Folder(), place.Name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    };
+    HostFd fd = open();
+    if (!fd.IsValid() && (errno == ENOENT || errno == ENOTDIR) && place.Respell()) fd = open();
+    if (!fd.IsValid()) RaiseHostError(errno, FileOperation::kList);
+    return fd;
+}
+
+bool IsDots(std::string_view name) { return name == "." || name == ".."; }
 
 using namespace error_number;
 
@@ -89,6 +101,67 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
         if (IsAbsence(error.number())) return std::nullopt;
         throw;
     }
+}
+
+// One pass over the folder, one status question an entry and, where the file system can keep
+// extended attributes at all, one for those. Raises as FileSystem::List does.
+void ListHostFolder(HostPlace& place, const std::function<bool(const FileInfo&)>& each) {
+    HostFd fd = OpenForListing(place);
+    const HostDir dir(::fdopendir(fd.Get()));
+    if (!dir) RaiseHostError(errno, FileOperation::kList);
+    const int folder = fd.Release();
+    const std::string prefix = place.Path() + "/";
+    bool has_stored_attributes = true;
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(dir.get());
+        if (entry == nullptr && errno != 0) RaiseHostError(errno, FileOperation::kList);
+        if (entry == nullptr) return;
+        if (IsDots(entry->d_name)) continue;
+        struct statx status;
+        // An entry that is gone by now is one that the listing came too late for.
+        if (::statx(folder, entry->d_name, AT_SYMLINK_NOFOLLOW, kHostMask, &status) != 0) continue;
+        FileInfo info = InfoFromStatus(entry->d_name, status);
+        if (has_stored_attributes) {
+            has_stored_attributes = AddStoredAttributes(prefix + info.name, info);
+        }
+        if (!each(info)) return;
+    }
+}
+
+// A folder of the host in which files are created.
+// On a drive of exact names (HostDrive::exact_names) it is opened for its second file, because most
+// folders have fewer than three files, for which opening costs more than it saves.
+class HostFolder : public Folder {
+  public:
+    // `by_path` creates the files that cannot be created in the open folder, or raises the error.
+    HostFolder(const HostDriveMap& drives, std::string path, std::unique_ptr<Folder> by_path)
+        : drives_(drives), path_(std::move(path)), by_path_(std::move(by_path)) {}
+
+    std::unique_ptr<File> Create(const std::string& name) override;
+
+  private:
+    void Open();
+
+    const HostDriveMap& drives_;
+    const std::string path_;
+    std::unique_ptr<Folder> by_path_;
+    int asked_ = 0;  // files asked for, counted up to 2
+    HostFd folder_;
+};
+
+std::unique_ptr<File> HostFolder::Create(const std::string& name) {
+    if (asked_ < 2 && ++asked_ == 2) Open();
+    if (folder_.IsValid() && IsHostName(name)) {
+        if (auto file = HostFile::TryCreate(folder_.Get(), name.c_str())) return file;
+    }
+    return by_path_->Create(name);
+}
+
+void HostFolder::Open() {
+    const HostPlace place(drives_, HostPath(path_));
+    if (!place.ExactNames()) return;
+    folder_ = HostFd(::openat(place.Folder(), place.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 }  // namespace
