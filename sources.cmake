@@ -8,56 +8,34 @@ set(COMMON_SOURCES
     common/product.cpp
     common/utf.cpp)
 set(PLATFORM_SOURCES
-    platform/command_line.cpp
-    platform/disk_space.cpp
-    platform/file_system.cpp
     platform/mail.cpp
-    platform/mail_draft.cpp
+    platform/machine_support.cpp
     platform/text_file.cpp)
 set(PLATFORM_HOST_SOURCES
-    platform/host/host_clock.cpp
     platform/host/host_code_page.cpp
-    platform/host/host_drive_map.cpp
     platform/host/host_drives.cpp
-    platform/host/host_error.cpp
     platform/host/host_file.cpp
     platform/host/host_file_system.cpp
-    platform/host/host_folder.cpp
     platform/host/host_info.cpp
-    platform/host/host_list.cpp
-    platform/host/host_machine.cpp
     platform/host/host_path.cpp
-    platform/host/host_process.cpp
-    platform/host/host_settings.cpp
-    platform/host/host_sharing.cpp)
+    platform/host/host_services.cpp)
 set(PLATFORM_WIN32_SOURCES
     platform/win32/disk_path.cpp
-    platform/win32/find_data.cpp
-    platform/win32/mapi_library.cpp
-    platform/win32/retry.cpp
     platform/win32/system_error.cpp
-    platform/win32/wide.cpp
-    platform/win32/win32_clock.cpp
     platform/win32/win32_code_page.cpp
-    platform/win32/win32_drives.cpp
     platform/win32/win32_file.cpp
     platform/win32/win32_file_system.cpp
     platform/win32/win32_machine.cpp
     platform/win32/win32_mail.cpp
-    platform/win32/win32_process.cpp
-    platform/win32/win32_settings.cpp
-    platform/win32/win32_shell.cpp)
+    platform/win32/win32_services.cpp)
 set(FORMS_SOURCES
-    forms/control.cpp
     forms/controls.cpp
-    forms/drive_list.cpp
-    forms/file_list.cpp
+    forms/file_lists.cpp
     forms/folder_dialog.cpp
-    forms/folder_list.cpp
     forms/folder_path.cpp
     forms/form.cpp
     forms/lists.cpp
-    forms/tree.cpp)
+    forms/window_manager.cpp)
 set(ZIP_SOURCES
     zip/base/dos_mask.cpp
     zip/base/paths.cpp
@@ -147,18 +125,12 @@ set(VIEWS_WIN32_SOURCES
     views/win32/bind_tree.cpp
     views/win32/bind_window.cpp
     views/win32/binder.cpp
-    views/win32/control_ids.cpp
-    views/win32/desktop.cpp
-    views/win32/fonts.cpp
-    views/win32/icons.cpp
-    views/win32/input_box.cpp
+    views/win32/dialogs.cpp
     views/win32/layout.cpp
-    views/win32/message_box.cpp
-    views/win32/open_file.cpp
-    views/win32/taskbar.cpp
     views/win32/text.cpp
-    views/win32/text_device.cpp
+    views/win32/win32_desktop.cpp
     views/win32/window_parts.cpp
+    views/win32/window_resources.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES
@@ -193,8 +165,7 @@ set(COMMON_TESTS
     tests/common/path_test.cpp
     tests/common/utf_test.cpp)
 set(PLATFORM_TESTS
-    tests/platform/command_line_test.cpp
-    tests/platform/disk_space_test.cpp
+    tests/platform/machine_support_test.cpp
     tests/platform/mail_test.cpp
     tests/platform/seam_drives_test.cpp
     tests/platform/seam_facts_test.cpp
@@ -218,7 +189,7 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_mail_test.cpp
     tests/platform/win32_names_test.cpp
     tests/platform/win32_path_test.cpp
-    tests/platform/win32_patience_test.cpp
+    tests/platform/win32_retry_test.cpp
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
     tests/platform/win32_sharing_test.cpp
@@ -229,7 +200,8 @@ set(FORMS_TESTS
     tests/forms/file_list_test.cpp
     tests/forms/folder_list_test.cpp
     tests/forms/form_test.cpp
-    tests/forms/lists_test.cpp)
+    tests/forms/lists_test.cpp
+    tests/forms/window_manager_test.cpp)
 # One suite for the controls as objects and as what is on the screen; the person in front of them
 # differs.
 set(VIEWS_TESTS

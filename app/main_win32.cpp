@@ -7,7 +7,7 @@
 #include "app/application.h"
 #include "platform/win32/win32_machine.h"
 #include "system/clsSystem.h"
-#include "views/win32/desktop.h"
+#include "views/win32/win32_desktop.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-// What every control of a window is: a plain object with a name, a few properties and the events
-// that changing them raises. A control knows nothing of any window system; a view that mirrors it
-// binds itself and is told which aspect has changed. Used on the user-interface thread only.
+// The base of all controls of a window: a plain object with a name, a few properties and the events
+// that changing them raises. A control does not depend on a window system; a view that shows it
+// binds itself and receives the aspects that have changed. Used on the user-interface thread only.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ enum class Aspect {
     kTaskProgress,  // of a window
 };
 
-// The other side of a binding: brings the named aspect of its control to the screen.
+// Shows a control on the screen: Changed updates one aspect of it.
 class ControlView {
   public:
     virtual ~ControlView() = default;
@@ -58,7 +58,7 @@ enum class Kind {
 
 using Event = std::function<void()>;
 
-// Counts a form's handlers while they run: a modal window is over only when none is left.
+// Counts the running handlers of a form; a modal window ends only when none is left.
 class HandlerScope {
   public:
     explicit HandlerScope(Form& form);
@@ -94,8 +94,8 @@ class Control {
     // Gives the control the keyboard; Form::ActiveControl is this one from then on.
     void SetFocus();
 
-    // At most one view at a time; nullptr unbinds. The view is told nothing of the past: it reads
-    // the whole control once when it binds.
+    // At most one view at a time; nullptr unbinds. A view reads the complete control when it binds;
+    // earlier changes are not repeated.
     void Bind(ControlView* view) { view_ = view; }
 
   protected:

@@ -1,4 +1,5 @@
-// The simple controls: those that hold one value, and those that only show something.
+// The simple controls: those that hold one value, and those that only show something. Functions
+// named User... do what the mouse or the keyboard does, and respect Enabled().
 #pragma once
 
 #include <chrono>
@@ -28,8 +29,8 @@ class Button : public Control {
   public:
     Button(Form& owner, std::string name, const std::string& caption);
     Event Click;
-    // Raises Click. Pressed by program, a disabled button is pressed all the same, as setting a
-    // button's value always did; UserPress is what mouse and keyboard do.
+    // Press raises Click even when the button is disabled; UserPress, for mouse and keyboard,
+    // respects Enabled().
     void Press() { Raise(Click); }
     void UserPress();
 };
@@ -53,8 +54,7 @@ class TextBox : public Control {
     Event Change;
     const std::string& Text() const { return text_; }
     void SetText(const std::string& text);
-    // The same as setting the text to what it is with `text` at its end; the screen may follow
-    // as late as the next Refresh.
+    // Adds `text` at the end of the text; the screen may show it as late as the next Refresh.
     void Append(const std::string& text);
     void UserType(const std::string& text);  // the text as it is after the user's keystrokes
     bool MultiLine() const { return multi_line_; }
@@ -140,8 +140,8 @@ class MenuItem : public Control {
     MenuItem(Form& owner, std::string name, const std::string& caption);
     Event Click;
     void UserChoose();
-    // Opens this menu at the mouse pointer and returns when it is closed; what the user chose there
-    // has run by then.
+    // Opens this menu at the mouse pointer and returns when it is closed; the handler of the chosen
+    // entry has run by then.
     void PopUp();
     int PopUps() const { return pop_ups_; }  // how often it was opened
 

@@ -1,5 +1,6 @@
-// The screen as the program sees it: message boxes, windows that open and close, pending events,
-// the mouse pointer. views/win32 has the real one; host tests have one that a script answers.
+// The screen: message boxes, windows that open and close, pending events, the mouse pointer. Used
+// on the user-interface thread only. views/win32 implements it for Windows; host tests have one
+// that a script answers.
 #pragma once
 
 #include <string>
@@ -23,7 +24,7 @@ struct Box {
     bool right_aligned = false;
 };
 
-// Why a window is unloaded, as its QueryUnload handler is told.
+// The reason for an unload, passed to Form_QueryUnload.
 enum class UnloadMode { kControlMenu = 0, kCode = 1, kSessionEnd = 2, kTaskManager = 3 };
 
 class Desktop {
@@ -53,15 +54,29 @@ class Desktop {
     // returns.
     virtual void Unload(Form& form, UnloadMode mode = UnloadMode::kCode) = 0;
 
-    // Handles everything that waits in the message queue, once.
+    // Handles all events in the message queue once.
     virtual void DoEvents() = 0;
-    // Waits, without using the processor, until something is in the message queue, and handles
-    // that.
+    // Waits, without using the processor, until the message queue has an event, and handles the
+    // queue.
     virtual void WaitEvents() = 0;
     // Handles events until no window is left.
     virtual void Run() = 0;
-    // For the whole program, until set back.
+    // For the entire program, until the next call.
     virtual void SetPointer(Pointer pointer) = 0;
+};
+
+// Shows the hourglass while it lives; then the default pointer, also when the work has failed.
+class Hourglass {
+  public:
+    explicit Hourglass(Desktop& desktop) : desktop_(desktop) {
+        desktop_.SetPointer(Pointer::kHourglass);
+    }
+    ~Hourglass() { desktop_.SetPointer(Pointer::kDefault); }
+    Hourglass(const Hourglass&) = delete;
+    Hourglass& operator=(const Hourglass&) = delete;
+
+  private:
+    Desktop& desktop_;
 };
 
 }  // namespace vantrel::forms

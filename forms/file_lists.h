@@ -1,5 +1,5 @@
-// The three lists that look at the machine: drives, folders of a path, files of a folder. They
-// refuse what is not there with an error, keep their value then, and show nothing themselves.
+// The three lists of the machine's content: drives, folders of a path, files of a folder. A value
+// that does not exist raises an error and leaves the list unchanged; the lists show no message.
 #pragma once
 
 #include <string>
@@ -21,11 +21,11 @@ class DriveList : public Control {
     std::string Drive() const;
     // Takes the drive of `drive`'s first letter and colon. Error 68, which names `drive`, for
     // anything else ("\" and network paths too), a drive that does not exist or one that is not
-    // ready. One that came after the list was read is found.
+    // ready. A drive that was connected after the list was read is found.
     void SetDrive(const std::string& drive);
     const std::vector<std::string>& Entries() const { return entries_; }
     int Index() const { return index_; }
-    // What the user does; errors of the handlers travel to the caller.
+    // By the user; errors of the handlers travel to the caller.
     void UserChoose(int index);
     // Reads the drives anew, as when the user opens the list. The selected one stays the value,
     // also when it has gone.

@@ -60,7 +60,7 @@ void FolderDialog::ShowDestination() {
     Dir_DirList.SetPath(folder);
 }
 
-// Run-time errors are ignored while this handler runs: an unreachable drive is told in its box.
+// Run-time errors are ignored while this handler runs: an unreachable drive is reported in its box.
 void FolderDialog::Dri_DriveList_Change() {
     try {
         const std::string selected = Dri_DriveList.Drive();

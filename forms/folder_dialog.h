@@ -1,5 +1,5 @@
-// The dialog in which a folder is chosen: drives, folders of the chosen drive, a new folder. The
-// backup and the restore destination dialogs are this one with other words and another OK.
+// The dialog for choosing a folder: drives, folders of the chosen drive, a new folder. The backup
+// and restore destination dialogs derive from it, with their own texts and their own OK.
 #pragma once
 
 #include <string>
@@ -29,18 +29,18 @@ class FolderDialog : public Form {
     void Cmd_Cancel_Click();
 
   protected:
-    // `missing_title` heads the box that tells of a destination that is not there.
+    // `missing_title` is the title of the message about a destination that does not exist.
     FolderDialog(Program& program, std::string name, const std::string& caption,
                  std::string missing_title);
     // The destination chosen so far, "" for none.
     virtual std::string Destination() const = 0;
-    // Whether that folder is there, by the program's own test.
+    // Whether that folder exists, by the program's own test.
     virtual bool FolderExists(const std::string& folder) const = 0;
-    // OK was pressed: keeps the folder that is shown, if it may be, and closes the dialog.
+    // On OK: stores the shown folder if it is valid, and closes the dialog.
     virtual void TakeFolder() = 0;
-    // Tells the user of a run-time error that was trapped.
+    // Shows a trapped run-time error.
     virtual void Tell(const Error& error) const = 0;
-    // Shows why the chosen folder cannot be taken.
+    // Shows the reason why the chosen folder cannot be stored.
     void RefuseFolder(const std::string& reason) const;
 
   private:

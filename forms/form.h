@@ -1,4 +1,6 @@
-// A window of the program: its controls as members under their given names, one handler an event.
+// A window of the program: its controls are members under their given names, with one handler for
+// each event. A plain object: a view shows it, and tests use it without a screen. Used on the
+// user-interface thread only.
 #pragma once
 
 #include <string>
@@ -42,7 +44,7 @@ class Form {
     void DrawBox(const FilledBox& box);
     void ClearBoxes();
     const std::vector<FilledBox>& Boxes() const { return boxes_; }
-    // How much of a long run is done, 0 to 100, for the window's button on the taskbar.
+    // Progress of a long run, 0 to 100, for the window's button on the taskbar.
     static constexpr int kNoTaskProgress = -1;
     int TaskProgress() const { return task_progress_; }
     void SetTaskProgress(int percent);

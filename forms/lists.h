@@ -1,4 +1,5 @@
-// Lists of text: the drop-down list and the list box.
+// Lists of text (the drop-down list and the list box) and the tree. An index out of range raises
+// error 380.
 #pragma once
 
 #include <string>
@@ -22,8 +23,8 @@ class List : public Control {
     // Removes an entry. The selected one leaves no selection and raises no event.
     void Remove(int index);
     void Clear();
-    // How often entries were taken away. While it stays the same, entries were only added at the
-    // end: a view of many entries need not begin anew.
+    // The number of removals. While it stays the same, entries were only added at the end, and a
+    // view adds the new ones instead of reading all again.
     int Removals() const { return removals_; }
     // Text of the selected entry, "" without one.
     std::string Text() const { return Item(index_); }
@@ -53,6 +54,35 @@ class ComboBox : public List {
 class ListBox : public List {
   public:
     ListBox(Form& owner, std::string name);
+};
+
+// A tree of nodes, with indices from 1 in the order of adding.
+class Tree : public Control {
+  public:
+    struct Node {
+        std::string text{};
+        std::string tag{};
+        int parent = 0;  // index of the parent node, 0 for a root node
+        int image = 0;   // picture numbers from 1, 0 for none
+        int selected_image = 0;
+    };
+    Tree(Form& owner, std::string name);
+    int Count() const { return static_cast<int>(nodes_.size()); }
+    const Node& At(int index) const { return nodes_.at(static_cast<std::size_t>(index - 1)); }
+    // Adds a node below an earlier one and returns its index. No such parent: error 380.
+    int Add(Node node);
+    void SetImages(int index, int image, int selected_image);
+    void Clear();
+    int Selected() const { return selected_; }  // 0 for none
+    // 0 selects none. Out of range: error 380.
+    void Select(int index);
+    std::function<void(int button)> MouseDown;  // 2: right button
+    void UserSelect(int index);                 // by the user; the screen shows it already
+    void UserMouseDown(int button) { Raise(MouseDown, button); }
+
+  private:
+    std::vector<Node> nodes_;
+    int selected_ = 0;
 };
 
 }  // namespace vantrel::forms

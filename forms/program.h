@@ -1,4 +1,5 @@
-// What the one running program shares: the machine, the desktop, the globals, and how it will end.
+// The state that all windows of the running program share: the machine, the desktop, the globals
+// and the exit code. Used on the user-interface thread only.
 #pragma once
 
 #include "common/globals.h"
@@ -23,7 +24,7 @@ struct Program {
     Globals globals{};
     int exit_code = exit_code::kComplete;
 
-    // Whether nobody is there to answer: decided, each time, by the command line alone.
+    // Whether the run is unattended: the command line is not empty.
     bool Unattended() const { return !machine.process.CommandLine().empty(); }
     // `name` in the application folder, joined by one "\".
     std::string InApplicationFolder(const std::string& name) const {

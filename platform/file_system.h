@@ -1,5 +1,4 @@
-// Files and folders, the way the program sees them on every machine: Windows paths
-// ("C:\Data\a.txt",
+// Files and folders in Windows' terms on every machine: Windows paths ("C:\Data\a.txt",
 // "\\server\share\x") in UTF-8, Windows attributes and times, names compared without regard to
 // case. Failures are raised as vantrel::Error with these numbers: opening a missing file 53; a
 // missing folder in a path 76; locked, denied or read-only 70; renaming onto an existing name 58;
@@ -55,10 +54,10 @@ enum class OpenMode {
     kRead,       // must exist; others may read, write and rename it meanwhile
     kWrite,      // created, or emptied; others may read it
     kAppend,     // created, or written at its end; others may read and append
-    kCreateNew,  // must not exist (58); readable and writable; nobody else may open it
+    kCreateNew,  // must not exist (58); readable and writable; others may not open it
 };
 
-// An open file. Closing checks the result; the destructor merely gives up.
+// An open file. Close reports failures; the destructor does not.
 class File {
   public:
     virtual ~File() = default;
@@ -78,12 +77,12 @@ class File {
     virtual void Close() = 0;
 };
 
-// A folder that several files are made in, one after the other, without looking for it each time.
-// Not to be kept for long: when somebody renames it, what is made in it goes along.
+// A folder in which several files are created one after the other, without resolving its path each
+// time. Use it briefly: files are created in the same folder even after that has been renamed.
 class Folder {
   public:
     virtual ~Folder() = default;
-    // What FileSystem::Open does for a new file (kCreateNew) of this name in the folder.
+    // As FileSystem::Open for a new file (kCreateNew) of this name in the folder.
     virtual std::unique_ptr<File> Create(const std::string& name) = 0;
 };
 
@@ -92,10 +91,10 @@ class FileSystem {
     virtual ~FileSystem() = default;
 
     virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode) = 0;
-    // What is wrong with `path` is raised by Folder::Create. Must not outlive the file system.
+    // Folder::Create raises the failures of `path`. Must not outlive the file system.
     virtual std::unique_ptr<Folder> OpenFolder(const std::string& path);
 
-    // What stands under `path` (a drive root is a folder named ""), or nothing when it is missing,
+    // The file or folder at `path` (a drive root is a folder named ""); nothing when it is missing,
     // its folder or drive is missing, or the drive has no disk. Raises only when access is denied.
     virtual std::optional<FileInfo> Find(const std::string& path) = 0;
 
@@ -121,8 +120,8 @@ class FileSystem {
     virtual void SetAttributes(const std::string& path, std::uint32_t attributes) = 0;
     // Sets the times of a file or folder by name.
     virtual void SetTimes(const std::string& path, const FileTimes& times) = 0;
-    // Whether both paths lead to the same file or folder, however they are spelled. False when
-    // either is missing.
+    // Whether both paths lead to the same file or folder, in any spelling. False when either is
+    // missing.
     virtual bool SameFile(const std::string& one, const std::string& other) = 0;
 };
 

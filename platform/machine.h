@@ -1,5 +1,7 @@
-// The only door to the machine. A Machine is a set of references to small services, so that a test
-// can exchange one of them (a clock, a disk that fills up) and leave the others real.
+// All access to the machine. A Machine is a set of references to small services, so that a test can
+// exchange one of them (a clock, a disk that fills up) and leave the others real. Unless a service
+// says otherwise, it is used on the user-interface thread only; Clock and CodePage may be called
+// from any thread.
 #pragma once
 
 #include <chrono>
@@ -38,9 +40,11 @@ class Drives {
     virtual ~Drives() = default;
     // Type code of a root such as "C:\"; 1 when there is no such drive.
     virtual int Type(const std::string& root) = 0;
-    // The classic answer: never more than 2 GB minus one cluster free; all zero when it fails.
+    // The answer of the classic call: never more than 2 GB minus one cluster free; all zero when it
+    // fails.
     virtual DiskSpace Space(const std::string& root) = 0;
-    // True free bytes for the user on the volume that holds `folder`; 0 when it cannot be told.
+    // True free bytes for the user on the volume that holds `folder`; 0 when the system does not
+    // report it.
     virtual std::uint64_t FreeBytes(const std::string& folder) = 0;
     // Volume label of a root, "" when there is none or the drive is not ready.
     virtual std::string Label(const std::string& root) = 0;
@@ -60,10 +64,7 @@ class Clock {
   public:
     virtual ~Clock() = default;
     virtual LocalTime Now() = 0;
-    virtual Ticks UtcNow() = 0;
     virtual LocalTime ToLocal(Ticks utc) = 0;
-    // Milliseconds from an arbitrary start; never goes backwards.
-    virtual std::uint64_t Milliseconds() = 0;
     // Blocks the calling thread.
     virtual void Sleep(std::chrono::milliseconds time) = 0;
     // Waits until `signal` is notified or `time` is over; may also return early.
@@ -87,8 +88,8 @@ class Process {
     virtual std::string ApplicationFolder() = 0;
     // File name of the executable without its extension.
     virtual std::string ExecutableBaseName() = 0;
-    // Everything after the executable's name. Blanks before the first other character are the
-    // separator; a text of blanks only loses exactly one.
+    // Everything after the executable's name. Spaces before the first other character are the
+    // separator; a text of spaces only loses exactly one.
     virtual std::string CommandLine() = 0;
     // Folder of the operating system, without a trailing "\" unless it is a drive root.
     virtual std::string WindowsFolder() = 0;
@@ -107,7 +108,7 @@ class CodePage {
     virtual ~CodePage() = default;
     // UTF-8 to code page bytes; nothing when a character has no exact counterpart.
     virtual std::optional<std::string> Encode(const std::string& utf8) = 0;
-    // The same with "?" for each character that has none.
+    // The same with "?" for each character without a counterpart.
     virtual std::string EncodeLossy(const std::string& utf8) = 0;
     virtual std::string Decode(const std::string& bytes) = 0;
     // Bytes of the OEM code page, as old archives hold them.
@@ -118,7 +119,7 @@ class CodePage {
     virtual std::string Fold(const std::string& utf8) = 0;
 };
 
-// What a shell does with a file or an address: what the user has set for its kind, or "open".
+// The verb for a file or an address: the default of its kind, as the user has set it, or "open".
 enum class ShellVerb { kDefault, kOpen };
 
 // The user's desktop shell.

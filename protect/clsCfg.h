@@ -8,8 +8,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include "forms/lists.h"
 #include "forms/program.h"
-#include "forms/tree.h"
 
 namespace vantrel {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "forms/controls.h"
-#include "forms/tree.h"
+#include "forms/lists.h"
 
 namespace vantrel {
 

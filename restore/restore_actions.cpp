@@ -6,7 +6,7 @@
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
 #include "common/error.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 #include "log/clsLog.h"
 #include "progress/progress_window.h"
 #include "protect/clsCfg.h"

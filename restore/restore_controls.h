@@ -3,7 +3,6 @@
 
 #include "forms/controls.h"
 #include "forms/lists.h"
-#include "forms/tree.h"
 #include "zip/pkunzip.h"
 
 namespace vantrel {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "common/product.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 
 namespace vantrel {
 

@@ -5,7 +5,7 @@
 #include "backupset/clsFiles.h"
 #include "common/error.h"
 #include "common/product.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 #include "log/clsLog.h"
 #include "system/clsSystem.h"
 #include "ui/text_views.h"

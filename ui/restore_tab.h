@@ -4,7 +4,6 @@
 #include "forms/controls.h"
 #include "forms/form.h"
 #include "forms/lists.h"
-#include "forms/tree.h"
 #include "restore/restore_actions.h"
 #include "zip/pkunzip.h"
 

@@ -2,7 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 #include "log/clsLog.h"
 #include "protect/clsCfg.h"
 #include "protect/folder_tree.h"

@@ -7,7 +7,7 @@
 #include "forms/controls.h"
 #include "forms/file_lists.h"
 #include "forms/form.h"
-#include "forms/tree.h"
+#include "forms/lists.h"
 
 namespace vantrel {
 

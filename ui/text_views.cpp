@@ -5,7 +5,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
-#include "forms/hourglass.h"
+#include "forms/desktop.h"
 #include "platform/text_file.h"
 
 namespace vantrel {

@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "common/error.h"
-#include "platform/disk_space.h"
 #include "platform/host/host_path.h"
+#include "platform/machine_support.h"
 
 namespace vantrel::platform {
 
@@ -56,6 +56,18 @@ std::optional<std::uint64_t> FreeIfThere(const HostDriveMap& drives, const HostP
 }
 
 }  // namespace
+
+std::optional<HostDrive> HostDriveMap::Get(char letter) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = drives_.find(letter);
+    if (found == drives_.end()) return std::nullopt;
+    return found->second;
+}
+
+void HostDriveMap::Set(char letter, HostDrive drive) {
+    const std::lock_guard lock(mutex_);
+    drives_[letter] = std::move(drive);
+}
 
 int HostDrives::Type(const std::string& root) {
     const auto drive = DriveOf(drives_, root);

@@ -1,10 +1,40 @@
-// Drive questions, answered from the drive map and the host's file systems.
+// The host folder of each drive letter, and answers about drives from that map and the host's file
+// systems. The map may change while others use it (a disk is taken out).
+// Safe from any thread.
 #pragma once
 
-#include "platform/host/host_drive_map.h"
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
 #include "platform/machine.h"
 
 namespace vantrel::platform {
+
+struct HostDrive {
+    std::string folder;  // host path of the drive's root
+    int type = drive_type::kFixed;
+    std::string label{};
+    bool ready = true;  // false: a drive without a disk
+    // Names are found as they are spelled only, as the host's own programs find them. Saves
+    // searching a folder for another spelling of each missing name, and the table of open files.
+    bool exact_names = false;
+};
+
+class HostDriveMap {
+  public:
+    HostDriveMap() = default;
+    explicit HostDriveMap(std::map<char, HostDrive> drives) : drives_(std::move(drives)) {}
+
+    // `letter` is a capital.
+    std::optional<HostDrive> Get(char letter) const;
+    void Set(char letter, HostDrive drive);
+
+  private:
+    mutable std::mutex mutex_;
+    std::map<char, HostDrive> drives_;
+};
 
 class HostDrives : public Drives {
   public:

@@ -3,17 +3,67 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <map>
+#include <mutex>
+#include <utility>
+#include <vector>
 
 #include "common/error.h"
-#include "platform/host/host_error.h"
 #include "platform/host/host_info.h"
 
 namespace vantrel::platform {
 
 namespace {
 
-[[noreturn]] void RaiseFileError() { RaiseHostError(errno, HostDeed::kFile); }
+constexpr unsigned kReading = 1;
+constexpr unsigned kWriting = 2;
+constexpr unsigned kMoving = 4;  // renaming, replacing, removing
+
+struct Terms {
+    unsigned wants;
+    unsigned lets;
+};
+
+Terms TermsOf(OpenMode mode) {
+    switch (mode) {
+        case OpenMode::kRead:
+            return {kReading, kReading | kWriting | kMoving};
+        case OpenMode::kWrite:
+            return {kWriting, kReading};
+        case OpenMode::kAppend:
+            return {kWriting, kReading | kWriting};
+        case OpenMode::kCreateNew:
+            break;
+    }
+    return {kReading | kWriting, 0};
+}
+
+bool Agree(Terms one, Terms other) {
+    return (one.wants & ~other.lets) == 0 && (other.wants & ~one.lets) == 0;
+}
+
+struct Table {
+    std::mutex mutex;
+    std::map<std::pair<dev_t, ino_t>, std::vector<OpenMode>> open;
+};
+
+Table& OpenFiles() {
+    static Table table;
+    return table;
+}
+
+// With the table's mutex held.
+void Check(const Table& table, std::pair<dev_t, ino_t> file, Terms wanted) {
+    const auto found = table.open.find(file);
+    if (found == table.open.end()) return;
+    for (const OpenMode mode : found->second) {
+        if (!Agree(TermsOf(mode), wanted)) RaiseError(error_number::kPermissionDenied);
+    }
+}
+
+[[noreturn]] void RaiseFileError() { RaiseHostError(errno, FileOperation::kFile); }
 
 // Emptying waits until it is known that the file may be written. Not to block: a pipe would.
 int FlagsFor(OpenMode mode) {
@@ -43,7 +93,7 @@ HostFd TryOpen(const HostPlace& place, int flags) {
 }
 
 HostFd OpenAnySpelling(HostPlace& place, int flags) {
-    // A name is made only after it is known that none stands there in another spelling.
+    // A file is created only when no other spelling of its name exists.
     const int careful = flags & ~(O_CREAT | O_EXCL);
     HostFd fd;
     if ((flags & O_EXCL) == 0) fd = TryOpen(place, careful);
@@ -58,6 +108,29 @@ HostFd OpenAnySpelling(HostPlace& place, int flags) {
 }
 
 }  // namespace
+
+HostShare::HostShare(dev_t device, ino_t number, OpenMode mode)
+    : device_(device), number_(number), mode_(mode) {
+    Table& table = OpenFiles();
+    const std::lock_guard lock(table.mutex);
+    Check(table, {device, number}, TermsOf(mode));
+    table.open[{device, number}].push_back(mode);
+}
+
+HostShare::~HostShare() {
+    Table& table = OpenFiles();
+    const std::lock_guard lock(table.mutex);
+    const auto found = table.open.find({device_, number_});
+    auto& modes = found->second;
+    modes.erase(std::find(modes.begin(), modes.end(), mode_));
+    if (modes.empty()) table.open.erase(found);
+}
+
+void HostShare::CheckMovable(dev_t device, ino_t number) {
+    Table& table = OpenFiles();
+    const std::lock_guard lock(table.mutex);
+    Check(table, {device, number}, {kMoving, kReading | kWriting | kMoving});
+}
 
 std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
     if (place.IsRoot()) RaiseError(error_number::kPermissionDenied);

@@ -1,15 +1,34 @@
-// An open file of the host.
+// An open file of the host, and the table of open files. The host has no sharing modes;
+// the table enforces those of the open modes, within this process.
 #pragma once
+
+#include <sys/types.h>
 
 #include <memory>
 #include <optional>
 
 #include "platform/file_system.h"
-#include "platform/host/host_handles.h"
 #include "platform/host/host_path.h"
-#include "platform/host/host_sharing.h"
 
 namespace vantrel::platform {
+
+// The entry of an open file in the table. Safe from any thread.
+class HostShare {
+  public:
+    // Raises 70 when `mode` conflicts with a mode in which the file is open.
+    HostShare(dev_t device, ino_t number, OpenMode mode);
+    ~HostShare();
+    HostShare(const HostShare&) = delete;
+    HostShare& operator=(const HostShare&) = delete;
+
+    // Raises 70 when the file is open in a mode that excludes renaming and removing.
+    static void CheckMovable(dev_t device, ino_t number);
+
+  private:
+    dev_t device_;
+    ino_t number_;
+    OpenMode mode_;
+};
 
 class HostFile : public File {
   public:

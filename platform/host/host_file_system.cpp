@@ -5,24 +5,33 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <string_view>
 
 #include "common/error.h"
-#include "platform/host/host_error.h"
 #include "platform/host/host_file.h"
-#include "platform/host/host_folder.h"
 #include "platform/host/host_info.h"
-#include "platform/host/host_list.h"
 #include "platform/host/host_path.h"
-#include "platform/host/host_sharing.h"
 
 namespace vantrel::platform {
 
 namespace {
 
+HostFd OpenForListing(HostPlace& place) {
+    const auto open = [&] {
+        return HostFd(::openat(place.Folder(), place.Name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    };
+    HostFd fd = open();
+    if (!fd.IsValid() && (errno == ENOENT || errno == ENOTDIR) && place.Respell()) fd = open();
+    if (!fd.IsValid()) RaiseHostError(errno, FileOperation::kList);
+    return fd;
+}
+
+bool IsDots(std::string_view name) { return name == "." || name == ".."; }
+
 using namespace error_number;
 
 // Runs `call` on the place as spelled, then in the spelling on disk. Whether it succeeded; errno
-// tells why not. Raises 76 when a folder on the way is missing.
+// has the reason. Raises 76 when a folder on the way is missing.
 template <typename Call>
 bool InAnySpelling(HostPlace& place, Call call) {
     if (call()) return true;
@@ -38,13 +47,13 @@ bool Status(HostPlace& place, struct stat& status, int flags) {
 }
 
 // The status of what must be there.
-struct stat Needed(HostPlace& place, HostDeed deed) {
+struct stat Needed(HostPlace& place, FileOperation operation) {
     struct stat status;
-    if (!Status(place, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, deed);
+    if (!Status(place, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, operation);
     return status;
 }
 
-// Whether nothing more can be said than that a thing is not there.
+// Whether a failure means only that the file does not exist.
 bool IsAbsence(int number) {
     return number == kFileNotFound || number == kPathNotFound || number == kBadFileName ||
            number == kDeviceUnavailable || number == kDiskNotReady;
@@ -55,7 +64,7 @@ std::optional<FileInfo> FindAt(HostPlace& place) {
     const bool found = InAnySpelling(place, [&] {
         return ::statx(place.Folder(), place.Name(), AT_SYMLINK_NOFOLLOW, kHostMask, &status) == 0;
     });
-    if (!found) RaiseHostError(errno, HostDeed::kFile);
+    if (!found) RaiseHostError(errno, FileOperation::kFile);
     // The root of a drive is a folder even where it is a link on the host.
     if (place.IsRoot() && S_ISLNK(status.stx_mode)) {
         ::statx(place.Folder(), place.Name(), 0, kHostMask, &status);
@@ -73,7 +82,7 @@ void CheckMovable(const struct stat& status) {
 void CheckReplaceable(HostPlace& target) {
     struct stat status;
     if (!Status(target, status, AT_SYMLINK_NOFOLLOW)) {
-        if (errno != ENOENT) RaiseHostError(errno, HostDeed::kFile);
+        if (errno != ENOENT) RaiseHostError(errno, FileOperation::kFile);
         return;
     }
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
@@ -92,6 +101,67 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
         if (IsAbsence(error.number())) return std::nullopt;
         throw;
     }
+}
+
+// One pass over the folder, one status question an entry and, where the file system can keep
+// extended attributes at all, one for those. Raises as FileSystem::List does.
+void ListHostFolder(HostPlace& place, const std::function<bool(const FileInfo&)>& each) {
+    HostFd fd = OpenForListing(place);
+    const HostDir dir(::fdopendir(fd.Get()));
+    if (!dir) RaiseHostError(errno, FileOperation::kList);
+    const int folder = fd.Release();
+    const std::string prefix = place.Path() + "/";
+    bool has_stored_attributes = true;
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(dir.get());
+        if (entry == nullptr && errno != 0) RaiseHostError(errno, FileOperation::kList);
+        if (entry == nullptr) return;
+        if (IsDots(entry->d_name)) continue;
+        struct statx status;
+        // An entry that is gone by now is one that the listing came too late for.
+        if (::statx(folder, entry->d_name, AT_SYMLINK_NOFOLLOW, kHostMask, &status) != 0) continue;
+        FileInfo info = InfoFromStatus(entry->d_name, status);
+        if (has_stored_attributes) {
+            has_stored_attributes = AddStoredAttributes(prefix + info.name, info);
+        }
+        if (!each(info)) return;
+    }
+}
+
+// A folder of the host in which files are created.
+// On a drive of exact names (HostDrive::exact_names) it is opened for its second file, because most
+// folders have fewer than three files, for which opening costs more than it saves.
+class HostFolder : public Folder {
+  public:
+    // `by_path` creates the files that cannot be created in the open folder, or raises the error.
+    HostFolder(const HostDriveMap& drives, std::string path, std::unique_ptr<Folder> by_path)
+        : drives_(drives), path_(std::move(path)), by_path_(std::move(by_path)) {}
+
+    std::unique_ptr<File> Create(const std::string& name) override;
+
+  private:
+    void Open();
+
+    const HostDriveMap& drives_;
+    const std::string path_;
+    std::unique_ptr<Folder> by_path_;
+    int asked_ = 0;  // files asked for, counted up to 2
+    HostFd folder_;
+};
+
+std::unique_ptr<File> HostFolder::Create(const std::string& name) {
+    if (asked_ < 2 && ++asked_ == 2) Open();
+    if (folder_.IsValid() && IsHostName(name)) {
+        if (auto file = HostFile::TryCreate(folder_.Get(), name.c_str())) return file;
+    }
+    return by_path_->Create(name);
+}
+
+void HostFolder::Open() {
+    const HostPlace place(drives_, HostPath(path_));
+    if (!place.ExactNames()) return;
+    folder_ = HostFd(::openat(place.Folder(), place.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 }  // namespace
@@ -135,7 +205,7 @@ void HostFileSystem::MakeFolder(const std::string& path) {
     if (in_one_go && ::mkdirat(place.Folder(), place.Name(), 0777) == 0) return;
     if (parsed.IsRoot() || place.Respell()) RaiseError(kPathFileAccess);
     if (::mkdirat(place.Folder(), place.Name(), 0777) != 0) {
-        RaiseHostError(errno, HostDeed::kFolder);
+        RaiseHostError(errno, FileOperation::kFolder);
     }
 }
 
@@ -143,9 +213,10 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     const HostPath from_path(from);
     const HostPath to_path(to);
     HostPlace source(drives_, from_path);
-    const struct stat status = Needed(source, HostDeed::kFile);
+    const struct stat status = Needed(source, FileOperation::kFile);
     if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
-    const HostDeed deed = S_ISDIR(status.st_mode) ? HostDeed::kFolder : HostDeed::kFile;
+    const FileOperation operation =
+        S_ISDIR(status.st_mode) ? FileOperation::kFolder : FileOperation::kFile;
     if (from_path.IsRoot()) RaiseError(kPathFileAccess);
     HostPlace target(drives_, to_path);
     const std::string wanted = target.Path();
@@ -159,7 +230,7 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     CheckMovable(status);
     if (::renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(),
                     RENAME_NOREPLACE) != 0) {
-        RaiseHostError(errno, errno == EEXIST ? HostDeed::kFile : deed);
+        RaiseHostError(errno, errno == EEXIST ? FileOperation::kFile : operation);
     }
 }
 
@@ -167,24 +238,25 @@ void HostFileSystem::Replace(const std::string& from, const std::string& to) {
     const HostPath from_path(from);
     const HostPath to_path(to);
     HostPlace source(drives_, from_path);
-    const struct stat status = Needed(source, HostDeed::kFile);
+    const struct stat status = Needed(source, FileOperation::kFile);
     if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
     if (S_ISDIR(status.st_mode)) RaiseError(kPermissionDenied);
     CheckMovable(status);
     HostPlace target(drives_, to_path);
     CheckReplaceable(target);
     if (::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
 }
 
 void HostFileSystem::RemoveFile(const std::string& path) {
     HostPlace place(drives_, HostPath(path));
-    const struct stat status = Needed(place, HostDeed::kFile);
+    const struct stat status = Needed(place, FileOperation::kFile);
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
     if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
     CheckMovable(status);
-    if (::unlinkat(place.Folder(), place.Name(), 0) != 0) RaiseHostError(errno, HostDeed::kFile);
+    if (::unlinkat(place.Folder(), place.Name(), 0) != 0)
+        RaiseHostError(errno, FileOperation::kFile);
 }
 
 void HostFileSystem::RemoveFolder(const std::string& path) {
@@ -193,21 +265,21 @@ void HostFileSystem::RemoveFolder(const std::string& path) {
     if (parsed.IsRoot()) RaiseError(kPathFileAccess);
     const bool removed = InAnySpelling(
         place, [&] { return ::unlinkat(place.Folder(), place.Name(), AT_REMOVEDIR) == 0; });
-    if (!removed) RaiseHostError(errno, HostDeed::kFolder);
+    if (!removed) RaiseHostError(errno, FileOperation::kFolder);
 }
 
 void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
     HostPlace place(drives_, HostPath(path));
-    Needed(place, HostDeed::kFile);
+    Needed(place, FileOperation::kFile);
     StoreAttributes(place, attributes);
 }
 
 void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
     HostPlace place(drives_, HostPath(path));
     // The host does not even look where neither time is to change.
-    Needed(place, HostDeed::kFile);
+    Needed(place, FileOperation::kFile);
     if (::utimensat(place.Folder(), place.Name(), HostTimes(times).values, 0) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
 }
 

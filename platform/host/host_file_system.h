@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/file_system.h"
-#include "platform/host/host_drive_map.h"
+#include "platform/host/host_drives.h"
 
 namespace vantrel::platform {
 

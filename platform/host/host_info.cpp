@@ -9,11 +9,49 @@
 #include <string_view>
 
 #include "common/error.h"
-#include "platform/host/host_error.h"
 
 namespace vantrel::platform {
 
 namespace {
+
+using namespace error_number;
+
+int FileNumber(int code) {
+    switch (code) {
+        case ENOENT:
+            return kFileNotFound;
+        case ENOTDIR:
+        case ELOOP:
+            return kPathNotFound;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case EISDIR:
+        case ETXTBSY:
+        case EBUSY:
+        case ENXIO:  // a pipe or socket that no other process has open
+            return kPermissionDenied;
+        case EEXIST:
+            return kFileExists;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            return kDiskFull;
+        case EXDEV:
+            return kAcrossDrives;
+        case ENAMETOOLONG:
+        case EILSEQ:
+            return kBadFileName;
+        case ENOMEM:
+            return kOutOfMemory;
+        case ENODEV:
+            return kDeviceUnavailable;
+        case ENOMEDIUM:
+            return kDiskNotReady;
+        default:
+            return kDeviceIo;
+    }
+}
 
 constexpr const char* kStored = "user.DOSATTRIB";
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
@@ -24,10 +62,10 @@ std::uint32_t StoredBits(bool folder) {
     return folder ? kStoredBits | attribute::kReadOnly : kStoredBits;
 }
 
-// What is meant where nothing is stored.
+// The attributes of a file without stored ones.
 std::uint32_t DefaultBits(bool folder) { return folder ? 0 : attribute::kArchive; }
 
-// Other programs may let bytes of their own follow the number.
+// Other programs may add bytes after the number.
 std::optional<std::uint32_t> ParseStored(std::string_view text) {
     if (!text.starts_with("0x")) return std::nullopt;
     std::uint32_t value = 0;
@@ -46,7 +84,7 @@ void StoreMode(const HostPlace& place, unsigned mode, bool read_only) {
     if (IsReadOnlyMode(mode) == read_only) return;
     const unsigned wanted = read_only ? mode & ~0222u : mode | 0200u;
     if (::fchmodat(place.Folder(), place.Name(), wanted & 07777u, 0) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
 }
 
@@ -60,7 +98,7 @@ void StoreBits(const std::string& host_path, std::uint32_t bits, bool folder) {
         if (::setxattr(host_path.c_str(), kStored, text.data(), text.size(), 0) == 0) return;
     }
     RaiseError(errno == EOPNOTSUPP ? error_number::kPermissionDenied
-                                   : HostErrorNumber(errno, HostDeed::kFile));
+                                   : HostErrorNumber(errno, FileOperation::kFile));
 }
 
 struct timespec HostTime(Ticks ticks) {
@@ -70,6 +108,16 @@ struct timespec HostTime(Ticks ticks) {
 }
 
 }  // namespace
+
+int HostErrorNumber(int code, FileOperation operation) {
+    const bool of_a_file = operation == FileOperation::kFile;
+    if (!of_a_file && (code == ENOTEMPTY || code == EINVAL)) return kPathFileAccess;
+    return NumberFor(operation, FileNumber(code));
+}
+
+void RaiseHostError(int code, FileOperation operation) {
+    RaiseError(HostErrorNumber(code, operation));
+}
 
 Ticks TicksOf(std::int64_t seconds, std::uint32_t nanoseconds) {
     const std::int64_t ticks = seconds * kTicksPerSecond + nanoseconds / 100 + kEpochTicks;
@@ -119,10 +167,10 @@ bool AddStoredAttributes(const std::string& host_path, FileInfo& info) {
 void StoreAttributes(const HostPlace& place, std::uint32_t attributes) {
     struct stat status;
     if (::fstatat(place.Folder(), place.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        RaiseHostError(errno, HostDeed::kFile);
+        RaiseHostError(errno, FileOperation::kFile);
     }
     const bool folder = S_ISDIR(status.st_mode);
-    // What a link or a device bears is not ours to change.
+    // Attributes of links and devices are not changed.
     if (!folder && !S_ISREG(status.st_mode)) RaiseError(error_number::kPermissionDenied);
     // Writable while the extended attribute is set, which a read-only file's owner may not do.
     if (!folder) StoreMode(place, status.st_mode, false);

@@ -1,7 +1,7 @@
-// What the host knows about a file, in Windows' terms. Read-only is a file without any write bit in
-// its mode; hidden, system and archive are kept in the extended attribute user.DOSATTRIB as the
-// text "0x22", where other programs look for them too. A folder keeps its read-only bit there as
-// well, because its mode's write bits mean something else.
+// The host's metadata of a file in Windows' terms, and the host's errors as run-time numbers.
+// Read-only is a file without any write bit in its mode; hidden, system and archive are kept in the
+// extended attribute user.DOSATTRIB as the text "0x22", where other programs expect them too. A
+// folder keeps its read-only bit there as well, because its mode's write bits mean something else.
 #pragma once
 
 #include <sys/stat.h>
@@ -11,16 +11,17 @@
 
 #include "platform/file_system.h"
 #include "platform/host/host_path.h"
+#include "platform/machine_support.h"
 
 namespace vantrel::platform {
 
 constexpr unsigned kHostMask = STATX_BASIC_STATS | STATX_BTIME;
 
-// Everything but what the extended attribute adds.
+// Everything except the attributes in the extended attribute.
 FileInfo InfoFromStatus(const std::string& name, const struct statx& status);
 
-// Adds what the extended attribute says about the file at the host path. False when the file system
-// there has no such attributes, so that a listing need not ask again.
+// Adds the attributes stored in the extended attribute of the file at the host path. False when the
+// file system there has no such attributes, so that a listing need not ask again.
 bool AddStoredAttributes(const std::string& host_path, FileInfo& info);
 
 // Brings the mode and the extended attribute of a file or folder to `attributes`. Raises 70.
@@ -38,5 +39,10 @@ struct HostTimes {
 // From and to the host's time, seconds since 1970.
 Ticks TicksOf(std::int64_t seconds, std::uint32_t nanoseconds);
 std::int64_t SecondsOf(Ticks ticks);  // rounded down
+
+// The run-time error number for an errno value.
+int HostErrorNumber(int code, FileOperation operation);
+
+[[noreturn]] void RaiseHostError(int code, FileOperation operation);
 
 }  // namespace vantrel::platform

@@ -1,17 +1,13 @@
-// The whole seam over a POSIX host: what host tests, fuzzers and developer tools run on.
+// The complete machine over a POSIX host. Host tests, fuzzers and developer tools run on it.
 #pragma once
 
 #include <map>
+#include <utility>
 
-#include "platform/host/host_clock.h"
 #include "platform/host/host_code_page.h"
-#include "platform/host/host_drive_map.h"
 #include "platform/host/host_drives.h"
 #include "platform/host/host_file_system.h"
-#include "platform/host/host_mail.h"
-#include "platform/host/host_process.h"
-#include "platform/host/host_settings.h"
-#include "platform/host/host_shell.h"
+#include "platform/host/host_services.h"
 #include "platform/machine.h"
 
 namespace vantrel::platform {
@@ -20,7 +16,8 @@ class HostMachine {
   public:
     // Without a map, Z: is the host's root.
     explicit HostMachine(std::map<char, HostDrive> drives = {{'Z', {.folder = "/"}}},
-                         HostProgram program = {});
+                         HostProgram program = {})
+        : drive_map_(std::move(drives)), process_(std::move(program)) {}
     HostMachine(const HostMachine&) = delete;
     HostMachine& operator=(const HostMachine&) = delete;
 

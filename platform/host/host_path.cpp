@@ -18,8 +18,8 @@ namespace vantrel::platform {
 
 namespace {
 
-// The host's calls take paths of up to PATH_MAX bytes; some room is left for a further name.
-constexpr std::size_t kLongestPath = PATH_MAX - 300;
+// The host's calls take paths of up to PATH_MAX bytes; 300 bytes are kept for a further name.
+constexpr std::size_t kMaxPath = PATH_MAX - 300;
 
 bool IsName(std::string_view name) {
     return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
@@ -43,7 +43,7 @@ bool Exists(int folder, const std::string& name) {
     return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-// Without a "\\?\" that a drive follows: it says nothing here.
+// The path without a "\\?\" before a drive, which has no meaning here.
 std::string_view WithoutPrefix(std::string_view path) {
     constexpr std::size_t kPrefix = 4;
     const bool has_prefix = StartsWithSlashes(path) && path.size() > kPrefix && path[2] == '?' &&
@@ -51,15 +51,14 @@ std::string_view WithoutPrefix(std::string_view path) {
     return has_prefix ? path.substr(kPrefix) : path;
 }
 
-// Compares many names with one, at the price of a few instructions for most of them.
+// Compares many names with one; most of them differ in the first characters.
 class NameMatcher {
   public:
     explicit NameMatcher(const std::string& name) : folded_(HostFold(name)) {}
 
     bool Matches(std::string_view name) const {
         for (std::size_t i = 0; i < name.size(); ++i) {
-            // Capitals of ASCII letters stand where their letters stood, as long as nothing but
-            // ASCII came before.
+            // Folding keeps the positions of characters as long as all before them are ASCII.
             if (static_cast<unsigned char>(name[i]) >= 0x80) {
                 return HostFold(std::string(name)) == folded_;
             }
@@ -144,10 +143,10 @@ bool HostPlace::Go() {
     std::string_view rest = path_.below;
     name_.reserve(root_.size() + 1 + rest.size());
     name_ = root_;
-    while (name_.size() + rest.size() > kLongestPath) {
-        // As many names as the host takes at once; none when the root's own is long.
-        const std::size_t room = kLongestPath - std::min(kLongestPath, name_.size());
-        const std::size_t slash = rest.rfind('/', room);
+    while (name_.size() + rest.size() > kMaxPath) {
+        // As many names as the host takes at once; none when the root's path is long.
+        const std::size_t capacity = kMaxPath - std::min(kMaxPath, name_.size());
+        const std::size_t slash = rest.rfind('/', capacity);
         const std::size_t taken = slash == std::string_view::npos ? 0 : slash;
         Append(rest.substr(0, taken));
         HostFd next = OpenFolder(Folder(), name_);

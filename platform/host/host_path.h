@@ -2,20 +2,54 @@
 // found without regard to case; nothing is remembered from one call to the next.
 #pragma once
 
+#include <dirent.h>
+#include <unistd.h>
+
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "platform/host/host_drive_map.h"
-#include "platform/host/host_handles.h"
+#include "platform/host/host_drives.h"
 
 namespace vantrel::platform {
 
-// Whether this is the name of one thing in a folder, and one that Windows knows.
+// A file descriptor; closes it when it goes.
+class HostFd {
+  public:
+    HostFd() = default;
+    explicit HostFd(int fd) : fd_(fd) {}
+    HostFd(HostFd&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+    HostFd& operator=(HostFd&& other) noexcept {
+        if (this != &other) {
+            Close();
+            fd_ = std::exchange(other.fd_, -1);
+        }
+        return *this;
+    }
+    ~HostFd() { Close(); }
+
+    bool IsValid() const { return fd_ >= 0; }
+    int Get() const { return fd_; }
+    int Release() { return std::exchange(fd_, -1); }
+    // Whether everything went well; true when nothing was open.
+    bool Close() { return !IsValid() || ::close(Release()) == 0; }
+
+  private:
+    int fd_ = -1;
+};
+
+struct CloseDir {
+    void operator()(DIR* dir) const { ::closedir(dir); }
+};
+using HostDir = std::unique_ptr<DIR, CloseDir>;
+
+// Whether this is a single name, and one that Windows allows.
 bool IsHostName(std::string_view name);
 
 // "C:\Folder\Name" taken apart. "/" counts as "\"; "." and ".." are resolved; "\\?\" is dropped.
 struct HostPath {
-    // Raises 52 for a malformed path or name (characters below a blank, any of < > : " | ? *, more
+    // Raises 52 for a malformed path or name (characters below a space, any of < > : " | ? *, more
     // than 255 UTF-16 units), 76 for a network path.
     explicit HostPath(std::string_view path);
 
@@ -34,11 +68,11 @@ struct HostPath {
     void AddName(std::string_view name);
 };
 
-// Where something stands or would stand on the host: a name in an open folder. For paths that the
-// host takes in one piece the folder is the current one and the name is absolute.
+// The location of an existing or new file on the host: a name in an open folder. For paths that the
+// host takes unsplit, the folder is the current one and the name is absolute.
 class HostPlace {
   public:
-    // The drive's root (68 or 71 when it cannot be had) and names below it, spelled as given.
+    // The drive's root (68 or 71 when it is not available) and names below it, spelled as given.
     HostPlace(const HostDriveMap& drives, HostPath path);
 
     int Folder() const { return folder_.IsValid() ? folder_.Get() : kCurrentFolder; }
@@ -52,8 +86,8 @@ class HostPlace {
     // Whether names are found as they are spelled only (HostDrive::exact_names).
     bool ExactNames() const { return exact_names_; }
 
-    // Looks for every name that is not there as spelled, without regard to case, and takes the
-    // spelling on disk. Returns false when the last name is not there in any spelling (it then
+    // Replaces each name that does not exist as spelled by its spelling on disk, found without
+    // regard to case. Returns false when the last name is not there in any spelling (it then
     // stays as given); the place is then where it would be made. Raises 76 for a missing folder.
     bool Respell();
     // Takes another spelling of the last name. Raises 76 for a missing folder.

@@ -8,7 +8,7 @@
 
 #include "common/error.h"
 #include "common/file_name.h"
-#include "platform/win32/wide.h"
+#include "common/utf.h"
 
 namespace vantrel::platform {
 
@@ -74,6 +74,17 @@ std::vector<std::wstring_view> TakeNames(std::wstring_view rest) {
 }
 
 }  // namespace
+
+static_assert(sizeof(wchar_t) == sizeof(char16_t), "the system's characters are UTF-16 units");
+
+std::wstring Wide(std::string_view utf8) {
+    const std::u16string utf16 = utf::ToUtf16(utf8);
+    return {utf16.begin(), utf16.end()};
+}
+
+std::string Narrow(std::wstring_view utf16) {
+    return utf::ToUtf8(std::u16string(utf16.begin(), utf16.end()));
+}
 
 DiskPath::DiskPath(const std::string& program_path) {
     const std::wstring normal = Normal(program_path);

@@ -1,18 +1,25 @@
-// The one way from a program path to the system: every path that reaches a system call comes out of
-// this class, in the form that the system takes literally. Names may then be long, end in dots or
-// blanks, or be those of devices.
+// The texts that the system takes and returns: UTF-16, and paths in the form that it takes
+// literally.
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace vantrel::platform {
 
+// Conversion between the program's UTF-8 and the system's UTF-16. Both directions keep lone
+// surrogates, which names on disk may hold, so that every name returns unchanged.
+std::wstring Wide(std::string_view utf8);
+std::string Narrow(std::wstring_view utf16);
+
+// The path of every system call on files and folders. Names may be long, end in dots or spaces, or
+// be those of devices.
 class DiskPath {
   public:
     // Takes "C:", "C:\", "C:\Folder\Name", "\\server\share\Name" and the same behind "\\?\" or
     // "\\?\UNC\"; "/" counts as "\", repeated separators as one; "." and ".." are resolved. Raises
     // 52 for anything else and for names that no Windows file system holds: characters below a
-    // blank, any of < > : " | ? *, or more than 255 UTF-16 units. A stream of a file ("a:b") can
+    // space, any of < > : " | ? *, or more than 255 UTF-16 units. A stream of a file ("a:b") can
     // therefore never be meant.
     explicit DiskPath(const std::string& program_path);
 

@@ -61,6 +61,14 @@ constexpr Row kTable[] = {
     {ERROR_OUTOFMEMORY, kOutOfMemory},
 };
 
+constexpr DWORD kPauses[] = {10, 20, 40, 80, 160};  // milliseconds before the next try
+
+bool IsLocked(DWORD code) {
+    return code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION ||
+           code == ERROR_ACCESS_DENIED || code == ERROR_DELETE_PENDING ||
+           code == ERROR_USER_MAPPED_FILE;
+}
+
 int TableNumber(DWORD code) {
     for (const Row& row : kTable) {
         if (row.code == code) return row.number;
@@ -80,25 +88,33 @@ int DriveFault(const DiskPath& path) {
 
 }  // namespace
 
-int ErrorNumber(DWORD code, Deed deed) {
-    const int number = TableNumber(code);
-    const bool denied = number == kPermissionDenied;
-    if (deed == Deed::kFile) return number;
-    if (number == kFileNotFound) return kPathNotFound;
-    // How some systems put it that a folder cannot become part of itself.
-    if (code == ERROR_INVALID_PARAMETER) return kPathFileAccess;
-    if (deed == Deed::kList && number == kBadFileName) return kPathNotFound;
-    return denied || number == kFileExists || number == kBadFileName ? kPathFileAccess : number;
+int ErrorNumber(DWORD code, FileOperation operation) {
+    // The code of some systems for a folder that would become part of itself.
+    const bool of_a_file = operation == FileOperation::kFile;
+    if (!of_a_file && code == ERROR_INVALID_PARAMETER) return kPathFileAccess;
+    return NumberFor(operation, TableNumber(code));
 }
 
-void RaiseSystemError(DWORD code, Deed deed, const DiskPath& path) {
-    const int number = ErrorNumber(code, deed);
+void RaiseSystemError(DWORD code, FileOperation operation, const DiskPath& path) {
+    const int number = ErrorNumber(code, operation);
     if (number == kFileNotFound || number == kPathNotFound) {
         if (const int fault = DriveFault(path)) RaiseError(fault);
     }
     RaiseError(number);
 }
 
-void RaiseSystemError(DWORD code) { RaiseError(ErrorNumber(code, Deed::kFile)); }
+void RaiseSystemError(DWORD code) { RaiseError(ErrorNumber(code, FileOperation::kFile)); }
+
+DWORD RetryWhileLocked(const std::function<bool()>& call, const Pause& pause) {
+    if (call()) return ERROR_SUCCESS;
+    DWORD code = GetLastError();
+    for (const DWORD milliseconds : kPauses) {
+        if (!IsLocked(code)) break;
+        pause(milliseconds);
+        if (call()) return ERROR_SUCCESS;
+        code = GetLastError();
+    }
+    return code;
+}
 
 }  // namespace vantrel::platform

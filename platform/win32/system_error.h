@@ -1,26 +1,31 @@
-// From the system's error codes to run-time error numbers, in one table.
+// Failures of system calls: their run-time error numbers, and the retries of calls that fail
+// because another program holds the file. Any thread may call these functions.
 #pragma once
 
 #include <windows.h>
 
+#include <functional>
+
+#include "platform/machine_support.h"
 #include "platform/win32/disk_path.h"
 
 namespace vantrel::platform {
 
-// What was being done; the same code means different numbers to a file and to a folder.
-enum class Deed {
-    kFile,    // opening, reading, writing, renaming, removing a file
-    kFolder,  // making, renaming or removing a folder: what is not allowed is 75
-    kList,    // reading a folder: a name that is no folder is 76, one that may not be read 75
-};
-
 // The number for a system error code; 57 for a code that the table lacks.
-int ErrorNumber(DWORD code, Deed deed);
+int ErrorNumber(DWORD code, FileOperation operation);
 
 // Raises the number for `code`. Something missing at `path` becomes 68 when its whole drive is
 // missing and 71 when there is no disk in it.
-[[noreturn]] void RaiseSystemError(DWORD code, Deed deed, const DiskPath& path);
+[[noreturn]] void RaiseSystemError(DWORD code, FileOperation operation, const DiskPath& path);
 // The same where no path is at hand: an open file.
 [[noreturn]] void RaiseSystemError(DWORD code);
+
+// Waits before the next try; the system's Sleep, unless a test has another.
+using Pause = std::function<void(DWORD milliseconds)>;
+
+// Runs `call`, a system call that returns whether it succeeded, again while it fails because the
+// file is in use or access is denied: at most 6 times, with pauses of 0.3 s in all. Returns 0, or
+// the code of the last failure. platform/retry.h says which calls are retried.
+DWORD RetryWhileLocked(const std::function<bool()>& call, const Pause& pause = ::Sleep);
 
 }  // namespace vantrel::platform

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "common/utf.h"
-#include "platform/win32/wide.h"
+#include "platform/win32/disk_path.h"
 
 namespace vantrel::platform {
 

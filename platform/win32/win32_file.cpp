@@ -10,8 +10,8 @@ namespace vantrel::platform {
 
 namespace {
 
-// Bytes asked of the system at a time; network redirectors refuse much larger requests.
-constexpr std::size_t kStep = 16u << 20;
+// Bytes of one request; network redirectors refuse much larger ones.
+constexpr std::size_t kMaxRequest = 16u << 20;
 
 struct Opening {
     DWORD access;
@@ -20,8 +20,8 @@ struct Opening {
     DWORD flags;
 };
 
-// Opening "always" and emptying by hand, because CREATE_ALWAYS refuses hidden and system files.
-// Appending asks for no right to write elsewhere: the system then puts every write at the end.
+// kWrite opens with OPEN_ALWAYS and truncates the file itself, because CREATE_ALWAYS refuses hidden
+// and system files. kAppend requests no right to write elsewhere: every write then goes to the end.
 Opening OpeningFor(OpenMode mode) {
     switch (mode) {
         case OpenMode::kRead:
@@ -38,7 +38,7 @@ Opening OpeningFor(OpenMode mode) {
     return {GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL};
 }
 
-DWORD Step(std::size_t left) { return static_cast<DWORD>(std::min(left, kStep)); }
+DWORD Step(std::size_t left) { return static_cast<DWORD>(std::min(left, kMaxRequest)); }
 
 LARGE_INTEGER Position(std::uint64_t bytes) {
     LARGE_INTEGER position;
@@ -49,7 +49,7 @@ LARGE_INTEGER Position(std::uint64_t bytes) {
 }  // namespace
 
 std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const Pause& pause) {
-    if (path.IsRoot()) RaiseSystemError(ERROR_ACCESS_DENIED, Deed::kFile, path);
+    if (path.IsRoot()) RaiseSystemError(ERROR_ACCESS_DENIED, FileOperation::kFile, path);
     const Opening how = OpeningFor(mode);
     FileHandle handle;
     const auto open = [&] {
@@ -57,11 +57,11 @@ std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const
                                         how.disposition, how.flags, nullptr));
         return handle.IsValid();
     };
-    const bool patient = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
-    const DWORD code = patient  ? RunPatiently(open, pause)
+    const bool retries = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
+    const DWORD code = retries  ? RetryWhileLocked(open, pause)
                        : open() ? ERROR_SUCCESS
                                 : GetLastError();
-    if (code != ERROR_SUCCESS) RaiseSystemError(code, Deed::kFile, path);
+    if (code != ERROR_SUCCESS) RaiseSystemError(code, FileOperation::kFile, path);
     auto file = std::make_unique<Win32File>(std::move(handle));
     if (mode == OpenMode::kWrite) file->Truncate(0);
     return file;
@@ -126,10 +126,10 @@ void Win32File::Close() {
 }
 
 bool ApplyTimes(HANDLE file, const FileTimes& times) {
-    const auto convert = [](Ticks ticks, FILETIME& room) -> const FILETIME* {
+    const auto convert = [](Ticks ticks, FILETIME& buffer) -> const FILETIME* {
         if (ticks > static_cast<Ticks>(std::numeric_limits<std::int64_t>::max())) return nullptr;
-        room = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-        return ticks == 0 ? nullptr : &room;
+        buffer = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+        return ticks == 0 ? nullptr : &buffer;
     };
     FILETIME created, accessed, modified;
     return SetFileTime(file, convert(times.created, created), convert(times.accessed, accessed),

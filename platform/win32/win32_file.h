@@ -7,13 +7,13 @@
 #include "platform/file_system.h"
 #include "platform/win32/disk_path.h"
 #include "platform/win32/handles.h"
-#include "platform/win32/retry.h"
+#include "platform/win32/system_error.h"
 
 namespace vantrel::platform {
 
 class Win32File final : public File {
   public:
-    // Opens as FileSystem::Open says, with patience unless it is to read or to make a file.
+    // As FileSystem::Open. Retries while the file is locked, for kWrite and kAppend.
     static std::unique_ptr<File> Open(const DiskPath& path, OpenMode mode, const Pause& pause);
 
     explicit Win32File(FileHandle handle) : handle_(std::move(handle)) {}

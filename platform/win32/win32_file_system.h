@@ -1,12 +1,11 @@
-// Files and folders of the system; any thread may call it. What somebody else holds is asked for
-// again for a moment before it is refused, except to read it: who reads has many files, and
-// decides.
+// Files and folders of the system. Any thread may call it. Retries calls that fail because another
+// program holds the file, except to open for reading; see platform/retry.h.
 #pragma once
 
 #include <utility>
 
 #include "platform/file_system.h"
-#include "platform/win32/retry.h"
+#include "platform/win32/system_error.h"
 
 namespace vantrel::platform {
 
@@ -27,7 +26,7 @@ class Win32FileSystem final : public FileSystem {
     bool SameFile(const std::string& one, const std::string& other) override;
 
   private:
-    DWORD Patiently(const std::function<bool()>& call) const { return RunPatiently(call, pause_); }
+    DWORD Retry(const std::function<bool()>& call) const { return RetryWhileLocked(call, pause_); }
 
     Pause pause_;
 };

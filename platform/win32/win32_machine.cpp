@@ -2,15 +2,10 @@
 
 #include <windows.h>
 
-#include "platform/win32/mapi_library.h"
-#include "platform/win32/win32_clock.h"
 #include "platform/win32/win32_code_page.h"
-#include "platform/win32/win32_drives.h"
 #include "platform/win32/win32_file_system.h"
 #include "platform/win32/win32_mail.h"
-#include "platform/win32/win32_process.h"
-#include "platform/win32/win32_settings.h"
-#include "platform/win32/win32_shell.h"
+#include "platform/win32/win32_services.h"
 
 namespace vantrel::platform {
 

@@ -1,5 +1,5 @@
-// The real machine. Made once, at the entry point, before anything else; lives as long as the
-// program. Hides every service, so that who includes this sees nothing of the system's headers.
+// The real machine. Created once, at the entry point, before anything else; lives as long as the
+// program. The services are hidden, so that this header includes none of the system's.
 #pragma once
 
 #include <memory>
@@ -10,8 +10,8 @@ namespace vantrel::platform {
 
 class Win32Machine {
   public:
-    // Switches off the system's own dialogs for drives that are not ready, and decides whether
-    // there is a previous instance.
+    // Disables the system's dialogs for drives that are not ready, and determines whether there is
+    // a previous instance.
     Win32Machine();
     ~Win32Machine();
     Win32Machine(const Win32Machine&) = delete;

@@ -1,12 +1,32 @@
-// The user's mail program through Simple MAPI. The library is loaded when it is asked for the first
-// time and stays: mail programs do not take kindly to being unloaded.
+// Mail through Simple MAPI: the user's mail program, to which mapi32.dll forwards every call. Used
+// on the user-interface thread only.
 #pragma once
 
-#include "platform/mail_draft.h"
+#include <windows.h>
+// Needs the types of windows.h.
+#include <mapi.h>
+
+#include "platform/mail.h"
 
 namespace vantrel::platform {
 
-class MapiLibrary;
+class MapiLibrary {
+  public:
+    // Loads the library the first time. It stays loaded, because some mail programs fail when they
+    // are unloaded. Raises a mail error when there is no mail
+    // program; the system would show a box of its own, or accept the message and drop it.
+    void Load();
+
+    // Each call restores the current folder, which mail programs change.
+    ULONG LogOn(LHANDLE& session);
+    ULONG Send(LHANDLE session, MapiMessage& message, FLAGS flags);
+    ULONG LogOff(LHANDLE session);
+
+  private:
+    LPMAPILOGON log_on_ = nullptr;
+    LPMAPISENDMAIL send_ = nullptr;
+    LPMAPILOGOFF log_off_ = nullptr;
+};
 
 class Win32MailSession final : public MailSession {
   public:

@@ -1,6 +1,6 @@
 #include "forms/controls.h"
 
-#include "forms/tree.h"
+#include "forms/lists.h"
 #include "tests/forms/bare_form.h"
 
 namespace vantrel::test {

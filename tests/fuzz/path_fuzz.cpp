@@ -8,7 +8,7 @@
 #include "backupset/clsINI.h"
 #include "common/path.h"
 #include "common/utf.h"
-#include "platform/command_line.h"
+#include "platform/machine_support.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/silent_desktop.h"
 #include "tests/support/test_machine.h"

@@ -105,11 +105,9 @@ class EasternClock : public platform::Clock {
   public:
     explicit EasternClock(test::TestClock& utc) : utc_(utc) {}
     platform::LocalTime Now() override { return ToLocal(utc_.UtcNow()); }
-    platform::Ticks UtcNow() override { return utc_.UtcNow(); }
     platform::LocalTime ToLocal(platform::Ticks utc) override {
         return utc_.ToLocal(utc + 10ull * 60 * 60 * 10'000'000);
     }
-    std::uint64_t Milliseconds() override { return utc_.Milliseconds(); }
     void Sleep(std::chrono::milliseconds time) override { utc_.Sleep(time); }
     void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
               std::chrono::milliseconds time) override {

@@ -10,10 +10,11 @@
 #include <cerrno>
 
 #include "common/error.h"
-#include "platform/host/host_error.h"
+#include "platform/host/host_info.h"
 #include "platform/host/host_machine.h"
 #include "platform/host/host_path.h"
 #include "platform/text_file.h"
+#include "tests/platform/work_folder.h"
 #include "tests/support/error_of.h"
 #include "tests/support/test_machine.h"
 
@@ -235,12 +236,12 @@ TEST_F(Host, NetworkPathIsAFolderThatIsNotThere) {
 }
 
 TEST_F(Host, TimeOfCreationIsTold) {
-    const auto before = platform::HostClock().UtcNow();
+    const auto before = UtcNow();
     machine.PutFile("C:\\a.txt", "bytes");
     const auto created = files.Find("C:\\a.txt")->times.created;
     constexpr platform::Ticks kSecond = 10'000'000;
     EXPECT_GE(created + kSecond, before);
-    EXPECT_LE(created, platform::HostClock().UtcNow());
+    EXPECT_LE(created, UtcNow());
 }
 
 TEST_F(Host, HasNoMailProgram) {
@@ -268,7 +269,7 @@ TEST(HostProcess, RunsOnTheProcessorsThatItMayUse) {
 }
 
 TEST(HostError, EachCodeIsTheNumberThatWindowsHasForIt) {
-    using platform::HostDeed;
+    using platform::FileOperation;
     const struct {
         int code, of_a_file, of_a_folder, of_a_list;
     } expected[] = {
@@ -286,9 +287,9 @@ TEST(HostError, EachCodeIsTheNumberThatWindowsHasForIt) {
         {EIO, kDeviceIo, kDeviceIo, kDeviceIo},
     };
     for (const auto& row : expected) {
-        EXPECT_EQ(HostErrorNumber(row.code, HostDeed::kFile), row.of_a_file) << row.code;
-        EXPECT_EQ(HostErrorNumber(row.code, HostDeed::kFolder), row.of_a_folder) << row.code;
-        EXPECT_EQ(HostErrorNumber(row.code, HostDeed::kList), row.of_a_list) << row.code;
+        EXPECT_EQ(HostErrorNumber(row.code, FileOperation::kFile), row.of_a_file) << row.code;
+        EXPECT_EQ(HostErrorNumber(row.code, FileOperation::kFolder), row.of_a_folder) << row.code;
+        EXPECT_EQ(HostErrorNumber(row.code, FileOperation::kList), row.of_a_list) << row.code;
     }
 }
 

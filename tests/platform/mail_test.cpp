@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "common/error.h"
-#include "platform/mail_draft.h"
 #include "tests/support/error_of.h"
 
 namespace vantrel::test {

@@ -142,20 +142,20 @@ TEST_F(Win32Drives, FilesOnTwoDrivesAreNeverTheSame) {
 
 TEST(Win32ErrorNumbers, FollowOneTable) {
     using namespace error_number;
-    using platform::Deed;
     using platform::ErrorNumber;
-    EXPECT_EQ(ErrorNumber(ERROR_NOT_READY, Deed::kFile), kDiskNotReady);
-    EXPECT_EQ(ErrorNumber(ERROR_WRITE_PROTECT, Deed::kFile), kPermissionDenied);
-    EXPECT_EQ(ErrorNumber(ERROR_HANDLE_DISK_FULL, Deed::kFile), kDiskFull);
-    EXPECT_EQ(ErrorNumber(ERROR_FILENAME_EXCED_RANGE, Deed::kFile), kBadFileName);
-    EXPECT_EQ(ErrorNumber(ERROR_NOT_SAME_DEVICE, Deed::kFile), kAcrossDrives);
-    EXPECT_EQ(ErrorNumber(ERROR_CRC, Deed::kFile), kDeviceIo);
-    EXPECT_EQ(ErrorNumber(ERROR_INVALID_PARAMETER, Deed::kFile), kDeviceIo);
-    EXPECT_EQ(ErrorNumber(ERROR_INVALID_PARAMETER, Deed::kFolder), kPathFileAccess);
-    EXPECT_EQ(ErrorNumber(ERROR_ACCESS_DENIED, Deed::kFolder), kPathFileAccess);
-    EXPECT_EQ(ErrorNumber(ERROR_ALREADY_EXISTS, Deed::kFolder), kPathFileAccess);
-    EXPECT_EQ(ErrorNumber(ERROR_ACCESS_DENIED, Deed::kList), kPathFileAccess);
-    EXPECT_EQ(ErrorNumber(ERROR_DIRECTORY, Deed::kList), kPathNotFound);
+    using platform::FileOperation;
+    EXPECT_EQ(ErrorNumber(ERROR_NOT_READY, FileOperation::kFile), kDiskNotReady);
+    EXPECT_EQ(ErrorNumber(ERROR_WRITE_PROTECT, FileOperation::kFile), kPermissionDenied);
+    EXPECT_EQ(ErrorNumber(ERROR_HANDLE_DISK_FULL, FileOperation::kFile), kDiskFull);
+    EXPECT_EQ(ErrorNumber(ERROR_FILENAME_EXCED_RANGE, FileOperation::kFile), kBadFileName);
+    EXPECT_EQ(ErrorNumber(ERROR_NOT_SAME_DEVICE, FileOperation::kFile), kAcrossDrives);
+    EXPECT_EQ(ErrorNumber(ERROR_CRC, FileOperation::kFile), kDeviceIo);
+    EXPECT_EQ(ErrorNumber(ERROR_INVALID_PARAMETER, FileOperation::kFile), kDeviceIo);
+    EXPECT_EQ(ErrorNumber(ERROR_INVALID_PARAMETER, FileOperation::kFolder), kPathFileAccess);
+    EXPECT_EQ(ErrorNumber(ERROR_ACCESS_DENIED, FileOperation::kFolder), kPathFileAccess);
+    EXPECT_EQ(ErrorNumber(ERROR_ALREADY_EXISTS, FileOperation::kFolder), kPathFileAccess);
+    EXPECT_EQ(ErrorNumber(ERROR_ACCESS_DENIED, FileOperation::kList), kPathFileAccess);
+    EXPECT_EQ(ErrorNumber(ERROR_DIRECTORY, FileOperation::kList), kPathNotFound);
 }
 
 }  // namespace

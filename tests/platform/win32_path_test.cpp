@@ -2,7 +2,6 @@
 
 #include "common/error.h"
 #include "platform/win32/disk_path.h"
-#include "platform/win32/wide.h"
 #include "tests/platform/win32_support.h"
 
 namespace vantrel::platform {

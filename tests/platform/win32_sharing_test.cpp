@@ -1,5 +1,5 @@
 // Files that another program holds, and files that may not be changed.
-#include "platform/win32/retry.h"
+#include "platform/win32/system_error.h"
 #include "tests/platform/win32_support.h"
 
 namespace vantrel::test {
@@ -114,7 +114,7 @@ TEST_F(Win32Sharing, FolderCannotBeOpenedAsAFile) {
 }
 
 // A system call that fails with `code` the first `failures` times.
-struct Stubborn {
+struct FailingCall {
     DWORD code;
     int failures;
     int calls = 0;
@@ -126,21 +126,21 @@ struct Stubborn {
 
 TEST(Win32Retry, CallIsRepeatedWhileTheFileIsInUse) {
     for (const DWORD code : {ERROR_SHARING_VIOLATION, ERROR_ACCESS_DENIED, ERROR_LOCK_VIOLATION}) {
-        Stubborn call{code, 2};
-        EXPECT_EQ(platform::RunPatiently([&] { return call(); }), DWORD{ERROR_SUCCESS});
+        FailingCall call{code, 2};
+        EXPECT_EQ(platform::RetryWhileLocked([&] { return call(); }), DWORD{ERROR_SUCCESS});
         EXPECT_EQ(call.calls, 3);
     }
 }
 
-TEST(Win32Retry, PatienceEnds) {
-    Stubborn call{ERROR_SHARING_VIOLATION, 1000};
-    EXPECT_EQ(platform::RunPatiently([&] { return call(); }), DWORD{ERROR_SHARING_VIOLATION});
+TEST(Win32Retry, TriesAreLimited) {
+    FailingCall call{ERROR_SHARING_VIOLATION, 1000};
+    EXPECT_EQ(platform::RetryWhileLocked([&] { return call(); }), DWORD{ERROR_SHARING_VIOLATION});
     EXPECT_EQ(call.calls, 6);
 }
 
 TEST(Win32Retry, OtherFailuresAreFinal) {
-    Stubborn call{ERROR_FILE_NOT_FOUND, 1000};
-    EXPECT_EQ(platform::RunPatiently([&] { return call(); }), DWORD{ERROR_FILE_NOT_FOUND});
+    FailingCall call{ERROR_FILE_NOT_FOUND, 1000};
+    EXPECT_EQ(platform::RetryWhileLocked([&] { return call(); }), DWORD{ERROR_FILE_NOT_FOUND});
     EXPECT_EQ(call.calls, 1);
 }
 

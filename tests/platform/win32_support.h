@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "platform/text_file.h"
+#include "platform/win32/disk_path.h"
 #include "platform/win32/handles.h"
-#include "platform/win32/wide.h"
 #include "platform/win32/win32_machine.h"
 #include "tests/platform/work_folder.h"
 #include "tests/support/error_of.h"

@@ -1,8 +1,9 @@
-// Folders of the tests' own, through the seam.
+// Folders of the tests' own, through the machine's file system, and the time of the files in them.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,16 @@ inline std::vector<platform::FileInfo> EntriesOf(platform::FileSystem& files,
         return true;
     });
     return entries;
+}
+
+// The system's time, as the times of files are counted.
+inline platform::Ticks UtcNow() {
+    constexpr platform::Ticks kEpoch = 116'444'736'000'000'000;  // 1970-01-01
+    const auto since = std::chrono::system_clock::now().time_since_epoch();
+    const auto steps =
+        std::chrono::duration_cast<std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>>(
+            since);
+    return kEpoch + static_cast<platform::Ticks>(steps.count());
 }
 
 // In the system's order.

@@ -15,13 +15,9 @@ using forms::Form;
 
 namespace {
 
-bool Contains(const std::vector<Form*>& forms, const Form& form) {
-    return std::find(forms.begin(), forms.end(), &form) != forms.end();
-}
-
 template <typename Forms>
-void Remove(Forms& forms, const Form& form) {
-    forms.erase(std::remove(forms.begin(), forms.end(), &form), forms.end());
+bool Contains(const Forms& forms, const Form& form) {
+    return std::find(forms.begin(), forms.end(), &form) != forms.end();
 }
 
 Answer DefaultAnswer(const forms::Box& box) {
@@ -46,7 +42,7 @@ T TakeFront(std::deque<T>& queue) {
 
 }  // namespace
 
-Answer ScriptedDesktop::Show(const forms::Box& box) {
+Answer ScriptedDesktop::ShowBox(const forms::Box& box) {
     boxes.push_back(box);
     if (on_box) on_box(box);
     if (box.buttons == Buttons::kOk || answers.empty()) return DefaultAnswer(box);
@@ -74,123 +70,76 @@ void ScriptedDesktop::Happens(const std::string& what, const Form& form) {
     Step(happened.back());
 }
 
-void ScriptedDesktop::SetPointer(forms::Pointer value) {
+void ScriptedDesktop::ShowPointer(forms::Pointer value) {
     Step(value == forms::Pointer::kHourglass ? "pointer hourglass" : "pointer default");
     pointer = value;
 }
 
-void ScriptedDesktop::Load(Form& form) {
-    if (form.Loaded()) return;
-    form.MarkLoaded(true);
-    loaded_.push_back(&form);
-    Happens("load", form);
-    const forms::HandlerScope scope(form);
-    try {
-        form.Form_Load();
-    } catch (...) {
-        // A window whose load handler fails was never there.
-        Remove(loaded_, form);
-        form.MarkLoaded(false);
-        throw;
-    }
-}
-
-void ScriptedDesktop::FirstShow(Form& form) {
-    if (form.Visible()) return;
-    form.MarkVisible(true);
+void ScriptedDesktop::ShowNative(Form& form) {
     shown_.push_back(&form);
-    to_activate_.push_back(&form);
     Happens("show", form);
 }
 
-void ScriptedDesktop::ShowModeless(Form& form) {
-    Load(form);
-    if (form.Loaded()) FirstShow(form);
-}
-
-void ScriptedDesktop::ShowModal(Form& form) {
-    const int running_before = form.running_handlers;
-    Load(form);
-    if (!form.Loaded()) return;
-    // Also when a handler's error ends it, which ends the program.
-    struct Shown {
-        std::vector<Modal>& modal;
-        ~Shown() { modal.pop_back(); }
-    };
-    std::optional<forms::UnloadMode> unload;
-    {
-        modal_.push_back({&form, running_before});
-        const Shown shown{modal_};
-        FirstShow(form);
-        while (form.Visible() || form.running_handlers > running_before) {
-            RunActivations();
-            if (form.Visible() && !RunIdleStep(form.name())) Hide(form);
-        }
-        unload = modal_.back().unload;
-    }
-    if (unload) Unload(form, *unload);
-}
-
-bool ScriptedDesktop::UnloadLater(const Form& form, forms::UnloadMode mode) {
-    const auto shown = std::find_if(modal_.begin(), modal_.end(),
-                                    [&](const Modal& each) { return each.form == &form; });
-    if (shown == modal_.end() || form.running_handlers <= shown->handlers_before) return false;
-    shown->unload = mode;
-    return true;
-}
-
-// The user is back in the window behind, if it was in front of him that this one was.
-void ScriptedDesktop::Leave(Form& form) {
-    if (!form.Visible()) return;
-    form.MarkVisible(false);
-    const bool in_front = shown_.back() == &form;
-    Remove(shown_, form);
-    Remove(to_activate_, form);
-    if (!in_front || shown_.empty()) return;
-    Remove(to_activate_, *shown_.back());
-    to_activate_.push_back(shown_.back());
-}
-
-void ScriptedDesktop::Hide(Form& form) {
-    if (!form.Visible()) return;
+void ScriptedDesktop::HideNative(Form& form) {
+    if (!Contains(shown_, form)) return;
     Happens("hide", form);
     Leave(form);
 }
 
-void ScriptedDesktop::Unload(Form& form, forms::UnloadMode mode) {
-    if (!form.Loaded() || Contains(unloading_, form)) return;
-    if (UnloadLater(form, mode)) return Hide(form);
-    unloading_.push_back(&form);
+void ScriptedDesktop::DestroyNative(Form& form) {
     Happens("unload", form);
-    try {
-        const forms::HandlerScope scope(form);
-        form.Form_QueryUnload(mode);
-        form.Form_Unload();
-    } catch (...) {
-        Remove(unloading_, form);
-        throw;
-    }
     Leave(form);
-    form.MarkLoaded(false);
-    Remove(loaded_, form);
-    Remove(unloading_, form);
 }
 
-void ScriptedDesktop::RunActivations() {
+// When the front window goes, the system activates the one behind it.
+void ScriptedDesktop::Leave(Form& form) {
+    const bool in_front = !shown_.empty() && shown_.back() == &form;
+    std::erase(shown_, &form);
+    std::erase(blocked_, &form);
+    std::erase(to_activate_, &form);
+    if (in_front && !shown_.empty()) WindowActivated(*shown_.back());
+}
+
+bool ScriptedDesktop::TakesInput(const Form& form) const { return !Contains(blocked_, form); }
+
+void ScriptedDesktop::SetTakesInput(Form& form, bool takes_input) {
+    std::erase(blocked_, &form);
+    if (!takes_input) blocked_.push_back(&form);
+}
+
+void ScriptedDesktop::ActivateNative(Form& form) {
+    if (std::erase(shown_, &form) == 0) return;
+    shown_.push_back(&form);
+    WindowActivated(form);
+}
+
+Form* ScriptedDesktop::FrontWindow() const {
+    const auto front = std::find_if(shown_.rbegin(), shown_.rend(),
+                                    [this](const Form* each) { return TakesInput(*each); });
+    return front == shown_.rend() ? nullptr : *front;
+}
+
+void ScriptedDesktop::RequestActivation(Form& form) {
+    if (!Contains(to_activate_, form)) to_activate_.push_back(&form);
+}
+
+bool ScriptedDesktop::RunActivations() {
+    if (to_activate_.empty()) return false;
     while (!to_activate_.empty()) {
         Form& form = *TakeFront(to_activate_);
-        Happens("activate", form);
-        const forms::HandlerScope scope(form);
-        form.Form_Activate();
+        if (form.Visible()) Happens("activate", form);
+        HandleEvent([&] { RunActivation(form); });
     }
+    return true;
 }
 
-bool ScriptedDesktop::RunIdleStep(const std::string& who) {
+bool ScriptedDesktop::HandleNextEvent() {
+    if (RunActivations()) return true;
     if (idle.empty()) {
-        ADD_FAILURE() << who << " waits for a user who does nothing";
+        ADD_FAILURE() << Front()->name() << " waits for a user who does nothing";
         return false;
     }
-    TakeFront(idle)();
+    HandleEvent(TakeFront(idle));
     return true;
 }
 
@@ -198,12 +147,12 @@ void ScriptedDesktop::DoEvents() {
     ++do_events_calls;
     Step("events");
     RunActivations();
-    if (!on_events.empty()) TakeFront(on_events)();
+    if (!on_events.empty()) HandleEvent(TakeFront(on_events));
 }
 
 bool ScriptedDesktop::RunShortestTimer() {
     forms::Timer* shortest = nullptr;
-    for (const Form* form : loaded_) {
+    for (const Form* form : Windows()) {
         for (forms::Control* control : form->controls()) {
             if (control->kind() != forms::Kind::kTimer || !control->Enabled()) continue;
             auto* timer = static_cast<forms::Timer*>(control);
@@ -212,7 +161,7 @@ bool ScriptedDesktop::RunShortestTimer() {
     }
     if (!shortest) return false;
     waited += shortest->Interval();
-    shortest->Elapse();
+    HandleEvent([shortest] { shortest->Elapse(); });
     return true;
 }
 
@@ -221,13 +170,6 @@ void ScriptedDesktop::WaitEvents() {
     if (RunShortestTimer()) return;
     // Nothing will ever happen: a program that waits here hangs.
     throw std::logic_error("waits for events that nobody raises");
-}
-
-void ScriptedDesktop::Run() {
-    while (!loaded_.empty()) {
-        RunActivations();
-        if (!loaded_.empty() && !RunIdleStep(loaded_.back()->name())) return;
-    }
 }
 
 }  // namespace vantrel::test

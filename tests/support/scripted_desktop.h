@@ -1,19 +1,18 @@
 // A desktop without a screen: message boxes are recorded and answered from a script, pending events
-// are steps that a test has queued. What nobody answers fails the test.
+// are steps that a test has queued. A wait without a queued step fails the test.
 #pragma once
 
 #include <chrono>
 #include <deque>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "forms/form.h"
+#include "forms/window_manager.h"
 
 namespace vantrel::test {
 
-class ScriptedDesktop : public forms::Desktop {
+class ScriptedDesktop : public forms::WindowManager {
   public:
     // --- arranging ---
     // Answers to message boxes with more than one button, in order; none left: the default button.
@@ -50,43 +49,43 @@ class ScriptedDesktop : public forms::Desktop {
     forms::Pointer pointer = forms::Pointer::kDefault;
     int do_events_calls = 0;
     std::chrono::milliseconds waited{0};  // the sum of all waits for a timer
-    // The window that was loaded last and is still there.
-    forms::Form* Front() const { return loaded_.empty() ? nullptr : loaded_.back(); }
+    // The window that was loaded last and is still loaded.
+    forms::Form* Front() const { return Windows().empty() ? nullptr : Windows().back(); }
+    bool TakesInput(const forms::Form& form) const override;
 
-    forms::Answer Show(const forms::Box& box) override;
     std::string Input(const std::string& prompt, const std::string& title,
                       const std::string& default_text) override;
     std::string OpenFile(const std::string& title, const std::string& filter,
                          const std::string& start) override;
-    void Load(forms::Form& form) override;
-    void ShowModeless(forms::Form& form) override;
-    void ShowModal(forms::Form& form) override;
-    void Hide(forms::Form& form) override;
-    void Unload(forms::Form& form, forms::UnloadMode mode = forms::UnloadMode::kCode) override;
     void DoEvents() override;
     void WaitEvents() override;
-    void Run() override;
-    void SetPointer(forms::Pointer value) override;
+
+  protected:
+    forms::Answer ShowBox(const forms::Box& box) override;
+    void ShowPointer(forms::Pointer value) override;
+    void CreateNative(forms::Form& form) override { Happens("load", form); }
+    void DestroyNative(forms::Form& form) override;
+    void ShowNative(forms::Form& form) override;
+    void HideNative(forms::Form& form) override;
+    void BringToFront(forms::Form&) override {}
+    void SetOwner(forms::Form&, forms::Form&) override {}
+    void SetTakesInput(forms::Form& form, bool takes_input) override;
+    void ActivateNative(forms::Form& form) override;
+    forms::Form* FrontWindow() const override;
+    void RequestActivation(forms::Form& form) override;
+    bool HandleNextEvent() override;
+    void WakeLoops() override {}
+    void DismissBoxes() override {}
 
   private:
-    struct Modal {
-        forms::Form* form;
-        int handlers_before;
-        std::optional<forms::UnloadMode> unload{};
-    };
-    bool UnloadLater(const forms::Form& form, forms::UnloadMode mode);
     void Step(const std::string& what);
     void Happens(const std::string& what, const forms::Form& form);
-    void FirstShow(forms::Form& form);
     void Leave(forms::Form& form);
-    void RunActivations();
+    bool RunActivations();
     bool RunShortestTimer();
-    bool RunIdleStep(const std::string& who);
 
-    std::vector<forms::Form*> loaded_;
     std::vector<forms::Form*> shown_;  // the front one last
-    std::vector<forms::Form*> unloading_;
-    std::vector<Modal> modal_;  // the front one last
+    std::vector<const forms::Form*> blocked_;
     std::deque<forms::Form*> to_activate_;
 };
 

@@ -26,7 +26,6 @@ platform::Ticks TicksAt(int year_number, int month_number, int day_number, int h
 struct TestClock::State {
     mutable std::mutex mutex;
     platform::Ticks now = TicksAt(2026, 11, 15, 13, 5, 9);
-    std::uint64_t milliseconds = 0;
     std::vector<std::chrono::milliseconds> waits;
 };
 
@@ -41,9 +40,7 @@ void TestClock::Set(int year, int month, int day, int hour, int minute, int seco
 
 void TestClock::Advance(std::chrono::milliseconds time) {
     const std::lock_guard lock(state_->mutex);
-    const auto count = static_cast<std::uint64_t>(time.count());
-    state_->now += count * kTicksPerMillisecond;
-    state_->milliseconds += count;
+    state_->now += static_cast<std::uint64_t>(time.count()) * kTicksPerMillisecond;
 }
 
 platform::LocalTime TestClock::Now() { return ToLocal(UtcNow()); }
@@ -64,11 +61,6 @@ platform::LocalTime TestClock::ToLocal(platform::Ticks utc) {
             static_cast<int>(time.hours().count()),
             static_cast<int>(time.minutes().count()),
             static_cast<int>(time.seconds().count())};
-}
-
-std::uint64_t TestClock::Milliseconds() {
-    const std::lock_guard lock(state_->mutex);
-    return state_->milliseconds;
 }
 
 void TestClock::Sleep(std::chrono::milliseconds time) { Advance(time); }

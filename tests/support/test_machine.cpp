@@ -8,7 +8,7 @@
 
 #include "common/error.h"
 #include "platform/host/host_code_page.h"
-#include "platform/host/host_drive_map.h"
+#include "platform/host/host_drives.h"
 #include "platform/host/host_file_system.h"
 #include "platform/host/host_path.h"
 #include "platform/text_file.h"

@@ -28,9 +28,8 @@ class TestClock : public platform::Clock {
     void Advance(std::chrono::milliseconds time);
 
     platform::LocalTime Now() override;
-    platform::Ticks UtcNow() override;
+    platform::Ticks UtcNow();
     platform::LocalTime ToLocal(platform::Ticks utc) override;
-    std::uint64_t Milliseconds() override;
     // Advances the clock instead of waiting.
     void Sleep(std::chrono::milliseconds time) override;
     // Really waits, a moment at a time, and advances the clock by what was asked for.

@@ -12,7 +12,6 @@
 #include "forms/file_lists.h"
 #include "forms/form.h"
 #include "forms/lists.h"
-#include "forms/tree.h"
 
 namespace vantrel::test {
 

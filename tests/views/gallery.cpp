@@ -12,7 +12,7 @@
 #include "forms/lists.h"
 #include "platform/win32/win32_machine.h"
 #include "ui/Frm_Mainmenu.h"
-#include "views/win32/desktop.h"
+#include "views/win32/win32_desktop.h"
 
 namespace vantrel {
 
@@ -162,7 +162,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     program.globals.LogFilePath = program.InApplicationFolder("gallery.log");
     Frm_Mainmenu window(program);
     const char* what = std::getenv("VANTREL_GALLERY");
-    desktop.Guarded([&] {
+    desktop.RunGuarded([&] {
         Show(what ? what : "tab0", program, window);
         desktop.Run();
     });

@@ -1,4 +1,4 @@
-// A modal window is over when it is hidden and none of its handlers is running any more.
+// A modal window ends when it is hidden and none of its handlers is running.
 #include "tests/views/modal_window.h"
 
 namespace vantrel::test {
@@ -34,6 +34,22 @@ TEST_F(ModalRun, WindowThatIsOnlyHiddenStaysLoaded) {
     EXPECT_TRUE(run_window.Loaded());
     program.desktop.Unload(run_window);
     EXPECT_FALSE(run_window.Loaded());
+}
+
+TEST_F(ModalRun, WindowWhoseLoadFailsIsNotLoaded) {
+    run_window.load = [] { throw Error(error_number::kFileNotFound, "Form_Load", ""); };
+    ShowRun();
+    EXPECT_EQ(user->errors, std::vector{error_number::kFileNotFound});
+    EXPECT_FALSE(run_window.Loaded());
+    EXPECT_EQ(run_window.running_handlers, 0);
+    run_window.load = nullptr;
+    int runs = 0;
+    run_window.run = [&] {
+        ++runs;
+        program.desktop.Unload(run_window);
+    };
+    ShowRun();
+    EXPECT_EQ(runs, 1);
 }
 
 TEST_F(ModalRun, WindowCanBeShownAgain) {

@@ -13,8 +13,11 @@ class RunningWindow : public RunWindow {
         Cmd_Ok.SetVisible(true);
         Cmd_Ok.Click = [this] { program().desktop.Unload(*this); };
     }
-    std::function<void()> run;
+    std::function<void()> run, load;
 
+    void Form_Load() override {
+        if (load) load();
+    }
     void Form_Activate() override { run(); }
     void Form_Unload() override { happened.push_back("Unload"); }
 };

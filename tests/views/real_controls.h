@@ -14,8 +14,8 @@
 
 #include "forms/control.h"
 #include "forms/form.h"
-#include "views/win32/control_ids.h"
 #include "views/win32/text.h"
+#include "views/win32/window_resources.h"
 
 namespace vantrel::test {
 

@@ -138,7 +138,7 @@ void Win32User::ChooseInMenuBar(forms::MenuItem& entry) {
 
 void Win32User::ChooseInPopUp(forms::MenuItem& entry, const forms::Event& open) {
     MenuPerson person(TopOf(entry.owner()), IdOf(entry));
-    desktop_.Guarded(open);
+    desktop_.RunGuarded(open);
     WaitUntil([&] { return person.Done(); });
     for (const auto& [id, seen] : person.Seen()) in_pop_ups_[id] = seen;
 }

@@ -8,7 +8,7 @@
 #include "tests/views/control_user.h"
 #include "tests/views/menu_person.h"
 #include "tests/views/real_controls.h"
-#include "views/win32/desktop.h"
+#include "views/win32/win32_desktop.h"
 
 namespace vantrel::test {
 

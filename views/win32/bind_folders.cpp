@@ -1,10 +1,10 @@
 // The folder list: the way from the root to the current folder, then what is in it, each a step in.
 #include <string>
 
-#include "views/win32/binders.h"
-#include "views/win32/icons.h"
+#include "views/win32/binder.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
+#include "views/win32/window_resources.h"
 
 namespace vantrel::views {
 
@@ -14,7 +14,7 @@ namespace {
 
 class FolderListBinder : public Binder {
   public:
-    FolderListBinder(WindowView& window, forms::FolderList& list, HWND handle, int id)
+    FolderListBinder(BinderWindow& window, forms::FolderList& list, HWND handle, int id)
         : Binder(window, list, handle, id), list_(list) {
         SetWindowSubclass(handle, Keys, 0, 0);
     }
@@ -98,7 +98,7 @@ class FolderListBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindFolderList(WindowView& window, forms::FolderList& list, HWND handle, int id) {
+OwnedBinder BindFolderList(BinderWindow& window, forms::FolderList& list, HWND handle, int id) {
     return std::make_unique<FolderListBinder>(window, list, handle, id);
 }
 

@@ -2,10 +2,8 @@
 #include <utility>
 
 #include "forms/form.h"
-#include "views/win32/binders.h"
+#include "views/win32/binder.h"
 #include "views/win32/text.h"
-#include "views/win32/text_device.h"
-#include "views/win32/window_view.h"
 
 namespace vantrel::views {
 
@@ -22,7 +20,7 @@ constexpr Messages kListBox{LB_RESETCONTENT, LB_ADDSTRING, LB_GETCOUNT, LB_SETCU
 
 class ListBinder : public Binder {
   public:
-    ListBinder(WindowView& window, forms::Control& control, HWND handle, int id,
+    ListBinder(BinderWindow& window, forms::Control& control, HWND handle, int id,
                const Messages& messages)
         : Binder(window, control, handle, id), messages_(messages) {}
 
@@ -39,7 +37,7 @@ class ListBinder : public Binder {
     virtual int Selected() const = 0;
     virtual void Choose(int index) = 0;
     virtual void Added(const std::wstring&) {}
-    // Whether the entries that are shown still stand as they are shown, others behind them.
+    // Whether the shown entries are unchanged, apart from new ones at the end.
     virtual bool OnlyAdded() { return false; }
 
     int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
@@ -82,7 +80,7 @@ class ListBinder : public Binder {
 
 class TextListBinder : public ListBinder {
   public:
-    TextListBinder(WindowView& window, forms::List& list, HWND handle, int id,
+    TextListBinder(BinderWindow& window, forms::List& list, HWND handle, int id,
                    const Messages& messages)
         : ListBinder(window, list, handle, id, messages), list_(list) {}
 
@@ -107,7 +105,7 @@ class WideListBinder : public TextListBinder {
     using TextListBinder::TextListBinder;
 
   protected:
-    bool PutsOff(Aspect aspect) const override {
+    bool Defers(Aspect aspect) const override {
         return aspect == Aspect::kItems || aspect == Aspect::kSelection;
     }
     void Added(const std::wstring& text) override { WidenFor(text); }
@@ -115,7 +113,7 @@ class WideListBinder : public TextListBinder {
 
 class DriveListBinder : public ListBinder {
   public:
-    DriveListBinder(WindowView& window, forms::DriveList& list, HWND handle, int id)
+    DriveListBinder(BinderWindow& window, forms::DriveList& list, HWND handle, int id)
         : ListBinder(window, list, handle, id, kCombo), list_(list) {}
 
     // Drives come and go while the window is open.
@@ -138,7 +136,7 @@ class DriveListBinder : public ListBinder {
 
 class FileListBinder : public ListBinder {
   public:
-    FileListBinder(WindowView& window, forms::FileList& list, HWND handle, int id)
+    FileListBinder(BinderWindow& window, forms::FileList& list, HWND handle, int id)
         : ListBinder(window, list, handle, id, kListBox), list_(list) {}
     void RightClick() override { list_.UserMouseDown(2); }
 
@@ -155,19 +153,19 @@ class FileListBinder : public ListBinder {
 
 }  // namespace
 
-OwnedBinder BindComboBox(WindowView& window, forms::ComboBox& combo, HWND handle, int id) {
+OwnedBinder BindComboBox(BinderWindow& window, forms::ComboBox& combo, HWND handle, int id) {
     return std::make_unique<TextListBinder>(window, combo, handle, id, kCombo);
 }
 
-OwnedBinder BindListBox(WindowView& window, forms::ListBox& list, HWND handle, int id) {
+OwnedBinder BindListBox(BinderWindow& window, forms::ListBox& list, HWND handle, int id) {
     return std::make_unique<WideListBinder>(window, list, handle, id, kListBox);
 }
 
-OwnedBinder BindDriveList(WindowView& window, forms::DriveList& list, HWND handle, int id) {
+OwnedBinder BindDriveList(BinderWindow& window, forms::DriveList& list, HWND handle, int id) {
     return std::make_unique<DriveListBinder>(window, list, handle, id);
 }
 
-OwnedBinder BindFileList(WindowView& window, forms::FileList& list, HWND handle, int id) {
+OwnedBinder BindFileList(BinderWindow& window, forms::FileList& list, HWND handle, int id) {
     return std::make_unique<FileListBinder>(window, list, handle, id);
 }
 

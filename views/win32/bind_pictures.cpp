@@ -7,11 +7,10 @@
 #include <string>
 #include <utility>
 
-#include "views/win32/binders.h"
-#include "views/win32/icons.h"
+#include "views/win32/binder.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
-#include "views/win32/window_view.h"
+#include "views/win32/window_resources.h"
 
 namespace vantrel::views {
 
@@ -59,7 +58,7 @@ class PictureBinder : public Binder {
 // Caption in the middle, filled from the left; letters over the fill take its text colour.
 class PanelBinder : public Binder {
   public:
-    PanelBinder(WindowView& window, forms::Panel& panel, HWND handle, int id)
+    PanelBinder(BinderWindow& window, forms::Panel& panel, HWND handle, int id)
         : Binder(window, panel, handle, id), panel_(panel) {}
 
     void Draw(const DRAWITEMSTRUCT& item) override {
@@ -114,7 +113,7 @@ class PanelBinder : public Binder {
 
 class AnimationBinder : public Binder {
   public:
-    AnimationBinder(WindowView& window, forms::Animation& clip, HWND handle, int id)
+    AnimationBinder(BinderWindow& window, forms::Animation& clip, HWND handle, int id)
         : Binder(window, clip, handle, id), clip_(clip) {}
 
   protected:
@@ -140,15 +139,15 @@ class AnimationBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindPicture(WindowView& window, forms::Picture& picture, HWND handle, int id) {
+OwnedBinder BindPicture(BinderWindow& window, forms::Picture& picture, HWND handle, int id) {
     return std::make_unique<PictureBinder>(window, picture, handle, id);
 }
 
-OwnedBinder BindPanel(WindowView& window, forms::Panel& panel, HWND handle, int id) {
+OwnedBinder BindPanel(BinderWindow& window, forms::Panel& panel, HWND handle, int id) {
     return std::make_unique<PanelBinder>(window, panel, handle, id);
 }
 
-OwnedBinder BindAnimation(WindowView& window, forms::Animation& clip, HWND handle, int id) {
+OwnedBinder BindAnimation(BinderWindow& window, forms::Animation& clip, HWND handle, int id) {
     return std::make_unique<AnimationBinder>(window, clip, handle, id);
 }
 

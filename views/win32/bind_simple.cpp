@@ -5,10 +5,9 @@
 
 #include <string>
 
-#include "views/win32/binders.h"
+#include "views/win32/binder.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
-#include "views/win32/window_view.h"
 
 namespace vantrel::views {
 
@@ -29,7 +28,7 @@ class CaptionBinder : public Binder {
 
 class LabelBinder : public CaptionBinder {
   public:
-    LabelBinder(WindowView& window, forms::Label& label, HWND handle, int id)
+    LabelBinder(BinderWindow& window, forms::Label& label, HWND handle, int id)
         : CaptionBinder(window, label, handle, id), label_(label) {}
 
     void Command(WORD code) override {
@@ -61,7 +60,7 @@ class LabelBinder : public CaptionBinder {
     }
 
   protected:
-    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kText; }
+    bool Defers(Aspect aspect) const override { return aspect == Aspect::kText; }
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
         if (aspect == Aspect::kColor || aspect == Aspect::kText)
@@ -74,7 +73,7 @@ class LabelBinder : public CaptionBinder {
 
 class ButtonBinder : public CaptionBinder {
   public:
-    ButtonBinder(WindowView& window, forms::Button& button, HWND handle, int id)
+    ButtonBinder(BinderWindow& window, forms::Button& button, HWND handle, int id)
         : CaptionBinder(window, button, handle, id), button_(button) {}
     void Command(WORD code) override {
         if (code == BN_CLICKED) button_.UserPress();
@@ -87,7 +86,7 @@ class ButtonBinder : public CaptionBinder {
 // The resource's box must not check itself (BS_CHECKBOX): the object decides.
 class CheckBoxBinder : public CaptionBinder {
   public:
-    CheckBoxBinder(WindowView& window, forms::CheckBox& box, HWND handle, int id)
+    CheckBoxBinder(BinderWindow& window, forms::CheckBox& box, HWND handle, int id)
         : CaptionBinder(window, box, handle, id), box_(box) {}
     void Command(WORD code) override {
         if (code == BN_CLICKED) box_.UserToggle();
@@ -119,13 +118,13 @@ class StatusBarBinder : public Binder {
 
 class ProgressBarBinder : public Binder {
   public:
-    ProgressBarBinder(WindowView& window, forms::ProgressBar& bar, HWND handle, int id)
+    ProgressBarBinder(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id)
         : Binder(window, bar, handle, id), bar_(bar) {
         SendMessageW(handle, PBM_SETRANGE32, 0, 100);
     }
 
   protected:
-    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kValue; }
+    bool Defers(Aspect aspect) const override { return aspect == Aspect::kValue; }
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kValue)
             SendMessageW(handle(), PBM_SETPOS, static_cast<WPARAM>(bar_.Value()), 0);
@@ -137,27 +136,27 @@ class ProgressBarBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindLabel(WindowView& window, forms::Label& label, HWND handle, int id) {
+OwnedBinder BindLabel(BinderWindow& window, forms::Label& label, HWND handle, int id) {
     return std::make_unique<LabelBinder>(window, label, handle, id);
 }
 
-OwnedBinder BindButton(WindowView& window, forms::Button& button, HWND handle, int id) {
+OwnedBinder BindButton(BinderWindow& window, forms::Button& button, HWND handle, int id) {
     return std::make_unique<ButtonBinder>(window, button, handle, id);
 }
 
-OwnedBinder BindCheckBox(WindowView& window, forms::CheckBox& box, HWND handle, int id) {
+OwnedBinder BindCheckBox(BinderWindow& window, forms::CheckBox& box, HWND handle, int id) {
     return std::make_unique<CheckBoxBinder>(window, box, handle, id);
 }
 
-OwnedBinder BindFrame(WindowView& window, forms::Frame& frame, HWND handle, int id) {
+OwnedBinder BindFrame(BinderWindow& window, forms::Frame& frame, HWND handle, int id) {
     return std::make_unique<CaptionBinder>(window, frame, handle, id);
 }
 
-OwnedBinder BindStatusBar(WindowView& window, forms::StatusBar& bar, HWND handle, int id) {
+OwnedBinder BindStatusBar(BinderWindow& window, forms::StatusBar& bar, HWND handle, int id) {
     return std::make_unique<StatusBarBinder>(window, bar, handle, id);
 }
 
-OwnedBinder BindProgressBar(WindowView& window, forms::ProgressBar& bar, HWND handle, int id) {
+OwnedBinder BindProgressBar(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id) {
     return std::make_unique<ProgressBarBinder>(window, bar, handle, id);
 }
 

@@ -1,8 +1,7 @@
 #include <algorithm>
 
-#include "views/win32/binders.h"
+#include "views/win32/binder.h"
 #include "views/win32/text.h"
-#include "views/win32/text_device.h"
 
 namespace vantrel::views {
 
@@ -14,7 +13,7 @@ constexpr WPARAM kSelectAllKey = 'A';
 constexpr WPARAM kControlA = 1;  // what the keyboard makes of it, too
 
 // What edit fields of every system and comctl32 do not do by themselves: Ctrl+A marks everything,
-// and coming in by Tab does not mark a whole file, which the next key would wipe out.
+// and entering by Tab does not select the complete file, which the next key would replace.
 LRESULT CALLBACK EditProcedure(HWND edit, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                DWORD_PTR multi_line) {
     switch (message) {
@@ -39,7 +38,7 @@ LRESULT CALLBACK EditProcedure(HWND edit, UINT message, WPARAM wparam, LPARAM lp
     return DefSubclassProc(edit, message, wparam, lparam);
 }
 
-// Whole lines that an edit field has room for.
+// The number of complete lines that an edit field can show.
 int LinesOnScreen(HWND edit) {
     RECT area{};
     SendMessageW(edit, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
@@ -48,7 +47,7 @@ int LinesOnScreen(HWND edit) {
 
 class TextBoxBinder : public Binder {
   public:
-    TextBoxBinder(WindowView& window, forms::TextBox& box, HWND handle, int id)
+    TextBoxBinder(BinderWindow& window, forms::TextBox& box, HWND handle, int id)
         : Binder(window, box, handle, id), box_(box) {
         SendMessageW(handle, EM_SETLIMITTEXT, 0, 0);  // as much as there is memory for
         SetWindowSubclass(handle, EditProcedure, 0, box.MultiLine());
@@ -57,7 +56,7 @@ class TextBoxBinder : public Binder {
     void Command(WORD code) override {
         if (code == EN_CHANGE && !showing_) box_.UserType(TextOf(handle()));
     }
-    // A text that is only to be read stands on paper like any other.
+    // Read-only text has the same background as other text.
     HBRUSH Colors(HDC device) override {
         SetTextColor(device, GetSysColor(COLOR_WINDOWTEXT));
         SetBkColor(device, GetSysColor(COLOR_WINDOW));
@@ -65,8 +64,8 @@ class TextBoxBinder : public Binder {
     }
 
   protected:
-    // A file comes line by line; nobody wants to see each.
-    bool PutsOff(Aspect aspect) const override { return aspect == Aspect::kAppended; }
+    // A file is added line by line; only the result is shown.
+    bool Defers(Aspect aspect) const override { return aspect == Aspect::kAppended; }
 
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kText || aspect == Aspect::kAppended) {
@@ -94,7 +93,7 @@ class TextBoxBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindTextBox(WindowView& window, forms::TextBox& box, HWND handle, int id) {
+OwnedBinder BindTextBox(BinderWindow& window, forms::TextBox& box, HWND handle, int id) {
     return std::make_unique<TextBoxBinder>(window, box, handle, id);
 }
 

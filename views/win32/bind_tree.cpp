@@ -2,10 +2,10 @@
 #include <string>
 #include <vector>
 
-#include "views/win32/binders.h"
-#include "views/win32/icons.h"
+#include "views/win32/binder.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
+#include "views/win32/window_resources.h"
 
 namespace vantrel::views {
 
@@ -23,7 +23,7 @@ constexpr int kPictures[] = {IDI_Folder, IDI_OpenFolder, IDI_ProtectedFolder};
 
 class TreeBinder : public Binder {
   public:
-    TreeBinder(WindowView& window, forms::Tree& tree, HWND handle, int id)
+    TreeBinder(BinderWindow& window, forms::Tree& tree, HWND handle, int id)
         : Binder(window, tree, handle, id), tree_(tree) {}
     ~TreeBinder() override { TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL); }
 
@@ -124,7 +124,7 @@ class TreeBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindTree(WindowView& window, forms::Tree& tree, HWND handle, int id) {
+OwnedBinder BindTree(BinderWindow& window, forms::Tree& tree, HWND handle, int id) {
     return std::make_unique<TreeBinder>(window, tree, handle, id);
 }
 

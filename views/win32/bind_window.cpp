@@ -1,8 +1,7 @@
-// What belongs to the whole window: its tabs, menus and timers.
+// Binders of the controls that belong to the entire window: tabs, menus and timers.
 #include "forms/form.h"
-#include "views/win32/binders.h"
+#include "views/win32/binder.h"
 #include "views/win32/text.h"
-#include "views/win32/window_view.h"
 
 namespace vantrel::views {
 
@@ -12,7 +11,7 @@ namespace {
 
 class TabsBinder : public Binder {
   public:
-    TabsBinder(WindowView& window, forms::Tabs& tabs, HWND handle, int id)
+    TabsBinder(BinderWindow& window, forms::Tabs& tabs, HWND handle, int id)
         : Binder(window, tabs, handle, id), tabs_(tabs) {
         int index = 0;
         for (const std::string& caption : tabs.Captions()) {
@@ -43,7 +42,7 @@ class TabsBinder : public Binder {
 
 class MenuBinder : public Binder {
   public:
-    MenuBinder(WindowView& window, forms::MenuItem& item, int id)
+    MenuBinder(BinderWindow& window, forms::MenuItem& item, int id)
         : Binder(window, item, nullptr, id), item_(item) {}
 
     void Command(WORD) override { item_.UserChoose(); }
@@ -71,7 +70,7 @@ class MenuBinder : public Binder {
 
 class TimerBinder : public Binder {
   public:
-    TimerBinder(WindowView& window, forms::Timer& timer)
+    TimerBinder(BinderWindow& window, forms::Timer& timer)
         : Binder(window, timer, nullptr, 0), timer_(timer) {}
     ~TimerBinder() override { KillTimer(window_.handle(), Number()); }
 
@@ -95,15 +94,15 @@ class TimerBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindTabs(WindowView& window, forms::Tabs& tabs, HWND handle, int id) {
+OwnedBinder BindTabs(BinderWindow& window, forms::Tabs& tabs, HWND handle, int id) {
     return std::make_unique<TabsBinder>(window, tabs, handle, id);
 }
 
-OwnedBinder BindMenu(WindowView& window, forms::MenuItem& item, int id) {
+OwnedBinder BindMenu(BinderWindow& window, forms::MenuItem& item, int id) {
     return std::make_unique<MenuBinder>(window, item, id);
 }
 
-OwnedBinder BindTimer(WindowView& window, forms::Timer& timer) {
+OwnedBinder BindTimer(BinderWindow& window, forms::Timer& timer) {
     return std::make_unique<TimerBinder>(window, timer);
 }
 

@@ -5,23 +5,21 @@
 
 #include "common/error.h"
 #include "forms/form.h"
-#include "views/win32/binders.h"
 #include "views/win32/text.h"
-#include "views/win32/window_view.h"
 
 namespace vantrel::views {
 
 using forms::Aspect;
 using forms::Kind;
 
-Binder::Binder(WindowView& window, forms::Control& control, HWND handle, int id)
+Binder::Binder(BinderWindow& window, forms::Control& control, HWND handle, int id)
     : window_(window), control_(control), handle_(handle), id_(id) {}
 
 Binder::~Binder() { Release(); }
 
 void Binder::Release() {
     if (std::exchange(released_, true)) return;
-    put_off_.clear();
+    deferred_.clear();
     control_.Bind(nullptr);
 }
 
@@ -33,13 +31,13 @@ void Binder::Start() {
 }
 
 void Binder::Flush() {
-    for (Aspect aspect : std::exchange(put_off_, {})) Show(aspect);
+    for (Aspect aspect : std::exchange(deferred_, {})) Show(aspect);
 }
 
 void Binder::Changed(Aspect aspect) {
-    if (PutsOff(aspect)) {
-        if (std::find(put_off_.begin(), put_off_.end(), aspect) == put_off_.end())
-            put_off_.push_back(aspect);
+    if (Defers(aspect)) {
+        if (std::find(deferred_.begin(), deferred_.end(), aspect) == deferred_.end())
+            deferred_.push_back(aspect);
         return;
     }
     if (aspect == Aspect::kRedraw) Flush();
@@ -75,8 +73,8 @@ void Binder::Enable(bool enabled) {
     EnableWindow(handle_, enabled);
 }
 
-// What stood behind a hidden control is painted now: handlers that run long show their waiting
-// panel that way, and let no event be handled meanwhile.
+// The area behind a hidden control is painted at once: long handlers show their waiting panel by
+// hiding a control, and handle no event meanwhile.
 void Binder::ShowOrHide(bool show) {
     const HWND parent = GetParent(handle_);
     RECT area{};
@@ -89,7 +87,7 @@ void Binder::ShowOrHide(bool show) {
                      RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
-// A control that goes away while it has the keyboard would take the keyboard with it.
+// Moves the focus first: hiding or disabling the focused control would lose the keyboard.
 void Binder::MoveFocusAway() {
     if (GetFocus() == handle_) SendMessageW(window_.handle(), WM_NEXTDLGCTL, 0, FALSE);
 }
@@ -110,7 +108,7 @@ T& As(forms::Control& control) {
 
 }  // namespace
 
-std::unique_ptr<Binder> MakeBinder(WindowView& window, forms::Control& control, HWND handle,
+std::unique_ptr<Binder> MakeBinder(BinderWindow& window, forms::Control& control, HWND handle,
                                    int id) {
     const Kind kind = control.kind();
     if (kind == Kind::kTimer) return BindTimer(window, As<forms::Timer>(control));

@@ -5,7 +5,6 @@
 
 #include "common/error.h"
 #include "views/win32/text.h"
-#include "views/win32/text_device.h"
 
 namespace vantrel::views {
 

@@ -1,4 +1,4 @@
-// Where the controls of a dialog stand, in dialog units as its resource says, and how that becomes
+// The positions of a dialog's controls, in dialog units as in its resource, and their conversion to
 // pixels for a font. Kept so that a window can be laid out anew when its screen's dpi changes.
 #pragma once
 

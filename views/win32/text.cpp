@@ -32,4 +32,27 @@ void SetTextOf(HWND window, const std::string& text) {
     if (TextOf(window) != text) SetWindowTextW(window, Wide(text).c_str());
 }
 
+TextDevice::TextDevice(HWND window)
+    : TextDevice(window, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0))) {}
+
+TextDevice::TextDevice(HWND window, HFONT font)
+    : window_(window), device_(GetDC(window)), font_before_(SelectObject(device_, font)) {}
+
+TextDevice::~TextDevice() {
+    SelectObject(device_, font_before_);
+    ReleaseDC(window_, device_);
+}
+
+int TextDevice::WidthOf(const std::wstring& text) const {
+    SIZE extent{};
+    GetTextExtentPoint32W(device_, text.c_str(), static_cast<int>(text.size()), &extent);
+    return static_cast<int>(extent.cx);
+}
+
+int TextDevice::LineHeight() const {
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(device_, &metrics);
+    return static_cast<int>(metrics.tmHeight);
+}
+
 }  // namespace vantrel::views

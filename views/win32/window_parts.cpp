@@ -1,13 +1,12 @@
-// How a window comes to be: its dialogs, menus, binders and tooltips, and their places for a dpi.
+// Creation of a window: its dialogs, menus, binders and tooltips, and their positions for a dpi.
 #include <windows.h>
 
 #include <uxtheme.h>
 
-#include "views/win32/control_ids.h"
-#include "views/win32/desktop.h"
-#include "views/win32/icons.h"
+#include "common/error.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
+#include "views/win32/window_resources.h"
 #include "views/win32/window_view.h"
 
 #include "forms/controls.h"
@@ -29,8 +28,8 @@ void KeepSystemFromScaling(HWND dialog) {
 
 }  // namespace
 
-WindowView::WindowView(Win32Desktop& desktop, forms::Form& form)
-    : desktop_(desktop), form_(&form), layout_(Wide(form.name()).c_str()) {
+WindowView::WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::Form& form)
+    : manager_(manager), taskbar_(taskbar), form_(&form), layout_(Wide(form.name()).c_str()) {
     window_ = MakeDialog(Wide(form.name()).c_str(), nullptr, layout_);
     if (!form.Caption().empty()) SetTextOf(window_, form.Caption());
     MakePages();
@@ -132,7 +131,7 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
     SetWindowPos(window_, nullptr, suggested ? suggested->left : 0, suggested ? suggested->top : 0,
                  outer.right - outer.left, outer.bottom - outer.top,
                  SWP_NOZORDER | SWP_NOACTIVATE | (suggested ? 0U : static_cast<UINT>(SWP_NOMOVE)));
-    TellSize();
+    StoreSize();
     PlacePages();
     InvalidateRect(window_, nullptr, TRUE);
 }

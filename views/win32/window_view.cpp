@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "forms/controls.h"
-#include "views/win32/desktop.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
 
@@ -31,11 +30,38 @@ int PixelsOf(int twips, int dpi) {
 
 }  // namespace
 
+Taskbar::~Taskbar() {
+    if (list_) list_->Release();
+    if (initialized_) CoUninitialize();
+}
+
+bool Taskbar::Connect() {
+    if (tried_) return list_ != nullptr;
+    tried_ = true;
+    initialized_ = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    void* list = nullptr;
+    if (FAILED(CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
+                                &list)))
+        return false;
+    list_ = static_cast<ITaskbarList3*>(list);
+    if (SUCCEEDED(list_->HrInit())) return true;
+    list_->Release();
+    list_ = nullptr;
+    return false;
+}
+
+void Taskbar::ShowProgress(HWND window, int percent) {
+    if (!window || !Connect()) return;
+    if (percent < 0) {
+        list_->SetProgressState(window, TBPF_NOPROGRESS);
+    } else {
+        list_->SetProgressValue(window, static_cast<ULONGLONG>(percent), 100);
+    }
+}
+
 void WindowView::Show() {
     Resized();
     Centre();
-    form_->MarkVisible(true);
-    PostActivation();
     ShowWindow(window_, SW_SHOW);
     UpdateWindow(window_);
 }
@@ -65,11 +91,7 @@ void WindowView::PostActivation() {
 
 void WindowView::Activate() {
     activation_posted_ = false;
-    if (!form_->Visible()) return;
-    desktop_.Guarded([this] {
-        const forms::HandlerScope scope(*form_);
-        form_->Form_Activate();
-    });
+    manager_.RunActivation(*form_);
 }
 
 void WindowView::Changed(Aspect aspect) {
@@ -84,15 +106,14 @@ void WindowView::Changed(Aspect aspect) {
             RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
             break;
         case Aspect::kTaskProgress:
-            desktop_.taskbar().ShowProgress(GetAncestor(window_, GA_ROOTOWNER),
-                                            form_->TaskProgress());
+            taskbar_.ShowProgress(GetAncestor(window_, GA_ROOTOWNER), form_->TaskProgress());
             break;
         default:
             break;
     }
 }
 
-void WindowView::TellSize() {
+void WindowView::StoreSize() {
     RECT outer{};
     GetWindowRect(window_, &outer);
     form_->MarkSize(TwipsOf(outer.right - outer.left, dpi_),
@@ -100,8 +121,8 @@ void WindowView::TellSize() {
 }
 
 void WindowView::Resized() {
-    TellSize();
-    desktop_.Guarded([this] {
+    StoreSize();
+    manager_.RunGuarded([this] {
         const forms::HandlerScope scope(*form_);
         form_->Form_Resize();
     });
@@ -134,7 +155,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
             TrackFocus();
             if (Binder* binder = Find(static_cast<int>(header.idFrom)))
-                desktop_.Guarded([&] { binder->Notify(header); });
+                manager_.RunGuarded([&] { binder->Notify(header); });
             return FALSE;
         }
         case WM_DRAWITEM: {
@@ -144,18 +165,18 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
         }
         case WM_CONTEXTMENU:
             if (Binder* binder = Find(GetDlgCtrlID(reinterpret_cast<HWND>(wparam))))
-                desktop_.Guarded([&] { binder->RightClick(); });
+                manager_.RunGuarded([&] { binder->RightClick(); });
             return TRUE;
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
-        case WM_HELP:  // F1 here, in a menu, or in a box that stands over this window
+        case WM_HELP:  // F1 here, in a menu, or in a box in front of this window
             WantHelp();
             return TRUE;
         case WM_SETCURSOR:
             if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
             SetWindowLongPtrW(window, DWLP_MSGRESULT, TRUE);
             return TRUE;
-        case WM_NEXTDLGCTL:  // from a text view, which knows of its page only
+        case WM_NEXTDLGCTL:  // from a text view, which knows only its page
             if (window == window_) return FALSE;
             SendMessageW(window_, message, wparam, lparam);
             return TRUE;
@@ -174,17 +195,17 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
                 PostMessageW(window_, kHelpMessage, wparam - 1, 0);
             } else {
                 help_wanted_ = false;
-                desktop_.Help(*this);
+                manager_.Help(*form_);
             }
             return TRUE;
         case WM_ACTIVATE:
             help_key_held_ = false;
-            if (LOWORD(wparam) != WA_INACTIVE) desktop_.WindowActivated(*this);
+            if (LOWORD(wparam) != WA_INACTIVE) manager_.WindowActivated(*form_);
             return FALSE;  // the dialog manager restores the focus
         case WM_TIMER:
             for (const auto& binder : binders_) {
                 if (reinterpret_cast<WPARAM>(binder.get()) != wparam) continue;
-                desktop_.Guarded([&] { binder->Tick(); });
+                manager_.RunGuarded([&] { binder->Tick(); });
                 break;
             }
             return TRUE;
@@ -202,16 +223,16 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             return TRUE;
         case WM_SYSCOMMAND:
             if ((wparam & 0xFFF0) != SC_CLOSE) return FALSE;
-            desktop_.Close(*this, forms::UnloadMode::kControlMenu);
+            manager_.Close(*form_, forms::UnloadMode::kControlMenu);
             return TRUE;
         case WM_CLOSE:
-            desktop_.Close(*this, forms::UnloadMode::kTaskManager);
+            manager_.Close(*form_, forms::UnloadMode::kTaskManager);
             return TRUE;
         case WM_QUERYENDSESSION:
             SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
             return TRUE;
         case WM_ENDSESSION:
-            if (wparam) desktop_.EndSession();
+            if (wparam) manager_.EndSession();
             return TRUE;
         default:
             return FALSE;
@@ -219,13 +240,13 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void WindowView::Command(int id, WORD code) {
-    if (id == IDCANCEL) return desktop_.Escape(*this);
-    TrackFocus();  // a handler may ask who has the keyboard
-    if (Binder* binder = Find(id)) desktop_.Guarded([&] { binder->Command(code); });
+    if (id == IDCANCEL) return manager_.Escape(*form_);
+    TrackFocus();  // a handler may ask for the active control
+    if (Binder* binder = Find(id)) manager_.RunGuarded([&] { binder->Command(code); });
 }
 
 bool WindowView::ShowPointer(HWND over, WORD hit) {
-    if (desktop_.pointer() == forms::Pointer::kHourglass) {
+    if (manager_.CurrentPointer() == forms::Pointer::kHourglass) {
         SetCursor(LoadCursorW(nullptr, IDC_WAIT));
         return true;
     }
@@ -241,10 +262,9 @@ INT_PTR WindowView::Colors(HDC device, HWND control) {
     return binder ? reinterpret_cast<INT_PTR>(binder->Colors(device)) : 0;
 }
 
-// A key that is held down asks once.
-// A menu or a box may hand one key press on twice: by itself, and as every window does with what it
-// leaves. A menu takes the key off the queue, which is the second time, only after the first; so
-// what is posted here goes round once more before it is believed.
+// A held key opens the help once. One F1 can arrive twice: from a menu or a box, and from
+// DefWindowProc of that window. The message is posted once more, so that both have arrived before
+// the help opens.
 void WindowView::WantHelp() {
     if (help_key_held_ || help_wanted_) return;
     constexpr WPARAM kRounds = 1;
@@ -258,12 +278,12 @@ bool WindowView::PreTranslate(MSG& message) {
             auto& tabs = static_cast<forms::Tabs&>(binder->control());
             const int count = static_cast<int>(tabs.Captions().size());
             const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
-            desktop_.Guarded([&] { tabs.SetTab((tabs.Tab() + step) % count); });
+            manager_.RunGuarded([&] { tabs.SetTab((tabs.Tab() + step) % count); });
             return true;
         }
     }
     if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
-        // Some systems' combo boxes keep every key that comes with Alt to themselves.
+        // The combo boxes of some systems do not pass on keys with Alt.
         PostMessageW(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
         return true;
     }

@@ -1,9 +1,12 @@
-// The real window behind a form: made from the dialog resource of the form's name, with a page for
-// each tab (resources "Frm_Mainmenu_0" ...), and a binder for every control. It only passes on what
-// Windows reports; what happens then is decided by the form, its controls and the desktop.
+// The real window behind a form: created from the dialog resource of the form's name, with a page
+// for each tab (resources "Frm_Mainmenu_0" ...), and a binder for every control. It only forwards
+// the messages of Windows to the form, its controls and the window manager, which decide. Used on
+// the user-interface thread only.
 #pragma once
 
 #include <windows.h>
+// Needs the types of windows.h.
+#include <shobjidl.h>
 
 #include <map>
 #include <memory>
@@ -11,50 +14,67 @@
 #include <vector>
 
 #include "forms/form.h"
+#include "forms/window_manager.h"
 #include "views/win32/binder.h"
 #include "views/win32/layout.h"
-#include "views/win32/owned.h"
 
 namespace vantrel::views {
 
-class Win32Desktop;
+// The program's button on the taskbar, which shows the progress of a long run.
+class Taskbar {
+  public:
+    Taskbar() = default;
+    ~Taskbar();
+    Taskbar(const Taskbar&) = delete;
+    Taskbar& operator=(const Taskbar&) = delete;
 
-class WindowView : public forms::ControlView {
+    // `window` has the button; `percent` is 0 to 100, less than 0 for nothing to show. Systems
+    // without such buttons show nothing.
+    void ShowProgress(HWND window, int percent);
+
+  private:
+    bool Connect();
+
+    ITaskbarList3* list_ = nullptr;
+    bool tried_ = false;
+    bool initialized_ = false;
+};
+
+class WindowView : public forms::ControlView, public BinderWindow {
   public:
     // Throws vantrel::Error when a resource or a real control is missing.
-    WindowView(Win32Desktop& desktop, forms::Form& form);
+    WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::Form& form);
     ~WindowView() override;
     WindowView(const WindowView&) = delete;
     WindowView& operator=(const WindowView&) = delete;
 
-    HWND handle() const { return window_; }
+    HWND handle() const override { return window_; }
     // The form while the window is there, otherwise nullptr.
     forms::Form* form() const { return form_; }
 
-    // Shows the window, centred over its owner or on the screen. Form_Resize comes before, and
-    // Form_Activate by and by.
+    // Form_Resize, then shows the window, centred over its owner or on the screen.
     void Show();
     void Hide();
     void SetOwner(HWND owner);
-    // Lets go of the form and its controls, and destroys the window.
+    // Unbinds the form and its controls, and destroys the window.
     void Destroy();
-    // Form_Activate comes from the message loop.
+    // Has the message loop run Form_Activate.
     void PostActivation();
-    // A message for this window or something in it, before Windows sees it; true when that was all.
+    // Handles a message for this window or one of its controls before Windows does. True when the
+    // message needs no further handling.
     bool PreTranslate(MSG& message);
-    // Shows what its binders have put off.
+    // Shows the changes that its binders have deferred.
     void Flush();
     void TrackFocus();
 
-    // For binders.
-    bool HasBoxes() const { return form_ && !form_->Boxes().empty(); }
-    void ShowPage(int page);
-    void SetMenuText(int id, const std::string& text);
-    void EnableMenuEntry(int id, bool enabled);
-    void PopUpMenu(int id);
-    // The panel that a control stands on and disappears with, if any.
-    const forms::Control* ContainerOf(const forms::Control& control) const;
-    void ContainerShown(const forms::Control& container);
+    // BinderWindow.
+    bool HasBoxes() const override { return form_ && !form_->Boxes().empty(); }
+    void ShowPage(int page) override;
+    void SetMenuText(int id, const std::string& text) override;
+    void EnableMenuEntry(int id, bool enabled) override;
+    void PopUpMenu(int id) override;
+    const forms::Control* ContainerOf(const forms::Control& control) const override;
+    void ContainerShown(const forms::Control& container) override;
 
     void Changed(forms::Aspect aspect) override;
 
@@ -72,7 +92,7 @@ class WindowView : public forms::ControlView {
     void Command(int id, WORD code);
     void WantHelp();
     void Activate();
-    void TellSize();
+    void StoreSize();
     void Resized();
     void PaintBoxes(HDC device) const;
 
@@ -87,7 +107,8 @@ class WindowView : public forms::ControlView {
     HWND RealControl(int id) const;
     Binder* Find(int id) const;
 
-    Win32Desktop& desktop_;
+    forms::WindowManager& manager_;
+    Taskbar& taskbar_;
     forms::Form* form_;
     HWND window_ = nullptr;
     HWND tooltip_ = nullptr;
@@ -101,7 +122,7 @@ class WindowView : public forms::ControlView {
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
     bool activation_posted_ = false;
     bool help_key_held_ = false;
-    bool help_wanted_ = false;  // the message that asks for it is on its way
+    bool help_wanted_ = false;  // the message that opens the help is posted
 };
 
 }  // namespace vantrel::views

@@ -2,36 +2,17 @@
 // as a whole is a question rather than a warning for every file.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "common/error.h"
 #include "platform/machine.h"
+#include "platform/retry.h"
 #include "zip/base/buffer.h"
 #include "zip/base/run_channel.h"
 
 namespace vantrel::zip {
-
-// A virus scanner or an indexer holds a file for moments; after three more tries it is in real use.
-constexpr int kTriesWhenLocked = 4;
-constexpr std::chrono::milliseconds kPause{100};
-
-// Runs `step`, and again after a pause when it fails with 70 (locked or denied).
-template <typename Step>
-auto WithPatience(platform::Clock& clock, Step&& step) -> decltype(step()) {
-    for (int tries_left = kTriesWhenLocked - 1;; --tries_left) {
-        try {
-            return step();
-        } catch (const Error& error) {
-            if (error.number() != error_number::kPermissionDenied || tries_left == 0) {
-                throw;
-            }
-        }
-        clock.Sleep(kPause);
-    }
-}
 
 // May be used by several threads at once.
 class SourceReader {
@@ -50,7 +31,7 @@ class SourceReader {
         for (;;) {
             channel_.CheckStop();
             try {
-                return WithPatience(machine_.clock, [&] {
+                return platform::RetryWhileLocked(machine_.clock, [&] {
                     channel_.CheckStop();
                     return step();
                 });

@@ -6,7 +6,6 @@
 #include "common/dated_folder.h"
 #include "zip/base/little_endian.h"
 #include "zip/base/paths.h"
-#include "zip/base/source_reader.h"
 #include "zip/records/entry_records.h"
 
 namespace vantrel::zip {
@@ -72,7 +71,7 @@ bool ArchivePlace::IsOurs(const std::string& path) {
 
 bool ArchivePlace::RemoveFile(const std::string& path) {
     try {
-        WithPatience(machine_.clock, [&] { machine_.files.RemoveFile(path); });
+        machine_.files.RemoveFile(path);
         return true;
     } catch (const Error&) {
         return false;
