@@ -37,10 +37,11 @@ DiskSpace TrueSpace(const struct statvfs& volume) {
 }
 
 std::optional<std::uint64_t> FreeAt(const HostDriveMap& drives, const HostPath& path) {
-    HostPlace place(drives, path);
+    HostLocation location(drives, path);
     struct statvfs volume;
-    if (::statvfs(place.Path().c_str(), &volume) != 0) {
-        if (!place.Respell() || ::statvfs(place.Path().c_str(), &volume) != 0) return std::nullopt;
+    if (::statvfs(location.Path().c_str(), &volume) != 0) {
+        if (!location.Respell() || ::statvfs(location.Path().c_str(), &volume) != 0)
+            return std::nullopt;
     }
     return std::uint64_t{volume.f_bavail} * volume.f_frsize;
 }

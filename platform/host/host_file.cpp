@@ -88,21 +88,21 @@ HostFd TryOpen(int folder, const char* name, int flags) {
     } while (fd < 0 && errno == EINTR);
     return HostFd(fd);
 }
-HostFd TryOpen(const HostPlace& place, int flags) {
-    return TryOpen(place.Folder(), place.Name(), flags);
+HostFd TryOpen(const HostLocation& location, int flags) {
+    return TryOpen(location.Folder(), location.Name(), flags);
 }
 
-HostFd OpenAnySpelling(HostPlace& place, int flags) {
+HostFd OpenAnySpelling(HostLocation& location, int flags) {
     // A file is created only when no other spelling of its name exists.
     const int careful = flags & ~(O_CREAT | O_EXCL);
     HostFd fd;
-    if ((flags & O_EXCL) == 0) fd = TryOpen(place, careful);
+    if ((flags & O_EXCL) == 0) fd = TryOpen(location, careful);
     if (fd.IsValid()) return fd;
     const bool missing = (flags & O_EXCL) != 0 || errno == ENOENT || errno == ENOTDIR;
     if (!missing) RaiseFileError();
-    const bool there = place.Respell();
+    const bool there = location.Respell();
     if (there && (flags & O_EXCL) != 0) RaiseError(error_number::kFileExists);
-    fd = TryOpen(place, flags);
+    fd = TryOpen(location, flags);
     if (!fd.IsValid()) RaiseFileError();
     return fd;
 }
@@ -132,13 +132,13 @@ void HostShare::CheckMovable(dev_t device, ino_t number) {
     Check(table, {device, number}, {kMoving, kReading | kWriting | kMoving});
 }
 
-std::unique_ptr<File> HostFile::Open(HostPlace& place, OpenMode mode) {
-    if (place.IsRoot()) RaiseError(error_number::kPermissionDenied);
-    if (mode == OpenMode::kCreateNew && place.ExactNames()) {
+std::unique_ptr<File> HostFile::Open(HostLocation& location, OpenMode mode) {
+    if (location.IsRoot()) RaiseError(error_number::kPermissionDenied);
+    if (mode == OpenMode::kCreateNew && location.ExactNames()) {
         // All that can be known about a new name is known when this works.
-        if (auto file = TryCreate(place.Folder(), place.Name())) return file;
+        if (auto file = TryCreate(location.Folder(), location.Name())) return file;
     }
-    HostFd fd = OpenAnySpelling(place, FlagsFor(mode));
+    HostFd fd = OpenAnySpelling(location, FlagsFor(mode));
     struct stat status;
     if (::fstat(fd.Get(), &status) != 0) RaiseFileError();
     const bool writing = mode == OpenMode::kWrite || mode == OpenMode::kAppend;

@@ -33,7 +33,7 @@ class HostShare {
 class HostFile : public File {
   public:
     // Raises as FileSystem::Open does.
-    static std::unique_ptr<File> Open(HostPlace& place, OpenMode mode);
+    static std::unique_ptr<File> Open(HostLocation& location, OpenMode mode);
     // A new file in an open folder of a drive of exact names; nullptr when it cannot be made.
     static std::unique_ptr<File> TryCreate(int folder, const char* name);
 

@@ -16,12 +16,13 @@ namespace vantrel::platform {
 
 namespace {
 
-HostFd OpenForListing(HostPlace& place) {
+HostFd OpenForListing(HostLocation& location) {
     const auto open = [&] {
-        return HostFd(::openat(place.Folder(), place.Name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        return HostFd(
+            ::openat(location.Folder(), location.Name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     };
     HostFd fd = open();
-    if (!fd.IsValid() && (errno == ENOENT || errno == ENOTDIR) && place.Respell()) fd = open();
+    if (!fd.IsValid() && (errno == ENOENT || errno == ENOTDIR) && location.Respell()) fd = open();
     if (!fd.IsValid()) RaiseHostError(errno, FileOperation::kList);
     return fd;
 }
@@ -33,23 +34,24 @@ using namespace error_number;
 // Runs `call` on the place as spelled, then in the spelling on disk. Whether it succeeded; errno
 // has the reason. Raises 76 when a folder on the way is missing.
 template <typename Call>
-bool InAnySpelling(HostPlace& place, Call call) {
+bool InAnySpelling(HostLocation& location, Call call) {
     if (call()) return true;
     if (errno != ENOENT && errno != ENOTDIR) return false;
-    if (place.Respell()) return call();
+    if (location.Respell()) return call();
     errno = ENOENT;
     return false;
 }
 
-bool Status(HostPlace& place, struct stat& status, int flags) {
-    return InAnySpelling(
-        place, [&] { return ::fstatat(place.Folder(), place.Name(), &status, flags) == 0; });
+bool Status(HostLocation& location, struct stat& status, int flags) {
+    return InAnySpelling(location, [&] {
+        return ::fstatat(location.Folder(), location.Name(), &status, flags) == 0;
+    });
 }
 
 // The status of what must be there.
-struct stat Needed(HostPlace& place, FileOperation operation) {
+struct stat Needed(HostLocation& location, FileOperation operation) {
     struct stat status;
-    if (!Status(place, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, operation);
+    if (!Status(location, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, operation);
     return status;
 }
 
@@ -59,18 +61,19 @@ bool IsAbsence(int number) {
            number == kDeviceUnavailable || number == kDiskNotReady;
 }
 
-std::optional<FileInfo> FindAt(HostPlace& place) {
+std::optional<FileInfo> FindAt(HostLocation& location) {
     struct statx status;
-    const bool found = InAnySpelling(place, [&] {
-        return ::statx(place.Folder(), place.Name(), AT_SYMLINK_NOFOLLOW, kHostMask, &status) == 0;
+    const bool found = InAnySpelling(location, [&] {
+        return ::statx(location.Folder(), location.Name(), AT_SYMLINK_NOFOLLOW, kHostMask,
+                       &status) == 0;
     });
     if (!found) RaiseHostError(errno, FileOperation::kFile);
     // The root of a drive is a folder even where it is a link on the host.
-    if (place.IsRoot() && S_ISLNK(status.stx_mode)) {
-        ::statx(place.Folder(), place.Name(), 0, kHostMask, &status);
+    if (location.IsRoot() && S_ISLNK(status.stx_mode)) {
+        ::statx(location.Folder(), location.Name(), 0, kHostMask, &status);
     }
-    FileInfo info = InfoFromStatus(place.Leaf(), status);
-    AddStoredAttributes(place.Path(), info);
+    FileInfo info = InfoFromStatus(location.Leaf(), status);
+    AddStoredAttributes(location.Path(), info);
     return info;
 }
 
@@ -79,7 +82,7 @@ void CheckMovable(const struct stat& status) {
 }
 
 // Refuses a target that a file cannot take the place of.
-void CheckReplaceable(HostPlace& target) {
+void CheckReplaceable(HostLocation& target) {
     struct stat status;
     if (!Status(target, status, AT_SYMLINK_NOFOLLOW)) {
         if (errno != ENOENT) RaiseHostError(errno, FileOperation::kFile);
@@ -92,9 +95,9 @@ void CheckReplaceable(HostPlace& target) {
 
 std::optional<struct stat> Identity(const HostDriveMap& drives, const std::string& path) {
     try {
-        HostPlace place(drives, HostPath(path));
+        HostLocation location(drives, HostPath(path));
         struct stat status;
-        if (Status(place, status, 0)) return status;
+        if (Status(location, status, 0)) return status;
         if (errno == EACCES) RaiseError(kPermissionDenied);
         return std::nullopt;
     } catch (const Error& error) {
@@ -105,12 +108,12 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
 
 // One pass over the folder, one status question an entry and, where the file system can keep
 // extended attributes at all, one for those. Raises as FileSystem::List does.
-void ListHostFolder(HostPlace& place, const std::function<bool(const FileInfo&)>& each) {
-    HostFd fd = OpenForListing(place);
+void ListHostFolder(HostLocation& location, const std::function<bool(const FileInfo&)>& each) {
+    HostFd fd = OpenForListing(location);
     const HostDir dir(::fdopendir(fd.Get()));
     if (!dir) RaiseHostError(errno, FileOperation::kList);
     const int folder = fd.Release();
-    const std::string prefix = place.Path() + "/";
+    const std::string prefix = location.Path() + "/";
     bool has_stored_attributes = true;
     for (;;) {
         errno = 0;
@@ -159,16 +162,17 @@ std::unique_ptr<File> HostFolder::Create(const std::string& name) {
 }
 
 void HostFolder::Open() {
-    const HostPlace place(drives_, HostPath(path_));
-    if (!place.ExactNames()) return;
-    folder_ = HostFd(::openat(place.Folder(), place.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const HostLocation location(drives_, HostPath(path_));
+    if (!location.ExactNames()) return;
+    folder_ =
+        HostFd(::openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
 }  // namespace
 
 std::unique_ptr<File> HostFileSystem::Open(const std::string& path, OpenMode mode) {
-    HostPlace place(drives_, HostPath(path));
-    return HostFile::Open(place, mode);
+    HostLocation location(drives_, HostPath(path));
+    return HostFile::Open(location, mode);
 }
 
 std::unique_ptr<Folder> HostFileSystem::OpenFolder(const std::string& path) {
@@ -177,8 +181,8 @@ std::unique_ptr<Folder> HostFileSystem::OpenFolder(const std::string& path) {
 
 std::optional<FileInfo> HostFileSystem::Find(const std::string& path) {
     try {
-        HostPlace place(drives_, HostPath(path));
-        return FindAt(place);
+        HostLocation location(drives_, HostPath(path));
+        return FindAt(location);
     } catch (const Error& error) {
         if (IsAbsence(error.number())) return std::nullopt;
         throw;
@@ -187,8 +191,8 @@ std::optional<FileInfo> HostFileSystem::Find(const std::string& path) {
 
 void HostFileSystem::List(const std::string& folder,
                           const std::function<bool(const FileInfo&)>& each) {
-    HostPlace place(drives_, HostPath(folder));
-    ListHostFolder(place, each);
+    HostLocation location(drives_, HostPath(folder));
+    ListHostFolder(location, each);
 }
 
 void HostFileSystem::MakeFolder(const std::string& path) {
@@ -199,12 +203,12 @@ void HostFileSystem::MakeFolder(const std::string& path) {
             RaiseError(error.number() == kBadFileName ? kPathFileAccess : error.number());
         }
     }();
-    HostPlace place(drives_, parsed);
-    const bool in_one_go = place.ExactNames() && !parsed.IsRoot();
+    HostLocation location(drives_, parsed);
+    const bool in_one_go = location.ExactNames() && !parsed.IsRoot();
     // All that can be known about a new name is known when this works.
-    if (in_one_go && ::mkdirat(place.Folder(), place.Name(), 0777) == 0) return;
-    if (parsed.IsRoot() || place.Respell()) RaiseError(kPathFileAccess);
-    if (::mkdirat(place.Folder(), place.Name(), 0777) != 0) {
+    if (in_one_go && ::mkdirat(location.Folder(), location.Name(), 0777) == 0) return;
+    if (parsed.IsRoot() || location.Respell()) RaiseError(kPathFileAccess);
+    if (::mkdirat(location.Folder(), location.Name(), 0777) != 0) {
         RaiseHostError(errno, FileOperation::kFolder);
     }
 }
@@ -212,13 +216,13 @@ void HostFileSystem::MakeFolder(const std::string& path) {
 void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     const HostPath from_path(from);
     const HostPath to_path(to);
-    HostPlace source(drives_, from_path);
+    HostLocation source(drives_, from_path);
     const struct stat status = Needed(source, FileOperation::kFile);
     if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
     const FileOperation operation =
         S_ISDIR(status.st_mode) ? FileOperation::kFolder : FileOperation::kFile;
     if (from_path.IsRoot()) RaiseError(kPathFileAccess);
-    HostPlace target(drives_, to_path);
+    HostLocation target(drives_, to_path);
     const std::string wanted = target.Path();
     struct stat taken;
     // A name may change its letters' case only, which finds itself under the new name.
@@ -237,12 +241,12 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
 void HostFileSystem::Replace(const std::string& from, const std::string& to) {
     const HostPath from_path(from);
     const HostPath to_path(to);
-    HostPlace source(drives_, from_path);
+    HostLocation source(drives_, from_path);
     const struct stat status = Needed(source, FileOperation::kFile);
     if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
     if (S_ISDIR(status.st_mode)) RaiseError(kPermissionDenied);
     CheckMovable(status);
-    HostPlace target(drives_, to_path);
+    HostLocation target(drives_, to_path);
     CheckReplaceable(target);
     if (::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) != 0) {
         RaiseHostError(errno, FileOperation::kFile);
@@ -250,35 +254,36 @@ void HostFileSystem::Replace(const std::string& from, const std::string& to) {
 }
 
 void HostFileSystem::RemoveFile(const std::string& path) {
-    HostPlace place(drives_, HostPath(path));
-    const struct stat status = Needed(place, FileOperation::kFile);
+    HostLocation location(drives_, HostPath(path));
+    const struct stat status = Needed(location, FileOperation::kFile);
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
     if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
     CheckMovable(status);
-    if (::unlinkat(place.Folder(), place.Name(), 0) != 0)
+    if (::unlinkat(location.Folder(), location.Name(), 0) != 0)
         RaiseHostError(errno, FileOperation::kFile);
 }
 
 void HostFileSystem::RemoveFolder(const std::string& path) {
     const HostPath parsed(path);
-    HostPlace place(drives_, parsed);
+    HostLocation location(drives_, parsed);
     if (parsed.IsRoot()) RaiseError(kPathFileAccess);
-    const bool removed = InAnySpelling(
-        place, [&] { return ::unlinkat(place.Folder(), place.Name(), AT_REMOVEDIR) == 0; });
+    const bool removed = InAnySpelling(location, [&] {
+        return ::unlinkat(location.Folder(), location.Name(), AT_REMOVEDIR) == 0;
+    });
     if (!removed) RaiseHostError(errno, FileOperation::kFolder);
 }
 
 void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
-    HostPlace place(drives_, HostPath(path));
-    Needed(place, FileOperation::kFile);
-    StoreAttributes(place, attributes);
+    HostLocation location(drives_, HostPath(path));
+    Needed(location, FileOperation::kFile);
+    StoreAttributes(location, attributes);
 }
 
 void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
-    HostPlace place(drives_, HostPath(path));
+    HostLocation location(drives_, HostPath(path));
     // The host does not even look where neither time is to change.
-    Needed(place, FileOperation::kFile);
-    if (::utimensat(place.Folder(), place.Name(), HostTimes(times).values, 0) != 0) {
+    Needed(location, FileOperation::kFile);
+    if (::utimensat(location.Folder(), location.Name(), HostTimes(times).values, 0) != 0) {
         RaiseHostError(errno, FileOperation::kFile);
     }
 }

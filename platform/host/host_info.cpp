@@ -80,10 +80,10 @@ std::string FormatStored(std::uint32_t value) {
     return "0x" + std::string(digits, result.ptr);
 }
 
-void StoreMode(const HostPlace& place, unsigned mode, bool read_only) {
+void StoreMode(const HostLocation& location, unsigned mode, bool read_only) {
     if (IsReadOnlyMode(mode) == read_only) return;
     const unsigned wanted = read_only ? mode & ~0222u : mode | 0200u;
-    if (::fchmodat(place.Folder(), place.Name(), wanted & 07777u, 0) != 0) {
+    if (::fchmodat(location.Folder(), location.Name(), wanted & 07777u, 0) != 0) {
         RaiseHostError(errno, FileOperation::kFile);
     }
 }
@@ -164,19 +164,19 @@ bool AddStoredAttributes(const std::string& host_path, FileInfo& info) {
     return true;
 }
 
-void StoreAttributes(const HostPlace& place, std::uint32_t attributes) {
+void StoreAttributes(const HostLocation& location, std::uint32_t attributes) {
     struct stat status;
-    if (::fstatat(place.Folder(), place.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (::fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         RaiseHostError(errno, FileOperation::kFile);
     }
     const bool folder = S_ISDIR(status.st_mode);
     // Attributes of links and devices are not changed.
     if (!folder && !S_ISREG(status.st_mode)) RaiseError(error_number::kPermissionDenied);
     // Writable while the extended attribute is set, which a read-only file's owner may not do.
-    if (!folder) StoreMode(place, status.st_mode, false);
-    StoreBits(place.Path(), attributes & StoredBits(folder), folder);
+    if (!folder) StoreMode(location, status.st_mode, false);
+    StoreBits(location.Path(), attributes & StoredBits(folder), folder);
     if (!folder) {
-        StoreMode(place, status.st_mode | 0200u, (attributes & attribute::kReadOnly) != 0);
+        StoreMode(location, status.st_mode | 0200u, (attributes & attribute::kReadOnly) != 0);
     }
 }
 

@@ -25,7 +25,7 @@ FileInfo InfoFromStatus(const std::string& name, const struct statx& status);
 bool AddStoredAttributes(const std::string& host_path, FileInfo& info);
 
 // Brings the mode and the extended attribute of a file or folder to `attributes`. Raises 70.
-void StoreAttributes(const HostPlace& place, std::uint32_t attributes);
+void StoreAttributes(const HostLocation& location, std::uint32_t attributes);
 
 // Whether a file of this mode is read-only.
 bool IsReadOnlyMode(unsigned mode);

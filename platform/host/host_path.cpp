@@ -124,7 +124,7 @@ void HostPath::GoUp() {
     below.resize(leaf == 0 ? 0 : leaf - 1);
 }
 
-HostPlace::HostPlace(const HostDriveMap& drives, HostPath path) : path_(std::move(path)) {
+HostLocation::HostLocation(const HostDriveMap& drives, HostPath path) : path_(std::move(path)) {
     const auto drive = drives.Get(path_.letter);
     if (!drive) RaiseError(error_number::kDeviceUnavailable);
     if (!drive->ready) RaiseError(error_number::kDiskNotReady);
@@ -133,12 +133,12 @@ HostPlace::HostPlace(const HostDriveMap& drives, HostPath path) : path_(std::mov
     if (!Go()) Respell();
 }
 
-void HostPlace::Append(std::string_view names) {
+void HostLocation::Append(std::string_view names) {
     if (!names.empty() && !name_.empty() && !name_.ends_with('/')) name_ += '/';
     name_ += names;
 }
 
-bool HostPlace::Go() {
+bool HostLocation::Go() {
     folder_ = HostFd();
     std::string_view rest = path_.below;
     name_.reserve(root_.size() + 1 + rest.size());
@@ -159,17 +159,17 @@ bool HostPlace::Go() {
     return true;
 }
 
-std::string HostPlace::Path() const {
+std::string HostLocation::Path() const {
     if (!folder_.IsValid()) return name_;
     return "/proc/self/fd/" + std::to_string(folder_.Get()) + "/" + name_;
 }
 
-void HostPlace::SpellLeaf(const std::string& name) {
+void HostLocation::SpellLeaf(const std::string& name) {
     path_.SetLeaf(name);
     if (!Go()) RaiseError(error_number::kPathNotFound);
 }
 
-bool HostPlace::IsThere() const {
+bool HostLocation::IsThere() const {
     if (Exists(Folder(), name_)) return true;
     const std::size_t slash = name_.rfind('/');
     const bool folder_there = slash == std::string::npos || slash == 0 ||
@@ -178,7 +178,7 @@ bool HostPlace::IsThere() const {
     return false;
 }
 
-bool HostPlace::Respell() {
+bool HostLocation::Respell() {
     if (exact_names_ && Go()) return IsThere();
     HostFd folder = OpenFolder(kCurrentFolder, root_);
     if (!folder.IsValid()) RaiseError(error_number::kDiskNotReady);

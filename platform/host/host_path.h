@@ -70,10 +70,10 @@ struct HostPath {
 
 // The location of an existing or new file on the host: a name in an open folder. For paths that the
 // host takes unsplit, the folder is the current one and the name is absolute.
-class HostPlace {
+class HostLocation {
   public:
     // The drive's root (68 or 71 when it is not available) and names below it, spelled as given.
-    HostPlace(const HostDriveMap& drives, HostPath path);
+    HostLocation(const HostDriveMap& drives, HostPath path);
 
     int Folder() const { return folder_.IsValid() ? folder_.Get() : kCurrentFolder; }
     const char* Name() const { return name_.c_str(); }

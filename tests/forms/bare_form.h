@@ -18,18 +18,18 @@ class FormsFixture : public ProgramFixture {
     BareForm form{program};
 };
 
-// The description of the error that `deed` raises; "" when it raises none.
-template <typename Deed>
-std::string DescriptionOf(Deed&& deed) {
+// The description of the error that `action` raises; "" when it raises none.
+template <typename Action>
+std::string DescriptionOf(Action&& action) {
     try {
-        deed();
+        action();
     } catch (const Error& error) {
         return error.description();
     }
     return "";
 }
 
-// Counts what a control tells its view, and what its event runs.
+// Records the aspects that a control reports to its view.
 struct RecordingView : forms::ControlView {
     std::vector<forms::Aspect> changes;
     void Changed(forms::Aspect aspect) override { changes.push_back(aspect); }

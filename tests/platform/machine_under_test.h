@@ -20,7 +20,7 @@ class MachineUnderTest {
     virtual std::string OtherLabel() const = 0;    // the label of that one
     virtual std::string EmptyDrive() const = 0;    // removable, without a disk
     virtual std::string MissingDrive() const = 0;  // not there
-    // Fixed, about 1 MB that really fill up. Fails the test when nobody has arranged it.
+    // Fixed, about 1 MB that really fill up. Fails the test when the disk is not set up.
     virtual std::string FullDrive() const = 0;
 };
 

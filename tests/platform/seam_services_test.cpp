@@ -122,7 +122,7 @@ TEST_F(SeamClock, WaitReturnsEarlyWhenNotified) {
         signal.notify_all();
     });
     std::unique_lock lock(mutex);
-    // Would last far beyond any test's patience.
+    // Longer than any test may run.
     while (!ready) clock().Wait(signal, lock, std::chrono::hours(24));
     lock.unlock();
     other.join();

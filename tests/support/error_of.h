@@ -4,11 +4,11 @@
 
 namespace vantrel::test {
 
-// The number of the error that `deed` raises; 0 when it raises none.
-template <typename Deed>
-int ErrorOf(Deed&& deed) {
+// The number of the error that `action` raises; 0 when it raises none.
+template <typename Action>
+int ErrorOf(Action&& action) {
     try {
-        deed();
+        action();
     } catch (const Error& error) {
         return error.number();
     }

@@ -1,4 +1,4 @@
-// A mail program that sends nothing: it writes down what it is told, in order, and fails when asked
+// A mail program that sends nothing: it records all calls in order and fails when asked
 // to.
 #pragma once
 

@@ -169,7 +169,7 @@ void ScriptedDesktop::WaitEvents() {
     if (!to_activate_.empty() || !on_events.empty()) return DoEvents();
     if (RunShortestTimer()) return;
     // Nothing will ever happen: a program that waits here hangs.
-    throw std::logic_error("waits for events that nobody raises");
+    throw std::logic_error("waits for events that cannot occur");
 }
 
 }  // namespace vantrel::test

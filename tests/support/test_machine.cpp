@@ -78,7 +78,7 @@ void TestMachine::SetReady(char letter, bool ready) {
 
 std::string TestMachine::HostPath(const std::string& path) const {
     const platform::HostPath parsed(path);
-    platform::HostPlace place(state_->map, parsed);
+    platform::HostLocation place(state_->map, parsed);
     try {
         place.Respell();
     } catch (const Error&) {

@@ -23,7 +23,8 @@ struct ProgramEnded {
 
 class TestClock : public platform::Clock {
   public:
-    // Starts at 2026-11-15 13:05:09, local time equal to UTC; stands still unless told otherwise.
+    // Starts at 2026-11-15 13:05:09, local time equal to UTC; stands still until it is set or
+    // advanced.
     void Set(int year, int month, int day, int hour = 12, int minute = 0, int second = 0);
     void Advance(std::chrono::milliseconds time);
 

@@ -1,7 +1,6 @@
-// A person in front of the program's windows: what can be done to each kind of control, and what
-// can be seen of it. The suite knows controls by this class and by their objects only. Each build
-// links one of plain_user.cpp, where the object is all there is, and win32_user.cpp, where a real
-// window stands between the two.
+// The user of the program's windows: the actions on each kind of control, and its visible state.
+// The suite uses controls through this class and their objects only. Each build links either
+// plain_user.cpp, which works on the objects alone, or win32_user.cpp, which works real windows.
 #pragma once
 
 #include <memory>
@@ -37,7 +36,7 @@ class ControlUser {
     // this is one click, which highlights.
     virtual void Choose(forms::Control& list, int index) = 0;
     virtual void DoubleClick(forms::FolderList& list, int index) = 0;
-    // Takes the keyboard to the control and presses a key: a blank on buttons and check boxes,
+    // Takes the keyboard to the control and presses a key: a space on buttons and check boxes,
     // Enter on folder lists, the arrow down on all other lists.
     virtual void Press(forms::Control& control, Key key) = 0;
     virtual void ChooseNode(forms::Tree& tree, int node) = 0;
@@ -71,7 +70,7 @@ class ControlUser {
     virtual bool Playing(forms::Animation& clip) = 0;
     virtual int ShownTab(forms::Tabs& tabs) = 0;
     virtual std::vector<std::string> TabCaptions(forms::Tabs& tabs) = 0;
-    // A line for each node, from top to bottom: a blank for each level, then its text.
+    // A line for each node, from top to bottom: a space for each level, then its text.
     virtual std::vector<std::string> Nodes(forms::Tree& tree) = 0;
     // The picture number of each of these lines, 0 for none.
     virtual std::vector<int> Pictures(forms::Tree& tree) = 0;

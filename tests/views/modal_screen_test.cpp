@@ -1,4 +1,4 @@
-// What only a screen has of a modal window: the one behind it is disabled, as long as it is there.
+// Modal windows on a real screen: the window behind is disabled until the modal one has ended.
 #include "tests/views/modal_window.h"
 #include "tests/views/real_controls.h"
 

@@ -24,7 +24,7 @@ class RunningWindow : public RunWindow {
 
 class ModalRun : public WindowFixture<MainWindow> {
   protected:
-    // As the main window does it: from a handler of its own.
+    // From a handler of the main window, as the program does.
     void ShowRun() {
         window.Cmd_Backup.Click = [this] { program.desktop.ShowModal(run_window); };
         user->Click(window.Cmd_Backup);

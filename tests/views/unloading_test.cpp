@@ -1,4 +1,4 @@
-// A handler may take away the window that its event came from: a long one lets the user close it.
+// A handler may unload the window of its own event: a long handler lets the user close the window.
 #include "tests/views/windows_under_test.h"
 
 namespace vantrel::test {

@@ -47,7 +47,7 @@ class Win32User : public ControlUser {
     std::vector<int> Pictures(forms::Tree& tree) override;
     std::string SelectedNode(forms::Tree& tree) override;
 
-    // Handles events until it is so. Throws when it does not come to be.
+    // Handles events until `done()`. Throws when that does not happen in time.
     void WaitUntil(const std::function<bool()>& done);
 
   private:
@@ -58,7 +58,7 @@ class Win32User : public ControlUser {
     POINT PlaceOf(HWND list, int index);
     SeenEntry LookAtEntry(forms::Control& entry);
 
-    // Hears what real clips answer to being played: they cannot be asked later.
+    // Records the answers of real clips to play messages, which cannot be queried later.
     static LRESULT CALLBACK Overhear(int code, WPARAM wparam, LPARAM lparam);
 
     views::Win32Desktop desktop_;
