@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::tools {
 

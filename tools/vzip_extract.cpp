@@ -6,8 +6,8 @@
 
 #include "common/display_text.h"
 #include "tools/vzip_common.h"
+#include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"
-#include "zip/reader/archive_source.h"
 #include "zip/records/directory_reader.h"
 
 namespace vantrel::tools {

@@ -1,6 +1,6 @@
 // Events: often enough in every phase, on the caller's thread, which never blocks; and progress.
 #include "tests/zip/writer_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::test {
 namespace {

@@ -1,4 +1,4 @@
-// Paths, file specifications, the compressed list and the names taken.
+// Paths, file specifications, the compressed list and the taken names.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -6,7 +6,7 @@
 
 #include "zip/base/paths.h"
 #include "zip/deflate/block_store.h"
-#include "zip/reader/taken_names.h"
+#include "zip/reader/target_folders.h"
 #include "zip/writer/file_spec.h"
 
 namespace vantrel::zip {
@@ -79,7 +79,7 @@ TEST(TakenNames, EachNameIsNewOnceAndKeepsItsNumber) {
     EXPECT_EQ(names.Take(std::string_view("a\0", 2)).number, 2u);
 }
 
-TEST(TakenNames, MoreThanWereExpectedHaveRoom) {
+TEST(TakenNames, MoreThanExpectedFit) {
     TakenNames names(0);
     for (std::size_t round = 0; round < 2; ++round) {
         for (std::size_t i = 0; i < 10'000; ++i) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/error.h"
+
 namespace vantrel::zip {
 
 namespace {
@@ -69,6 +71,23 @@ std::string WithDrive(std::string path, std::string_view application_folder) {
         path.insert(0, application_folder.substr(0, 2));
     }
     return path;
+}
+
+bool MayExist(platform::FileSystem& files, const std::string& path) {
+    try {
+        return files.Find(path).has_value();
+    } catch (const Error&) {
+        return true;
+    }
+}
+
+std::vector<std::string> MissingFolders(platform::FileSystem& files, std::string folder) {
+    std::vector<std::string> missing;
+    for (; !folder.empty() && !MayExist(files, folder); folder = ParentOf(folder)) {
+        missing.push_back(folder);
+    }
+    std::reverse(missing.begin(), missing.end());
+    return missing;
 }
 
 }  // namespace vantrel::zip

@@ -203,14 +203,4 @@ void StorePart(const std::uint8_t* in, std::size_t size, bool last, Buffer& out)
     } while (done < size);
 }
 
-std::uint32_t Crc32(const std::uint8_t* data, std::size_t size) {
-    // A null pointer means "start value" to the library, so an empty piece must not pass one.
-    return size == 0 ? 0 : libdeflate_crc32(0, data, size);
-}
-
-std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t second_size) {
-    return static_cast<std::uint32_t>(
-        crc32_combine(first, second, static_cast<z_off_t>(second_size)));
-}
-
 }  // namespace vantrel::zip

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "zip/base/buffer.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::zip {
 
@@ -72,9 +72,5 @@ class Deflater {
 // Appends a part that yields `in` by stored blocks, five bytes for each 65,535; joins with others
 // as Deflater::Part says.
 void StorePart(const std::uint8_t* in, std::size_t size, bool last, Buffer& out);
-
-// CRC-32 as in APPNOTE 4.4.7, of a piece, and of two pieces joined.
-std::uint32_t Crc32(const std::uint8_t* data, std::size_t size);
-std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t second_size);
 
 }  // namespace vantrel::zip

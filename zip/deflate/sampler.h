@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "zip/base/buffer.h"
+#include "zip/base/bytes.h"
 #include "zip/deflate/deflate.h"
 
 namespace vantrel::zip {

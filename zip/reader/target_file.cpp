@@ -2,7 +2,7 @@
 
 #include "common/error.h"
 #include "zip/base/paths.h"
-#include "zip/reader/folder_maker.h"
+#include "zip/reader/target_folders.h"
 #include "zip/records/entry_name.h"
 
 namespace vantrel::zip {
@@ -11,13 +11,13 @@ namespace {
 
 namespace attribute = platform::attribute;
 
-// What keeps a file from being replaced.
+// Attributes that prevent a file from being replaced.
 constexpr std::uint32_t kProtecting =
     attribute::kReadOnly | attribute::kHidden | attribute::kSystem;
 constexpr std::uint32_t kSettable = kProtecting | attribute::kArchive;
-// What a new file has.
+// Of a new file.
 constexpr std::uint32_t kDefault = attribute::kArchive;
-constexpr int kMostTemporaryNames = 1000;
+constexpr int kMaxTemporaryNames = 1000;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ TargetFile::TargetFile(const platform::Machine& machine, platform::Folder& folde
             throw Error(error_number::kPermissionDenied, "",
                         ErrorText(error_number::kPermissionDenied));
         }
-        if (IsAliasOf(machine_.code_page, *found, leaf)) {
+        if (IsShortNameOf(machine_.code_page, *found, leaf)) {
             leaf += '_';
             path_ += '_';
             continue;
@@ -74,7 +74,7 @@ void TargetFile::OpenBeside(const std::string& folder) {
             file_ = machine_.files.Open(temporary_, platform::OpenMode::kCreateNew);
             return;
         } catch (const Error& error) {
-            if (error.number() != error_number::kFileExists || number == kMostTemporaryNames) {
+            if (error.number() != error_number::kFileExists || number == kMaxTemporaryNames) {
                 throw;
             }
         }
@@ -83,7 +83,7 @@ void TargetFile::OpenBeside(const std::string& folder) {
 
 void TargetFile::Commit(const platform::FileTimes& times, std::uint32_t attributes) {
     file_->SetTimes(times);
-    // What is replaced is gone with the name: the new bytes must be on the disk before that.
+    // The existing file is lost with its name, so the new bytes must be on the disk before that.
     if (!temporary_.empty()) {
         file_->Flush();
     }

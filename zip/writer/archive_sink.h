@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 #include "zip/deflate/block_store.h"
 #include "zip/disks/archive_output.h"
 #include "zip/writer/jobs.h"

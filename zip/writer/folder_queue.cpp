@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "zip/base/paths.h"
-#include "zip/base/stoppable_wait.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::zip {
 

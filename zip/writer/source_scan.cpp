@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "zip/base/bytes.h"
 #include "zip/base/dos_mask.h"
-#include "zip/base/little_endian.h"
 #include "zip/base/paths.h"
-#include "zip/base/source_reader.h"
+#include "zip/base/retry.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/folder_queue.h"
 

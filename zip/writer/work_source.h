@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "zip/base/source_reader.h"
+#include "zip/base/retry.h"
 #include "zip/deflate/deflate.h"
 #include "zip/deflate/sampler.h"
 #include "zip/writer/archive_sink.h"

@@ -1,24 +1,23 @@
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "common/dated_folder.h"
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
 #include "zip/base/paths.h"
-#include "zip/base/source_reader.h"
-#include "zip/records/entry_records.h"
+#include "zip/base/retry.h"
+#include "zip/records/format.h"
 
 namespace vantrel::zip {
 
-ArchivePlace::ArchivePlace(const platform::Machine& machine, RunChannel& channel,
-                           std::string archive)
+ArchiveTarget::ArchiveTarget(const platform::Machine& machine, RunChannel& channel,
+                             std::string archive)
     : machine_(machine),
       channel_(channel),
       archive_(std::move(archive)),
       temporary_(archive_ + kTemporarySuffix) {}
 
-void ArchivePlace::RemoveLeftovers() {
+void ArchiveTarget::RemoveLeftovers() {
     const std::string folder = ParentOf(archive_);
     RemoveLeftover(folder);
     RemoveLeftoversBelow(folder);
@@ -27,7 +26,7 @@ void ArchivePlace::RemoveLeftovers() {
     }
 }
 
-void ArchivePlace::RemoveLeftoversBelow(const std::string& folder) {
+void ArchiveTarget::RemoveLeftoversBelow(const std::string& folder) {
     std::vector<std::string> stamped;
     try {
         machine_.files.List(folder, [&](const platform::FileInfo& info) {
@@ -37,7 +36,7 @@ void ArchivePlace::RemoveLeftoversBelow(const std::string& folder) {
             return !channel_.Token().stop_requested();
         });
     } catch (const Error&) {
-        // Missing, most often: then nothing was left in it.
+        // Usually missing: then nothing was left in it.
     }
     for (const std::string& path : stamped) {
         channel_.CheckStop();
@@ -45,7 +44,7 @@ void ArchivePlace::RemoveLeftoversBelow(const std::string& folder) {
     }
 }
 
-void ArchivePlace::RemoveLeftover(const std::string& folder) {
+void ArchiveTarget::RemoveLeftover(const std::string& folder) {
     const std::string path = JoinPath(folder, LeafOf(temporary_));
     try {
         if (machine_.files.Find(path) && IsOurs(path) && RemoveFile(path) &&
@@ -57,75 +56,56 @@ void ArchivePlace::RemoveLeftover(const std::string& folder) {
     }
 }
 
-bool ArchivePlace::IsOurs(const std::string& path) {
+bool ArchiveTarget::IsOurs(const std::string& path) {
     const std::unique_ptr<platform::File> file =
         machine_.files.Open(path, platform::OpenMode::kRead);
-    std::string start(4, '\0');
+    std::string start(kSignatureSize, '\0');
     const std::size_t count = file->Read(start.data(), start.size());
     if (count < start.size()) {
         return count == 0;
     }
-    const auto signature = GetNumber<std::uint32_t>(start, 0);
-    return signature == kLocalSignature || signature == kSpannedMarker ||
-           signature == kOneDiskMarker;
+    return HasSignature(start, kLocalSignature) || HasSignature(start, kSpannedMarker) ||
+           HasSignature(start, kOneDiskMarker);
 }
 
-bool ArchivePlace::RemoveFile(const std::string& path) {
+bool ArchiveTarget::RemoveFile(const std::string& path) {
     try {
-        WithPatience(machine_.clock, [&] { machine_.files.RemoveFile(path); });
+        RetryWhileLocked(machine_.clock, [&] { machine_.files.RemoveFile(path); });
         return true;
     } catch (const Error&) {
         return false;
     }
 }
 
-bool ArchivePlace::Exists(const std::string& folder) {
-    try {
-        return machine_.files.Find(folder).has_value();
-    } catch (const Error&) {
-        return true;  // there, but not for us to look at
-    }
-}
-
-std::vector<std::string> ArchivePlace::MissingFolders() {
-    std::vector<std::string> missing;
-    for (std::string folder = ParentOf(archive_); !folder.empty() && !Exists(folder);
-         folder = ParentOf(folder)) {
-        missing.push_back(folder);
-    }
-    std::reverse(missing.begin(), missing.end());
-    return missing;
-}
-
-void ArchivePlace::MakeFolder(const std::string& folder) {
+void ArchiveTarget::MakeFolder(const std::string& folder) {
     machine_.files.MakeFolder(folder);
     made_folders_.push_back(folder);
 }
 
-void ArchivePlace::TryMakeFolders() {
-    for (const std::string& folder : MissingFolders()) {
+void ArchiveTarget::TryMakeFolders() {
+    for (const std::string& folder : MissingFolders(machine_.files, ParentOf(archive_))) {
         MakeFolder(folder);
     }
 }
 
-void ArchivePlace::MakeFolders() {
-    for (const std::string& folder : MissingFolders()) {
+void ArchiveTarget::MakeFolders() {
+    for (const std::string& folder : MissingFolders(machine_.files, ParentOf(archive_))) {
         UntilItWorks(channel_, Cannot("The folder for the archive cannot be made", folder), [&] {
             channel_.CheckStop();
-            // It may have come back meanwhile, with the drive that holds it.
-            if (!Exists(folder)) {
+            // It may exist meanwhile, with the drive that holds it.
+            if (!MayExist(machine_.files, folder)) {
                 MakeFolder(folder);
             }
         });
     }
 }
 
-void ArchivePlace::Commit() {
+void ArchiveTarget::Commit() {
     UntilItWorks(channel_, Cannot("The archive cannot be put in its place", archive_),
                  [this] { machine_.files.Replace(temporary_, archive_); });
 }
 
-void ArchivePlace::Abandon(bool created) {
+void ArchiveTarget::Abandon(bool created) {
     if (created) {
         RemoveFile(temporary_);
     }
@@ -133,7 +113,7 @@ void ArchivePlace::Abandon(bool created) {
         try {
             machine_.files.RemoveFolder(made_folders_.back());
         } catch (const Error&) {
-            // Somebody has put something into it, or the drive is gone.
+            // It holds other files by now, or the drive is gone.
         }
     }
 }
