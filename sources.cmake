@@ -37,36 +37,33 @@ set(FORMS_SOURCES
     forms/lists.cpp
     forms/window_manager.cpp)
 set(ZIP_SOURCES
+    zip/base/bytes.cpp
     zip/base/dos_mask.cpp
-    zip/base/paths.cpp
-    zip/base/run_channel.cpp
-    zip/base/source_reader.cpp
+    zip/base/folders.cpp
+    zip/base/run_context.cpp
+    zip/component.cpp
     zip/deflate/deflate.cpp
     zip/deflate/inflate64.cpp
     zip/disks/archive_file.cpp
-    zip/disks/archive_place.cpp
+    zip/disks/archive_reader.cpp
+    zip/disks/archive_target.cpp
     zip/disks/disk_prompt.cpp
-    zip/disks/disk_set.cpp
     zip/disks/spanned_archive.cpp
     zip/disks/volume.cpp
     zip/pkunzip.cpp
     zip/pkzip.cpp
     zip/reader/archive_extractor.cpp
-    zip/reader/archive_source.cpp
     zip/reader/entry_data.cpp
     zip/reader/extract_worker.cpp
     zip/reader/extraction_plan.cpp
     zip/reader/file_queue.cpp
-    zip/reader/folder_maker.cpp
-    zip/reader/taken_names.cpp
     zip/reader/target_file.cpp
     zip/reader/target_folders.cpp
-    zip/records/central_record.cpp
     zip/records/directory_reader.cpp
-    zip/records/disk_signs.cpp
-    zip/records/end_record.cpp
+    zip/records/disk_identity.cpp
     zip/records/entry_name.cpp
     zip/records/entry_records.cpp
+    zip/records/record_parser.cpp
     zip/writer/archive_sink.cpp
     zip/writer/archive_writer.cpp
     zip/writer/folder_queue.cpp
@@ -244,7 +241,6 @@ set(ZIP_THREAD_TESTS
     tests/zip/progress_test.cpp
     tests/zip/reader_extract_test.cpp
     tests/zip/reader_failure_test.cpp
-    tests/zip/set_reader.cpp
     tests/zip/source_scan_test.cpp
     tests/zip/spanning_progress_test.cpp
     tests/zip/spanning_prompts_test.cpp
@@ -284,7 +280,7 @@ set(ZIP_TESTS
     tests/zip/reader_directory_test.cpp
     tests/zip/reader_names_test.cpp
     tests/zip/reader_others_test.cpp
-    tests/zip/small_parts_test.cpp
+    tests/zip/taken_names_test.cpp
     tests/zip/spanning_others_test.cpp
     tests/zip/target_folders_test.cpp
     tests/zip/vzip_test.cpp
@@ -368,8 +364,7 @@ set(FAULTS_TESTS
     tests/faults/spanned_faults_test.cpp
     tests/faults/wholeness.cpp
     tests/zip/archive_reader.cpp
-    tests/zip/memory_file_system.cpp
-    tests/zip/set_reader.cpp)
+    tests/zip/memory_file_system.cpp)
 
 # End-to-end tests: helper programs for Windows, and the Python files that ctest runs.
 set(END_TO_END_HELPERS

@@ -3,7 +3,7 @@
 #include "backupset/clsFiles.h"
 #include "common/error.h"
 #include "progress/progress_window.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel {
 

@@ -11,7 +11,7 @@
 #include "common/product.h"
 #include "zip/deflate/deflate.h"
 #include "zip/reader/archive_extractor.h"
-#include "zip/reader/archive_source.h"
+#include "zip/disks/archive_reader.h"
 #include "zip/records/directory_reader.h"
 #include "zip/writer/archive_writer.h"
 

@@ -1,79 +1,49 @@
 #include "zip/pkzip.h"
 
-#include "common/error.h"
-#include "zip/base/paths.h"
-#include "zip/raised_events.h"
 #include "zip/writer/archive_writer.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-constexpr std::int16_t kHighestLevel = 9;
+constexpr std::int16_t kMaxLevel = 9;
 
-// The value that a property has before it is set; its type is the property's type.
-Value InitialValue(int id) {
-    switch (id) {
-        case zip_id::kArchive:
-        case zip_id::kFileSpec:
-            return std::string();
-        case zip_id::kOption3:
-        case zip_id::kOption4:
-        case zip_id::kOption5:
-        case zip_id::kOption32:
-        case zip_id::kSubFolders:
-        case zip_id::kVolumeOption:
-            return false;
-        case zip_id::kLevel:
-        case zip_id::kAction:
-            return std::int16_t{0};
-        case zip_id::kMultiVolume:
-            return std::int32_t{0};
-        default:
-            RaiseError(error_number::kInvalidPropertyValue);
-    }
-}
-
-bool IsAcceptable(int id, const Value& value) {
-    if (value.index() != InitialValue(id).index()) {
-        return false;
-    }
-    if (id == zip_id::kLevel) {
-        const auto level = std::get<std::int16_t>(value);
-        return level >= 0 && level <= kHighestLevel;
-    }
-    return id != zip_id::kAction || std::get<std::int16_t>(value) == zip_id::kActionAdd;
+std::map<int, Value> InitialValues() {
+    using namespace zip_id;
+    return {{kArchive, std::string()},
+            {kFileSpec, std::string()},
+            {kOption3, false},
+            {kOption4, false},
+            {kOption5, false},
+            {kOption32, false},
+            {kSubFolders, false},
+            {kVolumeOption, false},
+            {kLevel, std::int16_t{0}},
+            {kAction, std::int16_t{0}},
+            {kMultiVolume, std::int32_t{0}}};
 }
 
 }  // namespace
 
-Value PKZIP::Get(int id) const {
-    const auto found = values_.find(id);
-    return found != values_.end() ? found->second : InitialValue(id);
+PKZIP::PKZIP(platform::Machine& machine) : Component(machine, zip_id::kAction, InitialValues()) {}
+
+bool PKZIP::IsAcceptable(int id, const Value& value) const {
+    if (id == zip_id::kLevel) {
+        const auto level = std::get<std::int16_t>(value);
+        return level >= 0 && level <= kMaxLevel;
+    }
+    return id != zip_id::kAction || std::get<std::int16_t>(value) == zip_id::kActionAdd;
 }
 
-void PKZIP::Set(int id, const Value& value) {
-    if (!IsAcceptable(id, value)) {
-        RaiseError(error_number::kInvalidPropertyValue);
-    }
-    values_[id] = value;
-    if (id == zip_id::kAction) {
-        AddFiles();
-    }
-}
-
-void PKZIP::AddFiles() {
+void PKZIP::RunAction(std::int16_t) {
     WriterOptions options;
-    const std::string application_folder = machine_.process.ApplicationFolder();
-    options.archive = WithDrive(Text(zip_id::kArchive), application_folder);
-    options.source = ParseFileSpec(Text(zip_id::kFileSpec));
-    options.source.folder = WithDrive(options.source.folder, application_folder);
-    options.source.sub_folders = std::get<bool>(Get(zip_id::kSubFolders));
-    options.level = std::get<std::int16_t>(Get(zip_id::kLevel));
-    options.spanning =
-        (std::get<std::int32_t>(Get(zip_id::kMultiVolume)) & zip_id::kSpanVolumes) != 0;
-    RaisedEvents<PKZIP> events(*this);
-    const WriterResult result = WriteArchive(machine_, options, events);
+    options.archive = FullPath(Property<std::string>(zip_id::kArchive));
+    options.source = ParseFileSpec(Property<std::string>(zip_id::kFileSpec));
+    options.source.folder = FullPath(options.source.folder);
+    options.source.sub_folders = Property<bool>(zip_id::kSubFolders);
+    options.level = Property<std::int16_t>(zip_id::kLevel);
+    options.spanning = (Property<std::int32_t>(zip_id::kMultiVolume) & zip_id::kSpanVolumes) != 0;
+    const WriterResult result = WriteArchive(machine(), options, *this);
     skipped_ = result.skipped;
     if (result.outcome == RunOutcome::kFailed && FatalStop) {
         FatalStop();

@@ -1,22 +1,16 @@
-// The zip component that the backup window drives: properties set by dispatch identifier, one
-// action property that runs to its end inside the assignment, and events on the caller's thread.
+// The zip component that the backup window drives. Its action writes a new archive (writer/) and
+// returns when the archive is in place, or when nothing of it is left.
 #pragma once
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <string>
-#include <variant>
 
-#include "platform/machine.h"
-#include "zip/base/component_events.h"
+#include "zip/component.h"
 
 namespace vantrel::zip {
 
-using Value = std::variant<bool, std::int16_t, std::int32_t, std::string>;
-
-// Dispatch identifiers of the zip component. A path that begins with exactly one backslash is on
-// the application's drive; it is read back as it was set.
+// Dispatch identifiers of the zip component.
 namespace zip_id {
 constexpr int kArchive = 1;   // text: full path of the archive to create
 constexpr int kFileSpec = 2;  // text: folder and mask, in double quotes
@@ -33,36 +27,22 @@ constexpr std::int32_t kSpanVolumes = 32768;
 constexpr std::int16_t kActionAdd = 4;
 }  // namespace zip_id
 
-class PKZIP {
+class PKZIP : public Component {
   public:
-    virtual ~PKZIP() = default;
-    explicit PKZIP(platform::Machine& machine) : machine_(machine) {}
+    explicit PKZIP(platform::Machine& machine);
 
-    // Sets a property; kAction runs the operation. Wrong type or unknown action: error 380.
-    virtual void Set(int id, const Value& value);
-    // Reads a property back; never set: false, 0 or "" by its type. Unknown: error 380.
-    virtual Value Get(int id) const;
-
-    // Events, raised on the thread that set the action. Progress values are 0 to 100.
-    std::function<void(std::int32_t& percent, bool& cancel)> OverallProgress;
-    std::function<void(std::int32_t& percent)> FileProgress;
-    std::function<void(const ComponentMessage& message)> Message;
-    // A step without which there is no correct archive has failed and nobody can be asked: what was
+    // A step without which there is no correct archive has failed, in an unattended run: what was
     // written has been removed, the error message has been raised, and the earlier archive stands.
     std::function<void()> FatalStop;
 
-    // Who answers questions; nullptr when nobody is there.
-    Questions* questions = nullptr;
-
-    // Files that the last action left out although they matched.
+    // Matching files that the last action left out.
     virtual std::int32_t SkippedFiles() const { return skipped_; }
 
-  private:
-    void AddFiles();
-    std::string Text(int id) const { return std::get<std::string>(Get(id)); }
+  protected:
+    bool IsAcceptable(int id, const Value& value) const override;
+    void RunAction(std::int16_t action) override;
 
-    platform::Machine& machine_;
-    std::map<int, Value> values_;  // what was set
+  private:
     std::int32_t skipped_ = 0;
 };
 

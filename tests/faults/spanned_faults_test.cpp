@@ -7,7 +7,7 @@
 #include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
-#include "tests/zip/set_reader.h"
+#include "tests/zip/archive_reader.h"
 
 namespace vantrel::test {
 namespace {

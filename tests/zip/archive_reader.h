@@ -1,5 +1,5 @@
-// A small reader of zip archives that shares nothing with the engine: plain zlib, and a strict look
-// at every record. What it does not like, it throws as std::runtime_error.
+// A strict reader of zip archives, in one file or spanned, whose logic is independent of the
+// engine: only the numbers of the format are shared. Throws std::runtime_error for any deviation.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +21,7 @@ struct ReadEntry {
     std::uint64_t size = 0;
     std::uint64_t packed_size = 0;
     std::uint64_t offset = 0;
+    std::uint32_t disk = 0;
     std::uint32_t attributes = 0;
     std::map<std::uint16_t, std::string> central_fields;
     std::map<std::uint16_t, std::string> local_fields;
@@ -46,5 +47,19 @@ ReadResult ReadArchive(const std::string& bytes);
 // Inflates a raw deflate stream that must fill `packed` exactly, and may refer to `history`.
 std::string InflateAfter(const std::string& history, const std::string& packed);
 inline std::string InflateAll(const std::string& packed) { return InflateAfter("", packed); }
+
+struct SetContents {
+    std::map<std::string, std::string> files;  // by stored name
+    std::vector<std::string> names;            // in the directory's order
+    std::uint32_t directory_disk = 0;
+    int crossing = 0;  // files whose data lies on more than one disk
+    int descriptors = 0;
+    bool zip64 = false;
+};
+
+// Checks every record of a spanned archive: none is divided, each begins where the previous one
+// ended or at the start of the next disk, disk numbers and counts are right, and all data has its
+// CRC.
+SetContents ReadSet(const std::vector<std::string>& disks);
 
 }  // namespace vantrel::test

@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "tests/zip/writer_fixture.h"
-#include "zip/base/little_endian.h"
-#include "zip/disks/archive_place.h"
+#include "zip/base/bytes.h"
+#include "zip/disks/archive_target.h"
 #include "zip/records/entry_records.h"
 
 namespace vantrel::test {

@@ -17,7 +17,7 @@ inline zip::Directory DirectoryOf(const std::vector<std::string>& names, std::ui
         entry.name = name;
         entry.size = entry.packed_size = size;
         entry.offset = directory.start;
-        directory.start += 30 + name.size() + size;
+        directory.start += zip::local_header::kFixedSize + name.size() + size;
         directory.entries.push_back(entry);
     }
     return directory;

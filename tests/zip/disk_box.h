@@ -18,7 +18,7 @@ class DiskBox : public platform::Drives {
 
     struct Disk {
         std::uint64_t size = kHuge;                  // bytes of all files that it takes
-        std::uint64_t promises = 0;                  // what it says to be its size; 0: the truth
+        std::uint64_t promises = 0;                  // its stated size; 0: the real one
         std::map<std::string, std::string> files{};  // by path
     };
     std::vector<Disk> disks;

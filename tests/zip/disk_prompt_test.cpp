@@ -1,4 +1,4 @@
-// What is said about a disk that will not do.
+// Texts about unsuitable disks.
 #include "zip/disks/disk_prompt.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ TEST(DiskPrompt, DiskThatCannotBeWritten) {
               "The disk in the drive is write-protected, or a folder cannot be made on it.");
 }
 
-TEST(DiskPrompt, AnyOtherErrorIsToldInItsOwnWords) {
+TEST(DiskPrompt, AnyOtherErrorIsShownWithItsDescription) {
     EXPECT_EQ(WhyNotWritten(error_number::kDeviceIo),
               "The disk in the drive cannot be used (Some reason).");
     EXPECT_EQ(WhyNotRead(error_number::kDeviceIo),

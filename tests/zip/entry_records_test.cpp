@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/zip/archive_reader.h"
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::zip {
 namespace {
@@ -89,7 +89,7 @@ TEST(LocalHeader, LeavesOutAUnixTimeThatDoesNotFit) {
     EXPECT_EQ(Local(entry).size(), 30u + 5);
 }
 
-TEST(LocalHeader, HasAFieldThatSaysNothingBehindANameInUtf8WithoutAUnixTime) {
+TEST(LocalHeader, HasAnEmptyFieldAfterANameInUtf8WithoutAUnixTime) {
     Entry entry = Plain();
     entry.name = "\xC3\xA4.txt";
     entry.times.modified = 1;

@@ -32,7 +32,7 @@ class GrowingPlan : public ReaderTest {
     Strings told;
 };
 
-TEST_F(GrowingPlan, InPortionsIsTheSameAsInOnePiece) {
+TEST_F(GrowingPlan, InPortionsIsTheSameAsAtOnce) {
     const zip::Directory directory = DirectoryOf({"a/b.txt", "a", "A/B.TXT", "../c", "d", "D/e"});
     ExtractionPlanner whole = PlannerOf(directory);
     whole.PlanAll();

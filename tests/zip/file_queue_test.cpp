@@ -17,7 +17,7 @@
 namespace vantrel::test {
 namespace {
 
-using Turn = zip::FileQueue::Turn;
+using FileRange = zip::FileQueue::FileRange;
 using Batch = zip::FileQueue::Batch;
 
 class FileQueue : public ::testing::Test {
@@ -53,12 +53,12 @@ class FileQueue : public ::testing::Test {
 TEST_F(FileQueue, GivesOnlyWhatIsPlanned) {
     Add("a", 3);
     zip::FileQueue& queue = Make();
-    Turn& turn = queue.Join();
+    FileRange& range = queue.Join();
     queue.SetPlanned(2, false);
-    EXPECT_EQ(Text(queue.Next(turn)), "0-2");
+    EXPECT_EQ(Text(queue.Next(range)), "0-2");
     queue.SetPlanned(3, true);
-    EXPECT_EQ(Text(queue.Next(turn)), "2-3");
-    EXPECT_TRUE(queue.Next(turn).IsEmpty());
+    EXPECT_EQ(Text(queue.Next(range)), "2-3");
+    EXPECT_TRUE(queue.Next(range).IsEmpty());
 }
 
 TEST_F(FileQueue, WaitsForMore) {
@@ -67,8 +67,8 @@ TEST_F(FileQueue, WaitsForMore) {
     std::size_t files = 0;
     {
         std::jthread other([&queue, &files] {
-            Turn& turn = queue.Join();
-            for (Batch batch = queue.Next(turn); !batch.IsEmpty(); batch = queue.Next(turn)) {
+            FileRange& range = queue.Join();
+            for (Batch batch = queue.Next(range); !batch.IsEmpty(); batch = queue.Next(range)) {
                 files += batch.end - batch.begin;
             }
         });
@@ -89,11 +89,11 @@ TEST_F(FileQueue, ManySmallFilesAreABatchAndALargeOneIsAlone) {
     Add("a", 100);
     zip::FileQueue& small = Make();
     small.SetPlanned(100, true);
-    Turn& turn = small.Join();
-    const Batch first = small.Next(turn);
+    FileRange& range = small.Join();
+    const Batch first = small.Next(range);
     EXPECT_EQ(Text(first), "0-64");
     EXPECT_GE(first.bytes, 64u * 40);
-    EXPECT_EQ(Text(small.Next(turn)), "64-100");
+    EXPECT_EQ(Text(small.Next(range)), "64-100");
 
     zip::FileQueue& large = Make(2 << 20);
     large.SetPlanned(100, true);
@@ -107,8 +107,8 @@ TEST_F(FileQueue, FolderIsOneThreadsAsLongAsThereIsAnother) {
     Add("b", 10);
     zip::FileQueue& queue = Make();
     queue.SetPlanned(210, true);
-    Turn& one = queue.Join();
-    Turn& other = queue.Join();
+    FileRange& one = queue.Join();
+    FileRange& other = queue.Join();
     EXPECT_EQ(Text(queue.Next(one)), "0-64");
     EXPECT_EQ(Text(queue.Next(other)), "200-210");
     EXPECT_EQ(Text(queue.Next(one)), "64-128");
@@ -138,8 +138,8 @@ TEST_F(FileQueue, GivesEachFileOnceToAnyNumberOfThreads) {
         std::vector<std::jthread> threads;
         for (int i = 0; i < 5; ++i) {
             threads.emplace_back([&] {
-                Turn& turn = queue.Join();
-                for (Batch batch = queue.Next(turn); !batch.IsEmpty(); batch = queue.Next(turn)) {
+                FileRange& range = queue.Join();
+                for (Batch batch = queue.Next(range); !batch.IsEmpty(); batch = queue.Next(range)) {
                     const std::lock_guard lock(mutex);
                     for (std::size_t file = batch.begin; file < batch.end; ++file) {
                         EXPECT_TRUE(given.insert(file).second) << file;

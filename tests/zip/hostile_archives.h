@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "zip/base/component_events.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::test {
 

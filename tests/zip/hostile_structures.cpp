@@ -1,5 +1,5 @@
 #include "tests/zip/hostile_tables.h"
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::test {
 
@@ -192,7 +192,7 @@ Tricks HostileDirectories() {
         Failing("Empty", ""),
         Failing("DirectoryCutInARecord", With(two, second, "XX"), {"good"}),
         Failing("DirectoryBehindTheEnd", With(two, end + 16, Number32(0x7FFFFFFF))),
-        // Its entries are all there, where the end record says.
+        // Its entries are complete, and where the end record states.
         {"DirectoryOfHugeSize", With(two, end + 12, Number32(0x7FFFFFFF)), {"good", "other"}},
         Failing("MoreEntriesStated", With(two, end + 8, Number16(9) + Number16(9)),
                 {"good", "other"}),

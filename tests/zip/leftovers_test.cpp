@@ -1,6 +1,6 @@
 // What killed runs leave behind, and that nothing else is taken for it.
 #include "tests/zip/writer_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::test {
 namespace {

@@ -50,7 +50,7 @@ TEST_P(OffsetAtFourGigabytes, IsWrittenAndReadAgain) {
 
 INSTANTIATE_TEST_SUITE_P(Around, OffsetAtFourGigabytes, ::testing::Values(-1, 0, 1));
 
-TEST_F(Limits, DatesBefore1980AndAfter2107ComeBack) {
+TEST_F(Limits, DatesBefore1980AndAfter2107AreRestored) {
     constexpr platform::Ticks k1975 = 118000000000000000ull;
     constexpr platform::Ticks k2200 = 189000000000000000ull;
     for (const platform::Ticks time : {platform::Ticks{1}, k1975, k2200}) {

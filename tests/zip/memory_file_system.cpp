@@ -7,7 +7,7 @@
 
 #include "common/error.h"
 #include "tests/zip/memory_file.h"
-#include "zip/base/paths.h"
+#include "common/path.h"
 
 namespace vantrel::test {
 
@@ -77,7 +77,7 @@ std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::Make(const std::string
     auto& node = nodes_[key];
     if (!node) {
         node = std::make_shared<Node>();
-        node->info.name = zip::LeafOf(path);
+        node->info.name = path::Name(path);
         node->info.attributes =
             folder ? platform::attribute::kFolder : platform::attribute::kArchive;
         node->info.times = {kThen, kThen, kThen};
@@ -326,7 +326,7 @@ void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
     if (!node) {
         RaiseError(error_number::kFileNotFound);
     }
-    node->info.name = zip::LeafOf(to);
+    node->info.name = path::Name(to);
     const std::string old_key = Key(from);
     Nodes moved;  // a folder with all that is in it
     std::erase_if(nodes_, [&](const auto& each) {
@@ -351,7 +351,7 @@ void MemoryFileSystem::Replace(const std::string& from, const std::string& to) {
     }
     used_ -= target ? target->info.size : 0;
     nodes_.erase(Key(from));
-    node->info.name = zip::LeafOf(to);
+    node->info.name = path::Name(to);
     nodes_[Key(to)] = node;
 }
 

@@ -29,7 +29,7 @@ class MemoryFileSystem : public platform::FileSystem {
 
     // --- arranging and looking; nothing of it reaches `before` ---
     void PutFolder(const std::string& path);
-    // Folders are made as needed; modified 2026-11-15 13:05:09 UTC unless said.
+    // Folders are made as needed; modified 2026-11-15 13:05:09 UTC by default.
     void Put(const std::string& path, const std::string& bytes);
     // A file of `size` zero bytes.
     void PutZeros(const std::string& path, std::uint64_t size);

@@ -93,7 +93,7 @@ TEST_F(PkUnzip, ArchiveThatCannotBeReadCountsOne) {
     EXPECT_EQ(Count(), 1);
 }
 
-TEST_F(PkUnzip, DamagedDirectoryCountsWhatWasReadAndSaysSo) {
+TEST_F(PkUnzip, DamagedDirectoryCountsWhatWasReadAndIsReported) {
     std::string bytes = archive.Bytes();
     bytes[bytes.rfind("PK\1\2")] = 'x';
     files.Put(options.archive, bytes);

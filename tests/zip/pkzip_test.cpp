@@ -95,7 +95,7 @@ TEST_F(PkZip, SubFoldersOff) {
     EXPECT_EQ(Archive().Names(), (Strings{"a.txt"}));
 }
 
-TEST_F(PkZip, FileSpecWithBlanks) {
+TEST_F(PkZip, FileSpecWithSpaces) {
     files.Put("C:\\My Data\\my file.txt", "x");
     SetAll();
     component.Set(kFileSpec, std::string("\"C:\\My Data\\my*.txt\""));

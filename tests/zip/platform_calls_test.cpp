@@ -50,7 +50,7 @@ TEST_F(PlatformCalls, WritesOfTheArchiveAreLarge) {
     files.Put("C:\\Data\\noise", Noise(8 * kChunkSize));
     BackUp();
     const std::uint64_t size = files.Info(options.archive).size;
-    // One for each mebibyte, and one for the header of the file that took several pieces.
+    // One for each mebibyte, and one for the header of the file of several chunks.
     EXPECT_LE(Of(Call::kWrite, "Weekly.zip"), static_cast<int>(size / kChunkSize) + 2);
     EXPECT_EQ(Of(Call::kReplace, "Weekly.zip"), 1);
     EXPECT_EQ(Of(Call::kRename, ""), 0);

@@ -1,7 +1,7 @@
 // Events: raised often in every phase, on the caller's thread, which never blocks; and their
 // percentages.
 #include "tests/zip/writer_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::test {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "tests/support/test_machine.h"
 #include "tests/zip/zip_builder.h"
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
 #include "zip/deflate/deflate.h"
-#include "zip/records/central_record.h"
 #include "zip/records/directory_reader.h"
+#include "zip/records/record_parser.h"
 
 namespace vantrel::test {
 namespace {
@@ -168,7 +168,7 @@ TEST_F(DirectoryReading, MoreEntriesStatedThanThere) {
     EXPECT_EQ(Names(two.Bytes()).size(), 3u);
 }
 
-TEST_F(DirectoryReading, DamagedRecordEndsTheListAndSaysWhere) {
+TEST_F(DirectoryReading, DamagedRecordEndsTheListAndIsLocated) {
     std::string bytes = two.Bytes();
     bytes[bytes.rfind("PK\1\2")] = 'x';
     const Strings names = Names(bytes);
@@ -183,7 +183,7 @@ TEST_F(DirectoryReading, NoArchiveAtAll) {
     }
 }
 
-TEST_F(DirectoryReading, LastOfSeveralDisksIsSaid) {
+TEST_F(DirectoryReading, LastDiskAloneIsReported) {
     std::string bytes = two.Bytes();
     bytes[bytes.size() - 18] = 1;
     EXPECT_EQ(Names(bytes), Strings{"! This is the last part of an archive on several disks."});

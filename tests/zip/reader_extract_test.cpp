@@ -1,4 +1,4 @@
-// What comes back from an archive, entry by entry.
+// Restoring an archive, entry by entry.
 #include <mutex>
 #include <set>
 #include <thread>

@@ -63,7 +63,7 @@ TEST_F(ExtractionFailure, EventsComeOnTheCallersThread) {
     EXPECT_TRUE(std::is_sorted(events.overall.begin(), events.overall.end()));
 }
 
-TEST_F(ExtractionFailure, MissingArchiveIsAQuestionAndRetryGoesOn) {
+TEST_F(ExtractionFailure, MissingArchiveIsAQuestionAndRetryContinues) {
     events.questions = &questions;
     questions.answers = {[&] {
         PutArchive();
@@ -112,7 +112,7 @@ TEST_F(ExtractionFailure, FileThatIsNoArchiveIsAQuestion) {
     EXPECT_EQ(questions.asked.size(), 1u);
 }
 
-TEST_F(ExtractionFailure, ArchiveGoneInTheMiddleComesBack) {
+TEST_F(ExtractionFailure, ArchiveGoneInTheMiddleIsReadAfterRetry) {
     PutArchive();
     events.questions = &questions;
     std::atomic<int> reads = 0;
@@ -149,7 +149,7 @@ TEST_F(ExtractionFailure, AnotherArchiveInItsPlaceIsNotRead) {
     EXPECT_EQ(Content("a.txt"), Prose(3000));
 }
 
-TEST_F(ExtractionFailure, TooLittleSpaceIsSaidBeforeTheFirstByte) {
+TEST_F(ExtractionFailure, TooLittleSpaceIsReportedBeforeTheFirstByte) {
     PutArchive();
     machine.drives.drives['C'].free_bytes = 3003;  // 3004 are needed
     events.questions = &questions;
@@ -172,7 +172,7 @@ TEST_F(ExtractionFailure, SpaceOfFilesThatAreReplacedCounts) {
     EXPECT_EQ(Content("a.txt"), Prose(3000));
 }
 
-TEST_F(ExtractionFailure, FullDestinationIsAQuestionAndRetryGoesOn) {
+TEST_F(ExtractionFailure, FullDestinationIsAQuestionAndRetryContinues) {
     PutArchive();
     files.capacity = files.Info(options.archive).size + 1000;
     events.questions = &questions;
@@ -228,7 +228,7 @@ TEST_F(ExtractionFailure, FullDestinationCancelledKeepsTheOldFile) {
     ExpectNothingOutside();
 }
 
-TEST_F(ExtractionFailure, DestinationGoneInTheMiddleIsAQuestionAndRetryGoesOn) {
+TEST_F(ExtractionFailure, DestinationGoneInTheMiddleIsAQuestionAndRetryContinues) {
     PutArchive();
     std::atomic<bool> taken = false;
     files.before = [&](const std::string& call, const std::string& path) {
@@ -274,7 +274,7 @@ TEST_F(ExtractionFailure, FolderGoneInTheMiddleCostsItsFilesOnly) {
     EXPECT_EQ(Content("a.txt"), Prose(3000));
 }
 
-TEST_F(ExtractionFailure, ReadOnlyDestinationIsSaidForEachEntryAndNothingChanges) {
+TEST_F(ExtractionFailure, ReadOnlyDestinationIsReportedForEachEntryAndNothingChanges) {
     PutArchive();
     files.Put("C:\\Out\\a.txt", "old");
     files.before = [&](const std::string& call, const std::string& path) {

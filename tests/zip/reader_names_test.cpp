@@ -36,7 +36,7 @@ TEST(EntryName, OneSlashAtTheEndIsDropped) {
     EXPECT_TRUE(IsRefused("Docs//"));
 }
 
-TEST(EntryName, DotDotIsRefusedWithTrailingDotsAndBlanksToo) {
+TEST(EntryName, DotDotIsRefusedWithTrailingDotsAndSpacesToo) {
     for (const char* name : {"..", "../x", "a/../x", "a/..", "a\\..\\x", "../", "... /x", "a/.. /x",
                              "a/... ./x", ".. ./x", "...."}) {
         EXPECT_TRUE(IsRefused(name)) << name;
@@ -51,7 +51,7 @@ TEST(EntryName, DotAndEmptyComponentsInsideAreRefused) {
     EXPECT_TRUE(IsRefused(""));
 }
 
-TEST(EntryName, DotSlashAtTheStartMeansNothing) {
+TEST(EntryName, DotSlashAtTheStartIsDropped) {
     EXPECT_EQ(PathOf("./a/b"), "a\\b");
     EXPECT_EQ(PathOf("./"), "");
     EXPECT_EQ(Changes("./a"), 0u);
@@ -93,7 +93,7 @@ TEST(EntryName, ReservedNamesGetAnUnderscore) {
     }
 }
 
-TEST(EntryName, TrailingDotsAndBlanksBecomeUnderscores) {
+TEST(EntryName, TrailingDotsAndSpacesBecomeUnderscores) {
     EXPECT_EQ(PathOf("a."), "a_");
     EXPECT_EQ(PathOf("a. ./b "), "a___\\b_");
     EXPECT_EQ(PathOf("   "), "___");

@@ -87,7 +87,7 @@ TEST_F(OtherWriters, PythonsZipfile) {
     ExpectSameTree();
 }
 
-TEST_F(OtherWriters, UnixReadOnlyFileComesBackReadOnly) {
+TEST_F(OtherWriters, UnixReadOnlyFileIsRestoredReadOnly) {
     machine.files().SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly | attribute::kArchive);
     MakeWith("zip -qr @ .");
     Extract();

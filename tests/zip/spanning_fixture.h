@@ -1,13 +1,13 @@
 // What the tests of spanned archives share: C:\Data goes onto disks in drive A:.
 #pragma once
 
+#include "tests/zip/archive_reader.h"
 #include "tests/zip/disk_box.h"
-#include "tests/zip/set_reader.h"
 #include "tests/zip/writer_fixture.h"
 
 namespace vantrel::test {
 
-// Somebody at the drive who does for each prompt what a test says, by default puts in the next disk
+// A user at the drive who answers each prompt as a test defines; by default inserts the next disk
 // of the box.
 class DiskChanger : public zip::Questions {
   public:

@@ -1,6 +1,6 @@
 // Events and cancelling while disks are written, flushed, read back and read.
 #include "tests/zip/spanning_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::test {
 namespace {

@@ -1,6 +1,6 @@
-// Disks that will not do, prompts that are answered with Cancel, and nobody at the drive.
+// Unsuitable disks, prompts that are answered with Cancel, and unattended runs.
 #include "tests/zip/spanning_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::test {
 namespace {
@@ -17,7 +17,7 @@ class SpanningPrompts : public SpanningTest {
         files.Put("C:\\Data\\noise", Noise(5000));
         NewBox(2000);
     }
-    // Puts a disk in that will not do; the next prompt must say `note` of it.
+    // Inserts an unsuitable disk; the next prompt must contain `note`.
     void ExpectRefused(const std::function<void()>& put_in, const std::string& note) {
         changer.at[1] = [put_in] {
             put_in();
@@ -89,7 +89,7 @@ TEST_F(SpanningPrompts, FullDiskIsNotTouched) {
     EXPECT_EQ(box.disks[7].files, full.files);
 }
 
-TEST_F(SpanningPrompts, DiskWithOtherFilesKeepsThemAndGivesItsRoom) {
+TEST_F(SpanningPrompts, DiskWithOtherFilesKeepsThemAndIsFilled) {
     changer.at[1] = [this] {
         box.Insert(1);
         box.Eject();
@@ -154,7 +154,7 @@ TEST_F(SpanningPrompts, StampedFolderIsMadeOnEveryDisk) {
     ExpectSource(ReadSet(volumes));
 }
 
-TEST_F(SpanningPrompts, DiskThatDoesNotReadBackAsWrittenIsSaidAndReadAgain) {
+TEST_F(SpanningPrompts, DiskThatDoesNotReadBackAsWrittenIsReportedAndReadAgain) {
     int reads = 0;
     files.before = [&](const std::string& call, const std::string& path) {
         if (call == "Read" && path.starts_with("A:") && ++reads == 2) {
@@ -201,8 +201,8 @@ TEST_F(SpanningPrompts, EveryDiskIsFlushedBeforeTheNextIsAskedFor) {
     EXPECT_EQ(flushed, (std::vector<bool>{true, true}));
 }
 
-// The disk in the drive is as it was before the run, those that were taken out keep their parts,
-// and that is said.
+// The disk in the drive is as before the run, removed disks keep their parts, and a message reports
+// that.
 TEST_F(SpanningPrompts, CancelAtEveryPrompt) {
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     const std::size_t prompts = changer.asked.size();
@@ -247,7 +247,7 @@ TEST_F(SpanningPrompts, CancelRemovesTheStampedFolderOfTheDiskInTheDrive) {
     EXPECT_TRUE(files.Exists("A:\\"));
 }
 
-TEST_F(SpanningPrompts, NobodyAtTheDriveFailsAndLeavesTheDiskAsItWas) {
+TEST_F(SpanningPrompts, UnattendedRunFailsAndLeavesTheDiskUnchanged) {
     events.questions = nullptr;
     EXPECT_EQ(Run(), RunOutcome::kFailed);
     EXPECT_EQ(events.messages.back().kind, MessageKind::kError);

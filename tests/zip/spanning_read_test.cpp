@@ -16,7 +16,7 @@ using zip::RunOutcome;
 
 constexpr const char* kAnother = "The disk in the drive is another one.";
 
-// Somebody who puts in the disk that a prompt names, unless a test says otherwise.
+// A user who inserts the disk that a prompt names, unless a test defines another answer.
 class Feeder : public zip::Questions {
   public:
     explicit Feeder(DiskBox& box) : box_(box) {}
@@ -149,7 +149,7 @@ TEST_F(SpanningRead, FortyDisks) {
     EXPECT_LE(feeder.asked.size(), static_cast<std::size_t>(feeder.disks));
 }
 
-TEST_F(SpanningRead, FileThatIsTooLargeForMemoryAsAWhole) {
+TEST_F(SpanningRead, FileThatIsTooLargeForMemory) {
     files.Put("C:\\Data\\big", Noise(17 * kChunkSize));
     files.Put("C:\\Data\\later", "x");
     ASSERT_EQ(MakeSet(6 * kChunkSize), 3);
@@ -235,7 +235,7 @@ TEST_F(SpanningRead, CancelAtEveryPrompt) {
     }
 }
 
-TEST_F(SpanningRead, NobodyThereFailsWithTheQuestion) {
+TEST_F(SpanningRead, UnattendedRunFailsWithTheQuestion) {
     PutFiles();
     MakeSet(3000);
     restored_events = Recorder();
@@ -262,7 +262,7 @@ TEST_F(SpanningRead, DiskThatFailsWhileItIsReadIsAskedForAgain) {
 }
 
 // At each of its reads; the last one that fails is the one after which there are no more.
-TEST_F(SpanningRead, DiskThatFailsAtAnyReadIsAskedForAgainAndTheReasonIsTold) {
+TEST_F(SpanningRead, DiskThatFailsAtAnyReadIsAskedForAgainWithTheReason) {
     PutFiles();
     MakeSet(3000);
     constexpr const char* kReason = "The disk in the drive cannot be read (Device I/O error).";

@@ -1,7 +1,7 @@
 // Archives that go on on the next disk.
 #include "tests/zip/remembering_compressor.h"
 #include "tests/zip/spanning_fixture.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::test {
 namespace {
@@ -113,7 +113,7 @@ TEST_F(SpanningWrite, DisksOfEverySizeDownToTheLargestRecord) {
     EXPECT_GT(most, 15u);
 }
 
-TEST_F(SpanningWrite, DiskThatIsSmallerThanItSaid) {
+TEST_F(SpanningWrite, DiskThatIsSmallerThanStated) {
     PutAllKinds();
     for (const std::uint64_t size : {4u, 5u, 60u, 515u, 700u, 1500u, 4096u, 4999u, 6000u}) {
         NewBox(DiskBox::kHuge);
@@ -132,7 +132,7 @@ TEST_F(SpanningWrite, DiskThatIsSmallerThanItSaid) {
     }
 }
 
-TEST_F(SpanningWrite, LastDiskThatIsSmallerThanItSaidBringsTheEndRecordToTheNext) {
+TEST_F(SpanningWrite, LastDiskThatIsSmallerThanStatedMovesTheEndRecordToTheNext) {
     files.Put("C:\\Data\\a.txt", "first");
     const std::string whole = OneDisk();
     for (std::size_t missing = 1; missing <= 22; ++missing) {
@@ -146,7 +146,7 @@ TEST_F(SpanningWrite, LastDiskThatIsSmallerThanItSaidBringsTheEndRecordToTheNext
     }
 }
 
-TEST_F(SpanningWrite, DiskThatPromisedRoomAndTakesNothingIsNotCounted) {
+TEST_F(SpanningWrite, DiskThatStatesFreeSpaceAndAcceptsNothingIsNotCounted) {
     files.Put("C:\\Data\\noise", Noise(3000));
     NewBox(2000);
     box.disks.push_back({.size = 0, .promises = 5000});
@@ -207,7 +207,7 @@ TEST_F(SpanningWrite, LargeFileHasWideSizesInHeaderAndDescriptor) {
 }
 
 TEST_F(SpanningWrite, FileThatGrowsUnderCompressionStaysDeflated) {
-    // The first sample shrinks, which is taken for the whole.
+    // The first sample shrinks, and stands for the complete file.
     std::string bytes = Noise(2 * kChunkSize);
     std::fill_n(bytes.begin(), 4000, 'a');
     bytes += Noise(3 * kChunkSize, 2);

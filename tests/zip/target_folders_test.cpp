@@ -1,10 +1,10 @@
-// The folders that an extraction is said to write into are those that it does write into.
+// The folders that are listed before an extraction are those that it writes into.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/zip/hostile_archives.h"
 #include "tests/zip/reader_fixture.h"
-#include "zip/base/paths.h"
+#include "common/path.h"
 #include "zip/pkunzip.h"
 
 namespace vantrel::test {
@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 
 class TargetFolders : public ReaderTest {
   protected:
-    Strings Told(const std::string& bytes) {
+    Strings FoldersOf(const std::string& bytes) {
         files.Put(options.archive, bytes);
         platform::Machine over = Machine();
         zip::PKUNZIP component(over);
@@ -25,27 +25,28 @@ class TargetFolders : public ReaderTest {
         component.Set(kAction, kActionCount);
         return component.TargetFolders(options.destination);
     }
-    Strings Told(const std::vector<BuiltEntry>& entries) {
+    Strings FoldersOf(const std::vector<BuiltEntry>& entries) {
         BuiltArchive archive;
         archive.entries = entries;
-        return Told(archive.Bytes());
+        return FoldersOf(archive.Bytes());
     }
     std::string Fold(const std::string& text) { return machine.code_page().Fold(text); }
 };
 
-TEST_F(TargetFolders, EachIsToldOnceInTheArchivesOrder) {
-    EXPECT_THAT(Told({{.name = "Sub/b"}, {.name = "a"}, {.name = "./Sub/c"}, {.name = "Empty/"}}),
-                ElementsAre("Sub", "", "Empty"));
+TEST_F(TargetFolders, EachIsListedOnceInTheArchivesOrder) {
+    EXPECT_THAT(
+        FoldersOf({{.name = "Sub/b"}, {.name = "a"}, {.name = "./Sub/c"}, {.name = "Empty/"}}),
+        ElementsAre("Sub", "", "Empty"));
 }
 
 TEST_F(TargetFolders, RefusedNamesAndTheDestinationItselfHaveNone) {
-    EXPECT_THAT(Told({{.name = "../x"}, {.name = "C:/x"}, {.name = "./"}}), IsEmpty());
+    EXPECT_THAT(FoldersOf({{.name = "../x"}, {.name = "C:/x"}, {.name = "./"}}), IsEmpty());
 }
 
 TEST_F(TargetFolders, ShortNameOfAnotherFolderGetsItsSign) {
     files.PutFolder("C:\\Out\\Long folder name");
     files.Alias("C:\\Out\\LONGFO~1", "C:\\Out\\Long folder name");
-    EXPECT_THAT(Told({{.name = "longfo~1/Sub/a"}}), ElementsAre("longfo~1_\\Sub"));
+    EXPECT_THAT(FoldersOf({{.name = "longfo~1/Sub/a"}}), ElementsAre("longfo~1_\\Sub"));
 }
 
 TEST_F(TargetFolders, FolderThatMayNotBeLookedAtKeepsItsName) {
@@ -54,28 +55,28 @@ TEST_F(TargetFolders, FolderThatMayNotBeLookedAtKeepsItsName) {
             RaiseError(error_number::kPermissionDenied);
         }
     };
-    EXPECT_THAT(Told({{.name = "Sub/Deep/a"}}), ElementsAre("Sub\\Deep"));
+    EXPECT_THAT(FoldersOf({{.name = "Sub/Deep/a"}}), ElementsAre("Sub\\Deep"));
 }
 
 TEST_F(TargetFolders, NothingIsMade) {
-    Told({{.name = "Sub/Deep/a"}});
+    FoldersOf({{.name = "Sub/Deep/a"}});
     EXPECT_FALSE(files.Exists("C:\\Out"));
 }
 
 class TargetFoldersOfTricks : public TargetFolders,
                               public ::testing::WithParamInterface<HostileArchive> {};
 
-TEST_P(TargetFoldersOfTricks, EverythingThatComesBackIsInAFolderThatWasTold) {
-    const Strings told = Told(GetParam().bytes);
+TEST_P(TargetFoldersOfTricks, EverythingThatIsRestoredIsInAListedFolder) {
+    const Strings listed = FoldersOf(GetParam().bytes);
     ASSERT_EQ(Run(), GetParam().outcome);
     for (const std::string& path : Restored()) {
         const bool is_folder = path.back() == '\\';
         const std::string folder =
-            is_folder ? path.substr(0, path.size() - 1) : std::string(zip::Cut(path).folder);
+            is_folder ? path.substr(0, path.size() - 1) : std::string(path::Split(path).folder);
         const auto holds = [&](const std::string& each) {
             return Fold(each) == Fold(folder) || (is_folder && Fold(each).starts_with(Fold(path)));
         };
-        EXPECT_THAT(told, Contains(::testing::ResultOf(holds, true))) << path;
+        EXPECT_THAT(listed, Contains(::testing::ResultOf(holds, true))) << path;
     }
 }
 

@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
+#include "zip/records/format.h"
 
 namespace vantrel::test {
 
@@ -27,7 +28,7 @@ struct Numbers {
 
 void PutCommon(std::string& out, const BuiltEntry& entry, const Numbers& numbers,
                const std::string& name, const std::string& extra) {
-    Put16(out, 20);
+    Put16(out, zip::kVersionDeflated);
     Put16(out, entry.flags);
     Put16(out, entry.method);
     Put32(out, entry.dos_time);
@@ -40,17 +41,17 @@ void PutCommon(std::string& out, const BuiltEntry& entry, const Numbers& numbers
 
 void PutEnd64(std::string& out, std::uint64_t count, std::uint64_t size, std::uint64_t offset) {
     const std::uint64_t at = offset + size;
-    Put32(out, 0x06064b50);
-    Put64(out, 44);
-    Put16(out, 45);
-    Put16(out, 45);
+    Put32(out, zip::kEnd64Signature);
+    Put64(out, zip::end64_record::kStatedSize);
+    Put16(out, zip::kVersionZip64);
+    Put16(out, zip::kVersionZip64);
     Put32(out, 0);
     Put32(out, 0);
     Put64(out, count);
     Put64(out, count);
     Put64(out, size);
     Put64(out, offset);
-    Put32(out, 0x07064b50);
+    Put32(out, zip::kLocatorSignature);
     Put32(out, 0);
     Put64(out, at);
     Put32(out, 1);
@@ -92,8 +93,8 @@ std::string BuiltArchive::Bytes() const {
         const Numbers truth{crc, static_cast<std::uint32_t>(data.size()),
                             static_cast<std::uint32_t>(entry.content.size())};
         const std::string& local_name = entry.local_name.empty() ? entry.name : entry.local_name;
-        Put32(out, 0x04034b50);
-        const bool descriptor = (entry.flags & 8) != 0;
+        Put32(out, zip::kLocalSignature);
+        const bool descriptor = (entry.flags & zip::flag::kDescriptor) != 0;
         PutCommon(out, entry, descriptor ? Numbers{0, 0, 0} : truth, local_name, entry.local_extra);
         out += local_name + entry.local_extra + data;
         if (descriptor) {  // without the signature that it may have
@@ -104,8 +105,8 @@ std::string BuiltArchive::Bytes() const {
         const Numbers stated{static_cast<std::uint32_t>(Or(entry.crc, truth.crc)),
                              static_cast<std::uint32_t>(Or(entry.packed_size, truth.packed_size)),
                              static_cast<std::uint32_t>(Or(entry.size, truth.size))};
-        Put32(directory, 0x02014b50);
-        Put16(directory, static_cast<std::uint16_t>(20 | (entry.host << 8)));
+        Put32(directory, zip::kCentralSignature);
+        Put16(directory, static_cast<std::uint16_t>(zip::kVersionDeflated | (entry.host << 8)));
         PutCommon(directory, entry, stated, entry.name, entry.central_extra);
         Put16(directory, 0);
         Put16(directory, 0);
@@ -121,12 +122,12 @@ std::string BuiltArchive::Bytes() const {
         PutEnd64(out, count, directory.size(), at);
     }
     const bool marks = zip64 && zip64_marks;
-    Put32(out, 0x06054b50);
+    Put32(out, zip::kEndSignature);
     Put32(out, 0);
-    Put16(out, static_cast<std::uint16_t>(marks ? 0xFFFF : count));
-    Put16(out, static_cast<std::uint16_t>(marks ? 0xFFFF : count));
-    Put32(out, marks ? 0xFFFFFFFF : static_cast<std::uint32_t>(directory.size()));
-    Put32(out, marks ? 0xFFFFFFFF : static_cast<std::uint32_t>(at));
+    Put16(out, static_cast<std::uint16_t>(marks ? zip::kSaturated16 : count));
+    Put16(out, static_cast<std::uint16_t>(marks ? zip::kSaturated16 : count));
+    Put32(out, static_cast<std::uint32_t>(marks ? zip::kSaturated32 : directory.size()));
+    Put32(out, static_cast<std::uint32_t>(marks ? zip::kSaturated32 : at));
     Put16(out, static_cast<std::uint16_t>(Or(comment_length, comment.size())));
     return prefix + out + comment + junk;
 }

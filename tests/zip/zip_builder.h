@@ -1,4 +1,4 @@
-// Archives made byte by byte, right ones and wrong ones.
+// Builds archives byte by byte, valid ones and damaged ones.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "zip/base/byte_source.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::test {
 
@@ -20,7 +20,7 @@ struct BuiltEntry {
     std::uint32_t dos_time = 0x5B6F68A0;  // 2025-11-15 13:05:00
     std::string central_extra{};
     std::string local_extra{};
-    // Lies, of the directory alone; a negative number tells the truth.
+    // Wrong numbers, in the directory only; negative: the right one.
     std::int64_t size = -1;
     std::int64_t packed_size = -1;
     std::int64_t crc = -1;

@@ -8,8 +8,8 @@ namespace vantrel::zip {
 
 namespace {
 
-// Characters that cannot stand in a name, in the place of the wildcards that mean more than they
-// say.
+// Wildcards with the extended meaning that they get in Translate, as characters that no name can
+// hold.
 constexpr char32_t kStarToLastDot = U'<';
 constexpr char32_t kOneOrNone = U'>';
 constexpr char32_t kDotOrEnd = U'"';
@@ -22,7 +22,7 @@ std::u32string CodePoints(std::string_view utf8) {
     return points;
 }
 
-// Gives the wildcards their exact meaning, as the system's own directory search does.
+// Gives the wildcards their exact meaning, as the directory search of Windows does.
 std::u32string Translate(std::u32string mask) {
     if (mask == U"*.*") {
         return U"*";
@@ -50,8 +50,8 @@ std::u32string Translate(std::u32string mask) {
     return mask;
 }
 
-// Whether pattern[p..] matches name[n..]; `known` remembers failures, so that the work is bounded
-// by the product of both lengths.
+// Backtracking with memory: whether pattern[p..] matches name[n..], where `failed_` holds every
+// pair that did not, so that the work is bounded by the product of both lengths.
 class Matcher {
   public:
     Matcher(const std::u32string& pattern, const std::u32string& name)
@@ -64,12 +64,12 @@ class Matcher {
         if (p == pattern_.size()) {
             return n == name_.size();
         }
-        const std::size_t place = p * (name_.size() + 1) + n;
-        if (failed_[place]) {
+        const std::size_t state = p * (name_.size() + 1) + n;
+        if (failed_[state]) {
             return false;
         }
         const bool matched = Step(p, n);
-        failed_[place] = !matched;
+        failed_[state] = !matched;
         return matched;
     }
 

@@ -240,15 +240,4 @@ bool Sampler::LooksIncompressible(const std::uint8_t* data, std::size_t size) {
                               [data](std::uint64_t offset) { return data + offset; });
 }
 
-std::uint32_t Crc32(const std::uint8_t* data, std::size_t size) {
-    // The library takes a null pointer, which an empty buffer has, for a request of the start
-    // value.
-    return size == 0 ? 0 : libdeflate_crc32(0, data, size);
-}
-
-std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t second_size) {
-    return static_cast<std::uint32_t>(
-        crc32_combine(first, second, static_cast<z_off_t>(second_size)));
-}
-
 }  // namespace vantrel::zip

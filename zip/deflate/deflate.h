@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "zip/base/buffer.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::zip {
 
@@ -113,9 +113,5 @@ class Sampler {
     std::unique_ptr<RawCompressor> compressor_;
     Buffer packed_;
 };
-
-// CRC-32 as in APPNOTE 4.4.7, of some bytes, and of two ranges of bytes joined.
-std::uint32_t Crc32(const std::uint8_t* data, std::size_t size);
-std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::uint64_t second_size);
 
 }  // namespace vantrel::zip

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "zip/base/retry.h"
+
 namespace vantrel::zip {
 
 namespace {
 
-// Bytes of one write. Large, because every write costs a trip to the disk or the network.
+// Bytes of one write. Large, because every write costs a round trip to the disk or the network.
 constexpr std::size_t kWriteSize = std::size_t{1} << 20;
 
 constexpr const char* kCannotWrite = "The archive cannot be written";
@@ -18,12 +20,12 @@ ArchiveFile::ArchiveFile(const platform::Machine& machine, RunChannel& channel,
                          const std::string& archive)
     : files_(machine.files),
       channel_(channel),
-      place_(machine, channel, archive),
-      path_(place_.Temporary()) {}
+      target_(machine, channel, archive),
+      path_(target_.Temporary()) {}
 
 void ArchiveFile::Open() {
-    place_.RemoveLeftovers();
-    place_.MakeFolders();
+    target_.RemoveLeftovers();
+    target_.MakeFolders();
     Create();
 }
 
@@ -70,7 +72,7 @@ void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
             position_known_ = false;
             file_->Seek(offset);
         }
-        position_known_ = false;  // a write that fails may have written a part
+        position_known_ = false;  // a failed write may be partial
         file_->Write(bytes.data(), bytes.size());
         file_position_ = offset + bytes.size();
         position_known_ = true;
@@ -117,7 +119,7 @@ void ArchiveFile::Finish() {
                  [this] { CloseChecked(); });
 }
 
-// A file is closed once only; after a failed close its size tells whether anything was lost.
+// A file can be closed only once; after a failed close its size shows whether anything was lost.
 void ArchiveFile::CloseChecked() {
     if (file_) {
         const std::unique_ptr<platform::File> closing = std::move(file_);
@@ -132,7 +134,7 @@ void ArchiveFile::CloseChecked() {
 
 void ArchiveFile::Abandon() {
     file_.reset();
-    place_.Abandon(created_);
+    target_.Abandon(created_);
 }
 
 }  // namespace vantrel::zip

@@ -1,5 +1,5 @@
-// An archive of one file, filled from front to back in large writes. A write that fails is a
-// question, and is tried again from where it failed.
+// An archive of one file, written in order and in large writes; headers are patched in place. A
+// write that fails is a question, and is repeated from the same offset.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 #include <string_view>
 
 #include "platform/file_system.h"
-#include "zip/base/buffer.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/bytes.h"
+#include "zip/base/run_context.h"
 #include "zip/disks/archive_output.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 
 namespace vantrel::zip {
 
@@ -29,7 +29,7 @@ class ArchiveFile : public ArchiveOutput {
     void CutBack(const Place& place) override;
 
     void Finish() override;
-    void Commit() override { place_.Commit(); }
+    void Commit() override { target_.Commit(); }
     void Abandon() override;
 
   private:
@@ -42,7 +42,7 @@ class ArchiveFile : public ArchiveOutput {
 
     platform::FileSystem& files_;
     RunChannel& channel_;
-    ArchivePlace place_;
+    ArchiveTarget target_;
     std::string path_;
     std::unique_ptr<platform::File> file_;
     bool created_ = false;

@@ -1,5 +1,5 @@
-// What the engine writes an archive to: one file that can be gone back in, or a set of disks that
-// are gone once they are full.
+// The sink of an archive that is being written: one file in which written headers can be patched
+// (archive_file.h), or a series of disks that are removed once they are full (spanned_archive.h).
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace vantrel::zip {
 
-// Where a record stands: its disk, counted from 0, and its offset from the start of that disk.
+// The location of a record: its disk, counted from 0, and its offset from the start of that disk.
 struct Place {
     std::uint32_t disk = 0;
     std::uint64_t offset = 0;
@@ -18,52 +18,51 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
-// Bytes within those of one Write that must stand together on one disk (APPNOTE 8.5.2), and where
-// they came to stand.
+// A range of the bytes of one Write that must be on one disk (APPNOTE 8.5.2), and its location,
+// which Write fills in.
 struct WholeRecord {
     std::size_t at = 0;
     std::size_t size = 0;
     Place place;
 };
 
-// One thread at a time. What fails is a question first; throws RunStopped.
+// Used by one thread at a time: the worker that holds the archive's turn to write. A failure is a
+// question first; throws RunStopped when it is not to be retried.
 class ArchiveOutput {
   public:
     virtual ~ArchiveOutput() = default;
 
-    // Makes the archive's first file, under a temporary name.
+    // Creates the archive's first file, under a temporary name.
     virtual void Open() = 0;
     // Whether headers are patched when their data is known; otherwise a descriptor follows it.
     virtual bool CanPatch() const = 0;
 
-    // Appends `bytes`. `records` are those of them that must not be divided, in order; their places
-    // are filled in.
+    // Appends `bytes`. `records` are the ranges of them that must not be divided, in order.
     virtual void Write(std::string_view bytes, std::span<WholeRecord> records) = 0;
     void Write(std::string_view bytes) { Write(bytes, {}); }
-    // Appends bytes that stand together, and returns where.
+    // Appends one record, and returns its location.
     Place WriteWhole(std::string_view bytes) {
         WholeRecord record{0, bytes.size(), {}};
         Write(bytes, {&record, 1});
         return record.place;
     }
-    // Where the next byte comes to stand, unless it is written on the next disk.
+    // The location of the next byte, unless that is written on the next disk.
     virtual Place Next() const = 0;
 
-    // Overwrites bytes that were written before. Only where CanPatch.
+    // Overwrites bytes that were written before. Requires CanPatch.
     virtual void Patch(const Place& place, std::string_view bytes) = 0;
-    // Forgets the record at `place`, the last one that was written, and all behind it. What stands
-    // on an earlier disk stays there, and means nothing.
+    // Discards the record at `place`, the last one that was written, and everything after it. Its
+    // bytes on an earlier disk stay there, unused.
     virtual void CutBack(const Place& place) = 0;
 
-    // How the disks that are full can be told apart: body of the field of disk_signs.h. "" when
-    // there is one disk.
+    // Identifies the disks that are full: body of kDiskListField. "" when there is one disk.
     virtual std::string DiskList() const { return ""; }
 
     // Returns when everything is on the medium and closed.
     virtual void Finish() = 0;
     // Gives the finished archive its name.
     virtual void Commit() = 0;
-    // Closes and removes what was written, as far as it can be reached.
+    // Closes and removes what was written, as far as it is accessible.
     virtual void Abandon() = 0;
 };
 

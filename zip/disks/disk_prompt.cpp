@@ -1,21 +1,21 @@
 #include "zip/disks/disk_prompt.h"
 
 #include "common/display_text.h"
-#include "zip/base/paths.h"
+#include "common/path.h"
 
 namespace vantrel::zip {
 
 namespace {
 
 std::string Prompt(const std::string& which, const std::string& path, const std::string& note) {
-    return "Please insert " + which + " of " + LeafOf(path) + " into drive " + DriveOf(path) +
+    return "Please insert " + which + " of " + path::Name(path) + " into drive " + DriveOf(path) +
            " and press Retry." + (note.empty() ? "" : "\r\n\r\n" + note);
 }
 
 }  // namespace
 
 std::string DriveOf(const std::string& path) {
-    std::string root = RootOf(path);
+    std::string root = path::Root(path);
     while (!root.empty() && root.back() == '\\') {
         root.pop_back();
     }

@@ -1,4 +1,5 @@
-// What is said when a disk must be changed, and why a disk that was put in will not do.
+// The texts of questions about disks: which one is needed, and why the one in the drive is not
+// suitable. Pure functions.
 #pragma once
 
 #include <cstdint>
@@ -11,15 +12,15 @@ namespace vantrel::zip {
 // "A:" of "A:\Weekly.zip"; a path without a drive letter gives its root.
 std::string DriveOf(const std::string& path);
 
-// The question for a disk of the archive at `path`; `disk` counts from 1. `note` says how the disk
-// that is in the drive now stands, as a sentence.
+// The question for a disk of the archive at `path`; `disk` counts from 1. `note` is a sentence
+// about the disk that is in the drive.
 std::string PromptToWrite(std::uint32_t disk, const std::string& path, const std::string& note);
 
-// The same for reading a set of `disks`. 0 when that is not known yet; the last one is then meant.
+// The same for reading a set of `disks`; 0 while that is unknown, for a request for the last one.
 std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::string& path,
                          const std::string& note);
 
-// Notes. They speak of "the disk in the drive".
+// Notes: sentences about "the disk in the drive".
 std::string FreeSpaceNote(std::uint64_t bytes);
 std::string FullNote(std::uint64_t bytes);
 std::string NoDiskNote();
@@ -27,7 +28,7 @@ std::string HoldsArchiveNote(const std::string& path);
 std::string MissingNote(const std::string& path);
 std::string OtherDiskNote();
 std::string NotLastNote();
-// Why a disk cannot be written to, and read from.
+// Why a disk cannot be written to, and why it cannot be read.
 std::string ErrorNote(const Error& error);
 std::string ReadErrorNote(const Error& error);
 

@@ -4,11 +4,10 @@
 #include <utility>
 
 #include "common/display_text.h"
-#include "zip/base/little_endian.h"
-#include "zip/base/paths.h"
+#include "common/path.h"
+#include "zip/base/bytes.h"
 #include "zip/disks/disk_prompt.h"
-#include "zip/records/disk_signs.h"
-#include "zip/records/entry_records.h"
+#include "zip/records/format.h"
 
 namespace vantrel::zip {
 
@@ -20,8 +19,8 @@ std::string Marker(std::uint32_t number) {
     return bytes;
 }
 
-// The end of the longest part of bytes `from` to `limit` that divides no record.
-std::size_t WholeEnd(std::span<const WholeRecord> records, std::size_t limit) {
+// The largest end up to `limit` that divides no record.
+std::size_t UnsplitEnd(std::span<const WholeRecord> records, std::size_t limit) {
     for (const WholeRecord& record : records) {
         if (record.at < limit && record.at + record.size > limit) {
             return record.at;
@@ -34,18 +33,18 @@ std::size_t WholeEnd(std::span<const WholeRecord> records, std::size_t limit) {
 
 SpannedArchive::SpannedArchive(const platform::Machine& machine, RunChannel& channel,
                                const std::string& archive)
-    : machine_(machine), channel_(channel), place_(machine, channel, archive) {}
+    : machine_(machine), channel_(channel), target_(machine, channel, archive) {}
 
 void SpannedArchive::Open() {
     const std::string marker = Marker(kSpannedMarker);
-    UseDisk(marker.size(), WhyNot(marker.size()));
+    RequireDisk(marker.size(), TryDisk(marker.size()));
     WriteWhole(marker);
 }
 
 void SpannedArchive::Write(std::string_view bytes, std::span<WholeRecord> records) {
     std::size_t done = 0;
     for (;;) {
-        const std::size_t end = WriteHere(bytes, done, records);
+        const std::size_t end = WriteOnDisk(bytes, done, records);
         while (!records.empty() && records.front().at < end) {
             WholeRecord& record = records.front();
             record.place = {disk_, volume_->Size() - (end - record.at)};
@@ -60,12 +59,12 @@ void SpannedArchive::Write(std::string_view bytes, std::span<WholeRecord> record
     }
 }
 
-// Writes what fits on this disk of the bytes from `done` on; returns where it ends.
-std::size_t SpannedArchive::WriteHere(std::string_view bytes, std::size_t done,
-                                      std::span<WholeRecord> records) {
+// Writes the bytes from `done` that fit on this disk; returns their end.
+std::size_t SpannedArchive::WriteOnDisk(std::string_view bytes, std::size_t done,
+                                        std::span<WholeRecord> records) {
     const std::size_t left = bytes.size() - done;
-    const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(left, room_));
-    const std::size_t end = WholeEnd(records, done + most);
+    const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(left, capacity_));
+    const std::size_t end = UnsplitEnd(records, done + most);
     if (end == done) {
         return end;
     }
@@ -75,43 +74,43 @@ std::size_t SpannedArchive::WriteHere(std::string_view bytes, std::size_t done,
     }
     const std::string_view part = bytes.substr(done, end - done);
     const std::size_t taken = volume_->Offer(part);
-    const std::size_t kept_end = taken == part.size() ? end : WholeEnd(records, done + taken);
+    const std::size_t kept_end = taken == part.size() ? end : UnsplitEnd(records, done + taken);
     volume_->Keep(part, kept_end - done);
-    room_ = taken == part.size() ? room_ - taken : 0;
+    capacity_ = taken == part.size() ? capacity_ - taken : 0;
     return kept_end;
 }
 
 void SpannedArchive::NextDisk(std::size_t needed) {
     if (volume_->Size() > 0) {
-        LeaveDisk();
+        FinishDisk();
         ++disk_;
     } else {
-        // It promised room and took nothing.
+        // It stated free space and accepted nothing.
         volume_.reset();
-        place_.Abandon(true);
+        target_.Abandon(true);
     }
-    UseDisk(needed, FreeSpaceNote(FreeBytes()));
+    RequireDisk(needed, FreeSpaceNote(FreeBytes()));
 }
 
-// Asks until there is a disk without a reason why not.
-void SpannedArchive::UseDisk(std::size_t needed, std::string why_not) {
+// Asks until the disk in the drive is suitable.
+void SpannedArchive::RequireDisk(std::size_t needed, std::string why_not) {
     while (!why_not.empty()) {
         Ask(disk_, why_not);
-        why_not = WhyNot(needed);
+        why_not = TryDisk(needed);
     }
-    left_.reset();
+    previous_.reset();
 }
 
-std::string SpannedArchive::WhyNot(std::size_t needed) {
+std::string SpannedArchive::TryDisk(std::size_t needed) {
     channel_.CheckStop();
     try {
-        if (std::string why = Unsuitable(); !why.empty()) {
+        if (std::string why = Obstacle(); !why.empty()) {
             return why;
         }
     } catch (const Error& error) {
         return ErrorNote(error);
     }
-    place_.ForgetFolders();
+    target_.ForgetFolders();
     std::string why;
     try {
         why = Begin(needed);
@@ -121,17 +120,18 @@ std::string SpannedArchive::WhyNot(std::size_t needed) {
     if (!why.empty()) {
         const bool created = volume_ != nullptr;
         volume_.reset();
-        place_.Abandon(created);
+        target_.Abandon(created);
     }
     return why;
 }
 
-std::string SpannedArchive::Unsuitable() {
-    if (!machine_.files.Find(RootOf(place_.Archive()))) {
+std::string SpannedArchive::Obstacle() {
+    if (!machine_.files.Find(path::Root(target_.Archive()))) {
         return NoDiskNote();
     }
-    // The first disk of this archive may stand under its temporary name still.
-    for (const std::string& path : {place_.Archive(), left_ ? left_->path : place_.Archive()}) {
+    // The first disk of this archive may still have its temporary name.
+    for (const std::string& path :
+         {target_.Archive(), previous_ ? previous_->path : target_.Archive()}) {
         if (disk_ > 0 && machine_.files.Find(path)) {
             return HoldsArchiveNote(path);
         }
@@ -139,16 +139,16 @@ std::string SpannedArchive::Unsuitable() {
     return "";
 }
 
-// Begins the file on the disk in the drive, or says why that cannot be.
+// Creates the file on the disk in the drive; returns why that is impossible, "" on success.
 std::string SpannedArchive::Begin(std::size_t needed) {
-    place_.RemoveLeftovers();
-    place_.TryMakeFolders();
-    volume_ = std::make_unique<Volume>(machine_.files, channel_, place_.Temporary());
-    room_ = FreeBytes();
-    return room_ < needed ? FullNote(room_) : "";
+    target_.RemoveLeftovers();
+    target_.TryMakeFolders();
+    volume_ = std::make_unique<Volume>(machine_.files, channel_, target_.Temporary());
+    capacity_ = FreeBytes();
+    return capacity_ < needed ? FullNote(capacity_) : "";
 }
 
-void SpannedArchive::LeaveDisk() {
+void SpannedArchive::FinishDisk() {
     volume_->Close();
     volume_->ReadBack();
     if (disk_ < kDiskListLimit) {
@@ -156,11 +156,11 @@ void SpannedArchive::LeaveDisk() {
         Put32(disk_list_, volume_->HeadCrc());
     }
     smallest_ = std::min(smallest_, volume_->Size());
-    if (disk_ == 0 && machine_.files.Find(place_.Archive())) {
-        waiting_ = left_ = Found(place_.Temporary());
+    if (disk_ == 0 && machine_.files.Find(target_.Archive())) {
+        pending_ = previous_ = InfoOf(target_.Temporary());
     } else {
-        place_.Commit();
-        left_ = Found(place_.Archive());
+        target_.Commit();
+        previous_ = InfoOf(target_.Archive());
     }
     ++finished_disks_;
     volume_.reset();
@@ -168,22 +168,22 @@ void SpannedArchive::LeaveDisk() {
 
 void SpannedArchive::Ask(std::uint32_t disk, const std::string& note) {
     const std::string number = std::to_string(disk + 1);
-    channel_.RetryOrStop({error_number::kDiskFull, place_.Archive(),
-                          PromptToWrite(disk + 1, place_.Archive(), note),
-                          "The archive needs disk " + number +
-                              ", and nobody is there to insert it: " + place_.Archive() + "."});
+    channel_.RetryOrStop(Failure(error_number::kDiskFull, target_.Archive(),
+                                 PromptToWrite(disk + 1, target_.Archive(), note)),
+                         "The archive needs disk " + number +
+                             ", and nobody is there to insert it: " + target_.Archive() + ".");
 }
 
 std::uint64_t SpannedArchive::FreeBytes() {
-    return machine_.drives.FreeBytes(ParentOf(place_.Archive()));
+    return machine_.drives.FreeBytes(path::Parent(target_.Archive()));
 }
 
-// It stands in one record, which must fit onto a disk.
+// The list is part of one record, which must fit on a disk.
 std::string SpannedArchive::DiskList() const {
     return disk_list_.size() <= smallest_ / 4 ? disk_list_ : "";
 }
 
-SpannedArchive::Finished SpannedArchive::Found(const std::string& path) {
+SpannedArchive::Finished SpannedArchive::InfoOf(const std::string& path) {
     const auto info = machine_.files.Find(path);
     return info ? Finished{path, info->size, info->times.modified} : Finished{path, 0, 0};
 }
@@ -192,7 +192,7 @@ void SpannedArchive::Patch(const Place&, std::string_view) { RaiseError(error_nu
 
 void SpannedArchive::CutBack(const Place& place) {
     if (place == marked_) {
-        room_ += volume_->Size() - place.offset;
+        capacity_ += volume_->Size() - place.offset;
         volume_->CutBack();
     }
 }
@@ -206,32 +206,32 @@ void SpannedArchive::Finish() {
 }
 
 void SpannedArchive::Commit() {
-    place_.Commit();
+    target_.Commit();
     ++finished_disks_;
     volume_.reset();
-    if (waiting_) {
-        left_ = Found(place_.Archive());
-        ReplaceOnFirstDisk();
+    if (pending_) {
+        previous_ = InfoOf(target_.Archive());
+        ReplaceOnDiskOne();
     }
 }
 
-void SpannedArchive::ReplaceOnFirstDisk() {
+void SpannedArchive::ReplaceOnDiskOne() {
     std::string note = "The archive is complete, and is to replace the earlier one on that disk.";
-    while (Found(waiting_->path).size != waiting_->size) {
+    while (InfoOf(pending_->path).size != pending_->size) {
         Ask(0, note);
         note = "The disk in the drive is not disk 1 of this archive.";
     }
-    place_.Commit();
+    target_.Commit();
 }
 
-// Whether the disk that was left is still in the drive. Some disks keep times in steps of 2 s.
-bool SpannedArchive::IsLeftThere() {
+// Whether the disk that was finished last is still in the drive. FAT keeps times in steps of 2 s.
+bool SpannedArchive::IsPreviousInserted() {
     constexpr platform::Ticks kTolerance = 20'000'000;
     try {
-        const Finished found = Found(left_->path);
-        const auto earlier = std::min(found.modified, left_->modified);
-        const auto later = std::max(found.modified, left_->modified);
-        return found.size == left_->size && later - earlier <= kTolerance;
+        const Finished found = InfoOf(previous_->path);
+        const auto earlier = std::min(found.modified, previous_->modified);
+        const auto later = std::max(found.modified, previous_->modified);
+        return found.size == previous_->size && later - earlier <= kTolerance;
     } catch (const Error&) {
         return false;
     }
@@ -240,14 +240,14 @@ bool SpannedArchive::IsLeftThere() {
 void SpannedArchive::Abandon() {
     const bool open = volume_ != nullptr;
     volume_.reset();
-    if (!open && left_ && IsLeftThere() && place_.RemoveFile(left_->path)) {
+    if (!open && previous_ && IsPreviousInserted() && target_.RemoveFile(previous_->path)) {
         --finished_disks_;
     }
-    place_.Abandon(open);
+    target_.Abandon(open);
     if (finished_disks_ > 0) {
-        channel_.Tell(Warning(place_.Archive(),
+        channel_.Tell(Warning(target_.Archive(),
                               Counted(finished_disks_, "disk holds a part", "disks hold parts") +
-                                  " of an archive that was not finished: " + place_.Archive()));
+                                  " of an archive that was not finished: " + target_.Archive()));
     }
 }
 

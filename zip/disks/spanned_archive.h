@@ -1,7 +1,7 @@
-// An archive that goes on on the next disk when one is full, under the same file name on each
-// (APPNOTE 8). Every disk is flushed and read back before the next is asked for. Nothing that is
-// found on a disk is overwritten, except that an earlier archive on the first disk is replaced at
-// the very end, as it is without spanning.
+// An archive that continues on the next disk when one is full, under the same file name on each
+// (APPNOTE 8). Every disk is flushed and read back before the next is asked for. Existing files on
+// a disk are never overwritten, except that an earlier archive on the first disk is replaced at the
+// very end, as it is without spanning.
 #pragma once
 
 #include <memory>
@@ -9,9 +9,9 @@
 #include <string>
 
 #include "platform/machine.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 #include "zip/disks/archive_output.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 #include "zip/disks/volume.h"
 
 namespace vantrel::zip {
@@ -36,38 +36,39 @@ class SpannedArchive : public ArchiveOutput {
     void Abandon() override;
 
   private:
-    // A file that was finished on a disk, as it is recognised later.
+    // A finished file on a disk, by which that disk is recognised later.
     struct Finished {
         std::string path;
         std::uint64_t size = 0;
         platform::Ticks modified = 0;
     };
 
-    std::size_t WriteHere(std::string_view bytes, std::size_t done, std::span<WholeRecord> records);
+    std::size_t WriteOnDisk(std::string_view bytes, std::size_t done,
+                            std::span<WholeRecord> records);
     void NextDisk(std::size_t needed);
-    void UseDisk(std::size_t needed, std::string why_not);
-    std::string WhyNot(std::size_t needed);
-    std::string Unsuitable();
+    void RequireDisk(std::size_t needed, std::string why_not);
+    std::string TryDisk(std::size_t needed);
+    std::string Obstacle();
     std::string Begin(std::size_t needed);
-    void LeaveDisk();
+    void FinishDisk();
     void Ask(std::uint32_t disk, const std::string& note);
     std::uint64_t FreeBytes();
-    bool IsLeftThere();
-    Finished Found(const std::string& path);
-    void ReplaceOnFirstDisk();
+    bool IsPreviousInserted();
+    Finished InfoOf(const std::string& path);
+    void ReplaceOnDiskOne();
 
-    platform::Machine machine_;
+    const platform::Machine& machine_;
     RunChannel& channel_;
-    ArchivePlace place_;
+    ArchiveTarget target_;
     std::uint32_t disk_ = 0;                      // the current one
-    std::uint32_t finished_disks_ = 0;            // left behind with a part of the archive
+    std::uint32_t finished_disks_ = 0;            // that hold a part of the archive
     std::unique_ptr<Volume> volume_;              // null between two disks
-    std::uint64_t room_ = 0;                      // bytes that the current disk may still take
-    Place marked_;                                // where volume_ can be cut back to
+    std::uint64_t capacity_ = 0;                  // capacity left on the current disk
+    Place marked_;                                // where volume_ can be truncated to
     std::string disk_list_;                       // of the disks that were left
     std::uint64_t smallest_ = ~std::uint64_t{0};  // bytes on one of those
-    std::optional<Finished> left_;                // on the disk that was finished last
-    std::optional<Finished> waiting_;  // on disk 1, beside an earlier archive, to replace it
+    std::optional<Finished> previous_;            // on the disk that was finished last
+    std::optional<Finished> pending_;  // on disk 1, beside an earlier archive, to replace it
 };
 
 }  // namespace vantrel::zip

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "zip/base/buffer.h"
-#include "zip/base/source_reader.h"
-#include "zip/deflate/deflate.h"
-#include "zip/records/disk_signs.h"
+#include "zip/base/bytes.h"
+#include "zip/base/retry.h"
+#include "zip/records/format.h"
 
 namespace vantrel::zip {
 
@@ -14,13 +13,9 @@ namespace {
 
 constexpr const char* kCannotWrite = "The archive cannot be written";
 constexpr std::size_t kReadSize = std::size_t{1} << 20;
-// When a disk is full before it said so, what is left is found in smaller and smaller writes, down
-// to a sector.
+// When a disk is full before its stated free space is used, its capacity is found by smaller and
+// smaller writes, down to a sector.
 constexpr std::size_t kSteps[] = {64 * 1024, 4096, 512};
-
-std::uint32_t CrcOf(std::string_view bytes) {
-    return Crc32(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-}
 
 }  // namespace
 
@@ -74,14 +69,14 @@ void Volume::Keep(std::string_view offered, std::size_t count) {
         state_.head += kept.substr(0, part);
         kept.remove_prefix(part);
     }
-    state_.rest_crc = CombineCrc32(state_.rest_crc, CrcOf(kept), kept.size());
+    state_.rest_crc = CombineCrc32(state_.rest_crc, Crc32(kept), kept.size());
     state_.size += count;
     if (count < offered.size()) {
-        Cut(state_.size);
+        Truncate(state_.size);
     }
 }
 
-void Volume::Cut(std::uint64_t size) {
+void Volume::Truncate(std::uint64_t size) {
     UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
         channel_.CheckStop();
         file_->Truncate(size);
@@ -89,7 +84,7 @@ void Volume::Cut(std::uint64_t size) {
 }
 
 void Volume::CutBack() {
-    Cut(mark_.size);
+    Truncate(mark_.size);
     state_ = mark_;
 }
 
@@ -102,14 +97,14 @@ void Volume::PatchHead(std::string_view bytes) {
     state_.head.replace(0, bytes.size(), bytes);
 }
 
-std::uint32_t Volume::HeadCrc() const { return CrcOf(state_.head); }
+std::uint32_t Volume::HeadCrc() const { return Crc32(state_.head); }
 
 void Volume::Close() {
     UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
         channel_.CheckStop();
         file_->Flush();
     });
-    // What closing it may have lost, reading it back will show.
+    // A loss at closing is found by ReadBack.
     const std::unique_ptr<platform::File> closing = std::move(file_);
     try {
         closing->Close();

@@ -1,4 +1,5 @@
-// One disk's file of an archive on several disks, while it is being written, and read back.
+// The file of a spanned archive on one disk, while it is written and read back. Failures are
+// questions. Used by one thread.
 #pragma once
 
 #include <cstddef>
@@ -8,32 +9,32 @@
 #include <string_view>
 
 #include "platform/file_system.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::zip {
 
 class Volume {
   public:
-    // Creates the file, which must not exist. Raises what that fails with.
+    // Creates the file, which must not exist. Raises what the file system raises.
     Volume(platform::FileSystem& files, RunChannel& channel, std::string path);
 
     std::uint64_t Size() const { return state_.size; }
 
-    // Writes at the end, and returns how many of the bytes the disk has taken, which is fewer when
-    // it is full. They belong to the volume only when Keep has said so.
+    // Writes at the end, and returns how many of the bytes were written, which is fewer when the
+    // disk is full. They belong to the volume only after Keep.
     std::size_t Offer(std::string_view bytes);
-    // The first `count` bytes of what was offered stay, the others go.
+    // Adds the first `count` bytes that were offered to the volume, and truncates the others.
     void Keep(std::string_view offered, std::size_t count);
 
-    // Where CutBack can lead: the end as it is now.
+    // Sets the end that CutBack returns to.
     void Mark() { mark_ = state_; }
     void CutBack();
     // Overwrites bytes of the first kDiskHead.
     void PatchHead(std::string_view bytes);
 
-    // Returns when all of it is on the medium and the file is closed.
+    // Returns when the file is on the medium and closed.
     void Close();
-    // Reads all of it again and compares its checksum.
+    // Reads the file again and compares its checksum.
     void ReadBack();
     // CRC-32 of the first kDiskHead bytes.
     std::uint32_t HeadCrc() const;
@@ -46,7 +47,7 @@ class Volume {
     };
 
     std::size_t WriteWhatFits(std::string_view bytes);
-    void Cut(std::uint64_t size);
+    void Truncate(std::uint64_t size);
     void Compare();
 
     platform::FileSystem& files_;

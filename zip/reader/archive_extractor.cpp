@@ -6,112 +6,111 @@
 #include <vector>
 
 #include "common/display_text.h"
-#include "zip/base/paths.h"
+#include "common/path.h"
+#include "zip/base/folders.h"
+#include "zip/base/retry.h"
 #include "zip/reader/extract_worker.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-// A thread holds up to 33 MB while it restores large files.
-constexpr int kMostThreads = 8;
-// So many entries are planned before the other threads hear of them: a few batches for each.
+// A thread holds up to kMaxHeld bytes while it restores large files.
+constexpr int kMaxThreads = 8;
+// Entries planned before the other threads are notified: a few batches for each.
 constexpr std::size_t kPlannedAtOnce = 512;
 
 int ThreadCount(int wanted, platform::Process& process, std::size_t files) {
-    const int most = static_cast<int>(std::min<std::size_t>(files, kMostThreads));
-    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, std::max(most, 1));
+    const int max = static_cast<int>(std::min<std::size_t>(files, kMaxThreads));
+    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, std::max(max, 1));
 }
 
-class ExtractRun {
-  public:
-    ExtractRun(const platform::Machine& machine, const ExtractOptions& options, RunChannel& channel)
-        : machine_(machine), options_(options), channel_(channel) {}
+Directory ReadDirectoryOrAsk(const platform::Machine& machine, const ExtractOptions& options,
+                             RunChannel& channel) {
+    return UntilItWorks(channel, Cannot("The archive cannot be read", options.archive), [&] {
+        ArchiveSource source(machine.files, options.archive);
+        source.AskForDisks(machine.drives, [&channel](const ComponentMessage& failure) {
+            channel.RetryOrStop(failure);
+        });
+        Directory directory = ReadDirectory(source, &source, machine.code_page, machine.clock);
+        if (directory.entries.empty() && !directory.IsComplete()) {
+            throw Error(error_number::kDeviceIo, "", directory.trouble);
+        }
+        return directory;
+    });
+}
 
-    // On a background thread.
+// The planning thread of an extraction.
+class Extractor {
+  public:
+    explicit Extractor(Extraction& run)
+        : run_(run), machine_(run.machine), options_(run.options), channel_(run.channel) {}
+
     void Run() {
-        ReadTheDirectory();
-        const DosMask mask(machine_.code_page, options_.mask);
-        ExtractionPlanner planner(
-            directory_, mask, machine_.code_page,
-            [this](ComponentMessage message) { channel_.Tell(std::move(message)); });
-        // Nothing of the plan is needed to begin where everything fits anyway.
-        if (!planner.IsInOrder() || !EverythingFits()) {
-            planner.PlanAll();
-            failed = planner.Plan().failed;
-            CheckSpace(planner.Plan());
+        // If everything fits on the disk, files are restored before planning ends.
+        if (!run_.planner.IsInOrder() || !EverythingFits()) {
+            run_.planner.PlanAll();
+            RequireSpace();
         }
         MakeDestination();
-        RestoreAll(planner);
+        RestoreFiles();
+        channel_.CheckStop();
+        RestoreFolders();
         channel_.RaiseLastEvent();
-        if (!directory_.IsComplete()) {
-            channel_.Fail({error_number::kDeviceIo, options_.archive, directory_.trouble});
+        if (!run_.directory.IsComplete()) {
+            channel_.Fail(
+                Failure(error_number::kDeviceIo, options_.archive, run_.directory.trouble));
         }
     }
-
-    std::uint64_t entries = 0;
-    std::int32_t failed = 0;
 
   private:
-    void ReadTheDirectory() {
-        UntilItWorks(channel_, Cannot("The archive cannot be read", options_.archive), [this] {
-            ArchiveSource source(machine_.files, options_.archive);
-            source.AskForDisks(machine_.drives, [this](const StepFailure& failure) {
-                channel_.RetryOrStop(failure);
-            });
-            directory_ = ReadDirectory(source, machine_.code_page, machine_.clock);
-            if (directory_.entries.empty() && !directory_.IsComplete()) {
-                throw Error(error_number::kDeviceIo, "", directory_.trouble);
-            }
-        });
-    }
-
-    // Whether all entries together fit, those that will not be restored among them.
+    // Whether all entries together fit, including those that will not be restored.
     bool EverythingFits() {
         const std::uint64_t free = FreeBytes();
-        std::uint64_t room = free;
-        const auto fits = [&room](const StoredEntry& entry) {
-            const bool does = entry.size <= room;
-            room -= does ? entry.size : 0;
+        std::uint64_t left = free;
+        const auto fits = [&left](const StoredEntry& entry) {
+            const bool does = entry.size <= left;
+            left -= does ? entry.size : 0;
             return does;
         };
-        return IsUnknown(free) ||
-               std::all_of(directory_.entries.begin(), directory_.entries.end(), fits);
+        const auto& entries = run_.directory.entries;
+        return IsUnknown(free) || std::all_of(entries.begin(), entries.end(), fits);
     }
 
-    // Said before the first byte is written.
-    void CheckSpace(const ExtractionPlan& plan) {
+    // Asks until the plan fits, before the first byte is written.
+    void RequireSpace() {
+        const ExtractionPlan& plan = run_.plan;
         for (;;) {
             const std::uint64_t free = FreeBytes();
-            if (IsUnknown(free) || plan.bytes <= free || plan.bytes - ReplacedBytes(plan) <= free) {
+            if (IsUnknown(free) || plan.bytes <= free || plan.bytes - ReplacedBytes() <= free) {
                 return;
             }
-            channel_.RetryOrStop({error_number::kDiskFull, options_.destination,
-                                  "The destination is too small: " + options_.destination + " (" +
-                                      Counted(plan.bytes, "byte", "bytes") + " needed, " +
-                                      std::to_string(free) + " free)."});
+            channel_.RetryOrStop(Failure(error_number::kDiskFull, options_.destination,
+                                         "The destination is too small: " + options_.destination +
+                                             " (" + Counted(plan.bytes, "byte", "bytes") +
+                                             " needed, " + std::to_string(free) + " free)."));
         }
     }
-    // 0 is also "cannot be told"; a full disk will say so itself.
+    // 0 is also reported where the free space is unknown; a full disk fails by itself.
     static bool IsUnknown(std::uint64_t free) { return free == 0; }
 
     // Free where the destination is or will be.
     std::uint64_t FreeBytes() {
         std::string folder = options_.destination;
-        while (!Exists(folder) && !ParentOf(folder).empty()) {
-            folder = ParentOf(folder);
+        while (!MayExist(machine_.files, folder) && !path::Parent(folder).empty()) {
+            folder = path::Parent(folder);
         }
         return machine_.drives.FreeBytes(folder);
     }
 
-    // What files of the destination that will be replaced give back.
-    std::uint64_t ReplacedBytes(const ExtractionPlan& plan) {
+    // Freed by the files of the destination that will be replaced.
+    std::uint64_t ReplacedBytes() {
         std::uint64_t bytes = 0;
-        for (const PlannedEntry& planned : plan.files) {
+        for (const PlannedEntry& planned : run_.plan.files) {
             channel_.CheckStop();
-            bytes += SizeOf(JoinPath(options_.destination, planned.path));
+            bytes += SizeOf(path::Join(options_.destination, planned.path));
         }
-        return std::min(bytes, plan.bytes);
+        return std::min(bytes, run_.plan.bytes);
     }
     std::uint64_t SizeOf(const std::string& path) {
         try {
@@ -121,121 +120,89 @@ class ExtractRun {
             return 0;
         }
     }
-    bool Exists(const std::string& path) {
-        try {
-            return machine_.files.Find(path).has_value();
-        } catch (const Error&) {
-            return true;  // there, but not for us to look at
-        }
-    }
 
     void MakeDestination() {
         UntilItWorks(channel_, Cannot("The destination cannot be used", options_.destination),
                      [this] {
                          channel_.CheckStop();
-                         MakeFolders(options_.destination);
+                         MakeDestinationFolders();
                      });
     }
-    void MakeFolders(const std::string& folder) {
-        if (folder.empty()) {
+    void MakeDestinationFolders() {
+        if (options_.destination.empty()) {
             RaiseError(error_number::kPathNotFound);
         }
-        if (!Exists(folder)) {
-            const std::string parent = ParentOf(folder);
-            if (parent.empty()) {
-                RaiseError(error_number::kDeviceUnavailable);
-            }
-            MakeFolders(parent);
+        const auto missing = MissingFolders(machine_.files, options_.destination);
+        if (!missing.empty() && path::Parent(missing.front()).empty()) {
+            RaiseError(error_number::kDeviceUnavailable);
+        }
+        for (const std::string& folder : missing) {
             machine_.files.MakeFolder(folder);
         }
     }
 
-    void RestoreAll(ExtractionPlanner& planner) {
-        FolderMaker folders(machine_, options_.destination,
-                            [this](const std::string& folder, const std::string& name) {
-                                TellAlias(folder, name);
-                            });
-        Extraction run(machine_, options_.archive, directory_, planner.Plan(), folders, channel_);
-        Work(planner, run);
-        Count(run);
-        channel_.CheckStop();
-        RestoreFolders(run, folders);
-        Count(run);
-    }
-
-    void Count(const Extraction& run) {
-        entries = run.restored;
-        failed = run.plan.failed + run.failed;
-    }
-
-    void TellAlias(const std::string& folder, const std::string& name) {
-        const std::string path = JoinPath(folder, name);
-        channel_.Tell(
-            {MessageKind::kWarning, 0, 0, path,
-             "A folder is restored as " + path + ": its name is another folder's short name.", 0});
-    }
-
-    // This thread plans, while the others restore already what is planned, and then joins in.
-    void Work(ExtractionPlanner& planner, Extraction& run) {
+    // This thread plans while the others restore what is planned already, and then joins them.
+    void RestoreFiles() {
         std::vector<std::jthread> others;
         channel_.FailOnError([&] {
-            // Disks are put in one after the other, and so must be read.
-            const int wanted = directory_.disks.IsSet() ? 1 : options_.threads;
-            for (int i = ThreadCount(wanted, machine_.process, directory_.entries.size()); i > 1;
-                 --i) {
+            // The disks of a set are inserted, and read, one after the other.
+            const int wanted = run_.directory.disks.IsSpanned() ? 1 : options_.threads;
+            for (int i = ThreadCount(wanted, machine_.process, run_.directory.entries.size());
+                 i > 1; --i) {
                 others.emplace_back(
-                    [this, &run] { channel_.FailOnError([&run] { ExtractWorker(run).Work(); }); });
+                    [this] { channel_.FailOnError([this] { ExtractWorker(run_).Work(); }); });
             }
-            PlanRest(planner, run);
-            ExtractWorker(run).Work();
+            PlanRest();
+            ExtractWorker(run_).Work();
         });
     }
 
-    void PlanRest(ExtractionPlanner& planner, Extraction& run) {
+    void PlanRest() {
         for (bool more = true; more;) {
             channel_.CheckStop();
-            more = planner.PlanMore(kPlannedAtOnce);
-            run.queue.SetPlanned(run.plan.files.size(), !more);
+            more = run_.planner.PlanMore(kPlannedAtOnce);
+            run_.queue.SetPlanned(run_.plan.files.size(), !more);
         }
-        channel_.SetTotal(run.plan.bytes);
+        channel_.SetTotal(run_.plan.bytes);
     }
 
-    // Their times come last, when nothing is put into them any more.
-    void RestoreFolders(Extraction& run, FolderMaker& folders) {
-        std::vector<std::string> paths(run.plan.folders.size());
+    // The times of folders are set last: writing into a folder changes them.
+    void RestoreFolders() {
+        const std::vector<PlannedEntry>& planned = run_.plan.folders;
+        std::vector<std::string> paths(planned.size());
         for (std::size_t i = 0; i < paths.size(); ++i) {
-            const PlannedEntry& planned = run.plan.folders[i];
-            run.Restore(planned.index, [&] { paths[i] = folders.Ensure(planned.path); });
+            run_.Restore(planned[i].index,
+                         [&] { paths[i] = run_.folders.Ensure(planned[i].path); });
         }
         for (std::size_t i = 0; i < paths.size(); ++i) {
             channel_.CheckStop();
             if (!paths[i].empty()) {
-                FinishFolder(run, run.plan.folders[i].index, paths[i]);
+                FinishFolder(planned[i].index, paths[i]);
             }
         }
     }
 
-    void FinishFolder(Extraction& run, std::uint32_t index, const std::string& path) {
-        constexpr std::uint32_t kMeant =
+    void FinishFolder(std::uint32_t index, const std::string& path) {
+        constexpr std::uint32_t kSettable =
             platform::attribute::kReadOnly | platform::attribute::kHidden |
             platform::attribute::kSystem | platform::attribute::kArchive;
-        const StoredEntry& entry = directory_.entries[index];
+        const StoredEntry& entry = run_.directory.entries[index];
         try {
             machine_.files.SetTimes(path, entry.times);
-            if ((entry.attributes & kMeant) != 0) {
-                machine_.files.SetAttributes(path, entry.attributes & kMeant);
+            if ((entry.attributes & kSettable) != 0) {
+                machine_.files.SetAttributes(path, entry.attributes & kSettable);
             }
         } catch (const Error& error) {
-            run.channel.Tell(EntryWarning(
-                directory_, index, error.number(),
+            channel_.Tell(EntryWarning(
+                run_.directory, index, error.number(),
                 entry.name + " keeps its time and attributes: " + error.description() + "."));
         }
     }
 
-    platform::Machine machine_;
+    Extraction& run_;
+    const platform::Machine& machine_;
     const ExtractOptions& options_;
     RunChannel& channel_;
-    Directory directory_;
 };
 
 }  // namespace
@@ -243,11 +210,16 @@ class ExtractRun {
 ExtractResult ExtractArchive(const platform::Machine& machine, const ExtractOptions& options,
                              RunEvents& events) {
     RunChannel channel;
-    ExtractRun run(machine, options, channel);
+    std::optional<Extraction> run;
     ExtractResult result;
-    result.outcome = channel.Run(machine.clock, events, [&run] { run.Run(); });
-    result.entries = run.entries;
-    result.failed = run.failed;
+    result.outcome = channel.Run(machine.clock, events, [&] {
+        run.emplace(machine, options, channel, ReadDirectoryOrAsk(machine, options, channel));
+        Extractor(*run).Run();
+    });
+    if (run) {
+        result.entries = run->restored;
+        result.failed = run->plan.failed + run->failed;
+    }
     return result;
 }
 

@@ -1,12 +1,26 @@
 // Restores the entries of one zip archive into a folder. The engine of the unzip component and of
 // the `vzip` tool.
+//
+// An extraction goes through these steps, all on background threads; the caller's thread only
+// raises events and shows questions (run_context.h):
+//
+//  1. The directory is read (records/directory_reader.h), with questions for the disks of a spanned
+//     archive (disks/archive_reader.h).
+//  2. One thread plans (extraction_plan.h): safe names, refusals, the order of the data. Planning
+//     needs no disk. Where the free space may not suffice, or the directory is not in the order of
+//     the data, the complete plan is made first and compared with the free space.
+//  3. Meanwhile up to 8 threads restore what is planned (extract_worker.h). Each takes files of one
+//     folder from a queue (file_queue.h), because file creation is serialized per folder, reads and
+//     checks their data (entry_data.h), makes folders (target_folders.h) and writes the files
+//     (target_file.h). A spanned archive is read by one thread.
+//  4. Folders get their times and attributes, and the last event is raised.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "platform/machine.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/component_events.h"
 
 namespace vantrel::zip {
 
@@ -20,14 +34,14 @@ struct ExtractOptions {
 struct ExtractResult {
     RunOutcome outcome = RunOutcome::kFailed;
     std::uint64_t entries = 0;  // restored
-    std::int32_t failed = 0;    // selected entries that did not come back
+    std::int32_t failed = 0;    // selected entries that were not restored
 };
 
-// Existing files are replaced, each only when the data for it has been checked; nothing is written
-// outside of the destination. What one entry fails with is a warning that names it, and the rest
-// goes on. An archive that cannot be read and a destination that is full or gone are questions.
-// Entries before the place where a directory is damaged are restored, and the run has failed. Runs
-// on background threads; the caller's thread only raises `events`, and throws only what they throw.
+// Existing files are replaced, each only after the data for it has been checked; nothing is written
+// outside of the destination. A failure of one entry is a warning that names it, and the rest is
+// restored. An archive that cannot be read and a destination that is full or gone are questions.
+// With a damaged directory the entries before the damage are restored, and the run has failed.
+// Blocks until the end of the run; throws only what `events` throws.
 ExtractResult ExtractArchive(const platform::Machine& machine, const ExtractOptions& options,
                              RunEvents& events);
 

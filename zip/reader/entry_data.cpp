@@ -9,18 +9,14 @@
 #include <string_view>
 
 #include "common/error.h"
-#include "zip/base/little_endian.h"
-#include "zip/deflate/deflate.h"
 #include "zip/deflate/inflate64.h"
-#include "zip/records/entry_records.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-constexpr std::size_t kLocalSize = 30;                // APPNOTE 4.3.7, before the name
-constexpr std::size_t kPiece = std::size_t{1} << 18;  // of what streams, in and out
-constexpr std::size_t kUsual = std::size_t{1} << 20;  // that most entries get by with
+constexpr std::size_t kStreamChunk = std::size_t{1} << 18;  // in and out
+constexpr std::size_t kUsualHeld = std::size_t{1} << 20;    // enough for most entries
 
 [[noreturn]] void Damaged(const std::string& why) { throw Error(error_number::kDeviceIo, "", why); }
 
@@ -39,23 +35,22 @@ std::string MethodName(std::uint16_t number) {
     return found == kNames.end() ? "unknown" : found->second;
 }
 
-// What a local header says otherwise than the directory; sizes may stand in a descriptor or in a
+// How the numbers of a local header differ from the directory; sizes may be in a descriptor or in a
 // Zip64 field instead.
-std::string NumbersThatDiffer(std::string_view header, const StoredEntry& entry) {
-    if (GetNumber<std::uint16_t>(header, 8) != entry.method) {
+std::string NumbersThatDiffer(const LocalHeader& header, const StoredEntry& entry) {
+    if (header.method != entry.method) {
         return "method";
     }
-    const auto agrees = [&header](std::size_t at, std::uint64_t central) {
-        const auto local = GetNumber<std::uint32_t>(header, at);
+    const auto agrees = [](std::uint32_t local, std::uint64_t central) {
         return local == central || local == kSaturated32;
     };
-    const bool in_descriptor = (GetNumber<std::uint16_t>(header, 6) & flag::kDescriptor) != 0;
-    const bool same = GetNumber<std::uint32_t>(header, 14) == entry.crc &&
-                      agrees(18, entry.packed_size) && agrees(22, entry.size);
+    const bool in_descriptor = (header.flags & flag::kDescriptor) != 0;
+    const bool same = header.crc == entry.crc && agrees(header.packed_size, entry.packed_size) &&
+                      agrees(header.size, entry.size);
     return in_descriptor || same ? "" : "size or checksum";
 }
 
-// Counts and checks what is handed to a sink.
+// Counts and checks the data that a sink gets.
 class CheckedSink {
   public:
     CheckedSink(const StoredEntry& entry, const EntryData::Sink& sink)
@@ -106,39 +101,37 @@ class InflateStream {
 
 }  // namespace
 
-struct EntryData::Inflaters {
-    std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> whole{
-        libdeflate_alloc_decompressor(), libdeflate_free_decompressor};
-};
-
 std::string UnreadableBecause(const StoredEntry& entry) {
-    constexpr std::uint16_t kAes = 99;
     if ((entry.flags & (flag::kStrongEncryption | flag::kMaskedHeader)) != 0) {
         return "it is encrypted (strong encryption)";
     }
     if ((entry.flags & flag::kEncrypted) != 0) {
-        return entry.method == kAes ? "it is encrypted (AES)" : "it is encrypted (ZipCrypto)";
+        return entry.method == Method::kAes ? "it is encrypted (AES)"
+                                            : "it is encrypted (ZipCrypto)";
     }
     if ((entry.flags & flag::kPatch) != 0) {
         return "it is a patch of another file";
     }
-    const bool known = entry.method == method::kStored || entry.method == method::kDeflated ||
-                       entry.method == method::kDeflated64;
+    const bool known = entry.method == Method::kStored || entry.method == Method::kDeflated ||
+                       entry.method == Method::kDeflated64;
     if (!known) {
-        return "its compression method " + std::to_string(entry.method) + " (" +
-               MethodName(entry.method) + ") is not supported";
+        const auto number = static_cast<std::uint16_t>(entry.method);
+        return "its compression method " + std::to_string(number) + " (" + MethodName(number) +
+               ") is not supported";
     }
     return "";
 }
 
+void EntryData::FreeDecompressor::operator()(libdeflate_decompressor* decompressor) const {
+    libdeflate_free_decompressor(decompressor);
+}
+
 EntryData::EntryData(ByteSource& source)
-    : source_(source), inflaters_(std::make_unique<Inflaters>()) {
-    if (!inflaters_->whole) {
+    : source_(source), decompressor_(libdeflate_alloc_decompressor()) {
+    if (!decompressor_) {
         throw std::bad_alloc();
     }
 }
-
-EntryData::~EntryData() = default;
 
 void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
     window_.Clear();
@@ -147,57 +140,55 @@ void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
     window_.Resize(source_.ReadAhead(offset, window_.data(), count));
 }
 
-// Valid until the next call; leaves room for `unpacked` bytes at held_.
+// Valid until the next call; reserves `unpacked` bytes at the start of held_.
 const std::uint8_t* EntryData::View(std::uint64_t offset, std::size_t count, std::size_t unpacked) {
     if (offset >= window_at_ && offset - window_at_ <= window_.size() &&
         window_.size() - (offset - window_at_) >= count) {
-        MakeRoom(unpacked);
+        ReserveHeld(unpacked);
         return window_.data() + (offset - window_at_);
     }
-    MakeRoom(unpacked + count);
+    ReserveHeld(unpacked + count);
     if (source_.ReadAt(offset, held_.data() + unpacked, count) != count) {
         Damaged("the archive ends before its data");
     }
     return held_.data() + unpacked;
 }
 
-// The most that can be needed at once, rather than by and by: memory that nobody touches costs
-// nothing, and each new block is fresh memory from its first byte on.
-void EntryData::MakeRoom(std::size_t count) {
+// Reserves the maximum at once: untouched pages cost nothing, growing does.
+void EntryData::ReserveHeld(std::size_t count) {
     held_.Clear();
-    held_.Reserve(count <= kUsual ? kUsual : std::max<std::size_t>(count, kLargestHeld + 1));
+    held_.Reserve(count <= kUsualHeld ? kUsualHeld : std::max<std::size_t>(count, kMaxHeld + 1));
 }
 
-std::uint64_t EntryData::FindData(const StoredEntry& entry, std::string& disagreement) {
-    const std::string_view header(reinterpret_cast<const char*>(View(entry.offset, kLocalSize)),
-                                  kLocalSize);
-    if (GetNumber<std::uint32_t>(header, 0) != kLocalSignature) {
+EntryData::DataLocation EntryData::FindData(const StoredEntry& entry) {
+    constexpr std::size_t kFixedSize = local_header::kFixedSize;
+    const std::string_view fixed(reinterpret_cast<const char*>(View(entry.offset, kFixedSize)),
+                                 kFixedSize);
+    const auto header = ParseLocalHeader(fixed);
+    if (!header) {
         Damaged("its local header is not where the directory says");
     }
-    const std::size_t name_length = GetNumber<std::uint16_t>(header, 26);
-    const std::size_t extra_length = GetNumber<std::uint16_t>(header, 28);
-    disagreement = NumbersThatDiffer(header, entry);
-    const std::uint64_t name_at = entry.offset + kLocalSize;
-    const std::string_view name(reinterpret_cast<const char*>(View(name_at, name_length)),
-                                name_length);
+    DataLocation data{0, NumbersThatDiffer(*header, entry)};
+    const std::uint64_t name_at = entry.offset + kFixedSize;
+    const std::string_view name(reinterpret_cast<const char*>(View(name_at, header->name_length)),
+                                header->name_length);
     if (name != entry.RawName()) {
-        disagreement = "name";
+        data.disagreement = "name";
     }
-    return name_at + name_length + extra_length;
+    data.offset = name_at + header->name_length + header->extra_length;
+    return data;
 }
 
 std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
-    std::string disagreement;
-    const std::uint64_t data_at = FindData(entry, disagreement);
-    if (entry.method == method::kStored && entry.size != entry.packed_size) {
+    auto [data_at, disagreement] = FindData(entry);
+    if (entry.method == Method::kStored && entry.size != entry.packed_size) {
         Damaged("its two sizes differ although it is stored");
     }
-    if (entry.method == method::kDeflated64) {
+    if (entry.method == Method::kDeflated64) {
         StreamDeflated64(entry, data_at, sink);
-    } else if (entry.packed_size <= kLargestHeld &&
-               entry.size <= kLargestHeld - entry.packed_size) {
-        ReadWhole(entry, data_at, sink);
-    } else if (entry.method == method::kStored) {
+    } else if (entry.packed_size <= kMaxHeld && entry.size <= kMaxHeld - entry.packed_size) {
+        ReadUnsplit(entry, data_at, sink);
+    } else if (entry.method == Method::kStored) {
         StreamStored(entry, data_at, sink);
     } else {
         StreamDeflated(entry, data_at, sink);
@@ -205,15 +196,15 @@ std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
     return disagreement;
 }
 
-void EntryData::ReadWhole(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
+void EntryData::ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
     const auto size = static_cast<std::size_t>(entry.size);
     const auto packed_size = static_cast<std::size_t>(entry.packed_size);
     // One byte more than needed, so that there is always a place to point to.
-    const std::size_t unpacked = entry.method == method::kDeflated ? size + 1 : 0;
+    const std::size_t unpacked = entry.method == Method::kDeflated ? size + 1 : 0;
     const std::uint8_t* data = View(data_at, packed_size, unpacked);
-    if (entry.method == method::kDeflated) {
-        const auto result = libdeflate_deflate_decompress(inflaters_->whole.get(), data,
-                                                          packed_size, held_.data(), size, nullptr);
+    if (entry.method == Method::kDeflated) {
+        const auto result = libdeflate_deflate_decompress(decompressor_.get(), data, packed_size,
+                                                          held_.data(), size, nullptr);
         if (result != LIBDEFLATE_SUCCESS) {
             Damaged(result == LIBDEFLATE_SHORT_OUTPUT         ? "it holds less data than stated"
                     : result == LIBDEFLATE_INSUFFICIENT_SPACE ? "it holds more data than stated"
@@ -233,7 +224,7 @@ void EntryData::StreamStored(const StoredEntry& entry, std::uint64_t data_at, co
     CheckedSink checked(entry, sink);
     for (std::uint64_t done = 0; done < entry.size;) {
         const auto part =
-            static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, entry.size - done));
+            static_cast<std::size_t>(std::min<std::uint64_t>(kStreamChunk, entry.size - done));
         checked.Put(View(data_at + done, part), part);
         done += part;
     }
@@ -248,19 +239,19 @@ void EntryData::StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, 
     for (int result = Z_OK; result != Z_STREAM_END;) {
         if (stream.avail_in == 0) {
             const auto part = static_cast<std::size_t>(
-                std::min<std::uint64_t>(kPiece, entry.packed_size - taken));
+                std::min<std::uint64_t>(kStreamChunk, entry.packed_size - taken));
             // zlib wants its input writable but leaves it alone.
-            stream.next_in = const_cast<Bytef*>(View(data_at + taken, part, kPiece));
+            stream.next_in = const_cast<Bytef*>(View(data_at + taken, part, kStreamChunk));
             stream.avail_in = static_cast<uInt>(part);
             taken += part;
         }
         stream.next_out = held_.data();
-        stream.avail_out = static_cast<uInt>(kPiece);
+        stream.avail_out = static_cast<uInt>(kStreamChunk);
         result = inflate(&stream, Z_NO_FLUSH);
         if (result != Z_OK && result != Z_STREAM_END) {
             Damaged("its data is damaged");
         }
-        checked.Put(held_.data(), kPiece - stream.avail_out);
+        checked.Put(held_.data(), kStreamChunk - stream.avail_out);
     }
     checked.Finish();
 }
@@ -270,8 +261,8 @@ void EntryData::StreamDeflated64(const StoredEntry& entry, std::uint64_t data_at
     CheckedSink checked(entry, sink);
     std::uint64_t taken = 0;
     const auto more = [&] {
-        const auto part =
-            static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, entry.packed_size - taken));
+        const auto part = static_cast<std::size_t>(
+            std::min<std::uint64_t>(kStreamChunk, entry.packed_size - taken));
         const std::uint8_t* const data = View(data_at + taken, part);
         taken += part;
         return std::string_view(reinterpret_cast<const char*>(data), part);

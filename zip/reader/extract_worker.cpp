@@ -3,10 +3,28 @@
 #include <functional>
 #include <optional>
 
-#include "zip/base/paths.h"
+#include "common/path.h"
 #include "zip/reader/target_file.h"
 
 namespace vantrel::zip {
+
+Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunChannel& run,
+                       Directory listed)
+    : machine(seam),
+      options(wanted),
+      channel(run),
+      directory(std::move(listed)),
+      mask(machine.code_page, options.mask),
+      planner(directory, mask, machine.code_page,
+              [this](ComponentMessage message) { channel.Tell(std::move(message)); }),
+      plan(planner.Plan()),
+      folders(machine, options.destination,
+              [this](const std::string& folder, const std::string& name) {
+                  const std::string path = path::Join(folder, name);
+                  channel.Tell(Warning(path, "A folder is restored as " + path +
+                                                 ": its name is another folder's short name."));
+              }),
+      queue(directory, plan, channel.Token()) {}
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
@@ -15,7 +33,7 @@ void Extraction::Fail(std::uint32_t index, const Error& error) {
         directory.entries[index].name + " is not restored: " + error.description() + "."));
 }
 
-// A drive that is pulled out may be missing as a path, too.
+// A drive that was pulled out may also be reported as a missing path.
 bool Extraction::IsOfDestination(int number) {
     return number == error_number::kDiskFull || number == error_number::kDeviceUnavailable ||
            number == error_number::kDiskNotReady ||
@@ -23,14 +41,17 @@ bool Extraction::IsOfDestination(int number) {
 }
 
 ExtractWorker::ExtractWorker(Extraction& run)
-    : run_(run), turn_(run.queue.Join()), source_(run.machine.files, run.archive), data_(source_) {
+    : run_(run),
+      range_(run.queue.Join()),
+      source_(run.machine.files, run.options.archive),
+      data_(source_) {
     source_.AskOn(run.channel, run.directory);
 }
 
 void ExtractWorker::Work() {
     for (;;) {
         run_.channel.CheckStop();
-        const FileQueue::Batch batch = run_.queue.Next(turn_);
+        const FileQueue::Batch batch = run_.queue.Next(range_);
         if (batch.IsEmpty()) {
             return;
         }
@@ -51,7 +72,7 @@ void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
         try {
             RestoreOnce(planned);
         } catch (const Error&) {
-            LeaveFolder();  // whoever is asked about it may put another one in its place
+            LeaveFolder();  // the answer to a question may replace it by another one
             throw;
         }
     });
@@ -63,10 +84,10 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
     std::optional<TargetFile> target;
     const auto open = [&] {
         if (!target) {
-            const CutPath path = Cut(planned.path);
+            const path::Halves path = path::Split(planned.path);
             EnterFolder(path.folder);
-            target.emplace(run_.machine, *folder_, folder_path_, std::string(path.leaf),
-                           run_.archive);
+            target.emplace(run_.machine, *folder_, folder_path_, std::string(path.name),
+                           run_.options.archive);
         }
     };
     std::uint64_t written = 0;
@@ -82,11 +103,11 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
         const double share = static_cast<double>(written) / static_cast<double>(entry.size);
         run_.channel.SetFilePercent(static_cast<int>(share * 100));
     };
-    // Copied into the function it would need memory of its own, for each file.
+    // std::ref: a copy of `put` would be allocated for each file.
     const std::string disagreement = data_.Read(entry, std::ref(put));
     open();
     target->Commit(entry.times, entry.attributes);
-    TellRestored(planned, target->Path(), disagreement);
+    ReportRestored(planned, target->Path(), disagreement);
 }
 
 void ExtractWorker::EnterFolder(std::string_view name) {
@@ -101,8 +122,8 @@ void ExtractWorker::EnterFolder(std::string_view name) {
     }
 }
 
-void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string& path,
-                                 const std::string& disagreement) {
+void ExtractWorker::ReportRestored(const PlannedEntry& planned, const std::string& path,
+                                   const std::string& disagreement) {
     const std::uint32_t index = planned.index;
     const std::string& name = run_.directory.entries[index].name;
     if (!disagreement.empty()) {
@@ -110,7 +131,7 @@ void ExtractWorker::TellRestored(const PlannedEntry& planned, const std::string&
                                        name + " has another " + disagreement +
                                            " in its local header; the directory's holds."));
     }
-    if (Cut(path).leaf != Cut(planned.path).leaf) {
+    if (path::Split(path).name != path::Split(planned.path).name) {
         run_.channel.Tell(EntryWarning(
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));

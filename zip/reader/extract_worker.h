@@ -1,5 +1,5 @@
 // What the threads of an extraction share, and what each of them does: takes batches of entries
-// that lie together in the archive, and restores one file after the other.
+// that are adjacent in the archive, and restores one file after the other.
 #pragma once
 
 #include <atomic>
@@ -10,48 +10,43 @@
 #include <utility>
 
 #include "platform/machine.h"
-#include "zip/base/run_channel.h"
-#include "zip/reader/archive_source.h"
+#include "zip/base/dos_mask.h"
+#include "zip/base/retry.h"
+#include "zip/disks/archive_reader.h"
+#include "zip/reader/archive_extractor.h"
 #include "zip/reader/entry_data.h"
 #include "zip/reader/extraction_plan.h"
 #include "zip/reader/file_queue.h"
-#include "zip/reader/folder_maker.h"
+#include "zip/reader/target_folders.h"
 #include "zip/records/directory_reader.h"
 
 namespace vantrel::zip {
 
-class Extraction {
-  public:
-    Extraction(const platform::Machine& its_machine, std::string its_archive,
-               const Directory& its_directory, const ExtractionPlan& its_plan,
-               FolderMaker& its_folders, RunChannel& its_channel)
-        : machine(its_machine),
-          archive(std::move(its_archive)),
-          directory(its_directory),
-          plan(its_plan),
-          folders(its_folders),
-          channel(its_channel),
-          queue(directory, plan, channel.Token()) {}
+// One extraction. The thread that plans uses `planner`; everything else is for all threads.
+struct Extraction {
+    Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunChannel& run,
+               Directory listed);
 
-    platform::Machine machine;
-    const std::string archive;
-    const Directory& directory;
-    const ExtractionPlan& plan;
-    FolderMaker& folders;
+    const platform::Machine& machine;
+    const ExtractOptions& options;
     RunChannel& channel;
+    const Directory directory;
+    const DosMask mask;
+    ExtractionPlanner planner;
+    const ExtractionPlan& plan;
+    FolderMaker folders;
     FileQueue queue;
     std::atomic<std::uint64_t> restored{0};
-    std::atomic<std::int32_t> failed{0};
+    std::atomic<std::int32_t> failed{0};  // besides those of the plan
 
-    // Says that an entry was not restored, and counts it.
+    // Reports that an entry was not restored, and counts it.
     void Fail(std::uint32_t index, const Error& error);
     // Restores with `step`. A destination that is full or gone is a question, and then tried again;
     // any other error is the entry's own.
     template <typename Step>
     void Restore(std::uint32_t index, Step&& step);
 
-    // Whether an error is about the whole destination, which is full or gone, and not about one
-    // file.
+    // Whether an error concerns the complete destination, which is full or gone, and not one file.
     bool IsOfDestination(int number);
 };
 
@@ -59,44 +54,45 @@ class ExtractWorker {
   public:
     explicit ExtractWorker(Extraction& run);
 
-    // Works until nothing is left. Throws RunStopped.
+    // Restores files until none is left. Throws RunStopped.
     void Work();
 
   private:
     void RestoreFile(const PlannedEntry& planned);
     void RestoreOnce(const PlannedEntry& planned);
-    // Makes it unless it is there. For a batch at most, so that a folder is not held for long.
+    // Makes the folder unless it exists, and opens it; at most for a batch, because an open folder
+    // cannot be removed or renamed by others.
     void EnterFolder(std::string_view name);
     void LeaveFolder() { folder_.reset(); }
-    void TellRestored(const PlannedEntry& planned, const std::string& path,
-                      const std::string& disagreement);
+    void ReportRestored(const PlannedEntry& planned, const std::string& path,
+                        const std::string& disagreement);
 
     Extraction& run_;
-    FileQueue::Turn& turn_;
+    FileQueue::FileRange& range_;
     ArchiveSource source_;
     EntryData data_;
-    std::string folder_name_;  // below the destination, the last that was asked for
-    std::string folder_path_;  // where it is; "" before the first
+    std::string folder_name_;  // below the destination, of the last file
+    std::string folder_path_;  // its full path; "" before the first
     std::unique_ptr<platform::Folder> folder_;
-    std::uint64_t counted_ = 0;  // bytes of the current file that are in the progress already
+    std::uint64_t counted_ = 0;  // bytes of the current file that the progress includes
 };
 
 template <typename Step>
 void Extraction::Restore(std::uint32_t index, Step&& step) {
-    for (;;) {
-        channel.CheckStop();
-        try {
-            step();
-            ++restored;
-            return;
-        } catch (const Error& error) {
-            if (!IsOfDestination(error.number())) {
-                return Fail(index, error);
-            }
-            const int number = error.number();
-            const std::string& name = directory.entries[index].name;
-            channel.RetryOrStop({number, name, Sentence("This cannot be restored", name, error)});
+    const auto describe = [&](const Error& error) {
+        if (!IsOfDestination(error.number())) {
+            throw;
         }
+        return Cannot("This cannot be restored", directory.entries[index].name)(error);
+    };
+    try {
+        UntilItWorks(channel, describe, [&] {
+            channel.CheckStop();
+            step();
+        });
+        ++restored;
+    } catch (const Error& error) {
+        Fail(index, error);
     }
 }
 

@@ -1,18 +1,21 @@
-// What an extraction will do, decided before the first byte is written: which entries, under which
-// paths, in which order. No look at any disk.
+// What an extraction will do: which entries, under which paths, in which order. Decided without
+// access to any disk.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/machine.h"
 #include "zip/base/component_events.h"
 #include "zip/base/dos_mask.h"
+#include "zip/reader/target_folders.h"
 #include "zip/records/directory_reader.h"
+#include "zip/records/entry_name.h"
 
 namespace vantrel::zip {
 
@@ -25,39 +28,66 @@ struct ExtractionPlan {
     std::vector<PlannedEntry> files;    // in the order of their data in the archive
     std::vector<PlannedEntry> folders;  // in the archive's order
     std::uint64_t bytes = 0;            // of all files together, at most what 64 bits hold
-    std::int32_t failed = 0;            // selected entries that will not come back
+    std::int32_t failed = 0;            // selected entries that will not be restored
 };
 
-// Names made safe, later ones of the same path numbered, and everything refused that cannot be or
-// must not be written: links, names that lead out, overlapping data, files where folders are. Made
-// in portions, so that the first files can be restored while later ones are planned. Used by one
-// thread, but for what is said at Plan.
+// Makes names safe, numbers later ones of the same path, and refuses what cannot be or must not be
+// written: links, names that lead out of the destination, overlapping data, files with the name of
+// a folder. Plans in portions, so that the first files can be restored while later ones are
+// planned. Used by one thread, except for Plan.
 class ExtractionPlanner {
   public:
-    using Tell = std::function<void(ComponentMessage)>;
+    using Report = std::function<void(ComponentMessage)>;
 
-    // `tell` gets a warning for each refused entry, and for each that comes back under another
+    // `report` gets a warning for each refused entry, and for each that is restored under another
     // name. The others are borrowed.
     ExtractionPlanner(const Directory& directory, const DosMask& mask,
-                      platform::CodePage& code_page, Tell tell);
-    ~ExtractionPlanner();
+                      platform::CodePage& code_page, Report report);
     ExtractionPlanner(const ExtractionPlanner&) = delete;
     ExtractionPlanner& operator=(const ExtractionPlanner&) = delete;
 
-    // Whether entries stand in the directory in the order of their data, which is the rule.
-    bool IsInOrder() const;
+    // Whether the entries of the directory are in the order of their data, as usual.
+    bool IsInOrder() const { return in_order_; }
 
-    // Decides about the next `count` entries. False when that was the last of them.
+    // Decides about the next `count` entries. False when the last of them is planned.
     bool PlanMore(std::size_t count);
     void PlanAll();
 
-    // What is planned so far. With entries in order a file that is in the plan stays where it is,
-    // and other threads may look at it meanwhile; without, the order is right in the end.
-    const ExtractionPlan& Plan() const;
+    // What is planned so far. With entries in order a planned file never moves, so that other
+    // threads may read it meanwhile; without, the order is right only after the last entry.
+    const ExtractionPlan& Plan() const { return plan_; }
 
   private:
-    class Planner;
-    std::unique_ptr<Planner> planner_;
+    struct Taken {
+        std::uint32_t folder = 0;  // its number, 0 for a file
+        int next_number = 2;
+    };
+
+    const StoredEntry& Of(const PlannedEntry& planned) const;
+    void SortFiles();
+    void Add(std::uint32_t index);
+    void AddFolder(std::uint32_t index, SafeName name);
+    void AddFile(std::uint32_t index, SafeName name);
+    TakenNames::Taken Take(std::uint32_t folder, std::string_view name);
+    std::string FreePath(std::uint32_t folder, const std::string& path, std::size_t taken);
+    std::optional<std::uint32_t> TakeFolders(std::string_view path);
+    void WarnOfChanges(std::uint32_t index, const SafeName& name);
+    void Warn(std::uint32_t index, const std::string& what);
+    void Refuse(std::uint32_t index, const std::string& why);
+
+    const Directory& directory_;
+    const DosMask& mask_;
+    platform::CodePage& code_page_;
+    Report report_;
+    std::vector<bool> overlaps_;  // by index: shares bytes with another entry or the directory
+    bool in_order_ = false;
+    ExtractionPlan plan_;
+    std::uint32_t next_ = 0;  // entry to decide about
+    TakenNames names_;
+    std::vector<Taken> taken_;  // by the numbers of names_
+    std::uint32_t folders_ = 0;
+    std::string last_folder_;
+    std::uint32_t last_number_ = 0;
 };
 
 // A warning about entry `index` of the directory (numbered from 1 for the user).

@@ -2,21 +2,22 @@
 
 #include <algorithm>
 
-#include "zip/base/paths.h"
-#include "zip/base/stoppable_wait.h"
+#include "common/path.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-// Small entries are read together, up to so many bytes and entries: less often asked of the disk,
-// and still often enough looked at for a cancel.
+// Small entries are read together, up to these limits: fewer reads, and still frequent checks for a
+// cancel.
 constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 20;
 constexpr std::size_t kBatchEntries = 64;
-constexpr std::uint64_t kHeaderRoom = 30 + 512;  // local header and usual extra fields
-// A thread stays in a folder for so many bytes of the archive. More would take threads far apart
-// in it, which a disk with a moving head pays for, and gain nothing where files are large.
-constexpr std::uint64_t kTurnBytes = std::uint64_t{32} << 20;
+// Local header and usual extra fields.
+constexpr std::uint64_t kHeaderBytes = local_header::kFixedSize + 512;
+// A thread stays in a folder for this many bytes of the archive. More would move threads far apart
+// in it, which costs seeks on a rotating disk, and gain nothing where files are large.
+constexpr std::uint64_t kRangeBytes = std::uint64_t{32} << 20;
 
 }  // namespace
 
@@ -27,22 +28,22 @@ void FileQueue::SetPlanned(std::size_t count, bool all) {
     more_planned_.notify_all();
 }
 
-FileQueue::Turn& FileQueue::Join() {
+FileQueue::FileRange& FileQueue::Join() {
     const std::lock_guard lock(mutex_);
-    return turns_.emplace_back();
+    return ranges_.emplace_back();
 }
 
-FileQueue::Batch FileQueue::Next(Turn& turn) {
+FileQueue::Batch FileQueue::Next(FileRange& range) {
     std::unique_lock lock(mutex_);
-    if (turn.begin == turn.end) {
+    if (range.begin == range.end) {
         const auto known = [this] { return next_ < planned_ || all_planned_; };
         if (!WaitUntil(more_planned_, lock, stop_, known)) {
             return {};
         }
-        turn = next_ < planned_ ? NewTurn() : HalfOfTheLongest();
+        range = next_ < planned_ ? NextRange() : HalfOfLongest();
     }
-    Batch batch{turn.begin, turn.begin, 0};
-    while (batch.end < turn.end && batch.end - batch.begin < kBatchEntries) {
+    Batch batch{range.begin, range.begin, 0};
+    while (batch.end < range.end && batch.end - batch.begin < kBatchEntries) {
         const std::uint64_t bytes = Reach(batch.begin, batch.end);
         if (bytes > kBatchBytes) {
             break;
@@ -50,42 +51,42 @@ FileQueue::Batch FileQueue::Next(Turn& turn) {
         batch.bytes = static_cast<std::size_t>(bytes);
         ++batch.end;
     }
-    if (batch.IsEmpty() && batch.end < turn.end) {
+    if (batch.IsEmpty() && batch.end < range.end) {
         ++batch.end;  // a large one, alone
     }
-    turn.begin = batch.end;
+    range.begin = batch.end;
     return batch;
 }
 
 std::uint64_t FileQueue::Reach(std::size_t first, std::size_t last) const {
     const StoredEntry& entry = Entry(last);
-    return entry.offset - Entry(first).offset + kHeaderRoom + entry.RawName().size() +
+    return entry.offset - Entry(first).offset + kHeaderBytes + entry.RawName().size() +
            entry.packed_size;
 }
 
 bool FileQueue::InOneFolder(std::size_t one, std::size_t other) const {
-    return Cut(plan_.files[one].path).folder == Cut(plan_.files[other].path).folder;
+    return path::Split(plan_.files[one].path).folder == path::Split(plan_.files[other].path).folder;
 }
 
-FileQueue::Turn FileQueue::NewTurn() {
-    Turn turn{next_, next_ + 1};
-    while (turn.end < planned_ && Reach(turn.begin, turn.end) <= kTurnBytes &&
-           (turn.end - turn.begin < kBatchEntries || InOneFolder(turn.end - 1, turn.end))) {
-        ++turn.end;
+FileQueue::FileRange FileQueue::NextRange() {
+    FileRange range{next_, next_ + 1};
+    while (range.end < planned_ && Reach(range.begin, range.end) <= kRangeBytes &&
+           (range.end - range.begin < kBatchEntries || InOneFolder(range.end - 1, range.end))) {
+        ++range.end;
     }
-    next_ = turn.end;
-    return turn;
+    next_ = range.end;
+    return range;
 }
 
-// The later half of what another thread still has before it.
-FileQueue::Turn FileQueue::HalfOfTheLongest() {
-    if (turns_.empty()) {
+// Steals the later half of what another thread has left.
+FileQueue::FileRange FileQueue::HalfOfLongest() {
+    if (ranges_.empty()) {
         return {};
     }
-    Turn& longest = *std::max_element(
-        turns_.begin(), turns_.end(),
-        [](const Turn& a, const Turn& b) { return a.end - a.begin < b.end - b.begin; });
-    const Turn half{longest.begin + (longest.end - longest.begin) / 2, longest.end};
+    FileRange& longest = *std::max_element(
+        ranges_.begin(), ranges_.end(),
+        [](const FileRange& a, const FileRange& b) { return a.end - a.begin < b.end - b.begin; });
+    const FileRange half{longest.begin + (longest.end - longest.begin) / 2, longest.end};
     longest.end = half.begin;
     return half;
 }

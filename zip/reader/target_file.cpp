@@ -1,8 +1,8 @@
 #include "zip/reader/target_file.h"
 
 #include "common/error.h"
-#include "zip/base/paths.h"
-#include "zip/reader/folder_maker.h"
+#include "common/path.h"
+#include "zip/reader/target_folders.h"
 #include "zip/records/entry_name.h"
 
 namespace vantrel::zip {
@@ -11,27 +11,27 @@ namespace {
 
 namespace attribute = platform::attribute;
 
-// What keeps a file from being replaced.
+// Attributes that prevent a file from being replaced.
 constexpr std::uint32_t kProtecting =
     attribute::kReadOnly | attribute::kHidden | attribute::kSystem;
 constexpr std::uint32_t kSettable = kProtecting | attribute::kArchive;
-// What a new file has.
+// Of a new file.
 constexpr std::uint32_t kDefault = attribute::kArchive;
-constexpr int kMostTemporaryNames = 1000;
+constexpr int kMaxTemporaryNames = 1000;
 
 }  // namespace
 
 TargetFile::TargetFile(const platform::Machine& machine, platform::Folder& folder,
                        const std::string& folder_path, const std::string& name,
                        const std::string& archive)
-    : machine_(machine), path_(JoinPath(folder_path, name)) {
+    : machine_(machine), path_(path::Join(folder_path, name)) {
     for (std::string leaf = name; !OpenNew(folder, leaf);) {
         const auto found = machine_.files.Find(path_);
         if (!found) {
             throw Error(error_number::kPermissionDenied, "",
                         ErrorText(error_number::kPermissionDenied));
         }
-        if (IsAliasOf(machine_.code_page, *found, leaf)) {
+        if (IsShortNameOf(machine_.code_page, *found, leaf)) {
             leaf += '_';
             path_ += '_';
             continue;
@@ -69,12 +69,12 @@ bool TargetFile::OpenNew(platform::Folder& folder, const std::string& name) {
 
 void TargetFile::OpenBeside(const std::string& folder) {
     for (int number = 1;; ++number) {
-        temporary_ = JoinPath(folder, "~vantrel-" + std::to_string(number) + ".tmp");
+        temporary_ = path::Join(folder, "~vantrel-" + std::to_string(number) + ".tmp");
         try {
             file_ = machine_.files.Open(temporary_, platform::OpenMode::kCreateNew);
             return;
         } catch (const Error& error) {
-            if (error.number() != error_number::kFileExists || number == kMostTemporaryNames) {
+            if (error.number() != error_number::kFileExists || number == kMaxTemporaryNames) {
                 throw;
             }
         }
@@ -83,7 +83,7 @@ void TargetFile::OpenBeside(const std::string& folder) {
 
 void TargetFile::Commit(const platform::FileTimes& times, std::uint32_t attributes) {
     file_->SetTimes(times);
-    // What is replaced is gone with the name: the new bytes must be on the disk before that.
+    // The existing file is lost with its name, so the new bytes must be on the disk before that.
     if (!temporary_.empty()) {
         file_->Flush();
     }

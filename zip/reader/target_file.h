@@ -1,6 +1,6 @@
-// One file that is being restored. A new name is written in place; over an existing file the data
-// goes beside it under a temporary name first. Until Commit the file that was there is untouched;
-// without Commit nothing is left.
+// One file that is being restored. A new name is written in place; an existing file is replaced by
+// a temporary file beside it. Until Commit an existing file is untouched; without Commit nothing is
+// left. Used by one thread.
 #pragma once
 
 #include <cstdint>
@@ -14,21 +14,21 @@ namespace vantrel::zip {
 
 class TargetFile {
   public:
-    // `folder`, which is at `folder_path`, exists; `name` may. Raises 75 with words for the user
-    // when a folder or a link has the name, or when it is that of `archive`, and what the disk
-    // raises.
+    // `folder`, whose path is `folder_path`, exists; `name` may. Raises 75 with a description for
+    // the user when a folder or a link has the name, or when it is that of `archive`, and what the
+    // file system raises.
     TargetFile(const platform::Machine& machine, platform::Folder& folder,
                const std::string& folder_path, const std::string& name, const std::string& archive);
     ~TargetFile();
     TargetFile(const TargetFile&) = delete;
     TargetFile& operator=(const TargetFile&) = delete;
 
-    // Where the data will be in the end; another name than asked for when that one is only the
-    // short alias of some other file.
+    // The final path; it differs from `name` when that is only the short (8.3) name of another
+    // file.
     const std::string& Path() const { return path_; }
 
     void Write(const void* data, std::size_t count) { file_->Write(data, count); }
-    // Times, close, put in place, attributes.
+    // Sets the times, closes, replaces the existing file, sets attributes; what fails is raised.
     void Commit(const platform::FileTimes& times, std::uint32_t attributes);
 
   private:
@@ -36,7 +36,7 @@ class TargetFile {
     void OpenBeside(const std::string& folder);
     void PutInPlace();
 
-    platform::Machine machine_;
+    const platform::Machine& machine_;
     std::string path_;
     std::string temporary_;             // "" when written in place
     std::uint32_t old_attributes_ = 0;  // of the file to be replaced

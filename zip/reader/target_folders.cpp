@@ -1,56 +1,69 @@
 #include "zip/reader/target_folders.h"
 
 #include <algorithm>
+#include <bit>
 #include <map>
 #include <optional>
 #include <set>
 #include <utility>
 
 #include "common/error.h"
-#include "zip/base/paths.h"
-#include "zip/reader/folder_maker.h"
+#include "common/path.h"
+#include "zip/base/bytes.h"
 #include "zip/records/entry_name.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-// The folders below the destination as they would be made, each looked for once, and none below one
-// that is not there.
-class Places {
+constexpr std::size_t kMinSlots = 16;
+
+std::size_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
+// The bits that do not choose the slot.
+std::uint32_t MarkOf(std::size_t hash) {
+    return static_cast<std::uint32_t>(hash >> (8 * (sizeof hash - sizeof(std::uint32_t))));
+}
+
+[[noreturn]] void InTheWay(const std::string& what, const std::string& path) {
+    throw Error(error_number::kPathFileAccess, "", what + " is in the way: " + path);
+}
+
+// Finds the folders below the destination as FolderMaker would make them: each once, and none below
+// a folder that does not exist.
+class FolderFinder {
   public:
-    Places(const platform::Machine& machine, const std::string& destination)
+    FolderFinder(const platform::Machine& machine, const std::string& destination)
         : machine_(machine), destination_(destination) {}
 
     std::string Of(const std::string& path) {
-        Place place{"", true};
+        Found folder{"", true};
         for (std::size_t start = 0; start < path.size();) {
             const std::size_t end = std::min(path.find('\\', start), path.size());
             auto known = known_.find(path.substr(0, end));
             if (known == known_.end()) {
-                Place entered = Enter(place, path.substr(start, end - start));
+                Found entered = Enter(folder, path.substr(start, end - start));
                 known = known_.emplace(path.substr(0, end), std::move(entered)).first;
             }
-            place = known->second;
+            folder = known->second;
             start = end + 1;
         }
-        return place.path;
+        return folder.path;
     }
 
   private:
-    struct Place {
+    struct Found {
         std::string path;  // below the destination
-        bool is_there = false;
+        bool exists = false;
     };
 
-    Place Enter(const Place& parent, std::string name) {
+    Found Enter(const Found& parent, std::string name) {
         for (;;) {
-            std::string path = JoinPath(parent.path, name);
-            const auto found = parent.is_there ? Find(path) : std::nullopt;
+            std::string path = path::Join(parent.path, name);
+            const auto found = parent.exists ? Find(path) : std::nullopt;
             if (!found) {
                 return {std::move(path), false};
             }
-            if (!IsAliasOf(machine_.code_page, *found, name)) {
+            if (!IsShortNameOf(machine_.code_page, *found, name)) {
                 return {std::move(path), true};
             }
             name += '_';
@@ -58,23 +71,159 @@ class Places {
     }
     std::optional<platform::FileInfo> Find(const std::string& path) {
         try {
-            return machine_.files.Find(JoinPath(destination_, path));
+            return machine_.files.Find(path::Join(destination_, path));
         } catch (const Error&) {
             return std::nullopt;
         }
     }
 
-    platform::Machine machine_;
+    const platform::Machine& machine_;
     std::string destination_;
-    std::map<std::string, Place> known_;
+    std::map<std::string, Found> known_;
 };
 
 }  // namespace
 
+bool IsShortNameOf(platform::CodePage& code_page, const platform::FileInfo& found,
+                   const std::string& name) {
+    return found.name != name && code_page.Fold(found.name) != code_page.Fold(name);
+}
+
+FolderMaker::FolderMaker(const platform::Machine& machine, std::string destination,
+                         ReportRenamed report_renamed)
+    : machine_(machine),
+      destination_(std::move(destination)),
+      report_renamed_(std::move(report_renamed)) {}
+
+std::string KeyInFolder(platform::CodePage& code_page, std::uint32_t number,
+                        const std::string& name) {
+    std::string key;
+    Put32(key, number);
+    return key += code_page.Fold(name);
+}
+
+std::string FolderMaker::Ensure(const std::string& path) {
+    // Checked before the first of its folders is made.
+    if (IsTooLongPath(path::Join(destination_, path))) {
+        throw Error(error_number::kBadFileName, "", "its path is too long");
+    }
+    const std::lock_guard lock(mutex_);
+    std::string full_path = destination_;
+    std::uint32_t number = 0;
+    bool is_new = false;
+    for (std::size_t start = 0; start < path.size();) {
+        const std::size_t end = std::min(path.find('\\', start), path.size());
+        const std::string name = path.substr(start, end - start);
+        start = end + 1;
+        std::string key = KeyInFolder(machine_.code_page, number, name);
+        auto known = made_.find(key);
+        if (known == made_.end()) {
+            known = made_.emplace(std::move(key), Enter(full_path, is_new, name)).first;
+        }
+        full_path = path::Join(full_path, known->second.name);
+        number = known->second.number;
+        is_new = known->second.is_new;
+    }
+    return full_path;
+}
+
+bool FolderMaker::DestinationIsGone() {
+    try {
+        return !machine_.files.Find(destination_);
+    } catch (const Error&) {
+        return false;  // it exists, and access to it is denied
+    }
+}
+
+FolderMaker::Made FolderMaker::Enter(const std::string& parent, bool parent_is_new,
+                                     std::string name) {
+    const auto number = static_cast<std::uint32_t>(made_.size() + 1);
+    for (;;) {
+        const std::string full_path = path::Join(parent, name);
+        if (IsTooLongPath(full_path)) {
+            throw Error(error_number::kBadFileName, "", "its path is too long");
+        }
+        if (parent_is_new && MakeNew(full_path)) {
+            return {std::move(name), number, true};
+        }
+        const auto found = machine_.files.Find(full_path);
+        if (!found) {
+            machine_.files.MakeFolder(full_path);
+            return {std::move(name), number, true};
+        }
+        if (!IsShortNameOf(machine_.code_page, *found, name)) {
+            if (found->is_link) {
+                InTheWay("A link", full_path);
+            }
+            if (!found->IsFolder()) {
+                InTheWay("A file", full_path);
+            }
+            return {std::move(name), number, false};
+        }
+        name += '_';
+        report_renamed_(parent, name);
+    }
+}
+
+// For a folder inside a new one, which is usually empty: one call instead of two.
+bool FolderMaker::MakeNew(const std::string& full_path) {
+    try {
+        machine_.files.MakeFolder(full_path);
+        return true;
+    } catch (const Error& error) {
+        if (error.number() != error_number::kPathFileAccess) {
+            throw;
+        }
+        return false;
+    }
+}
+
+TakenNames::TakenNames(std::size_t expected)
+    : slots_(std::bit_ceil(std::max(2 * (expected + 1), kMinSlots))) {}
+
+TakenNames::Taken TakenNames::Take(std::string_view key) {
+    if (2 * (ends_.size() + 1) > slots_.size()) {
+        Grow();
+    }
+    const std::size_t hash = HashOf(key);
+    Slot& slot = Find(key, hash);
+    if (slot.taken != 0) {
+        return {slot.taken - 1, false};
+    }
+    bytes_ += key;
+    ends_.push_back(bytes_.size());
+    slot = {MarkOf(hash), static_cast<std::uint32_t>(ends_.size())};
+    return {ends_.size() - 1, true};
+}
+
+TakenNames::Slot& TakenNames::Find(std::string_view key, std::size_t hash) {
+    const std::uint32_t mark = MarkOf(hash);
+    for (std::size_t i = hash;; ++i) {
+        Slot& slot = slots_[i & (slots_.size() - 1)];
+        if (slot.taken == 0 || (slot.mark == mark && KeyOf(slot.taken - 1) == key)) {
+            return slot;
+        }
+    }
+}
+
+std::string_view TakenNames::KeyOf(std::size_t number) const {
+    const std::size_t start = number == 0 ? 0 : ends_[number - 1];
+    return std::string_view(bytes_).substr(start, ends_[number] - start);
+}
+
+void TakenNames::Grow() {
+    slots_.assign(2 * slots_.size(), Slot{});
+    for (std::size_t number = 0; number < ends_.size(); ++number) {
+        const std::string_view key = KeyOf(number);
+        const std::size_t hash = HashOf(key);
+        Find(key, hash) = {MarkOf(hash), static_cast<std::uint32_t>(number + 1)};
+    }
+}
+
 std::vector<std::string> TargetFolders(const platform::Machine& machine,
                                        const std::vector<EntryName>& entries,
                                        const std::string& destination) {
-    Places places(machine, destination);
+    FolderFinder finder(machine, destination);
     std::vector<std::string> folders;
     std::set<std::string> seen;
     for (const EntryName& entry : entries) {
@@ -82,9 +231,9 @@ std::vector<std::string> TargetFolders(const platform::Machine& machine,
         if (name.path.empty()) {
             continue;
         }
-        std::string folder(entry.is_folder ? name.path : Cut(name.path).folder);
+        std::string folder(entry.is_folder ? name.path : path::Split(name.path).folder);
         if (seen.insert(folder).second) {
-            folders.push_back(places.Of(folder));
+            folders.push_back(finder.Of(folder));
         }
     }
     return folders;

@@ -1,12 +1,93 @@
-// Where an extraction will write, told before it does: for callers who have to make room first.
+// Folders below the destination of an extraction, and the names in them. Names are compared as the
+// file system compares them: by the fold of the code page, and by short (8.3) names where a folder
+// exists already.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <mutex>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/machine.h"
 
 namespace vantrel::zip {
+
+// The same key for all spellings of a name in the folder `number`. Complete paths as keys would
+// need memory in the square of the depth of an archive's folders.
+std::string KeyInFolder(platform::CodePage& code_page, std::uint32_t number,
+                        const std::string& name);
+
+// Whether `name` is only the short (8.3) name of `found`, which was found under it.
+bool IsShortNameOf(platform::CodePage& code_page, const platform::FileInfo& found,
+                   const std::string& name);
+
+// The names that entries of an archive have taken in their folders. One flat table, because every
+// entry is looked up: that costs one cache miss, where a map made of nodes costs three. Belongs to
+// one thread.
+class TakenNames {
+  public:
+    // `expected` names fit before the table must grow.
+    explicit TakenNames(std::size_t expected);
+
+    struct Taken {
+        std::size_t number = 0;  // in the order of taking, from 0
+        bool is_new = false;     // false: an earlier entry has taken it
+    };
+    // `key` comes from KeyInFolder; it is copied.
+    Taken Take(std::string_view key);
+
+  private:
+    struct Slot {
+        std::uint32_t mark = 0;   // of the key's hash, so that few keys are compared
+        std::uint32_t taken = 0;  // the name's number and 1; 0 where the slot is free
+    };
+    // The slot of `key`, or the free one where it belongs.
+    Slot& Find(std::string_view key, std::size_t hash);
+    std::string_view KeyOf(std::size_t number) const;
+    void Grow();
+
+    std::vector<Slot> slots_;        // a power of two, at least half of it free
+    std::string bytes_;              // of all keys, concatenated
+    std::vector<std::size_t> ends_;  // of each key in them
+};
+
+// Makes the folders of an extraction: component by component, each looked at once, never entered
+// through a link. Safe from any thread.
+class FolderMaker {
+  public:
+    using ReportRenamed = std::function<void(const std::string& folder, const std::string& name)>;
+
+    // `report_renamed` gets folder and new name when a name is another folder's short name.
+    FolderMaker(const platform::Machine& machine, std::string destination,
+                ReportRenamed report_renamed);
+
+    // Makes the missing folders of `path` ("" is the destination itself, which must exist) and
+    // returns the full path. Raises 75 when a file or a link has the name of a folder, with a
+    // description for the user, and what the file system raises.
+    std::string Ensure(const std::string& path);
+
+    // Whether the destination itself no longer exists.
+    bool DestinationIsGone();
+
+  private:
+    struct Made {
+        std::string name;        // on disk
+        std::uint32_t number{};  // its own, from 1; the destination is 0
+        bool is_new = false;     // made by this run: it holds only what this run has put into it
+    };
+    Made Enter(const std::string& parent, bool parent_is_new, std::string name);
+    bool MakeNew(const std::string& full_path);
+
+    const platform::Machine& machine_;
+    std::string destination_;
+    ReportRenamed report_renamed_;
+    std::mutex mutex_;
+    std::unordered_map<std::string, Made> made_;  // by KeyInFolder
+};
 
 struct EntryName {
     std::string name;  // as stored
@@ -14,10 +95,9 @@ struct EntryName {
 };
 
 // The folders that extracting `entries` into `destination` makes or writes into, by the rules of
-// the extraction itself: names made safe, "_" behind a folder's name that meets another one's short
-// alias on the disk. Paths below the destination ("" is that itself), each once, in the order of
-// the entries. An entry whose name is refused has none. Changes nothing and raises nothing: of a
-// folder that may not be looked at the name is taken as it is.
+// FolderMaker, for callers who must unprotect them first. Paths below the destination ("" is that
+// itself), each once, in the order of the entries. An entry whose name is refused has none. Changes
+// nothing and raises nothing: of a folder that cannot be looked at the name is taken unchanged.
 std::vector<std::string> TargetFolders(const platform::Machine& machine,
                                        const std::vector<EntryName>& entries,
                                        const std::string& destination);

@@ -9,11 +9,11 @@ namespace vantrel::zip {
 
 namespace {
 
-// UTF-16 units of a path with the "\\?\" that the system wants before it, and its final NUL.
-constexpr std::size_t kLongestPath = 32767 - 5;
+// UTF-16 units of a path, without the "\\?\" prefix and the final NUL that count as well.
+constexpr std::size_t kMaxPathUnits = 32767 - 5;
 
 constexpr auto IsSlash = [](char c) { return c == '/' || c == '\\'; };
-bool IsDotOrBlank(char c) { return c == '.' || c == ' '; }
+bool IsDotOrSpace(char c) { return c == '.' || c == ' '; }
 
 bool IsDriveStart(std::string_view name) {
     return name.size() >= 2 && name[1] == ':' &&
@@ -47,7 +47,7 @@ void ReplaceCharacters(std::string& component, SafeName& name) {
 std::string SafeComponent(std::string_view stored, SafeName& name) {
     std::string component(stored);
     ReplaceCharacters(component, name);
-    for (std::size_t i = component.size(); i > 0 && IsDotOrBlank(component[i - 1]); --i) {
+    for (std::size_t i = component.size(); i > 0 && IsDotOrSpace(component[i - 1]); --i) {
         component[i - 1] = '_';
         Note(name, "dots and blanks at the end become \"_\"");
     }
@@ -63,9 +63,9 @@ void AddComponent(std::string_view stored, SafeName& name) {
     if (!name.path.empty()) {
         name.path += '\\';
     }
-    const bool as_it_is = !IsDotOrBlank(stored.back()) && !IsDeviceName(stored) &&
-                          std::none_of(stored.begin(), stored.end(), IsForbiddenInName);
-    if (as_it_is) {
+    const bool unchanged = !IsDotOrSpace(stored.back()) && !IsDeviceName(stored) &&
+                           std::none_of(stored.begin(), stored.end(), IsForbiddenInName);
+    if (unchanged) {
         name.path += stored;
     } else {
         name.path += SafeComponent(stored, name);
@@ -77,7 +77,7 @@ std::string RefusalOf(std::string_view component) {
     if (component.empty()) {
         return "a folder's name in it is empty";
     }
-    if (component[0] == '.' && std::all_of(component.begin(), component.end(), IsDotOrBlank)) {
+    if (component[0] == '.' && std::all_of(component.begin(), component.end(), IsDotOrSpace)) {
         return component.find('.', 1) == std::string_view::npos
                    ? "a folder's name in it is \".\""
                    : "it leads out of its folder with \"..\"";
@@ -85,7 +85,7 @@ std::string RefusalOf(std::string_view component) {
     return "";
 }
 
-std::string RefusalOfWhole(std::string_view stored) {
+std::string RefusalOfName(std::string_view stored) {
     if (stored.empty()) {
         return "its name is empty";
     }
@@ -112,11 +112,11 @@ std::string_view WithoutOuterSlashes(std::string_view stored, SafeName& name) {
 
 SafeName MakeSafeName(std::string_view stored) {
     SafeName name;
-    if (std::string refusal = RefusalOfWhole(stored); !refusal.empty()) {
+    if (std::string refusal = RefusalOfName(stored); !refusal.empty()) {
         return Refused(std::move(refusal));
     }
     stored = WithoutOuterSlashes(stored, name);
-    // How some writers begin every name; nothing is meant by it.
+    // Some writers begin every name with it; it has no meaning.
     if (stored == "." || stored.starts_with("./") || stored.starts_with(".\\")) {
         stored.remove_prefix(std::min<std::size_t>(stored.size(), 2));
         if (stored.empty()) {
@@ -155,6 +155,6 @@ std::string NumberedPath(const std::string& path, int number) {
     return path.substr(0, dot) + " (" + std::to_string(number) + ")" + path.substr(dot);
 }
 
-bool IsTooLongPath(std::string_view path) { return utf::IsLongerThan(path, kLongestPath); }
+bool IsTooLongPath(std::string_view path) { return utf::IsLongerThan(path, kMaxPathUnits); }
 
 }  // namespace vantrel::zip

@@ -4,36 +4,22 @@
 #include <optional>
 
 #include "common/utf.h"
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-constexpr std::uint16_t kVersionStored = 10;    // APPNOTE 4.4.3.2
-constexpr std::uint16_t kVersionDeflated = 20;  // also for folders
-constexpr std::uint16_t kVersionZip64 = 45;
-constexpr std::uint16_t kMadeBy =
-    kVersionZip64;  // high byte 0: attributes are those of DOS (4.4.2)
-constexpr std::uint16_t kFlagDescriptor = 1u << 3;  // 4.4.4
-constexpr std::uint16_t kFlagUtf8 = 1u << 11;
-
-constexpr std::uint16_t kZip64Field = 0x0001;     // 4.5.3
-constexpr std::uint16_t kNtfsField = 0x000A;      // 4.5.5
-constexpr std::uint16_t kUnixTimeField = 0x5455;  // 4.6.1: extended timestamp
-constexpr std::uint8_t kHasModified = 1;
-
-// 1601-01-01 to 1970-01-01, in seconds.
-constexpr std::int64_t kUnixEpoch = 11644473600;
-constexpr std::int64_t kTicksPerSecond = 10000000;
+// High byte 0: attributes are those of DOS (APPNOTE 4.4.2).
+constexpr std::uint16_t kMadeBy = kVersionZip64;
 
 constexpr std::uint32_t kStoredAttributes =
     platform::attribute::kReadOnly | platform::attribute::kHidden | platform::attribute::kSystem |
     platform::attribute::kFolder | platform::attribute::kArchive;
 
 std::uint16_t Flags(const Entry& entry) {
-    return static_cast<std::uint16_t>((utf::IsAscii(entry.name) ? 0 : kFlagUtf8) |
-                                      (entry.descriptor ? kFlagDescriptor : 0));
+    return static_cast<std::uint16_t>((utf::IsAscii(entry.name) ? 0 : flag::kUtf8) |
+                                      (entry.descriptor ? flag::kDescriptor : 0));
 }
 
 std::uint16_t VersionNeeded(const Entry& entry, bool zip64) {
@@ -63,16 +49,16 @@ void AppendUnixTime(std::string& out, platform::Ticks modified) {
     if (modified == 0 || seconds < INT32_MIN || seconds > INT32_MAX) {
         return;
     }
-    std::string body(1, static_cast<char>(kHasModified));
+    std::string body(1, static_cast<char>(kUnixHasModified));
     Put32(body, static_cast<std::uint32_t>(seconds));
     AppendField(out, kUnixTimeField, body);
 }
 
 void AppendNtfsTimes(std::string& out, const platform::FileTimes& times) {
     std::string body;
-    Put32(body, 0);   // reserved
-    Put16(body, 1);   // tag: times
-    Put16(body, 24);  // size of what follows
+    Put32(body, 0);  // reserved
+    Put16(body, 1);  // tag: times
+    Put16(body, kNtfsLength - kNtfsTimes);
     Put64(body, times.modified);
     Put64(body, times.accessed);
     Put64(body, times.created);
@@ -80,11 +66,11 @@ void AppendNtfsTimes(std::string& out, const platform::FileTimes& times) {
 }
 
 // Some readers (unzip 6.0) take a flagged name for UTF-8 only where extra fields follow it. This
-// one is the shortest that all know, and says nothing: no bit set, no time.
+// one is the shortest that all readers know, and is empty: no bit set, no time.
 void AppendEmptyField(std::string& out) { AppendField(out, kUnixTimeField, std::string(1, '\0')); }
 
-// Tools of Unix that do not know field 000A look for the time here, where they begin an entry, and
-// not in the directory.
+// Unix tools that do not know field 000A look for the time in the local header, not in the
+// directory.
 std::string LocalExtra(const Entry& entry) {
     std::string extra;
     if (entry.wide_local) {
@@ -114,7 +100,7 @@ std::string Zip64Numbers(const Entry& entry) {
     return numbers;
 }
 
-// Version, flags, method, time; then CRC and sizes, which stand at the same places in both headers.
+// Version, flags, method and time, which both headers have.
 void AppendCommon(std::string& out, const Entry& entry, bool zip64) {
     Put16(out, VersionNeeded(entry, zip64));
     Put16(out, Flags(entry));
@@ -126,17 +112,17 @@ void AppendCommon(std::string& out, const Entry& entry, bool zip64) {
 
 std::uint32_t DosDateTime(const platform::LocalTime& local) {
     platform::LocalTime t = local;
-    if (t.year < 1980) {
-        t = {1980, 1, 1, 0, 0, 0};
-    } else if (t.year > 2107) {
-        t = {2107, 12, 31, 23, 59, 58};
+    if (t.year < kDosFirstYear) {
+        t = {kDosFirstYear, 1, 1, 0, 0, 0};
+    } else if (t.year > kDosLastYear) {
+        t = {kDosLastYear, 12, 31, 23, 59, 58};
     }
     const auto bits = [](int value, int shift) {
         return static_cast<std::uint32_t>(value) << shift;
     };
     // A leap second has no number of its own.
-    return bits(t.year - 1980, 25) | bits(t.month, 21) | bits(t.day, 16) | bits(t.hour, 11) |
-           bits(t.minute, 5) | bits(std::min(t.second, 59) / 2, 0);
+    return bits(t.year - kDosFirstYear, 25) | bits(t.month, 21) | bits(t.day, 16) |
+           bits(t.hour, 11) | bits(t.minute, 5) | bits(std::min(t.second, 59) / 2, 0);
 }
 
 void AppendLocalHeader(std::string& out, const Entry& entry) {
@@ -145,8 +131,8 @@ void AppendLocalHeader(std::string& out, const Entry& entry) {
     AppendCommon(out, entry, entry.wide_local);
     Put32(out, entry.descriptor ? 0 : entry.crc);
     for (const std::uint64_t size : {entry.packed_size, entry.size}) {
-        const std::uint64_t told = entry.descriptor ? 0 : size;
-        Put32(out, static_cast<std::uint32_t>(entry.wide_local ? kSaturated32 : told));
+        const std::uint64_t stated = entry.descriptor ? 0 : size;
+        Put32(out, static_cast<std::uint32_t>(entry.wide_local ? kSaturated32 : stated));
     }
     Put16(out, static_cast<std::uint16_t>(entry.name.size()));
     Put16(out, static_cast<std::uint16_t>(extra.size()));
@@ -191,15 +177,15 @@ void AppendCentralRecord(std::string& out, const Entry& entry) {
 }
 
 void AddExtraField(std::string& record, std::uint16_t id, const std::string& body) {
-    constexpr std::size_t kLengthAt = 30;  // of the extra fields
-    const std::size_t length = GetNumber<std::uint16_t>(record, kLengthAt) + 4 + body.size();
+    const std::size_t length =
+        GetNumber<std::uint16_t>(record, central_record::kExtraLength) + kFieldHeader + body.size();
     if (body.empty() || length > kSaturated16) {
         return;
     }
     AppendField(record, id, body);
     std::string number;
     Put16(number, static_cast<std::uint16_t>(length));
-    record.replace(kLengthAt, number.size(), number);
+    record.replace(central_record::kExtraLength, number.size(), number);
 }
 
 void AppendDirectoryEnd(std::string& out, const DirectoryEnd& end) {
@@ -207,7 +193,7 @@ void AppendDirectoryEnd(std::string& out, const DirectoryEnd& end) {
     if (end.entries >= kSaturated16 || end.size >= kSaturated32 || end.offset >= kSaturated32 ||
         end.disk >= kSaturated16) {
         Put32(out, kEnd64Signature);
-        Put64(out, 44);  // bytes that follow this number
+        Put64(out, end64_record::kStatedSize);
         Put16(out, kMadeBy);
         Put16(out, kVersionZip64);
         Put32(out, end.disk);
@@ -217,7 +203,7 @@ void AppendDirectoryEnd(std::string& out, const DirectoryEnd& end) {
         Put64(out, end.size);
         Put64(out, end.offset);
         Put32(out, kLocatorSignature);
-        Put32(out, end.disk);  // of the Zip64 end record, which stands right before
+        Put32(out, end.disk);  // of the Zip64 end record, which directly precedes
         Put64(out, end.end64_offset);
         Put32(out, end.disk + 1);  // disks in all
     }

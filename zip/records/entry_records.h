@@ -1,32 +1,14 @@
-// The records that an archive is made of, as bytes. docs/zip-format.md has them as tables.
+// The records of an archive as bytes; record_parser.h is the opposite direction. docs/zip-format.md
+// shows them as tables. Pure functions.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "platform/machine.h"
+#include "zip/records/format.h"
 
 namespace vantrel::zip {
-
-// APPNOTE 4.4.5; the numbers are those of the format.
-enum class Method : std::uint16_t { kStored = 0, kDeflated = 8 };
-
-constexpr std::uint32_t kLocalSignature = 0x04034b50;       // APPNOTE 4.3.7
-constexpr std::uint32_t kCentralSignature = 0x02014b50;     // 4.3.12
-constexpr std::uint32_t kEnd64Signature = 0x06064b50;       // 4.3.14
-constexpr std::uint32_t kLocatorSignature = 0x07064b50;     // 4.3.15
-constexpr std::uint32_t kEndSignature = 0x06054b50;         // 4.3.16
-constexpr std::uint32_t kDescriptorSignature = 0x08074b50;  // 4.3.9.3
-constexpr std::uint32_t kSpannedMarker = 0x08074b50;        // 8.5.4, the same number
-constexpr std::uint32_t kOneDiskMarker = 0x30304b50;  // 8.5.4: begun as spanned, one disk sufficed
-
-// A short field that holds this (or 0xFFFF) says that the number stands in a Zip64 field instead,
-// so from this number on Zip64 is needed (APPNOTE 4.4.8, 4.4.9, 4.4.16, 4.4.22).
-constexpr std::uint64_t kSaturated32 = 0xFFFFFFFF;
-constexpr std::uint64_t kSaturated16 = 0xFFFF;
-
-// Longest name that a header can hold, in bytes.
-constexpr std::size_t kLongestName = 0xFFFF;
 
 // One stored file or folder.
 struct Entry {
@@ -40,7 +22,7 @@ struct Entry {
     std::uint64_t packed_size = 0;
     std::uint64_t offset = 0;  // of the local header, from the start of its disk
     std::uint32_t disk = 0;
-    // The local header has the 64-bit sizes field. Decided when the header's place is reserved,
+    // The local header has the 64-bit sizes field. Decided when space for the header is reserved,
     // that is, from the size which the file had when it was opened.
     bool wide_local = false;
     // CRC and sizes follow the data (4.3.9), because the header cannot be written again.
@@ -56,10 +38,10 @@ void AppendDescriptor(std::string& out, const Entry& entry);
 // Appends the central directory record (APPNOTE 4.3.12).
 void AppendCentralRecord(std::string& out, const Entry& entry);
 
-// Adds an extra field to a central record that has room for it; none when `body` is empty.
+// Adds an extra field to a central record; none when `body` is empty or does not fit.
 void AddExtraField(std::string& record, std::uint16_t id, const std::string& body);
 
-// What the end of the directory says about it.
+// The numbers in the end records.
 struct DirectoryEnd {
     std::uint64_t entries = 0;
     std::uint64_t size = 0;          // bytes of all central records

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "zip/base/paths.h"
-#include "zip/base/stoppable_wait.h"
+#include "zip/base/run_context.h"
 #include "zip/deflate/deflate.h"
-#include "zip/records/disk_signs.h"
+#include "zip/records/disk_identity.h"
 
 namespace vantrel::zip {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 #include "zip/disks/archive_output.h"
 #include "zip/writer/jobs.h"
 #include "zip/writer/record_list.h"

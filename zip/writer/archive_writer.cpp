@@ -4,9 +4,9 @@
 #include <thread>
 #include <vector>
 
-#include "zip/base/source_reader.h"
+#include "zip/base/retry.h"
 #include "zip/disks/archive_file.h"
-#include "zip/disks/archive_place.h"
+#include "zip/disks/archive_target.h"
 #include "zip/disks/spanned_archive.h"
 #include "zip/writer/archive_sink.h"
 #include "zip/writer/job_producer.h"
@@ -59,7 +59,7 @@ class ArchiveRun {
         output_->Open();
         while (!FillArchive()) {
             const Error error(error_number::kFileNotFound, "", "File not found");
-            channel_.RetryOrStop({error.number(), options_.source.folder, NothingText()});
+            channel_.RetryOrStop(Failure(error.number(), options_.source.folder, NothingText()));
         }
         output_->Finish();
         channel_.RaiseLastEvent();

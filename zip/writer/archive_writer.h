@@ -30,7 +30,7 @@
 #include <string>
 
 #include "platform/machine.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 #include "zip/deflate/deflate.h"
 #include "zip/writer/source_scan.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "zip/base/paths.h"
-#include "zip/base/stoppable_wait.h"
+#include "common/path.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::zip {
 
@@ -83,7 +83,7 @@ std::optional<FolderQueue::ListedFolder> FolderQueue::Next() {
 
 FolderQueue::Listing FolderQueue::List(const std::string& folder) const {
     Listing found;
-    files_.List(JoinPath(source_, folder), [&](const FileInfo& info) {
+    files_.List(path::Join(source_, folder), [&](const FileInfo& info) {
         found.push_back(info);
         return !stop_.stop_requested();
     });

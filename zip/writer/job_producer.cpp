@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "zip/base/paths.h"
+#include "common/path.h"
 
 namespace vantrel::zip {
 
@@ -113,7 +113,7 @@ void JobProducer::FillBatch(Job& job, SourceItem item) {
 
 void JobProducer::StartBigFile(SourceItem item, bool store_only) {
     big_ = std::make_unique<BigFile>();
-    big_->path = JoinPath(reader_.folder(), item.name);
+    big_->path = path::Join(reader_.folder(), item.name);
     big_->item = std::move(item);
     big_->store_only = store_only;
 }

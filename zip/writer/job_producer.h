@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "zip/base/source_reader.h"
+#include "zip/base/retry.h"
 #include "zip/deflate/deflate.h"
 #include "zip/writer/archive_sink.h"
 #include "zip/writer/jobs.h"

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "zip/base/buffer.h"
+#include "zip/base/bytes.h"
 #include "zip/base/component_events.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/source_scan.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "zip/base/paths.h"
+#include "common/path.h"
 
 namespace vantrel::zip {
 
@@ -51,7 +51,7 @@ void Packer::PackBatch(const Job& job, PackedJob& packed) {
 
 PackedEntry Packer::PackItem(const SourceItem& item, Buffer& bytes) {
     PackedEntry result;
-    result.path = JoinPath(reader_.folder(), item.name);
+    result.path = path::Join(reader_.folder(), item.name);
     result.listed_size = item.size;
     result.entry = MakeEntry(item);
     if (item.IsFolder()) {
@@ -127,7 +127,7 @@ void Packer::AppendEntry(PackedEntry& result, Buffer& bytes) {
 void Packer::PackChunk(const Job& job, PackedJob& packed) {
     packed.chunk = job.chunk;
     packed.file = job.items.front();
-    packed.path = JoinPath(reader_.folder(), packed.file.name);
+    packed.path = path::Join(reader_.folder(), packed.file.name);
     const Chunk& chunk = *job.chunk;
     if (chunk.first) {
         packed.entry = MakeEntry(packed.file);

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "zip/base/run_channel.h"
-#include "zip/base/source_reader.h"
+#include "zip/base/retry.h"
+#include "zip/base/run_context.h"
 #include "zip/deflate/deflate.h"
 #include "zip/writer/jobs.h"
 

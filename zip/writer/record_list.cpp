@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "common/error.h"
-#include "zip/base/little_endian.h"
+#include "zip/base/bytes.h"
 #include "zip/deflate/deflate.h"
 
 namespace vantrel::zip {

@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "zip/base/bytes.h"
 #include "zip/base/dos_mask.h"
-#include "zip/base/little_endian.h"
-#include "zip/base/paths.h"
-#include "zip/base/source_reader.h"
+#include "common/path.h"
+#include "zip/base/retry.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/folder_queue.h"
 
@@ -31,7 +31,7 @@ class Scanner {
           source_(machine, channel, spec.folder),
           mask_(machine.code_page, spec.mask),
           archive_(FindArchive()),
-          temporary_name_(machine.code_page.Fold(LeafOf(own.temporary))),
+          temporary_name_(machine.code_page.Fold(path::Name(own.temporary))),
           queue_(machine.files, spec.folder, channel.Token(), threads) {}
 
     SourceList Run() {
@@ -55,7 +55,7 @@ class Scanner {
     // The folder's name is its path below the source folder, "" for that folder itself.
     void ScanFolder(FolderQueue::ListedFolder listed) {
         const FileInfo& folder = listed.folder;
-        const std::string path = JoinPath(spec_.folder, folder.name);
+        const std::string path = path::Join(spec_.folder, folder.name);
         if (!listed.listing) {
             listed.listing = List(folder, path);
         }
@@ -94,7 +94,7 @@ class Scanner {
     // Adds one entry of a folder to the list or to sub_folders_. False when the entry is not part
     // of the backup, so that a folder with only such entries is stored as an empty one.
     bool AddEntry(const std::string& folder_name, const std::string& folder, FileInfo& info) {
-        const std::string path = JoinPath(folder, info.name);
+        const std::string path = path::Join(folder, info.name);
         const bool wanted = info.IsFolder() ? spec_.sub_folders : mask_.Matches(info.name);
         if (!wanted) {
             return false;
@@ -110,7 +110,7 @@ class Scanner {
         if (!info.IsFolder() && IsOwn(info, path)) {
             return true;
         }
-        info.name = JoinPath(folder_name, info.name);
+        info.name = path::Join(folder_name, info.name);
         if (info.name.size() >= kLongestName) {
             ++list_.skipped;
             Warn(error_number::kBadFileName, path, "Skipped, the path is too long: " + path);
@@ -193,7 +193,7 @@ SourceSpec ParseFileSpec(std::string_view text) {
     const std::size_t folder_size = slash == std::string_view::npos ? 0 : slash + 1;
     SourceSpec spec;
     // The parent of "C:\Data\x" is "C:\Data", of "C:\x" it is "C:\".
-    spec.folder = ParentOf(std::string(text.substr(0, folder_size)) + "x");
+    spec.folder = path::Parent(std::string(text.substr(0, folder_size)) + "x");
     if (folder_size < text.size()) {
         spec.mask = text.substr(folder_size);
     }

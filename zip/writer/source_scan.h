@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "platform/machine.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 #include "zip/writer/record_list.h"
 
 namespace vantrel::zip {

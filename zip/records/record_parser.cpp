@@ -1,14 +1,10 @@
-#include "zip/records/central_record.h"
+#include "zip/records/record_parser.h"
 
 #include <algorithm>
 #include <chrono>
-#include <optional>
 
 #include "common/utf.h"
-#include "zip/base/little_endian.h"
-#include "zip/deflate/deflate.h"
-#include "zip/records/disk_signs.h"
-#include "zip/records/entry_records.h"
+#include "zip/base/bytes.h"
 
 namespace vantrel::zip {
 
@@ -18,44 +14,29 @@ using platform::LocalTime;
 using platform::Ticks;
 namespace attribute = platform::attribute;
 
-constexpr std::uint16_t kZip64Field = 0x0001;        // APPNOTE 4.5.3
-constexpr std::uint16_t kNtfsField = 0x000A;         // 4.5.5
-constexpr std::uint16_t kUnixTimeField = 0x5455;     // 4.6.1: extended timestamp
-constexpr std::uint16_t kUnicodePathField = 0x7075;  // 4.6.9
-constexpr std::size_t kNtfsLength = 32;
-
-constexpr std::int64_t kUnixEpoch = 11644473600;  // 1601 to 1970, in seconds
-constexpr std::int64_t kTicksPerSecond = 10'000'000;
 // The system refuses file times from here on.
 constexpr Ticks kEndOfTime = Ticks{1} << 63;
-
-// Hosts of "version made by" (4.4.2) whose attributes are those of DOS, or of Unix.
-constexpr int kHostDos = 0;
-constexpr int kHostUnix = 3;
-constexpr int kHostNtfs = 10;
-constexpr int kHostVfat = 14;
-constexpr int kHostDarwin = 19;
 
 constexpr std::uint32_t kDosBits =
     attribute::kReadOnly | attribute::kHidden | attribute::kSystem | attribute::kArchive;
 
 // The body of the first extra field with this id, cut off at the end of `extra`.
 std::optional<std::string_view> FindField(std::string_view extra, std::uint16_t id) {
-    while (extra.size() >= 4) {
+    while (extra.size() >= kFieldHeader) {
         const auto field = GetNumber<std::uint16_t>(extra, 0);
-        const std::size_t length = GetNumber<std::uint16_t>(extra, 2);
-        if (length > extra.size() - 4) {
+        const std::size_t length = GetNumber<std::uint16_t>(extra, sizeof field);
+        if (length > extra.size() - kFieldHeader) {
             break;
         }
         if (field == id) {
-            return extra.substr(4, length);
+            return extra.substr(kFieldHeader, length);
         }
-        extra.remove_prefix(4 + length);
+        extra.remove_prefix(kFieldHeader + length);
     }
     return std::nullopt;
 }
 
-// Takes the numbers of a Zip64 field one after the other.
+// The numbers of a Zip64 field, in their order.
 class Zip64Values {
   public:
     explicit Zip64Values(std::optional<std::string_view> field) : rest_(field.value_or("")) {}
@@ -84,24 +65,23 @@ void ReadZip64(std::string_view extra, CentralRecord& record) {
 
 bool ReadNtfsTimes(std::string_view extra, platform::FileTimes& times) {
     const auto field = FindField(extra, kNtfsField);
-    if (!field || field->size() != kNtfsLength || GetNumber<std::uint16_t>(*field, 4) != 1 ||
-        GetNumber<std::uint16_t>(*field, 6) != 24) {
+    if (!field || field->size() != kNtfsLength || GetNumber<std::uint16_t>(*field, kNtfsTag) != 1 ||
+        GetNumber<std::uint16_t>(*field, kNtfsSize) != kNtfsLength - kNtfsTimes) {
         return false;
     }
-    times.modified = GetNumber<Ticks>(*field, 8);
-    times.accessed = GetNumber<Ticks>(*field, 16);
-    times.created = GetNumber<Ticks>(*field, 24);
+    times.modified = GetNumber<Ticks>(*field, kNtfsTimes);
+    times.accessed = GetNumber<Ticks>(*field, kNtfsTimes + sizeof(Ticks));
+    times.created = GetNumber<Ticks>(*field, kNtfsTimes + 2 * sizeof(Ticks));
     return times.modified != 0 &&
            std::max({times.modified, times.accessed, times.created}) < kEndOfTime;
 }
 
 bool ReadUnixTime(std::string_view extra, platform::FileTimes& times) {
     const auto field = FindField(extra, kUnixTimeField);
-    if (!field || field->size() < 5 || ((*field)[0] & 1) == 0) {
+    if (!field || field->size() < kUnixTimeLength || ((*field)[0] & kUnixHasModified) == 0) {
         return false;
     }
-    const std::int64_t seconds =
-        static_cast<std::int32_t>(GetNumber<std::uint32_t>(*field, 1)) + kUnixEpoch;
+    const std::int64_t seconds = GetNumber<std::int32_t>(*field, kUnixModified) + kUnixEpoch;
     times = {static_cast<Ticks>(seconds * kTicksPerSecond), 0, 0};
     return true;
 }
@@ -114,7 +94,7 @@ void ReadUnixMode(std::uint32_t mode, StoredEntry& entry) {
     entry.is_folder |= (mode & kTypeMask) == kTypeFolder;
     entry.is_link = (mode & kTypeMask) == kTypeLink;
     entry.attributes = entry.is_folder ? 0 : attribute::kArchive;
-    // For a folder it would mean something else than it does here.
+    // A folder without it refuses new files; a folder with the DOS attribute does not.
     if ((mode & kAnyWrite) == 0 && !entry.is_folder) {
         entry.attributes |= attribute::kReadOnly;
     }
@@ -148,7 +128,23 @@ bool IsUtf8(std::string_view text) {
     return true;
 }
 
-std::string Repaired(std::string_view text) { return utf::ToUtf8(utf::ToUtf16(text)); }
+// A stored name as UTF-8: flagged as such; else from `unicode_path`, the body of a field 7075 (""
+// if there is none), when it is valid; else unchanged when it is ASCII or valid UTF-8; else from
+// the OEM code page.
+std::string DecodeName(std::string_view raw, bool utf8_flag, std::string_view unicode_path,
+                       platform::CodePage& code_page) {
+    if (!utf8_flag && unicode_path.size() > kUnicodePathText && unicode_path[0] == 1) {
+        const auto crc = GetNumber<std::uint32_t>(unicode_path, kUnicodePathCrc);
+        const std::string_view path = unicode_path.substr(kUnicodePathText);
+        if (crc == Crc32(raw) && IsUtf8(path)) {
+            return std::string(path);
+        }
+    }
+    if (utf::IsAscii(raw) || IsUtf8(raw)) {
+        return std::string(raw);
+    }
+    return utf8_flag ? utf::ToUtf8(utf::ToUtf16(raw)) : code_page.DecodeOem(std::string(raw));
+}
 
 Ticks TicksOf(const LocalTime& time) {
     using namespace std::chrono;
@@ -164,7 +160,7 @@ LocalTime FromDos(std::uint32_t date_time) {
         return static_cast<int>((date_time >> shift) & ((1u << count) - 1));
     };
     LocalTime time;
-    time.year = 1980 + bits(25, 7);
+    time.year = kDosFirstYear + bits(25, 7);
     time.month = std::clamp(bits(21, 4), 1, 12);
     const std::chrono::year_month_day_last last(
         std::chrono::year(time.year),
@@ -188,43 +184,47 @@ Ticks TicksOfDosTime(std::uint32_t date_time, platform::Clock& clock) {
     return utc;
 }
 
-std::string DecodeName(std::string_view raw, bool utf8_flag, std::string_view unicode_path,
-                       platform::CodePage& code_page) {
-    constexpr std::size_t kPathStart = 5;  // behind version and CRC
-    if (!utf8_flag && unicode_path.size() > kPathStart && unicode_path[0] == 1) {
-        const auto crc = GetNumber<std::uint32_t>(unicode_path, 1);
-        const std::string_view path = unicode_path.substr(kPathStart);
-        if (crc == Crc32(reinterpret_cast<const std::uint8_t*>(raw.data()), raw.size()) &&
-            IsUtf8(path)) {
-            return std::string(path);
-        }
+std::optional<LocalHeader> ParseLocalHeader(std::string_view bytes) {
+    using namespace local_header;
+    if (bytes.size() < kFixedSize || !HasSignature(bytes, kLocalSignature)) {
+        return std::nullopt;
     }
-    if (utf::IsAscii(raw) || IsUtf8(raw)) {
-        return std::string(raw);
-    }
-    return utf8_flag ? Repaired(raw) : code_page.DecodeOem(std::string(raw));
+    LocalHeader header;
+    header.method = static_cast<Method>(GetNumber<std::uint16_t>(bytes, kMethod));
+    header.flags = GetNumber<std::uint16_t>(bytes, kFlags);
+    header.dos_time = GetNumber<std::uint32_t>(bytes, kDosTime);
+    header.crc = GetNumber<std::uint32_t>(bytes, kCrc);
+    header.packed_size = GetNumber<std::uint32_t>(bytes, kPackedSize);
+    header.size = GetNumber<std::uint32_t>(bytes, kSize);
+    header.name_length = GetNumber<std::uint16_t>(bytes, kNameLength);
+    header.extra_length = GetNumber<std::uint16_t>(bytes, kExtraLength);
+    return header;
 }
 
 std::size_t CentralRecordLength(std::string_view fixed_part) {
-    return kCentralSize + GetNumber<std::uint16_t>(fixed_part, 28) +
-           GetNumber<std::uint16_t>(fixed_part, 30) + GetNumber<std::uint16_t>(fixed_part, 32);
+    using namespace central_record;
+    return kFixedSize + GetNumber<std::uint16_t>(fixed_part, kNameLength) +
+           GetNumber<std::uint16_t>(fixed_part, kExtraLength) +
+           GetNumber<std::uint16_t>(fixed_part, kCommentLength);
 }
 
 CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
                                  platform::Clock& clock) {
+    using namespace central_record;
     CentralRecord result;
     StoredEntry& entry = result.entry;
-    entry.flags = GetNumber<std::uint16_t>(record, 8);
-    entry.method = GetNumber<std::uint16_t>(record, 10);
-    entry.crc = GetNumber<std::uint32_t>(record, 16);
-    entry.packed_size = GetNumber<std::uint32_t>(record, 20);
-    entry.size = GetNumber<std::uint32_t>(record, 24);
-    result.disk = GetNumber<std::uint16_t>(record, 34);
-    entry.offset = GetNumber<std::uint32_t>(record, 42);
-    const std::size_t name_length = GetNumber<std::uint16_t>(record, 28);
-    const std::string_view raw = record.substr(kCentralSize, name_length);
+    entry.flags = GetNumber<std::uint16_t>(record, kFlags);
+    entry.method = static_cast<Method>(GetNumber<std::uint16_t>(record, kMethod));
+    result.dos_time = GetNumber<std::uint32_t>(record, kDosTime);
+    entry.crc = GetNumber<std::uint32_t>(record, kCrc);
+    entry.packed_size = GetNumber<std::uint32_t>(record, kPackedSize);
+    entry.size = GetNumber<std::uint32_t>(record, kSize);
+    result.disk = GetNumber<std::uint16_t>(record, kDisk);
+    entry.offset = GetNumber<std::uint32_t>(record, kOffset);
+    const std::size_t name_length = GetNumber<std::uint16_t>(record, kNameLength);
+    const std::string_view raw = record.substr(kFixedSize, name_length);
     const std::string_view extra =
-        record.substr(kCentralSize + name_length, GetNumber<std::uint16_t>(record, 30));
+        record.substr(kFixedSize + name_length, GetNumber<std::uint16_t>(record, kExtraLength));
     ReadZip64(extra, result);
     result.disk_list = FindField(extra, kDiskListField).value_or("");
     entry.name = DecodeName(raw, (entry.flags & flag::kUtf8) != 0,
@@ -232,10 +232,10 @@ CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& co
     if (entry.name != raw) {
         entry.raw_name = raw;
     }
-    ReadAttributes(static_cast<unsigned char>(record[5]), GetNumber<std::uint32_t>(record, 38),
-                   entry);
+    ReadAttributes(static_cast<unsigned char>(record[kHost]),
+                   GetNumber<std::uint32_t>(record, kAttributes), entry);
     if (!ReadNtfsTimes(extra, entry.times) && !ReadUnixTime(extra, entry.times)) {
-        entry.times = {TicksOfDosTime(GetNumber<std::uint32_t>(record, 12), clock), 0, 0};
+        entry.times = {TicksOfDosTime(result.dos_time, clock), 0, 0};
     }
     return result;
 }

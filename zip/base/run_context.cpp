@@ -1,11 +1,11 @@
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 
 #include <algorithm>
+#include <exception>
 #include <thread>
 #include <utility>
 
 #include "common/display_text.h"
-#include "zip/base/stoppable_wait.h"
 
 namespace vantrel::zip {
 
@@ -13,12 +13,11 @@ namespace {
 
 // Longest time between two events, and so between the user's cancel and its effect.
 constexpr std::chrono::milliseconds kTick{50};
-// Messages that may wait to be raised; a longer queue would let memory grow with the number of
-// files.
-constexpr std::size_t kMostMessages = 8192;
-// So many waiting messages wake the caller's thread before its tick is over.
-constexpr std::size_t kManyMessages = kMostMessages / 2;
-// Messages raised between two progress events when many are waiting.
+// Queued messages; a longer queue would let memory grow with the number of files.
+constexpr std::size_t kMaxMessages = 8192;
+// This many queued messages wake the caller's thread before its tick ends.
+constexpr std::size_t kManyMessages = kMaxMessages / 2;
+// Messages raised between two progress events when many are queued.
 constexpr std::size_t kMessagesPerEvent = 256;
 
 }  // namespace
@@ -28,7 +27,7 @@ std::string Sentence(const std::string& what, const std::string& path, const Err
     return EscapeControls(path.empty() ? what + reason : what + ": " + path + reason);
 }
 
-struct RunChannel::Turn {
+struct RunChannel::PendingEvents {
     std::vector<ComponentMessage> messages;
     std::optional<std::string> question;
     bool last_event = false;
@@ -46,13 +45,13 @@ RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
     });
     std::exception_ptr thrown;
     for (bool over = false; !over;) {
-        Turn turn = NextTurn(clock);
-        over = turn.finished;
+        PendingEvents pending = WaitForEvents(clock);
+        over = pending.finished;
         if (thrown) {
             continue;
         }
         try {
-            Serve(events, turn);
+            Serve(events, pending);
         } catch (...) {
             thrown = std::current_exception();
             Cancel();
@@ -64,7 +63,7 @@ RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
     }
     const RunOutcome outcome = Outcome();
     if (outcome == RunOutcome::kFailed) {
-        events.Told({MessageKind::kError, failure_->number, 0, failure_->path, failure_->text, 0});
+        events.Told(*failure_);
     }
     return outcome;
 }
@@ -73,11 +72,11 @@ void RunChannel::FailOnError(const std::function<void()>& body) {
     try {
         body();
     } catch (const RunStopped&) {
-        // The reason is known already.
+        // The reason is recorded already.
     } catch (const Error& error) {
-        Fail({error.number(), "", error.description()});
+        Fail(Failure(error.number(), "", error.description()));
     } catch (const std::exception& error) {
-        Fail({error_number::kOutOfMemory, "", error.what()});
+        Fail(Failure(error_number::kOutOfMemory, "", error.what()));
     }
 }
 
@@ -97,14 +96,14 @@ void RunChannel::CheckStop() const {
 void RunChannel::Tell(ComponentMessage message) {
     message.text = EscapeControls(message.text);
     std::unique_lock lock(mutex_);
-    WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMostMessages; });
+    WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMaxMessages; });
     messages_.push_back(std::move(message));
     if (messages_.size() == kManyMessages) {
         caller_.notify_one();
     }
 }
 
-void RunChannel::RetryOrStop(const StepFailure& failure) {
+void RunChannel::RetryOrStop(const ComponentMessage& failure, const std::string& unattended) {
     const std::lock_guard one_at_a_time(asking_);
     CheckStop();
     std::unique_lock lock(mutex_);
@@ -115,9 +114,8 @@ void RunChannel::RetryOrStop(const StepFailure& failure) {
     const std::optional<Answer> answer = std::exchange(answer_, std::nullopt);
     question_.reset();
     lock.unlock();
-    if (answer == Answer::kNobody) {
-        const std::string& unattended = failure.text_unattended;
-        Fail({failure.number, failure.path, unattended.empty() ? failure.text : unattended, {}});
+    if (answer == Answer::kUnattended) {
+        Fail(Failure(failure.code, failure.path, unattended.empty() ? failure.text : unattended));
     }
     if (answer != Answer::kRetry) {
         throw RunStopped{};
@@ -133,7 +131,7 @@ void RunChannel::RaiseLastEvent() {
     CheckStop();
 }
 
-void RunChannel::Fail(const StepFailure& failure) {
+void RunChannel::Fail(const ComponentMessage& failure) {
     {
         const std::lock_guard lock(mutex_);
         if (!failure_ && !cancelled_) {
@@ -151,49 +149,49 @@ void RunChannel::Cancel() {
     stop_.request_stop();
 }
 
-RunChannel::Turn RunChannel::NextTurn(platform::Clock& clock) {
+RunChannel::PendingEvents RunChannel::WaitForEvents(platform::Clock& clock) {
     std::unique_lock lock(mutex_);
     const bool answered = answer_.has_value();
     const bool wanted = last_event_ == LastEvent::kWanted;
     if (messages_.empty() && (!question_ || answered) && !wanted && !finished_) {
         clock.Wait(caller_, lock, kTick);
     }
-    Turn turn;
-    turn.messages.swap(messages_);
+    PendingEvents pending;
+    pending.messages.swap(messages_);
     if (!answer_) {
-        turn.question = question_;
+        pending.question = question_;
     }
-    turn.last_event = last_event_ == LastEvent::kWanted;
-    turn.finished = finished_;
+    pending.last_event = last_event_ == LastEvent::kWanted;
+    pending.finished = finished_;
     background_.notify_all();
-    return turn;
+    return pending;
 }
 
-void RunChannel::Serve(RunEvents& events, Turn& turn) {
+void RunChannel::Serve(RunEvents& events, PendingEvents& pending) {
     std::size_t raised = 0;
-    for (const ComponentMessage& message : turn.messages) {
+    for (const ComponentMessage& message : pending.messages) {
         events.Told(message);
         if (++raised % kMessagesPerEvent == 0) {
             RaiseProgress(events);
         }
     }
-    if (turn.finished) {
+    if (pending.finished) {
         return;
     }
-    if (turn.last_event) {
+    if (pending.last_event) {
         RaiseLast(events);
     } else {
         RaiseProgress(events);
     }
-    if (turn.question) {
-        AnswerQuestion(events, *turn.question);
+    if (pending.question) {
+        AnswerQuestion(events, *pending.question);
     }
 }
 
 int RunChannel::Percent() const {
     const std::uint64_t total = total_;
     const std::uint64_t done = std::min<std::uint64_t>(done_, total);
-    // 100 is the last event's; in floating point because the product may not fit into 64 bits.
+    // 100 belongs to the last event; floating point because the product can exceed 64 bits.
     const double share = total == 0 ? 0 : static_cast<double>(done) / static_cast<double>(total);
     return std::min(static_cast<int>(share * 100), 99);
 }
@@ -224,7 +222,7 @@ void RunChannel::RaiseLast(RunEvents& events) {
     background_.notify_all();
 }
 
-// A run that is to stop asks nothing: a step may fail just before its thread notices the cancel.
+// A stopping run asks nothing: a step may fail just before its thread notices the cancel.
 void RunChannel::AnswerQuestion(RunEvents& events, const std::string& text) {
     const Answer answer = stop_.stop_requested() ? Answer::kCancel : Ask(events, text);
     const std::lock_guard lock(mutex_);
@@ -235,7 +233,7 @@ void RunChannel::AnswerQuestion(RunEvents& events, const std::string& text) {
 RunChannel::Answer RunChannel::Ask(RunEvents& events, const std::string& text) {
     Questions* const questions = events.Answers();
     if (questions == nullptr) {
-        return Answer::kNobody;
+        return Answer::kUnattended;
     }
     if (questions->AskRetry(text)) {
         return Answer::kRetry;

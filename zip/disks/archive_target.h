@@ -1,52 +1,49 @@
-// Where an archive comes to stand: its folders, its temporary name beside the target, and what runs
-// that were killed have left there.
+// Where an archive is written: its folders, its temporary name beside the target, and the files
+// that killed runs have left there. Used by one thread.
 #pragma once
 
-#include <stop_token>
 #include <string>
 #include <vector>
 
 #include "platform/machine.h"
-#include "zip/base/run_channel.h"
+#include "zip/base/run_context.h"
 
 namespace vantrel::zip {
 
 // Added to the archive's name while it is being written.
 constexpr const char* kTemporarySuffix = ".vantrel-new";
 
-class ArchivePlace {
+class ArchiveTarget {
   public:
-    ArchivePlace(const platform::Machine& machine, RunChannel& channel, std::string archive);
+    ArchiveTarget(const platform::Machine& machine, RunChannel& channel, std::string archive);
 
     const std::string& Archive() const { return archive_; }
     const std::string& Temporary() const { return temporary_; }
 
     // Removes temporary files that killed runs have left of an archive of this name: beside it, and
     // in date-and-time folders beside it or beside its own date-and-time folder; such a folder goes
-    // too when it is then empty. Only what begins as we begin an archive is touched. Fails
-    // silently.
+    // too when it is then empty. Only files that begin like an archive of ours are removed.
+    // Failures are ignored.
     void RemoveLeftovers();
-    // Makes the missing folders of the path; what fails is a question, or (Try) raised.
+    // Makes the missing folders of the path; a failure is a question, or (Try) raised.
     void MakeFolders();
     void TryMakeFolders();
-    // Puts the finished temporary file in the archive's place.
+    // Renames the finished temporary file to the archive's name, replacing an earlier archive.
     void Commit();
     // The folders that were made are on a disk that is no longer there.
     void ForgetFolders() { made_folders_.clear(); }
-    // Removes a file of ours, patiently; false when that fails.
+    // Removes a file of ours, with retries while it is locked; false when that fails.
     bool RemoveFile(const std::string& path);
     // Removes the temporary file if `created`, and the folders that MakeFolders made.
     void Abandon(bool created);
 
   private:
-    std::vector<std::string> MissingFolders();
     void MakeFolder(const std::string& folder);
     void RemoveLeftover(const std::string& folder);
     void RemoveLeftoversBelow(const std::string& folder);
     bool IsOurs(const std::string& path);
-    bool Exists(const std::string& folder);
 
-    platform::Machine machine_;
+    const platform::Machine& machine_;
     RunChannel& channel_;
     std::string archive_;
     std::string temporary_;

@@ -1,0 +1,123 @@
+// The link between the caller's thread, which raises events and does nothing that can block, and
+// the background threads, which do the work: progress, messages, questions, cancel and the end.
+//
+// The caller's thread stays inside RunChannel::Run for the whole run. It wakes every 50 ms, or when
+// a background thread has a question or many messages; it raises what is pending, and the events
+// may run a message loop. All other members are for background threads, which may be several.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "platform/machine.h"
+#include "zip/base/component_events.h"
+
+namespace vantrel::zip {
+
+// Unwinds a background thread when the run was cancelled or has failed; never leaves the engine.
+struct RunStopped {};
+
+// Waits on `condition` until `done()`, which is called with `lock` held; false when `stop` was
+// requested and it is not done. Polls `stop`: libstdc++ 12 on Windows can lose a stop-callback
+// wake-up in condition_variable_any, and hang.
+template <typename Done>
+bool WaitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>& lock,
+               const std::stop_token& stop, Done done) {
+    constexpr std::chrono::milliseconds kPoll{20};
+    while (!done()) {
+        if (stop.stop_requested()) {
+            return false;
+        }
+        condition.wait_for(lock, kPoll);
+    }
+    return true;
+}
+
+class RunChannel {
+  public:
+    // Runs `body` on a thread of its own and raises events until it has ended, at least every
+    // 50 ms. A failed run has raised an error message at its end.
+    RunOutcome Run(platform::Clock& clock, RunEvents& events, const std::function<void()>& body);
+
+    std::stop_token Token() const { return stop_.get_token(); }
+    // Throws RunStopped when the run is to end.
+    void CheckStop() const;
+
+    // Queues a message, its text with control characters made visible: a line break in a name must
+    // not begin a new line of a log. Blocks while thousands of messages are queued.
+    void Tell(ComponentMessage message);
+
+    // Asks whether to repeat a step that failed. Returns when it is to be repeated; throws
+    // RunStopped otherwise: an unattended run has failed, with `unattended` as the text if it is
+    // not ""; an attended one is cancelled. A run that is stopping asks nothing.
+    void RetryOrStop(const ComponentMessage& failure, const std::string& unattended = "");
+
+    // Ends the run for a reason that no retry can change. The first failure counts.
+    void Fail(const ComponentMessage& failure);
+
+    // Whether per-file messages are wanted; warnings and errors are always delivered.
+    bool WantsEachFile() const { return wants_each_file_; }
+
+    // Runs `body` to its end on this thread; an error that it throws fails the run. Throws nothing.
+    void FailOnError(const std::function<void()>& body);
+
+    // Bytes of the complete run, 0 until known.
+    void SetTotal(std::uint64_t bytes) { total_ = bytes; }
+    // Adds to the bytes done; an excess over the total (a file that grew) is harmless.
+    void AddDone(std::uint64_t bytes) { done_ += bytes; }
+    void SetFilePercent(int percent) { file_percent_ = percent; }
+
+    // Raises the last overall-progress event, 100, and waits until it has been raised. Throws
+    // RunStopped when that event cancels.
+    void RaiseLastEvent();
+
+  private:
+    enum class Answer { kRetry, kCancel, kUnattended };
+    enum class LastEvent { kNotYet, kWanted, kRaised };
+    struct PendingEvents;  // of one round of the caller's loop
+
+    void Cancel();
+    PendingEvents WaitForEvents(platform::Clock& clock);
+    void Serve(RunEvents& events, PendingEvents& pending);
+    void RaiseProgress(RunEvents& events);
+    void RaiseOverall(RunEvents& events, int percent);
+    void RaiseLast(RunEvents& events);
+    void AnswerQuestion(RunEvents& events, const std::string& text);
+    Answer Ask(RunEvents& events, const std::string& text);
+    int Percent() const;
+    RunOutcome Outcome();
+
+    std::stop_source stop_;
+    bool wants_each_file_ = true;  // set before the background thread starts
+    std::atomic<std::uint64_t> total_{0};
+    std::atomic<std::uint64_t> done_{0};
+    std::atomic<int> file_percent_{0};
+
+    std::mutex mutex_;  // guards the members below
+    std::condition_variable caller_;
+    std::condition_variable background_;
+    std::vector<ComponentMessage> messages_;
+    std::optional<std::string> question_;
+    std::optional<Answer> answer_;
+    LastEvent last_event_ = LastEvent::kNotYet;
+    bool finished_ = false;
+    bool cancelled_ = false;
+    std::optional<ComponentMessage> failure_;
+
+    std::mutex asking_;  // one question at a time
+
+    // Used by the caller's thread only.
+    int shown_percent_ = 0;
+    bool silent_ = false;  // the last event has been raised, or an event handler threw
+};
+
+}  // namespace vantrel::zip

@@ -1,0 +1,52 @@
+#include "zip/component.h"
+
+#include "common/error.h"
+#include "common/path.h"
+
+namespace vantrel::zip {
+
+Value Component::Get(int id) const {
+    const auto found = values_.find(id);
+    if (found == values_.end()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
+    return found->second;
+}
+
+void Component::Set(int id, const Value& value) {
+    const auto found = values_.find(id);
+    if (found == values_.end() || value.index() != found->second.index() ||
+        !IsAcceptable(id, value)) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
+    found->second = value;
+    if (id == action_id_) {
+        RunAction(std::get<std::int16_t>(value));
+    }
+}
+
+std::string Component::FullPath(const std::string& path) const {
+    return path::OnDriveOf(machine_.process.ApplicationFolder(), path);
+}
+
+void Component::Overall(int percent, bool& cancel) {
+    std::int32_t value = percent;
+    if (OverallProgress) {
+        OverallProgress(value, cancel);
+    }
+}
+
+void Component::OfFile(int percent) {
+    std::int32_t value = percent;
+    if (FileProgress) {
+        FileProgress(value);
+    }
+}
+
+void Component::Told(const ComponentMessage& message) {
+    if (Message) {
+        Message(message);
+    }
+}
+
+}  // namespace vantrel::zip

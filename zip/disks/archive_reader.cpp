@@ -1,0 +1,216 @@
+#include "zip/disks/archive_reader.h"
+
+#include <algorithm>
+
+#include "common/path.h"
+#include "zip/base/retry.h"
+#include "zip/disks/disk_prompt.h"
+
+namespace vantrel::zip {
+
+// The position of an offset that may be past the end of its disk.
+DiskSet::Position DiskSet::Find(std::uint64_t offset) {
+    Position at{DiskOfOffset(offset), offset - OffsetOnDisk(DiskOfOffset(offset), 0)};
+    while (at.disk + 1 < identity_.disks) {
+        if (at.disk >= sizes_.size() || sizes_[at.disk] == 0) {
+            RequireDisk(at.disk);
+        }
+        if (at.offset < sizes_[at.disk]) {
+            break;
+        }
+        at.offset -= sizes_[at.disk];
+        ++at.disk;
+    }
+    return at;
+}
+
+std::size_t DiskSet::ReadAt(std::uint64_t offset, void* out, std::size_t count) {
+    std::size_t total = 0;
+    while (total < count) {
+        const std::size_t got =
+            ReadAhead(offset + total, static_cast<char*>(out) + total, count - total);
+        if (got == 0) {
+            break;
+        }
+        total += got;
+    }
+    return total;
+}
+
+std::size_t DiskSet::ReadAhead(std::uint64_t offset, void* out, std::size_t count) {
+    const Position at = Find(offset);
+    if (at.disk >= identity_.disks) {
+        return 0;
+    }
+    return ReadOnDisk(at, static_cast<char*>(out), count);
+}
+
+std::size_t DiskSet::ReadOnDisk(Position at, char* out, std::size_t count) {
+    for (;;) {
+        RequireDisk(at.disk);
+        try {
+            file_->Seek(at.offset);
+            return file_->Read(out, count);
+        } catch (const Error& error) {
+            file_.reset();
+            Ask(error.number(), at.disk, ReadErrorNote(error));
+        }
+    }
+}
+
+void DiskSet::RequireDisk(std::uint32_t disk) {
+    if (file_ && disk_ == disk) {
+        return;
+    }
+    for (;;) {
+        file_.reset();  // so that the disk can be taken out
+        const std::string why = OpenDisk(disk);
+        if (why.empty()) {
+            disk_ = disk;
+            sizes_.resize(std::max<std::size_t>(sizes_.size(), disk + std::size_t{1}));
+            sizes_[disk] = file_->Size();
+            return;
+        }
+        file_.reset();
+        Ask(error_number::kDiskNotReady, disk, why);
+    }
+}
+
+void DiskSet::Ask(int code, std::uint32_t disk, const std::string& note) {
+    ask_(Failure(code, path_, PromptToRead(disk + 1, identity_.disks, path_, note)));
+}
+
+// Opens the archive's file on the disk in the drive; returns why that is not disk `disk`, "" if it
+// is.
+std::string DiskSet::OpenDisk(std::uint32_t disk) {
+    try {
+        if (!files_.Find(path::Root(path_))) {
+            return NoDiskNote();
+        }
+        const auto info = files_.Find(path_);
+        if (!info) {
+            return MissingNote(path_);
+        }
+        file_ = files_.Open(path_, platform::OpenMode::kRead);
+        return identity_.Matches(*file_, disk) && !IsAnother(*info, disk) ? "" : OtherDiskNote();
+    } catch (const Error& error) {
+        return ReadErrorNote(error);
+    }
+}
+
+// A disk that cannot be verified must at least not be one that was in the drive before, most likely
+// because it was not changed.
+bool DiskSet::IsAnother(const platform::FileInfo& info, std::uint32_t disk) {
+    const Seen here{{info.size, DiskIdentity::HeadCrc(*file_)}, info.times.modified};
+    if (!identity_.CanVerify(disk)) {
+        const auto is_here = [&](const auto& other) {
+            return other.first != disk && other.second == here;
+        };
+        const auto is_listed = [&](const auto& other) { return other.second == here.file; };
+        if (std::any_of(seen_.begin(), seen_.end(), is_here) ||
+            std::any_of(identity_.listed.begin(), identity_.listed.end(), is_listed)) {
+            return true;
+        }
+    }
+    seen_[disk] = here;
+    return false;
+}
+
+platform::File& ArchiveSource::Opened() {
+    if (!file_) {
+        file_ = files_.Open(path_, platform::OpenMode::kRead);
+        position_ = 0;
+        if (channel_ != nullptr && file_->Size() != expected_size_) {
+            throw Error(error_number::kDeviceIo, "", "It is another archive than before");
+        }
+    }
+    return *file_;
+}
+
+template <typename Step>
+auto ArchiveSource::Try(Step step) {
+    const auto once = [&] {
+        try {
+            return step(Opened());
+        } catch (const Error&) {
+            file_.reset();  // a disk that is inserted again needs a new handle
+            throw;
+        }
+    };
+    return channel_ == nullptr
+               ? once()
+               : UntilItWorks(*channel_, Cannot("The archive cannot be read", path_), once);
+}
+
+void ArchiveSource::AskOn(RunChannel& channel, const Directory& directory) {
+    channel_ = &channel;
+    expected_size_ = directory.archive_size;
+    if (directory.disks.IsSpanned()) {
+        ask_ = [&channel](const ComponentMessage& failure) { channel.RetryOrStop(failure); };
+        OpenAsSpanned(directory.disks);
+    }
+}
+
+void ArchiveSource::AskForDisks(platform::Drives& drives, AskForDisk ask) {
+    ask_ = std::move(ask);
+    removable_ = drives.Type(path::Root(path_)) == platform::drive_type::kRemovable;
+}
+
+bool ArchiveSource::OpenAsSpanned(const DiskIdentity& disks) {
+    if (!ask_) {
+        return false;
+    }
+    file_.reset();
+    set_ = std::make_unique<DiskSet>(files_, path_, disks, ask_);
+    return true;
+}
+
+bool ArchiveSource::MayBeSpanned() {
+    const bool starts_like_one = HasSignature(Bytes(0, kSignatureSize), kSpannedMarker);
+    return removable_ || starts_like_one;
+}
+
+bool ArchiveSource::ChangeToLastDisk() {
+    if (!ask_ || !MayBeSpanned()) {
+        return false;
+    }
+    std::string note = NotLastNote();
+    for (;;) {
+        file_.reset();  // so that the disk can be taken out
+        ask_(Failure(error_number::kDiskNotReady, path_, PromptToRead(0, 0, path_, note)));
+        try {
+            Opened();
+            return true;
+        } catch (const Error& error) {
+            const int number = error.number();
+            const bool missing =
+                number == error_number::kFileNotFound || number == error_number::kPathNotFound;
+            note = missing ? MissingNote(path_) : ReadErrorNote(error);
+        }
+    }
+}
+
+std::uint64_t ArchiveSource::Size() {
+    return Try([](platform::File& file) { return file.Size(); });
+}
+
+std::size_t ArchiveSource::ReadAhead(std::uint64_t offset, void* out, std::size_t count) {
+    return set_ ? set_->ReadAhead(offset, out, count) : ReadAt(offset, out, count);
+}
+
+std::size_t ArchiveSource::ReadAt(std::uint64_t offset, void* out, std::size_t count) {
+    if (set_) {
+        return set_->ReadAt(offset, out, count);
+    }
+    return Try([&](platform::File& file) {
+        if (position_ != offset) {
+            file.Seek(offset);
+            position_ = offset;
+        }
+        const std::size_t got = file.Read(out, count);
+        position_ += got;
+        return got;
+    });
+}
+
+}  // namespace vantrel::zip

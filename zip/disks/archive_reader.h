@@ -1,0 +1,102 @@
+// Random reading of an archive on disk, in one file or on several disks (a spanned archive). Asks
+// for a disk when it is needed and not in the drive, and when the medium is gone. An object belongs
+// to one thread.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/machine.h"
+#include "zip/base/bytes.h"
+#include "zip/base/run_context.h"
+#include "zip/records/directory_reader.h"
+#include "zip/records/disk_identity.h"
+
+namespace vantrel::zip {
+
+// Asks whether to retry; returns when yes, throws otherwise.
+using AskForDisk = std::function<void(const ComponentMessage& failure)>;
+
+// The disks of a spanned archive, which are inserted into one drive one after the other.
+class DiskSet {
+  public:
+    // `identity` may still grow; it is consulted whenever a disk is inserted.
+    DiskSet(platform::FileSystem& files, std::string path, const DiskIdentity& identity,
+            AskForDisk ask)
+        : files_(files), path_(std::move(path)), identity_(identity), ask_(std::move(ask)) {}
+
+    // As the members of ByteSource; offsets hold their disk.
+    std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count);
+    std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count);
+
+  private:
+    struct Position {
+        std::uint32_t disk = 0;
+        std::uint64_t offset = 0;
+    };
+    Position Find(std::uint64_t offset);
+    std::size_t ReadOnDisk(Position at, char* out, std::size_t count);
+    void RequireDisk(std::uint32_t disk);
+    void Ask(int code, std::uint32_t disk, const std::string& note);
+    std::string OpenDisk(std::uint32_t disk);
+    bool IsAnother(const platform::FileInfo& info, std::uint32_t disk);
+
+    platform::FileSystem& files_;
+    std::string path_;
+    const DiskIdentity& identity_;
+    AskForDisk ask_;
+    std::unique_ptr<platform::File> file_;  // of disk_
+    std::uint32_t disk_ = 0;
+    std::vector<std::uint64_t> sizes_;  // of disks that were in the drive, otherwise 0
+    // Files that were in the drive, for disks that the directory does not identify.
+    struct Seen {
+        DiskIdentity::Listed file;
+        platform::Ticks modified = 0;
+        bool operator==(const Seen&) const = default;
+    };
+    std::map<std::uint32_t, Seen> seen_;
+};
+
+class ArchiveSource : public ByteSource, public DiskChanger {
+  public:
+    ArchiveSource(platform::FileSystem& files, std::string path)
+        : files_(files), path_(std::move(path)) {}
+
+    // From now on a failure is a question, repeated until the read succeeds or the run stops. So is
+    // an archive whose size differs from that of `directory`: another file has replaced the one
+    // that was listed. Disks of a spanned archive are asked for. `directory` is borrowed.
+    void AskOn(RunChannel& channel, const Directory& directory);
+
+    // From now on the disks of a spanned archive are asked for. A file without an end record is
+    // taken for one when it begins like one, or lies on a removable drive.
+    void AskForDisks(platform::Drives& drives, AskForDisk ask);
+
+    std::uint64_t Size() override;
+    std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count) override;
+    std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count) override;
+    bool ChangeToLastDisk() override;
+    bool OpenAsSpanned(const DiskIdentity& disks) override;
+
+  private:
+    template <typename Step>
+    auto Try(Step step);
+    platform::File& Opened();
+    bool MayBeSpanned();
+
+    platform::FileSystem& files_;
+    std::string path_;
+    RunChannel* channel_ = nullptr;
+    std::uint64_t expected_size_ = 0;
+    std::unique_ptr<platform::File> file_;
+    std::uint64_t position_ = 0;
+    AskForDisk ask_;
+    bool removable_ = false;
+    std::unique_ptr<DiskSet> set_;
+};
+
+}  // namespace vantrel::zip

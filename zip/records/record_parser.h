@@ -1,0 +1,69 @@
+// The records of an archive as values: what a local header or a central record states. Pure
+// functions that accept any bytes; entry_records.h is the opposite direction.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/machine.h"
+#include "zip/records/format.h"
+
+namespace vantrel::zip {
+
+// One entry of an archive, as its directory describes it.
+struct StoredEntry {
+    std::string name;      // UTF-8, as stored
+    std::string raw_name;  // the name's bytes where they differ from `name`, otherwise ""
+    std::uint64_t size = 0;
+    std::uint64_t packed_size = 0;
+    std::uint64_t offset = 0;  // of the local header, from the first byte of the file
+    platform::FileTimes times;
+    std::uint32_t crc = 0;
+    std::uint32_t attributes = 0;
+    Method method = Method::kStored;  // any number
+    std::uint16_t flags = 0;
+    bool is_folder = false;
+    bool is_link = false;
+
+    const std::string& RawName() const { return raw_name.empty() ? name : raw_name; }
+};
+
+// The fixed part of a local header (APPNOTE 4.3.7). With flag::kDescriptor, CRC and sizes follow
+// the data.
+struct LocalHeader {
+    Method method = Method::kStored;
+    std::uint16_t flags = 0;
+    std::uint32_t dos_time = 0;
+    std::uint32_t crc = 0;
+    std::uint32_t packed_size = 0;
+    std::uint32_t size = 0;
+    std::size_t name_length = 0;
+    std::size_t extra_length = 0;
+};
+// Of bytes that begin with a local header; nothing when they do not, or are fewer than its fixed
+// part.
+std::optional<LocalHeader> ParseLocalHeader(std::string_view bytes);
+
+// Length of the complete central record that begins with these bytes of its fixed part.
+std::size_t CentralRecordLength(std::string_view fixed_part);
+
+// Of one complete record (APPNOTE 4.3.12). Extra fields of a wrong length are ignored. Times come
+// from field 000A, else from 5455, else from the DOS time, which is local. Offset and disk are as
+// stored.
+struct CentralRecord {
+    StoredEntry entry;
+    std::uint32_t disk = 0;
+    std::uint32_t dos_time = 0;
+    std::string_view disk_list;  // body of kDiskListField, "" if there is none; of the record
+};
+CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
+                                 platform::Clock& clock);
+
+// The time of a DOS date (high half) and time (APPNOTE 4.4.6), both local. A date that does not
+// exist becomes the nearest that does.
+platform::Ticks TicksOfDosTime(std::uint32_t date_time, platform::Clock& clock);
+
+}  // namespace vantrel::zip
