@@ -228,12 +228,10 @@ set(VIEWS_WIN32_TESTS
     tests/views/win32_seeing.cpp)
 # Those that the race detector looks at as well.
 set(ZIP_THREAD_TESTS
-    tests/zip/archive_reader.cpp
     tests/zip/archive_writer_test.cpp
     tests/zip/file_queue_test.cpp
     tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
-    tests/zip/memory_file_system.cpp
     tests/zip/message_text_test.cpp
     tests/zip/no_question_test.cpp
     tests/zip/pkunzip_test.cpp
@@ -248,8 +246,7 @@ set(ZIP_THREAD_TESTS
     tests/zip/spanning_write_test.cpp
     tests/zip/unreadable_files_test.cpp
     tests/zip/writer_close_test.cpp
-    tests/zip/writer_failure_test.cpp
-    tests/zip/zip_builder.cpp)
+    tests/zip/writer_failure_test.cpp)
 # The compressor's level of our own, which these compile with sanitizers; the library has it without.
 set(DEFLATE_LEVEL_SOURCES
     zip/deflate/libdeflate/block_split.inc
@@ -261,8 +258,6 @@ set(DEFLATE_LEVEL_SOURCES
     zip/deflate/libdeflate/tuned_level.c
     zip/deflate/libdeflate/tuned_state.inc)
 set(DEFLATE_TESTS
-    tests/zip/archive_reader.cpp
-    tests/zip/memory_file_system.cpp
     tests/zip/tuned_level_test.cpp)
 set(ZIP_TESTS
     tests/zip/deflate_test.cpp
@@ -271,8 +266,6 @@ set(ZIP_TESTS
     tests/zip/entry_records_test.cpp
     tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp
-    tests/zip/hostile_names.cpp
-    tests/zip/hostile_structures.cpp
     tests/zip/inflate64_test.cpp
     tests/zip/limits_test.cpp
     tests/zip/other_readers_test.cpp
@@ -324,9 +317,7 @@ set(RESTORE_TESTS
     tests/restore/restore_meanwhile_test.cpp
     tests/restore/restore_run_test.cpp
     tests/restore/restore_window_test.cpp
-    tests/restore/unlisted_archive_test.cpp
-    tests/zip/memory_file_system.cpp
-    tests/zip/zip_builder.cpp)
+    tests/restore/unlisted_archive_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp
     tests/ui/backup_lists_test.cpp
@@ -362,9 +353,7 @@ set(FAULTS_TESTS
     tests/faults/restore_faults_test.cpp
     tests/faults/sets_faults_test.cpp
     tests/faults/spanned_faults_test.cpp
-    tests/faults/wholeness.cpp
-    tests/zip/archive_reader.cpp
-    tests/zip/memory_file_system.cpp)
+    tests/faults/wholeness.cpp)
 
 # End-to-end tests: helper programs for Windows, and the Python files that ctest runs.
 set(END_TO_END_HELPERS
@@ -393,11 +382,9 @@ set(END_TO_END_TESTS
     tests/end_to_end/restore_test.py
     tests/end_to_end/spanning_test.py
     tests/end_to_end/start_test.py)
-set(FUZZ_SUPPORT_SOURCES
-    tests/support/recording_mail.cpp
-    tests/support/test_clock.cpp
-    tests/support/test_machine.cpp
-    tests/support/test_services.cpp
+# Archives of the tests' own: built, damaged and read, for several test programs and the fuzz targets.
+set(ARCHIVE_SUPPORT_SOURCES
+    tests/zip/archive_reader.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
     tests/zip/memory_file_system.cpp
@@ -410,3 +397,22 @@ set(FUZZ_TARGETS
     tests/fuzz/path_fuzz.cpp
     tests/fuzz/profile_fuzz.cpp
     tests/fuzz/trim_fuzz.cpp)
+# Compiled alone: each defines a name that another source of its target defines as well.
+set(NOT_IN_UNITY
+    tests/backupset/profile_file_test.cpp
+    tests/backupset/set_test.cpp
+    tests/faults/list_faults_test.cpp
+    tests/faults/log_faults_test.cpp
+    tests/faults/long_values_test.cpp
+    tests/faults/sets_faults_test.cpp
+    tests/faults/spanned_faults_test.cpp
+    tests/platform/host_test.cpp
+    tests/protect/damaged_list_test.cpp
+    tests/protect/folder_tree_test.cpp
+    tests/restore/protected_names_test.cpp
+    tests/ui/log_tab_test.cpp
+    tests/ui/mailing_test.cpp
+    tests/zip/pkzip_test.cpp
+    zip/disks/volume.cpp
+    zip/pkzip.cpp
+    zip/records/entry_records.cpp)

@@ -7,18 +7,18 @@ foreach(source IN LISTS END_TO_END_HELPERS END_TO_END_WINDOWLESS)
     set_target_properties(${helper} PROPERTIES
                           RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/end_to_end)
 endforeach()
-# They have no console, which would be a window and take the keyboard.
+# Without a console, which would be a window and take the keyboard focus.
 foreach(source IN LISTS END_TO_END_WINDOWLESS)
     cmake_path(GET source STEM helper)
     set_target_properties(${helper} PROPERTIES WIN32_EXECUTABLE ON)
 endforeach()
 
-# The mail program of the tests, a library that a test registers in its prefix.
+# The tests' mail program, a library that a test registers in its Wine prefix.
 foreach(source IN LISTS END_TO_END_LIBRARIES)
     cmake_path(GET source STEM library)
     add_library(${library} SHARED ${source})
     target_link_libraries(${library} PRIVATE vantrel_options)
-    # By the names as written, as callers look for them; 32-bit compilers decorate them.
+    # Exports undecorated names, which the callers look up; 32-bit compilers decorate them.
     target_link_options(${library} PRIVATE -Wl,--kill-at)
     set_target_properties(${library} PROPERTIES PREFIX ""
                           RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/end_to_end)
@@ -36,6 +36,6 @@ endforeach()
 set_tests_properties(end_to_end_spanning_test end_to_end_main_window_test views_tests
                      PROPERTIES COST 1000)
 
-# A few rounds of what goes on for hours (docs/testing.md, "Faults").
+# A few rounds of a test that otherwise runs for hours (docs/testing.md, "Faults").
 add_test(NAME soak COMMAND ${VANTREL_PYTHON} ${CMAKE_SOURCE_DIR}/tests/soak/soak.py --rounds 8)
 set_tests_properties(soak PROPERTIES ENVIRONMENT VANTREL_BUILD=${CMAKE_BINARY_DIR})

@@ -1,13 +1,11 @@
-# Fuzz targets, for Clang and its libFuzzer, over the rooms that the tests use. scripts/fuzz runs them.
-add_library(fuzz_support STATIC ${FUZZ_SUPPORT_SOURCES})
-target_link_libraries(fuzz_support PUBLIC vantrel_log vantrel_zip vantrel_machine)
+# Fuzz targets, for Clang and its libFuzzer, over the modules that the tests use. scripts/fuzz runs them.
 add_executable(make_seeds tests/fuzz/make_seeds.cpp)
-target_link_libraries(make_seeds PRIVATE fuzz_support)
+target_link_libraries(make_seeds PRIVATE vantrel_archive_test_support vantrel_log)
 add_custom_target(fuzzers DEPENDS make_seeds)
 foreach(source IN LISTS FUZZ_TARGETS)
     cmake_path(GET source STEM target)
     add_executable(${target} ${source})
-    target_link_libraries(${target} PRIVATE fuzz_support)
+    target_link_libraries(${target} PRIVATE vantrel_archive_test_support vantrel_log)
     target_link_options(${target} PRIVATE -fsanitize=fuzzer)
     add_dependencies(fuzzers ${target})
 endforeach()

@@ -1,4 +1,4 @@
-# The product's name, version and notice, from the one place where they stand: common/product.h.
+# The product's name, version and notice, from the only file that defines them, common/product.h.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
              ${CMAKE_SOURCE_DIR}/common/product.h)
 file(READ ${CMAKE_SOURCE_DIR}/common/product.h product_header)

@@ -7,32 +7,36 @@ add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
 if(NOT WIN32)
     list(APPEND TEST_SUPPORT_SOURCES ${TEST_SUPPORT_HOST_SOURCES})
 endif()
-vantrel_room(test_support SOURCES ${TEST_SUPPORT_SOURCES}
-             BELOW vantrel_forms vantrel_machine GTest::gmock GTest::gtest)
-
-# It is not what is tested.
-if(VANTREL_SANITIZE MATCHES address)
-    foreach(package gtest gtest_main gmock)
-        target_compile_options(${package} PRIVATE -fno-sanitize=all)
-    endforeach()
+vantrel_module(test_support SOURCES ${TEST_SUPPORT_SOURCES}
+               BELOW vantrel_forms vantrel_machine GTest::gmock GTest::gtest)
+if(NOT WIN32)
+    vantrel_module(archive_test_support SOURCES ${ARCHIVE_SUPPORT_SOURCES}
+                   BELOW vantrel_test_support vantrel_zip)
 endif()
 
-# Building tests takes longer than running them: their own code is not optimised, nor searched for
-# undefined behaviour, which the code that they test is.
+# The test library is not under test: without optimisation, and without the address sanitizer.
+foreach(package gtest gtest_main gmock)
+    target_compile_options(${package} PRIVATE -O0)
+    if(VANTREL_SANITIZE MATCHES address)
+        target_compile_options(${package} PRIVATE -fno-sanitize=all)
+    endif()
+endforeach()
+
+# Compiling tests takes longer than running them, so their own code is neither optimised nor checked for
+# undefined behaviour; the code under test is.
 set(VANTREL_TEST_OPTIONS -O0)
 if(VANTREL_SANITIZE MATCHES undefined)
     list(APPEND VANTREL_TEST_OPTIONS -fno-sanitize=undefined)
 endif()
 
-# The test library's headers take longer to read than most tests take to compile: read once for all.
+# The test library's headers take longer to parse than most tests take to compile, so they are precompiled.
 add_library(vantrel_test_headers OBJECT tests/support/precompiled.cpp)
 target_compile_options(vantrel_test_headers PRIVATE ${VANTREL_TEST_OPTIONS})
 target_link_libraries(vantrel_test_headers PRIVATE vantrel_options GTest::gmock GTest::gtest)
 target_precompile_headers(vantrel_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
 
-# One executable a room; ctest runs it natively (THROUGH a script that arranges something), or under
-# Wine where it was cross-built (with a SCREEN where windows are shown). Long ones run in SHARDS, side by
-# side.
+# One executable for each module. ctest runs it natively (THROUGH a script that prepares the machine), or
+# under Wine if it was cross-built (with a SCREEN if it shows windows). Long ones run in parallel SHARDS.
 function(vantrel_tests name)
     cmake_parse_arguments(TESTS "SCREEN" "SHARDS" "SOURCES;LINK;THROUGH" ${ARGN})
     if(NOT TESTS_SOURCES)
@@ -69,7 +73,7 @@ function(vantrel_tests name)
     endif()
 endfunction()
 
-# The seam's conformance suite runs over both implementations; what stands on the seam is portable
+# The platform interface's conformance suite runs over both implementations. Everything above it is portable
 # and is tested on the host, under sanitizers.
 if(WIN32)
     list(APPEND PLATFORM_TESTS ${PLATFORM_WIN32_TESTS})
@@ -79,7 +83,7 @@ endif()
 vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine
               THROUGH ${CMAKE_SOURCE_DIR}/scripts/with-full-disk)
 
-# One suite for the controls by themselves and for the real ones that show them.
+# One suite for the controls as plain objects and for the real Windows controls.
 if(WIN32)
     list(APPEND VIEWS_TESTS ${VIEWS_WIN32_TESTS})
 else()
@@ -91,7 +95,7 @@ if(WIN32)
     vantrel_show_windows(views_tests)
     target_link_libraries(views_tests PRIVATE vantrel_app)
     add_dependencies(views_tests vantrel_clip)
-    # A second program for tests to start; it stands beside them.
+    # A second program for the tests to start, in the same folder.
     add_executable(process_probe tests/platform/process_probe.cpp)
     target_link_libraries(process_probe PRIVATE vantrel_machine)
     add_dependencies(platform_tests process_probe)
@@ -101,9 +105,9 @@ else()
     if(NOT VANTREL_SANITIZE STREQUAL "thread")
         list(APPEND ZIP_THREAD_TESTS ${ZIP_TESTS})
     endif()
-    vantrel_tests(zip SHARDS 4 SOURCES ${ZIP_THREAD_TESTS} LINK vantrel_zip)
+    vantrel_tests(zip SHARDS 4 SOURCES ${ZIP_THREAD_TESTS} LINK vantrel_archive_test_support)
     if(NOT VANTREL_SYSTEM_LIBDEFLATE)
-        vantrel_tests(deflate SOURCES ${DEFLATE_TESTS} LINK vantrel_zip)
+        vantrel_tests(deflate SOURCES ${DEFLATE_TESTS} LINK vantrel_archive_test_support)
     endif()
     if(TARGET deflate_level)
         target_sources(deflate_tests PRIVATE $<TARGET_OBJECTS:deflate_level>)
@@ -113,11 +117,11 @@ else()
     vantrel_tests(system SOURCES ${SYSTEM_TESTS} LINK vantrel_system)
     vantrel_tests(protect SOURCES ${PROTECT_TESTS} LINK vantrel_protect)
     vantrel_tests(backup SOURCES ${BACKUP_TESTS} LINK vantrel_backup)
-    vantrel_tests(restore SOURCES ${RESTORE_TESTS} LINK vantrel_restore)
+    vantrel_tests(restore SOURCES ${RESTORE_TESTS}
+                  LINK vantrel_restore vantrel_archive_test_support)
     vantrel_tests(ui SOURCES ${UI_TESTS} LINK vantrel_ui)
     vantrel_tests(app SOURCES ${APP_TESTS} LINK vantrel_app)
-    vantrel_tests(faults SOURCES ${FAULTS_TESTS} LINK vantrel_app)
-    target_link_libraries(faults_tests PRIVATE vantrel_zip)
+    vantrel_tests(faults SOURCES ${FAULTS_TESTS} LINK vantrel_app vantrel_archive_test_support)
     # The longest ones first; they wait for the disk.
     set_tests_properties(faults_tests PROPERTIES COST 1000)
 endif()

@@ -18,7 +18,7 @@ list(TRANSFORM control_names REPLACE "#define (.+)" "VANTREL_CONTROL(\\1)\n")
 string(CONCAT control_table ${control_names})
 file(CONFIGURE OUTPUT ${VANTREL_GENERATED}/control_ids.inc CONTENT "${control_table}" @ONLY)
 
-# Pictures and the clip are drawn by scripts.
+# Scripts draw the pictures and the animation.
 set(VANTREL_DRAWING ${CMAKE_SOURCE_DIR}/scripts/drawing.py)
 set(VANTREL_PICTURES)
 foreach(picture product folder open_folder protected_folder backup_set files archive destination)
@@ -42,8 +42,8 @@ add_custom_command(
             ${CMAKE_SOURCE_DIR}/docs/guide.md ${VANTREL_APP}/guide.html ${VANTREL_VERSION_TEXT}
     DEPENDS scripts/make-guide docs/guide.md common/product.h VERBATIM)
 
-# A fresh installation protects no folder: the list that the program itself would create, so that a
-# first restore finds one.
+# A new installation protects no folder: this list is the one that the program itself would create, and
+# the first restore needs it.
 string(CONCAT protected_list
     ";---------------------------\n"
     ";  Quennell Backup Utility  \n"
@@ -63,9 +63,9 @@ set_source_files_properties(
 set_source_files_properties(${VANTREL_GENERATED}/version.rc PROPERTIES OBJECT_DEPENDS
                             ${VANTREL_GENERATED}/vantrel.manifest)
 
-# The windows, and the resources that an executable needs to show them.
+# The windows, and the resources that an executable needs for them.
 enable_language(RC)
-vantrel_room(views SOURCES ${VIEWS_WIN32_SOURCES} BELOW vantrel_forms)
+vantrel_module(views SOURCES ${VIEWS_WIN32_SOURCES} BELOW vantrel_forms)
 target_include_directories(vantrel_views PRIVATE ${VANTREL_GENERATED})
 target_link_libraries(vantrel_views PUBLIC comctl32 comdlg32 uxtheme gdi32 ole32 uuid)
 function(vantrel_show_windows name)
@@ -86,7 +86,7 @@ if(VANTREL_EXE_SOURCES)
     add_custom_target(vantrel_guide ALL DEPENDS ${VANTREL_APP}/guide.html)
     add_dependencies(Vantrel vantrel_clip vantrel_guide)
 
-    # What a package holds, and nothing that a user has put beside it: `cmake --install`.
+    # The files of a package, without those that a user has added: `cmake --install`.
     install(TARGETS Vantrel RUNTIME DESTINATION .)
     install(FILES ${VANTREL_GENERATED}/Vantrel.Cfg ${VANTREL_APP}/guide.html DESTINATION .)
     install(FILES ${VANTREL_APP}/System/FileCopy.AVI DESTINATION System)

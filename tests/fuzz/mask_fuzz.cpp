@@ -14,7 +14,7 @@ namespace {
 using vantrel::test::Demand;
 
 // Characters. The matchers below try every way, which takes too long for longer texts.
-constexpr std::size_t kLongest = 12;
+constexpr std::size_t kMaxLength = 12;
 
 std::u32string Characters(std::string_view utf8) {
     std::u32string text;
@@ -22,7 +22,7 @@ std::u32string Characters(std::string_view utf8) {
     return text;
 }
 
-// A mask as its user reads it: what each character means is told from its neighbours.
+// A mask as its user reads it: the meaning of each character depends on its neighbours.
 class SlowDosMask {
   public:
     explicit SlowDosMask(std::u32string mask) : mask_(std::move(mask)) {
@@ -92,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::u32string name_characters = Characters(letters.Fold(name));
     // Neither a name nor a mask can hold these.
     const bool has_forbidden = mask.find_first_of("<>\"") != std::string::npos;
-    const bool is_long = mask_characters.size() > kLongest || name_characters.size() > kLongest;
+    const bool is_long = mask_characters.size() > kMaxLength || name_characters.size() > kMaxLength;
 
     const bool matches = vantrel::zip::DosMask(letters, mask).Matches(name);
     const bool classic = vantrel::forms::MatchesMask(letters, name, mask);

@@ -1,4 +1,4 @@
-"""scripts/coverage must count what ran, and fail where a room runs too little of itself."""
+"""scripts/coverage counts the lines that ran, and fails if too few lines of a module ran."""
 import os
 import subprocess
 import sys
@@ -41,7 +41,7 @@ class Coverage(unittest.TestCase):
             f"CMAKE_HOME_DIRECTORY:INTERNAL={self.root}\n", encoding="utf-8")
 
     def compile(self, name, text):
-        """Into the library of the room."""
+        """Compiles into the library of the module."""
         source = self.root / "zip" / f"{name}.cpp"
         source.write_text(text, encoding="utf-8")
         compiled = self.build / "CMakeFiles" / "vantrel_zip.dir" / "zip" / f"{name}.cpp.o"
@@ -62,14 +62,14 @@ class Coverage(unittest.TestCase):
                               text=True, check=False)
         return done.returncode, done.stdout
 
-    def test_room_that_ran_as_a_whole_passes(self):
+    def test_completely_run_module_passes(self):
         self.compile("a", ALL)
         self.run_program()
         status, text = self.look()
         self.assertEqual((status, text.split("\n")[0].split()),
                          (0, ["zip", "3", "of", "3", "lines", "100.0", "%"]))
 
-    def test_room_below_its_floor_fails_and_its_lines_are_named(self):
+    def test_module_below_the_minimum_fails_and_its_lines_are_named(self):
         self.compile("a", HALF)
         self.run_program()
         status, text = self.look("--lines")

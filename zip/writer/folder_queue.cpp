@@ -19,7 +19,7 @@ constexpr std::size_t kMaxListedAhead = 64;
 constexpr std::size_t kMaxWaitingEntries = 20'000;
 // Listings wait for each other inside the system: a third thread takes half as much processor time
 // again and gains nothing (under Wine, on a file system in memory).
-constexpr int kMaxThreads = 2;
+constexpr int kMaxListingThreads = 2;
 
 }  // namespace
 
@@ -35,7 +35,7 @@ struct FolderQueue::QueuedFolder {
 FolderQueue::FolderQueue(platform::FileSystem& files, std::string source, std::stop_token stop,
                          int threads)
     : files_(files), source_(std::move(source)), stop_(std::move(stop)) {
-    for (int i = 1; i < std::min(threads, kMaxThreads); ++i) {
+    for (int i = 1; i < std::min(threads, kMaxListingThreads); ++i) {
         helpers_.emplace_back([this] { HelperMain(); });
     }
 }
