@@ -32,7 +32,9 @@ void Frm_Splash::Form_Resize() { clsForm().Gradient(*this, 0, 0, 255, true); }
 // Start-up shows this window and runs pending events, which call this handler: start-up waits here.
 void Frm_Splash::Form_Activate() {
     Tim_Delay.SetEnabled(true);
-    while (!delay_elapsed_ && Loaded()) program().desktop.WaitEvents();
+    while (!delay_elapsed_ && Loaded()) {
+        program().desktop.WaitEvents();
+    }
 }
 
 void Frm_Splash::Tim_Delay_Timer() { delay_elapsed_ = true; }

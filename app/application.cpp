@@ -31,7 +31,9 @@ void Application::Main() {
     splash_.Refresh();
     desktop.DoEvents();
 
-    if (AnotherCopyRuns()) return;
+    if (AnotherCopyRuns()) {
+        return;
+    }
     WriteStartRecords();
     // Slow, since its lists query every drive. The splash is visible meanwhile, and a second copy
     // of the program has ended before.
@@ -41,7 +43,9 @@ void Application::Main() {
     desktop.Unload(splash_);
 
     const std::string command_line = program_.machine.process.CommandLine();
-    if (command_line.empty()) return;
+    if (command_line.empty()) {
+        return;
+    }
     RunUnattended(command_line);
     desktop.Unload(main_window);
 }
@@ -49,9 +53,13 @@ void Application::Main() {
 // Asks twice, with a log object created in between; the second answer decides.
 bool Application::AnotherCopyRuns() {
     clsApplication application(program_);
-    if (!application.PrevInstance()) return false;
+    if (!application.PrevInstance()) {
+        return false;
+    }
     clsLog log(program_);
-    if (!application.PrevInstance()) return false;
+    if (!application.PrevInstance()) {
+        return false;
+    }
     log.WriteToLog("PrevInstance", true);
     application.ShutDown(&splash_);
     program_.exit_code = forms::exit_code::kAlreadyRunning;

@@ -37,7 +37,9 @@ Frm_Backup::Frm_Backup(forms::Program& program, std::string set_name,
     PKZIP.FileProgress = [this](std::int32_t& percent) { PKZIP_FileProgress(percent); };
     PKZIP.Message = [this](const zip::ComponentMessage& message) { PKZIP_Message(message); };
     PKZIP.FatalStop = [this] { PKZIP_FatalStop(); };
-    if (!program.Unattended()) PKZIP.questions = this;
+    if (!program.Unattended()) {
+        PKZIP.questions = this;
+    }
 }
 
 std::string Frm_Backup::SetPath() const { return program().InApplicationFolder(set_name_); }
@@ -49,9 +51,13 @@ void Frm_Backup::Form_Activate() {
     set.Read_INI(SetPath());
     // The checks before the backup have read the same file. With other values now, something else
     // would be backed up.
-    if (!set.WasRead()) RaiseError(error_number::kPermissionDenied);
+    if (!set.WasRead()) {
+        RaiseError(error_number::kPermissionDenied);
+    }
     const std::string problem = set.BackupProblem();
-    if (!problem.empty()) throw Error(error_number::kBadFileName, name(), problem);
+    if (!problem.empty()) {
+        throw Error(error_number::kBadFileName, name(), problem);
+    }
     const Target target = MakeTarget(set);
     RunComponent(set, target);
     messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);
@@ -65,7 +71,9 @@ void Frm_Backup::Form_Activate() {
 
 Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
     std::string folder = set.BackupToDrive();
-    if (set.TimeBackup() == "ON") folder += DatedFolderNow(program().machine.clock) + "\\";
+    if (set.TimeBackup() == "ON") {
+        folder += DatedFolderNow(program().machine.clock) + "\\";
+    }
     return {folder, set.BackupFileName() + ".zip"};
 }
 

@@ -43,10 +43,16 @@ void Frm_BackupOptions::Form_Load() {
 }
 
 void Frm_BackupOptions::Cmd_Ok_Click() {
-    if (!ValidateEntries()) return;
-    if (Fld_BackupFile.Text().empty()) Fld_BackupFile.SetText("*.*");
+    if (!ValidateEntries()) {
+        return;
+    }
+    if (Fld_BackupFile.Text().empty()) {
+        Fld_BackupFile.SetText("*.*");
+    }
     const clsINI changed = WithValues();
-    if (!ValidateLengths(changed)) return;
+    if (!ValidateLengths(changed)) {
+        return;
+    }
     WriteKeys(changed);
     ShowOptions(main_, changed);
     program().desktop.Unload(*this);
@@ -68,7 +74,9 @@ bool Frm_BackupOptions::ValidateArchiveName() {
         ShowMessage("Unable to Save as no Backup Name has been entered.");
         return false;
     }
-    if (IsValidFileName(name)) return true;
+    if (IsValidFileName(name)) {
+        return true;
+    }
     ShowMessage("Unable to Save as " + name + " cannot be the name of a file.");
     return false;
 }
@@ -93,13 +101,17 @@ bool Frm_BackupOptions::ValidateVolumes() {
 
 // The source's folder comes from the set's file. Without it the file would lose its source.
 bool Frm_BackupOptions::RequireLoadedSet() {
-    if (set_.WasRead()) return true;
+    if (set_.WasRead()) {
+        return true;
+    }
     ShowMessage("Unable to Save as " + SetPath() + " could not be read.");
     return false;
 }
 
 bool Frm_BackupOptions::ValidateCharacters(const std::string& text) {
-    if (program().machine.code_page.Encode(text)) return true;
+    if (program().machine.code_page.Encode(text)) {
+        return true;
+    }
     ShowMessage("Unable to Save as " + text + " holds characters that a Backup Set cannot store.");
     return false;
 }
@@ -121,10 +133,18 @@ clsINI Frm_BackupOptions::WithValues() const {
 // matters only for the name of a dated folder: the dialog stores no other part of it.
 bool Frm_BackupOptions::ValidateLengths(const clsINI& changed) {
     std::string problem = set_.SourceProblem();
-    if (problem.empty()) problem = changed.SourceProblem();
-    if (problem.empty()) problem = changed.ArchiveNameProblem();
-    if (problem.empty() && Chk_TimeBackup.Checked()) problem = changed.DestinationProblem();
-    if (problem.empty()) return true;
+    if (problem.empty()) {
+        problem = changed.SourceProblem();
+    }
+    if (problem.empty()) {
+        problem = changed.ArchiveNameProblem();
+    }
+    if (problem.empty() && Chk_TimeBackup.Checked()) {
+        problem = changed.DestinationProblem();
+    }
+    if (problem.empty()) {
+        return true;
+    }
     ShowMessage("Unable to Save as " + problem + ".");
     return false;
 }

@@ -15,14 +15,16 @@ bool Frm_BackupWhere::FolderExists(const std::string& folder) const {
     return clsFiles(program()).Exist(folder, false);
 }
 
-void Frm_BackupWhere::Tell(const Error& error) const { ShowError(program(), error); }
+void Frm_BackupWhere::DisplayError(const Error& error) const { ShowError(program(), error); }
 
-void Frm_BackupWhere::TakeFolder() {
+void Frm_BackupWhere::StoreFolder() {
     auto& code_page = program().machine.code_page;
     const std::string stored = code_page.Upper(clsString().Backslash(Dir_DirList.Path()));
     const std::string set_path = program().InApplicationFolder(main_.Cmb_BackupSet.Text());
     const std::string problem = StorageProblem(code_page, stored);
-    if (!problem.empty()) return RefuseFolder(problem);
+    if (!problem.empty()) {
+        return RefuseFolder(problem);
+    }
     clsINI set(program());
     set.Read_INI(set_path);
     set.BackupToDrive(stored);

@@ -14,8 +14,8 @@ class Frm_BackupWhere : public forms::FolderDialog {
   private:
     std::string Destination() const override;
     bool FolderExists(const std::string& folder) const override;
-    void TakeFolder() override;
-    void Tell(const Error& error) const override;
+    void StoreFolder() override;
+    void DisplayError(const Error& error) const override;
 
     BackupControls main_;
 };

@@ -63,11 +63,15 @@ class Preflight {
 
     bool PassesUnattended() {
         auto failure = UnattendedFailure();
-        if (!failure && !set_.WasRead()) failure = "Backup Failed - Unable to read " + SetPath();
+        if (!failure && !set_.WasRead()) {
+            failure = "Backup Failed - Unable to read " + SetPath();
+        }
         if (const std::string problem = set_.BackupProblem(); !failure && !problem.empty()) {
             failure = "Backup Failed - " + problem;
         }
-        if (!failure) return true;
+        if (!failure) {
+            return true;
+        }
         clsLog log(program_);
         log.WriteToLog("Backup", true, "Starting Backup " + set_name_);
         log.WriteToLog("Backup", true, "Finished Backup " + set_name_);
@@ -97,8 +101,12 @@ class Preflight {
                                "Please enter a valid Backup Set.",
                            Icon::kExclamation);
         }
-        if (!FolderExists(destination_)) return Missing(destination_);
-        if (!FolderExists(shown_folder_)) return Missing(shown_folder_);
+        if (!FolderExists(destination_)) {
+            return Missing(destination_);
+        }
+        if (!FolderExists(shown_folder_)) {
+            return Missing(shown_folder_);
+        }
         return WrongDriveForVolumes();
     }
 
@@ -124,12 +132,22 @@ class Preflight {
     std::optional<std::string> UnattendedFailure() {
         const std::string failed = "Backup Failed - ";
         const std::string source = set_.Backup_Parts(set_.BackupFiles(), clsINI::kFolder);
-        if (!FolderExists(destination_)) return failed + "Unable to locate " + destination_;
-        if (!FolderExists(source)) return failed + "Unable to locate " + source;
-        if (RootIs(kCdRom)) return failed + "Cannot Backup to CDROM Drive " + root_;
-        if (RootIs(kRamDisk)) return failed + "Cannot Backup to RAM Disk " + root_;
+        if (!FolderExists(destination_)) {
+            return failed + "Unable to locate " + destination_;
+        }
+        if (!FolderExists(source)) {
+            return failed + "Unable to locate " + source;
+        }
+        if (RootIs(kCdRom)) {
+            return failed + "Cannot Backup to CDROM Drive " + root_;
+        }
+        if (RootIs(kRamDisk)) {
+            return failed + "Cannot Backup to RAM Disk " + root_;
+        }
         if (!MultiVolume()) {
-            if (!RootIs(kRemovable)) return std::nullopt;
+            if (!RootIs(kRemovable)) {
+                return std::nullopt;
+            }
             return failed + "MultiVolume Flag NOT set for Removable Drive " + root_;
         }
         if (!RootIs(kRemovable)) {
@@ -154,7 +172,9 @@ class Preflight {
 void Cmd_Backup_Click(forms::Program& program, const BackupControls& controls) {
     Preflight checks(program, controls);
     const bool passes = program.Unattended() ? checks.PassesUnattended() : checks.PassesAttended();
-    if (!passes) return;
+    if (!passes) {
+        return;
+    }
     Frm_Backup window(program, controls.Cmb_BackupSet.Text(),
                       std::make_unique<zip::PKZIP>(program.machine));
     program.desktop.ShowModal(window);

@@ -30,8 +30,12 @@ Profile ReadProfile(platform::FileSystem& files, const std::string& file) {
 
 std::string StorageProblem(platform::CodePage& code_page, const std::string& path) {
     const auto bytes = code_page.Encode(path);
-    if (!bytes) return "Its name holds characters that a Backup Set cannot store.";
-    if (bytes->size() <= kMaxValueBytes) return "";
+    if (!bytes) {
+        return "Its name holds characters that a Backup Set cannot store.";
+    }
+    if (bytes->size() <= kMaxValueBytes) {
+        return "";
+    }
     return "Its path is longer than a Backup Set can store.";
 }
 
@@ -51,10 +55,14 @@ std::string clsFiles::ReadINI(const std::string& section, const std::string& key
 std::optional<std::vector<ProfileValue>> clsFiles::ReadINI(const std::vector<ProfileKey>& keys,
                                                            const std::string& file) {
     const auto text = ReadProfile(program_.machine.files, file).text;
-    if (!text) return std::nullopt;
+    if (!text) {
+        return std::nullopt;
+    }
     std::vector<ProfileValue> values;
     values.reserve(keys.size());
-    for (const ProfileKey& key : keys) values.push_back(ValueIn(*text, key.section, key.key));
+    for (const ProfileKey& key : keys) {
+        values.push_back(ValueIn(*text, key.section, key.key));
+    }
     return values;
 }
 
@@ -69,10 +77,14 @@ std::optional<std::string> clsFiles::Changed(const std::string& text,
     std::string changed = text;
     for (const ProfileKey& key : keys) {
         const auto bytes = program_.machine.code_page.Encode(key.value);
-        if (!bytes || !profile::CanHold(*bytes)) continue;
+        if (!bytes || !profile::CanHold(*bytes)) {
+            continue;
+        }
         changed = profile::SetValue(changed, key.section, key.key, *bytes);
     }
-    if (changed == text) return std::nullopt;
+    if (changed == text) {
+        return std::nullopt;
+    }
     return changed;
 }
 
@@ -81,10 +93,16 @@ void clsFiles::WriteINI(const std::vector<ProfileKey>& keys, const std::string& 
     // Only a missing file may be created, and never over an existing one: the rest of that would be
     // lost.
     const Profile before = ReadProfile(files, file);
-    if (before.missing) return MakeINI(keys, file);
-    if (!before.text) return;
+    if (before.missing) {
+        return MakeINI(keys, file);
+    }
+    if (!before.text) {
+        return;
+    }
     const auto after = Changed(*before.text, keys);
-    if (!after) return;
+    if (!after) {
+        return;
+    }
     try {
         platform::ReplaceWholeFile(files, file, *after);
     } catch (const Error&) {
@@ -94,7 +112,9 @@ void clsFiles::WriteINI(const std::vector<ProfileKey>& keys, const std::string& 
 
 void clsFiles::MakeINI(const std::vector<ProfileKey>& keys, const std::string& file) {
     const auto text = Changed("", keys);
-    if (!text) return;
+    if (!text) {
+        return;
+    }
     try {
         platform::MakeWholeFile(program_.machine.files, file, *text);
     } catch (const Error&) {
@@ -111,19 +131,29 @@ bool clsFiles::Exist(const std::string& path, bool file_test) {
 }
 
 bool clsFiles::Exists(const std::string& path, bool file_test) {
-    if (path.empty()) return true;
+    if (path.empty()) {
+        return true;
+    }
     const std::string application_folder = program_.machine.process.ApplicationFolder();
-    if (!DriveReady(path::DrivePart(path, application_folder))) return false;
-    if (!file_test) return IsFolder(path);
+    if (!DriveReady(path::DrivePart(path, application_folder))) {
+        return false;
+    }
+    if (!file_test) {
+        return IsFolder(path);
+    }
     const std::string folder = path::FolderPart(path);
     const std::string name = path::FilePart(path);
-    if (!IsFolder(folder)) return false;
+    if (!IsFolder(folder)) {
+        return false;
+    }
     return name == "*.*" || HasFile(folder, name);
 }
 
 bool clsFiles::DriveReady(const std::string& drive) {
     // As in a drive list: a letter and a colon, no network path.
-    if (!path::HasDrive(drive)) return false;
+    if (!path::HasDrive(drive)) {
+        return false;
+    }
     try {
         return program_.machine.files.Find(drive.substr(0, 2) + "\\").has_value();
     } catch (const Error&) {
@@ -165,7 +195,9 @@ std::vector<std::string> SetFileNames(forms::Program& program) {
     machine.files.List(machine.process.ApplicationFolder(), [&](const platform::FileInfo& file) {
         const std::string folded = machine.code_page.Fold(file.name);
         const bool plain = !file.IsFolder() && !file.IsHiddenOrSystem();
-        if (plain && folded.ends_with(kExtension)) names.push_back(file.name);
+        if (plain && folded.ends_with(kExtension)) {
+            names.push_back(file.name);
+        }
         return true;
     });
     return names;

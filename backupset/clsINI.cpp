@@ -13,13 +13,13 @@ namespace vantrel {
 
 // The section and key of a field. "Destination" finds the "[DESTINATION]" of the template: section
 // names are matched without regard to case.
-struct clsINI::KeyPlace {
+struct clsINI::KeyLocation {
     const char* section;
     const char* key;
     Field value;
 };
 
-const clsINI::KeyPlace clsINI::kPlaces[9] = {
+const clsINI::KeyLocation clsINI::kKeys[9] = {
     {"BACKUP SOURCE", "BackupFiles", &BackupSet::BackupFiles},
     {"BACKUP SOURCE", "BackupSubDirectories", &BackupSet::BackupSubDirectories},
     {"Destination", "BackupFileName", &BackupSet::BackupFileName},
@@ -89,11 +89,15 @@ void clsINI::Read_INI(const std::string& path) {
         was_read_ = values.has_value();
         set_ = {};
         cut_ = {};
-        if (!values) return;
+        if (!values) {
+            return;
+        }
         auto value = values->begin();
-        for (const KeyPlace& place : kPlaces) {
-            set_.*place.value = value->text;
-            if (value->is_cut) cut_.*place.value = value->text;
+        for (const KeyLocation& location : kKeys) {
+            set_.*location.value = value->text;
+            if (value->is_cut) {
+                cut_.*location.value = value->text;
+            }
             ++value;
         }
     });
@@ -102,8 +106,8 @@ void clsINI::Read_INI(const std::string& path) {
 // Where each value stands, with the value that is loaded.
 std::vector<ProfileKey> clsINI::Keys() const {
     std::vector<ProfileKey> keys;
-    for (const KeyPlace& place : kPlaces) {
-        keys.push_back({place.section, place.key, set_.*place.value});
+    for (const KeyLocation& location : kKeys) {
+        keys.push_back({location.section, location.key, set_.*location.value});
     }
     return keys;
 }
@@ -113,7 +117,9 @@ void clsINI::ConfirmBackslash(const std::string& path) {
         Read_INI(path);
         const bool is_storable = SaveProblem().empty();
         set_ = Normalized();
-        if (!is_storable) return;
+        if (!is_storable) {
+            return;
+        }
         // Values that stood in no file that could be read go into a new one, never into another.
         clsFiles files(program_);
         was_read_ ? files.WriteINI(Keys(), path) : files.MakeINI(Keys(), path);
@@ -126,8 +132,8 @@ clsINI::BackupSet clsINI::Normalized() const {
     if (!set.RestoreFromDrive.empty()) {
         set.RestoreFromDrive = path::WithBackslash(set.RestoreFromDrive);
     }
-    for (const KeyPlace& place : kPlaces) {
-        std::string& value = set.*place.value;
+    for (const KeyLocation& location : kKeys) {
+        std::string& value = set.*location.value;
         value = program_.machine.code_page.Upper(value);
     }
     return set;
@@ -154,7 +160,9 @@ std::string clsINI::DestinationProblem() const {
     }
     const bool is_dated = set_.TimeBackup == "ON";
     const std::string dated_folder(kDatedFolderNameLength + 1, '\\');
-    if (!is_dated || !IsTooLong(set_.BackupToDrive + dated_folder)) return "";
+    if (!is_dated || !IsTooLong(set_.BackupToDrive + dated_folder)) {
+        return "";
+    }
     return TooLong("BackupToDrive with the name of a dated folder");
 }
 
@@ -167,24 +175,33 @@ std::string clsINI::ArchiveNameProblem() const {
 std::string clsINI::BackupProblem() const {
     for (const std::string& problem :
          {SourceProblem(), DestinationProblem(), ArchiveNameProblem()}) {
-        if (!problem.empty()) return problem;
+        if (!problem.empty()) {
+            return problem;
+        }
     }
-    if (!HasRoot(set_.BackupFiles)) return WithoutRoot("BackupFiles", set_.BackupFiles);
-    if (!HasDriveOrRoot(set_.BackupToDrive))
+    if (!HasRoot(set_.BackupFiles)) {
+        return WithoutRoot("BackupFiles", set_.BackupFiles);
+    }
+    if (!HasDriveOrRoot(set_.BackupToDrive)) {
         return WithoutRoot("BackupToDrive", set_.BackupToDrive);
+    }
     return "";
 }
 
 std::string clsINI::RestoreSourceProblem() const {
-    if (IsCut(&BackupSet::RestoreFromDrive)) return TooLong("RestoreFromDrive");
+    if (IsCut(&BackupSet::RestoreFromDrive)) {
+        return TooLong("RestoreFromDrive");
+    }
     return IsCut(&BackupSet::RestoreFileName) ? TooLong("RestoreFileName") : "";
 }
 
 std::string clsINI::SaveProblem() const {
     clsINI saved = *this;
     saved.set_ = Normalized();
-    for (const KeyPlace& place : kPlaces) {
-        if (IsCut(place.value) || IsTooLong(saved.set_.*place.value)) return TooLong(place.key);
+    for (const KeyLocation& location : kKeys) {
+        if (IsCut(location.value) || IsTooLong(saved.set_.*location.value)) {
+            return TooLong(location.key);
+        }
     }
     const std::string problem = saved.DestinationProblem();
     return problem.empty() ? saved.ArchiveNameProblem() : problem;
@@ -202,7 +219,9 @@ std::string clsINI::Template(const std::string& name) const {
                                "[RESTORE SOURCE]", "RestoreFromDrive=", "RestoreFileName=", "",
                                "[RESTORE DESTINATION]", "RestoreDestination="});
     std::string text;
-    for (const std::string& line : lines) text += line + "\r\n";
+    for (const std::string& line : lines) {
+        text += line + "\r\n";
+    }
     return text;
 }
 
@@ -211,7 +230,9 @@ void clsINI::Create_INI(const std::string& name, bool only_new) {
         program_.globals.TextBuffer.clear();
         program_.globals.TextBuffer = Template(name);
         const auto bytes = program_.machine.code_page.Encode(program_.globals.TextBuffer);
-        if (!bytes) RaiseError(error_number::kBadFileName);
+        if (!bytes) {
+            RaiseError(error_number::kBadFileName);
+        }
         const auto put = only_new ? platform::MakeWholeFile : platform::ReplaceWholeFile;
         put(program_.machine.files, program_.InApplicationFolder(name), *bytes + "\r\n");
     });
@@ -219,16 +240,24 @@ void clsINI::Create_INI(const std::string& name, bool only_new) {
 
 std::string clsINI::Reason() const {
     std::string reason;
-    if (set_.BackupFiles.empty()) reason = "There are no Files Selected to Backup.";
+    if (set_.BackupFiles.empty()) {
+        reason = "There are no Files Selected to Backup.";
+    }
     if (!IsSwitch(set_.BackupSubDirectories)) {
         reason = "BackupSubDirectories does not indicate 'ON' or 'OFF'.";
     }
-    if (set_.BackupFileName.empty()) reason = "There is no name for the Backup File.";
+    if (set_.BackupFileName.empty()) {
+        reason = "There is no name for the Backup File.";
+    }
     if (!IsSwitch(set_.MultiVolumeBackup)) {
         reason = "MultiVolumeBackup does not indicate 'ON' or 'OFF'.";
     }
-    if (set_.BackupToDrive.empty()) reason = "There is no Drive for the Backup File.";
-    if (!IsSwitch(set_.TimeBackup)) reason = "TimeBackup does not indicate 'ON' or 'OFF'.";
+    if (set_.BackupToDrive.empty()) {
+        reason = "There is no Drive for the Backup File.";
+    }
+    if (!IsSwitch(set_.TimeBackup)) {
+        reason = "TimeBackup does not indicate 'ON' or 'OFF'.";
+    }
     return reason;
 }
 
@@ -236,7 +265,9 @@ bool clsINI::Validate_OnSave() {
     return Reported("clsINI:Validate_OnSave Method", [&] {
         std::string& message = program_.globals.MessageText;
         message = Reason();
-        if (message.empty()) return true;
+        if (message.empty()) {
+            return true;
+        }
         program_.desktop.Show(
             {"Unable to Save this file:" + program_.globals.CrLf + "Reason: " + message,
              forms::Buttons::kOk, forms::Icon::kExclamation, "INI Validation"});

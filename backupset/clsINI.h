@@ -87,8 +87,8 @@ class clsINI {
             BackupToDrive, TimeBackup, RestoreFromDrive, RestoreFileName, RestoreDestination;
     };
     using Field = std::string BackupSet::*;
-    struct KeyPlace;
-    static const KeyPlace kPlaces[9];
+    struct KeyLocation;
+    static const KeyLocation kKeys[9];
 
     std::vector<ProfileKey> Keys() const;
     BackupSet Normalized() const;

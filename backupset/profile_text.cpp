@@ -31,8 +31,12 @@ Line LineAt(std::string_view text, std::size_t begin) {
 }
 
 Span Trim(std::string_view text, Span span) {
-    while (span.begin < span.end && kBlanks.find(text[span.begin]) != kNone) ++span.begin;
-    while (span.begin < span.end && kBlanks.find(text[span.end - 1]) != kNone) --span.end;
+    while (span.begin < span.end && kBlanks.find(text[span.begin]) != kNone) {
+        ++span.begin;
+    }
+    while (span.begin < span.end && kBlanks.find(text[span.end - 1]) != kNone) {
+        --span.end;
+    }
     return span;
 }
 
@@ -51,7 +55,9 @@ std::optional<std::string_view> SectionName(std::string_view text, const Line& l
     const Span span = Trim(text, line.content);
     const std::string_view content = span.In(text);
     const std::size_t close = content.find(']');
-    if (content.empty() || content.front() != '[' || close == kNone) return std::nullopt;
+    if (content.empty() || content.front() != '[' || close == kNone) {
+        return std::nullopt;
+    }
     return Trim(text, {span.begin + 1, span.begin + close}).In(text);
 }
 
@@ -60,9 +66,13 @@ std::optional<Span> ValueOf(std::string_view text, const Line& line, std::string
     const Span span = Trim(text, line.content);
     const std::string_view content = span.In(text);
     const std::size_t equals = content.find('=');
-    if (equals == kNone || content.front() == ';') return std::nullopt;
+    if (equals == kNone || content.front() == ';') {
+        return std::nullopt;
+    }
     const Span name = Trim(text, {span.begin, span.begin + equals});
-    if (!SameName(name.In(text), key)) return std::nullopt;
+    if (!SameName(name.In(text), key)) {
+        return std::nullopt;
+    }
     return Trim(text, {span.begin + equals + 1, line.content.end});
 }
 
@@ -78,12 +88,22 @@ KeyLocation FindKey(std::string_view text, std::string_view section, std::string
         const Line line = LineAt(text, at);
         at = line.next;
         const auto name = SectionName(text, line);
-        if (name && location.last_line) break;
-        if (name && SameName(*name, section)) location.last_line = line;
-        if (name || !location.last_line) continue;
+        if (name && location.last_line) {
+            break;
+        }
+        if (name && SameName(*name, section)) {
+            location.last_line = line;
+        }
+        if (name || !location.last_line) {
+            continue;
+        }
         location.value = ValueOf(text, line, key);
-        if (location.value) break;
-        if (!Trim(text, line.content).In(text).empty()) location.last_line = line;
+        if (location.value) {
+            break;
+        }
+        if (!Trim(text, line.content).In(text).empty()) {
+            location.last_line = line;
+        }
     }
     return location;
 }
@@ -102,17 +122,25 @@ std::string_view LineEndOf(std::string_view text, const Line& line) {
 std::string InsertBehind(std::string_view text, const Line& before, const std::string& new_line) {
     const Line first = LineAt(text, 0);
     std::string line_end = "\r\n";
-    if (first.Ended()) line_end = LineEndOf(text, first);
-    if (before.Ended()) line_end = LineEndOf(text, before);
+    if (first.Ended()) {
+        line_end = LineEndOf(text, first);
+    }
+    if (before.Ended()) {
+        line_end = LineEndOf(text, before);
+    }
     std::string result(text.substr(0, before.next));
-    if (!before.Ended() && before.next > 0) result += line_end;
+    if (!before.Ended() && before.next > 0) {
+        result += line_end;
+    }
     result += new_line + line_end;
     return result.append(text.substr(before.next));
 }
 
 Line LastLine(std::string_view text) {
     Line last;
-    while (last.next < text.size()) last = LineAt(text, last.next);
+    while (last.next < text.size()) {
+        last = LineAt(text, last.next);
+    }
     return last;
 }
 
@@ -121,7 +149,9 @@ Line LastLine(std::string_view text) {
 std::optional<std::string> FindValue(std::string_view text, std::string_view section,
                                      std::string_view key) {
     const auto value = FindKey(text, section, key).value;
-    if (!value) return std::nullopt;
+    if (!value) {
+        return std::nullopt;
+    }
     const std::string_view bytes = WithoutQuotes(value->In(text));
     return std::string(bytes.substr(0, bytes.find('\0')));
 }
@@ -134,7 +164,9 @@ std::string SetValue(std::string_view text, std::string_view section, std::strin
         return result.append(value).append(text.substr(location.value->end));
     }
     const std::string entry = std::string(key) + "=" + std::string(value);
-    if (location.last_line) return InsertBehind(text, *location.last_line, entry);
+    if (location.last_line) {
+        return InsertBehind(text, *location.last_line, entry);
+    }
     const std::string with_section =
         InsertBehind(text, LastLine(text), "[" + std::string(section) + "]");
     return InsertBehind(with_section, LastLine(with_section), entry);

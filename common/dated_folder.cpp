@@ -17,7 +17,9 @@ std::string DatedFolderName(int year, int month, int day, int hour, int minute, 
 }
 
 bool IsDatedFolderName(std::string_view name) {
-    if (name.size() != kDatedFolderNameLength || name[kUnderscore] != '_') return false;
+    if (name.size() != kDatedFolderNameLength || name[kUnderscore] != '_') {
+        return false;
+    }
     const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
     return std::count_if(name.begin(), name.end(), is_digit) == kDatedFolderNameLength - 1;
 }

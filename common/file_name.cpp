@@ -52,7 +52,9 @@ bool IsDeviceName(std::string_view name) {
 }
 
 bool IsValidFileName(std::string_view name) {
-    if (name.empty() || name.back() == '.' || name.back() == ' ') return false;
+    if (name.empty() || name.back() == '.' || name.back() == ' ') {
+        return false;
+    }
     return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
            name.find_first_of("\\/") == std::string_view::npos && !IsDeviceName(name) &&
            !utf::IsLongerThan(name, kMaxFileNameLength);

@@ -11,10 +11,18 @@ constexpr char32_t kLast = 0x10FFFF;
 
 // How many bytes follow a lead byte, -1 when it leads nothing.
 int Followers(unsigned char lead) {
-    if (lead < 0x80) return 0;
-    if (lead < 0xC2) return -1;
-    if (lead < 0xE0) return 1;
-    if (lead < 0xF0) return 2;
+    if (lead < 0x80) {
+        return 0;
+    }
+    if (lead < 0xC2) {
+        return -1;
+    }
+    if (lead < 0xE0) {
+        return 1;
+    }
+    if (lead < 0xF0) {
+        return 2;
+    }
     return lead < 0xF5 ? 3 : -1;
 }
 
@@ -28,9 +36,13 @@ bool Continues(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 
 
 // Where the character that starts at `from` ends.
 std::size_t EndOfCharacter(std::string_view text, std::size_t from) {
-    if (from >= text.size()) return text.size();
+    if (from >= text.size()) {
+        return text.size();
+    }
     std::size_t end = from + 1;
-    while (end < text.size() && Continues(text[end])) ++end;
+    while (end < text.size() && Continues(text[end])) {
+        ++end;
+    }
     return end;
 }
 
@@ -49,17 +61,27 @@ char32_t Next(std::string_view utf8, std::size_t& position) {
     const std::size_t start = position++;
     const auto lead = static_cast<unsigned char>(utf8[start]);
     const int followers = Followers(lead);
-    if (followers == 0) return lead;
-    if (followers < 0) return kReplacement;
+    if (followers == 0) {
+        return lead;
+    }
+    if (followers < 0) {
+        return kReplacement;
+    }
     const auto count = static_cast<std::size_t>(followers);
-    if (utf8.size() - position < count) return kReplacement;
+    if (utf8.size() - position < count) {
+        return kReplacement;
+    }
     char32_t point = lead & (0x3Fu >> followers);
     for (std::size_t i = 0; i < count; ++i) {
         const auto byte = static_cast<unsigned char>(utf8[position + i]);
-        if ((byte & 0xC0) != 0x80) return kReplacement;
+        if ((byte & 0xC0) != 0x80) {
+            return kReplacement;
+        }
         point = (point << 6) | (byte & 0x3Fu);
     }
-    if (point < Smallest(followers) || point > kLast) return kReplacement;
+    if (point < Smallest(followers) || point > kLast) {
+        return kReplacement;
+    }
     position += count;
     return point;
 }
@@ -122,15 +144,21 @@ std::optional<std::string> UpperOfAscii(std::string_view text) {
     unsigned char all = 0;
     for (char& c : upper) {
         all |= static_cast<unsigned char>(c);
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - ('a' - 'A'));
+        }
     }
-    if (all >= 0x80) return std::nullopt;
+    if (all >= 0x80) {
+        return std::nullopt;
+    }
     return upper;
 }
 
 std::size_t Utf16Length(std::string_view utf8) {
     std::size_t units = 0;
-    for (std::size_t i = 0; i < utf8.size();) units += Next(utf8, i) < kFirstAstral ? 1 : 2;
+    for (std::size_t i = 0; i < utf8.size();) {
+        units += Next(utf8, i) < kFirstAstral ? 1 : 2;
+    }
     return units;
 }
 
@@ -149,7 +177,9 @@ std::string At(std::string_view text, std::size_t index) {
 
 std::size_t Length(std::string_view text) {
     std::size_t length = 0;
-    for (std::size_t at = 0; at < text.size(); at = EndOfCharacter(text, at)) ++length;
+    for (std::size_t at = 0; at < text.size(); at = EndOfCharacter(text, at)) {
+        ++length;
+    }
     return length;
 }
 

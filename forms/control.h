@@ -103,7 +103,9 @@ class Control {
     // Runs the handler, if there is one; its errors travel to the caller.
     template <typename... Arguments>
     void Raise(const std::function<void(Arguments...)>& event, Arguments... arguments) {
-        if (!event) return;
+        if (!event) {
+            return;
+        }
         const HandlerScope scope(owner_);
         event(arguments...);
     }

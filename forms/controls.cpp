@@ -17,23 +17,31 @@ Control::Control(Form& owner, Kind kind, std::string name)
 }
 
 void Control::Notify(Aspect aspect) {
-    if (view_) view_->Changed(aspect);
+    if (view_) {
+        view_->Changed(aspect);
+    }
 }
 
 void Control::SetEnabled(bool enabled) {
-    if (enabled_ == enabled) return;
+    if (enabled_ == enabled) {
+        return;
+    }
     enabled_ = enabled;
     Notify(Aspect::kEnabled);
 }
 
 void Control::SetVisible(bool visible) {
-    if (visible_ == visible) return;
+    if (visible_ == visible) {
+        return;
+    }
     visible_ = visible;
     Notify(Aspect::kVisible);
 }
 
 void Control::SetCaption(const std::string& caption) {
-    if (caption_ == caption) return;
+    if (caption_ == caption) {
+        return;
+    }
     caption_ = caption;
     Notify(Aspect::kText);
 }
@@ -49,11 +57,15 @@ Label::Label(Form& owner, std::string name, const std::string& caption)
 }
 
 void Label::UserClick() {
-    if (Enabled() && Visible()) Raise(Click);
+    if (Enabled() && Visible()) {
+        Raise(Click);
+    }
 }
 
 void Label::SetForeColor(Color color) {
-    if (color_ == color) return;
+    if (color_ == color) {
+        return;
+    }
     color_ = color;
     Notify(Aspect::kColor);
 }
@@ -64,7 +76,9 @@ Button::Button(Form& owner, std::string name, const std::string& caption)
 }
 
 void Button::UserPress() {
-    if (Enabled() && Visible()) Raise(Click);
+    if (Enabled() && Visible()) {
+        Raise(Click);
+    }
 }
 
 CheckBox::CheckBox(Form& owner, std::string name, const std::string& caption)
@@ -73,14 +87,18 @@ CheckBox::CheckBox(Form& owner, std::string name, const std::string& caption)
 }
 
 void CheckBox::SetChecked(bool checked) {
-    if (checked_ == checked) return;
+    if (checked_ == checked) {
+        return;
+    }
     checked_ = checked;
     Notify(Aspect::kValue);
     Raise(Click);
 }
 
 void CheckBox::UserToggle() {
-    if (Enabled() && Visible()) SetChecked(!checked_);
+    if (Enabled() && Visible()) {
+        SetChecked(!checked_);
+    }
 }
 
 TextBox::TextBox(Form& owner, std::string name, bool multi_line, bool read_only)
@@ -89,21 +107,27 @@ TextBox::TextBox(Form& owner, std::string name, bool multi_line, bool read_only)
       read_only_(read_only) {}
 
 void TextBox::SetText(const std::string& text) {
-    if (text_ == text) return;
+    if (text_ == text) {
+        return;
+    }
     text_ = text;
     Notify(Aspect::kText);
     Raise(Change);
 }
 
 void TextBox::Append(const std::string& text) {
-    if (text.empty()) return;
+    if (text.empty()) {
+        return;
+    }
     text_ += text;
     Notify(Aspect::kAppended);
     Raise(Change);
 }
 
 void TextBox::UserType(const std::string& text) {
-    if (read_only_ || !Enabled() || text_ == text) return;
+    if (read_only_ || !Enabled() || text_ == text) {
+        return;
+    }
     text_ = text;
     Raise(Change);
 }
@@ -128,7 +152,9 @@ ProgressBar::ProgressBar(Form& owner, std::string name)
 
 void ProgressBar::SetValue(int value) {
     value = std::clamp(value, 0, 100);
-    if (value_ == value) return;
+    if (value_ == value) {
+        return;
+    }
     value_ = value;
     Notify(Aspect::kValue);
 }
@@ -140,7 +166,9 @@ Panel::Panel(Form& owner, std::string name, const std::string& caption)
 
 void Panel::SetFloodPercent(double percent) {
     percent = std::clamp(percent, 0.0, 100.0);
-    if (percent_ == percent) return;
+    if (percent_ == percent) {
+        return;
+    }
     percent_ = percent;
     Notify(Aspect::kValue);
 }
@@ -165,7 +193,9 @@ Timer::Timer(Form& owner, std::string name, std::chrono::milliseconds interval)
 }
 
 void Timer::Elapse() {
-    if (Enabled()) Raise(Tick);
+    if (Enabled()) {
+        Raise(Tick);
+    }
 }
 
 MenuItem::MenuItem(Form& owner, std::string name, const std::string& caption)
@@ -174,7 +204,9 @@ MenuItem::MenuItem(Form& owner, std::string name, const std::string& caption)
 }
 
 void MenuItem::UserChoose() {
-    if (Enabled()) Raise(Click);
+    if (Enabled()) {
+        Raise(Click);
+    }
 }
 
 void MenuItem::PopUp() {
@@ -186,9 +218,12 @@ Tabs::Tabs(Form& owner, std::string name, std::vector<std::string> captions)
     : Control(owner, Kind::kTabs, std::move(name)), captions_(std::move(captions)) {}
 
 void Tabs::SetTab(int tab) {
-    if (tab < 0 || tab >= static_cast<int>(captions_.size()))
+    if (tab < 0 || tab >= static_cast<int>(captions_.size())) {
         RaiseError(error_number::kInvalidPropertyValue);
-    if (tab == tab_) return;
+    }
+    if (tab == tab_) {
+        return;
+    }
     const int previous = std::exchange(tab_, tab);
     Notify(Aspect::kSelection);
     Raise(Click, previous);

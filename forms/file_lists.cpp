@@ -57,33 +57,48 @@ void DriveList::Reload() {
         } else if (root == selected) {
             entry = value;
         }
-        if (entry.empty()) continue;
-        if (root == selected) index_ = static_cast<int>(entries_.size());
+        if (entry.empty()) {
+            continue;
+        }
+        if (root == selected) {
+            index_ = static_cast<int>(entries_.size());
+        }
         entries_.push_back(entry);
     }
     Notify(Aspect::kItems);
 }
 
 int DriveList::IndexOf(const std::string& root) const {
-    for (std::size_t i = 0; i < entries_.size(); ++i)
-        if (Root(entries_[i]) == root) return static_cast<int>(i);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        if (Root(entries_[i]) == root) {
+            return static_cast<int>(i);
+        }
+    }
     return -1;
 }
 
 void DriveList::SetDrive(const std::string& drive) {
     const std::string root = Root(drive);
-    if (root.empty() || root.size() != 3 || !IsReady(owner().program().machine.files, root))
+    if (root.empty() || root.size() != 3 || !IsReady(owner().program().machine.files, root)) {
         RaiseError(error_number::kDeviceUnavailable, drive);
-    if (IndexOf(root) < 0) Reload();
+    }
+    if (IndexOf(root) < 0) {
+        Reload();
+    }
     const int index = IndexOf(root);
-    if (index < 0) RaiseError(error_number::kDeviceUnavailable, drive);
+    if (index < 0) {
+        RaiseError(error_number::kDeviceUnavailable, drive);
+    }
     UserChoose(index);
 }
 
 void DriveList::UserChoose(int index) {
-    if (index < 0 || index >= static_cast<int>(entries_.size()))
+    if (index < 0 || index >= static_cast<int>(entries_.size())) {
         RaiseError(error_number::kInvalidPropertyValue);
-    if (index == index_) return;
+    }
+    if (index == index_) {
+        return;
+    }
     index_ = index;
     Notify(Aspect::kSelection);
     Raise(Change);
@@ -96,14 +111,18 @@ FolderList::FolderList(Form& owner_form, std::string name)
 }
 
 void FolderList::SetPath(const std::string& path) {
-    if (Enter(path)) Raise(Change);
+    if (Enter(path)) {
+        Raise(Change);
+    }
 }
 
 bool FolderList::Enter(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
-    const std::string folder = path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
-    if (folder.empty() || !IsFolder(machine.files, folder))
+    const std::string folder =
+        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
+    if (folder.empty() || !IsFolder(machine.files, folder)) {
         RaiseError(error_number::kPathNotFound, path);
+    }
     const bool same = SamePath(machine.code_page, folder, path_);
     path_ = folder;
     Reload();
@@ -113,10 +132,12 @@ bool FolderList::Enter(const std::string& path) {
 void FolderList::Fill() {
     entries_.clear();
     int depth = 0;
-    for (const std::string& folder : path::Ancestors(path_))
+    for (const std::string& folder : path::Ancestors(path_)) {
         entries_.push_back({depth == 0 ? folder : path::Name(folder), folder, depth++, true});
-    for (const std::string& name : SubFolders(owner().program().machine, path_))
+    }
+    for (const std::string& name : SubFolders(owner().program().machine, path_)) {
         entries_.push_back({name, path::Join(path_, name), depth, false});
+    }
 }
 
 void FolderList::Reload() {
@@ -131,12 +152,16 @@ int FolderList::SubFolderCount() const {
 
 std::string FolderList::SubFolder(int index) const {
     const int first = static_cast<int>(entries_.size()) - SubFolderCount();
-    if (index < 0 || index >= SubFolderCount()) return "";
+    if (index < 0 || index >= SubFolderCount()) {
+        return "";
+    }
     return entries_[static_cast<std::size_t>(first + index)].path;
 }
 
 void FolderList::UserOpen(int index) {
-    if (index < 0 || index >= static_cast<int>(entries_.size())) return;
+    if (index < 0 || index >= static_cast<int>(entries_.size())) {
+        return;
+    }
     const std::string path = entries_[static_cast<std::size_t>(index)].path;
     bool moved = false;
     try {
@@ -145,11 +170,15 @@ void FolderList::UserOpen(int index) {
         Reload();
         return Refuse(error);
     }
-    if (moved) Raise(Change);
+    if (moved) {
+        Raise(Change);
+    }
 }
 
 void FolderList::Refuse(const Error& error) {
-    if (!Refused) throw error;
+    if (!Refused) {
+        throw error;
+    }
     const HandlerScope scope(owner());
     Refused(error);
 }
@@ -162,9 +191,11 @@ FileList::FileList(Form& owner_form, std::string name, std::string pattern)
 
 void FileList::SetPath(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
-    const std::string folder = path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
-    if (folder.empty() || !IsFolder(machine.files, folder))
+    const std::string folder =
+        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
+    if (folder.empty() || !IsFolder(machine.files, folder)) {
         RaiseError(error_number::kPathNotFound, path);
+    }
     path_ = folder;
     Reload();
 }
@@ -184,7 +215,9 @@ void FileList::SetIndex(int index) {
 }
 
 void FileList::RestoreIndex(int index) {
-    if (index < -1 || index >= Count()) RaiseError(error_number::kInvalidPropertyValue);
+    if (index < -1 || index >= Count()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
     index_ = index;
     Notify(Aspect::kSelection);
 }
@@ -201,8 +234,9 @@ void FileList::Fill() {
     try {
         machine.files.List(path_, [&](const platform::FileInfo& info) {
             if (!info.IsFolder() && !info.IsHiddenOrSystem() &&
-                MatchesMask(machine.code_page, info.name, pattern_))
+                MatchesMask(machine.code_page, info.name, pattern_)) {
                 names_.push_back(info.name);
+            }
             return true;
         });
     } catch (const Error&) {

@@ -24,7 +24,7 @@ FolderDialog::FolderDialog(Program& program, std::string name, const std::string
       missing_title_(std::move(missing_title)) {
     SetCaption(caption);
     Dri_DriveList.Change = [this] { Dri_DriveList_Change(); };
-    Dir_DirList.Refused = [this](const Error& error) { Tell(error); };
+    Dir_DirList.Refused = [this](const Error& error) { DisplayError(error); };
     Cmd_NewFolder.Click = [this] { Cmd_NewFolder_Click(); };
     Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
     Cmd_Cancel.Click = [this] { Cmd_Cancel_Click(); };
@@ -38,7 +38,7 @@ void FolderDialog::Form_Load() {
     try {
         ShowDestination();
     } catch (const Error& error) {
-        Tell(error);
+        DisplayError(error);
     }
 }
 
@@ -56,7 +56,9 @@ void FolderDialog::ShowDestination() {
     const std::string folder =
         destination.empty() ? program().machine.process.ApplicationFolder() : destination;
     // A folder on the network has no drive to show.
-    if (!folder.starts_with("\\\\")) Dri_DriveList.SetDrive(folder.substr(0, 3));
+    if (!folder.starts_with("\\\\")) {
+        Dri_DriveList.SetDrive(folder.substr(0, 3));
+    }
     Dir_DirList.SetPath(folder);
 }
 
@@ -82,7 +84,9 @@ void FolderDialog::Dri_DriveList_Change() {
 void FolderDialog::Cmd_NewFolder_Click() {
     const std::string name =
         program().desktop.Input("Please enter a Folder Name", "Create New Folder", "New Folder");
-    if (name.empty()) return;
+    if (name.empty()) {
+        return;
+    }
     const std::string folder = Dir_DirList.Path() + name;
     program().machine.files.MakeFolder(folder);
     Dir_DirList.SetPath(folder);
@@ -91,9 +95,9 @@ void FolderDialog::Cmd_NewFolder_Click() {
 
 void FolderDialog::Cmd_Ok_Click() {
     try {
-        TakeFolder();
+        StoreFolder();
     } catch (const Error& error) {
-        Tell(error);
+        DisplayError(error);
     }
 }
 

@@ -37,9 +37,9 @@ class FolderDialog : public Form {
     // Whether that folder exists, by the program's own test.
     virtual bool FolderExists(const std::string& folder) const = 0;
     // On OK: stores the shown folder if it is valid, and closes the dialog.
-    virtual void TakeFolder() = 0;
+    virtual void StoreFolder() = 0;
     // Shows a trapped run-time error.
-    virtual void Tell(const Error& error) const = 0;
+    virtual void DisplayError(const Error& error) const = 0;
     // Shows the reason why the chosen folder cannot be stored.
     void RefuseFolder(const std::string& reason) const;
 

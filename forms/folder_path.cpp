@@ -13,8 +13,9 @@ namespace {
 // One UTF-8 character off the front, so that "?" stands for a character and not for a byte.
 void DropCharacter(std::string_view& text) {
     text.remove_prefix(1);
-    while (!text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0) == 0x80)
+    while (!text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0) == 0x80) {
         text.remove_prefix(1);
+    }
 }
 
 bool Matches(std::string_view name, std::string_view mask) {
@@ -58,8 +59,9 @@ std::vector<std::string> SubFolders(platform::Machine& machine, const std::strin
     std::vector<std::pair<std::string, std::string>> found;  // what to sort by, name
     try {
         machine.files.List(path, [&](const platform::FileInfo& info) {
-            if (info.IsFolder() && !info.IsHiddenOrSystem() && !info.is_link)
+            if (info.IsFolder() && !info.IsHiddenOrSystem() && !info.is_link) {
                 found.emplace_back(machine.code_page.Fold(info.name), info.name);
+            }
             return true;
         });
     } catch (const Error&) {
@@ -68,21 +70,27 @@ std::vector<std::string> SubFolders(platform::Machine& machine, const std::strin
     std::sort(found.begin(), found.end());
     std::vector<std::string> names;
     names.reserve(found.size());
-    for (auto& folder : found) names.push_back(std::move(folder.second));
+    for (auto& folder : found) {
+        names.push_back(std::move(folder.second));
+    }
     return names;
 }
 
-bool SamePath(platform::CodePage& letters, const std::string& one, const std::string& other) {
+bool SamePath(platform::CodePage& code_page, const std::string& one, const std::string& other) {
     auto form = [&](std::string path) {
-        while (path.ends_with('\\')) path.pop_back();
-        return letters.Fold(path);
+        while (path.ends_with('\\')) {
+            path.pop_back();
+        }
+        return code_page.Fold(path);
     };
     return form(one) == form(other);
 }
 
-bool MatchesMask(platform::CodePage& letters, const std::string& name, const std::string& mask) {
-    if (mask == "*.*") return true;
-    return Matches(letters.Fold(name), letters.Fold(mask));
+bool MatchesMask(platform::CodePage& code_page, const std::string& name, const std::string& mask) {
+    if (mask == "*.*") {
+        return true;
+    }
+    return Matches(code_page.Fold(name), code_page.Fold(mask));
 }
 
 }  // namespace vantrel::forms

@@ -16,10 +16,10 @@ bool IsFolder(platform::FileSystem& files, const std::string& path);
 std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path);
 
 // Whether two paths are one value to a list: letter case and a last "\" make no difference.
-bool SamePath(platform::CodePage& letters, const std::string& one, const std::string& other);
+bool SamePath(platform::CodePage& code_page, const std::string& one, const std::string& other);
 
 // Whether a file's name matches a mask of the classic kind: "*" and "?", letter case aside; "*.*"
 // is every name, dotted or not.
-bool MatchesMask(platform::CodePage& letters, const std::string& name, const std::string& mask);
+bool MatchesMask(platform::CodePage& code_page, const std::string& name, const std::string& mask);
 
 }  // namespace vantrel::forms

@@ -5,34 +5,49 @@ namespace vantrel::forms {
 Form::Form(Program& program, std::string name) : program_(program), name_(std::move(name)) {}
 
 Control* Form::Find(const std::string& control_name) const {
-    for (Control* control : controls_)
-        if (control->name() == control_name) return control;
+    for (Control* control : controls_) {
+        if (control->name() == control_name) {
+            return control;
+        }
+    }
     return nullptr;
 }
 
 void Form::SetCaption(const std::string& caption) {
     caption_ = caption;
-    if (view_) view_->Changed(Aspect::kText);
+    if (view_) {
+        view_->Changed(Aspect::kText);
+    }
 }
 
 void Form::DrawBox(const FilledBox& box) {
     boxes_.push_back(box);
-    if (view_) view_->Changed(Aspect::kValue);
+    if (view_) {
+        view_->Changed(Aspect::kValue);
+    }
 }
 
 void Form::SetTaskProgress(int percent) {
-    if (percent == task_progress_) return;
+    if (percent == task_progress_) {
+        return;
+    }
     task_progress_ = percent;
-    if (view_) view_->Changed(Aspect::kTaskProgress);
+    if (view_) {
+        view_->Changed(Aspect::kTaskProgress);
+    }
 }
 
 void Form::ClearBoxes() {
     boxes_.clear();
-    if (view_) view_->Changed(Aspect::kValue);
+    if (view_) {
+        view_->Changed(Aspect::kValue);
+    }
 }
 
 void Form::Refresh() {
-    if (view_) view_->Changed(Aspect::kRedraw);
+    if (view_) {
+        view_->Changed(Aspect::kRedraw);
+    }
 }
 
 void Form::MarkSize(int width, int height) {

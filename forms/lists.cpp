@@ -17,7 +17,9 @@ void List::SetIndex(int index) {
 }
 
 void List::RestoreIndex(int index) {
-    if (index < -1 || index >= Count()) RaiseError(error_number::kInvalidPropertyValue);
+    if (index < -1 || index >= Count()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
     index_ = index;
     Notify(Aspect::kSelection);
 }
@@ -28,7 +30,9 @@ void List::Add(const std::string& text) {
 }
 
 void List::Remove(int index) {
-    if (index < 0 || index >= Count()) RaiseError(error_number::kInvalidPropertyValue);
+    if (index < 0 || index >= Count()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
     items_.erase(items_.begin() + index);
     ++removals_;
     if (index == index_) {
@@ -51,14 +55,19 @@ ComboBox::ComboBox(Form& owner, std::string name) : List(owner, Kind::kComboBox,
 int ComboBox::IndexOf(const std::string& text) const {
     platform::CodePage& code_page = owner().program().machine.code_page;
     const std::string wanted = code_page.Fold(text);
-    for (int i = 0; i < Count(); ++i)
-        if (code_page.Fold(Item(i)) == wanted) return i;
+    for (int i = 0; i < Count(); ++i) {
+        if (code_page.Fold(Item(i)) == wanted) {
+            return i;
+        }
+    }
     return -1;
 }
 
 void ComboBox::SetText(const std::string& text) {
     const int index = text.empty() ? -1 : IndexOf(text);
-    if (index < 0 && !text.empty()) RaiseError(error_number::kTextReadOnly);
+    if (index < 0 && !text.empty()) {
+        RaiseError(error_number::kTextReadOnly);
+    }
     SetIndex(index);
 }
 
@@ -67,14 +76,18 @@ ListBox::ListBox(Form& owner, std::string name) : List(owner, Kind::kListBox, st
 Tree::Tree(Form& owner, std::string name) : Control(owner, Kind::kTree, std::move(name)) {}
 
 int Tree::Add(Node node) {
-    if (node.parent < 0 || node.parent > Count()) RaiseError(error_number::kInvalidPropertyValue);
+    if (node.parent < 0 || node.parent > Count()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
     nodes_.push_back(std::move(node));
     Notify(Aspect::kItems);
     return Count();
 }
 
 void Tree::SetImages(int index, int image, int selected_image) {
-    if (index < 1 || index > Count()) RaiseError(error_number::kInvalidPropertyValue);
+    if (index < 1 || index > Count()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
     Node& node = nodes_[static_cast<std::size_t>(index - 1)];
     node.image = image;
     node.selected_image = selected_image;
@@ -93,7 +106,9 @@ void Tree::Select(int index) {
 }
 
 void Tree::UserSelect(int index) {
-    if (index < 0 || index > Count()) RaiseError(error_number::kInvalidPropertyValue);
+    if (index < 0 || index > Count()) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
     selected_ = index;
 }
 

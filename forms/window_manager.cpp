@@ -11,7 +11,9 @@ bool WindowManager::IsLoaded(const Form* form) const {
 }
 
 Answer WindowManager::Show(const Box& box) {
-    if (session_ends_) return box.buttons == Buttons::kYesNo ? Answer::kNo : Answer::kCancel;
+    if (session_ends_) {
+        return box.buttons == Buttons::kYesNo ? Answer::kNo : Answer::kCancel;
+    }
     return ShowBox(box);
 }
 
@@ -21,7 +23,9 @@ void WindowManager::SetPointer(Pointer pointer) {
 }
 
 void WindowManager::Load(Form& form) {
-    if (form.Loaded()) return;
+    if (form.Loaded()) {
+        return;
+    }
     windows_.push_back(&form);
     try {
         CreateNative(form);
@@ -41,7 +45,9 @@ void WindowManager::Load(Form& form) {
 }
 
 void WindowManager::ShowLoaded(Form& form) {
-    if (form.Visible()) return BringToFront(form);
+    if (form.Visible()) {
+        return BringToFront(form);
+    }
     last_active_ = &form;  // showing activates once, without WindowActivated
     form.MarkVisible(true);
     RequestActivation(form);
@@ -50,13 +56,17 @@ void WindowManager::ShowLoaded(Form& form) {
 
 void WindowManager::ShowModeless(Form& form) {
     Load(form);
-    if (form.Loaded()) ShowLoaded(form);
+    if (form.Loaded()) {
+        ShowLoaded(form);
+    }
 }
 
 void WindowManager::BeginModal(Form& form) {
     modal_.push_back({&form, form.running_handlers});
     for (Form* other : windows_) {
-        if (other == &form || !TakesInput(*other)) continue;
+        if (other == &form || !TakesInput(*other)) {
+            continue;
+        }
         modal_.back().blocked.push_back(other);
         SetTakesInput(*other, false);
     }
@@ -65,20 +75,29 @@ void WindowManager::BeginModal(Form& form) {
 std::optional<UnloadMode> WindowManager::EndModal() {
     const ModalWindow ended = std::move(modal_.back());
     modal_.pop_back();
-    for (Form* other : ended.blocked)
-        if (IsLoaded(other)) SetTakesInput(*other, true);
+    for (Form* other : ended.blocked) {
+        if (IsLoaded(other)) {
+            SetTakesInput(*other, true);
+        }
+    }
     return ended.unload;
 }
 
 void WindowManager::ShowModal(Form& form) {
     Load(form);
-    if (!form.Loaded()) return;  // Form_Load has unloaded it
+    if (!form.Loaded()) {
+        return;  // Form_Load has unloaded it
+    }
     Form* const owner = FrontWindow();
-    if (owner && owner != &form) SetOwner(form, *owner);
+    if (owner && owner != &form) {
+        SetOwner(form, *owner);
+    }
     BeginModal(form);
     try {
         ShowLoaded(form);
-        while (form.Visible() && !session_ends_ && HandleNextEvent()) continue;
+        while (form.Visible() && !session_ends_ && HandleNextEvent()) {
+            continue;
+        }
     } catch (...) {
         EndModal();
         throw;
@@ -87,15 +106,25 @@ void WindowManager::ShowModal(Form& form) {
     // The owner takes input before the window goes, or Windows would give the keyboard to another
     // program's window.
     const auto unload = EndModal();
-    if (form.Loaded()) HideNative(form);
-    if (unload) Unload(form, *unload);
-    if (IsLoaded(owner)) ActivateNative(*owner);
+    if (form.Loaded()) {
+        HideNative(form);
+    }
+    if (unload) {
+        Unload(form, *unload);
+    }
+    if (IsLoaded(owner)) {
+        ActivateNative(*owner);
+    }
 }
 
 void WindowManager::Hide(Form& form) {
-    if (!form.Loaded()) return;
+    if (!form.Loaded()) {
+        return;
+    }
     form.MarkVisible(false);
-    if (!FindModal(form)) HideNative(form);  // ShowModal hides a modal window when it returns
+    if (!FindModal(form)) {
+        HideNative(form);  // ShowModal hides a modal window when it returns
+    }
     WakeLoops();
 }
 
@@ -109,15 +138,21 @@ WindowManager::ModalWindow* WindowManager::FindModal(const Form& form) {
 // until the run has ended, or a second run could begin inside the first.
 bool WindowManager::DeferUnload(const Form& form, UnloadMode mode) {
     ModalWindow* const modal = session_ends_ ? nullptr : FindModal(form);
-    if (!modal || form.running_handlers <= modal->handlers_before) return false;
+    if (!modal || form.running_handlers <= modal->handlers_before) {
+        return false;
+    }
     modal->unload = mode;
     return true;
 }
 
 void WindowManager::Unload(Form& form, UnloadMode mode) {
     const auto is_unloading = std::find(unloading_.begin(), unloading_.end(), &form);
-    if (!form.Loaded() || (is_unloading != unloading_.end() && !session_ends_)) return;
-    if (DeferUnload(form, mode)) return Hide(form);
+    if (!form.Loaded() || (is_unloading != unloading_.end() && !session_ends_)) {
+        return;
+    }
+    if (DeferUnload(form, mode)) {
+        return Hide(form);
+    }
     unloading_.push_back(&form);
     try {
         const HandlerScope scope(form);
@@ -132,16 +167,22 @@ void WindowManager::Unload(Form& form, UnloadMode mode) {
 }
 
 void WindowManager::Remove(Form& form) {
-    if (std::erase(windows_, &form) == 0) return;  // a handler has unloaded it
+    if (std::erase(windows_, &form) == 0) {
+        return;  // a handler has unloaded it
+    }
     form.MarkVisible(false);
     form.MarkLoaded(false);
-    if (last_active_ == &form) last_active_ = nullptr;
+    if (last_active_ == &form) {
+        last_active_ = nullptr;
+    }
     DestroyNative(form);
     WakeLoops();
 }
 
 void WindowManager::Run() {
-    while (!windows_.empty() && HandleNextEvent()) continue;
+    while (!windows_.empty() && HandleNextEvent()) {
+        continue;
+    }
 }
 
 void WindowManager::HandleEvent(const std::function<void()>& event) {
@@ -154,17 +195,25 @@ void WindowManager::HandleEvent(const std::function<void()>& event) {
     }
     --running_events_;
     // The session's end has waited for a run to be cancelled.
-    if (session_ends_ && running_events_ == 0) LeaveSession();
+    if (session_ends_ && running_events_ == 0) {
+        LeaveSession();
+    }
 }
 
 void WindowManager::WindowActivated(Form& form) {
-    if (last_active_ == &form) return;
+    if (last_active_ == &form) {
+        return;
+    }
     last_active_ = &form;
-    if (form.Visible()) RequestActivation(form);
+    if (form.Visible()) {
+        RequestActivation(form);
+    }
 }
 
 void WindowManager::RunActivation(Form& form) {
-    if (!form.Visible()) return;
+    if (!form.Visible()) {
+        return;
+    }
     RunGuarded([&form] {
         const HandlerScope scope(form);
         form.Form_Activate();
@@ -175,9 +224,13 @@ bool WindowManager::PressCancelOrOk(Form& form) {
     bool has_one = false;
     for (const char* name : {"Cmd_Cancel", "Cmd_Ok"}) {
         Control* control = form.Find(name);
-        if (!control || control->kind() != Kind::kButton) continue;
+        if (!control || control->kind() != Kind::kButton) {
+            continue;
+        }
         has_one = true;
-        if (!control->Visible()) continue;
+        if (!control->Visible()) {
+            continue;
+        }
         RunGuarded([&] { static_cast<Button*>(control)->UserPress(); });
         return true;
     }
@@ -185,35 +238,50 @@ bool WindowManager::PressCancelOrOk(Form& form) {
 }
 
 void WindowManager::Close(Form& form, UnloadMode mode) {
-    if (!TakesInput(form) || PressCancelOrOk(form)) return;
+    if (!TakesInput(form) || PressCancelOrOk(form)) {
+        return;
+    }
     RunGuarded([&] { Unload(form, mode); });
 }
 
 void WindowManager::Escape(Form& form) {
-    if (TakesInput(form)) PressCancelOrOk(form);
+    if (TakesInput(form)) {
+        PressCancelOrOk(form);
+    }
 }
 
 void WindowManager::Help(Form& form) {
-    if (on_help && !session_ends_) RunGuarded([&] { on_help(form); });
+    if (on_help && !session_ends_) {
+        RunGuarded([&] { on_help(form); });
+    }
 }
 
 void WindowManager::EndSession() {
-    if (session_ends_) return;
+    if (session_ends_) {
+        return;
+    }
     session_ends_ = true;
     WakeLoops();
     const std::vector<Form*> forms(windows_.rbegin(), windows_.rend());
     bool waits_for_a_run = false;
-    for (Form* form : forms)
-        if (PressCancelOrOk(*form) && form->Visible()) waits_for_a_run = true;
+    for (Form* form : forms) {
+        if (PressCancelOrOk(*form) && form->Visible()) {
+            waits_for_a_run = true;
+        }
+    }
     DismissBoxes();
-    if (!waits_for_a_run) LeaveSession();
+    if (!waits_for_a_run) {
+        LeaveSession();
+    }
 }
 
 void WindowManager::LeaveSession() {
     while (!windows_.empty()) {
         Form& form = *windows_.back();
         RunGuarded([&] { Unload(form, UnloadMode::kSessionEnd); });
-        if (form.Loaded()) return;  // an error ends the program its own way
+        if (form.Loaded()) {
+            return;  // an error ends the program its own way
+        }
     }
 }
 

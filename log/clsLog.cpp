@@ -35,7 +35,9 @@ std::string Header() {
                                                "Transaction Log",
                                                Rule()};
     std::string header;
-    for (const std::string& line : lines) header += line + kLineEnd;
+    for (const std::string& line : lines) {
+        header += line + kLineEnd;
+    }
     return header;
 }
 
@@ -64,7 +66,9 @@ int UnloadMode(const std::string& text) {
     std::int16_t mode = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, failure] = std::from_chars(text.data(), end, mode);
-    if (failure == std::errc::result_out_of_range) RaiseError(error_number::kOverflow);
+    if (failure == std::errc::result_out_of_range) {
+        RaiseError(error_number::kOverflow);
+    }
     if (failure != std::errc() || stop != end) {
         throw Error(kTypeMismatch, product::kName, "Type mismatch");
     }
@@ -97,8 +101,12 @@ void clsLog::WriteToLog(const std::string& kind, bool with_date, const std::stri
 
 void clsLog::LogFile() {
     Reported("clsLog:LogFile Method", [&] {
-        if (program_.machine.clock.Now().day == 1 && Exists()) RollOver();
-        if (!Exists()) Append(Header());
+        if (program_.machine.clock.Now().day == 1 && Exists()) {
+            RollOver();
+        }
+        if (!Exists()) {
+            Append(Header());
+        }
     });
 }
 
@@ -106,17 +114,23 @@ void clsLog::RollOver() {
     auto& clock = program_.machine.clock;
     auto& files = program_.machine.files;
     const auto log = files.Find(FixedName());
-    if (!log) return;
+    if (!log) {
+        return;
+    }
     // Only month numbers are compared. In January the difference is 0, which is no month, so that
     // December's log is not rolled over.
-    if (clock.Now().month - 1 != clock.ToLocal(log->times.modified).month) return;
+    if (clock.Now().month - 1 != clock.ToLocal(log->times.modified).month) {
+        return;
+    }
     // One step instead of a removal and a rename: last month's log always exists under one name.
     files.Replace(FixedName(), program_.InApplicationFolder("Vantrel.Bak"));
 }
 
 std::string clsLog::Log_WriteDate(bool with_date) {
     return Reported("clsLog:Log_WriteDate Method", [&] {
-        if (!with_date) return std::string(kStampLength, ' ');
+        if (!with_date) {
+            return std::string(kStampLength, ' ');
+        }
         const platform::LocalTime now = program_.machine.clock.Now();
         std::array<char, 80> stamp{};
         std::snprintf(stamp.data(), stamp.size(), "%02d/%02d/%04d %02d:%02d:%02d ", now.day,
@@ -186,7 +200,9 @@ bool StartsWith(const Lines& lines, const Lines& start) {
 
 void clsLog::Log_Truncate(long limit) {
     Reported("clsLog:Log_Truncate Method", [&] {
-        if (!Exists()) return;
+        if (!Exists()) {
+            return;
+        }
         if (const long long size = Size(); size > limit) {
             std::string& note = program_.globals.MessageText;
             note = "Log File Truncated from " + std::to_string(size / 1000) + "K to about " +
@@ -195,14 +211,18 @@ void clsLog::Log_Truncate(long limit) {
         }
         for (;;) {
             const long long size = Size();
-            if (size < limit || !TrimOnce(size, limit)) return;
+            if (size < limit || !TrimOnce(size, limit)) {
+                return;
+            }
         }
     });
 }
 
 long long clsLog::Size() {
     const auto log = program_.machine.files.Find(FixedName());
-    if (!log) RaiseError(error_number::kFileNotFound);
+    if (!log) {
+        RaiseError(error_number::kFileNotFound);
+    }
     return static_cast<long long>(log->size);
 }
 
@@ -220,15 +240,21 @@ bool clsLog::TrimOnce(long long size, long long limit) {
     // Each pass leaves an empty line at the end. A pass that finds nothing else ends the trim, or a
     // limit below the size of the kept lines would be trimmed for ever.
     const bool has_removed = removed_bytes > 0 || next > kKeptLines + 1;
-    if (!has_removed) return false;
+    if (!has_removed) {
+        return false;
+    }
     // The events may have added records, from this copy of the program or another, or replaced the
     // log by a new one. A replaced log is measured again by the caller.
     lines.resize(next);
     const auto now = platform::SplitLines(platform::ReadWholeFile(files, FixedName()));
-    if (!StartsWith(now, lines)) return true;
+    if (!StartsWith(now, lines)) {
+        return true;
+    }
     std::string text;
     for (std::size_t i = 0; i < now.size(); ++i) {
-        if (i < kKeptLines || i >= next) text += now[i] + "\r\n";
+        if (i < kKeptLines || i >= next) {
+            text += now[i] + "\r\n";
+        }
     }
     platform::ReplaceWholeFile(files, FixedName(), text + "\r\n");
     return true;

@@ -11,8 +11,12 @@ namespace {
 std::size_t EndOfName(std::string_view line) {
     bool quoted = false;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '"') quoted = !quoted;
-        if (!quoted && (line[i] == ' ' || line[i] == '\t')) return i;
+        if (line[i] == '"') {
+            quoted = !quoted;
+        }
+        if (!quoted && (line[i] == ' ' || line[i] == '\t')) {
+            return i;
+        }
     }
     return line.size();
 }
@@ -20,7 +24,9 @@ std::size_t EndOfName(std::string_view line) {
 class FolderByPath : public Folder {
   public:
     FolderByPath(FileSystem& files, const std::string& path) : files_(files), path_(path) {
-        if (!path_.ends_with('\\')) path_ += '\\';
+        if (!path_.ends_with('\\')) {
+            path_ += '\\';
+        }
     }
     std::unique_ptr<File> Create(const std::string& name) override {
         return files_.Open(path_ + name, OpenMode::kCreateNew);
@@ -36,7 +42,9 @@ class FolderByPath : public Folder {
 std::string ParameterText(std::string_view whole_line) {
     const std::string_view text = whole_line.substr(EndOfName(whole_line));
     const std::size_t first = text.find_first_not_of(' ');
-    if (first != std::string_view::npos) return std::string(text.substr(first));
+    if (first != std::string_view::npos) {
+        return std::string(text.substr(first));
+    }
     return std::string(text.empty() ? 0 : text.size() - 1, ' ');
 }
 
@@ -44,7 +52,9 @@ DiskSpace ClassicDiskSpace(const DiskSpace& true_space) {
     constexpr std::uint64_t kTwoGigabytes = std::uint64_t{1} << 31;  // bytes
     const std::uint64_t cluster =
         std::uint64_t{true_space.sectors_per_cluster} * true_space.bytes_per_sector;
-    if (cluster == 0 || cluster >= kTwoGigabytes) return {};
+    if (cluster == 0 || cluster >= kTwoGigabytes) {
+        return {};
+    }
     const auto most = static_cast<std::uint32_t>((kTwoGigabytes - cluster) / cluster);
     DiskSpace classic = true_space;
     classic.free_clusters = std::min(classic.free_clusters, most);
@@ -54,9 +64,15 @@ DiskSpace ClassicDiskSpace(const DiskSpace& true_space) {
 
 int NumberFor(FileOperation operation, int of_a_file) {
     using namespace error_number;
-    if (operation == FileOperation::kFile) return of_a_file;
-    if (of_a_file == kFileNotFound) return kPathNotFound;
-    if (operation == FileOperation::kList && of_a_file == kBadFileName) return kPathNotFound;
+    if (operation == FileOperation::kFile) {
+        return of_a_file;
+    }
+    if (of_a_file == kFileNotFound) {
+        return kPathNotFound;
+    }
+    if (operation == FileOperation::kList && of_a_file == kBadFileName) {
+        return kPathNotFound;
+    }
     const bool refused =
         of_a_file == kPermissionDenied || of_a_file == kFileExists || of_a_file == kBadFileName;
     return refused ? kPathFileAccess : of_a_file;

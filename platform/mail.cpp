@@ -53,7 +53,9 @@ void RaiseNoMailProgram() {
 }
 
 void MailDraft::SetMessageIndex(int index) {
-    if (index != kComposeBuffer) RaiseError(error_number::kInvalidPropertyValue);
+    if (index != kComposeBuffer) {
+        RaiseError(error_number::kInvalidPropertyValue);
+    }
 }
 
 void MailDraft::Compose() {
@@ -69,13 +71,16 @@ void MailDraft::SetRecipientAddress(const std::string& address) {
 
 void MailDraft::SetAttachmentIndex(int index) {
     const auto wanted = static_cast<std::size_t>(index);
-    if (index < 0 || wanted > message_.attachments.size())
+    if (index < 0 || wanted > message_.attachments.size()) {
         RaiseError(error_number::kInvalidPropertyValue);
+    }
     attachment_ = wanted;
 }
 
 MailAttachment& MailDraft::Attachment() {
-    if (attachment_ == message_.attachments.size()) message_.attachments.emplace_back();
+    if (attachment_ == message_.attachments.size()) {
+        message_.attachments.emplace_back();
+    }
     return message_.attachments[attachment_];
 }
 

@@ -28,7 +28,9 @@ auto RetryWhileLocked(Clock& clock, Step&& step) -> decltype(step()) {
         try {
             return step();
         } catch (const Error& error) {
-            if (error.number() != error_number::kPermissionDenied || tries_left == 0) throw;
+            if (error.number() != error_number::kPermissionDenied || tries_left == 0) {
+                throw;
+            }
         }
         clock.Sleep(kPauseWhenLocked);
     }

@@ -13,7 +13,9 @@ std::string ReadWholeFile(FileSystem& files, const std::string& path) {
         bytes.resize(have + kStep);
         const std::size_t got = file->Read(bytes.data() + have, kStep);
         bytes.resize(have + got);
-        if (got == 0) break;
+        if (got == 0) {
+            break;
+        }
     }
     file->Close();
     return bytes;
@@ -79,7 +81,9 @@ std::string UnusedPathBeside(FileSystem& files, const std::string& path) {
     for (int number = 0; number < kMaxTries; ++number) {
         const std::string suffix = number == 0 ? "" : std::to_string(number);
         std::string candidate = folder + "~Vantrel" + suffix + ".new";
-        if (!files.Find(candidate)) return candidate;
+        if (!files.Find(candidate)) {
+            return candidate;
+        }
     }
     RaiseError(error_number::kFileExists);
 }
@@ -95,7 +99,9 @@ void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_vi
         RaiseError(error_number::kPermissionDenied);
     }
     WriteBeside(files, path, bytes, [&](const std::string& scratch) {
-        if (before) files.SetAttributes(scratch, before->attributes);
+        if (before) {
+            files.SetAttributes(scratch, before->attributes);
+        }
         files.Replace(scratch, path);
     });
 }

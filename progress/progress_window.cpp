@@ -31,7 +31,9 @@ ProgressWindow::ProgressWindow(forms::Program& program, std::string name, std::s
 
 void ProgressWindow::Form_Load() {
     const std::string clip = program().InApplicationFolder("System\\FileCopy.AVI");
-    if (clsFiles(program()).Exist(clip, true)) Ani_File.Open(clip);
+    if (clsFiles(program()).Exist(clip, true)) {
+        Ani_File.Open(clip);
+    }
     Cmd_Cancel.SetVisible(true);
     Cmd_Ok.SetVisible(false);
 }
@@ -42,7 +44,9 @@ void ProgressWindow::OverallProgress(std::int32_t percent, bool& cancel) {
     program().desktop.DoEvents();
     PB_Folder.SetValue(percent);
     SetTaskProgress(percent);
-    if (Cmd_Cancel.Enabled()) return;
+    if (Cmd_Cancel.Enabled()) {
+        return;
+    }
     cancel = true;
     Cmd_Ok.SetVisible(true);
     Cmd_Cancel.SetVisible(false);
@@ -64,8 +68,12 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
 bool ProgressWindow::AskRetry(const std::string& text) {
     // A press of Cancel that waits in the queue would be lost while the box is open.
     program().desktop.DoEvents();
-    if (!Cmd_Cancel.Enabled()) return false;
-    if (ConfirmRetry(program().desktop, text, question_title_)) return true;
+    if (!Cmd_Cancel.Enabled()) {
+        return false;
+    }
+    if (ConfirmRetry(program().desktop, text, question_title_)) {
+        return true;
+    }
     Cmd_Cancel.SetEnabled(false);
     return false;
 }
@@ -84,7 +92,9 @@ void ProgressWindow::ShowOutcome(const std::string& text) {
 }
 
 void ComponentMessages::Handle(const zip::ComponentMessage& message) {
-    if (message.kind == zip::MessageKind::kInformation) return;
+    if (message.kind == zip::MessageKind::kInformation) {
+        return;
+    }
     if (written_ == kMaxLines) {
         ++unwritten_;
         return;
@@ -94,10 +104,13 @@ void ComponentMessages::Handle(const zip::ComponentMessage& message) {
 }
 
 void ComponentMessages::WriteSummary(std::int32_t left_out_files, const std::string& outcome) {
-    if (unwritten_ > 0)
+    if (unwritten_ > 0) {
         Write(Counted(unwritten_, "more message", "more messages") + " not written");
+    }
     const auto left_out = static_cast<std::uint32_t>(left_out_files);
-    if (left_out > 0) Write(Counted(left_out, "file", "files") + " " + outcome);
+    if (left_out > 0) {
+        Write(Counted(left_out, "file", "files") + " " + outcome);
+    }
     written_ = 0;
     unwritten_ = 0;
 }

@@ -15,7 +15,9 @@ constexpr const char* kCreateLabel = "clsFiles:Create_CFG Method";
 constexpr std::size_t kHeaderLines = 7;  // skipped unread by every reader
 
 std::string WithoutBackslash(std::string line) {
-    if (!line.empty() && line.back() == '\\') line.pop_back();
+    if (!line.empty() && line.back() == '\\') {
+        line.pop_back();
+    }
     return line;
 }
 
@@ -33,7 +35,9 @@ std::string clsCfg::Upper(const std::string& text) const {
 
 std::string clsCfg::EmptyList() {
     std::string text;
-    for (const std::string& line : product::FileHeader()) text += line + kLineEnd;
+    for (const std::string& line : product::FileHeader()) {
+        text += line + kLineEnd;
+    }
     text += std::string(";  Secure Data Directories  ") + kLineEnd + ";" + kLineEnd;
     return text + kLineEnd;
 }
@@ -49,7 +53,9 @@ bool clsCfg::CreateMissing() {
             platform::MakeWholeFile(program_.machine.files, ListPath(), EmptyList());
             return true;
         } catch (const Error& error) {
-            if (error.number() != error_number::kFileExists) throw;
+            if (error.number() != error_number::kFileExists) {
+                throw;
+            }
             return false;
         }
     });
@@ -59,7 +65,9 @@ bool clsCfg::CreateMissing() {
 // overwrite every protected folder.
 std::string clsCfg::ReadList() {
     std::string list = platform::ReadWholeFile(program_.machine.files, ListPath());
-    if (platform::SplitLines(list).size() >= kHeaderLines) return list;
+    if (platform::SplitLines(list).size() >= kHeaderLines) {
+        return list;
+    }
     throw Error(error_number::kPastEnd, product::kName,
                 ErrorText(error_number::kPastEnd) + ": " + ListPath());
 }
@@ -78,7 +86,9 @@ std::vector<std::string> clsCfg::ReturnProtected() {
     const auto lines = platform::SplitLines(ReadList());
     std::vector<std::string> entries;
     for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
-        if (lines[i].empty()) continue;
+        if (lines[i].empty()) {
+            continue;
+        }
         entries.push_back(WithoutBackslash(program_.machine.code_page.Decode(lines[i])));
     }
     return entries;
@@ -86,7 +96,9 @@ std::vector<std::string> clsCfg::ReturnProtected() {
 
 std::unordered_set<std::string> clsCfg::UpperEntries() {
     std::unordered_set<std::string> entries;
-    for (const std::string& line : Lines()) entries.insert(Upper(line));
+    for (const std::string& line : Lines()) {
+        entries.insert(Upper(line));
+    }
     return entries;
 }
 
@@ -98,7 +110,9 @@ void clsCfg::Protected_Delete(forms::Tree& tree) {
     auto& files = program_.machine.files;
     const auto lines = platform::SplitLines(ReadList());
     const std::string scratch = program_.InApplicationFolder("Vantrel.Cft");
-    if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
+    if (clsFiles(program_).Exist(scratch, true)) {
+        files.RemoveFile(scratch);
+    }
 
     const std::string dropped = Upper(tree.At(tree.Selected()).tag);
     std::string text;
@@ -106,7 +120,9 @@ void clsCfg::Protected_Delete(forms::Tree& tree) {
         const std::string line = i < kHeaderLines ? lines[i] : WithoutBackslash(lines[i]);
         const bool drop =
             i >= kHeaderLines && Upper(program_.machine.code_page.Decode(line)) == dropped;
-        if (!drop) text += line + kLineEnd;
+        if (!drop) {
+            text += line + kLineEnd;
+        }
     }
     platform::WriteFlushed(files, scratch, text);
     files.Replace(scratch, ListPath());
@@ -116,11 +132,15 @@ void clsCfg::Protected_Delete(forms::Tree& tree) {
 void clsCfg::Protected_Add(forms::Tree& tree) {
     auto& code_page = program_.machine.code_page;
     const auto entry = code_page.Encode(Upper(tree.At(tree.Selected()).tag));
-    if (!entry) RaiseError(error_number::kBadFileName);
+    if (!entry) {
+        RaiseError(error_number::kBadFileName);
+    }
     // In one step: a truncated entry would protect nothing and spoil the next one.
     auto& files = program_.machine.files;
     std::string list = ReadList();
-    if (!EndsItsLastLine(list)) list += kLineEnd;
+    if (!EndsItsLastLine(list)) {
+        list += kLineEnd;
+    }
     platform::ReplaceWholeFile(files, ListPath(), list + *entry + kLineEnd);
     tree.SetImages(tree.Selected(), kProtectedFolder, kProtectedFolder);
 }

@@ -40,7 +40,9 @@ class TreeBuilder {
                 AddNext();
             }
         }
-        if (top_level_) progress_.SetFloodPercent(0);
+        if (top_level_) {
+            progress_.SetFloodPercent(0);
+        }
     }
 
   private:
@@ -68,7 +70,9 @@ class TreeBuilder {
 
     // As clsCfg::IsProtected, which reads the list at each call.
     bool IsProtected(const std::string& path) {
-        if (!list_) list_ = clsCfg(program_).UpperEntries();
+        if (!list_) {
+            list_ = clsCfg(program_).UpperEntries();
+        }
         return list_->contains(program_.machine.code_page.Upper(path));
     }
 

@@ -31,12 +31,16 @@ std::string Frm_Restore::SetPath() const {
 }
 
 std::string Frm_Restore::ArchivePath() {
-    if (main_.Cmb_RestoreFile.Text().empty()) return main_.Fld_RestoreFile.Caption();
+    if (main_.Cmb_RestoreFile.Text().empty()) {
+        return main_.Fld_RestoreFile.Caption();
+    }
     clsINI set(program());
     set.Read_INI(SetPath());
     // The Restore button has checked the same file. A truncated path could be another archive's.
     const std::string problem = set.RestoreSourceProblem();
-    if (!problem.empty()) throw Error(error_number::kBadFileName, name(), problem);
+    if (!problem.empty()) {
+        throw Error(error_number::kBadFileName, name(), problem);
+    }
     return set.RestoreFromDrive() + set.RestoreFileName();
 }
 
@@ -76,7 +80,9 @@ void Frm_Restore::RunComponent() {
 }
 
 void Frm_Restore::RememberDestination() {
-    if (main_.Cmb_RestoreFile.Text().empty()) return;
+    if (main_.Cmb_RestoreFile.Text().empty()) {
+        return;
+    }
     clsFiles(program()).WriteINI("RESTORE DESTINATION", "RestoreDestination",
                                  main_.Fld_RestoreTo.Caption(),
                                  program().machine.code_page.Upper(SetPath()));

@@ -15,13 +15,15 @@ bool Frm_RestoreWhere::FolderExists(const std::string& folder) const {
     return clsFiles(program()).Exist(folder, false);
 }
 
-void Frm_RestoreWhere::Tell(const Error& error) const { ShowError(program(), error); }
+void Frm_RestoreWhere::DisplayError(const Error& error) const { ShowError(program(), error); }
 
-void Frm_RestoreWhere::TakeFolder() {
+void Frm_RestoreWhere::StoreFolder() {
     auto& code_page = program().machine.code_page;
     const std::string folder = code_page.Upper(Dir_DirList.Path());
     const std::string problem = StorageProblem(code_page, folder);
-    if (!problem.empty()) return RefuseFolder(problem);
+    if (!problem.empty()) {
+        return RefuseFolder(problem);
+    }
     Fld_RestoreTo_.SetCaption(folder);
     program().desktop.Unload(*this);
 }

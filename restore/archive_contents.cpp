@@ -16,7 +16,9 @@ class DiskQuestions : public zip::Questions {
     explicit DiskQuestions(forms::Program& program) : desktop_(program.desktop) {}
 
     bool AskRetry(const std::string& text) override {
-        if (cancelled) return false;
+        if (cancelled) {
+            return false;
+        }
         desktop_.SetPointer(forms::Pointer::kDefault);
         cancelled = !ConfirmRetry(desktop_, text, "Restore");
         desktop_.SetPointer(forms::Pointer::kHourglass);
@@ -36,9 +38,7 @@ class ListingEvents {
     ListingEvents(zip::PKUNZIP& component, zip::Questions& questions) : component_(component) {
         component_.questions = &questions;
         // The only message of a count is about a directory that is not complete.
-        component_.Message = [this](const zip::ComponentMessage& message) {
-            trouble = message.text;
-        };
+        component_.Message = [this](const zip::ComponentMessage& message) { Keep(message); };
     }
     ~ListingEvents() {
         component_.Message = nullptr;
@@ -50,6 +50,8 @@ class ListingEvents {
     std::string trouble;
 
   private:
+    void Keep(const zip::ComponentMessage& message) { trouble = message.text; }
+
     zip::PKUNZIP& component_;
 };
 
@@ -57,8 +59,10 @@ class ListingEvents {
 // the bare reason for a damaged directory.
 std::string Unreadable(const std::string& path, const std::string& reason) {
     const std::string what = "The archive cannot be read";
-    if (reason.starts_with(what)) return reason;
-    return zip::Sentence(what, path, Error(error_number::kDeviceIo, "", reason));
+    if (reason.starts_with(what)) {
+        return reason;
+    }
+    return zip::FailureText(what, path, Error(error_number::kDeviceIo, "", reason));
 }
 
 // For a path that fails the existence test.
@@ -77,7 +81,9 @@ ListingOutcome CountEntries(forms::Program& program, zip::PKUNZIP& component,
     DiskQuestions questions(program);
     ListingEvents listening(component, questions);
     component.Set(zip::unzip_id::kAction, zip::unzip_id::kActionCount);
-    if (listening.trouble.empty()) return {.complete = true};
+    if (listening.trouble.empty()) {
+        return {.complete = true};
+    }
     return {.cancelled = questions.cancelled, .trouble = Unreadable(path, listening.trouble)};
 }
 
@@ -120,7 +126,9 @@ ListingOutcome FillTree(forms::Program& program, const RestoreControls& controls
 ListedArchive LookAtArchive(forms::Program& program, const std::string& path) {
     try {
         const auto found = program.machine.files.Find(path);
-        if (!found) return {.path = path};
+        if (!found) {
+            return {.path = path};
+        }
         return {.path = path, .size = found->size, .modified = found->times.modified};
     } catch (const Error&) {
         return {.path = path};

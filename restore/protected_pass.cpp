@@ -20,7 +20,9 @@ namespace {
 class DistinctPaths {
   public:
     void Add(std::string path) {
-        if (seen_.insert(path).second) paths_.push_back(std::move(path));
+        if (seen_.insert(path).second) {
+            paths_.push_back(std::move(path));
+        }
     }
     const std::vector<std::string>& All() const { return paths_; }
 
@@ -33,13 +35,17 @@ class DistinctPaths {
 // makes contains "~". The name of a folder that cannot be read stays as it is.
 std::string WithLongNames(forms::Program& program, const std::string& path) {
     const std::string spelled = path::Normalize(path);
-    if (spelled.empty() || spelled.find('~') == std::string::npos) return path;
+    if (spelled.empty() || spelled.find('~') == std::string::npos) {
+        return path;
+    }
     std::string with_long_names;
     for (const std::string& folder : path::Ancestors(spelled)) {
         std::string name = path::Name(folder);
         try {
             const auto found = program.machine.files.Find(folder);
-            if (found && !with_long_names.empty()) name = found->name;
+            if (found && !with_long_names.empty()) {
+                name = found->name;
+            }
         } catch (const Error&) {
             // A folder that cannot be read cannot be written into either.
         }
@@ -60,9 +66,11 @@ std::vector<std::string> TargetPaths(forms::Program& program, const RestoreTarge
     }
     const auto folders = targets.folders ? targets.folders() : std::vector<std::string>();
     for (const std::string& real_root :
-         {root, path::WithBackslash(WithLongNames(program, destination))})
-        for (const std::string& folder : folders)
+         {root, path::WithBackslash(WithLongNames(program, destination))}) {
+        for (const std::string& folder : folders) {
             found.Add(folder.empty() ? real_root : path::WithBackslash(real_root + folder));
+        }
+    }
     return found.All();
 }
 
@@ -73,7 +81,9 @@ std::optional<std::string> FreeName(forms::Program& program, const std::string& 
         std::array<char, 16> number{};
         std::snprintf(number.data(), number.size(), "_%03d", n);
         std::string name = folder + number.data();
-        if (!clsFiles(program).Exist(name, false)) return name;
+        if (!clsFiles(program).Exist(name, false)) {
+            return name;
+        }
     }
     return std::nullopt;
 }
@@ -81,14 +91,18 @@ std::optional<std::string> FreeName(forms::Program& program, const std::string& 
 // The existence test is also false when the folder could not be read. Such a folder could still be
 // overwritten, so it is looked up a second time, and an error of that ends the restore.
 bool FolderExists(forms::Program& program, const std::string& folder) {
-    if (clsFiles(program).Exist(folder, false)) return true;
+    if (clsFiles(program).Exist(folder, false)) {
+        return true;
+    }
     const auto found = program.machine.files.Find(folder);
     return found && found->IsFolder();
 }
 
 void RenameAside(forms::Program& program, const std::string& folder) {
     const auto name = FreeName(program, folder);
-    if (!name) return;
+    if (!name) {
+        return;
+    }
     program.machine.files.Rename(folder, *name);
     clsLog log(program);
     log.WriteToLog("Backup", true, "Restore process about to Overwrite " + folder);
@@ -125,17 +139,25 @@ class Spellings {
 void RenameProtectedFolders(forms::Program& program, const RestoreTargets& targets,
                             const std::string& destination) {
     const auto folders = clsCfg(program).ReturnProtected();
-    if (folders.empty()) return;
+    if (folders.empty()) {
+        return;
+    }
     std::vector<Spellings> spellings;
     spellings.reserve(folders.size());
-    for (const std::string& folder : folders) spellings.emplace_back(program, folder);
+    for (const std::string& folder : folders) {
+        spellings.emplace_back(program, folder);
+    }
     auto& code_page = program.machine.code_page;
     for (const std::string& target : TargetPaths(program, targets, destination)) {
         const std::string upper = code_page.Upper(target);
         const std::string folded = code_page.Fold(target);
         for (std::size_t i = 0; i < folders.size(); ++i) {
-            if (!spellings[i].OccurIn(upper, folded)) continue;
-            if (FolderExists(program, folders[i])) RenameAside(program, folders[i]);
+            if (!spellings[i].OccurIn(upper, folded)) {
+                continue;
+            }
+            if (FolderExists(program, folders[i])) {
+                RenameAside(program, folders[i]);
+            }
         }
     }
 }

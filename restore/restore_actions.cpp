@@ -47,7 +47,9 @@ void RestoreActions::List(const std::string& archive) {
 }
 
 void RestoreActions::Cmb_RestoreFile_Click() {
-    if (controls_.Cmb_RestoreFile.Index() == -1) return;
+    if (controls_.Cmb_RestoreFile.Index() == -1) {
+        return;
+    }
     try {
         TakeSet();
     } catch (const Error& error) {
@@ -110,21 +112,29 @@ void RestoreActions::Cmd_RestoreFile_Click() {
 
 void RestoreActions::Browse() {
     std::string start = controls_.Fld_RestoreFile.Caption();
-    if (start.empty() || !clsFiles(program_).Exist(start, true)) start.clear();
+    if (start.empty() || !clsFiles(program_).Exist(start, true)) {
+        start.clear();
+    }
     const std::string chosen =
         program_.desktop.OpenFile("Select a Restore File", "Restore Files (*.zip)|*.zip", start);
-    if (chosen.empty()) return;
+    if (chosen.empty()) {
+        return;
+    }
     controls_.Fld_RestoreFile.SetCaption(chosen);
     List(chosen);
     ForgetSetUnlessItNames(chosen);
 }
 
 void RestoreActions::ForgetSetUnlessItNames(const std::string& archive) {
-    if (controls_.Cmb_RestoreFile.Index() == -1) return;
+    if (controls_.Cmb_RestoreFile.Index() == -1) {
+        return;
+    }
     auto& code_page = program_.machine.code_page;
     const bool same = clsFiles(program_).Exist(SetPath(), true) &&
                       code_page.Upper(ArchiveOfSet()) == code_page.Upper(archive);
-    if (!same) controls_.Cmb_RestoreFile.SetIndex(-1);
+    if (!same) {
+        controls_.Cmb_RestoreFile.SetIndex(-1);
+    }
 }
 
 void RestoreActions::Cmd_RestoreTo_Click() { vantrel::Cmd_RestoreTo_Click(program_, controls_); }
@@ -146,11 +156,15 @@ bool RestoreActions::ValidateChoices() {
 
 // The set's file may have been edited since the set was selected.
 bool RestoreActions::ValidateArchiveOfSet() {
-    if (controls_.Cmb_RestoreFile.Text().empty()) return true;
+    if (controls_.Cmb_RestoreFile.Text().empty()) {
+        return true;
+    }
     clsINI set(program_);
     set.Read_INI(SetPath());
     const std::string problem = set.RestoreSourceProblem();
-    if (!problem.empty()) ShowMessage("Unable to Restore as " + problem + ".");
+    if (!problem.empty()) {
+        ShowMessage("Unable to Restore as " + problem + ".");
+    }
     return problem.empty();
 }
 
@@ -173,14 +187,26 @@ bool RestoreActions::ListArchiveToRestore() {
     const bool window_was_there = WindowIsLoaded();
     for (;;) {
         const std::string archive = ArchiveToRestore();
-        if (listing_.complete && LookAtArchive(program_, archive) == listed_) return true;
+        if (listing_.complete && LookAtArchive(program_, archive) == listed_) {
+            return true;
+        }
         List(archive);
-        if (window_was_there != WindowIsLoaded()) return false;
-        if (!ValidateChoices()) return false;
-        if (ArchiveToRestore() != archive) continue;
+        if (window_was_there != WindowIsLoaded()) {
+            return false;
+        }
+        if (!ValidateChoices()) {
+            return false;
+        }
+        if (ArchiveToRestore() != archive) {
+            continue;
+        }
         if (!listing_.cancelled) {
-            if (!TargetsUnknown()) return true;
-            if (ConfirmRetry(program_.desktop, listing_.trouble, "Restore")) continue;
+            if (!TargetsUnknown()) {
+                return true;
+            }
+            if (ConfirmRetry(program_.desktop, listing_.trouble, "Restore")) {
+                continue;
+            }
         }
         LogCancelledRun();
         return false;
@@ -195,7 +221,9 @@ void RestoreActions::LogCancelledRun() {
 }
 
 void RestoreActions::Cmd_Restore_Click() {
-    if (restoring_) return;
+    if (restoring_) {
+        return;
+    }
     struct Running {
         explicit Running(bool& flag) : flag_(flag) { flag_ = true; }
         ~Running() { flag_ = false; }
@@ -205,7 +233,9 @@ void RestoreActions::Cmd_Restore_Click() {
 }
 
 void RestoreActions::Restore() {
-    if (!ValidateChoices() || !ListArchiveToRestore()) return;
+    if (!ValidateChoices() || !ListArchiveToRestore()) {
+        return;
+    }
     RunPass();
     Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
     program_.desktop.ShowModal(window);

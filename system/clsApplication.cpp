@@ -12,7 +12,9 @@ bool clsApplication::PrevInstance() {
 
 void clsApplication::ShutDown(forms::Form* splash) {
     Reported("clsApplication:ShutDown Method", [&] {
-        if (splash != nullptr && splash->Loaded()) program_.desktop.Unload(*splash);
+        if (splash != nullptr && splash->Loaded()) {
+            program_.desktop.Unload(*splash);
+        }
     });
 }
 

@@ -14,7 +14,9 @@ namespace {
 std::int32_t Multiply(std::int64_t one, std::int64_t other) {
     constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
     const bool fits = one <= kMax && other <= kMax && (one == 0 || other <= kMax / one);
-    if (!fits) RaiseError(error_number::kOverflow);
+    if (!fits) {
+        RaiseError(error_number::kOverflow);
+    }
     return static_cast<std::int32_t>(one * other);
 }
 
@@ -33,7 +35,9 @@ std::string clsDrives::ShowDrives(int type) {
     try {
         for (char letter = 'a'; letter <= 'z'; ++letter) {
             const int found = program_.machine.drives.Type(std::string(1, letter) + ":\\");
-            if (IsListed(found) && found == type) letters += std::string(1, letter) + ": ";
+            if (IsListed(found) && found == type) {
+                letters += std::string(1, letter) + ": ";
+            }
         }
     } catch (const Error&) {
         // The result is the drives that were found before the error.

@@ -40,14 +40,18 @@ std::string OpenPage(forms::Program& program, const std::string& page) {
     if (!clsFiles(program).Exist(page, true)) {
         return "The Guide cannot be found." + gap + "It should be the file " + page;
     }
-    if (program.machine.shell.Open(page, platform::ShellVerb::kOpen) > kMaxShellError) return "";
+    if (program.machine.shell.Open(page, platform::ShellVerb::kOpen) > kMaxShellError) {
+        return "";
+    }
     return "The Guide could not be opened." + gap + "It is a page for your Web Browser, the file " +
            page;
 }
 
 std::string Trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string::npos) return "";
+    if (first == std::string::npos) {
+        return "";
+    }
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
@@ -68,8 +72,12 @@ void clsSystem::ShowWebPage(const std::string& address) {
 }
 
 void clsSystem::OpenWith(const std::string& browser, const std::string& address) {
-    if (Trimmed(browser).empty()) return ShowMessage("Could not find a Web Browser.", address);
-    if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) > kMaxShellError) return;
+    if (Trimmed(browser).empty()) {
+        return ShowMessage("Could not find a Web Browser.", address);
+    }
+    if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) > kMaxShellError) {
+        return;
+    }
     ShowMessage("Web Page not Opened", "Web URL Failed");
 }
 
@@ -78,19 +86,25 @@ long clsSystem::ScrollText(forms::TextBox& box, std::int16_t lines) {
         forms::Control* const active = box.owner().ActiveControl();
         box.SetFocus();
         box.ScrollLines(lines);
-        if (active != nullptr) active->SetFocus();
+        if (active != nullptr) {
+            active->SetFocus();
+        }
         // EM_LINESCROLL returns 1 for a box of several lines and 0 for one of a single line.
         return box.MultiLine() ? 1L : 0L;
     });
 }
 
 void ShowGuide(forms::Program& program, forms::Form& window) {
-    if (program.Unattended()) return;
+    if (program.Unattended()) {
+        return;
+    }
     const bool is_busy = window.running_handlers > 0;
     // While the message box is open, F1 pressed again finds the window busy.
     const forms::HandlerScope scope(window);
     const std::string problem = OpenPage(program, program.InApplicationFolder(kGuidePage));
-    if (problem.empty() || is_busy) return;
+    if (problem.empty() || is_busy) {
+        return;
+    }
     program.desktop.Show({.text = problem, .icon = forms::Icon::kExclamation, .title = "Guide"});
 }
 

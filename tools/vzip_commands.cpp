@@ -10,8 +10,8 @@
 #include "common/display_text.h"
 #include "common/product.h"
 #include "zip/deflate/deflate.h"
-#include "zip/reader/archive_extractor.h"
 #include "zip/disks/archive_reader.h"
+#include "zip/reader/archive_extractor.h"
 #include "zip/records/directory_reader.h"
 #include "zip/writer/archive_writer.h"
 
@@ -65,22 +65,22 @@ class Console : public zip::RunEvents {
   public:
     explicit Console(bool shows_progress) : shows_progress_(shows_progress) {}
 
-    void Overall(int percent, bool&) override {
+    void OnProgress(int percent, bool&) override {
         if (shows_progress_ && percent != percent_) {
             percent_ = percent;
             std::fprintf(stderr, "\r%3d %%", percent);
             std::fflush(stderr);
         }
     }
-    void OfFile(int) override {}
-    void Told(const zip::ComponentMessage& message) override {
+    void OnFileProgress(int) override {}
+    void OnMessage(const zip::ComponentMessage& message) override {
         if (message.kind != zip::MessageKind::kInformation) {
             EndLine();
             std::fprintf(stderr, "%s\n", message.text.c_str());
         }
     }
     bool WantsEachFile() const override { return false; }
-    zip::Questions* Answers() override { return nullptr; }
+    zip::Questions* QuestionHandler() override { return nullptr; }
 
     void EndLine() {
         if (percent_ >= 0) {
@@ -159,7 +159,7 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
 int ListArchive(const platform::Machine& machine, const std::vector<std::string>& arguments) {
     const auto operands = ParseOptions(arguments, [](const std::string&, auto) { return false; });
     RequireOperands(operands, 1);
-    zip::ArchiveSource source(machine.files, PlatformPath(operands[0]));
+    zip::ArchiveReader source(machine.files, PlatformPath(operands[0]));
     const zip::Directory directory = zip::ReadDirectory(source, machine.code_page, machine.clock);
     for (const zip::StoredEntry& entry : directory.entries) {
         std::printf("%12llu  %s\n", static_cast<unsigned long long>(entry.size),

@@ -76,7 +76,9 @@ void Frm_Mainmenu::Form_Load() {
     clsInfo().SecureData(Secure.Fld_SecureData);
     Backup.SetEditMode(false);
     FillSetLists();
-    if (!program().Unattended()) SelectRememberedSet();
+    if (!program().Unattended()) {
+        SelectRememberedSet();
+    }
 }
 
 void Frm_Mainmenu::FillSetLists() {
@@ -90,9 +92,13 @@ void Frm_Mainmenu::FillSetLists() {
 void Frm_Mainmenu::SelectRememberedSet() {
     const std::string remembered =
         program().machine.settings.Read(kSection, kKey).value_or(kNothing);
-    if (remembered == kNothing) return;
+    if (remembered == kNothing) {
+        return;
+    }
     for (int i = 0; i < Backup.Cmb_BackupSet.Count(); ++i) {
-        if (Backup.Cmb_BackupSet.Item(i) == remembered) Backup.Cmb_BackupSet.SetText(remembered);
+        if (Backup.Cmb_BackupSet.Item(i) == remembered) {
+            Backup.Cmb_BackupSet.SetText(remembered);
+        }
     }
 }
 
@@ -104,10 +110,15 @@ void Frm_Mainmenu::Form_QueryUnload(forms::UnloadMode mode) {
         clsLog(program()).WriteToLog("Exit", true, std::to_string(static_cast<int>(mode)));
     });
     const auto failed_setting = Trapped([&] {
-        if (!program().Unattended()) StoreSelection();
+        if (!program().Unattended()) {
+            StoreSelection();
+        }
     });
-    for (const auto& failure : {failed_record, failed_setting})
-        if (failure) ShowError(program(), *failure);
+    for (const auto& failure : {failed_record, failed_setting}) {
+        if (failure) {
+            ShowError(program(), *failure);
+        }
+    }
 }
 
 void Frm_Mainmenu::StoreSelection() {
@@ -121,7 +132,9 @@ void Frm_Mainmenu::Menu_File_Exit_Click() { program().desktop.Unload(*this); }
 
 void Frm_Mainmenu::Fil_INI_MouseDown(int button) {
     constexpr int kRightButton = 2;
-    if (button == kRightButton) Menu_Options.PopUp();
+    if (button == kRightButton) {
+        Menu_Options.PopUp();
+    }
 }
 
 void Frm_Mainmenu::TAB_Backup_Click(int) {

@@ -62,7 +62,9 @@ BackupTab::BackupTab(forms::Form& window)
     Lbl_BackupFileName.SetTooltip("The Name of the Backup File");
     Fld_BackupWhere.SetTooltip("Location of the Backup File");
     Fld_BackupOptions.SetTooltip("Displays the Backup Options");
-    for (auto& button : Cmd_Options) button.SetTooltip("Edit Options");
+    for (auto& button : Cmd_Options) {
+        button.SetTooltip("Edit Options");
+    }
     Cmd_Change.SetTooltip("Modify Backup What/Where/Options Settings");
     Cmd_AddNew.SetTooltip("Add a New Backup Configuration File");
     Cmd_Backup.SetTooltip("Start the Backup Now!");
@@ -75,7 +77,9 @@ BackupTab::BackupTab(forms::Form& window)
     Cmd_Change.Click = [this] { Cmd_Change_Click(); };
     Cmd_Backup.Click = [this] { Cmd_Backup_Click(); };
     Cmd_Navigate.Click = [this] { Cmd_Navigate_Click(); };
-    for (auto& button : Cmd_Options) button.Click = [this] { Cmd_Options_Click(); };
+    for (auto& button : Cmd_Options) {
+        button.Click = [this] { Cmd_Options_Click(); };
+    }
 }
 
 BackupControls BackupTab::Controls() {
@@ -86,20 +90,26 @@ BackupControls BackupTab::Controls() {
 void BackupTab::Cmd_Backup_Click() { vantrel::Cmd_Backup_Click(window_.program(), Controls()); }
 
 bool BackupTab::RequireSelectedSet(const std::string& request) {
-    if (!Cmb_BackupSet.Text().empty()) return true;
+    if (!Cmb_BackupSet.Text().empty()) {
+        return true;
+    }
     window_.program().desktop.Show(
         {.text = request, .icon = Icon::kInformation, .title = "Backup"});
     return false;
 }
 
 void BackupTab::Cmd_Navigate_Click() {
-    if (!RequireSelectedSet("Please select a Backup Configuration.")) return;
+    if (!RequireSelectedSet("Please select a Backup Configuration.")) {
+        return;
+    }
     Frm_BackupWhere dialog(window_.program(), Controls());
     window_.program().desktop.ShowModal(dialog);
 }
 
 void BackupTab::Cmd_Options_Click() {
-    if (!RequireSelectedSet("Please select a Backup Configuration first.")) return;
+    if (!RequireSelectedSet("Please select a Backup Configuration first.")) {
+        return;
+    }
     Frm_BackupOptions dialog(window_.program(), Controls());
     window_.program().desktop.ShowModal(dialog);
 }
@@ -109,7 +119,9 @@ std::string BackupTab::SetPath() const {
 }
 
 void BackupTab::SetEditMode(bool editable) {
-    for (auto& button : Cmd_Options) button.SetEnabled(editable);
+    for (auto& button : Cmd_Options) {
+        button.SetEnabled(editable);
+    }
     Dri_DriveList.SetEnabled(editable);
     Dir_DirList.SetEnabled(editable);
     Cmd_Navigate.SetEnabled(editable);
@@ -127,20 +139,26 @@ void BackupTab::Cmb_BackupSet_Click() {
     const std::string where = clsString().Backslash(set.BackupToDrive());
     const bool source_found = SourceDriveFound(set);
     if (!source_found) {
-        if (window_.program().Unattended()) return Fld_BackupWhere.SetCaption(where);
+        if (window_.program().Unattended()) {
+            return Fld_BackupWhere.SetCaption(where);
+        }
         ShowSourceMissing(set);
         GoToApplicationDrive();
         Fld_BackupWhere.SetCaption(where);
     }
     if (!DestinationDriveFound(set)) {
-        if (window_.program().Unattended()) return Fld_BackupWhere.SetCaption(where);
+        if (window_.program().Unattended()) {
+            return Fld_BackupWhere.SetCaption(where);
+        }
         ShowDestinationMissing(set);
         Fld_BackupWhere.SetCaption(where);
     }
     SetEditMode(false);
     // The lists move while the mask label still shows the previous set: the folder is written
     // together with that mask. The label changes afterwards.
-    if (source_found) ShowSource(set);
+    if (source_found) {
+        ShowSource(set);
+    }
     ShowValues(set);
 }
 
@@ -179,7 +197,9 @@ void BackupTab::ShowDestinationMissing(clsINI& set) {
 void BackupTab::ShowSource(clsINI& set) {
     forms::Program& program = window_.program();
     const std::string folder = set.Backup_Parts(set.BackupFiles(), clsINI::kFolder);
-    if (folder.empty()) return GoToApplicationDrive();
+    if (folder.empty()) {
+        return GoToApplicationDrive();
+    }
     if (!clsFiles(program).Exist(folder, false)) {
         // Unattended, the checks before the backup report it.
         if (!program.Unattended()) {
@@ -195,7 +215,9 @@ void BackupTab::ShowSource(clsINI& set) {
     } catch (const Error& error) {
         return ShowError(program, error);
     }
-    if (moved_ && moves_ == Moves::kShowing) WriteSource();
+    if (moved_ && moves_ == Moves::kShowing) {
+        WriteSource();
+    }
 }
 
 // A truncated source is shown as it was read and never written back; nor is its mask written into
@@ -232,10 +254,14 @@ void BackupTab::Dri_DriveList_Change() {
 
 void BackupTab::Dir_DirList_Change() {
     const std::string problem = FolderProblem();
-    if (!problem.empty()) return RefuseFolder(problem);
+    if (!problem.empty()) {
+        return RefuseFolder(problem);
+    }
     last_good_path_ = Dir_DirList.Path();
     moved_ = true;
-    if (moves_ == Moves::kChosen && !Cmb_BackupSet.Text().empty()) WriteSource();
+    if (moves_ == Moves::kChosen && !Cmb_BackupSet.Text().empty()) {
+        WriteSource();
+    }
 }
 
 // Why the set cannot store the shown folder, as a sentence; "" when it can. Length matters only for
@@ -253,12 +279,18 @@ std::string BackupTab::DisplayedSource() const {
 
 void BackupTab::WriteSource() {
     forms::Program& program = window_.program();
-    if (Cmb_BackupSet.Text().empty()) return;
-    if (Lbl_FilestoBackup.Caption().empty()) Lbl_FilestoBackup.SetCaption("*.*");
+    if (Cmb_BackupSet.Text().empty()) {
+        return;
+    }
+    if (Lbl_FilestoBackup.Caption().empty()) {
+        Lbl_FilestoBackup.SetCaption("*.*");
+    }
     clsINI set(program);
     set.BackupFiles(DisplayedSource());
     // The mask of the set that was shown before may be too long for this folder.
-    if (!set.SourceProblem().empty()) return;
+    if (!set.SourceProblem().empty()) {
+        return;
+    }
     clsFiles(program).WriteINI("BACKUP SOURCE", "BackupFiles", set.BackupFiles(), SetPath());
 }
 

@@ -21,7 +21,9 @@ constexpr const char* kScratchName = "Temp.INI";
 
 int IndexOf(const forms::FileList& list, const std::string& name) {
     int index = list.Count() - 1;
-    while (index >= 0 && list.Item(index) != name) --index;
+    while (index >= 0 && list.Item(index) != name) {
+        --index;
+    }
     return index;
 }
 
@@ -55,7 +57,9 @@ void EditTab::Run(const std::function<void()>& handler) {
     } catch (const Error& error) {
         ShowError(program_, error);
     }
-    if (!outermost) return;
+    if (!outermost) {
+        return;
+    }
     running_ = false;
     if (std::exchange(picked_meanwhile_, false) && Fil_INI.FileName() != CurrentINI) {
         Fil_INI_Click();
@@ -72,7 +76,9 @@ void EditTab::Fil_INI_Click() {
 
 void EditTab::ShowPicked() {
     const std::string picked = Fil_INI.FileName();
-    if (!OfferToSave(picked)) return;
+    if (!OfferToSave(picked)) {
+        return;
+    }
     Show_INI(program_, picked, Fld_INI, Lbl_INIContents);
     CurrentINI = picked;
     Cmd_Save.SetEnabled(false);
@@ -92,24 +98,32 @@ bool EditTab::OfferToSave(const std::string& picked) {
                                                  .buttons = Buttons::kYesNo,
                                                  .title = "Changes",
                                                  .default_button = kSecondButton});
-    if (answer != Answer::kYes) return true;
+    if (answer != Answer::kYes) {
+        return true;
+    }
     ConfirmSave = false;
     SaveAccepted = false;
     Cmd_Save.Press();
     // Set only here, so that exactly the first direct save after this one is confirmed.
     ConfirmSave = true;
-    if (SaveAccepted) return true;
+    if (SaveAccepted) {
+        return true;
+    }
     Fil_INI.RestoreIndex(IndexOf(Fil_INI, CurrentINI));
     return false;
 }
 
 void EditTab::Fld_INI_Change() {
-    if (!Cmd_Save.Enabled()) Cmd_Save.SetEnabled(true);
+    if (!Cmd_Save.Enabled()) {
+        Cmd_Save.SetEnabled(true);
+    }
 }
 
 void EditTab::Cmd_Save_Click() {
     Run([this] {
-        if (!ConfirmSave || ConfirmSaving()) Save();
+        if (!ConfirmSave || ConfirmSaving()) {
+            Save();
+        }
     });
 }
 
@@ -143,10 +157,14 @@ std::string EditTab::ScratchPath() const {
 }
 
 bool EditTab::ValidateText(const std::string& scratch) {
-    if (!WriteScratch(scratch)) return false;
+    if (!WriteScratch(scratch)) {
+        return false;
+    }
     clsINI set(program_);
     set.Read_INI(scratch);
-    if (set.Validate_OnSave() && ValidateLengths(set)) return true;
+    if (set.Validate_OnSave() && ValidateLengths(set)) {
+        return true;
+    }
     if (scratch != program_.InApplicationFolder(kScratchName)) {
         program_.machine.files.RemoveFile(scratch);
     }
@@ -156,7 +174,9 @@ bool EditTab::ValidateText(const std::string& scratch) {
 // False, with a message, for a value that would be truncated when it is read back.
 bool EditTab::ValidateLengths(const clsINI& set) {
     const std::string problem = set.SaveProblem();
-    if (!problem.empty()) ShowRefusal(problem + ".");
+    if (!problem.empty()) {
+        ShowRefusal(problem + ".");
+    }
     return problem.empty();
 }
 
@@ -177,7 +197,9 @@ bool EditTab::WriteScratch(const std::string& scratch) {
         return false;
     }
     auto& files = program_.machine.files;
-    if (clsFiles(program_).Exist(scratch, true)) files.RemoveFile(scratch);
+    if (clsFiles(program_).Exist(scratch, true)) {
+        files.RemoveFile(scratch);
+    }
     // Truncates a file that exists in spite of the test.
     platform::WriteFlushed(files, scratch, *bytes);
     return true;
@@ -185,7 +207,9 @@ bool EditTab::WriteScratch(const std::string& scratch) {
 
 // One step instead of a removal and a rename: the set's file exists at every moment.
 void EditTab::PutInPlace(const std::string& scratch) {
-    if (CurrentINI.empty()) RaiseError(error_number::kPathFileAccess);  // no file is selected
+    if (CurrentINI.empty()) {
+        RaiseError(error_number::kPathFileAccess);  // no file is selected
+    }
     program_.machine.files.Replace(scratch, program_.InApplicationFolder(CurrentINI));
     SaveAccepted = true;
 }
@@ -209,7 +233,9 @@ void EditTab::Cmd_INIRefresh_Click() {
 
 void EditTab::Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet) {
     const std::string name = Fil_INI.FileName();
-    if (name.empty() || !ConfirmDeletion(name)) return;
+    if (name.empty() || !ConfirmDeletion(name)) {
+        return;
+    }
     try {
         Delete(name, Cmb_BackupSet);
     } catch (const Error& error) {
@@ -228,12 +254,16 @@ bool EditTab::ConfirmDeletion(const std::string& name) {
 
 void EditTab::Delete(const std::string& name, forms::ComboBox& sets) {
     const std::string path = program_.InApplicationFolder(name);
-    if (clsFiles(program_).Exist(path, true)) program_.machine.files.RemoveFile(path);
+    if (clsFiles(program_).Exist(path, true)) {
+        program_.machine.files.RemoveFile(path);
+    }
     Cmd_INIRefresh.Press();
     // The loop uses the count from before it, and skips the entry that follows a removed one.
     const int count = sets.Count();
     for (int i = 0; i < count; ++i) {
-        if (sets.Item(i) == name) sets.Remove(i);
+        if (sets.Item(i) == name) {
+            sets.Remove(i);
+        }
     }
 }
 

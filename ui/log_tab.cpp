@@ -50,7 +50,9 @@ void LogTab::ShowLog() {
 
 void LogTab::ShowSize() {
     const auto log = program_.machine.files.Find(program_.InApplicationFolder("Vantrel.Log"));
-    if (!log) RaiseError(error_number::kFileNotFound);
+    if (!log) {
+        RaiseError(error_number::kFileNotFound);
+    }
     auto& globals = program_.globals;
     globals.MessageText = kHint + globals.CrLf + "File Current Size is " +
                           std::to_string(log->size / kBytesInK) + "K";
@@ -77,7 +79,9 @@ Mailing::Mailing(forms::Program& program)
       program_(program) {}
 
 void Mailing::Run(const std::function<void()>& handler) {
-    if (running_) return;
+    if (running_) {
+        return;
+    }
     running_ = true;
     try {
         handler();
@@ -99,9 +103,13 @@ void Mailing::Cmd_ContactUs_Click() {
 }
 
 void Mailing::MailLog() {
-    if (!ConfirmMailing()) return;
+    if (!ConfirmMailing()) {
+        return;
+    }
     Record("Log File Emailed to Corvane Limited.");
-    if (!TryLogon("Email")) return;
+    if (!TryLogon("Email")) {
+        return;
+    }
     const bool sent = TrySend("Email", [this] {
         Fill("Vantrel Log",
              "Please find attached the Vantrel Log File.  The reason I am mailing it to you is "
@@ -109,7 +117,9 @@ void Mailing::MailLog() {
         AttachLogs();
         MAPI_Messages.Send(false);
     });
-    if (!sent) return;
+    if (!sent) {
+        return;
+    }
     Record("Email Successful");
     program_.desktop.Show({.text = "Log File Succesfully Sent to your E-Mail Application",
                            .icon = Icon::kInformation,
@@ -128,13 +138,17 @@ bool Mailing::ConfirmMailing() {
 
 void Mailing::Contact() {
     Record("Contact attempted for Corvane Limited.");
-    if (!TryLogon("Contact")) return;
+    if (!TryLogon("Contact")) {
+        return;
+    }
     const bool sent = TrySend("Contact", [this] {
         BuildContactText();
         Fill("Vantrel Query", program_.globals.MessageText);
         MAPI_Messages.Send(true);
     });
-    if (sent) Record("Contact Successful");
+    if (sent) {
+        Record("Contact Successful");
+    }
 }
 
 bool Mailing::TryLogon(const std::string& what) {
@@ -181,7 +195,9 @@ void Mailing::AttachLogs() {
     const bool both = clsFiles(program_).Exist(last_month, true);
     MAPI_Messages.SetAttachmentIndex(0);
     MAPI_Messages.SetAttachmentPath(program_.InApplicationFolder("Vantrel.Log"));
-    if (!both) return;
+    if (!both) {
+        return;
+    }
     MAPI_Messages.SetAttachmentPosition(1);
     MAPI_Messages.SetAttachmentIndex(1);
     MAPI_Messages.SetAttachmentPath(last_month);
@@ -194,7 +210,9 @@ void Mailing::BuildContactText() {
     std::string& text = program_.globals.MessageText;
     text.clear();
     text += "Your Message Goes Here ..........." + end;
-    for (int line = 0; line < 5; ++line) text += end;
+    for (int line = 0; line < 5; ++line) {
+        text += end;
+    }
     text += rule + end;
     text += "My Product Details are;" + end + end;
     text += "Product                : Vantrel" + end;

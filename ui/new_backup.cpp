@@ -70,14 +70,18 @@ void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,
             forms::ComboBox& restore_sets) {
     program.globals.MessageText.clear();
     const std::string name = WithExtension(program, typed);
-    if (!CanBeNamed(program, name)) RaiseError(error_number::kBadFileName);
+    if (!CanBeNamed(program, name)) {
+        RaiseError(error_number::kBadFileName);
+    }
     if (IsTaken(program, name)) {
         ShowNameInUse(program);
     } else {
         CreateSet(program, name, tab, restore_sets);
     }
     // A hidden set is not listed, nor is one that another program created meanwhile.
-    if (tab.Cmb_BackupSet.IndexOf(name) >= 0) tab.Cmb_BackupSet.SetText(name);
+    if (tab.Cmb_BackupSet.IndexOf(name) >= 0) {
+        tab.Cmb_BackupSet.SetText(name);
+    }
 }
 
 }  // namespace
@@ -85,7 +89,9 @@ void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,
 void Cmd_AddNew_Click(forms::Program& program, BackupTab& tab, forms::ComboBox& Cmb_RestoreFile) {
     const std::string typed = program.desktop.Input(
         "Please enter the name of the Configuration File.", "New Configuration", "");
-    if (typed.empty()) return;
+    if (typed.empty()) {
+        return;
+    }
     try {
         AddNew(program, typed, tab, Cmb_RestoreFile);
     } catch (const Error& error) {

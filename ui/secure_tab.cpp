@@ -52,7 +52,9 @@ SecureTab::SecureTab(forms::Form& window, const SecureMenu& menu)
 
 bool SecureTab::CreateMissingList() {
     clsCfg list(window_.program());
-    if (clsFiles(window_.program()).Exist(list.ListPath(), true)) return false;
+    if (clsFiles(window_.program()).Exist(list.ListPath(), true)) {
+        return false;
+    }
     // The existence test is also false for a list that cannot be read now.
     return list.CreateMissing();
 }
@@ -61,7 +63,9 @@ void SecureTab::OnShown() {
     forms::Program& program = window_.program();
     try {
         CreateMissingList();
-        if (TV_SecureMode.Count() > 0) return;
+        if (TV_SecureMode.Count() > 0) {
+            return;
+        }
         Dri_SecureMode.SetDrive(program.machine.process.ApplicationFolder().substr(0, 3));
         program.desktop.DoEvents();
         LoadDrive();
@@ -80,7 +84,9 @@ void SecureTab::Dri_SecureMode_Change() {
 
 void SecureTab::LoadDrive() {
     const std::string root = Dri_SecureMode.Drive().substr(0, 2) + "\\";
-    if (!clsFiles(window_.program()).Exist(root, false)) return TV_SecureMode.Clear();
+    if (!clsFiles(window_.program()).Exist(root, false)) {
+        return TV_SecureMode.Clear();
+    }
     const WaitScope waiting(*this);
     TV_SecureMode.Clear();
     Create_DirectoryStructure(TV_SecureMode, SSP_ProgressSecure, root, "");
@@ -88,7 +94,9 @@ void SecureTab::LoadDrive() {
 
 // The menu acts on the selected node, not on the node under the pointer.
 void SecureTab::TV_SecureMode_MouseDown(int button) {
-    if (button != kRightButton || TV_SecureMode.Selected() == 0) return;
+    if (button != kRightButton || TV_SecureMode.Selected() == 0) {
+        return;
+    }
     const bool is_protected =
         TV_SecureMode.At(TV_SecureMode.Selected()).image == clsCfg::kProtectedFolder;
     menu_.Menu_Secure_Add.SetEnabled(!is_protected);
@@ -97,8 +105,12 @@ void SecureTab::TV_SecureMode_MouseDown(int button) {
 }
 
 void SecureTab::Menu_Secure_Add_Click() {
-    if (TV_SecureMode.Selected() == 0) return;
-    if (!ValidateFolder(TV_SecureMode.At(TV_SecureMode.Selected()).tag)) return;
+    if (TV_SecureMode.Selected() == 0) {
+        return;
+    }
+    if (!ValidateFolder(TV_SecureMode.At(TV_SecureMode.Selected()).tag)) {
+        return;
+    }
     CreateMissingList();
     clsCfg(window_.program()).Protected_Add(TV_SecureMode);
 }
@@ -113,7 +125,9 @@ bool SecureTab::ValidateFolder(const std::string& folder) {
             "You may not Protect System Folders.");
         return false;
     }
-    if (machine.code_page.Encode(upper)) return true;
+    if (machine.code_page.Encode(upper)) {
+        return true;
+    }
     ShowMessage("Unable to use the folder " + folder + "." + window_.program().globals.CrLf +
                 "Its name holds characters that the list of Protected Folders cannot store.");
     return false;
@@ -127,7 +141,9 @@ void SecureTab::ShowMessage(const std::string& text) {
 
 void SecureTab::Menu_Secure_Delete_Click() {
     const int node = TV_SecureMode.Selected();
-    if (node == 0) return;
+    if (node == 0) {
+        return;
+    }
     if (CreateMissingList()) {
         TV_SecureMode.SetImages(node, clsCfg::kClosedFolder, clsCfg::kOpenFolder);
     } else {

@@ -47,7 +47,9 @@ void Show(forms::Program& program, const std::string& path, forms::TextBox& box,
             fill();
         } catch (const Error& error) {
             // A file that vanished while the events ran counts as missing.
-            if (error.number() != error_number::kFileNotFound) throw;
+            if (error.number() != error_number::kFileNotFound) {
+                throw;
+            }
         }
     }
     box.Refresh();

@@ -29,21 +29,21 @@ std::string Component::FullPath(const std::string& path) const {
     return path::OnDriveOf(machine_.process.ApplicationFolder(), path);
 }
 
-void Component::Overall(int percent, bool& cancel) {
+void Component::OnProgress(int percent, bool& cancel) {
     std::int32_t value = percent;
     if (OverallProgress) {
         OverallProgress(value, cancel);
     }
 }
 
-void Component::OfFile(int percent) {
+void Component::OnFileProgress(int percent) {
     std::int32_t value = percent;
     if (FileProgress) {
         FileProgress(value);
     }
 }
 
-void Component::Told(const ComponentMessage& message) {
+void Component::OnMessage(const ComponentMessage& message) {
     if (Message) {
         Message(message);
     }

@@ -56,10 +56,10 @@ class Component : protected RunEvents {
     std::string FullPath(const std::string& path) const;
     platform::Machine& machine() const { return machine_; }
 
-    void Overall(int percent, bool& cancel) override;
-    void OfFile(int percent) override;
-    void Told(const ComponentMessage& message) override;
-    Questions* Answers() override { return questions; }
+    void OnProgress(int percent, bool& cancel) override;
+    void OnFileProgress(int percent) override;
+    void OnMessage(const ComponentMessage& message) override;
+    Questions* QuestionHandler() override { return questions; }
 
   private:
     platform::Machine& machine_;

@@ -54,7 +54,7 @@ void PKUNZIP::ReadNames() {
     std::string trouble;
     const std::string archive = FullPath(Property<std::string>(unzip_id::kArchive));
     try {
-        ArchiveSource source(machine().files, archive);
+        ArchiveReader source(machine().files, archive);
         source.AskForDisks(machine().drives, [this](const ComponentMessage& failure) {
             if (questions == nullptr || !questions->AskRetry(failure.text)) {
                 throw Error(failure.code, "", ErrorText(failure.code));
@@ -67,12 +67,12 @@ void PKUNZIP::ReadNames() {
             names_.push_back({std::move(entry.name), entry.is_folder});
         }
     } catch (const Error& error) {
-        trouble = Sentence("The archive cannot be read", archive, error);
+        trouble = FailureText("The archive cannot be read", archive, error);
     }
     Keep(unzip_id::kEntryCount, static_cast<std::int32_t>(names_.size() + 1));
     if (!trouble.empty()) {
-        Told({MessageKind::kInformation, 0, 0, archive, trouble,
-              static_cast<std::int32_t>(names_.size())});
+        OnMessage({MessageKind::kInformation, 0, 0, archive, trouble,
+                   static_cast<std::int32_t>(names_.size())});
     }
 }
 

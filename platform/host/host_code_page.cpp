@@ -35,7 +35,9 @@ constexpr std::array<char16_t, 128> kOem = {
 
 // The byte of a code point in Windows-1252, -1 when it has none.
 int AnsiByte(char32_t point) {
-    if (point < 0x80 || (point >= 0xA0 && point <= 0xFF)) return static_cast<int>(point);
+    if (point < 0x80 || (point >= 0xA0 && point <= 0xFF)) {
+        return static_cast<int>(point);
+    }
     const auto found = std::find(kAnsi.begin(), kAnsi.end(), point);
     return found == kAnsi.end() ? -1 : static_cast<int>(0x80 + (found - kAnsi.begin()));
 }
@@ -43,7 +45,9 @@ int AnsiByte(char32_t point) {
 char32_t Capital(char32_t point) {
     // Never freed: it serves until the process ends.
     static const locale_t kUnicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-    if (point > 0xFFFF || kUnicode == nullptr) return point;
+    if (point > 0xFFFF || kUnicode == nullptr) {
+        return point;
+    }
     return static_cast<char32_t>(towupper_l(static_cast<wint_t>(point), kUnicode));
 }
 
@@ -80,7 +84,9 @@ std::optional<std::string> HostCodePage::Encode(const std::string& utf8) {
     std::string bytes;
     for (std::size_t i = 0; i < utf8.size();) {
         const int byte = AnsiByte(utf::Next(utf8, i));
-        if (byte < 0) return std::nullopt;
+        if (byte < 0) {
+            return std::nullopt;
+        }
         bytes += static_cast<char>(byte);
     }
     return bytes;
@@ -106,7 +112,9 @@ std::string HostCodePage::DecodeOem(const std::string& bytes) {
 }
 
 std::string HostCodePage::Upper(const std::string& utf8) {
-    if (auto ascii = utf::UpperOfAscii(utf8)) return std::move(*ascii);
+    if (auto ascii = utf::UpperOfAscii(utf8)) {
+        return std::move(*ascii);
+    }
     return MapPoints(utf8, [](char32_t point) {
         const char32_t capital = Capital(point);
         return AnsiByte(capital) < 0 ? point : capital;
@@ -116,7 +124,9 @@ std::string HostCodePage::Upper(const std::string& utf8) {
 std::string HostCodePage::Fold(const std::string& utf8) { return HostFold(utf8); }
 
 std::string HostFold(const std::string& utf8) {
-    if (auto ascii = utf::UpperOfAscii(utf8)) return std::move(*ascii);
+    if (auto ascii = utf::UpperOfAscii(utf8)) {
+        return std::move(*ascii);
+    }
     return MapPoints(utf8, Capital);
 }
 

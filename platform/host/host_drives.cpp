@@ -40,8 +40,9 @@ std::optional<std::uint64_t> FreeAt(const HostDriveMap& drives, const HostPath& 
     HostLocation location(drives, path);
     struct statvfs volume;
     if (::statvfs(location.Path().c_str(), &volume) != 0) {
-        if (!location.Respell() || ::statvfs(location.Path().c_str(), &volume) != 0)
+        if (!location.Respell() || ::statvfs(location.Path().c_str(), &volume) != 0) {
             return std::nullopt;
+        }
     }
     return std::uint64_t{volume.f_bavail} * volume.f_frsize;
 }
@@ -51,7 +52,9 @@ std::optional<std::uint64_t> FreeIfThere(const HostDriveMap& drives, const HostP
     try {
         return FreeAt(drives, path);
     } catch (const Error& error) {
-        if (error.number() == error_number::kPathNotFound) return std::nullopt;
+        if (error.number() == error_number::kPathNotFound) {
+            return std::nullopt;
+        }
         throw;
     }
 }
@@ -61,7 +64,9 @@ std::optional<std::uint64_t> FreeIfThere(const HostDriveMap& drives, const HostP
 std::optional<HostDrive> HostDriveMap::Get(char letter) const {
     const std::lock_guard lock(mutex_);
     const auto found = drives_.find(letter);
-    if (found == drives_.end()) return std::nullopt;
+    if (found == drives_.end()) {
+        return std::nullopt;
+    }
     return found->second;
 }
 
@@ -78,7 +83,9 @@ int HostDrives::Type(const std::string& root) {
 DiskSpace HostDrives::Space(const std::string& root) {
     const auto drive = DriveOf(drives_, root);
     struct statvfs volume;
-    if (!drive || !drive->ready || ::statvfs(drive->folder.c_str(), &volume) != 0) return {};
+    if (!drive || !drive->ready || ::statvfs(drive->folder.c_str(), &volume) != 0) {
+        return {};
+    }
     return ClassicDiskSpace(TrueSpace(volume));
 }
 
@@ -86,8 +93,12 @@ std::uint64_t HostDrives::FreeBytes(const std::string& folder) {
     try {
         // A folder that is still to be made lies where its nearest parent does.
         for (HostPath path(folder);; path.GoUp()) {
-            if (const auto bytes = FreeIfThere(drives_, path)) return *bytes;
-            if (path.IsRoot()) return 0;
+            if (const auto bytes = FreeIfThere(drives_, path)) {
+                return *bytes;
+            }
+            if (path.IsRoot()) {
+                return 0;
+            }
         }
     } catch (const Error&) {
         return 0;

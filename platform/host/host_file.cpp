@@ -57,9 +57,13 @@ Table& OpenFiles() {
 // With the table's mutex held.
 void Check(const Table& table, std::pair<dev_t, ino_t> file, Terms wanted) {
     const auto found = table.open.find(file);
-    if (found == table.open.end()) return;
+    if (found == table.open.end()) {
+        return;
+    }
     for (const OpenMode mode : found->second) {
-        if (!Agree(TermsOf(mode), wanted)) RaiseError(error_number::kPermissionDenied);
+        if (!Agree(TermsOf(mode), wanted)) {
+            RaiseError(error_number::kPermissionDenied);
+        }
     }
 }
 
@@ -96,14 +100,24 @@ HostFd OpenAnySpelling(HostLocation& location, int flags) {
     // A file is created only when no other spelling of its name exists.
     const int careful = flags & ~(O_CREAT | O_EXCL);
     HostFd fd;
-    if ((flags & O_EXCL) == 0) fd = TryOpen(location, careful);
-    if (fd.IsValid()) return fd;
+    if ((flags & O_EXCL) == 0) {
+        fd = TryOpen(location, careful);
+    }
+    if (fd.IsValid()) {
+        return fd;
+    }
     const bool missing = (flags & O_EXCL) != 0 || errno == ENOENT || errno == ENOTDIR;
-    if (!missing) RaiseFileError();
+    if (!missing) {
+        RaiseFileError();
+    }
     const bool there = location.Respell();
-    if (there && (flags & O_EXCL) != 0) RaiseError(error_number::kFileExists);
+    if (there && (flags & O_EXCL) != 0) {
+        RaiseError(error_number::kFileExists);
+    }
     fd = TryOpen(location, flags);
-    if (!fd.IsValid()) RaiseFileError();
+    if (!fd.IsValid()) {
+        RaiseFileError();
+    }
     return fd;
 }
 
@@ -123,7 +137,9 @@ HostShare::~HostShare() {
     const auto found = table.open.find({device_, number_});
     auto& modes = found->second;
     modes.erase(std::find(modes.begin(), modes.end(), mode_));
-    if (modes.empty()) table.open.erase(found);
+    if (modes.empty()) {
+        table.open.erase(found);
+    }
 }
 
 void HostShare::CheckMovable(dev_t device, ino_t number) {
@@ -133,21 +149,29 @@ void HostShare::CheckMovable(dev_t device, ino_t number) {
 }
 
 std::unique_ptr<File> HostFile::Open(HostLocation& location, OpenMode mode) {
-    if (location.IsRoot()) RaiseError(error_number::kPermissionDenied);
+    if (location.IsRoot()) {
+        RaiseError(error_number::kPermissionDenied);
+    }
     if (mode == OpenMode::kCreateNew && location.ExactNames()) {
         // All that can be known about a new name is known when this works.
-        if (auto file = TryCreate(location.Folder(), location.Name())) return file;
+        if (auto file = TryCreate(location.Folder(), location.Name())) {
+            return file;
+        }
     }
     HostFd fd = OpenAnySpelling(location, FlagsFor(mode));
     struct stat status;
-    if (::fstat(fd.Get(), &status) != 0) RaiseFileError();
+    if (::fstat(fd.Get(), &status) != 0) {
+        RaiseFileError();
+    }
     const bool writing = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
     if (!S_ISREG(status.st_mode) || (writing && IsReadOnlyMode(status.st_mode))) {
         RaiseError(error_number::kPermissionDenied);
     }
     auto share = std::make_unique<HostShare>(status.st_dev, status.st_ino, mode);
     auto file = std::make_unique<HostFile>(std::move(fd), std::move(share));
-    if (mode == OpenMode::kWrite && status.st_size != 0) file->Truncate(0);
+    if (mode == OpenMode::kWrite && status.st_size != 0) {
+        file->Truncate(0);
+    }
     return file;
 }
 
@@ -160,9 +184,15 @@ std::size_t HostFile::Read(void* buffer, std::size_t count) {
     std::size_t done = 0;
     while (done < count) {
         const ssize_t got = ::read(fd_.Get(), static_cast<char*>(buffer) + done, count - done);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) RaiseFileError();
-        if (got == 0) break;
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0) {
+            RaiseFileError();
+        }
+        if (got == 0) {
+            break;
+        }
         done += static_cast<std::size_t>(got);
     }
     return done;
@@ -172,30 +202,44 @@ void HostFile::Write(const void* data, std::size_t count) {
     std::size_t done = 0;
     while (done < count) {
         const ssize_t put = ::write(fd_.Get(), static_cast<const char*>(data) + done, count - done);
-        if (put < 0 && errno == EINTR) continue;
-        if (put < 0) RaiseFileError();
-        if (put == 0) RaiseError(error_number::kDiskFull);
+        if (put < 0 && errno == EINTR) {
+            continue;
+        }
+        if (put < 0) {
+            RaiseFileError();
+        }
+        if (put == 0) {
+            RaiseError(error_number::kDiskFull);
+        }
         done += static_cast<std::size_t>(put);
     }
 }
 
 void HostFile::Seek(std::uint64_t position) {
-    if (::lseek(fd_.Get(), static_cast<off_t>(position), SEEK_SET) < 0) RaiseFileError();
+    if (::lseek(fd_.Get(), static_cast<off_t>(position), SEEK_SET) < 0) {
+        RaiseFileError();
+    }
 }
 
 std::uint64_t HostFile::Size() {
     struct stat status;
-    if (::fstat(fd_.Get(), &status) != 0) RaiseFileError();
+    if (::fstat(fd_.Get(), &status) != 0) {
+        RaiseFileError();
+    }
     return static_cast<std::uint64_t>(status.st_size);
 }
 
 void HostFile::Truncate(std::uint64_t size) {
-    if (::ftruncate(fd_.Get(), static_cast<off_t>(size)) != 0) RaiseFileError();
+    if (::ftruncate(fd_.Get(), static_cast<off_t>(size)) != 0) {
+        RaiseFileError();
+    }
     Seek(size);
 }
 
 void HostFile::Flush() {
-    if (::fsync(fd_.Get()) != 0) RaiseFileError();
+    if (::fsync(fd_.Get()) != 0) {
+        RaiseFileError();
+    }
 }
 
 void HostFile::Close() {
@@ -204,7 +248,9 @@ void HostFile::Close() {
     }
     const bool closed = fd_.Close();
     share_.reset();
-    if (!closed) RaiseFileError();
+    if (!closed) {
+        RaiseFileError();
+    }
 }
 
 }  // namespace vantrel::platform

@@ -22,8 +22,12 @@ HostFd OpenForListing(HostLocation& location) {
             ::openat(location.Folder(), location.Name(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     };
     HostFd fd = open();
-    if (!fd.IsValid() && (errno == ENOENT || errno == ENOTDIR) && location.Respell()) fd = open();
-    if (!fd.IsValid()) RaiseHostError(errno, FileOperation::kList);
+    if (!fd.IsValid() && (errno == ENOENT || errno == ENOTDIR) && location.Respell()) {
+        fd = open();
+    }
+    if (!fd.IsValid()) {
+        RaiseHostError(errno, FileOperation::kList);
+    }
     return fd;
 }
 
@@ -35,9 +39,15 @@ using namespace error_number;
 // has the reason. Raises 76 when a folder on the way is missing.
 template <typename Call>
 bool InAnySpelling(HostLocation& location, Call call) {
-    if (call()) return true;
-    if (errno != ENOENT && errno != ENOTDIR) return false;
-    if (location.Respell()) return call();
+    if (call()) {
+        return true;
+    }
+    if (errno != ENOENT && errno != ENOTDIR) {
+        return false;
+    }
+    if (location.Respell()) {
+        return call();
+    }
     errno = ENOENT;
     return false;
 }
@@ -51,7 +61,9 @@ bool Status(HostLocation& location, struct stat& status, int flags) {
 // The status of what must be there.
 struct stat Needed(HostLocation& location, FileOperation operation) {
     struct stat status;
-    if (!Status(location, status, AT_SYMLINK_NOFOLLOW)) RaiseHostError(errno, operation);
+    if (!Status(location, status, AT_SYMLINK_NOFOLLOW)) {
+        RaiseHostError(errno, operation);
+    }
     return status;
 }
 
@@ -67,7 +79,9 @@ std::optional<FileInfo> FindAt(HostLocation& location) {
         return ::statx(location.Folder(), location.Name(), AT_SYMLINK_NOFOLLOW, kHostMask,
                        &status) == 0;
     });
-    if (!found) RaiseHostError(errno, FileOperation::kFile);
+    if (!found) {
+        RaiseHostError(errno, FileOperation::kFile);
+    }
     // The root of a drive is a folder even where it is a link on the host.
     if (location.IsRoot() && S_ISLNK(status.stx_mode)) {
         ::statx(location.Folder(), location.Name(), 0, kHostMask, &status);
@@ -85,11 +99,15 @@ void CheckMovable(const struct stat& status) {
 void CheckReplaceable(HostLocation& target) {
     struct stat status;
     if (!Status(target, status, AT_SYMLINK_NOFOLLOW)) {
-        if (errno != ENOENT) RaiseHostError(errno, FileOperation::kFile);
+        if (errno != ENOENT) {
+            RaiseHostError(errno, FileOperation::kFile);
+        }
         return;
     }
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
-    if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
+    if (S_ISDIR(status.st_mode) || read_only) {
+        RaiseError(kPermissionDenied);
+    }
     CheckMovable(status);
 }
 
@@ -97,11 +115,17 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
     try {
         HostLocation location(drives, HostPath(path));
         struct stat status;
-        if (Status(location, status, 0)) return status;
-        if (errno == EACCES) RaiseError(kPermissionDenied);
+        if (Status(location, status, 0)) {
+            return status;
+        }
+        if (errno == EACCES) {
+            RaiseError(kPermissionDenied);
+        }
         return std::nullopt;
     } catch (const Error& error) {
-        if (IsAbsence(error.number())) return std::nullopt;
+        if (IsAbsence(error.number())) {
+            return std::nullopt;
+        }
         throw;
     }
 }
@@ -111,24 +135,36 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
 void ListHostFolder(HostLocation& location, const std::function<bool(const FileInfo&)>& each) {
     HostFd fd = OpenForListing(location);
     const HostDir dir(::fdopendir(fd.Get()));
-    if (!dir) RaiseHostError(errno, FileOperation::kList);
+    if (!dir) {
+        RaiseHostError(errno, FileOperation::kList);
+    }
     const int folder = fd.Release();
     const std::string prefix = location.Path() + "/";
     bool has_stored_attributes = true;
     for (;;) {
         errno = 0;
         const dirent* entry = ::readdir(dir.get());
-        if (entry == nullptr && errno != 0) RaiseHostError(errno, FileOperation::kList);
-        if (entry == nullptr) return;
-        if (IsDots(entry->d_name)) continue;
+        if (entry == nullptr && errno != 0) {
+            RaiseHostError(errno, FileOperation::kList);
+        }
+        if (entry == nullptr) {
+            return;
+        }
+        if (IsDots(entry->d_name)) {
+            continue;
+        }
         struct statx status;
         // An entry that is gone by now is one that the listing came too late for.
-        if (::statx(folder, entry->d_name, AT_SYMLINK_NOFOLLOW, kHostMask, &status) != 0) continue;
+        if (::statx(folder, entry->d_name, AT_SYMLINK_NOFOLLOW, kHostMask, &status) != 0) {
+            continue;
+        }
         FileInfo info = InfoFromStatus(entry->d_name, status);
         if (has_stored_attributes) {
             has_stored_attributes = AddStoredAttributes(prefix + info.name, info);
         }
-        if (!each(info)) return;
+        if (!each(info)) {
+            return;
+        }
     }
 }
 
@@ -154,16 +190,22 @@ class HostFolder : public Folder {
 };
 
 std::unique_ptr<File> HostFolder::Create(const std::string& name) {
-    if (asked_ < 2 && ++asked_ == 2) Open();
+    if (asked_ < 2 && ++asked_ == 2) {
+        Open();
+    }
     if (folder_.IsValid() && IsHostName(name)) {
-        if (auto file = HostFile::TryCreate(folder_.Get(), name.c_str())) return file;
+        if (auto file = HostFile::TryCreate(folder_.Get(), name.c_str())) {
+            return file;
+        }
     }
     return by_path_->Create(name);
 }
 
 void HostFolder::Open() {
     const HostLocation location(drives_, HostPath(path_));
-    if (!location.ExactNames()) return;
+    if (!location.ExactNames()) {
+        return;
+    }
     folder_ =
         HostFd(::openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
@@ -184,7 +226,9 @@ std::optional<FileInfo> HostFileSystem::Find(const std::string& path) {
         HostLocation location(drives_, HostPath(path));
         return FindAt(location);
     } catch (const Error& error) {
-        if (IsAbsence(error.number())) return std::nullopt;
+        if (IsAbsence(error.number())) {
+            return std::nullopt;
+        }
         throw;
     }
 }
@@ -206,8 +250,12 @@ void HostFileSystem::MakeFolder(const std::string& path) {
     HostLocation location(drives_, parsed);
     const bool in_one_go = location.ExactNames() && !parsed.IsRoot();
     // All that can be known about a new name is known when this works.
-    if (in_one_go && ::mkdirat(location.Folder(), location.Name(), 0777) == 0) return;
-    if (parsed.IsRoot() || location.Respell()) RaiseError(kPathFileAccess);
+    if (in_one_go && ::mkdirat(location.Folder(), location.Name(), 0777) == 0) {
+        return;
+    }
+    if (parsed.IsRoot() || location.Respell()) {
+        RaiseError(kPathFileAccess);
+    }
     if (::mkdirat(location.Folder(), location.Name(), 0777) != 0) {
         RaiseHostError(errno, FileOperation::kFolder);
     }
@@ -218,17 +266,23 @@ void HostFileSystem::Rename(const std::string& from, const std::string& to) {
     const HostPath to_path(to);
     HostLocation source(drives_, from_path);
     const struct stat status = Needed(source, FileOperation::kFile);
-    if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
+    if (from_path.letter != to_path.letter) {
+        RaiseError(kAcrossDrives);
+    }
     const FileOperation operation =
         S_ISDIR(status.st_mode) ? FileOperation::kFolder : FileOperation::kFile;
-    if (from_path.IsRoot()) RaiseError(kPathFileAccess);
+    if (from_path.IsRoot()) {
+        RaiseError(kPathFileAccess);
+    }
     HostLocation target(drives_, to_path);
     const std::string wanted = target.Path();
     struct stat taken;
     // A name may change its letters' case only, which finds itself under the new name.
     if (Status(target, taken, AT_SYMLINK_NOFOLLOW)) {
         const bool itself = target.Path() == source.Path() && wanted != source.Path();
-        if (!itself) RaiseError(kFileExists);
+        if (!itself) {
+            RaiseError(kFileExists);
+        }
         target.SpellLeaf(to_path.Leaf());
     }
     CheckMovable(status);
@@ -243,8 +297,12 @@ void HostFileSystem::Replace(const std::string& from, const std::string& to) {
     const HostPath to_path(to);
     HostLocation source(drives_, from_path);
     const struct stat status = Needed(source, FileOperation::kFile);
-    if (from_path.letter != to_path.letter) RaiseError(kAcrossDrives);
-    if (S_ISDIR(status.st_mode)) RaiseError(kPermissionDenied);
+    if (from_path.letter != to_path.letter) {
+        RaiseError(kAcrossDrives);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        RaiseError(kPermissionDenied);
+    }
     CheckMovable(status);
     HostLocation target(drives_, to_path);
     CheckReplaceable(target);
@@ -257,20 +315,27 @@ void HostFileSystem::RemoveFile(const std::string& path) {
     HostLocation location(drives_, HostPath(path));
     const struct stat status = Needed(location, FileOperation::kFile);
     const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
-    if (S_ISDIR(status.st_mode) || read_only) RaiseError(kPermissionDenied);
+    if (S_ISDIR(status.st_mode) || read_only) {
+        RaiseError(kPermissionDenied);
+    }
     CheckMovable(status);
-    if (::unlinkat(location.Folder(), location.Name(), 0) != 0)
+    if (::unlinkat(location.Folder(), location.Name(), 0) != 0) {
         RaiseHostError(errno, FileOperation::kFile);
+    }
 }
 
 void HostFileSystem::RemoveFolder(const std::string& path) {
     const HostPath parsed(path);
     HostLocation location(drives_, parsed);
-    if (parsed.IsRoot()) RaiseError(kPathFileAccess);
+    if (parsed.IsRoot()) {
+        RaiseError(kPathFileAccess);
+    }
     const bool removed = InAnySpelling(location, [&] {
         return ::unlinkat(location.Folder(), location.Name(), AT_REMOVEDIR) == 0;
     });
-    if (!removed) RaiseHostError(errno, FileOperation::kFolder);
+    if (!removed) {
+        RaiseHostError(errno, FileOperation::kFolder);
+    }
 }
 
 void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {

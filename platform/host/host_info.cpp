@@ -67,10 +67,14 @@ std::uint32_t DefaultBits(bool folder) { return folder ? 0 : attribute::kArchive
 
 // Other programs may add bytes after the number.
 std::optional<std::uint32_t> ParseStored(std::string_view text) {
-    if (!text.starts_with("0x")) return std::nullopt;
+    if (!text.starts_with("0x")) {
+        return std::nullopt;
+    }
     std::uint32_t value = 0;
     const auto result = std::from_chars(text.data() + 2, text.data() + text.size(), value, 16);
-    if (result.ec != std::errc()) return std::nullopt;
+    if (result.ec != std::errc()) {
+        return std::nullopt;
+    }
     return value;
 }
 
@@ -81,7 +85,9 @@ std::string FormatStored(std::uint32_t value) {
 }
 
 void StoreMode(const HostLocation& location, unsigned mode, bool read_only) {
-    if (IsReadOnlyMode(mode) == read_only) return;
+    if (IsReadOnlyMode(mode) == read_only) {
+        return;
+    }
     const unsigned wanted = read_only ? mode & ~0222u : mode | 0200u;
     if (::fchmodat(location.Folder(), location.Name(), wanted & 07777u, 0) != 0) {
         RaiseHostError(errno, FileOperation::kFile);
@@ -91,18 +97,26 @@ void StoreMode(const HostLocation& location, unsigned mode, bool read_only) {
 void StoreBits(const std::string& host_path, std::uint32_t bits, bool folder) {
     if (bits == DefaultBits(folder)) {
         // Nothing was stored, or nothing can be: both mean the default already.
-        if (::removexattr(host_path.c_str(), kStored) == 0) return;
-        if (errno == ENODATA || errno == EOPNOTSUPP) return;
+        if (::removexattr(host_path.c_str(), kStored) == 0) {
+            return;
+        }
+        if (errno == ENODATA || errno == EOPNOTSUPP) {
+            return;
+        }
     } else {
         const std::string text = FormatStored(bits);
-        if (::setxattr(host_path.c_str(), kStored, text.data(), text.size(), 0) == 0) return;
+        if (::setxattr(host_path.c_str(), kStored, text.data(), text.size(), 0) == 0) {
+            return;
+        }
     }
     RaiseError(errno == EOPNOTSUPP ? error_number::kPermissionDenied
                                    : HostErrorNumber(errno, FileOperation::kFile));
 }
 
 struct timespec HostTime(Ticks ticks) {
-    if (ticks == 0) return {0, UTIME_OMIT};
+    if (ticks == 0) {
+        return {0, UTIME_OMIT};
+    }
     // The epoch is a whole number of seconds after the first tick.
     return {SecondsOf(ticks), static_cast<std::int64_t>(ticks % kTicksPerSecond) * 100};
 }
@@ -111,7 +125,9 @@ struct timespec HostTime(Ticks ticks) {
 
 int HostErrorNumber(int code, FileOperation operation) {
     const bool of_a_file = operation == FileOperation::kFile;
-    if (!of_a_file && (code == ENOTEMPTY || code == EINVAL)) return kPathFileAccess;
+    if (!of_a_file && (code == ENOTEMPTY || code == EINVAL)) {
+        return kPathFileAccess;
+    }
     return NumberFor(operation, FileNumber(code));
 }
 
@@ -148,19 +164,27 @@ FileInfo InfoFromStatus(const std::string& name, const struct statx& status) {
     } else {
         info.size = status.stx_size;
         info.attributes = S_ISREG(mode) ? attribute::kArchive : attribute::kDevice;
-        if (IsReadOnlyMode(mode)) info.attributes |= attribute::kReadOnly;
+        if (IsReadOnlyMode(mode)) {
+            info.attributes |= attribute::kReadOnly;
+        }
     }
     return info;
 }
 
 bool AddStoredAttributes(const std::string& host_path, FileInfo& info) {
-    if (info.is_link || (info.attributes & attribute::kDevice) != 0) return true;
+    if (info.is_link || (info.attributes & attribute::kDevice) != 0) {
+        return true;
+    }
     char text[64];
     const ssize_t size = ::getxattr(host_path.c_str(), kStored, text, sizeof text);
-    if (size < 0) return errno != EOPNOTSUPP;
+    if (size < 0) {
+        return errno != EOPNOTSUPP;
+    }
     const auto value = ParseStored(std::string_view(text, static_cast<std::size_t>(size)));
     const std::uint32_t mask = StoredBits(info.IsFolder());
-    if (value) info.attributes = (info.attributes & ~mask) | (*value & mask);
+    if (value) {
+        info.attributes = (info.attributes & ~mask) | (*value & mask);
+    }
     return true;
 }
 
@@ -171,9 +195,13 @@ void StoreAttributes(const HostLocation& location, std::uint32_t attributes) {
     }
     const bool folder = S_ISDIR(status.st_mode);
     // Attributes of links and devices are not changed.
-    if (!folder && !S_ISREG(status.st_mode)) RaiseError(error_number::kPermissionDenied);
+    if (!folder && !S_ISREG(status.st_mode)) {
+        RaiseError(error_number::kPermissionDenied);
+    }
     // Writable while the extended attribute is set, which a read-only file's owner may not do.
-    if (!folder) StoreMode(location, status.st_mode, false);
+    if (!folder) {
+        StoreMode(location, status.st_mode, false);
+    }
     StoreBits(location.Path(), attributes & StoredBits(folder), folder);
     if (!folder) {
         StoreMode(location, status.st_mode | 0200u, (attributes & attribute::kReadOnly) != 0);

@@ -33,7 +33,9 @@ bool StartsWithSlashes(std::string_view path) {
 }
 
 char DriveLetter(std::string_view text) {
-    if (text.size() < 2 || text[1] != ':') return 0;
+    if (text.size() < 2 || text[1] != ':') {
+        return 0;
+    }
     const char letter = static_cast<char>(text[0] & ~0x20);
     return letter >= 'A' && letter <= 'Z' ? letter : '\0';
 }
@@ -64,7 +66,9 @@ class NameMatcher {
             }
             const bool small = name[i] >= 'a' && name[i] <= 'z';
             const char capital = small ? static_cast<char>(name[i] - 0x20) : name[i];
-            if (i >= folded_.size() || folded_[i] != capital) return false;
+            if (i >= folded_.size() || folded_[i] != capital) {
+                return false;
+            }
         }
         return name.size() == folded_.size();
     }
@@ -77,11 +81,15 @@ class NameMatcher {
 std::optional<std::string> OtherSpelling(int folder, const std::string& name) {
     HostFd copy(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const HostDir dir(copy.IsValid() ? ::fdopendir(copy.Get()) : nullptr);
-    if (!dir) return std::nullopt;
+    if (!dir) {
+        return std::nullopt;
+    }
     copy.Release();
     const NameMatcher wanted(name);
     while (const dirent* entry = ::readdir(dir.get())) {
-        if (wanted.Matches(entry->d_name)) return entry->d_name;
+        if (wanted.Matches(entry->d_name)) {
+            return entry->d_name;
+        }
     }
     return std::nullopt;
 }
@@ -99,9 +107,13 @@ bool IsHostName(std::string_view name) {
 
 HostPath::HostPath(std::string_view path) {
     path = WithoutPrefix(path);
-    if (StartsWithSlashes(path)) RaiseError(error_number::kPathNotFound);
+    if (StartsWithSlashes(path)) {
+        RaiseError(error_number::kPathNotFound);
+    }
     letter = DriveLetter(path);
-    if (letter == 0) RaiseError(error_number::kBadFileName);
+    if (letter == 0) {
+        RaiseError(error_number::kBadFileName);
+    }
     below.reserve(path.size());
     for (std::string_view rest = path.substr(2); !rest.empty();) {
         const auto length = static_cast<std::size_t>(
@@ -112,10 +124,18 @@ HostPath::HostPath(std::string_view path) {
 }
 
 void HostPath::AddName(std::string_view name) {
-    if (name.empty() || name == ".") return;
-    if (name == "..") return GoUp();
-    if (!IsName(name)) RaiseError(error_number::kBadFileName);
-    if (!below.empty()) below += '/';
+    if (name.empty() || name == ".") {
+        return;
+    }
+    if (name == "..") {
+        return GoUp();
+    }
+    if (!IsName(name)) {
+        RaiseError(error_number::kBadFileName);
+    }
+    if (!below.empty()) {
+        below += '/';
+    }
     below += name;
 }
 
@@ -126,15 +146,23 @@ void HostPath::GoUp() {
 
 HostLocation::HostLocation(const HostDriveMap& drives, HostPath path) : path_(std::move(path)) {
     const auto drive = drives.Get(path_.letter);
-    if (!drive) RaiseError(error_number::kDeviceUnavailable);
-    if (!drive->ready) RaiseError(error_number::kDiskNotReady);
+    if (!drive) {
+        RaiseError(error_number::kDeviceUnavailable);
+    }
+    if (!drive->ready) {
+        RaiseError(error_number::kDiskNotReady);
+    }
     root_ = drive->folder;
     exact_names_ = drive->exact_names;
-    if (!Go()) Respell();
+    if (!Go()) {
+        Respell();
+    }
 }
 
 void HostLocation::Append(std::string_view names) {
-    if (!names.empty() && !name_.empty() && !name_.ends_with('/')) name_ += '/';
+    if (!names.empty() && !name_.empty() && !name_.ends_with('/')) {
+        name_ += '/';
+    }
     name_ += names;
 }
 
@@ -150,7 +178,9 @@ bool HostLocation::Go() {
         const std::size_t taken = slash == std::string_view::npos ? 0 : slash;
         Append(rest.substr(0, taken));
         HostFd next = OpenFolder(Folder(), name_);
-        if (!next.IsValid()) return false;
+        if (!next.IsValid()) {
+            return false;
+        }
         folder_ = std::move(next);
         name_.clear();
         rest.remove_prefix(taken == 0 ? 0 : taken + 1);
@@ -160,28 +190,40 @@ bool HostLocation::Go() {
 }
 
 std::string HostLocation::Path() const {
-    if (!folder_.IsValid()) return name_;
+    if (!folder_.IsValid()) {
+        return name_;
+    }
     return "/proc/self/fd/" + std::to_string(folder_.Get()) + "/" + name_;
 }
 
 void HostLocation::SpellLeaf(const std::string& name) {
     path_.SetLeaf(name);
-    if (!Go()) RaiseError(error_number::kPathNotFound);
+    if (!Go()) {
+        RaiseError(error_number::kPathNotFound);
+    }
 }
 
 bool HostLocation::IsThere() const {
-    if (Exists(Folder(), name_)) return true;
+    if (Exists(Folder(), name_)) {
+        return true;
+    }
     const std::size_t slash = name_.rfind('/');
     const bool folder_there = slash == std::string::npos || slash == 0 ||
                               OpenFolder(Folder(), name_.substr(0, slash)).IsValid();
-    if (!folder_there) RaiseError(error_number::kPathNotFound);
+    if (!folder_there) {
+        RaiseError(error_number::kPathNotFound);
+    }
     return false;
 }
 
 bool HostLocation::Respell() {
-    if (exact_names_ && Go()) return IsThere();
+    if (exact_names_ && Go()) {
+        return IsThere();
+    }
     HostFd folder = OpenFolder(kCurrentFolder, root_);
-    if (!folder.IsValid()) RaiseError(error_number::kDiskNotReady);
+    if (!folder.IsValid()) {
+        RaiseError(error_number::kDiskNotReady);
+    }
     std::string& below = path_.below;
     for (std::size_t start = 0; start < below.size();) {
         const std::size_t end = std::min(below.find('/', start), below.size());
@@ -189,9 +231,13 @@ bool HostLocation::Respell() {
         std::string name = below.substr(start, end - start);
         if (!Exists(folder.Get(), name)) {
             const auto other = exact_names_ ? std::nullopt : OtherSpelling(folder.Get(), name);
-            if (!other && !last) RaiseError(error_number::kPathNotFound);
+            if (!other && !last) {
+                RaiseError(error_number::kPathNotFound);
+            }
             if (!other) {
-                if (!Go()) RaiseError(error_number::kPathNotFound);
+                if (!Go()) {
+                    RaiseError(error_number::kPathNotFound);
+                }
                 return false;
             }
             below.replace(start, name.size(), *other);
@@ -206,7 +252,9 @@ bool HostLocation::Respell() {
         }
         start += name.size() + 1;
     }
-    if (!Go()) RaiseError(error_number::kPathNotFound);
+    if (!Go()) {
+        RaiseError(error_number::kPathNotFound);
+    }
     return true;
 }
 

@@ -35,7 +35,9 @@ void HostClock::Wait(std::condition_variable& signal, std::unique_lock<std::mute
 std::optional<std::string> HostSettings::Read(const std::string& section, const std::string& key) {
     const std::lock_guard lock(mutex_);
     const auto found = values_.find({section, key});
-    if (found == values_.end()) return std::nullopt;
+    if (found == values_.end()) {
+        return std::nullopt;
+    }
     return found->second;
 }
 

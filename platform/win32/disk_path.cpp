@@ -37,8 +37,12 @@ std::wstring_view NextName(std::wstring_view& rest) {
 std::wstring Normal(const std::string& program_path) {
     std::wstring text = Wide(program_path);
     std::replace(text.begin(), text.end(), L'/', L'\\');
-    if (text.starts_with(kLiteralShare)) return L"\\\\" + text.substr(kLiteralShare.size());
-    if (text.starts_with(kLiteral)) return text.substr(kLiteral.size());
+    if (text.starts_with(kLiteralShare)) {
+        return L"\\\\" + text.substr(kLiteralShare.size());
+    }
+    if (text.starts_with(kLiteral)) {
+        return text.substr(kLiteral.size());
+    }
     return text;
 }
 
@@ -49,7 +53,9 @@ std::wstring TakeRoot(std::wstring_view& rest) {
         rest.remove_prefix(2);
         return std::wstring(kLiteral) + letter + L":\\";
     }
-    if (!rest.starts_with(L"\\\\")) RaiseError(error_number::kBadFileName);
+    if (!rest.starts_with(L"\\\\")) {
+        RaiseError(error_number::kBadFileName);
+    }
     const std::wstring_view server = NextName(rest);
     const std::wstring_view share = NextName(rest);
     if (server.empty() || share.empty() || !IsName(server) || !IsName(share)) {
@@ -62,12 +68,18 @@ std::vector<std::wstring_view> TakeNames(std::wstring_view rest) {
     std::vector<std::wstring_view> names;
     while (!rest.empty()) {
         const std::wstring_view name = NextName(rest);
-        if (name.empty() || name == L".") continue;
-        if (name == L"..") {
-            if (!names.empty()) names.pop_back();
+        if (name.empty() || name == L".") {
             continue;
         }
-        if (!IsName(name)) RaiseError(error_number::kBadFileName);
+        if (name == L"..") {
+            if (!names.empty()) {
+                names.pop_back();
+            }
+            continue;
+        }
+        if (!IsName(name)) {
+            RaiseError(error_number::kBadFileName);
+        }
         names.push_back(name);
     }
     return names;
@@ -92,13 +104,17 @@ DiskPath::DiskPath(const std::string& program_path) {
     root_ = TakeRoot(rest);
     text_ = root_;
     for (const std::wstring_view name : TakeNames(rest)) {
-        if (!IsRoot()) text_ += L'\\';
+        if (!IsRoot()) {
+            text_ += L'\\';
+        }
         text_ += name;
     }
 }
 
 std::wstring DiskPath::PlainRoot() const {
-    if (root_.starts_with(kLiteralShare)) return L"\\\\" + root_.substr(kLiteralShare.size());
+    if (root_.starts_with(kLiteralShare)) {
+        return L"\\\\" + root_.substr(kLiteralShare.size());
+    }
     return root_.substr(kLiteral.size());
 }
 
@@ -110,7 +126,9 @@ std::wstring DiskPath::Everything() const { return text_ + (IsRoot() ? L"*" : L"
 
 DiskPath DiskPath::Parent() const {
     DiskPath parent(*this);
-    if (!IsRoot()) parent.text_.resize(std::max(text_.rfind(L'\\'), root_.size()));
+    if (!IsRoot()) {
+        parent.text_.resize(std::max(text_.rfind(L'\\'), root_.size()));
+    }
     return parent;
 }
 

@@ -71,7 +71,9 @@ bool IsLocked(DWORD code) {
 
 int TableNumber(DWORD code) {
     for (const Row& row : kTable) {
-        if (row.code == code) return row.number;
+        if (row.code == code) {
+            return row.number;
+        }
     }
     return kDeviceIo;
 }
@@ -79,10 +81,16 @@ int TableNumber(DWORD code) {
 // 68 or 71 when a missing name is really a missing drive or disk; else 0.
 int DriveFault(const DiskPath& path) {
     const std::wstring root = path.PlainRoot();
-    if (root.starts_with(L"\\\\")) return 0;
+    if (root.starts_with(L"\\\\")) {
+        return 0;
+    }
     const UINT type = GetDriveTypeW(root.c_str());
-    if (type == DRIVE_NO_ROOT_DIR || type == DRIVE_UNKNOWN) return kDeviceUnavailable;
-    if (GetFileAttributesW(path.Root().c_str()) != INVALID_FILE_ATTRIBUTES) return 0;
+    if (type == DRIVE_NO_ROOT_DIR || type == DRIVE_UNKNOWN) {
+        return kDeviceUnavailable;
+    }
+    if (GetFileAttributesW(path.Root().c_str()) != INVALID_FILE_ATTRIBUTES) {
+        return 0;
+    }
     return GetLastError() == ERROR_ACCESS_DENIED ? 0 : kDiskNotReady;
 }
 
@@ -91,14 +99,18 @@ int DriveFault(const DiskPath& path) {
 int ErrorNumber(DWORD code, FileOperation operation) {
     // The code of some systems for a folder that would become part of itself.
     const bool of_a_file = operation == FileOperation::kFile;
-    if (!of_a_file && code == ERROR_INVALID_PARAMETER) return kPathFileAccess;
+    if (!of_a_file && code == ERROR_INVALID_PARAMETER) {
+        return kPathFileAccess;
+    }
     return NumberFor(operation, TableNumber(code));
 }
 
 void RaiseSystemError(DWORD code, FileOperation operation, const DiskPath& path) {
     const int number = ErrorNumber(code, operation);
     if (number == kFileNotFound || number == kPathNotFound) {
-        if (const int fault = DriveFault(path)) RaiseError(fault);
+        if (const int fault = DriveFault(path)) {
+            RaiseError(fault);
+        }
     }
     RaiseError(number);
 }
@@ -106,12 +118,18 @@ void RaiseSystemError(DWORD code, FileOperation operation, const DiskPath& path)
 void RaiseSystemError(DWORD code) { RaiseError(ErrorNumber(code, FileOperation::kFile)); }
 
 DWORD RetryWhileLocked(const std::function<bool()>& call, const Pause& pause) {
-    if (call()) return ERROR_SUCCESS;
+    if (call()) {
+        return ERROR_SUCCESS;
+    }
     DWORD code = GetLastError();
     for (const DWORD milliseconds : kPauses) {
-        if (!IsLocked(code)) break;
+        if (!IsLocked(code)) {
+            break;
+        }
         pause(milliseconds);
-        if (call()) return ERROR_SUCCESS;
+        if (call()) {
+            return ERROR_SUCCESS;
+        }
         code = GetLastError();
     }
     return code;

@@ -49,7 +49,9 @@ LARGE_INTEGER Position(std::uint64_t bytes) {
 }  // namespace
 
 std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const Pause& pause) {
-    if (path.IsRoot()) RaiseSystemError(ERROR_ACCESS_DENIED, FileOperation::kFile, path);
+    if (path.IsRoot()) {
+        RaiseSystemError(ERROR_ACCESS_DENIED, FileOperation::kFile, path);
+    }
     const Opening how = OpeningFor(mode);
     FileHandle handle;
     const auto open = [&] {
@@ -61,9 +63,13 @@ std::unique_ptr<File> Win32File::Open(const DiskPath& path, OpenMode mode, const
     const DWORD code = retries  ? RetryWhileLocked(open, pause)
                        : open() ? ERROR_SUCCESS
                                 : GetLastError();
-    if (code != ERROR_SUCCESS) RaiseSystemError(code, FileOperation::kFile, path);
+    if (code != ERROR_SUCCESS) {
+        RaiseSystemError(code, FileOperation::kFile, path);
+    }
     auto file = std::make_unique<Win32File>(std::move(handle));
-    if (mode == OpenMode::kWrite) file->Truncate(0);
+    if (mode == OpenMode::kWrite) {
+        file->Truncate(0);
+    }
     return file;
 }
 
@@ -73,10 +79,14 @@ std::size_t Win32File::Read(void* buffer, std::size_t count) {
         DWORD got = 0;
         char* const target = static_cast<char*>(buffer) + done;
         if (!ReadFile(handle_.Get(), target, Step(count - done), &got, nullptr)) {
-            if (GetLastError() == ERROR_HANDLE_EOF) break;
+            if (GetLastError() == ERROR_HANDLE_EOF) {
+                break;
+            }
             RaiseSystemError(GetLastError());
         }
-        if (got == 0) break;
+        if (got == 0) {
+            break;
+        }
         done += got;
     }
     return done;
@@ -90,7 +100,9 @@ void Win32File::Write(const void* data, std::size_t count) {
         if (!WriteFile(handle_.Get(), source, Step(count - done), &put, nullptr)) {
             RaiseSystemError(GetLastError());
         }
-        if (put == 0) RaiseError(error_number::kDiskFull);
+        if (put == 0) {
+            RaiseError(error_number::kDiskFull);
+        }
         done += put;
     }
 }
@@ -103,31 +115,41 @@ void Win32File::Seek(std::uint64_t position) {
 
 std::uint64_t Win32File::Size() {
     LARGE_INTEGER size;
-    if (!GetFileSizeEx(handle_.Get(), &size)) RaiseSystemError(GetLastError());
+    if (!GetFileSizeEx(handle_.Get(), &size)) {
+        RaiseSystemError(GetLastError());
+    }
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
 void Win32File::Truncate(std::uint64_t size) {
     Seek(size);
-    if (!SetEndOfFile(handle_.Get())) RaiseSystemError(GetLastError());
+    if (!SetEndOfFile(handle_.Get())) {
+        RaiseSystemError(GetLastError());
+    }
 }
 
 void Win32File::SetTimes(const FileTimes& times) { times_ = times; }
 
 void Win32File::Flush() {
-    if (!FlushFileBuffers(handle_.Get())) RaiseSystemError(GetLastError());
+    if (!FlushFileBuffers(handle_.Get())) {
+        RaiseSystemError(GetLastError());
+    }
 }
 
 void Win32File::Close() {
     if (times_ && handle_.IsValid() && !ApplyTimes(handle_.Get(), *times_)) {
         RaiseSystemError(GetLastError());
     }
-    if (!handle_.Close()) RaiseSystemError(GetLastError());
+    if (!handle_.Close()) {
+        RaiseSystemError(GetLastError());
+    }
 }
 
 bool ApplyTimes(HANDLE file, const FileTimes& times) {
     const auto convert = [](Ticks ticks, FILETIME& buffer) -> const FILETIME* {
-        if (ticks > static_cast<Ticks>(std::numeric_limits<std::int64_t>::max())) return nullptr;
+        if (ticks > static_cast<Ticks>(std::numeric_limits<std::int64_t>::max())) {
+            return nullptr;
+        }
         buffer = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
         return ticks == 0 ? nullptr : &buffer;
     };

@@ -22,7 +22,9 @@ SearchHandle StartSearch(const std::wstring& pattern, WIN32_FIND_DATAW& data) {
     SearchHandle search(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &data,
                                          FindExSearchNameMatch, nullptr,
                                          FIND_FIRST_EX_LARGE_FETCH));
-    if (search.IsValid() || GetLastError() != ERROR_INVALID_PARAMETER) return search;
+    if (search.IsValid() || GetLastError() != ERROR_INVALID_PARAMETER) {
+        return search;
+    }
     // Older systems and some file servers do not support the fast form.
     return SearchHandle(FindFirstFileExW(pattern.c_str(), FindExInfoStandard, &data,
                                          FindExSearchNameMatch, nullptr, 0));
@@ -39,7 +41,9 @@ template <typename Data>
 void TakeFacts(const Data& data, FileInfo& info) {
     info.attributes = data.dwFileAttributes;
     info.size = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
-    if (info.IsFolder()) info.size = 0;
+    if (info.IsFolder()) {
+        info.size = 0;
+    }
     info.times = {ToTicks(data.ftLastWriteTime), ToTicks(data.ftLastAccessTime),
                   ToTicks(data.ftCreationTime)};
 }
@@ -60,13 +64,17 @@ bool IsDots(const WIN32_FIND_DATAW& data) {
 // What the system knows under the path itself; a file's size and times are exact there.
 std::optional<WIN32_FILE_ATTRIBUTE_DATA> Facts(const DiskPath& path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
+    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) {
+        return std::nullopt;
+    }
     return data;
 }
 
 std::optional<FileInfo> NothingUnlessDenied(const DiskPath& path) {
     const DWORD code = GetLastError();
-    if (code == ERROR_ACCESS_DENIED) RaiseSystemError(code, FileOperation::kFile, path);
+    if (code == ERROR_ACCESS_DENIED) {
+        RaiseSystemError(code, FileOperation::kFile, path);
+    }
     return std::nullopt;
 }
 
@@ -95,26 +103,35 @@ bool IsFolder(DWORD attributes) {
 // refuses all of them.
 void RefuseReadOnly(const DiskPath& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES || IsFolder(attributes)) return;
-    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) RaiseError(error_number::kPermissionDenied);
+    if (attributes == INVALID_FILE_ATTRIBUTES || IsFolder(attributes)) {
+        return;
+    }
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        RaiseError(error_number::kPermissionDenied);
+    }
 }
 
 // The attributes of a file or folder that must exist.
 DWORD Needed(const DiskPath& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES)
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
         RaiseSystemError(GetLastError(), FileOperation::kFile, path);
+    }
     return attributes;
 }
 
 void RaiseUnless(DWORD code, FileOperation operation, const DiskPath& path) {
-    if (code != ERROR_SUCCESS) RaiseSystemError(code, operation, path);
+    if (code != ERROR_SUCCESS) {
+        RaiseSystemError(code, operation, path);
+    }
 }
 
 // Nothing when the path leads nowhere. Raises 70 when access is denied.
 std::optional<BY_HANDLE_FILE_INFORMATION> Identity(const FileHandle& file, const DiskPath& path) {
     BY_HANDLE_FILE_INFORMATION facts{};
-    if (file.IsValid() && GetFileInformationByHandle(file.Get(), &facts)) return facts;
+    if (file.IsValid() && GetFileInformationByHandle(file.Get(), &facts)) {
+        return facts;
+    }
     const DWORD code = GetLastError();
     if (ErrorNumber(code, FileOperation::kFile) == error_number::kPermissionDenied) {
         RaiseSystemError(code, FileOperation::kFile, path);
@@ -130,14 +147,20 @@ std::optional<FileInfo> FindOne(const DiskPath& path) {
     if (search.IsValid()) {
         info = FromFindData(data);
     } else {
-        if (!path.IsRoot() && GetLastError() != ERROR_ACCESS_DENIED) return std::nullopt;
+        if (!path.IsRoot() && GetLastError() != ERROR_ACCESS_DENIED) {
+            return std::nullopt;
+        }
         info.name = Narrow(path.Name());
     }
     // An entry of a folder can lag behind the file while the file is written or has several names.
     // A folder that may not be searched still allows this question about a file in it.
     const auto facts = Facts(path);
-    if (!facts && !search.IsValid()) return NothingUnlessDenied(path);
-    if (facts) TakeFacts(*facts, info);
+    if (!facts && !search.IsValid()) {
+        return NothingUnlessDenied(path);
+    }
+    if (facts) {
+        TakeFacts(*facts, info);
+    }
     return info;
 }
 
@@ -147,11 +170,15 @@ void ListFolder(const DiskPath& folder, const std::function<bool(const FileInfo&
     if (!search.IsValid()) {
         const DWORD code = GetLastError();
         // A root holds no "." and may be empty; a search then finds not even one entry.
-        if (code == ERROR_FILE_NOT_FOUND && FindOne(folder)) return;
+        if (code == ERROR_FILE_NOT_FOUND && FindOne(folder)) {
+            return;
+        }
         RaiseSystemError(code, FileOperation::kList, folder);
     }
     do {
-        if (!IsDots(data) && !each(FromFindData(data))) return;
+        if (!IsDots(data) && !each(FromFindData(data))) {
+            return;
+        }
     } while (FindNextFileW(search.Get(), &data));
     if (GetLastError() != ERROR_NO_MORE_FILES) {
         RaiseSystemError(GetLastError(), FileOperation::kList, folder);
@@ -162,7 +189,9 @@ void ListFolder(const DiskPath& folder, const std::function<bool(const FileInfo&
 
 std::unique_ptr<File> Win32FileSystem::Open(const std::string& path, OpenMode mode) {
     const DiskPath file(path);
-    if (mode == OpenMode::kWrite || mode == OpenMode::kAppend) RefuseReadOnly(file);
+    if (mode == OpenMode::kWrite || mode == OpenMode::kAppend) {
+        RefuseReadOnly(file);
+    }
     return Win32File::Open(file, mode, pause_);
 }
 
@@ -178,7 +207,9 @@ void Win32FileSystem::List(const std::string& folder,
 
 void Win32FileSystem::MakeFolder(const std::string& path) {
     const auto folder = PathOrNothing(path);
-    if (!folder) RaiseError(error_number::kPathFileAccess);
+    if (!folder) {
+        RaiseError(error_number::kPathFileAccess);
+    }
     if (!CreateDirectoryW(folder->c_str(), nullptr)) {
         RaiseSystemError(GetLastError(), FileOperation::kFolder, *folder);
     }
@@ -190,10 +221,16 @@ void Win32FileSystem::Rename(const std::string& from, const std::string& to) {
     const FileOperation operation =
         IsFolder(Needed(source)) ? FileOperation::kFolder : FileOperation::kFile;
     // Two letters may be one volume, but Rename never changes the drive letter.
-    if (!source.OnSameDrive(target)) RaiseError(error_number::kAcrossDrives);
-    if (source.IsRoot()) RaiseError(error_number::kPathFileAccess);
+    if (!source.OnSameDrive(target)) {
+        RaiseError(error_number::kAcrossDrives);
+    }
+    if (source.IsRoot()) {
+        RaiseError(error_number::kPathFileAccess);
+    }
     // The system allows renaming a file to its own name, which is wanted for letter case only.
-    if (source.Text() == target.Text()) RaiseError(error_number::kFileExists);
+    if (source.Text() == target.Text()) {
+        RaiseError(error_number::kFileExists);
+    }
     const DWORD code = Retry(
         [&] { return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0; });
     const bool taken = ErrorNumber(code, FileOperation::kFile) == error_number::kFileExists;
@@ -204,8 +241,12 @@ void Win32FileSystem::Replace(const std::string& from, const std::string& to) {
     const DiskPath source(from);
     const DiskPath target(to);
     const bool folder = IsFolder(Needed(source));
-    if (!source.OnSameDrive(target)) RaiseError(error_number::kAcrossDrives);
-    if (folder) RaiseError(error_number::kPermissionDenied);
+    if (!source.OnSameDrive(target)) {
+        RaiseError(error_number::kAcrossDrives);
+    }
+    if (folder) {
+        RaiseError(error_number::kPermissionDenied);
+    }
     RefuseReadOnly(target);
     const DWORD code = Retry([&] {
         return MoveFileExW(source.c_str(), target.c_str(),
@@ -223,7 +264,9 @@ void Win32FileSystem::RemoveFile(const std::string& path) {
 
 void Win32FileSystem::RemoveFolder(const std::string& path) {
     const DiskPath folder(path);
-    if (folder.IsRoot()) RaiseError(error_number::kPathFileAccess);
+    if (folder.IsRoot()) {
+        RaiseError(error_number::kPathFileAccess);
+    }
     RaiseUnless(Retry([&] { return RemoveDirectoryW(folder.c_str()) != 0; }),
                 FileOperation::kFolder, folder);
 }
@@ -252,11 +295,15 @@ void Win32FileSystem::SetTimes(const std::string& path, const FileTimes& times) 
 bool Win32FileSystem::SameFile(const std::string& one, const std::string& other) {
     const auto one_path = PathOrNothing(one);
     const auto other_path = PathOrNothing(other);
-    if (!one_path || !other_path) return false;
+    if (!one_path || !other_path) {
+        return false;
+    }
     // Both stay open until they are compared, so that no file number is reused meanwhile.
     const FileHandle one_handle = OpenForFacts(*one_path, FILE_READ_ATTRIBUTES);
     const auto one_facts = Identity(one_handle, *one_path);
-    if (!one_facts) return false;
+    if (!one_facts) {
+        return false;
+    }
     const FileHandle other_handle = OpenForFacts(*other_path, FILE_READ_ATTRIBUTES);
     const auto other_facts = Identity(other_handle, *other_path);
     return other_facts && one_facts->dwVolumeSerialNumber == other_facts->dwVolumeSerialNumber &&

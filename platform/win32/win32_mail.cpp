@@ -46,7 +46,9 @@ std::wstring ChosenClient() {
         DWORD size = sizeof name - sizeof name[0];
         const LSTATUS found =
             RegGetValueW(root, kClients, nullptr, RRF_RT_REG_SZ, nullptr, name, &size);
-        if (found == ERROR_SUCCESS && name[0] != L'\0') return name;
+        if (found == ERROR_SUCCESS && name[0] != L'\0') {
+            return name;
+        }
     }
     return L"";
 }
@@ -55,11 +57,14 @@ std::wstring ChosenClient() {
 bool SupportsMapi(const std::wstring& client) {
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
         const KeyHandle key = OpenKey(root, kClients + (L"\\" + client));
-        if (!key.IsValid()) continue;
+        if (!key.IsValid()) {
+            continue;
+        }
         for (const wchar_t* value : {L"DLLPathEx", L"DLLPath", L"MSIComponentID"}) {
             if (RegQueryValueExW(key.Get(), value, nullptr, nullptr, nullptr, nullptr) ==
-                ERROR_SUCCESS)
+                ERROR_SUCCESS) {
                 return true;
+            }
         }
     }
     return false;
@@ -68,21 +73,29 @@ bool SupportsMapi(const std::wstring& client) {
 template <typename Function>
 void Find(HMODULE library, const char* name, Function& function) {
     function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-    if (!function) RaiseNoMailProgram();
+    if (!function) {
+        RaiseNoMailProgram();
+    }
 }
 
 void Check(ULONG answer) {
-    if (answer != SUCCESS_SUCCESS) RaiseMailError(static_cast<int>(answer));
+    if (answer != SUCCESS_SUCCESS) {
+        RaiseMailError(static_cast<int>(answer));
+    }
 }
 
 // Simple MAPI takes paths in the code page: a folder that it cannot hold goes by its short name.
 std::string MapiPath(const std::string& path) {
     Win32CodePage code_page;
-    if (const auto bytes = code_page.Encode(path)) return *bytes;
+    if (const auto bytes = code_page.Encode(path)) {
+        return *bytes;
+    }
     std::array<wchar_t, MAX_PATH> name{};
     const DWORD length = GetShortPathNameW(Wide(path).c_str(), name.data(), MAX_PATH);
     const auto bytes = length < MAX_PATH ? code_page.Encode(Narrow(name.data())) : std::nullopt;
-    if (length == 0 || !bytes) RaiseMailError(mail_error::kAttachmentNotFound);
+    if (length == 0 || !bytes) {
+        RaiseMailError(mail_error::kAttachmentNotFound);
+    }
     return *bytes;
 }
 
@@ -141,10 +154,16 @@ class MapiTexts {
 
 void MapiLibrary::Load() {
     const std::wstring client = ChosenClient();
-    if (client.empty() || !SupportsMapi(client)) RaiseNoMailProgram();
-    if (log_off_) return;
+    if (client.empty() || !SupportsMapi(client)) {
+        RaiseNoMailProgram();
+    }
+    if (log_off_) {
+        return;
+    }
     const HMODULE library = LoadLibraryExW(L"mapi32.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    if (!library) RaiseNoMailProgram();
+    if (!library) {
+        RaiseNoMailProgram();
+    }
     Find(library, "MAPILogon", log_on_);
     Find(library, "MAPISendMail", send_);
     Find(library, "MAPILogoff", log_off_);
@@ -175,7 +194,9 @@ void Win32MailSession::SignOn() {
 }
 
 void Win32MailSession::SignOff() {
-    if (!std::exchange(signed_on_, false)) return;
+    if (!std::exchange(signed_on_, false)) {
+        return;
+    }
     Check(library_.LogOff(session_));
 }
 

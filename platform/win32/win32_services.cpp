@@ -29,7 +29,9 @@ namespace {
 SYSTEMTIME UtcFields(Ticks utc) {
     const FILETIME time{static_cast<DWORD>(utc), static_cast<DWORD>(utc >> 32)};
     SYSTEMTIME fields{};
-    if (FileTimeToSystemTime(&time, &fields)) return fields;
+    if (FileTimeToSystemTime(&time, &fields)) {
+        return fields;
+    }
     return UtcFields(0);  // beyond the calendar: its first day
 }
 
@@ -37,7 +39,9 @@ std::optional<std::uint64_t> FreeIn(const DiskPath& folder) {
     // The system accepts a share's folder only with a separator at its end.
     const std::wstring text = folder.Text() + (folder.IsRoot() ? L"" : L"\\");
     ULARGE_INTEGER free_for_user{};
-    if (!GetDiskFreeSpaceExW(text.c_str(), &free_for_user, nullptr, nullptr)) return std::nullopt;
+    if (!GetDiskFreeSpaceExW(text.c_str(), &free_for_user, nullptr, nullptr)) {
+        return std::nullopt;
+    }
     return free_for_user.QuadPart;
 }
 
@@ -50,15 +54,21 @@ DWORD BytesOf(const std::wstring& text) {
 }
 
 void Check(LSTATUS status) {
-    if (status != ERROR_SUCCESS) RaiseSystemError(static_cast<DWORD>(status));
+    if (status != ERROR_SUCCESS) {
+        RaiseSystemError(static_cast<DWORD>(status));
+    }
 }
 
 constexpr std::intptr_t kLastError = 32;  // the shell's answers up to here are error codes
 
 // The plain path of a program that was started by its literal path.
 std::wstring Plain(const std::wstring& path) {
-    if (path.starts_with(L"\\\\?\\UNC\\")) return L"\\\\" + path.substr(8);
-    if (path.starts_with(L"\\\\?\\")) return path.substr(4);
+    if (path.starts_with(L"\\\\?\\UNC\\")) {
+        return L"\\\\" + path.substr(8);
+    }
+    if (path.starts_with(L"\\\\?\\")) {
+        return path.substr(4);
+    }
     return path;
 }
 
@@ -187,8 +197,12 @@ std::uint64_t Win32Drives::FreeBytes(const std::string& folder) {
     try {
         // A folder that does not exist yet has the free space of its nearest parent.
         for (DiskPath place(folder);; place = place.Parent()) {
-            if (const auto bytes = FreeIn(place)) return *bytes;
-            if (place.IsRoot()) return 0;
+            if (const auto bytes = FreeIn(place)) {
+                return *bytes;
+            }
+            if (place.IsRoot()) {
+                return 0;
+            }
         }
     } catch (const Error&) {
         return 0;
@@ -216,7 +230,9 @@ std::optional<std::string> Win32Settings::Read(const std::string& section, const
             text.resize(bytes / sizeof(wchar_t));
             return Narrow(text.c_str());
         }
-        if (status != ERROR_MORE_DATA) return std::nullopt;
+        if (status != ERROR_MORE_DATA) {
+            return std::nullopt;
+        }
         // Another program can write a longer value between two calls.
         text.resize(text.size() * 2);
     }

@@ -22,8 +22,9 @@ inline void PrintTo(const Row& row, std::ostream* out) {
 // In the window's own order.
 inline std::vector<Row> RowsOf(const forms::Form& window) {
     std::vector<Row> rows;
-    for (const forms::Control* control : window.controls())
+    for (const forms::Control* control : window.controls()) {
         rows.push_back({control->name(), control->Caption(), control->Tooltip()});
+    }
     return rows;
 }
 

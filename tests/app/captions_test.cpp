@@ -146,9 +146,11 @@ TEST_F(Captions, SplashsControlsSayExactlyThis) {
 
 // An empty text would pass for the right one above.
 TEST_F(Captions, NoConfiguredTextIsEmpty) {
-    for (const char* text : {product::kNoticeLine, product::kSplashWarning, product::kWarningText,
-                             product::kAddressLine1, product::kAddressLine2, product::kWebAddress})
+    for (const char* text :
+         {product::kNoticeLine, product::kSplashWarning, product::kWarningText,
+          product::kAddressLine1, product::kAddressLine2, product::kWebAddress}) {
         EXPECT_STRNE(text, "");
+    }
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// Drives that count how often somebody looks at one, and raise when they are told to.
+// Drives that count the queries and, on request, raise an error.
 class WatchedDrives : public platform::Drives {
   public:
     explicit WatchedDrives(platform::Drives& behind) : behind_(behind) {}
@@ -33,8 +33,12 @@ class WatchedDrives : public platform::Drives {
 
   private:
     void Look() {
-        if (++looks == 1 && at_first) at_first();
-        if (broken) RaiseError(error_number::kDeviceIo);
+        if (++looks == 1 && at_first) {
+            at_first();
+        }
+        if (broken) {
+            RaiseError(error_number::kDeviceIo);
+        }
     }
     platform::Drives& behind_;
 };

@@ -31,9 +31,13 @@ class StartUp : public ProgramFixture {
         std::optional<RedrawWatch> splash;
         desktop.on_step = [&](const std::string& step) {
             const Lines records = LogRecords();
-            while (records_seen < records.size()) order.push_back(records[records_seen++]);
+            while (records_seen < records.size()) {
+                order.push_back(records[records_seen++]);
+            }
             order.push_back(step);
-            if (step != "load Frm_Splash") return;
+            if (step != "load Frm_Splash") {
+                return;
+            }
             splash.emplace(*desktop.Front(), [&] { order.push_back("redraw Frm_Splash"); });
         };
         Start();
@@ -72,7 +76,9 @@ TEST_F(StartUp, GlobalsAreSetBeforeAnythingElse) {
     globals.MessageText = globals.TextBuffer = "left over";
     Lines at_first;
     desktop.on_step = [&](const std::string& step) {
-        if (!at_first.empty()) return;
+        if (!at_first.empty()) {
+            return;
+        }
         at_first = {step, globals.LogFilePath, globals.CrLf, globals.MessageText,
                     globals.TextBuffer};
     };
@@ -98,12 +104,18 @@ TEST_F(StartUp, NeverSetsThePointerBack) {
 
 TEST_F(StartUp, LogOverTheLimitIsTrimmedWithItsNoteAfterTheStartRecords) {
     std::string log;
-    for (int i = 0; i < 12; ++i) log += "header\r\n";
-    while (log.size() < 60000) log += std::string(20, '.') + "old record\r\n";
+    for (int i = 0; i < 12; ++i) {
+        log += "header\r\n";
+    }
+    while (log.size() < 60000) {
+        log += std::string(20, '.') + "old record\r\n";
+    }
     machine.PutFile("C:\\Vantrel\\Vantrel.Log", log);
     Lines when_loaded;
     desktop.on_step = [&](const std::string& step) {
-        if (step == "load Frm_Mainmenu") when_loaded = LogRecords();
+        if (step == "load Frm_Mainmenu") {
+            when_loaded = LogRecords();
+        }
     };
     Start();
     EXPECT_LT(Log().size(), 52000u);

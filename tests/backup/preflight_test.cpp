@@ -45,7 +45,9 @@ class Preflight : public ProgramFixture {
     }
     bool BackupWindowShown() const {
         for (const auto& event : desktop.happened) {
-            if (event == "load Frm_Backup") return true;
+            if (event == "load Frm_Backup") {
+                return true;
+            }
         }
         return false;
     }

@@ -26,7 +26,9 @@ class RecordingZip : public zip::PKZIP {
     void Set(int id, const zip::Value& value) override {
         record_.sets.push_back(std::to_string(id) + "=" + test::Text(value));
         record_.values[id] = value;
-        if (id == zip::zip_id::kAction && record_.action) record_.action(*this);
+        if (id == zip::zip_id::kAction && record_.action) {
+            record_.action(*this);
+        }
     }
     zip::Value Get(int id) const override {
         const auto other = record_.reads_back.find(id);

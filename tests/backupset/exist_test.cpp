@@ -144,8 +144,8 @@ TEST_F(Exist, NothingMalformedRaises) {
     EXPECT_FALSE(File("9:\\*.*"));
 }
 
-// A drive list takes no network path: with the application on one, only full paths on a drive, and
-// network paths given as such, could be told, and the rule asks the application's drive first.
+// A drive list takes no network path: with the application on one, the drive that the rule tests
+// first does not exist.
 TEST_F(Exist, ApplicationOnANetworkPathHasNoDriveToTest) {
     machine.process.application_folder = "\\\\server\\share\\Vantrel";
     EXPECT_FALSE(File("\\\\server\\share\\Vantrel\\*.*"));

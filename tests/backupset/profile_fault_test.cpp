@@ -29,7 +29,9 @@ class ProfileFault : public test::ProgramFixture {
                 EXPECT_EQ(effect, Effect::kDie);
             }
             faulty.plan.Heal();
-            if (from_then_on || effect == Effect::kDie) RemoveScratch();
+            if (from_then_on || effect == Effect::kDie) {
+                RemoveScratch();
+            }
             const std::string left = machine.Content(kFile);
             if (faulty.plan.Fired() == fired) {
                 EXPECT_EQ(left, kNew);
@@ -42,7 +44,9 @@ class ProfileFault : public test::ProgramFixture {
     // What a process leaves that dies, or a disk that fails from then on.
     void RemoveScratch() {
         const std::string scratch = "C:\\Vantrel\\~Vantrel.new";
-        if (machine.Exists(scratch)) machine.files().RemoveFile(scratch);
+        if (machine.Exists(scratch)) {
+            machine.files().RemoveFile(scratch);
+        }
     }
 
     test::FaultyFileSystem faulty{machine.files()};

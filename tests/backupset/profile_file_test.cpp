@@ -49,7 +49,9 @@ TEST_F(ProfileFile, ValueOf300CharactersReadsItsFirst254) {
 TEST_F(ProfileFile, TheLimitCountsBytesOfTheFile) {
     machine.PutFile(kFile, "[S]\r\nK=" + std::string(300, '\xE4') + "\r\n");
     std::string letters;
-    for (int i = 0; i < 254; ++i) letters += "\xC3\xA4";
+    for (int i = 0; i < 254; ++i) {
+        letters += "\xC3\xA4";
+    }
     EXPECT_EQ(Read("S", "K"), letters);
 }
 

@@ -158,7 +158,9 @@ TEST(ProfileText, BinaryRubbishReadsAndTakesAKey) {
     const std::string alphabet("[]=;\r\n \t\"'AsSkK\0\x1A\xFF", 18);
     for (int round = 0; round < 5000; ++round) {
         std::string text(random() % 40, ' ');
-        for (char& byte : text) byte = alphabet[random() % alphabet.size()];
+        for (char& byte : text) {
+            byte = alphabet[random() % alphabet.size()];
+        }
         const std::string after = SetValue(text, "S", "K", "v");
         EXPECT_EQ(Value(after, "S", "K"), "v") << ::testing::PrintToString(text);
         EXPECT_EQ(SetValue(after, "S", "K", "v"), after);

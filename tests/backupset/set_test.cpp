@@ -220,7 +220,9 @@ class Validation : public test::ProgramFixture {
         desktop.boxes.clear();
         const bool valid = ini.Validate_OnSave();
         EXPECT_EQ(desktop.boxes.size(), valid ? 0u : 1u);
-        if (desktop.boxes.empty()) return "";
+        if (desktop.boxes.empty()) {
+            return "";
+        }
         const std::string start = "Unable to Save this file:\r\nReason: ";
         EXPECT_EQ(desktop.boxes[0].text.substr(0, start.size()), start);
         return desktop.boxes[0].text.substr(start.size());

@@ -16,7 +16,9 @@ TEST(ErrorText, HasTheUsualWords) {
         {70, "Permission denied"}, {71, "Disk not ready"},         {75, "Path/File access error"},
         {76, "Path not found"},
     };
-    for (const auto& row : expected) EXPECT_EQ(ErrorText(row.number), row.words) << row.number;
+    for (const auto& row : expected) {
+        EXPECT_EQ(ErrorText(row.number), row.words) << row.number;
+    }
 }
 
 TEST(ErrorText, NumberWithoutWordsIsApplicationDefined) {

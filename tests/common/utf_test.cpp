@@ -9,7 +9,9 @@ namespace {
 
 std::vector<char32_t> Points(std::string_view utf8) {
     std::vector<char32_t> points;
-    for (std::size_t i = 0; i < utf8.size();) points.push_back(utf::Next(utf8, i));
+    for (std::size_t i = 0; i < utf8.size();) {
+        points.push_back(utf::Next(utf8, i));
+    }
     return points;
 }
 

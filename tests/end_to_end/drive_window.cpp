@@ -56,8 +56,12 @@ WORD KeyNamed(const std::string& name) {
         {"F4", VK_F4},       {"F5", VK_F5},         {"Alt", VK_MENU},      {"Ctrl", VK_CONTROL},
         {"Shift", VK_SHIFT}, {"PageDown", VK_NEXT}, {"Apps", VK_APPS},     {"F10", VK_F10}};
     const auto found = keys.find(name);
-    if (found != keys.end()) return found->second;
-    if (name.size() != 1) throw std::runtime_error("no such key");
+    if (found != keys.end()) {
+        return found->second;
+    }
+    if (name.size() != 1) {
+        throw std::runtime_error("no such key");
+    }
     return static_cast<WORD>(toupper(static_cast<unsigned char>(name[0])));
 }
 
@@ -66,7 +70,9 @@ Words Keys(const Words& words) {
     std::vector<INPUT> input;
     std::vector<WORD> held;
     std::istringstream parts(words.at(1));
-    for (std::string part; std::getline(parts, part, '+');) held.push_back(KeyNamed(part));
+    for (std::string part; std::getline(parts, part, '+');) {
+        held.push_back(KeyNamed(part));
+    }
     const auto add = [&](WORD key, DWORD flags) {
         INPUT one{};
         one.type = INPUT_KEYBOARD;
@@ -75,18 +81,25 @@ Words Keys(const Words& words) {
         one.ki.dwFlags = flags;
         input.push_back(one);
     };
-    for (const WORD key : held) add(key, 0);
-    for (auto key = held.rbegin(); key != held.rend(); ++key) add(*key, KEYEVENTF_KEYUP);
+    for (const WORD key : held) {
+        add(key, 0);
+    }
+    for (auto key = held.rbegin(); key != held.rend(); ++key) {
+        add(*key, KEYEVENTF_KEYUP);
+    }
     const auto count = static_cast<UINT>(input.size());
-    if (SendInput(count, input.data(), sizeof(INPUT)) != count)
+    if (SendInput(count, input.data(), sizeof(INPUT)) != count) {
         throw std::runtime_error("the keyboard takes no keys");
+    }
     return {};
 }
 
 Words Type(const Words& words) {
     const HWND field = Usable(Control(words.at(1)));
     for (const wchar_t c : Utf16(words.at(2))) {
-        if (c == L'\n') continue;  // Enter is a carriage return
+        if (c == L'\n') {
+            continue;  // Enter is a carriage return
+        }
         PostMessageW(field, WM_CHAR, c, 1);
     }
     return {};
@@ -102,8 +115,9 @@ Words Focus() {
     GUITHREADINFO info{};
     info.cbSize = sizeof info;
     const HWND front = GetForegroundWindow();
-    if (!GetGUIThreadInfo(GetWindowThreadProcessId(front, nullptr), &info) || !info.hwndFocus)
+    if (!GetGUIThreadInfo(GetWindowThreadProcessId(front, nullptr), &info) || !info.hwndFocus) {
         return {"0"};
+    }
     return {std::to_string(GetDlgCtrlID(info.hwndFocus))};
 }
 
@@ -111,21 +125,29 @@ Words Focus() {
 
 Words Titles() {
     Words titles;
-    for (const HWND top : WindowsWhere(nullptr, IsDialog))
-        if (IsWindowVisible(top)) titles.push_back(Utf8(TextOf(top)));
+    for (const HWND top : WindowsWhere(nullptr, IsDialog)) {
+        if (IsWindowVisible(top)) {
+            titles.push_back(Utf8(TextOf(top)));
+        }
+    }
     return titles;
 }
 
 // A message box or a system dialog.
 HWND FindBox() {
-    for (const HWND top : WindowsWhere(nullptr, IsDialog))
-        if (IsWindowVisible(top) && !IsProgramsOwn(top)) return top;
+    for (const HWND top : WindowsWhere(nullptr, IsDialog)) {
+        if (IsWindowVisible(top) && !IsProgramsOwn(top)) {
+            return top;
+        }
+    }
     return nullptr;
 }
 
 HWND Box() {
     const HWND box = FindBox();
-    if (!box) throw std::runtime_error("no box");
+    if (!box) {
+        throw std::runtime_error("no box");
+    }
     return box;
 }
 
@@ -150,8 +172,9 @@ Words DescribeBox(HWND box) {
                    std::to_string(reinterpret_cast<std::uintptr_t>(box))};
     for (const HWND button : WindowsWhere(
              box, [](HWND each) { return ClassOf(each) == L"Button" && IsWindowVisible(each); })) {
-        if ((GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON)
+        if ((GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON) {
             words[2] = std::to_string(GetDlgCtrlID(button));
+        }
         words.push_back(std::to_string(GetDlgCtrlID(button)));
         words.push_back(Utf8(TextOf(button)));
     }
@@ -163,11 +186,15 @@ Words LookAtBox() {
     constexpr int kLooks = 50;
     for (int look = 1;; ++look) {
         const HWND box = FindBox();
-        if (!box) return {};
+        if (!box) {
+            return {};
+        }
         try {
             return DescribeBox(box);
         } catch (const std::runtime_error&) {
-            if (look == kLooks) throw;
+            if (look == kLooks) {
+                throw;
+            }
         }
     }
 }
@@ -181,14 +208,18 @@ Words Menu() {
 
 Words PressInBox(const Words& words) {
     const HWND button = GetDlgItem(Box(), Number(words.at(1)));
-    if (!button) throw std::runtime_error("no such button");
+    if (!button) {
+        throw std::runtime_error("no such button");
+    }
     PostMessageW(button, BM_CLICK, 0, 0);
     return {};
 }
 
 Words TypeInBox(const Words& words) {
     const HWND field = GetDlgItem(Box(), Number(words.at(1)));
-    if (!field) throw std::runtime_error("no such field");
+    if (!field) {
+        throw std::runtime_error("no such field");
+    }
     Send(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(Utf16(words.at(2)).c_str()));
     return {};
 }
@@ -228,7 +259,9 @@ void LetItFinish(HWND window) {
 
 Words State(const Words& words) {
     const HWND control = FindControl(Number(words.at(1)));
-    if (!control) return {"gone", "gone"};
+    if (!control) {
+        return {"gone", "gone"};
+    }
     const Words state = {
         IsWindowVisible(control) ? "visible" : "hidden",
         IsWindowEnabled(control) && IsWindowEnabled(Top(control)) ? "enabled" : "disabled"};
@@ -243,7 +276,9 @@ Words PostToTop(const Words& words, UINT message, WPARAM wparam) {
 
 Words EndSession(const Words& words) {
     const HWND top = Top(Control(words.at(1)));
-    if (!Send(top, WM_QUERYENDSESSION)) return {"refused"};
+    if (!Send(top, WM_QUERYENDSESSION)) {
+        return {"refused"};
+    }
     PostMessageW(top, WM_ENDSESSION, TRUE, 0);
     return {"agreed"};
 }
@@ -324,13 +359,17 @@ const std::map<std::string, Command>& Commands() {
 
 Words AnswerTo(const Words& words) {
     const auto command = Commands().find(words.at(0));
-    if (command == Commands().end()) throw std::runtime_error("no such command");
+    if (command == Commands().end()) {
+        throw std::runtime_error("no such command");
+    }
     return command->second(words);
 }
 
 std::string Line(const Words& words) {
     std::string line = "ok";
-    for (const std::string& word : words) line += '\t' + Escaped(word);
+    for (const std::string& word : words) {
+        line += '\t' + Escaped(word);
+    }
     return line;
 }
 
@@ -342,7 +381,9 @@ int wmain() {
     for (std::string line; std::getline(std::cin, line);) {
         Words words;
         std::istringstream parts(line);
-        for (std::string part; std::getline(parts, part, '\t');) words.push_back(Unescaped(part));
+        for (std::string part; std::getline(parts, part, '\t');) {
+            words.push_back(Unescaped(part));
+        }
         try {
             std::cout << Line(AnswerTo(words)) << '\n' << std::flush;
         } catch (const std::exception& error) {

@@ -19,23 +19,33 @@ inline bool IsOwnDialog(HWND window) { return IsDialog(window) && IsProgramsOwn(
 inline HWND FindControl(int id) {
     for (const HWND top : WindowsWhere(nullptr, IsOwnDialog)) {
         const auto found = WindowsWhere(top, [id](HWND each) { return GetDlgCtrlID(each) == id; });
-        if (!found.empty()) return found.front();
+        if (!found.empty()) {
+            return found.front();
+        }
     }
     return nullptr;
 }
 
 inline HWND Control(const std::string& id) {
     const HWND control = FindControl(Number(id));
-    if (!control) throw std::runtime_error("no such control");
+    if (!control) {
+        throw std::runtime_error("no such control");
+    }
     return control;
 }
 
 inline HWND Top(HWND window) { return GetAncestor(window, GA_ROOT); }
 
 inline HWND Usable(HWND control) {
-    if (!IsWindowVisible(control)) throw std::runtime_error("the control is not to be seen");
-    if (!IsWindowEnabled(control)) throw std::runtime_error("the control is disabled");
-    if (!IsWindowEnabled(Top(control))) throw std::runtime_error("the window is disabled");
+    if (!IsWindowVisible(control)) {
+        throw std::runtime_error("the control is not to be seen");
+    }
+    if (!IsWindowEnabled(control)) {
+        throw std::runtime_error("the control is disabled");
+    }
+    if (!IsWindowEnabled(Top(control))) {
+        throw std::runtime_error("the window is disabled");
+    }
     return control;
 }
 
@@ -69,7 +79,9 @@ inline bool IsCombo(HWND window) { return ClassOf(window) == L"ComboBox"; }
 inline std::optional<std::string> ItemAt(HWND list, WPARAM index) {
     const bool combo = IsCombo(list);
     const LRESULT length = Send(list, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, index);
-    if (length < 0) return std::nullopt;
+    if (length < 0) {
+        return std::nullopt;
+    }
     std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
     Send(list, combo ? CB_GETLBTEXT : LB_GETTEXT, index, reinterpret_cast<LPARAM>(text.data()));
     text.resize(static_cast<std::size_t>(length));
@@ -82,7 +94,9 @@ inline std::optional<Words> ItemsAtOnce(HWND list) {
     const LRESULT count = Send(list, IsCombo(list) ? CB_GETCOUNT : LB_GETCOUNT);
     for (LRESULT i = 0; i < count; ++i) {
         const auto item = ItemAt(list, static_cast<WPARAM>(i));
-        if (!item) return std::nullopt;
+        if (!item) {
+            return std::nullopt;
+        }
         items.push_back(*item);
     }
     return items;
@@ -91,15 +105,21 @@ inline std::optional<Words> ItemsAtOnce(HWND list) {
 // A list may be filled anew while it is looked at: then it is looked at again.
 inline Words Items(HWND list) {
     constexpr int kLooks = 50;
-    for (int look = 0; look < kLooks; ++look)
-        if (const auto items = ItemsAtOnce(list)) return *items;
+    for (int look = 0; look < kLooks; ++look) {
+        if (const auto items = ItemsAtOnce(list)) {
+            return *items;
+        }
+    }
     throw std::runtime_error("the list never stands still");
 }
 
 inline int IndexOf(HWND list, const std::string& text) {
     const Words items = Items(list);
-    for (std::size_t i = 0; i < items.size(); ++i)
-        if (items[i] == text) return static_cast<int>(i);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (items[i] == text) {
+            return static_cast<int>(i);
+        }
+    }
     throw std::runtime_error("no such entry");
 }
 
@@ -129,7 +149,9 @@ inline Words ClickEntry(const Words& words, bool twice) {
     Send(list, LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&area));
     const POINT middle = Middle(area);
     Click(list, middle);
-    if (twice) Click(list, middle, WM_LBUTTONDBLCLK);
+    if (twice) {
+        Click(list, middle, WM_LBUTTONDBLCLK);
+    }
     return {};
 }
 
@@ -137,9 +159,10 @@ inline Words ClickEntry(const Words& words, bool twice) {
 
 inline Words TreeLines(HWND tree) {
     Words lines;
-    for (const TreeEntry& entry : RemoteTree(tree).Entries())
+    for (const TreeEntry& entry : RemoteTree(tree).Entries()) {
         lines.push_back(std::to_string(entry.level) + " " + std::to_string(entry.image) + " " +
                         Utf8(entry.text));
+    }
     return lines;
 }
 
@@ -150,8 +173,12 @@ inline HTREEITEM FindEntry(const RemoteTree& tree, const std::string& path) {
         now.resize(static_cast<std::size_t>(entry.level));
         now.push_back(Utf8(entry.text));
         std::string joined;
-        for (const std::string& each : now) joined += (joined.empty() ? "" : "|") + each;
-        if (joined == path) return entry.item;
+        for (const std::string& each : now) {
+            joined += (joined.empty() ? "" : "|") + each;
+        }
+        if (joined == path) {
+            return entry.item;
+        }
     }
     throw std::runtime_error("no such tree entry");
 }

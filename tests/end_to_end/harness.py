@@ -88,7 +88,7 @@ class Computer:
     # Drives
 
     def drive(self, letter, kind="hd", size=None):
-        """Adds a drive and returns its root folder. `kind` is what Wine is told (hd, floppy, cdrom,
+        """Adds a drive and returns its root folder. `kind` is the type set in Wine (hd, floppy, cdrom,
         network, ramdisk); with a size in bytes it is a volume of its own that really fills up."""
         root = self.folder / f"drive_{letter}"
         if size is not None:

@@ -5,10 +5,12 @@
 #include <string>
 
 int wmain() {
-    constexpr DWORD kLongest = 32768;  // characters; no command line may be longer
-    std::wstring text(kLongest, L'\0');
-    const DWORD length = GetEnvironmentVariableW(L"VANTREL_COMMAND_LINE", text.data(), kLongest);
-    if (length == 0 || length >= kLongest) return 100;
+    constexpr DWORD kMaxLength = 32768;  // characters; no command line may be longer
+    std::wstring text(kMaxLength, L'\0');
+    const DWORD length = GetEnvironmentVariableW(L"VANTREL_COMMAND_LINE", text.data(), kMaxLength);
+    if (length == 0 || length >= kMaxLength) {
+        return 100;
+    }
     text.resize(length);
 
     STARTUPINFOW startup{};

@@ -36,8 +36,9 @@ inline std::wstring Utf16(const std::string& text) {
 inline LRESULT Send(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
     constexpr UINT kPatience = 60000;  // milliseconds; the program may be at work
     DWORD_PTR answer = 0;
-    if (!SendMessageTimeoutW(window, message, wparam, lparam, SMTO_NORMAL, kPatience, &answer))
+    if (!SendMessageTimeoutW(window, message, wparam, lparam, SMTO_NORMAL, kPatience, &answer)) {
         throw std::runtime_error("no answer from the window");
+    }
     return static_cast<LRESULT>(answer);
 }
 
@@ -77,7 +78,9 @@ inline std::vector<HWND> WindowsWhere(HWND parent, const std::function<bool(HWND
     } search{wanted};
     const auto visit = [](HWND window, LPARAM data) -> BOOL {
         auto& state = *reinterpret_cast<Search*>(data);
-        if (state.wanted(window)) state.found.push_back(window);
+        if (state.wanted(window)) {
+            state.found.push_back(window);
+        }
         return TRUE;
     };
     if (parent) {
@@ -97,7 +100,9 @@ class RemoteMemory {
         process_ =
             OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
         block_ = VirtualAllocEx(process_, nullptr, size, MEM_COMMIT, PAGE_READWRITE);
-        if (!block_) throw std::runtime_error("no memory in the other process");
+        if (!block_) {
+            throw std::runtime_error("no memory in the other process");
+        }
     }
     ~RemoteMemory() {
         VirtualFreeEx(process_, block_, 0, MEM_RELEASE);
@@ -109,14 +114,16 @@ class RemoteMemory {
     char* address() const { return static_cast<char*>(block_); }
     void Write(const void* data, std::size_t size) const { Write(0, data, size); }
     void Write(std::size_t offset, const void* data, std::size_t size) const {
-        if (!WriteProcessMemory(process_, address() + offset, data, size, nullptr))
+        if (!WriteProcessMemory(process_, address() + offset, data, size, nullptr)) {
             throw std::runtime_error("cannot write to the other process");
+        }
     }
     void Read(void* data, std::size_t size) const { Read(0, data, size); }
     void Read(std::size_t offset, void* data, std::size_t size) const {
         if (offset + size > size_ ||
-            !ReadProcessMemory(process_, address() + offset, data, size, nullptr))
+            !ReadProcessMemory(process_, address() + offset, data, size, nullptr)) {
             throw std::runtime_error("cannot read from the other process");
+        }
     }
 
   private:
@@ -129,8 +136,9 @@ class RemoteMemory {
 inline RECT RemoteRect(HWND window, UINT message, WPARAM wparam, RECT rect) {
     const RemoteMemory memory(window, sizeof rect);
     memory.Write(&rect, sizeof rect);
-    if (!Send(window, message, wparam, reinterpret_cast<LPARAM>(memory.address())))
+    if (!Send(window, message, wparam, reinterpret_cast<LPARAM>(memory.address()))) {
         throw std::runtime_error("no such item");
+    }
     memory.Read(&rect, sizeof rect);
     return rect;
 }

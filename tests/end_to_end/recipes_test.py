@@ -1,4 +1,4 @@
-"""What the guide tells people to do, done as it is told."""
+"""The instructions of the guide, carried out step by step."""
 import re
 import subprocess
 

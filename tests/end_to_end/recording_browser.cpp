@@ -19,9 +19,13 @@ std::string Utf8(const wchar_t* text) {
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
-    if (__argc != 3) return EXIT_FAILURE;
+    if (__argc != 3) {
+        return EXIT_FAILURE;
+    }
     std::FILE* const list = _wfopen(__wargv[1], L"ab");
-    if (!list) return EXIT_FAILURE;
+    if (!list) {
+        return EXIT_FAILURE;
+    }
     const std::string line = Utf8(__wargv[2]) + "\n";
     const bool written = std::fwrite(line.data(), 1, line.size(), list) == line.size();
     return std::fclose(list) == 0 && written ? EXIT_SUCCESS : EXIT_FAILURE;

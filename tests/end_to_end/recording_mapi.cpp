@@ -30,7 +30,9 @@ std::string Text(const char* text) { return text == nullptr ? "(null)" : text; }
 
 void WriteDown(const std::vector<std::string>& fields) {
     std::string line;
-    for (const std::string& field : fields) line += (line.empty() ? "" : "\t") + Escaped(field);
+    for (const std::string& field : fields) {
+        line += (line.empty() ? "" : "\t") + Escaped(field);
+    }
     line += "\n";
     const HANDLE file = CreateFileA(BesideRecord("").c_str(), FILE_APPEND_DATA, FILE_SHARE_READ,
                                     nullptr, OPEN_ALWAYS, 0, nullptr);
@@ -44,7 +46,9 @@ ULONG AnswerOf(const char* function) {
     DWORD length = 0;
     const HANDLE file = CreateFileA(BesideRecord(".fails").c_str(), GENERIC_READ, FILE_SHARE_READ,
                                     nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return SUCCESS_SUCCESS;
+    if (file == INVALID_HANDLE_VALUE) {
+        return SUCCESS_SUCCESS;
+    }
     ReadFile(file, fails, sizeof fails - 1, &length, nullptr);
     CloseHandle(file);
     const std::string wanted = std::string(function) + "=";
@@ -90,7 +94,9 @@ __declspec(dllexport) ULONG WINAPI
         fields.push_back(Text(recipient.lpszName));
         fields.push_back(Text(recipient.lpszAddress));
     }
-    for (ULONG i = 0; i < message->nFileCount; ++i) AddAttachment(message->lpFiles[i], i, fields);
+    for (ULONG i = 0; i < message->nFileCount; ++i) {
+        AddAttachment(message->lpFiles[i], i, fields);
+    }
     WriteDown(fields);
     return AnswerOf("MAPISendMail");
 }

@@ -270,7 +270,7 @@ class Unattended(Spanned):
                           MultiVolumeBackup="ON")
         self.assert_exit_code(harness.FAILED, self.pc.run_unattended("Job.INI"))
         self.assertEqual([], list(self.disks[0].iterdir()))
-        self.assertIn("The archive needs disk 2, and nobody is there to insert it: A:\\JOB.zip.",
+        self.assertIn("The archive needs disk 2, which an unattended run cannot ask for: A:\\JOB.zip.",
                       self.pc.log.text())
         self.assertNotIn("Successful Backup", self.pc.log.text())
 

@@ -35,10 +35,18 @@ std::string Judge(Computer& computer, bool& reached) {
     });
     const bool whole = files == static_cast<int>(source.size());
     reached = claimed && whole;
-    if (!lost.empty()) return lost;
-    if (claimed && files < 0) return "it says that it was successful, and there is no archive";
-    if (claimed && !whole && !HasSaid(computer, earlier_log)) return "files left out, untold";
-    if (!claimed && !HasSaid(computer, earlier_log)) return "it failed and has not said so";
+    if (!lost.empty()) {
+        return lost;
+    }
+    if (claimed && files < 0) {
+        return "it says that it was successful, and there is no archive";
+    }
+    if (claimed && !whole && !HasSaid(computer, earlier_log)) {
+        return "files left out, untold";
+    }
+    if (!claimed && !HasSaid(computer, earlier_log)) {
+        return "it failed and has not said so";
+    }
     return "";
 }
 

@@ -36,7 +36,9 @@ void Computer::Put(const std::string& path, const std::string& bytes) {
 }
 
 void Computer::MakeFolders(const std::string& path) {
-    if (path.size() <= 2 || disk.Find(path)) return;
+    if (path.size() <= 2 || disk.Find(path)) {
+        return;
+    }
     MakeFolders(ParentOf(path));
     disk.MakeFolder(path);
 }
@@ -59,7 +61,9 @@ void Computer::Start(const std::string& command_line) {
 
 // What somebody does who wants the thing to happen, but not for ever.
 void Computer::Answer(const forms::Box& shown) {
-    if (shown.buttons == forms::Buttons::kYesNo) desktop.answers = {forms::Answer::kYes};
+    if (shown.buttons == forms::Buttons::kYesNo) {
+        desktop.answers = {forms::Answer::kYes};
+    }
     if (shown.buttons == forms::Buttons::kRetryCancel) {
         asked_.push_back(shown.text);
         const bool again = std::count(asked_.begin(), asked_.end(), shown.text) <= kPatience &&
@@ -83,7 +87,9 @@ Ending Computer::Work(const std::function<void()>& act) {
         exit_code = end.exit_code;
     }
     // Somebody else may have seen the death as an error.
-    if (plan().Dead()) ending = Ending::kDied;
+    if (plan().Dead()) {
+        ending = Ending::kDied;
+    }
     return ending;
 }
 
@@ -95,7 +101,9 @@ std::string Computer::Content(const std::string& path) {
 
 Tree Computer::Below(const std::string& folder) {
     Tree tree;
-    if (!Exists(folder)) return tree;
+    if (!Exists(folder)) {
+        return tree;
+    }
     disk.List(folder, [&](const platform::FileInfo& info) {
         const std::string path = folder + "\\" + info.name;
         if (info.IsFolder()) {
@@ -111,7 +119,9 @@ Tree Computer::Below(const std::string& folder) {
 std::string SetText(const std::string& archive_name, const std::string& destination,
                     const std::string& multi_volume) {
     std::string text;
-    for (const std::string& line : product::FileHeader()) text += line + "\r\n";
+    for (const std::string& line : product::FileHeader()) {
+        text += line + "\r\n";
+    }
     return text +
            "[BACKUP SOURCE]\r\nBackupFiles=C:\\DATA\\*.*\r\nBackupSubDirectories=ON\r\n\r\n"
            "[DESTINATION]\r\nBackupFileName=" +
@@ -123,7 +133,9 @@ std::string SetText(const std::string& archive_name, const std::string& destinat
 
 std::string LogText(std::size_t bytes) {
     std::string text;
-    for (int i = 0; i < 12; ++i) text += "header " + std::to_string(i) + "\r\n";
+    for (int i = 0; i < 12; ++i) {
+        text += "header " + std::to_string(i) + "\r\n";
+    }
     for (int i = 0; i < 3 || text.size() < bytes; ++i) {
         text += "14/11/2026 10:00:00 Earlier record " + std::to_string(i) + "\r\n";
     }
@@ -132,9 +144,13 @@ std::string LogText(std::size_t bytes) {
 
 std::string ListText(const std::vector<std::string>& folders) {
     std::string text;
-    for (const std::string& line : product::FileHeader()) text += line + "\r\n";
+    for (const std::string& line : product::FileHeader()) {
+        text += line + "\r\n";
+    }
     text += ";  Secure Data Directories  \r\n;\r\n\r\n";
-    for (const std::string& folder : folders) text += folder + "\r\n";
+    for (const std::string& folder : folders) {
+        text += folder + "\r\n";
+    }
     return text;
 }
 

@@ -8,7 +8,7 @@ namespace vantrel::test {
 
 namespace {
 
-constexpr int kMostCalls = 20000;  // more are a program that never gives up
+constexpr int kMaxCalls = 20000;  // more are a program that never gives up
 constexpr std::size_t kToldLosses = 400;
 
 struct Try {
@@ -34,25 +34,33 @@ Try TryOnce(const Scenario& scenario, const FaultKind& kind, const Fault& fault)
     const int fired = plan.Fired();
     const CallRecord first = plan.FirstFired();
     plan.Heal();
-    if (kind.loses_power) computer.faulty.LoseUnflushed();
+    if (kind.loses_power) {
+        computer.faulty.LoseUnflushed();
+    }
     computer.power_failed = kind.loses_power;
     Try result{.fired = fired > 0};
     result.lost = scenario.judge(computer, result.reached);
-    if (!result.lost.empty()) result.lost = InWords(kind, fault, first) + ": " + result.lost;
+    if (!result.lost.empty()) {
+        result.lost = InWords(kind, fault, first) + ": " + result.lost;
+    }
     return result;
 }
 
 // Every n-th call, until there is none.
 void SweepKind(const Scenario& scenario, const FaultKind& kind, bool lasting, int start,
                Tally& tally) {
-    for (int at = start; at < kMostCalls; at += scenario.step) {
+    for (int at = start; at < kMaxCalls; at += scenario.step) {
         Fault fault = kind.fault;
         fault.at = at;
         fault.from_then_on = lasting;
         const Try tried = TryOnce(scenario, kind, fault);
-        if (!tried.lost.empty()) tally.lost.push_back(tried.lost);
+        if (!tried.lost.empty()) {
+            tally.lost.push_back(tried.lost);
+        }
         // Without the fault, the power still fails, just after the work.
-        if (!tried.fired) return;
+        if (!tried.fired) {
+            return;
+        }
         ++tally.faults;
         tally.survived += tried.lost.empty();
         tally.done_nevertheless += tried.lost.empty() && tried.reached;
@@ -84,7 +92,9 @@ Tally total;
 class PrintsTotal : public ::testing::Environment {
   public:
     void TearDown() override {
-        if (total.faults > 0) Print("All sweeps", total);
+        if (total.faults > 0) {
+            Print("All sweeps", total);
+        }
     }
 };
 
@@ -106,7 +116,9 @@ Tally SweepQuietly(const Scenario& scenario) {
     int kinds_so_far = 0;
     for (const FaultKind& kind : *scenario.kinds) {
         for (const bool lasting : {false, true}) {
-            if (lasting ? !kind.lasting : !kind.once) continue;
+            if (lasting ? !kind.lasting : !kind.once) {
+                continue;
+            }
             SweepKind(scenario, kind, lasting, 1 + kinds_so_far++ % scenario.step, tally);
         }
     }

@@ -22,7 +22,9 @@ void Arrange(Computer& computer) {
 void Select(Computer& computer, const std::string& tag) {
     auto& tree = computer.window().Secure.TV_SecureMode;
     for (int i = 1; i <= tree.Count(); ++i) {
-        if (tree.At(i).tag == tag) return tree.UserSelect(i);
+        if (tree.At(i).tag == tag) {
+            return tree.UserSelect(i);
+        }
     }
     ADD_FAILURE() << tag << " is not in the tree";
 }
@@ -40,7 +42,9 @@ auto JudgeList(const std::vector<std::string>& texts) {
         const std::string lost = FirstOf({OneOf(computer, kListPath, texts),
                                           Untouched(computer, {kSetPath, "C:\\Data\\a.txt"}),
                                           LogWhole(computer, computer.before[kLogPath])});
-        if (!lost.empty()) return lost;
+        if (!lost.empty()) {
+            return lost;
+        }
         const bool told = HasSaid(computer, computer.before[kLogPath]);
         return reached || told ? "" : "the list was not changed, untold";
     };

@@ -55,9 +55,15 @@ TEST(Faults, RecordsWritten) {
 // been begun anew is of today.
 void DateNewLogs(Computer& computer) {
     computer.plan().before_call = [&computer](const CallRecord& call) {
-        if (call.kind != Call::kFind || call.path != kLogPath) return;
-        if (!computer.Exists(kLogPath)) return;
-        if (computer.Content(kLogPath).starts_with(computer.before[kLogPath])) return;
+        if (call.kind != Call::kFind || call.path != kLogPath) {
+            return;
+        }
+        if (!computer.Exists(kLogPath)) {
+            return;
+        }
+        if (computer.Content(kLogPath).starts_with(computer.before[kLogPath])) {
+            return;
+        }
         computer.disk.SetTimes(kLogPath, {.modified = computer.services.clock.UtcNow()});
     };
 }
@@ -79,8 +85,9 @@ TEST(Faults, LogRolledOver) {
                              .judge = [](Computer& computer, bool& reached) -> std::string {
                                  const std::string earlier = computer.before[kLogPath];
                                  reached = computer.Content(kOldLogPath).starts_with(earlier);
-                                 if (reached)
+                                 if (reached) {
                                      return FirstOf({LogWhole(computer, ""), Others(computer)});
+                                 }
                                  return FirstOf({LogWhole(computer, earlier), Others(computer),
                                                  Untouched(computer, {kOldLogPath})});
                              }}));
@@ -94,9 +101,13 @@ std::string LogTrimmed(Computer& computer) {
         return "the log's header or its first record";
     }
     const auto last_of_before = std::find(now.begin(), now.end(), before.back());
-    if (last_of_before == now.end()) return "the newest of the earlier records";
+    if (last_of_before == now.end()) {
+        return "the newest of the earlier records";
+    }
     const auto kept = std::find(before.begin(), before.end(), now[kKept]);
-    if (!std::equal(kept, before.end(), now.begin() + kKept)) return "records in the middle";
+    if (!std::equal(kept, before.end(), now.begin() + kKept)) {
+        return "records in the middle";
+    }
     return "";
 }
 

@@ -23,7 +23,9 @@ std::string LongFolder(std::size_t bytes) {
     std::string path = "C:";
     while (path.size() < bytes) {
         std::size_t name = std::min(kMaxName, bytes - path.size() - 1);
-        if (bytes - path.size() - 1 == kMaxName + 1) --name;  // a lone backslash is no folder
+        if (bytes - path.size() - 1 == kMaxName + 1) {
+            --name;  // a lone backslash is no folder
+        }
         path += "\\" + std::string(name, 'D');
     }
     return path;
@@ -61,7 +63,9 @@ class LongValues : public ::testing::Test {
     std::vector<std::string> Archives() {
         std::vector<std::string> paths;
         for (const auto& [path, content] : computer.Below("C:")) {
-            if (path.ends_with(".zip") || path.ends_with(".ZIP")) paths.push_back(path);
+            if (path.ends_with(".zip") || path.ends_with(".ZIP")) {
+                paths.push_back(path);
+            }
         }
         return paths;
     }
@@ -106,7 +110,9 @@ class LongSources : public LongValues, public ::testing::WithParamInterface<Sour
     void FurnishSource() {
         const auto [bytes, cut] = GetParam();
         std::string mask = "*.*";
-        if (bytes > kLimit && cut == CutAt::kMask) mask = "*.D" + std::string(bytes - kLimit, 'D');
+        if (bytes > kLimit && cut == CutAt::kMask) {
+            mask = "*.D" + std::string(bytes - kLimit, 'D');
+        }
         std::string folder = LongFolder(bytes - mask.size() - 1);
         if (cut == CutAt::kBackslash && bytes > kLimit) {
             folder = LongFolder(kLimit - 1) + LongFolder(bytes - kLimit - 1).substr(2);
@@ -132,14 +138,18 @@ class LongSources : public LongValues, public ::testing::WithParamInterface<Sour
 TEST_P(LongSources, UnattendedAreArchivedAsTheyAreOrNotAtAll) {
     FurnishSource();
     RunUnattended();
-    if (GetParam().bytes <= kLimit) return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
+    if (GetParam().bytes <= kLimit) {
+        return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
+    }
     ExpectNothingArchived("BackupFiles is longer than 254 bytes");
 }
 
 TEST_P(LongSources, AttendedAreArchivedAsTheyAreOrNotAtAll) {
     FurnishSource();
     RunAttended();
-    if (GetParam().bytes <= kLimit) return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
+    if (GetParam().bytes <= kLimit) {
+        return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
+    }
     ExpectNothingArchived("BackupFiles is longer than 254 bytes");
 }
 
@@ -169,7 +179,9 @@ class LongDestinations : public LongValues, public ::testing::WithParamInterface
     }
     void Expect() {
         const std::string dated = GetParam().time == std::string("ON") ? "\\20261115_130509" : "";
-        if (*GetParam().reason != '\0') return ExpectNothingArchived(GetParam().reason);
+        if (*GetParam().reason != '\0') {
+            return ExpectNothingArchived(GetParam().reason);
+        }
         ExpectArchived(folder + dated + "\\WEEKLY.zip", {"a.txt", "b.bin", "Sub/c.txt"});
         clsFiles files(computer.application->program());
         EXPECT_EQ(files.ReadINI("RESTORE SOURCE", "RestoreFromDrive", kSetPath),
@@ -232,7 +244,9 @@ TEST_P(OtherLongValues, LeaveTheArchiveAsTheSetSays) {
     Furnish();
     RunUnattended();
     std::vector<std::string> names = {"a.txt", "b.bin", "Sub/c.txt"};
-    if (key == "BackupSubDirectories") names.pop_back();  // anything but ON is off
+    if (key == "BackupSubDirectories") {
+        names.pop_back();  // anything but ON is off
+    }
     ExpectArchived("C:\\Backups\\WEEKLY.zip", names);
 }
 

@@ -75,7 +75,9 @@ std::string Claims(Computer& computer, const std::string& destination, bool& rea
     }
     const bool told = HasSaid(computer, computer.before[kLogPath]);
     reached = equal && computer.outcome == "Restore Complete";
-    if (!equal && !told) return "not everything is restored, untold (" + computer.outcome + ")";
+    if (!equal && !told) {
+        return "not everything is restored, untold (" + computer.outcome + ")";
+    }
     return "";
 }
 
@@ -106,7 +108,9 @@ TEST(Faults, RestoreOfAProtectedFolder) {
                                      computer.Content("C:\\DATA_001\\a.txt") == kNewer;
                                  const bool in_place =
                                      computer.Content("C:\\Data\\a.txt") == kNewer;
-                                 if (!aside && !in_place) return "newer work in a protected folder";
+                                 if (!aside && !in_place) {
+                                     return "newer work in a protected folder";
+                                 }
                                  const std::string lost = OthersWhole(computer, target);
                                  return lost.empty() ? Claims(computer, target, reached) : lost;
                              },

@@ -41,7 +41,9 @@ auto JudgeSet(const std::string& path, const std::vector<std::string>& new_texts
         const bool saved = computer.Content(path) != computer.before[path];
         const std::string lost = FirstOf({OneOf(computer, path, texts), Untouched(computer, others),
                                           LogWhole(computer, computer.before[kLogPath])});
-        if (!lost.empty()) return lost;
+        if (!lost.empty()) {
+            return lost;
+        }
         if (!saved && !may_be_silent && !HasSaid(computer, computer.before[kLogPath])) {
             return "it was not saved, untold";
         }
@@ -61,7 +63,9 @@ void OpenEditor(Computer& computer) {
     auto& window = computer.window();
     window.TAB_Backup.SetTab(2);
     for (int i = 0; i < window.Edit.Fil_INI.Count(); ++i) {
-        if (window.Edit.Fil_INI.Item(i) == "WEEKLY.INI") window.Edit.Fil_INI.SetIndex(i);
+        if (window.Edit.Fil_INI.Item(i) == "WEEKLY.INI") {
+            window.Edit.Fil_INI.SetIndex(i);
+        }
     }
     const std::string text = window.Edit.Fld_INI.Text();
     window.Edit.Fld_INI.UserType(Replaced(text, "BackupFileName=WEEKLY", "BackupFileName=Monthly"));

@@ -69,7 +69,9 @@ std::string DisksWhole(const std::vector<std::string>& volumes, const Tree& sour
             std::string name = "C:\\Data\\" + stored;
             std::replace(name.begin(), name.end(), '/', '\\');
             const auto found = source.find(name);
-            if (found == source.end() || found->second != content) return "wrong " + stored;
+            if (found == source.end() || found->second != content) {
+                return "wrong " + stored;
+            }
         }
         return "";
     } catch (const std::exception& error) {
@@ -96,10 +98,18 @@ std::string Judge(Computer& computer, bool& reached) {
     int files = 0;
     const std::string why_not = DisksWhole(volumes, source, files);
     reached = claimed && why_not.empty() && files == static_cast<int>(source.size());
-    if (!lost.empty()) return lost;
-    if (claimed && !why_not.empty()) return "successful, but the disks are no archive: " + why_not;
-    if (claimed && !reached && !HasSaid(computer, earlier_log)) return "files left out, untold";
-    if (!claimed && !HasSaid(computer, earlier_log)) return "it failed and has not said so";
+    if (!lost.empty()) {
+        return lost;
+    }
+    if (claimed && !why_not.empty()) {
+        return "successful, but the disks are no archive: " + why_not;
+    }
+    if (claimed && !reached && !HasSaid(computer, earlier_log)) {
+        return "files left out, untold";
+    }
+    if (!claimed && !HasSaid(computer, earlier_log)) {
+        return "it failed and has not said so";
+    }
     // The first disk's earlier archive goes only when all disks of the new one are written.
     const bool kept = !volumes.empty() && volumes[0] == kEarlierArchive;
     return kept || why_not.empty() ? "" : "the earlier archive is gone: " + why_not;

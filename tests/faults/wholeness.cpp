@@ -14,11 +14,15 @@ namespace {
 constexpr std::size_t kStamp = 20;  // characters in front of a record
 
 bool IsStamp(const std::string& line) {
-    if (line.size() < kStamp) return false;
+    if (line.size() < kStamp) {
+        return false;
+    }
     const std::string pattern = "dd/dd/dddd dd:dd:dd ";
     for (std::size_t i = 0; i < kStamp; ++i) {
         const bool digit = std::isdigit(static_cast<unsigned char>(line[i])) != 0;
-        if (pattern[i] == 'd' ? !digit : line[i] != pattern[i]) return false;
+        if (pattern[i] == 'd' ? !digit : line[i] != pattern[i]) {
+            return false;
+        }
     }
     return true;
 }
@@ -48,19 +52,25 @@ std::string NewOnes(Computer& computer, const std::string& earlier) {
 std::string OneOf(Computer& computer, const std::string& path,
                   const std::vector<std::string>& texts) {
     const std::string now = computer.Content(path);
-    if (std::find(texts.begin(), texts.end(), now) != texts.end()) return "";
+    if (std::find(texts.begin(), texts.end(), now) != texts.end()) {
+        return "";
+    }
     std::string differs = now.empty() ? "nothing" : "";
     const auto lines = platform::SplitLines(now);
     const auto wanted = platform::SplitLines(texts.back());
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (i >= wanted.size() || lines[i] != wanted[i]) differs += "(" + lines[i] + ")";
+        if (i >= wanted.size() || lines[i] != wanted[i]) {
+            differs += "(" + lines[i] + ")";
+        }
     }
     return path + " is neither the old one nor the new one; it has " + differs;
 }
 
 std::string LogWhole(Computer& computer, const std::string& earlier) {
     const std::string now = computer.Content(kLogPath);
-    if (!now.starts_with(earlier)) return "records of the log";
+    if (!now.starts_with(earlier)) {
+        return "records of the log";
+    }
     const std::string appended = now.substr(earlier.size());
     const auto lines = platform::SplitLines(appended);
     int odd = 0;
@@ -77,17 +87,25 @@ std::string ArchiveWhole(Computer& computer, const std::string& path, const std:
                          const Tree& source, int& files) {
     files = -1;
     const std::string now = computer.Content(path);
-    if (now == earlier) return "";
+    if (now == earlier) {
+        return "";
+    }
     try {
         const ReadResult archive = ReadArchive(now);
         files = 0;
         for (const ReadEntry& entry : archive.entries) {
-            if (entry.name.ends_with("/")) continue;
+            if (entry.name.ends_with("/")) {
+                continue;
+            }
             std::string name = "C:\\Data\\" + entry.name;
             std::replace(name.begin(), name.end(), '/', '\\');
             const auto found = source.find(name);
-            if (found == source.end()) return "the archive holds a " + name + " that never was";
-            if (found->second != entry.content) return "the archive holds a wrong " + name;
+            if (found == source.end()) {
+                return "the archive holds a " + name + " that never was";
+            }
+            if (found->second != entry.content) {
+                return "the archive holds a wrong " + name;
+            }
             ++files;
         }
     } catch (const std::exception& error) {
@@ -98,29 +116,42 @@ std::string ArchiveWhole(Computer& computer, const std::string& path, const std:
 
 std::string Untouched(Computer& computer, const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
-        if (computer.Content(path) != computer.before[path]) return path + " has changed";
+        if (computer.Content(path) != computer.before[path]) {
+            return path + " has changed";
+        }
     }
     return "";
 }
 
 bool HasSaid(Computer& computer, const std::string& earlier_log) {
-    if (computer.ending == Ending::kDied || computer.power_failed) return true;
-    if (computer.exit_code != 0) return true;
+    if (computer.ending == Ending::kDied || computer.power_failed) {
+        return true;
+    }
+    if (computer.exit_code != 0) {
+        return true;
+    }
     for (const forms::Box& box : computer.desktop.boxes) {
-        if (box.icon == forms::Icon::kCritical || box.icon == forms::Icon::kExclamation)
+        if (box.icon == forms::Icon::kCritical || box.icon == forms::Icon::kExclamation) {
             return true;
+        }
     }
     for (const std::string& line : platform::SplitLines(NewOnes(computer, earlier_log))) {
         const bool of_start = line.find("Command Line Parameter") != std::string::npos;
-        if (IsUndated(line) && !of_start) return true;
-        if (line.find("Backup Failed") != std::string::npos) return true;
+        if (IsUndated(line) && !of_start) {
+            return true;
+        }
+        if (line.find("Backup Failed") != std::string::npos) {
+            return true;
+        }
     }
     return false;
 }
 
 std::string FirstOf(const std::vector<std::string>& losses) {
     for (const std::string& loss : losses) {
-        if (!loss.empty()) return loss;
+        if (!loss.empty()) {
+            return loss;
+        }
     }
     return "";
 }

@@ -24,8 +24,8 @@ std::string ArchiveWhole(Computer& computer, const std::string& path, const std:
 // Sets, list and sources other than those that the work is about are as they were.
 std::string Untouched(Computer& computer, const std::vector<std::string>& paths);
 
-// Whether the user, or whoever reads the log or the exit code, has been told that something was not
-// done. A process that died has claimed nothing, nor has a computer whose power failed.
+// Whether a box, the log or the exit code has reported that something was not done. A process that
+// died has claimed nothing, nor has a computer whose power failed.
 bool HasSaid(Computer& computer, const std::string& earlier_log);
 
 // The first that is not empty.

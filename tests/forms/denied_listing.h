@@ -27,8 +27,12 @@ class DeniedListing : public platform::FileSystem {
     }
     void List(const std::string& folder,
               const std::function<bool(const platform::FileInfo&)>& each) override {
-        if (folder == denied_) RaiseError(error_number::kPathFileAccess);
-        if (folder != folder_there) behind_.List(folder, each);
+        if (folder == denied_) {
+            RaiseError(error_number::kPathFileAccess);
+        }
+        if (folder != folder_there) {
+            behind_.List(folder, each);
+        }
     }
     std::unique_ptr<platform::File> Open(const std::string& path,
                                          platform::OpenMode mode) override {

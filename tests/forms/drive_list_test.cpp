@@ -59,8 +59,9 @@ TEST_F(DriveLists, RaiseChangeOnlyForAnotherDrive) {
 TEST_F(DriveLists, RefuseWithError68AndKeepTheirValue) {
     forms::DriveList list(form, "Dri_DriveList");
     Watch(list);
-    for (const char* refused : {"X:\\", "A:\\", "\\", "\\\\server\\share", "", "C", "::"})
+    for (const char* refused : {"X:\\", "A:\\", "\\", "\\\\server\\share", "", "C", "::"}) {
         EXPECT_EQ(68, ErrorOf([&] { list.SetDrive(refused); })) << refused;
+    }
     EXPECT_EQ("c:", list.Drive());
     EXPECT_TRUE(changes.empty());
     EXPECT_TRUE(desktop.boxes.empty());
@@ -69,8 +70,9 @@ TEST_F(DriveLists, RefuseWithError68AndKeepTheirValue) {
 TEST_F(DriveLists, NameThePathThatTheyRefuseAsItWasGiven) {
     machine.AddDrive('E', type::kUnknown);
     forms::DriveList list(form, "Dri_DriveList");
-    for (const std::string refused : {"x:\\There\\", "A:", "\\\\server\\share", "\\", "", "e:\\"})
+    for (const std::string refused : {"x:\\There\\", "A:", "\\\\server\\share", "\\", "", "e:\\"}) {
         EXPECT_EQ("Device unavailable: " + refused, DescriptionOf([&] { list.SetDrive(refused); }));
+    }
     EXPECT_EQ("Invalid property value", DescriptionOf([&] { list.UserChoose(-1); }));
 }
 
@@ -143,7 +145,9 @@ TEST_F(DriveLists, KeepTheChosenDriveAsTheirValueAlsoWhenItWent) {
 TEST_F(DriveLists, RefuseAnIndexBesideTheListWithError380) {
     forms::DriveList list(form, "Dri_DriveList");
     Watch(list);
-    for (const int index : {-1, 4}) EXPECT_EQ(380, ErrorOf([&] { list.UserChoose(index); }));
+    for (const int index : {-1, 4}) {
+        EXPECT_EQ(380, ErrorOf([&] { list.UserChoose(index); }));
+    }
     EXPECT_EQ("c:", list.Drive());
     EXPECT_TRUE(changes.empty());
 }

@@ -9,15 +9,19 @@ namespace {
 class FileLists : public FormsFixture {
   protected:
     FileLists() {
-        for (const char* name : {"weekly.ini", "Daily.INI", "Notes.txt", "Old.ini2", "Letters.Ini"})
+        for (const char* name :
+             {"weekly.ini", "Daily.INI", "Notes.txt", "Old.ini2", "Letters.Ini"}) {
             machine.PutFile(std::string("C:\\Vantrel\\") + name, "x");
+        }
         machine.MakeFolders("C:\\Vantrel\\Folder.ini");
         list.SetPath("C:\\Vantrel");
         list.Click = [this] { clicked.push_back(list.FileName()); };
     }
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
-        for (int i = 0; i < list.Count(); ++i) names.push_back(list.Item(i));
+        for (int i = 0; i < list.Count(); ++i) {
+            names.push_back(list.Item(i));
+        }
         return names;
     }
     forms::FileList list{form, "Fil_INI", "*.INI"};
@@ -65,8 +69,9 @@ TEST_F(FileLists, RefuseAMissingFolderWithError76AndKeepTheirValue) {
 }
 
 TEST_F(FileLists, NameThePathThatTheyRefuseAsItWasGiven) {
-    for (const std::string refused : {"c:\\Missing\\", "\\Missing", "Missing", ""})
+    for (const std::string refused : {"c:\\Missing\\", "\\Missing", "Missing", ""}) {
         EXPECT_EQ("Path not found: " + refused, DescriptionOf([&] { list.SetPath(refused); }));
+    }
     EXPECT_EQ("Invalid property value", DescriptionOf([&] { list.SetIndex(3); }));
 }
 

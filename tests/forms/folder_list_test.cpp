@@ -13,21 +13,26 @@ namespace {
 class FolderLists : public FormsFixture {
   protected:
     FolderLists() {
-        for (const char* folder : {"C:\\Data\\beta", "C:\\Data\\Alpha\\Deep", "C:\\Data\\Gamma"})
+        for (const char* folder : {"C:\\Data\\beta", "C:\\Data\\Alpha\\Deep", "C:\\Data\\Gamma"}) {
             machine.MakeFolders(folder);
+        }
         machine.PutFile("C:\\Data\\file.txt", "text");
         list.Change = [this] { changes.push_back(list.Path()); };
     }
     std::vector<std::string> Shown() const {
         std::vector<std::string> shown;
-        for (const auto& entry : list.Entries())
+        for (const auto& entry : list.Entries()) {
             shown.push_back(std::string(static_cast<std::size_t>(entry.depth), ' ') +
                             (entry.open ? "-" : "+") + entry.name);
+        }
         return shown;
     }
     int IndexOf(const std::string& name) const {
-        for (std::size_t i = 0; i < list.Entries().size(); ++i)
-            if (list.Entries()[i].name == name) return static_cast<int>(i);
+        for (std::size_t i = 0; i < list.Entries().size(); ++i) {
+            if (list.Entries()[i].name == name) {
+                return static_cast<int>(i);
+            }
+        }
         return -1;
     }
     forms::FolderList list{form, "Dir_DirList"};
@@ -88,16 +93,18 @@ TEST_F(FolderLists, RefuseWithError76AndKeepTheirValue) {
     list.SetPath("C:\\Data");
     changes.clear();
     for (const char* refused : {"C:\\Missing", "C:\\Data\\file.txt", "A:\\", "a:", "Q:\\",
-                                "\\Missing", "Data", "", "C:Data"})
+                                "\\Missing", "Data", "", "C:Data"}) {
         EXPECT_EQ(76, ErrorOf([&] { list.SetPath(refused); })) << refused;
+    }
     EXPECT_EQ("C:\\Data", list.Path());
     EXPECT_TRUE(changes.empty());
     EXPECT_TRUE(desktop.boxes.empty());
 }
 
 TEST_F(FolderLists, NameThePathThatTheyRefuseAsItWasGiven) {
-    for (const std::string refused : {"c:\\Missing\\", "q: [GONE]", "\\Missing", "Data", ""})
+    for (const std::string refused : {"c:\\Missing\\", "q: [GONE]", "\\Missing", "Data", ""}) {
         EXPECT_EQ("Path not found: " + refused, DescriptionOf([&] { list.SetPath(refused); }));
+    }
 }
 
 TEST_F(FolderLists, NameTheFolderThatWentAwayBeforeItIsOpened) {

@@ -10,7 +10,9 @@ class Lists : public FormsFixture {
   protected:
     Lists() {
         combo.Click = [this] { clicked.push_back(combo.Text()); };
-        for (const char* text : {"Daily.ini", "Weekly.ini", "Letters.INI"}) combo.Add(text);
+        for (const char* text : {"Daily.ini", "Weekly.ini", "Letters.INI"}) {
+            combo.Add(text);
+        }
     }
     forms::ComboBox combo{form, "Cmb_BackupSet"};
     std::vector<std::string> clicked;

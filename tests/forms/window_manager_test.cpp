@@ -28,15 +28,21 @@ class RecordingForm : public Form {
     std::function<void()> on_load, on_activate, on_unload;
     void Form_Load() override {
         ran.push_back(Loaded() && !Visible() ? "load" : "load too late");
-        if (on_load) on_load();
+        if (on_load) {
+            on_load();
+        }
     }
     void Form_Activate() override {
         ran.push_back(Visible() ? "activate" : "activate hidden");
-        if (on_activate) on_activate();
+        if (on_activate) {
+            on_activate();
+        }
     }
     void Form_QueryUnload(UnloadMode mode) override {
         ran.push_back("query " + std::to_string(static_cast<int>(mode)));
-        if (on_unload) on_unload();
+        if (on_unload) {
+            on_unload();
+        }
     }
     void Form_Unload() override { ran.push_back(Loaded() ? "unload" : "unload too late"); }
 };

@@ -29,9 +29,15 @@ struct Plan {
 Plan PlanOf(std::string_view line) {
     Plan plan;
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(line[i]); };
-    if (!line.empty()) plan.repetitions = 1 + at(0) * kMaxRepetitions / 256;
-    if (line.size() > 1) plan.less_room = at(1);
-    if (line.size() > 2) plan.history = (at(2) + 1) * vantrel::zip::kHistory / 256;
+    if (!line.empty()) {
+        plan.repetitions = 1 + at(0) * kMaxRepetitions / 256;
+    }
+    if (line.size() > 1) {
+        plan.less_room = at(1);
+    }
+    if (line.size() > 2) {
+        plan.history = (at(2) + 1) * vantrel::zip::kHistory / 256;
+    }
     return plan;
 }
 

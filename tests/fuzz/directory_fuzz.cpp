@@ -23,10 +23,14 @@ bool IsSafe(std::string_view path) {
         const std::string_view component = path.substr(0, end);
         more = end != std::string_view::npos;
         path.remove_prefix(more ? end + 1 : path.size());
-        if (component.empty() || component.back() == '.' || component.back() == ' ') return false;
+        if (component.empty() || component.back() == '.' || component.back() == ' ') {
+            return false;
+        }
         for (const char c : component) {
             const bool forbidden = std::string_view("/:*?\"<>|").find(c) != std::string_view::npos;
-            if (forbidden || static_cast<unsigned char>(c) < ' ') return false;
+            if (forbidden || static_cast<unsigned char>(c) < ' ') {
+                return false;
+            }
         }
     }
     return true;

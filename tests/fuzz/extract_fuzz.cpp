@@ -22,10 +22,10 @@ constexpr std::uint64_t kDisk = std::uint64_t{4} << 20;
 
 class Deaf : public vantrel::zip::RunEvents {
   public:
-    void Overall(int, bool&) override {}
-    void OfFile(int) override {}
-    void Told(const vantrel::zip::ComponentMessage&) override {}
-    vantrel::zip::Questions* Answers() override { return nullptr; }
+    void OnProgress(int, bool&) override {}
+    void OnFileProgress(int) override {}
+    void OnMessage(const vantrel::zip::ComponentMessage&) override {}
+    vantrel::zip::Questions* QuestionHandler() override { return nullptr; }
 };
 
 // A disk in memory takes ".." for a name like any other; a real one would not.
@@ -42,7 +42,9 @@ bool IsOutside(const std::string& path) {
 std::map<std::string, std::string> Outside(const MemoryFileSystem& files) {
     std::map<std::string, std::string> seen;
     for (const std::string& path : files.Everything()) {
-        if (IsOutside(path)) seen[path] = path.ends_with('\\') ? "" : files.Content(path);
+        if (IsOutside(path)) {
+            seen[path] = path.ends_with('\\') ? "" : files.Content(path);
+        }
     }
     return seen;
 }

@@ -8,7 +8,9 @@ namespace vantrel::test {
 
 // Ends the process when the claim does not hold; the fuzzer keeps the input.
 inline void Demand(bool held) {
-    if (!held) std::abort();
+    if (!held) {
+        std::abort();
+    }
 }
 
 // The first line without its LF, taken off the front; the rest when it has none.

@@ -54,7 +54,9 @@ int main(int count, char** words) {
     const std::filesystem::path folder = words[1];
     std::filesystem::create_directories(folder);
     auto archives = vantrel::test::HostileArchives();
-    for (auto& archive : Harmless()) archives.push_back(std::move(archive));
+    for (auto& archive : Harmless()) {
+        archives.push_back(std::move(archive));
+    }
     for (const auto& archive : archives) {
         std::ofstream file(folder / archive.trick, std::ios::binary);
         file << archive.bytes;

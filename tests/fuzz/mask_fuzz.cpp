@@ -18,7 +18,9 @@ constexpr std::size_t kMaxLength = 12;
 
 std::u32string Characters(std::string_view utf8) {
     std::u32string text;
-    for (std::size_t at = 0; at < utf8.size();) text += vantrel::utf::Next(utf8, at);
+    for (std::size_t at = 0; at < utf8.size();) {
+        text += vantrel::utf::Next(utf8, at);
+    }
     return text;
 }
 
@@ -27,9 +29,13 @@ class SlowDosMask {
   public:
     explicit SlowDosMask(std::u32string mask) : mask_(std::move(mask)) {
         without_dot_ = mask_.ends_with(U"*.");
-        if (mask_ == U"*.*") mask_ = U"*";
+        if (mask_ == U"*.*") {
+            mask_ = U"*";
+        }
         // No name ends in a dot.
-        while (mask_.size() > 1 && mask_.back() == U'.') mask_.pop_back();
+        while (mask_.size() > 1 && mask_.back() == U'.') {
+            mask_.pop_back();
+        }
     }
 
     bool Matches(std::u32string_view name) const { return From(0, name, name.rfind(U'.')); }
@@ -37,20 +43,30 @@ class SlowDosMask {
   private:
     // `last_dot` is where the last dot stands in `rest`, beyond its size when there is none left.
     bool From(std::size_t at, std::u32string_view rest, std::size_t last_dot) const {
-        if (at == mask_.size()) return rest.empty();
+        if (at == mask_.size()) {
+            return rest.empty();
+        }
         const auto behind = [&](std::size_t count) {
             return From(at + 1, rest.substr(count), last_dot - count);
         };
         if (mask_[at] == U'*') {
             std::size_t longest = rest.size();
-            if (StopsAtLastDot(at) && last_dot < rest.size()) longest = last_dot;
+            if (StopsAtLastDot(at) && last_dot < rest.size()) {
+                longest = last_dot;
+            }
             for (std::size_t count = 0; count <= longest; ++count) {
-                if (behind(count)) return true;
+                if (behind(count)) {
+                    return true;
+                }
             }
             return false;
         }
-        if (mask_[at] == U'?') return behind(rest.empty() || rest.front() == U'.' ? 0 : 1);
-        if (mask_[at] == U'.' && IsWild(at + 1) && rest.empty()) return behind(0);
+        if (mask_[at] == U'?') {
+            return behind(rest.empty() || rest.front() == U'.' ? 0 : 1);
+        }
+        if (mask_[at] == U'.' && IsWild(at + 1) && rest.empty()) {
+            return behind(0);
+        }
         return !rest.empty() && rest.front() == mask_[at] && behind(1);
     }
     bool StopsAtLastDot(std::size_t at) const {
@@ -66,13 +82,19 @@ class SlowDosMask {
 };
 
 bool SlowClassicMatch(std::u32string_view mask, std::u32string_view name) {
-    if (mask.empty()) return name.empty();
+    if (mask.empty()) {
+        return name.empty();
+    }
     const std::u32string_view rest = mask.substr(1);
     if (mask.front() == U'*') {
-        if (SlowClassicMatch(rest, name)) return true;
+        if (SlowClassicMatch(rest, name)) {
+            return true;
+        }
         return !name.empty() && SlowClassicMatch(mask, name.substr(1));
     }
-    if (name.empty() || (mask.front() != U'?' && mask.front() != name.front())) return false;
+    if (name.empty() || (mask.front() != U'?' && mask.front() != name.front())) {
+        return false;
+    }
     return SlowClassicMatch(rest, name.substr(1));
 }
 
@@ -99,7 +121,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Capitals never matter.
     Demand(vantrel::zip::DosMask(letters, letters.Fold(mask)).Matches(letters.Fold(name)) ==
            matches);
-    if (has_forbidden || is_long) return 0;
+    if (has_forbidden || is_long) {
+        return 0;
+    }
     Demand(matches == SlowDosMask(mask_characters).Matches(name_characters));
     Demand(classic == (mask == "*.*" || SlowClassicMatch(mask_characters, name_characters)));
     return 0;

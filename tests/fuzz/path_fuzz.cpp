@@ -38,18 +38,24 @@ void CheckEngineHelpers(const std::string& text) {
     const bool quoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
     const zip::SourceSpec spec = zip::ParseFileSpec(text);
     Demand(spec.mask.find('\\') == std::string::npos && !spec.mask.empty());
-    if (quoted) return;
+    if (quoted) {
+        return;
+    }
     const zip::SourceSpec in_quotes = zip::ParseFileSpec('"' + text + '"');
     Demand(in_quotes.folder == spec.folder && in_quotes.mask == spec.mask);
 }
 
 void CheckListHelpers(const std::string& text) {
     const std::string path = vantrel::path::Normalize(text);
-    if (path.empty()) return;
+    if (path.empty()) {
+        return;
+    }
     Demand(vantrel::path::Normalize(path) == path);
     const std::vector<std::string> chain = vantrel::path::Ancestors(path);
     Demand(chain.back() == path);
-    for (std::size_t i = 1; i < chain.size(); ++i) Demand(IsProperPrefix(chain[i - 1], chain[i]));
+    for (std::size_t i = 1; i < chain.size(); ++i) {
+        Demand(IsProperPrefix(chain[i - 1], chain[i]));
+    }
 }
 
 void CheckSetParts(vantrel::forms::Program& program, const std::string& text) {
@@ -81,7 +87,9 @@ void CheckCommandLine(const std::string& text) {
     Demand(first == 0 || first == std::string::npos);
     // A name in quotes, a blank and the text are the text.
     const std::string whole = "\"C:\\Program Files\\Vantrel.exe\" " + parameter;
-    if (first == 0) Demand(vantrel::platform::ParameterText(whole) == parameter);
+    if (first == 0) {
+        Demand(vantrel::platform::ParameterText(whole) == parameter);
+    }
 }
 
 std::vector<std::string> Components(std::string_view input) {
@@ -89,9 +97,13 @@ std::vector<std::string> Components(std::string_view input) {
     while (!input.empty()) {
         std::string component;
         for (const char c : vantrel::test::TakeLine(input)) {
-            if (c != '\\' && c != '/') component += c;
+            if (c != '\\' && c != '/') {
+                component += c;
+            }
         }
-        if (!component.empty()) components.push_back(component);
+        if (!component.empty()) {
+            components.push_back(component);
+        }
     }
     return components;
 }

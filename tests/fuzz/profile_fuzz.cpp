@@ -23,7 +23,9 @@ std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines(1);
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool second_of_pair = i > 0 && text[i - 1] == '\r' && text[i] == '\n';
-        if (second_of_pair) continue;
+        if (second_of_pair) {
+            continue;
+        }
         if (text[i] == '\r' || text[i] == '\n') {
             lines.emplace_back();
         } else {
@@ -34,14 +36,20 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 std::string Trimmed(std::string text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.erase(0, 1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.pop_back();
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
+        text.erase(0, 1);
+    }
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) {
+        text.pop_back();
+    }
     return text;
 }
 
 std::string Lowered(std::string text) {
     for (char& c : text) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+        if (c >= 'A' && c <= 'Z') {
+            c = static_cast<char>(c + ('a' - 'A'));
+        }
     }
     return text;
 }
@@ -71,11 +79,15 @@ Values ReadAll(const std::string& text) {
         const std::size_t close = line.find(']');
         if (line.starts_with('[') && close != std::string::npos) {
             section = Lowered(Trimmed(line.substr(1, close - 1)));
-            if (std::exchange(seen[*section], true)) section.reset();
+            if (std::exchange(seen[*section], true)) {
+                section.reset();
+            }
             continue;
         }
         const std::size_t equals = line.find('=');
-        if (!section || equals == std::string::npos || line.starts_with(';')) continue;
+        if (!section || equals == std::string::npos || line.starts_with(';')) {
+            continue;
+        }
         values.emplace(std::pair(*section, Lowered(Trimmed(line.substr(0, equals)))),
                        ReadValue(line.substr(equals + 1)));
     }
@@ -97,7 +109,9 @@ void CheckKeptBytes(const std::string& before, const std::string& after, bool is
 void CheckSetting(const std::string& before, const std::string& section, const std::string& key,
                   const std::string& value) {
     const std::string after = profile::SetValue(before, section, key, value);
-    if (!profile::CanHold(value) || !IsName(section, "]") || !IsName(key, "=;[")) return;
+    if (!profile::CanHold(value) || !IsName(section, "]") || !IsName(key, "=;[")) {
+        return;
+    }
     Values expected = ReadAll(before);
     const auto place = std::pair(Lowered(section), Lowered(key));
     CheckKeptBytes(before, after, !expected.contains(place));
@@ -123,7 +137,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto there = values.find({Lowered(section), Lowered(key)});
     const auto found = profile::FindValue(text, section, key);
     Demand(found.has_value() == (there != values.end()));
-    if (found) Demand(*found == there->second);
+    if (found) {
+        Demand(*found == there->second);
+    }
     CheckSetting(text, section, key, value);
     return 0;
 }

@@ -28,10 +28,16 @@ Lines Split(const std::string& text) {
     bool open = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool second_of_pair = i > 0 && text[i - 1] == '\r' && text[i] == '\n';
-        if (second_of_pair) continue;
+        if (second_of_pair) {
+            continue;
+        }
         const bool end = text[i] == '\r' || text[i] == '\n';
-        if (!open) lines.emplace_back();
-        if (!end) lines.back() += text[i];
+        if (!open) {
+            lines.emplace_back();
+        }
+        if (!end) {
+            lines.back() += text[i];
+        }
         open = !end;
     }
     return lines;
@@ -41,7 +47,9 @@ Lines Split(const std::string& text) {
 Lines Records(const Lines& lines) {
     Lines records;
     for (std::size_t i = kKeptLines; i < lines.size(); ++i) {
-        if (!lines[i].empty()) records.push_back(lines[i]);
+        if (!lines[i].empty()) {
+            records.push_back(lines[i]);
+        }
     }
     return records;
 }
@@ -66,8 +74,12 @@ struct Plan {
 Plan PlanOf(std::string_view line) {
     Plan plan;
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(line[i]); };
-    if (!line.empty()) plan.limit = at(0) * 16;
-    if (line.size() < 3) return plan;
+    if (!line.empty()) {
+        plan.limit = at(0) * 16;
+    }
+    if (line.size() < 3) {
+        return plan;
+    }
     plan.event = at(1) - '0';
     plan.exchange = line[2] == 'x';
     plan.text = line.substr(3);
@@ -114,8 +126,12 @@ class Trim {
     // until they hold more bytes than there are too many, and not one further.
     void CheckThrownLines(const Lines& left) const {
         std::size_t size = 0;
-        for (const std::string& line : written_) size += line.size() + 2;
-        if (size != written_size_ || left == written_) return;
+        for (const std::string& line : written_) {
+            size += line.size() + 2;
+        }
+        if (size != written_size_ || left == written_) {
+            return;
+        }
         // The pass has left an empty line at the end.
         const std::size_t thrown = written_.size() + 1 - left.size();
         long long excess = static_cast<long long>(size) - plan_.limit;
@@ -129,7 +145,9 @@ class Trim {
                "K to about " + std::to_string(plan_.limit / 1000) + "K\r\n";
     }
     void Happen() {
-        if (events_++ != plan_.event) return;
+        if (events_++ != plan_.event) {
+            return;
+        }
         happened_ = true;
         const std::string now = files_.Content(kLog);
         if (plan_.exchange) {

@@ -52,7 +52,9 @@ TEST_F(LogFault, EveryRecordIsOneWrite) {
 
 TEST_F(LogFault, TrimThatFailsOrDiesAnywhereLeavesOneWholeLog) {
     std::string text = Header() + "first\r\n";
-    for (int i = 0; i < 50; ++i) text += "record\r\n";
+    for (int i = 0; i < 50; ++i) {
+        text += "record\r\n";
+    }
     const long limit = static_cast<long>(text.size());
     std::string trimmed = text;
     trimmed.erase(trimmed.size() - 8);
@@ -74,7 +76,9 @@ TEST_F(LogFault, TrimThatFailsOrDiesAnywhereLeavesOneWholeLog) {
             }
             const std::string left = machine.Content(kLog);
             EXPECT_TRUE(left == text || left == trimmed + "\r\n") << at;
-            if (faulty.plan.Fired() == fired) break;
+            if (faulty.plan.Fired() == fired) {
+                break;
+            }
             ASSERT_LT(at, 100);
         }
     }

@@ -20,7 +20,9 @@ class LogTruncation : public TransactionLog {
     static std::string LogOf(std::size_t size) {
         std::string text = Header();
         int number = 0;
-        while (text.size() + 2 * 60 < size) text += Record(number++) + "\r\n";
+        while (text.size() + 2 * 60 < size) {
+            text += Record(number++) + "\r\n";
+        }
         return text + std::string(size - text.size() - 2, 'z') + "\r\n";
     }
     static bool EndsWith(const std::string& text, const std::string& end) {
@@ -103,12 +105,16 @@ TEST_F(LogTruncation, NoMoreLinesGoThanTheExcessAsksFor) {
 TEST_F(LogTruncation, LineEndsDoNotCountTowardsTheExcess) {
     const std::string note = "15/11/2026 13:05:09 Log File Truncated from 0K to about 0K\r\n";
     std::string text = Header() + "first\r\n";
-    for (int i = 0; i < 30; ++i) text += "aaaaa\r\n";
+    for (int i = 0; i < 30; ++i) {
+        text += "aaaaa\r\n";
+    }
     machine.PutFile(kLog, text);
     // An excess of 100: 20 lines of 5 bring it to 0, the 21st below.
     Truncate(static_cast<long>(text.size() + note.size()) - 100);
     std::string expected = Header() + "first\r\n";
-    for (int i = 0; i < 9; ++i) expected += "aaaaa\r\n";
+    for (int i = 0; i < 9; ++i) {
+        expected += "aaaaa\r\n";
+    }
     EXPECT_EQ(Log(), expected + note + "\r\n");
 }
 
@@ -185,7 +191,9 @@ TEST_F(LogTruncation, EmptyLogAndLimitZeroEnd) {
 
 TEST_F(LogTruncation, EmptyLinesAreThrownAwayWithoutEnd) {
     std::string text = Header() + "first\r\n";
-    for (int i = 0; i < 500; ++i) text += "\r\n";
+    for (int i = 0; i < 500; ++i) {
+        text += "\r\n";
+    }
     machine.PutFile(kLog, text);
     Truncate(static_cast<long>(text.size()));
     EXPECT_EQ(Log(), Header() + "first\r\n\r\n");
@@ -193,8 +201,9 @@ TEST_F(LogTruncation, EmptyLinesAreThrownAwayWithoutEnd) {
 
 TEST_F(LogTruncation, OtherLineEndsBecomePairs) {
     std::string text = Header() + "first\n";
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         text += std::string(static_cast<std::size_t>(i) % 5, 'y') + (i % 2 == 0 ? "\n" : "\r");
+    }
     machine.PutFile(kLog, text);
     const long limit = static_cast<long>(text.size()) - 20;
     Truncate(limit);

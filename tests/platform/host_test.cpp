@@ -41,7 +41,9 @@ TEST_F(Host, LinksAreListedAndFoundAsLinksWithoutBeingFollowed) {
     ASSERT_EQ(::symlink("nowhere", OnHost("dangling").c_str()), 0);
     std::vector<std::string> links;
     files.List("C:\\", [&](const platform::FileInfo& info) {
-        if (info.is_link) links.push_back(info.name);
+        if (info.is_link) {
+            links.push_back(info.name);
+        }
         return true;
     });
     EXPECT_THAT(links, UnorderedElementsAre("to folder", "dangling"));
@@ -259,7 +261,9 @@ TEST(HostProcess, RunsOnTheProcessorsThatItMayUse) {
     ASSERT_EQ(::sched_getaffinity(0, sizeof before, &before), 0);
     EXPECT_EQ(process.Processors(), CPU_COUNT(&before));
     int first = 0;
-    while (!CPU_ISSET(first, &before)) ++first;
+    while (!CPU_ISSET(first, &before)) {
+        ++first;
+    }
     cpu_set_t one;
     CPU_ZERO(&one);
     CPU_SET(first, &one);

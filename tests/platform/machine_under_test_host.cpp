@@ -19,7 +19,9 @@ class HostUnderTest : public MachineUnderTest {
     HostUnderTest() {
         ::setenv("TZ", "America/New_York", 1);
         ::tzset();
-        if (::mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no temporary folder");
+        if (::mkdtemp(folder_.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
         AddDrive('C', {.folder = folder_ + "/c"});
         AddDrive('E', {.folder = folder_ + "/e", .label = OtherLabel()});
         AddDrive(
@@ -41,7 +43,9 @@ class HostUnderTest : public MachineUnderTest {
         const char* const full = ::getenv("VANTREL_FULL_DISK");
         EXPECT_NE(full, nullptr) << "VANTREL_FULL_DISK is not set; run through "
                                     "scripts/with-full-disk";
-        if (full != nullptr) host_.drive_map().Set('F', {.folder = full});
+        if (full != nullptr) {
+            host_.drive_map().Set('F', {.folder = full});
+        }
         return "F:";
     }
 

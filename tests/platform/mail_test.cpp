@@ -86,7 +86,9 @@ TEST(MailDraft, RefusesIndexesOfMessagesAndAttachmentsThatAreNotThere) {
 TEST(MailErrors, EveryNumberOfSimpleMapiHasItsOwnWords) {
     std::vector<std::string> seen;
     for (int number = 1; number <= 26; ++number) {
-        if (number == 7) continue;  // not in use
+        if (number == 7) {
+            continue;  // not in use
+        }
         const std::string words = platform::MailErrorText(number);
         EXPECT_NE(words, "Unknown mail error") << number;
         EXPECT_EQ(std::count(seen.begin(), seen.end(), words), 0) << words;
@@ -95,8 +97,9 @@ TEST(MailErrors, EveryNumberOfSimpleMapiHasItsOwnWords) {
 }
 
 TEST(MailErrors, OtherNumbersAreUnknown) {
-    for (const int number : {-5, 0, 7, 27, 70, 1'000'000})
+    for (const int number : {-5, 0, 7, 27, 70, 1'000'000}) {
         EXPECT_EQ(platform::MailErrorText(number), "Unknown mail error") << number;
+    }
 }
 
 TEST(MailErrors, AreRaisedWithNumberAndWords) {

@@ -61,7 +61,9 @@ class SeamFullDisk : public Seam {
   protected:
     ~SeamFullDisk() override {
         for (const std::string& name : {Filler(), In2("small"), In2("~Vantrel.new")}) {
-            if (Exists(name)) files().RemoveFile(name);
+            if (Exists(name)) {
+                files().RemoveFile(name);
+            }
         }
     }
     std::string In2(const std::string& name) { return under_test().FullDrive() + "\\" + name; }
@@ -73,7 +75,9 @@ class SeamFullDisk : public Seam {
         constexpr int kFarTooMany = 16 * 1024;  // 64 MB: not a small disk after all
         for (int i = 0; i < kFarTooMany; ++i) {
             const int error = ErrorOf([&] { file->Write(block.data(), block.size()); });
-            if (error == 0) continue;
+            if (error == 0) {
+                continue;
+            }
             EXPECT_EQ(error, kDiskFull);
             file->Close();
             return;

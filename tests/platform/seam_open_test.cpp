@@ -181,7 +181,9 @@ TEST_F(SeamOpen, EmptyFileHasNoBytes) {
 
 TEST_F(SeamOpen, ReadGivesAllThatIsAskedForExceptAtTheEnd) {
     std::string bytes(300'000, 'a');
-    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 31 >> 3);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<char>(i * 31 >> 3);
+    }
     const std::string path = Put("big", bytes);
     auto file = Open(path, OpenMode::kRead);
     std::string room(bytes.size() + 10, '\0');
@@ -245,7 +247,9 @@ TEST_F(SeamOpen, AbandonedFileKeepsWhatWasWritten) {
 
 TEST_F(SeamOpen, AnyByteIsWrittenAsItIs) {
     std::string bytes;
-    for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+    for (int i = 0; i < 256; ++i) {
+        bytes += static_cast<char>(i);
+    }
     bytes += "\r\n\n\r\x1A end";
     EXPECT_EQ(Content(Put("a", bytes)), bytes);
 }

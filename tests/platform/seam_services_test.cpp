@@ -40,7 +40,9 @@ TEST_F(SeamCodePage, LossyHasOneQuestionMarkForEachCharacter) {
 
 TEST_F(SeamCodePage, EveryByteDecodesAndComesBack) {
     std::string bytes;
-    for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+    for (int i = 0; i < 256; ++i) {
+        bytes += static_cast<char>(i);
+    }
     EXPECT_EQ(page().Encode(page().Decode(bytes)), bytes);
     EXPECT_EQ(page().Decode("\x80\xE4"), kEuro + "\xC3\xA4");
 }
@@ -123,7 +125,9 @@ TEST_F(SeamClock, WaitReturnsEarlyWhenNotified) {
     });
     std::unique_lock lock(mutex);
     // Longer than any test may run.
-    while (!ready) clock().Wait(signal, lock, std::chrono::hours(24));
+    while (!ready) {
+        clock().Wait(signal, lock, std::chrono::hours(24));
+    }
     lock.unlock();
     other.join();
     EXPECT_TRUE(ready);

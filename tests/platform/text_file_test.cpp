@@ -67,7 +67,9 @@ class TextFile : public ::testing::Test {
             faulty.plan.Heal();
             check();
             RemoveScratch();
-            if (!struck) break;
+            if (!struck) {
+                break;
+            }
             ASSERT_LT(runs, 100);
         }
         EXPECT_GE(runs, 5) << "opening, writing, flushing, closing and replacing at least";
@@ -76,7 +78,9 @@ class TextFile : public ::testing::Test {
     // What a process leaves that dies before it has put its scratch file in place.
     void RemoveScratch() {
         const std::string scratch = "C:\\Vantrel\\~Vantrel.new";
-        if (machine.Exists(scratch)) machine.files().RemoveFile(scratch);
+        if (machine.Exists(scratch)) {
+            machine.files().RemoveFile(scratch);
+        }
     }
     void ExpectOldOrNew() {
         const std::string now = machine.Content(path);

@@ -31,7 +31,9 @@ TEST_F(Win32Drives, FullDiskIs61AndTakesWhatFits) {
     const auto file = files().Open(path, platform::OpenMode::kCreateNew);
     int written = 0;
     const int number = ErrorOf([&] {
-        for (; written < 1000; ++written) file->Write(block.data(), block.size());
+        for (; written < 1000; ++written) {
+            file->Write(block.data(), block.size());
+        }
     });
     EXPECT_EQ(number, error_number::kDiskFull);
     EXPECT_GT(written, 0);

@@ -47,7 +47,9 @@ TEST_F(Win32Files, FoldersHaveTimesToo) {
 
 TEST_F(Win32Files, OneWriteMayTakeManySystemCalls) {
     std::string bytes(35 << 20, '\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 >> 10);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<char>(i * 7 >> 10);
+    }
     platform::WriteWholeFile(files(), In("big"), bytes);
     std::string back(bytes.size() + 1, '?');
     const auto file = files().Open(In("big"), OpenMode::kRead);

@@ -12,7 +12,9 @@ class Win32Mail : public Win32Test {
     // A new Wine prefix has a mail program that sends nothing and reports success. No test may
     // reach it.
     Win32Mail() {
-        if (UnderWine()) RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClients);
+        if (UnderWine()) {
+            RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClients);
+        }
     }
     ~Win32Mail() override { RegDeleteTreeW(HKEY_CURRENT_USER, kClients); }
     // Makes `client` the user's choice, which goes before the computer's.
@@ -34,7 +36,9 @@ class Win32Mail : public Win32Test {
 };
 
 TEST_F(Win32Mail, ComputerWithoutMailClientsHasNoMailProgram) {
-    if (UnderWine()) ExpectNoMailProgram();  // a real computer keeps its mail clients
+    if (UnderWine()) {
+        ExpectNoMailProgram();  // a real computer keeps its mail clients
+    }
 }
 
 TEST_F(Win32Mail, ClientThatIsNotInstalledIsNoMailProgram) {

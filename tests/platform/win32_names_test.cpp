@@ -30,7 +30,9 @@ class Win32Names : public Win32Test {
 };
 
 TEST_F(Win32Names, TrailingDotsAndBlanksReachTheDisk) {
-    for (const char* name : {"a.", "a...", "a ", "a . ", " a"}) WorksThroughout(name);
+    for (const char* name : {"a.", "a...", "a ", "a . ", " a"}) {
+        WorksThroughout(name);
+    }
 }
 
 TEST_F(Win32Names, TrailingDotMakesAnotherFile) {
@@ -42,7 +44,9 @@ TEST_F(Win32Names, TrailingDotMakesAnotherFile) {
 }
 
 TEST_F(Win32Names, DeviceNamesAreFileNames) {
-    for (const char* name : {"CON", "nul", "aux.txt", "COM1", "lpt1.ini"}) WorksThroughout(name);
+    for (const char* name : {"CON", "nul", "aux.txt", "COM1", "lpt1.ini"}) {
+        WorksThroughout(name);
+    }
 }
 
 TEST_F(Win32Names, NamesBeyondTheCodePageAreWhole) {
@@ -104,7 +108,9 @@ TEST_F(Win32Names, WildcardsFindNothing) {
 // Windows keeps names as they come; Wine turns them into UTF-8 of the host, which has no such form.
 TEST_F(Win32Names, LoneSurrogateNameRoundTripsButIsRefusedUnderWine) {
     const std::string name = platform::Narrow(L"a\xD800z");
-    if (!UnderWine()) return WorksThroughout(name);
+    if (!UnderWine()) {
+        return WorksThroughout(name);
+    }
     EXPECT_EQ(ErrorOf([&] { Put(name); }), error_number::kFileNotFound);
     EXPECT_EQ(Names(folder()), std::vector<std::string>{});
 }

@@ -83,7 +83,9 @@ TEST(DiskPath, SameDriveIgnoresLetterCase) {
 TEST(Wide, LoneSurrogatesRoundTrip) {
     const std::wstring names[] = {L"\xD800", L"a\xDC00z", L"\xDC00\xD800", L"\xD83D\xDE00",
                                   L"\xD800\xD83D\xDE00"};
-    for (const std::wstring& name : names) EXPECT_EQ(Wide(Narrow(name)), name);
+    for (const std::wstring& name : names) {
+        EXPECT_EQ(Wide(Narrow(name)), name);
+    }
 }
 
 TEST(Wide, PairsBecomeOneCharacter) {

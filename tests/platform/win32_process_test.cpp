@@ -39,7 +39,9 @@ class Probe {
         CloseHandle(out);
         CloseHandle(started.hThread);
         process_ = platform::ObjectHandle(started.hProcess);
-        for (std::string* fact : {&folder, &base_name, &command, &previous}) *fact = Line();
+        for (std::string* fact : {&folder, &base_name, &command, &previous}) {
+            *fact = Line();
+        }
     }
 
     // Lets the probe end; its exit code. What it still printed is in `last_words`.
@@ -165,7 +167,9 @@ TEST_F(Win32Process, ReleasedInstanceIsNoPreviousOneAndKeepsItsOwnAnswer) {
     EXPECT_EQ(third.previous, "00");
     Probe fourth(ProbePath(), "probe");
     EXPECT_EQ(fourth.previous, "11");
-    for (Probe* each : {&fourth, &third, &second, &first}) EXPECT_EQ(each->Finish(), 7u);
+    for (Probe* each : {&fourth, &third, &second, &first}) {
+        EXPECT_EQ(each->Finish(), 7u);
+    }
 }
 
 TEST_F(Win32Process, ProgramElsewhereIsNoPreviousInstance) {

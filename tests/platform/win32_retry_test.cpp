@@ -20,7 +20,9 @@ class Win32LockedFile : public Win32Test {
 
     platform::Win32FileSystem retrying{[this](DWORD) {
         ++paused_;
-        if (--left_ == 0) ReleaseFile();
+        if (--left_ == 0) {
+            ReleaseFile();
+        }
     }};
 
   private:

@@ -40,7 +40,9 @@ inline platform::Ticks UtcNow() {
 // In the system's order.
 inline std::vector<std::string> NamesIn(platform::FileSystem& files, const std::string& folder) {
     std::vector<std::string> names;
-    for (const auto& entry : EntriesOf(files, folder)) names.push_back(entry.name);
+    for (const auto& entry : EntriesOf(files, folder)) {
+        names.push_back(entry.name);
+    }
     return names;
 }
 
@@ -48,7 +50,9 @@ inline std::vector<std::string> NamesIn(platform::FileSystem& files, const std::
 inline void RemoveAll(platform::FileSystem& files, const std::string& folder) {
     for (const auto& entry : EntriesOf(files, folder)) {
         const std::string path = folder + "\\" + entry.name;
-        if (!entry.is_link) files.SetAttributes(path, 0);
+        if (!entry.is_link) {
+            files.SetAttributes(path, 0);
+        }
         entry.IsFolder() ? RemoveAll(files, path) : files.RemoveFile(path);
     }
     files.RemoveFolder(folder);

@@ -24,7 +24,9 @@ constexpr const char* kDamaged = "Input past end of file: C:\\Vantrel\\Vantrel.C
 
 std::string HeaderLines(int count) {
     std::string text;
-    for (int i = 0; i < count; ++i) text += ";\r\n";
+    for (int i = 0; i < count; ++i) {
+        text += ";\r\n";
+    }
     return text;
 }
 
@@ -37,8 +39,9 @@ std::string OpenHeaderLines(int count) {
 // A header and so many entries that the list has a megabyte.
 std::string Megabyte() {
     std::string text = HeaderLines(7) + "\r\n";
-    while (text.size() < (1u << 20))
+    while (text.size() < (1u << 20)) {
         text += "C:\\FOLDER NO " + std::to_string(text.size()) + "\r\n";
+    }
     return text;
 }
 
@@ -100,7 +103,9 @@ TEST_P(DamagedList, EveryOperationRaisesAnErrorThatNamesTheFile) {
 TEST_P(DamagedList, NothingIsWrittenAndTheNodeKeepsItsPicture) {
     machine.PutFile(kScratch, "left over");
     const auto before = machine.Names("C:\\Vantrel");
-    for (const auto& operation : Operations()) EXPECT_THROW(operation(), Error);
+    for (const auto& operation : Operations()) {
+        EXPECT_THROW(operation(), Error);
+    }
     EXPECT_EQ(machine.Content(kList), GetParam().list);
     EXPECT_EQ(machine.Names("C:\\Vantrel"), before);
     EXPECT_EQ(tree.At(1).image, 0);

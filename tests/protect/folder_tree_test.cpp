@@ -25,7 +25,9 @@ struct Fills : forms::ControlView {
     explicit Fills(forms::Panel& shown) : panel(shown) { panel.Bind(this); }
     ~Fills() override { panel.Bind(nullptr); }
     void Changed(forms::Aspect aspect) override {
-        if (aspect == forms::Aspect::kValue) seen.push_back(panel.FloodPercent());
+        if (aspect == forms::Aspect::kValue) {
+            seen.push_back(panel.FloodPercent());
+        }
     }
     forms::Panel& panel;
     std::vector<double> seen;
@@ -45,7 +47,9 @@ class FolderTree : public ProgramFixture {
     }
     std::vector<std::string> Tags() const {
         std::vector<std::string> tags;
-        for (int i = 1; i <= tree.Count(); ++i) tags.push_back(tree.At(i).tag);
+        for (int i = 1; i <= tree.Count(); ++i) {
+            tags.push_back(tree.At(i).tag);
+        }
         return tags;
     }
 
@@ -120,23 +124,27 @@ TEST_F(FolderTree, ProtectedFoldersHaveTheirOwnPicture) {
 TEST_F(FolderTree, PicturesAreTheListsAnswers) {
     Protect(
         "d:\\lower\r\nD:\\SLASH\\\r\nD:\\TWO\\\\\r\nD:\\\r\n\r\nD:\\PREF\r\n\\\r\nD:\\Mixed\\a");
-    for (const char* folder : {"Lower", "Slash", "Two", "Prefix", "Mixed\\A", "Plain"})
+    for (const char* folder : {"Lower", "Slash", "Two", "Prefix", "Mixed\\A", "Plain"}) {
         machine.MakeFolders(std::string("D:\\") + folder);
+    }
     Load();
     ASSERT_EQ(tree.Count(), 7);
     std::vector<std::string> marked;
     for (int i = 1; i <= tree.Count(); ++i) {
         EXPECT_EQ(tree.At(i).image == 3, clsCfg(program).IsProtected(tree.At(i).tag))
             << tree.At(i).tag;
-        if (tree.At(i).image == 3) marked.push_back(tree.At(i).tag);
+        if (tree.At(i).image == 3) {
+            marked.push_back(tree.At(i).tag);
+        }
     }
     EXPECT_THAT(marked, ElementsAre("D:\\Lower", "D:\\Mixed\\A", "D:\\Slash"));
 }
 
 TEST_F(FolderTree, HiddenAndSystemFoldersAndLinksAreLeftOut) {
     Protect("");
-    for (const char* folder : {"D:\\Hidden\\Below", "D:\\System", "D:\\Seen"})
+    for (const char* folder : {"D:\\Hidden\\Below", "D:\\System", "D:\\Seen"}) {
         machine.MakeFolders(folder);
+    }
     machine.files().SetAttributes("D:\\Hidden", platform::attribute::kHidden);
     machine.files().SetAttributes("D:\\System", platform::attribute::kSystem);
     std::filesystem::create_directory_symlink(machine.HostPath("D:\\Seen"),
@@ -159,8 +167,9 @@ TEST_F(FolderTree, UnreadableFolderHasNoSubFolders) {
 
 TEST_F(FolderTree, ProgressIsTheShareOfTopLevelFoldersAndEndsAtNothing) {
     Protect("");
-    for (const char* folder : {"D:\\1\\x", "D:\\2\\x\\y", "D:\\3", "D:\\4"})
+    for (const char* folder : {"D:\\1\\x", "D:\\2\\x\\y", "D:\\3", "D:\\4"}) {
         machine.MakeFolders(folder);
+    }
     Fills fills(progress);
     Load();
     EXPECT_THAT(fills.seen, ElementsAre(25, 50, 75, 100, 0));
@@ -201,7 +210,9 @@ TEST_F(FolderTree, DriveWithoutFoldersAsksForNoList) {
 // Whole drives have to load in seconds: one look into each folder, one at the list.
 TEST_F(FolderTree, ListIsReadOnceAndEachFolderIsListedOnce) {
     Protect("D:\\7\r\n");
-    for (int i = 0; i < 40; ++i) machine.MakeFolders("D:\\" + std::to_string(i) + "\\Sub");
+    for (int i = 0; i < 40; ++i) {
+        machine.MakeFolders("D:\\" + std::to_string(i) + "\\Sub");
+    }
     FaultyFileSystem counting(machine.files());
     const TreeOver its(counting, *this);
     EXPECT_EQ(its.tree.Count(), 80);
@@ -213,7 +224,9 @@ TEST_F(FolderTree, ListIsReadOnceAndEachFolderIsListedOnce) {
 TEST_F(FolderTree, DeepFoldersAreFollowedToTheirEnd) {
     Protect("");
     std::string path = "D:";
-    for (int i = 0; i < 300; ++i) path += "\\f";
+    for (int i = 0; i < 300; ++i) {
+        path += "\\f";
+    }
     machine.MakeFolders(path);
     Load();
     EXPECT_EQ(tree.Count(), 300);

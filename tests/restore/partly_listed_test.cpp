@@ -47,7 +47,9 @@ class AsksTwice : public zip::PKUNZIP {
     using PKUNZIP::PKUNZIP;
     void Set(int id, const zip::Value& value) override {
         namespace unzip = zip::unzip_id;
-        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionCount) return;
+        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionCount) {
+            return;
+        }
         EXPECT_FALSE(questions->AskRetry("Please insert the last disk."));
         EXPECT_FALSE(questions->AskRetry("Please insert disk 1."));
         Message({.text = "The archive cannot be read (Disk not ready)."});

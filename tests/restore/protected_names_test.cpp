@@ -33,9 +33,13 @@ void Look(TestMachine& machine, const std::string& folder, const std::string& pa
     ASSERT_TRUE(found) << folder + path;
     below[path] = {found->IsFolder() ? "" : machine.Content(folder + path), found->attributes,
                    found->times.modified};
-    if (!found->IsFolder()) return;
+    if (!found->IsFolder()) {
+        return;
+    }
     for (std::string name : machine.Names(folder + path)) {
-        if (name.back() == '\\') name.pop_back();
+        if (name.back() == '\\') {
+            name.pop_back();
+        }
         Look(machine, folder, path + "\\" + name, below);
     }
 }
@@ -110,7 +114,9 @@ TEST_P(ProtectedNames, NothingInTheProtectedFolderChanges) {
     ASSERT_TRUE(machine.Exists(row.folder + "_001"));
     EXPECT_EQ(LookAt(row.folder + "_001"), before);
     EXPECT_THAT(LogRecords(), Contains(HasSubstr(" renamed to ")).Times(1));
-    if (row.written.empty()) return;
+    if (row.written.empty()) {
+        return;
+    }
     EXPECT_EQ(machine.Content(std::string(kInto) + "\\" + row.written), "older");
 }
 
@@ -136,7 +142,9 @@ TEST_F(ProtectedNames, WholeTreeComesBackBesideItsProtectedFolders) {
                       {.name = "Work\\Plans \\Sub\\b.txt", .content = "older"},
                       {.name = "Work/con/a.txt", .content = "older"},
                       {.name = "Work/open.txt", .content = "older"}});
-    for (const auto& [folder, seen] : before) EXPECT_EQ(LookAt(folder + "_001"), seen) << folder;
+    for (const auto& [folder, seen] : before) {
+        EXPECT_EQ(LookAt(folder + "_001"), seen) << folder;
+    }
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Letters\\Sub\\b.txt"), "older");
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Work\\open.txt"), "older");
 }
@@ -204,8 +212,9 @@ TEST_F(ProtectedShortNames, ProtectedFolderListedByItsShortName) {
     RestoreOver("C:\\RESTORE\\PLANSO~1", "C:\\RESTORE", "Plans of mine/letter.txt");
     EXPECT_EQ(files.Content("C:\\RESTORE\\Plans of mine\\letter.txt"), "older");
     bool kept = false;
-    for (const std::string& path : files.Everything())
+    for (const std::string& path : files.Everything()) {
         kept |= path.ends_with("\\letter.txt") && files.Content(path) == "newer work";
+    }
     EXPECT_TRUE(kept);
 }
 

@@ -25,8 +25,12 @@ class RecordingUnzip : public zip::PKUNZIP {
         record_.sets.push_back(std::to_string(id) + "=" + test::Text(value));
         const bool extracts =
             id == zip::unzip_id::kAction && value == zip::Value(zip::unzip_id::kActionExtract);
-        if (!extracts) return PKUNZIP::Set(id, value);
-        if (record_.extraction) record_.extraction(*this);
+        if (!extracts) {
+            return PKUNZIP::Set(id, value);
+        }
+        if (record_.extraction) {
+            record_.extraction(*this);
+        }
     }
     // One overall-progress event; returns what the window made of the cancel flag.
     bool RaiseOverall(std::int32_t percent) {

@@ -205,7 +205,9 @@ TEST_F(RestoreRun, PassRunsUnderTheHourglassAndTheWindowOpensUnderThePointer) {
     shown.actions.Cmd_RestoreFile_Click();
     Diary diary(desktop);
     files.plan.before_call = [&diary](const CallRecord& call) {
-        if (call.kind == Call::kRename && call.path == "C:\\RESTORE\\SUB") diary.Note("rename");
+        if (call.kind == Call::kRename && call.path == "C:\\RESTORE\\SUB") {
+            diary.Note("rename");
+        }
     };
     PressOkWhenIdle();
     shown.actions.Cmd_Restore_Click();

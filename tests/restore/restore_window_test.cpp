@@ -14,13 +14,15 @@ using ::testing::ElementsAre;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-// Goes on for two more events after it was told to stop, as workers do that finish what they have.
+// Raises two more events after the cancel, like workers that finish their current files.
 class SlowToStop : public zip::PKUNZIP {
   public:
     using PKUNZIP::PKUNZIP;
     void Set(int id, const zip::Value& value) override {
         namespace unzip = zip::unzip_id;
-        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) return;
+        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) {
+            return;
+        }
         bool cancel = false;
         for (std::int32_t percent : {10, 20, 30}) {
             OverallProgress(percent, cancel);
@@ -58,7 +60,9 @@ class AsksAfterTheCancel : public zip::PKUNZIP {
     using PKUNZIP::PKUNZIP;
     void Set(int id, const zip::Value& value) override {
         namespace unzip = zip::unzip_id;
-        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) return;
+        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) {
+            return;
+        }
         std::int32_t percent = 10;
         bool cancel = false;
         FileProgress(percent);

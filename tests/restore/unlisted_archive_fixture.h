@@ -30,7 +30,9 @@ class UnlistedArchive : public RestoreTabTest {
     // When the n-th box is shown.
     void PutArchiveBackAt(std::size_t n) {
         desktop.on_box = [this, n](const forms::Box&) {
-            if (desktop.boxes.size() == n) machine.PutFile(kArchive, whole_);
+            if (desktop.boxes.size() == n) {
+                machine.PutFile(kArchive, whole_);
+            }
         };
     }
     // To each question more than expected, the answer is Cancel: Retry might be for ever.

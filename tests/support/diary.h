@@ -27,7 +27,9 @@ class Diary {
     ~Diary() {
         desktop_.on_step = nullptr;
         desktop_.on_box = nullptr;
-        for (FaultPlan* const plan : plans_) plan->before_call = nullptr;
+        for (FaultPlan* const plan : plans_) {
+            plan->before_call = nullptr;
+        }
     }
     Diary(const Diary&) = delete;
     Diary& operator=(const Diary&) = delete;
@@ -41,10 +43,14 @@ class Diary {
         plans_.push_back(&plan);
         plan.before_call = [this, names = std::move(names)](const CallRecord& call) {
             const bool replaces = call.kind == Call::kReplace;
-            if (call.kind != Call::kOpen && !replaces) return;
+            if (call.kind != Call::kOpen && !replaces) {
+                return;
+            }
             const std::string& path = replaces ? call.other_path : call.path;
             const std::string name = path.substr(path.rfind('\\') + 1);
-            if (std::find(names.begin(), names.end(), name) == names.end()) return;
+            if (std::find(names.begin(), names.end(), name) == names.end()) {
+                return;
+            }
             Note(name + (replaces || call.opens_to_write ? " written" : " read"));
         };
     }

@@ -10,7 +10,9 @@ namespace {
 std::atomic<std::thread::id> only_thread_to_die{};
 
 bool Matches(const CallRecord& call, Call kind, const std::string& path_part) {
-    if (kind != Call::kAny && kind != call.kind) return false;
+    if (kind != Call::kAny && kind != call.kind) {
+        return false;
+    }
     return call.path.find(path_part) != std::string::npos ||
            call.other_path.find(path_part) != std::string::npos;
 }
@@ -77,10 +79,16 @@ void FaultPlan::ForgetCalls() {
 
 FaultPlan::Verdict FaultPlan::Enter(CallRecord call) {
     call.thread = std::this_thread::get_id();
-    if (Dead()) RaiseError(error_number::kDeviceIo);
-    if (before_call) before_call(call);
+    if (Dead()) {
+        RaiseError(error_number::kDeviceIo);
+    }
+    if (before_call) {
+        before_call(call);
+    }
     const std::lock_guard lock(mutex_);
-    if (dead_) RaiseError(error_number::kDeviceIo);
+    if (dead_) {
+        RaiseError(error_number::kDeviceIo);
+    }
     calls_.push_back(call);
     return Judge(call);
 }
@@ -91,19 +99,33 @@ FaultPlan::Verdict FaultPlan::Judge(const CallRecord& call) {
     const Fault* struck = nullptr;
     for (Rule& rule : rules_) {
         const Fault& fault = rule.fault;
-        if (!Matches(call, fault.kind, fault.path_part)) continue;
-        if (fault.only && !fault.only(call)) continue;
+        if (!Matches(call, fault.kind, fault.path_part)) {
+            continue;
+        }
+        if (fault.only && !fault.only(call)) {
+            continue;
+        }
         ++rule.seen;
         const bool due = fault.from_then_on ? rule.seen >= fault.at : rule.seen == fault.at;
-        if (due && struck == nullptr) struck = &fault;
+        if (due && struck == nullptr) {
+            struck = &fault;
+        }
     }
-    if (struck == nullptr) return {};
-    if (++fired_ == 1) first_fired_ = call;
-    if (struck->effect == Effect::kDie) Die(call);
+    if (struck == nullptr) {
+        return {};
+    }
+    if (++fired_ == 1) {
+        first_fired_ = call;
+    }
+    if (struck->effect == Effect::kDie) {
+        Die(call);
+    }
     const int number = struck->number_of ? struck->number_of(call) : struck->number;
     const bool short_write = struck->effect == Effect::kShortWrite && call.kind == Call::kWrite;
     const bool short_read = struck->effect == Effect::kShortRead && call.kind == Call::kRead;
-    if (!short_write && !short_read) RaiseError(number);
+    if (!short_write && !short_read) {
+        RaiseError(number);
+    }
     return {short_write, number, short_read};
 }
 
@@ -111,14 +133,18 @@ FaultPlan::Verdict FaultPlan::Judge(const CallRecord& call) {
 void FaultPlan::Die(const CallRecord& call) {
     dead_ = true;
     const std::thread::id only = only_thread_to_die;
-    if (only != std::thread::id() && only != call.thread) RaiseError(error_number::kDeviceIo);
+    if (only != std::thread::id() && only != call.thread) {
+        RaiseError(error_number::kDeviceIo);
+    }
     throw ProcessDied();
 }
 
 std::size_t FaultPlan::TakeSpace(std::size_t count) {
     const std::lock_guard lock(mutex_);
     const auto taken = static_cast<std::size_t>(std::min<std::uint64_t>(count, space_));
-    if (space_ != std::numeric_limits<std::uint64_t>::max()) space_ -= taken;
+    if (space_ != std::numeric_limits<std::uint64_t>::max()) {
+        space_ -= taken;
+    }
     return taken;
 }
 

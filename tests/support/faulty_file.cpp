@@ -14,7 +14,9 @@ std::size_t FaultyFile::Read(void* buffer, std::size_t count) {
 
 void FaultyFile::WriteThrough(const void* data, std::size_t count) {
     real_->Write(data, count);
-    if (image_) unflushed_->Wrote(*image_, position_, {static_cast<const char*>(data), count});
+    if (image_) {
+        unflushed_->Wrote(*image_, position_, {static_cast<const char*>(data), count});
+    }
     position_ += count;
 }
 
@@ -26,7 +28,9 @@ void FaultyFile::Write(const void* data, std::size_t count) {
     }
     const std::size_t fits = plan_.TakeSpace(count);
     WriteThrough(data, fits);
-    if (fits < count) RaiseError(error_number::kDiskFull);
+    if (fits < count) {
+        RaiseError(error_number::kDiskFull);
+    }
 }
 
 void FaultyFile::Seek(std::uint64_t position) {
@@ -43,7 +47,9 @@ std::uint64_t FaultyFile::Size() {
 void FaultyFile::Truncate(std::uint64_t size) {
     Enter(Call::kTruncate);
     real_->Truncate(size);
-    if (image_) unflushed_->Truncated(*image_, size);
+    if (image_) {
+        unflushed_->Truncated(*image_, size);
+    }
     position_ = size;
 }
 
@@ -55,7 +61,9 @@ void FaultyFile::SetTimes(const platform::FileTimes& times) {
 void FaultyFile::Flush() {
     Enter(Call::kFlush);
     real_->Flush();
-    if (image_) unflushed_->Flushed(*image_);
+    if (image_) {
+        unflushed_->Flushed(*image_);
+    }
 }
 
 void FaultyFile::Close() {

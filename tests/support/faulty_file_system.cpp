@@ -46,7 +46,9 @@ std::optional<platform::FileInfo> FaultyFileSystem::Find(const std::string& path
     try {
         plan.Enter({Call::kFind, path, {}, {}});
     } catch (const Error& error) {
-        if (IsMissing(error)) return std::nullopt;
+        if (IsMissing(error)) {
+            return std::nullopt;
+        }
         throw;
     }
     return real_.Find(path);
@@ -100,7 +102,9 @@ bool FaultyFileSystem::SameFile(const std::string& one, const std::string& other
     try {
         plan.Enter({Call::kSameFile, one, other, {}});
     } catch (const Error& error) {
-        if (IsMissing(error)) return false;
+        if (IsMissing(error)) {
+            return false;
+        }
         throw;
     }
     return real_.SameFile(one, other);

@@ -25,7 +25,9 @@ class FaultyFiles : public ::testing::Test {
     void Write(const std::string& bytes) { platform::WriteWholeFile(faulty, path, bytes); }
     std::vector<Call> Kinds() {
         std::vector<Call> kinds;
-        for (const auto& call : faulty.plan.Calls()) kinds.push_back(call.kind);
+        for (const auto& call : faulty.plan.Calls()) {
+            kinds.push_back(call.kind);
+        }
         return kinds;
     }
 };
@@ -166,7 +168,9 @@ TEST_F(FaultyFiles, AfterTheProcessDiedNothingReachesTheDisk) {
 TEST_F(FaultyFiles, HookRunsBeforeEachCallAndMayChangeTheDisk) {
     machine.PutFile(path, "bytes");
     faulty.plan.before_call = [&](const CallRecord& call) {
-        if (call.kind == Call::kOpen) machine.files().RemoveFile(call.path);
+        if (call.kind == Call::kOpen) {
+            machine.files().RemoveFile(call.path);
+        }
     };
     EXPECT_EQ(ErrorOf([&] { platform::ReadWholeFile(faulty, path); }), kFileNotFound);
 }

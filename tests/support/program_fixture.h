@@ -53,7 +53,9 @@ class ProgramFixture : public ::testing::Test {
     // Records of the log without its header and without the 20 characters of the stamp.
     std::vector<std::string> LogRecords() {
         std::vector<std::string> records;
-        if (!machine.Exists("C:\\Vantrel\\Vantrel.Log")) return records;
+        if (!machine.Exists("C:\\Vantrel\\Vantrel.Log")) {
+            return records;
+        }
         const auto lines = platform::SplitLines(machine.Content("C:\\Vantrel\\Vantrel.Log"));
         for (std::size_t i = kHeaderLines; i < lines.size(); ++i) {
             records.push_back(lines[i].size() > kStamp ? lines[i].substr(kStamp) : lines[i]);

@@ -4,19 +4,27 @@ namespace vantrel::test {
 
 void RecordingMail::Session::SignOn() {
     mail_.happened.push_back("SignOn");
-    if (mail_.on_sign_on) mail_.on_sign_on();
-    if (mail_.sign_on_error != 0) platform::RaiseMailError(mail_.sign_on_error);
+    if (mail_.on_sign_on) {
+        mail_.on_sign_on();
+    }
+    if (mail_.sign_on_error != 0) {
+        platform::RaiseMailError(mail_.sign_on_error);
+    }
     id_ = 7;
 }
 
 void RecordingMail::Session::SignOff() {
     mail_.happened.push_back("SignOff");
-    if (mail_.sign_off_error != 0) platform::RaiseMailError(mail_.sign_off_error);
+    if (mail_.sign_off_error != 0) {
+        platform::RaiseMailError(mail_.sign_off_error);
+    }
 }
 
 void RecordingMail::Messages::Set(const std::string& field, const std::string& value) {
     mail_.happened.push_back(field + " " + value);
-    if (mail_.failing_field == field) platform::RaiseMailError(mail_.send_error);
+    if (mail_.failing_field == field) {
+        platform::RaiseMailError(mail_.send_error);
+    }
 }
 
 void RecordingMail::Messages::SetSessionId(platform::MailSessionId id) {
@@ -59,8 +67,12 @@ void RecordingMail::Messages::SetAttachmentPosition(int position) {
 
 void RecordingMail::Messages::Send(bool dialog) {
     mail_.happened.push_back(dialog ? "Send with dialog" : "Send without dialog");
-    if (mail_.on_send) mail_.on_send();
-    if (mail_.send_error != 0) platform::RaiseMailError(mail_.send_error);
+    if (mail_.on_send) {
+        mail_.on_send();
+    }
+    if (mail_.send_error != 0) {
+        platform::RaiseMailError(mail_.send_error);
+    }
 }
 
 }  // namespace vantrel::test

@@ -21,7 +21,9 @@ class RedrawWatch : public forms::ControlView {
     RedrawWatch& operator=(const RedrawWatch&) = delete;
 
     void Changed(forms::Aspect aspect) override {
-        if (aspect == forms::Aspect::kRedraw) on_redraw_();
+        if (aspect == forms::Aspect::kRedraw) {
+            on_redraw_();
+        }
     }
 
   private:

@@ -44,8 +44,12 @@ T TakeFront(std::deque<T>& queue) {
 
 Answer ScriptedDesktop::ShowBox(const forms::Box& box) {
     boxes.push_back(box);
-    if (on_box) on_box(box);
-    if (box.buttons == Buttons::kOk || answers.empty()) return DefaultAnswer(box);
+    if (on_box) {
+        on_box(box);
+    }
+    if (box.buttons == Buttons::kOk || answers.empty()) {
+        return DefaultAnswer(box);
+    }
     return TakeFront(answers);
 }
 
@@ -62,7 +66,9 @@ std::string ScriptedDesktop::OpenFile(const std::string& title, const std::strin
 }
 
 void ScriptedDesktop::Step(const std::string& what) {
-    if (on_step) on_step(what);
+    if (on_step) {
+        on_step(what);
+    }
 }
 
 void ScriptedDesktop::Happens(const std::string& what, const Form& form) {
@@ -81,7 +87,9 @@ void ScriptedDesktop::ShowNative(Form& form) {
 }
 
 void ScriptedDesktop::HideNative(Form& form) {
-    if (!Contains(shown_, form)) return;
+    if (!Contains(shown_, form)) {
+        return;
+    }
     Happens("hide", form);
     Leave(form);
 }
@@ -97,18 +105,24 @@ void ScriptedDesktop::Leave(Form& form) {
     std::erase(shown_, &form);
     std::erase(blocked_, &form);
     std::erase(to_activate_, &form);
-    if (in_front && !shown_.empty()) WindowActivated(*shown_.back());
+    if (in_front && !shown_.empty()) {
+        WindowActivated(*shown_.back());
+    }
 }
 
 bool ScriptedDesktop::TakesInput(const Form& form) const { return !Contains(blocked_, form); }
 
 void ScriptedDesktop::SetTakesInput(Form& form, bool takes_input) {
     std::erase(blocked_, &form);
-    if (!takes_input) blocked_.push_back(&form);
+    if (!takes_input) {
+        blocked_.push_back(&form);
+    }
 }
 
 void ScriptedDesktop::ActivateNative(Form& form) {
-    if (std::erase(shown_, &form) == 0) return;
+    if (std::erase(shown_, &form) == 0) {
+        return;
+    }
     shown_.push_back(&form);
     WindowActivated(form);
 }
@@ -120,21 +134,29 @@ Form* ScriptedDesktop::FrontWindow() const {
 }
 
 void ScriptedDesktop::RequestActivation(Form& form) {
-    if (!Contains(to_activate_, form)) to_activate_.push_back(&form);
+    if (!Contains(to_activate_, form)) {
+        to_activate_.push_back(&form);
+    }
 }
 
 bool ScriptedDesktop::RunActivations() {
-    if (to_activate_.empty()) return false;
+    if (to_activate_.empty()) {
+        return false;
+    }
     while (!to_activate_.empty()) {
         Form& form = *TakeFront(to_activate_);
-        if (form.Visible()) Happens("activate", form);
+        if (form.Visible()) {
+            Happens("activate", form);
+        }
         HandleEvent([&] { RunActivation(form); });
     }
     return true;
 }
 
 bool ScriptedDesktop::HandleNextEvent() {
-    if (RunActivations()) return true;
+    if (RunActivations()) {
+        return true;
+    }
     if (idle.empty()) {
         ADD_FAILURE() << Front()->name() << " waits for a user who does nothing";
         return false;
@@ -147,27 +169,39 @@ void ScriptedDesktop::DoEvents() {
     ++do_events_calls;
     Step("events");
     RunActivations();
-    if (!on_events.empty()) HandleEvent(TakeFront(on_events));
+    if (!on_events.empty()) {
+        HandleEvent(TakeFront(on_events));
+    }
 }
 
 bool ScriptedDesktop::RunShortestTimer() {
     forms::Timer* shortest = nullptr;
     for (const Form* form : Windows()) {
         for (forms::Control* control : form->controls()) {
-            if (control->kind() != forms::Kind::kTimer || !control->Enabled()) continue;
+            if (control->kind() != forms::Kind::kTimer || !control->Enabled()) {
+                continue;
+            }
             auto* timer = static_cast<forms::Timer*>(control);
-            if (!shortest || timer->Interval() < shortest->Interval()) shortest = timer;
+            if (!shortest || timer->Interval() < shortest->Interval()) {
+                shortest = timer;
+            }
         }
     }
-    if (!shortest) return false;
+    if (!shortest) {
+        return false;
+    }
     waited += shortest->Interval();
     HandleEvent([shortest] { shortest->Elapse(); });
     return true;
 }
 
 void ScriptedDesktop::WaitEvents() {
-    if (!to_activate_.empty() || !on_events.empty()) return DoEvents();
-    if (RunShortestTimer()) return;
+    if (!to_activate_.empty() || !on_events.empty()) {
+        return DoEvents();
+    }
+    if (RunShortestTimer()) {
+        return;
+    }
     // Nothing will ever happen: a program that waits here hangs.
     throw std::logic_error("waits for events that cannot occur");
 }

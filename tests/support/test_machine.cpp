@@ -19,7 +19,9 @@ namespace {
 
 std::string NewFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    if (::mkdtemp(pattern.data()) == nullptr) {
+        throw std::runtime_error("no temporary folder");
+    }
     return pattern;
 }
 
@@ -88,7 +90,9 @@ std::string TestMachine::HostPath(const std::string& path) const {
 }
 
 void TestMachine::MakeFolders(const std::string& path) {
-    if (path.empty() || state_->files.Find(path)) return;
+    if (path.empty() || state_->files.Find(path)) {
+        return;
+    }
     MakeFolders(ParentOf(path));
     state_->files.MakeFolder(path);
 }

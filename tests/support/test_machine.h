@@ -109,7 +109,9 @@ class TestShell : public platform::Shell {
 
     std::string ProgramFor(const std::string& file) override {
         asked.push_back(file);
-        if (on_find) on_find();
+        if (on_find) {
+            on_find();
+        }
         return executable;
     }
     int Open(const std::string& target, platform::ShellVerb verb) override {

@@ -6,7 +6,9 @@ namespace {
 
 const TestDrives::Drive* Find(const std::map<char, TestDrives::Drive>& drives,
                               const std::string& path) {
-    if (path.empty()) return nullptr;
+    if (path.empty()) {
+        return nullptr;
+    }
     const char letter =
         path[0] >= 'a' && path[0] <= 'z' ? static_cast<char>(path[0] - 0x20) : path[0];
     const auto found = drives.find(letter);
@@ -24,14 +26,18 @@ const TestDrives::Drive* FindReady(const std::map<char, TestDrives::Drive>& driv
 std::optional<std::string> TestSettings::Read(const std::string& section, const std::string& key) {
     ++reads;
     const auto found = values.find(section + "/" + key);
-    if (found == values.end()) return std::nullopt;
+    if (found == values.end()) {
+        return std::nullopt;
+    }
     return found->second;
 }
 
 void TestSettings::Write(const std::string& section, const std::string& key,
                          const std::string& value) {
     ++writes;
-    if (on_write) on_write();
+    if (on_write) {
+        on_write();
+    }
     values[section + "/" + key] = value;
 }
 

@@ -11,11 +11,17 @@ namespace {
 
 void PutBack(platform::FileSystem& files, const std::string& path, const std::string& bytes) {
     const auto info = files.Find(path);
-    if (!info) return;
+    if (!info) {
+        return;
+    }
     const bool read_only = (info->attributes & platform::attribute::kReadOnly) != 0;
-    if (read_only) files.SetAttributes(path, info->attributes & ~platform::attribute::kReadOnly);
+    if (read_only) {
+        files.SetAttributes(path, info->attributes & ~platform::attribute::kReadOnly);
+    }
     platform::WriteWholeFile(files, path, bytes);
-    if (read_only) files.SetAttributes(path, info->attributes);
+    if (read_only) {
+        files.SetAttributes(path, info->attributes);
+    }
 }
 
 }  // namespace
@@ -23,7 +29,9 @@ void PutBack(platform::FileSystem& files, const std::string& path, const std::st
 std::string UnflushedWrites::Key(const std::string& path) {
     std::string key = path;
     for (char& letter : key) {
-        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter + 0x20);
+        if (letter >= 'A' && letter <= 'Z') {
+            letter = static_cast<char>(letter + 0x20);
+        }
     }
     return key;
 }
@@ -33,7 +41,9 @@ std::shared_ptr<UnflushedWrites::Image> UnflushedWrites::Opened(const std::strin
                                                                 std::string before) {
     const std::lock_guard lock(mutex_);
     auto& image = images_[Key(path)];
-    if (!image) image = std::make_shared<Image>(Image{before, before});
+    if (!image) {
+        image = std::make_shared<Image>(Image{before, before});
+    }
     image->now = mode == platform::OpenMode::kAppend ? std::move(before) : std::string();
     return image;
 }
@@ -63,7 +73,9 @@ void UnflushedWrites::Moved(const std::string& from, const std::string& to) {
     std::vector<std::pair<std::string, std::shared_ptr<Image>>> moved;
     std::erase_if(images_, [&](const auto& entry) {
         const std::string& key = entry.first;
-        if (key != old_key && !key.starts_with(old_key + "\\")) return false;
+        if (key != old_key && !key.starts_with(old_key + "\\")) {
+            return false;
+        }
         moved.emplace_back(Key(to) + key.substr(old_key.size()), entry.second);
         return true;
     });
@@ -78,7 +90,9 @@ void UnflushedWrites::Removed(const std::string& path) {
 void UnflushedWrites::Lose(platform::FileSystem& files) {
     const std::lock_guard lock(mutex_);
     for (const auto& [path, image] : images_) {
-        if (image->now != image->flushed) PutBack(files, path, image->flushed);
+        if (image->now != image->flushed) {
+            PutBack(files, path, image->flushed);
+        }
     }
     images_.clear();
 }

@@ -61,7 +61,9 @@ class FailingDrives : public test::TestDrives {
     explicit FailingDrives(char fails_from) : fails_from_(fails_from) {}
     int Type(const std::string& root) override {
         roots.push_back(root);
-        if (root[0] >= fails_from_) RaiseError(error_number::kDeviceIo);
+        if (root[0] >= fails_from_) {
+            RaiseError(error_number::kDeviceIo);
+        }
         return drive_type::kFixed;
     }
     std::vector<std::string> roots;

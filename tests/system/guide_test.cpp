@@ -20,7 +20,9 @@ class Guide : public ProgramFixture {
     void Ask() { ShowGuide(program, window); }
     std::vector<std::string> Told() {
         std::vector<std::string> texts;
-        for (const forms::Box& box : desktop.boxes) texts.push_back(box.text);
+        for (const forms::Box& box : desktop.boxes) {
+            texts.push_back(box.text);
+        }
         return texts;
     }
     forms::Form window{program, "Frm_Mainmenu"};

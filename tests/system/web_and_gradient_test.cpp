@@ -179,7 +179,9 @@ TEST_F(GradientTest, BottomToTopBeginsAtTheBottom) {
 TEST_F(GradientTest, WindowShorterThan32UnitsGets63EmptyBands) {
     const auto& bands = Paint(31, 255, true);
     ASSERT_EQ(bands.size(), 63u);
-    for (const auto& band : bands) EXPECT_EQ(band.top, band.bottom);
+    for (const auto& band : bands) {
+        EXPECT_EQ(band.top, band.bottom);
+    }
 }
 
 TEST_F(GradientTest, RepaintingReplacesTheBands) {

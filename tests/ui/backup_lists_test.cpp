@@ -33,7 +33,9 @@ class BackupLists : public ProgramFixture {
     BackupTab& Tab() { return window->Backup; }
     std::vector<std::string> Shown() {
         std::vector<std::string> names;
-        for (const auto& entry : Tab().Dir_DirList.Entries()) names.push_back(entry.name);
+        for (const auto& entry : Tab().Dir_DirList.Entries()) {
+            names.push_back(entry.name);
+        }
         return names;
     }
     int IndexOf(const std::string& name) {
@@ -49,7 +51,9 @@ class BackupLists : public ProgramFixture {
     }
     std::vector<std::string> Told() {
         std::vector<std::string> texts;
-        for (const forms::Box& box : desktop.boxes) texts.push_back(box.text);
+        for (const forms::Box& box : desktop.boxes) {
+            texts.push_back(box.text);
+        }
         return texts;
     }
     std::unique_ptr<Frm_Mainmenu> window;

@@ -263,7 +263,9 @@ TEST_F(BackupTabTest, EditModeIsOffAfterLoadAndAfterEachSelection) {
     EXPECT_TRUE(Tab().Dri_DriveList.Enabled());
     EXPECT_TRUE(Tab().Dir_DirList.Enabled());
     EXPECT_TRUE(Tab().Cmd_Navigate.Enabled());
-    for (const auto& button : Tab().Cmd_Options) EXPECT_TRUE(button.Enabled());
+    for (const auto& button : Tab().Cmd_Options) {
+        EXPECT_TRUE(button.Enabled());
+    }
     EXPECT_FALSE(Tab().Cmd_Change.Enabled());
     Select("ALL.INI");
     EXPECT_FALSE(Tab().Dir_DirList.Enabled());
@@ -308,7 +310,9 @@ TEST_F(BackupTabTest, ButtonsOpenTheirDialogsForTheSetShownAndReadItNoMore) {
     };
     desktop.idle.assign(4, close);
     Tab().Cmd_Navigate.Press();
-    for (auto& button : Tab().Cmd_Options) button.Press();
+    for (auto& button : Tab().Cmd_Options) {
+        button.Press();
+    }
     EXPECT_THAT(opened, ElementsAre("Frm_BackupWhere", "Frm_BackupOptions", "Frm_BackupOptions",
                                     "Frm_BackupOptions"));
     EXPECT_THAT(desktop.boxes, IsEmpty());

@@ -29,20 +29,25 @@ class EditorFixture : public ProgramFixture {
 
     std::vector<std::string> Listed() const {
         std::vector<std::string> names;
-        for (int i = 0; i < window->Edit.Fil_INI.Count(); ++i)
+        for (int i = 0; i < window->Edit.Fil_INI.Count(); ++i) {
             names.push_back(window->Edit.Fil_INI.Item(i));
+        }
         return names;
     }
     static std::vector<std::string> EntriesOf(const forms::ComboBox& combo) {
         std::vector<std::string> names;
-        for (int i = 0; i < combo.Count(); ++i) names.push_back(combo.Item(i));
+        for (int i = 0; i < combo.Count(); ++i) {
+            names.push_back(combo.Item(i));
+        }
         return names;
     }
     // Picks a file of the list, as a click does.
     void Pick(const std::string& name) {
         auto& list = window->Edit.Fil_INI;
         for (int i = 0; i < list.Count(); ++i) {
-            if (list.Item(i) == name) return list.SetIndex(i);
+            if (list.Item(i) == name) {
+                return list.SetIndex(i);
+            }
         }
         ADD_FAILURE() << name << " is not listed";
     }

@@ -11,7 +11,9 @@ using ::testing::IsEmpty;
 class EditorList : public EditorFixture {
   protected:
     EditorList() {
-        for (const char* name : {"A.INI", "B.INI", "C.INI", "D.INI"}) PutSet(name, {});
+        for (const char* name : {"A.INI", "B.INI", "C.INI", "D.INI"}) {
+            PutSet(name, {});
+        }
     }
     void ExpectCleared() {
         EXPECT_EQ(Tab().Fld_INI.Text(), "");
@@ -159,7 +161,9 @@ TEST_F(EditorList, DeletingSkipsTheEntryBehindARemovedOne) {
     Open();
     auto& sets = window->Backup.Cmb_BackupSet;
     sets.Clear();
-    for (const char* name : {"B.INI", "B.INI", "A.INI"}) sets.Add(name);
+    for (const char* name : {"B.INI", "B.INI", "A.INI"}) {
+        sets.Add(name);
+    }
     Pick("B.INI");
     desktop.answers = {forms::Answer::kYes};
     window->Menu_Options_Delete.UserChoose();

@@ -192,7 +192,9 @@ TEST_F(EditorSave, SavesThroughTheQuestionAreNeverConfirmed) {
     PickAndType("WEEKLY.INI", TextWithName("TWO"));
     Pick("DAILY.INI");
     ASSERT_EQ(desktop.boxes.size(), 2u);
-    for (const auto& box : desktop.boxes) EXPECT_EQ(box.title, "Changes");
+    for (const auto& box : desktop.boxes) {
+        EXPECT_EQ(box.title, "Changes");
+    }
     EXPECT_THAT(Saved(), HasSubstr("BackupFileName=ONE\r\n"));
     EXPECT_THAT(machine.Content(PathOf("WEEKLY.INI")), HasSubstr("BackupFileName=TWO\r\n"));
     EXPECT_TRUE(Tab().ConfirmSave);
@@ -359,7 +361,9 @@ TEST_F(EditorSaveFaults, SetIsOldOrNewAfterAnyFailingCall) {
             EXPECT_TRUE(its_window.Edit.Cmd_Save.Enabled()) << "call " << at;
             EXPECT_FALSE(its_window.Edit.SaveAccepted) << "call " << at;
         }
-        if (faulty.plan.Fired() == 0) break;
+        if (faulty.plan.Fired() == 0) {
+            break;
+        }
     }
 }
 

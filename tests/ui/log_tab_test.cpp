@@ -85,8 +85,12 @@ class ScrollRecorder : public forms::ControlView {
     explicit ScrollRecorder(forms::TextBox& box) : box_(box) { box_.Bind(this); }
     ~ScrollRecorder() override { box_.Bind(nullptr); }
     void Changed(forms::Aspect aspect) override {
-        if (aspect == forms::Aspect::kScroll) scrolled += box_.ScrolledLines();
-        if (aspect == forms::Aspect::kText) scrolled = 0;
+        if (aspect == forms::Aspect::kScroll) {
+            scrolled += box_.ScrolledLines();
+        }
+        if (aspect == forms::Aspect::kText) {
+            scrolled = 0;
+        }
     }
     int scrolled = 0;
 
@@ -98,7 +102,9 @@ TEST_F(LogTabTest, ViewEndsAtTheBottomForALogOfAnyLength) {
     ScrollRecorder screen(Tab().Fld_Log);
     for (const int lines : {1, 900, 1000, 1001, 4321}) {
         std::string text;
-        for (int i = 0; i < lines; ++i) text += "x\r\n";
+        for (int i = 0; i < lines; ++i) {
+            text += "x\r\n";
+        }
         machine.PutFile(kLog, text);
         Tab().Cmd_Refresh.UserPress();
         EXPECT_GE(screen.scrolled, lines);

@@ -153,7 +153,9 @@ std::vector<TypedValue> EditorRows() {
     add("RestoreDestination", 254, "", "");
     for (const std::string key : {"BackupFiles", "BackupToDrive", "BackupFileName",
                                   "RestoreFromDrive", "RestoreFileName", "RestoreDestination"}) {
-        for (const std::size_t bytes : {255u, 300u, 5000u}) add(key, bytes, "\\", key + too_long);
+        for (const std::size_t bytes : {255u, 300u, 5000u}) {
+            add(key, bytes, "\\", key + too_long);
+        }
     }
     return rows;
 }

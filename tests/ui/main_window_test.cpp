@@ -22,7 +22,9 @@ class MainWindow : public ProgramFixture {
     std::vector<std::string> Sets() const {
         std::vector<std::string> names;
         const auto& list = window->Backup.Cmb_BackupSet;
-        for (int i = 0; i < list.Count(); ++i) names.push_back(list.Item(i));
+        for (int i = 0; i < list.Count(); ++i) {
+            names.push_back(list.Item(i));
+        }
         return names;
     }
     static constexpr const char* kRemembered = "Startup/INI File";

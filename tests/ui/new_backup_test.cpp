@@ -15,7 +15,9 @@ class NewBackup : public EditorFixture {
         desktop.Load(*window);
     }
     void Type(const std::string& name) {
-        if (!window) OpenWindow();
+        if (!window) {
+            OpenWindow();
+        }
         desktop.inputs = {name};
         window->Backup.Cmd_AddNew.UserPress();
     }

@@ -38,8 +38,9 @@ class SecureTabTest : public ProgramFixture {
     SecureTab& Tab() { return window->Secure; }
     std::vector<std::string> Tags() {
         std::vector<std::string> tags;
-        for (int i = 1; i <= Tab().TV_SecureMode.Count(); ++i)
+        for (int i = 1; i <= Tab().TV_SecureMode.Count(); ++i) {
             tags.push_back(Tab().TV_SecureMode.At(i).tag);
+        }
         return tags;
     }
     void Select(const std::string& tag) {

@@ -69,7 +69,9 @@ TEST_F(TextViews, BytesAreTheCodePages) {
 
 TEST_F(TextViews, MegabyteIsShownWhole) {
     std::string bytes;
-    while (bytes.size() < 1024 * 1024) bytes += "Key" + std::to_string(bytes.size()) + "=Value\r\n";
+    while (bytes.size() < 1024 * 1024) {
+        bytes += "Key" + std::to_string(bytes.size()) + "=Value\r\n";
+    }
     EXPECT_EQ(Lines(bytes) + "\r\n", bytes);
     EXPECT_EQ(Whole(bytes), bytes);
     EXPECT_EQ(Lines(std::string(1024 * 1024, 'x')).size(), 1024u * 1024u);

@@ -25,9 +25,10 @@ class SampleRun : public forms::Form {
         Cmd_Ok.SetVisible(false);
         PB_Folder.SetValue(62);
         PB_File.SetValue(35);
-        for (int i = 0; i < 12; ++i)
+        for (int i = 0; i < 12; ++i) {
             Lst_Details.Add("Adding Documents/Letters/2026/November/letter " + std::to_string(i) +
                             " to somebody with a name that is rather long.txt");
+        }
         Lst_Details.SetIndex(Lst_Details.Count() - 1);
         Cmd_Cancel.Click = [this] { Cmd_Cancel.SetEnabled(false); };
     }
@@ -61,12 +62,13 @@ void Fill(Frm_Mainmenu& window) {
     RestoreTab& restore = window.Restore;
     restore.Fld_RestoreFile.SetCaption("E:\\Backups\\20261115_130509\\Weekly.zip");
     restore.Fld_RestoreTo.SetCaption("C:\\Restored");
-    for (int i = 1; i <= 20; ++i)
+    for (int i = 1; i <= 20; ++i) {
         restore.TV_Restore.Add({.text = "Documents/Letters/letter " + std::to_string(i) + ".txt",
                                 .tag = "",
                                 .parent = 0,
                                 .image = 0,
                                 .selected_image = 0});
+    }
     restore.SSP_TotalFiles.SetFloodPercent(40);
     restore.SSP_TotalFiles.SetCaption("40%");
     restore.Fld_Total.SetCaption("20");
@@ -74,7 +76,9 @@ void Fill(Frm_Mainmenu& window) {
         ";---------------------------\r\n[BACKUP SOURCE]\r\n"
         "BackupFiles=C:\\DOCUMENTS\\*.*\r\nBackupSubDirectories=ON\r\n");
     std::string log;
-    for (int i = 0; i < 60; ++i) log += "15/11/2026 13:05:09 Starting Backup Weekly.INI\r\n";
+    for (int i = 0; i < 60; ++i) {
+        log += "15/11/2026 13:05:09 Starting Backup Weekly.INI\r\n";
+    }
     window.Log.Fld_Log.SetText(log);
     window.Log.Lbl_LogHint.SetCaption(
         "The Vantrel Log File is being limited to a File Size of 50K.\r\n"
@@ -82,8 +86,9 @@ void Fill(Frm_Mainmenu& window) {
     SecureTab& secure = window.Secure;
     const int root = secure.TV_SecureMode.Add({"Documents", "C:\\Documents", 0, 1, 2});
     secure.TV_SecureMode.Add({"Letters", "C:\\Documents\\Letters", root, 3, 3});
-    for (const char* name : {"Music", "Pictures", "Program Files", "Windows"})
+    for (const char* name : {"Music", "Pictures", "Program Files", "Windows"}) {
         secure.TV_SecureMode.Add({name, std::string("C:\\") + name, 0, 1, 2});
+    }
     secure.Fld_SecureData.SetText(
         "When restoring files, the User MUST be sure that the Process will not overwrite the "
         "existing data and destroy updated information.\r\n\r\nThis function allows selected "
@@ -112,11 +117,21 @@ void Show(const std::string& what, forms::Program& program, Frm_Mainmenu& window
     }
     desktop.ShowModeless(window);
     Fill(window);
-    if (what.starts_with("tab")) window.TAB_Backup.SetTab(what[3] - '0');
-    if (what == "tab4wait") window.Secure.TV_SecureMode.SetVisible(false);
-    if (what == "tab4wait") window.Secure.SSP_PleaseWait.SetVisible(true);
-    if (what == "tab4wait") window.Secure.SSP_ProgressSecure.SetFloodPercent(55);
-    if (what == "edit") window.Backup.SetEditMode(true);
+    if (what.starts_with("tab")) {
+        window.TAB_Backup.SetTab(what[3] - '0');
+    }
+    if (what == "tab4wait") {
+        window.Secure.TV_SecureMode.SetVisible(false);
+    }
+    if (what == "tab4wait") {
+        window.Secure.SSP_PleaseWait.SetVisible(true);
+    }
+    if (what == "tab4wait") {
+        window.Secure.SSP_ProgressSecure.SetFloodPercent(55);
+    }
+    if (what == "edit") {
+        window.Backup.SetEditMode(true);
+    }
     desktop.DoEvents();
     if (what == "backup") {
         static SampleRun run(program);
@@ -134,14 +149,16 @@ void Show(const std::string& what, forms::Program& program, Frm_Mainmenu& window
         static Frm_BackupWhere where(program, shown);
         desktop.ShowModal(where);
     }
-    if (what == "input")
+    if (what == "input") {
         desktop.Input("Please enter the name of the Configuration File.", "New Configuration", "");
-    if (what == "box")
+    }
+    if (what == "box") {
         desktop.Show({.text = "Are you sure that you wish to start the backup now?",
                       .buttons = forms::Buttons::kYesNo,
                       .icon = forms::Icon::kNone,
                       .title = "",
                       .default_button = 2});
+    }
 }
 
 }  // namespace

@@ -18,8 +18,11 @@ class DriveLists : public WindowFixture<WhereWindow> {
         return letter + ":" + (label.empty() ? "" : " [" + label + "]");
     }
     int IndexOf(const std::string& drive) const {
-        for (std::size_t i = 0; i < list.Entries().size(); ++i)
-            if (list.Entries()[i].starts_with(Entry(drive))) return static_cast<int>(i);
+        for (std::size_t i = 0; i < list.Entries().size(); ++i) {
+            if (list.Entries()[i].starts_with(Entry(drive))) {
+                return static_cast<int>(i);
+            }
+        }
         return -1;
     }
     void Expect(const std::string& drive) {
@@ -33,20 +36,26 @@ class DriveLists : public WindowFixture<WhereWindow> {
 class FolderLists : public WindowFixture<WhereWindow> {
   protected:
     FolderLists() {
-        for (const char* name : {"", "\\Alpha", "\\Alpha\\Deep", "\\beta", "\\Gamma"})
+        for (const char* name : {"", "\\Alpha", "\\Alpha\\Deep", "\\beta", "\\Gamma"}) {
             MakeFolder(root + name);
+        }
         list.SetPath(root);
         Happened();
     }
     ~FolderLists() override {
-        for (const char* name : {"\\Alpha\\Deep", "\\Alpha", "\\beta", "\\Gamma", ""})
+        for (const char* name : {"\\Alpha\\Deep", "\\Alpha", "\\beta", "\\Gamma", ""}) {
             RemoveFolder(root + name);
+        }
     }
     void MakeFolder(const std::string& path) {
-        if (!Files().Find(path)) Files().MakeFolder(path);
+        if (!Files().Find(path)) {
+            Files().MakeFolder(path);
+        }
     }
     void RemoveFolder(const std::string& path) {
-        if (Files().Find(path)) Files().RemoveFolder(path);
+        if (Files().Find(path)) {
+            Files().RemoveFolder(path);
+        }
     }
     platform::FileSystem& Files() { return machine->machine().files; }
     int IndexOf(const std::string& name) {
@@ -68,15 +77,22 @@ class FolderLists : public WindowFixture<WhereWindow> {
 class FileLists : public WindowFixture<MainWindow> {
   protected:
     FileLists() {
-        if (!Files().Find(folder)) Files().MakeFolder(folder);
-        for (const char* name : kNames) Put(name);
+        if (!Files().Find(folder)) {
+            Files().MakeFolder(folder);
+        }
+        for (const char* name : kNames) {
+            Put(name);
+        }
         window.TAB_Backup.SetTab(MainWindow::kEdit);
         list.SetPath(folder);
         Happened();
     }
     ~FileLists() override {
-        for (const char* name : kNames)
-            if (Files().Find(folder + "\\" + name)) Files().RemoveFile(folder + "\\" + name);
+        for (const char* name : kNames) {
+            if (Files().Find(folder + "\\" + name)) {
+                Files().RemoveFile(folder + "\\" + name);
+            }
+        }
         Files().RemoveFolder(folder);
     }
     void Put(const std::string& name) {
@@ -92,8 +108,9 @@ TEST_F(DriveLists, ShowDrivesWithTheirLabels) {
     const Lines items = user->Items(list);
     EXPECT_EQ(list.Entries(), items);
     for (const std::string& entry :
-         {Entry(machine->OtherDrive(), machine->OtherLabel()), Entry(machine->EmptyDrive())})
+         {Entry(machine->OtherDrive(), machine->OtherLabel()), Entry(machine->EmptyDrive())}) {
         EXPECT_EQ(1, std::count(items.begin(), items.end(), entry)) << entry;
+    }
     EXPECT_EQ(0, std::count(items.begin(), items.end(), Entry(machine->MissingDrive())));
 }
 

@@ -23,7 +23,9 @@ MenuPerson::~MenuPerson() {
 }
 
 void CALLBACK MenuPerson::Look(HWND, UINT, UINT_PTR, DWORD) {
-    if (g_person) g_person->PressNext();
+    if (g_person) {
+        g_person->PressNext();
+    }
 }
 
 HMENU MenuPerson::OpenMenu() {
@@ -36,7 +38,9 @@ void MenuPerson::PressNext() {
     const HMENU menu = OpenMenu();
     MSG waiting;
     // One key at a time: what comes next depends on what it does.
-    if (!menu || PeekMessageW(&waiting, owner_, WM_KEYFIRST, WM_KEYLAST, PM_NOREMOVE)) return;
+    if (!menu || PeekMessageW(&waiting, owner_, WM_KEYFIRST, WM_KEYLAST, PM_NOREMOVE)) {
+        return;
+    }
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         wchar_t text[200]{};
         GetMenuStringW(menu, static_cast<UINT>(i), text, 200, MF_BYPOSITION);
@@ -48,7 +52,9 @@ void MenuPerson::PressNext() {
     const bool there = state != static_cast<UINT>(-1) && (state & MF_HILITE);
     // Enter first also where the entry is disabled: what comes of it is the menu's to say.
     WPARAM key = there ? VK_RETURN : VK_DOWN;
-    if (there && pressed_) key = VK_ESCAPE;
+    if (there && pressed_) {
+        key = VK_ESCAPE;
+    }
     pressed_ = pressed_ || there;
     PressKey(owner_, key);
 }

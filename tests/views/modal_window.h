@@ -16,7 +16,9 @@ class RunningWindow : public RunWindow {
     std::function<void()> run, load;
 
     void Form_Load() override {
-        if (load) load();
+        if (load) {
+            load();
+        }
     }
     void Form_Activate() override { run(); }
     void Form_Unload() override { happened.push_back("Unload"); }

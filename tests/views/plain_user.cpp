@@ -20,7 +20,9 @@ T& As(forms::Control& control) {
 struct ChoosingView : forms::ControlView {
     explicit ChoosingView(forms::MenuItem& to_choose) : entry(to_choose) {}
     void Changed(forms::Aspect aspect) override {
-        if (aspect == forms::Aspect::kPopUp) entry.UserChoose();
+        if (aspect == forms::Aspect::kPopUp) {
+            entry.UserChoose();
+        }
     }
     forms::MenuItem& entry;
 };
@@ -48,7 +50,9 @@ class PlainUser : public ControlUser {
     }
     void RightClick(forms::Control& control) override {
         DoIfReached(control, [&] {
-            if (control.kind() == Kind::kTree) return As<forms::Tree>(control).UserMouseDown(2);
+            if (control.kind() == Kind::kTree) {
+                return As<forms::Tree>(control).UserMouseDown(2);
+            }
             As<forms::FileList>(control).UserMouseDown(2);
         });
     }
@@ -72,16 +76,21 @@ class PlainUser : public ControlUser {
         DoIfReached(list, [&] { list.UserOpen(index); });
     }
     void Press(forms::Control& control, Key key) override {
-        if (key == Key::kBlank) return Click(control);
-        if (key == Key::kDown) return Choose(control, Highlighted(control) + 1);
+        if (key == Key::kBlank) {
+            return Click(control);
+        }
+        if (key == Key::kDown) {
+            return Choose(control, Highlighted(control) + 1);
+        }
         DoubleClick(As<forms::FolderList>(control), Highlighted(control));
     }
     void ChooseNode(forms::Tree& tree, int node) override {
         DoIfReached(tree, [&] { tree.UserSelect(node); });
     }
     void Type(forms::TextBox& box, const std::string& keys) override {
-        for (const char key : keys)
+        for (const char key : keys) {
             Do([&] { box.UserType(box.Text() + (key == '\r' ? "\r\n" : std::string(1, key))); });
+        }
     }
     void ClickTab(forms::Tabs& tabs, int tab) override {
         DoIfReached(tabs, [&] { tabs.SetTab(tab); });
@@ -91,15 +100,24 @@ class PlainUser : public ControlUser {
     }
     void ChooseInPopUp(forms::MenuItem& entry, const forms::Event& open) override {
         ChoosingView view(entry);
-        for (forms::Control* control : entry.owner().controls())
-            if (control->kind() == Kind::kMenu) control->Bind(&view);
+        for (forms::Control* control : entry.owner().controls()) {
+            if (control->kind() == Kind::kMenu) {
+                control->Bind(&view);
+            }
+        }
         Do(open);
-        for (forms::Control* control : entry.owner().controls())
-            if (control->kind() == Kind::kMenu) control->Bind(nullptr);
+        for (forms::Control* control : entry.owner().controls()) {
+            if (control->kind() == Kind::kMenu) {
+                control->Bind(nullptr);
+            }
+        }
     }
     void LetTimePass(forms::Form& form) override {
-        for (forms::Control* control : form.controls())
-            if (control->kind() == Kind::kTimer) Do([&] { As<forms::Timer>(*control).Elapse(); });
+        for (forms::Control* control : form.controls()) {
+            if (control->kind() == Kind::kTimer) {
+                Do([&] { As<forms::Timer>(*control).Elapse(); });
+            }
+        }
     }
 
     std::string Text(forms::Control& control) override {
@@ -125,8 +143,9 @@ class PlainUser : public ControlUser {
             case Kind::kDriveList:
                 return As<forms::DriveList>(list).Entries();
             case Kind::kFolderList:
-                for (const auto& entry : As<forms::FolderList>(list).Entries())
+                for (const auto& entry : As<forms::FolderList>(list).Entries()) {
                     items.push_back(entry.name);
+                }
                 return items;
             case Kind::kFileList:
                 return ItemsOf(As<forms::FileList>(list));
@@ -149,7 +168,9 @@ class PlainUser : public ControlUser {
     bool Checked(forms::CheckBox& box) override { return box.Checked(); }
     forms::Label::Color Color(forms::Label& label) override { return label.ForeColor(); }
     double Percent(forms::Control& bar) override {
-        if (bar.kind() == Kind::kPanel) return As<forms::Panel>(bar).FloodPercent();
+        if (bar.kind() == Kind::kPanel) {
+            return As<forms::Panel>(bar).FloodPercent();
+        }
         return As<forms::ProgressBar>(bar).Value();
     }
     bool Playing(forms::Animation& clip) override { return clip.Playing(); }
@@ -188,13 +209,17 @@ class PlainUser : public ControlUser {
     }
     template <typename Body>
     void DoIfReached(const forms::Control& control, Body&& body) {
-        if (control.Enabled() && control.Visible()) Do(body);
+        if (control.Enabled() && control.Visible()) {
+            Do(body);
+        }
     }
 
     template <typename AnyList>
     static std::vector<std::string> ItemsOf(const AnyList& list) {
         std::vector<std::string> items;
-        for (int i = 0; i < list.Count(); ++i) items.push_back(list.Item(i));
+        for (int i = 0; i < list.Count(); ++i) {
+            items.push_back(list.Item(i));
+        }
         return items;
     }
 
@@ -202,8 +227,9 @@ class PlainUser : public ControlUser {
     // otherwise at the current folder.
     int HighlightedFolder(const forms::FolderList& list) const {
         const auto clicked = clicked_.find(&list);
-        if (clicked != clicked_.end() && clicked->second.path == list.Path())
+        if (clicked != clicked_.end() && clicked->second.path == list.Path()) {
             return clicked->second.index;
+        }
         return static_cast<int>(list.Entries().size()) - list.SubFolderCount() - 1;
     }
 
@@ -211,7 +237,9 @@ class PlainUser : public ControlUser {
     static void WalkNodes(const forms::Tree& tree, int parent, const std::string& indent,
                           const Visit& visit) {
         for (int node = 1; node <= tree.Count(); ++node) {
-            if (tree.At(node).parent != parent) continue;
+            if (tree.At(node).parent != parent) {
+                continue;
+            }
             visit(node, indent);
             WalkNodes(tree, node, indent + " ", visit);
         }

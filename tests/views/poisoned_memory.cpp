@@ -15,7 +15,9 @@ namespace {
 constexpr int kPoison = 0xDD;
 
 void GiveBack(void* memory) noexcept {
-    if (memory == nullptr) return;
+    if (memory == nullptr) {
+        return;
+    }
     std::memset(memory, kPoison, _msize(memory));
     std::free(memory);
 }
@@ -24,8 +26,9 @@ void GiveBack(void* memory) noexcept {
 LONG CALLBACK EndTests(EXCEPTION_POINTERS* what) {
     const EXCEPTION_RECORD& record = *what->ExceptionRecord;
     if (record.ExceptionCode != EXCEPTION_ACCESS_VIOLATION ||
-        record.ExceptionInformation[1] != ~static_cast<ULONG_PTR>(0))
+        record.ExceptionInformation[1] != ~static_cast<ULONG_PTR>(0)) {
         return EXCEPTION_CONTINUE_SEARCH;
+    }
     std::fputs("something that was given back has been used\n", stderr);
     std::fflush(stderr);
     constexpr UINT kExitCode = 3;
@@ -38,7 +41,9 @@ const PVOID g_watching = AddVectoredExceptionHandler(TRUE, EndTests);
 }  // namespace
 
 void* operator new(std::size_t size) {
-    if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
     throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept { GiveBack(memory); }

@@ -44,7 +44,9 @@ inline HWND WindowWhere(HWND parent, const std::function<bool(HWND)>& wanted) {
     } search{wanted};
     const auto visit = [](HWND window, LPARAM data) -> BOOL {
         auto& state = *reinterpret_cast<Search*>(data);
-        if (!state.found && state.wanted(window)) state.found = window;
+        if (!state.found && state.wanted(window)) {
+            state.found = window;
+        }
         return state.found == nullptr;
     };
     const auto data = reinterpret_cast<LPARAM>(&search);
@@ -68,15 +70,19 @@ inline HWND HandleOf(const forms::Control& control) {
         found = WindowWhere(top, [id](HWND each) { return GetDlgCtrlID(each) == id; });
         return found != nullptr;
     });
-    if (!found) throw std::runtime_error("no real control " + control.name());
+    if (!found) {
+        throw std::runtime_error("no real control " + control.name());
+    }
     return found;
 }
 
 // The window of a form, by one of its controls.
 inline HWND TopOf(const forms::Form& form) {
-    for (const forms::Control* control : form.controls())
-        if (control->kind() != forms::Kind::kTimer && control->kind() != forms::Kind::kMenu)
+    for (const forms::Control* control : form.controls()) {
+        if (control->kind() != forms::Kind::kTimer && control->kind() != forms::Kind::kMenu) {
             return GetAncestor(HandleOf(*control), GA_ROOT);
+        }
+    }
     throw std::runtime_error("no window " + form.name());
 }
 
@@ -96,7 +102,9 @@ enum class Mouse { kLeft, kRight, kTwice };
 inline void ClickAt(HWND window, POINT at, Mouse how = Mouse::kLeft) {
     ClientToScreen(window, &at);
     const HWND target = WindowFromPoint(at);
-    if (!target || !IsWindowEnabled(target)) return;
+    if (!target || !IsWindowEnabled(target)) {
+        return;
+    }
     ScreenToClient(target, &at);
     const LPARAM place = MAKELPARAM(at.x, at.y);
     const bool right = how == Mouse::kRight;
@@ -104,7 +112,9 @@ inline void ClickAt(HWND window, POINT at, Mouse how = Mouse::kLeft) {
     PostMessageW(target, right ? WM_RBUTTONDOWN : WM_LBUTTONDOWN, right ? MK_RBUTTON : MK_LBUTTON,
                  place);
     PostMessageW(target, up, 0, place);
-    if (how != Mouse::kTwice) return;
+    if (how != Mouse::kTwice) {
+        return;
+    }
     PostMessageW(target, WM_LBUTTONDBLCLK, MK_LBUTTON, place);
     PostMessageW(target, up, 0, place);
 }
@@ -145,9 +155,13 @@ inline std::vector<std::string> ItemsOf(HWND list) {
 inline int PixelsOf(HWND window, const RECT& part, COLORREF color) {
     const HDC device = GetDC(window);
     int count = 0;
-    for (LONG y = part.top; y < part.bottom; ++y)
-        for (LONG x = part.left; x < part.right; ++x)
-            if (GetPixel(device, x, y) == color) ++count;
+    for (LONG y = part.top; y < part.bottom; ++y) {
+        for (LONG x = part.left; x < part.right; ++x) {
+            if (GetPixel(device, x, y) == color) {
+                ++count;
+            }
+        }
+    }
     ReleaseDC(window, device);
     return count;
 }

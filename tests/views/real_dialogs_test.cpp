@@ -25,13 +25,17 @@ struct FileDialog {
 
 BOOL WINAPI ShowFileDialog(OPENFILENAMEW* dialog) {
     const wchar_t* end = dialog->lpstrFilter;
-    while (*end) end += std::wcslen(end) + 1;
+    while (*end) {
+        end += std::wcslen(end) + 1;
+    }
     file_dialog = {dialog->Flags,
                    dialog->lpstrTitle,
                    {dialog->lpstrFilter, end},
                    dialog->lpstrFile,
                    file_dialog.chosen};
-    if (file_dialog.chosen.empty()) return FALSE;
+    if (file_dialog.chosen.empty()) {
+        return FALSE;
+    }
     file_dialog.chosen.copy(dialog->lpstrFile, dialog->nMaxFile - 1);
     dialog->lpstrFile[file_dialog.chosen.size()] = L'\0';
     return TRUE;
@@ -49,8 +53,9 @@ class RealDialogs : public RealProgram {
         for (forms::Control* const control : window.controls()) {
             const Kind kind = control->kind();
             if (kind != Kind::kLabel && kind != Kind::kButton && kind != Kind::kCheckBox &&
-                kind != Kind::kFrame)
+                kind != Kind::kFrame) {
                 continue;
+            }
             ++seen;
             const auto face = faces.find(control->name());
             EXPECT_EQ(control->Caption(), user.Text(*control)) << control->name();

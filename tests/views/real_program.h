@@ -37,7 +37,9 @@ class RealProgram : public ::testing::Test {
             names.push_back(entry.name);
             return true;
         });
-        for (const auto& name : names) files.RemoveFile(program.InApplicationFolder(name));
+        for (const auto& name : names) {
+            files.RemoveFile(program.InApplicationFolder(name));
+        }
         files.RemoveFolder(process.application_folder);
     }
 

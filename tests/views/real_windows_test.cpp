@@ -24,9 +24,11 @@ class RealMainWindow : public RealProgram {
     // Those that stand on the screen, by what `text_of` says of them.
     Lines Seen(const std::function<std::string(forms::Control&)>& text_of) const {
         Lines lines;
-        for (forms::Control* control : window.controls())
-            if (control->kind() != Kind::kTimer && control->kind() != Kind::kMenu)
+        for (forms::Control* control : window.controls()) {
+            if (control->kind() != Kind::kTimer && control->kind() != Kind::kMenu) {
                 lines.push_back(control->name() + ": " + text_of(*control));
+            }
+        }
         return lines;
     }
     void ShowTab(int tab) {
@@ -34,9 +36,11 @@ class RealMainWindow : public RealProgram {
         program.desktop.DoEvents();
     }
     std::string Focus() const {
-        for (const forms::Control* control : window.controls())
-            if (const int id = IdOf(*control); id && id == GetDlgCtrlID(GetFocus()))
+        for (const forms::Control* control : window.controls()) {
+            if (const int id = IdOf(*control); id && id == GetDlgCtrlID(GetFocus())) {
                 return control->name();
+            }
+        }
         return "nothing of ours";
     }
     // The controls that the Tab key leads to, from the tabs around to them again.
@@ -47,9 +51,13 @@ class RealMainWindow : public RealProgram {
         for (;;) {
             PressKey(GetFocus(), VK_TAB);
             program.desktop.DoEvents();
-            if (Focus() == "TAB_Backup") return order;
+            if (Focus() == "TAB_Backup") {
+                return order;
+            }
             order.push_back(Focus());
-            if (order.size() == kTooMany) return order;
+            if (order.size() == kTooMany) {
+                return order;
+            }
         }
     }
     // The same with the Shift key held down.
@@ -87,13 +95,18 @@ class RealMainWindow : public RealProgram {
         std::string keys;
         WindowWhere(Page(), [&keys](HWND each) {
             const bool is_label = ClassOf(each) == L"Static";
-            if (is_label && (GetWindowLongPtrW(each, GWL_STYLE) & SS_NOPREFIX)) return false;
-            if (!is_label && ClassOf(each) != L"Button") return false;
+            if (is_label && (GetWindowLongPtrW(each, GWL_STYLE) & SS_NOPREFIX)) {
+                return false;
+            }
+            if (!is_label && ClassOf(each) != L"Button") {
+                return false;
+            }
             std::wstring text(100, L'\0');
             GetWindowTextW(each, text.data(), static_cast<int>(text.size()));
             const std::size_t mark = text.find(L'&');
-            if (mark != std::wstring::npos)
+            if (mark != std::wstring::npos) {
                 keys += static_cast<char>(std::toupper(static_cast<int>(text[mark + 1])));
+            }
             return false;
         });
         return keys;
@@ -151,7 +164,9 @@ TEST_F(RealMainWindow, EachToolTipIsThereAndLabelsThatHaveOneTakeTheMouse) {
     EXPECT_EQ(Seen([](auto& each) { return each.Tooltip(); }), Seen(tip_of));
     for (const forms::Control* control : window.controls()) {
         const HWND handle = control->Tooltip().empty() ? nullptr : HandleOf(*control);
-        if (!handle || ClassOf(handle) != L"Static") continue;  // all else takes the mouse
+        if (!handle || ClassOf(handle) != L"Static") {
+            continue;  // all else takes the mouse
+        }
         POINT middle = MiddleOf(ClientOf(handle));
         ClientToScreen(handle, &middle);
         EXPECT_NE(HTTRANSPARENT, Send(handle, WM_NCHITTEST, 0, MAKELPARAM(middle.x, middle.y)))
@@ -262,7 +277,9 @@ TEST_F(RealSplash, GradientFillsTheWindowInAnotherSize) {
 
 TEST_F(RealSplash, LabelsStandOnTheGradientInArial) {
     for (const forms::Control* control : splash.controls()) {
-        if (control->kind() != Kind::kLabel) continue;
+        if (control->kind() != Kind::kLabel) {
+            continue;
+        }
         const HWND label = HandleOf(*control);
         EXPECT_EQ("Arial", FaceOf(label)) << control->name();
         EXPECT_EQ(control->Caption(), user.Text(*splash.Find(control->name())));

@@ -17,7 +17,9 @@ class MainOnScreen : public WindowFixture<MainWindow> {
     }
     static std::string Numbered(int lines) {
         std::string text;
-        for (int i = 0; i < lines; ++i) text += std::to_string(i) + "\r\n";
+        for (int i = 0; i < lines; ++i) {
+            text += std::to_string(i) + "\r\n";
+        }
         return text;
     }
 };
@@ -66,7 +68,9 @@ TEST_F(RunOnScreen, RefreshShowsWhatWasPutOff) {
 }
 
 TEST_F(RunOnScreen, ClickOnALineThatIsGoneChoosesNothing) {
-    for (const char* line : {"a", "b", "c"}) window.Lst_Details.Add(line);
+    for (const char* line : {"a", "b", "c"}) {
+        window.Lst_Details.Add(line);
+    }
     program.desktop.DoEvents();
     window.Lst_Details.Clear();
     Send(List(), LB_SETCURSEL, 2);
@@ -147,8 +151,11 @@ TEST_F(MainOnScreen, OnlyThePageOfTheShownTabIsSeen) {
                                         static_cast<forms::Control*>(&window.Fld_INI),
                                         static_cast<forms::Control*>(&window.Fld_Log),
                                         static_cast<forms::Control*>(&window.TV_SecureMode),
-                                        static_cast<forms::Control*>(&window.Lbl_WebAddress)})
-            if (IsWindowVisible(HandleOf(*control))) names.push_back(control->name());
+                                        static_cast<forms::Control*>(&window.Lbl_WebAddress)}) {
+            if (IsWindowVisible(HandleOf(*control))) {
+                names.push_back(control->name());
+            }
+        }
         return names;
     };
     const Lines expected{"Cmd_Backup", "SSP_TotalFiles", "Fld_INI",
@@ -174,7 +181,9 @@ TEST_F(MainOnScreen, TimerThatIsSwitchedOffWakesNobody) {
     static int g_woken;
     const auto count = [](HWND top, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                           DWORD_PTR) -> LRESULT {
-        if (message == WM_TIMER) ++g_woken;
+        if (message == WM_TIMER) {
+            ++g_woken;
+        }
         return DefSubclassProc(top, message, wparam, lparam);
     };
     g_woken = 0;

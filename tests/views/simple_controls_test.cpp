@@ -22,7 +22,9 @@ TEST_F(Buttons, PressedByTheUserRaiseOneClick) {
 }
 
 TEST_F(Buttons, EachPressIsOneClick) {
-    for (int i = 0; i < 3; ++i) user->Click(window.Cmd_Backup);
+    for (int i = 0; i < 3; ++i) {
+        user->Click(window.Cmd_Backup);
+    }
     EXPECT_EQ(3u, Happened().size());
 }
 

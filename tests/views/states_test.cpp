@@ -15,7 +15,9 @@ class States : public WindowFixture<Window> {
     Lines Look() {
         Lines lines;
         for (forms::Control* control : this->window.controls()) {
-            if (!IsSeen(*control)) continue;
+            if (!IsSeen(*control)) {
+                continue;
+            }
             lines.push_back(control->name() +
                             (this->user->Enabled(*control) ? " enabled" : " disabled") +
                             (this->user->Visible(*control) ? " visible" : " hidden"));
@@ -25,7 +27,9 @@ class States : public WindowFixture<Window> {
     Lines LookAtObjects() {
         Lines lines;
         for (const forms::Control* control : this->window.controls()) {
-            if (!IsSeen(*control)) continue;
+            if (!IsSeen(*control)) {
+                continue;
+            }
             lines.push_back(control->name() + (control->Enabled() ? " enabled" : " disabled") +
                             (control->Visible() ? " visible" : " hidden"));
         }
@@ -48,7 +52,9 @@ TYPED_TEST(States, AtFirstAreThoseOfTheObjects) { EXPECT_EQ(this->LookAtObjects(
 TYPED_TEST(States, DisablingOneIsSeenAndTouchesNoOther) {
     const Lines before = this->Look();
     for (forms::Control* control : this->window.controls()) {
-        if (!this->IsSeen(*control)) continue;
+        if (!this->IsSeen(*control)) {
+            continue;
+        }
         control->SetEnabled(false);
         EXPECT_EQ(this->LookAtObjects(), this->Look());
         EXPECT_NE(before, this->Look()) << control->name();
@@ -62,7 +68,9 @@ TYPED_TEST(States, HidingOneIsSeenAndTouchesNoOther) {
     const Lines before = this->Look();
     for (forms::Control* control : this->window.controls()) {
         // The panel that another one stands on is a case of its own.
-        if (!this->IsSeen(*control) || control->name() == "SSP_PleaseWait") continue;
+        if (!this->IsSeen(*control) || control->name() == "SSP_PleaseWait") {
+            continue;
+        }
         const bool visible = control->Visible();
         control->SetVisible(!visible);
         EXPECT_EQ(this->LookAtObjects(), this->Look());

@@ -61,7 +61,9 @@ TEST_F(TextBoxes, DisabledTakeNothingFromTheUser) {
 
 TEST_F(TextBoxes, HandlerMayReplaceWhatWasTyped) {
     box.Change = [&] {
-        if (box.Text() != "?") box.SetText("?");
+        if (box.Text() != "?") {
+            box.SetText("?");
+        }
     };
     user->Type(box, "x");
     EXPECT_EQ("?", box.Text());
@@ -88,7 +90,9 @@ TEST_F(LongTexts, ReadOnlyRefuseTyping) {
 
 TEST_F(LongTexts, HoldMoreThanSixtyFourThousandCharacters) {
     std::string text;
-    for (int i = 0; i < 7000; ++i) text += "0123456789\r\n";
+    for (int i = 0; i < 7000; ++i) {
+        text += "0123456789\r\n";
+    }
     window.Fld_Log.SetText(text);
     EXPECT_EQ(1u, Happened().size());
     EXPECT_EQ(text, user->Text(window.Fld_Log));

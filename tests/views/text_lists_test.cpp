@@ -10,7 +10,9 @@ const Lines kSets{"Daily.ini", "Weekly.ini", "Letters.INI"};
 class Combos : public WindowFixture<MainWindow> {
   protected:
     Combos() {
-        for (const std::string& set : kSets) combo.Add(set);
+        for (const std::string& set : kSets) {
+            combo.Add(set);
+        }
     }
     // What is seen is what the object holds.
     void Expect(int index, const std::string& text) {
@@ -25,7 +27,9 @@ class Combos : public WindowFixture<MainWindow> {
 class ListBoxes : public WindowFixture<RunWindow> {
   protected:
     ListBoxes() {
-        for (const std::string& set : kSets) list.Add(set);
+        for (const std::string& set : kSets) {
+            list.Add(set);
+        }
     }
     forms::ListBox& list = window.Lst_Details;
 };
@@ -182,7 +186,9 @@ TEST_F(Combos, ErrorOfTheHandlerLeavesTheChoiceAsItIs) {
 TEST_F(ListBoxes, ShowWhatIsAdded) {
     EXPECT_EQ(kSets, user->Items(list));
     EXPECT_EQ(-1, user->Highlighted(list));
-    for (int i = 0; i < 200; ++i) list.Add(std::to_string(i));
+    for (int i = 0; i < 200; ++i) {
+        list.Add(std::to_string(i));
+    }
     const Lines items = user->Items(list);
     ASSERT_EQ(203u, items.size());
     EXPECT_EQ("199", items.back());
@@ -219,7 +225,9 @@ TEST_F(ListBoxes, RemovingEntriesKeepsTheRest) {
 TEST_F(ListBoxes, ClearedAndFilledAgainShowOnlyTheNewEntries) {
     EXPECT_EQ(3u, user->Items(list).size());
     list.Clear();
-    for (const char* text : {"a", "b", "c", "d"}) list.Add(text);
+    for (const char* text : {"a", "b", "c", "d"}) {
+        list.Add(text);
+    }
     EXPECT_EQ((Lines{"a", "b", "c", "d"}), user->Items(list));
     EXPECT_EQ(-1, user->Highlighted(list));
 }

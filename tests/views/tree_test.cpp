@@ -81,7 +81,9 @@ TEST_F(Trees, ClearedSelectNothing) {
 
 TEST_F(Trees, FilledAgainShowOnlyTheNewNodes) {
     tree.Clear();
-    for (const char* name : {"One", "Two", "Three", "Four"}) Add(name, 0);
+    for (const char* name : {"One", "Two", "Three", "Four"}) {
+        Add(name, 0);
+    }
     EXPECT_EQ((Lines{"One", "Two", "Three", "Four"}), user->Nodes(tree));
     user->ChooseNode(tree, 4);
     ExpectSelected(4, "Four");

@@ -118,7 +118,9 @@ TEST_F(UnloadingWhere, FromADriveList) {
 TEST_F(UnloadingWhere, FromAFolderList) {
     window.Dir_DirList.SetPath(machine->WorkDrive());
     const std::string folder = machine->WorkDrive() + "\\Vantrel unloading";
-    if (!program.machine.files.Find(folder)) program.machine.files.MakeFolder(folder);
+    if (!program.machine.files.Find(folder)) {
+        program.machine.files.MakeFolder(folder);
+    }
     window.Dir_DirList.SetPath(folder);
     window.Dir_DirList.Change = Unloads();
     user->DoubleClick(window.Dir_DirList, 0);

@@ -18,9 +18,11 @@ void CALLBACK CountTick(HWND, UINT, UINT_PTR, DWORD) { ++g_ticks; }
 
 UINT LongestInterval(const forms::Form& form) {
     std::chrono::milliseconds longest{1};
-    for (const forms::Control* control : form.controls())
-        if (control->kind() == forms::Kind::kTimer)
+    for (const forms::Control* control : form.controls()) {
+        if (control->kind() == forms::Kind::kTimer) {
             longest = std::max(longest, static_cast<const forms::Timer*>(control)->Interval());
+        }
+    }
     return static_cast<UINT>(longest.count());
 }
 
@@ -35,10 +37,14 @@ void Win32User::WaitUntil(const std::function<bool()>& done) {
     g_hanging = false;
     const UINT_PTR limit = SetTimer(nullptr, 0, kHangLimit, Hang);
     const UINT_PTR poll = SetTimer(nullptr, 0, kPoll, Wake);
-    while (!done() && !g_hanging) desktop_.WaitEvents();
+    while (!done() && !g_hanging) {
+        desktop_.WaitEvents();
+    }
     KillTimer(nullptr, poll);
     KillTimer(nullptr, limit);
-    if (!done()) throw std::runtime_error("waited in vain");
+    if (!done()) {
+        throw std::runtime_error("waited in vain");
+    }
 }
 
 void Win32User::Click(const forms::Control& control, POINT at, Mouse how) {
@@ -71,12 +77,16 @@ POINT Win32User::PlaceOf(HWND list, int index) {
 
 void Win32User::Choose(forms::Control& list, int index) {
     HWND window = Settled(list);
-    if (ClassOf(window) != L"ComboBox") return Click(list, PlaceOf(window, index), Mouse::kLeft);
+    if (ClassOf(window) != L"ComboBox") {
+        return Click(list, PlaceOf(window, index), Mouse::kLeft);
+    }
     Click(list);
     COMBOBOXINFO combo{};
     combo.cbSize = sizeof combo;
     GetComboBoxInfo(window, &combo);
-    if (!IsWindowVisible(combo.hwndList)) return;  // it did not open
+    if (!IsWindowVisible(combo.hwndList)) {
+        return;  // it did not open
+    }
     ClickAt(combo.hwndList, PlaceOf(combo.hwndList, index));
     desktop_.DoEvents();
 }
@@ -88,7 +98,9 @@ void Win32User::DoubleClick(forms::FolderList& list, int index) {
 void Win32User::Press(forms::Control& control, Key key) {
     const HWND window = Settled(control);
     SetFocus(window);
-    if (GetFocus() != window) return;
+    if (GetFocus() != window) {
+        return;
+    }
     PressKey(window, key == Key::kBlank ? VK_SPACE : key == Key::kEnter ? VK_RETURN : VK_DOWN);
     desktop_.DoEvents();
 }
@@ -97,7 +109,9 @@ void Win32User::ChooseNode(forms::Tree& tree, int node) {
     const HWND window = Settled(tree);
     for (const TreeItem& each : ItemsOfTree(window)) {
         std::wstring text;
-        if (LookAt(window, each.item, TVIF_PARAM, text).lParam != node) continue;
+        if (LookAt(window, each.item, TVIF_PARAM, text).lParam != node) {
+            continue;
+        }
         TreeView_EnsureVisible(window, each.item);
         RECT area{};
         TreeView_GetItemRect(window, each.item, &area, TRUE);
@@ -109,7 +123,9 @@ void Win32User::ChooseNode(forms::Tree& tree, int node) {
 void Win32User::Type(forms::TextBox& box, const std::string& keys) {
     Click(box);
     const HWND window = Settled(box);
-    if (GetFocus() != window) return;
+    if (GetFocus() != window) {
+        return;
+    }
     const auto end = static_cast<WPARAM>(GetWindowTextLengthW(window));
     Send(window, EM_SETSEL, end, static_cast<LPARAM>(end));
     for (const wchar_t key : views::Wide(keys)) {
@@ -140,7 +156,9 @@ void Win32User::ChooseInPopUp(forms::MenuItem& entry, const forms::Event& open) 
     MenuPerson person(TopOf(entry.owner()), IdOf(entry));
     desktop_.RunGuarded(open);
     WaitUntil([&] { return person.Done(); });
-    for (const auto& [id, seen] : person.Seen()) in_pop_ups_[id] = seen;
+    for (const auto& [id, seen] : person.Seen()) {
+        in_pop_ups_[id] = seen;
+    }
 }
 
 void Win32User::LetTimePass(forms::Form& form) {

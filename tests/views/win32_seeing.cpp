@@ -43,7 +43,9 @@ LRESULT CALLBACK Win32User::Overhear(int code, WPARAM wparam, LPARAM lparam) {
     const bool of_clips = message == ACM_OPENW || message == ACM_PLAY || message == ACM_STOP;
     if (code == HC_ACTION && of_clips && ClassOf(answered.hwnd) == ANIMATE_CLASSW) {
         g_playing.erase(answered.hwnd);
-        if (message == ACM_PLAY && answered.lResult) g_playing.insert(answered.hwnd);
+        if (message == ACM_PLAY && answered.lResult) {
+            g_playing.insert(answered.hwnd);
+        }
     }
     return CallNextHookEx(nullptr, code, wparam, lparam);
 }
@@ -52,20 +54,25 @@ SeenEntry Win32User::LookAtEntry(forms::Control& entry) {
     const auto id = static_cast<UINT>(IdOf(entry));
     const HMENU bar = GetMenu(TopOf(entry.owner()));
     wchar_t text[200]{};
-    if (!GetMenuStringW(bar, id, text, 200, MF_BYCOMMAND))
+    if (!GetMenuStringW(bar, id, text, 200, MF_BYCOMMAND)) {
         return in_pop_ups_.at(static_cast<int>(id));
+    }
     const UINT state = GetMenuState(bar, id, MF_BYCOMMAND);
     return {views::Utf8(text), (state & (MF_GRAYED | MF_DISABLED)) == 0};
 }
 
 std::string Win32User::Text(forms::Control& control) {
-    if (control.kind() == Kind::kMenu) return LookAtEntry(control).text;
+    if (control.kind() == Kind::kMenu) {
+        return LookAtEntry(control).text;
+    }
     const HWND window = Settled(control);
     return control.kind() == Kind::kStatusBar ? StatusText(window) : views::TextOf(window);
 }
 
 bool Win32User::Enabled(forms::Control& control) {
-    if (control.kind() == Kind::kMenu) return LookAtEntry(control).enabled;
+    if (control.kind() == Kind::kMenu) {
+        return LookAtEntry(control).enabled;
+    }
     return IsWindowEnabled(Settled(control)) != FALSE;
 }
 
@@ -94,7 +101,9 @@ forms::Label::Color Win32User::Color(forms::Label& label) {
 
 double Win32User::Percent(forms::Control& bar) {
     const HWND window = Settled(bar);
-    if (bar.kind() == Kind::kPanel) return FilledPercent(window);
+    if (bar.kind() == Kind::kPanel) {
+        return FilledPercent(window);
+    }
     return static_cast<double>(Send(window, PBM_GETPOS));
 }
 
@@ -145,7 +154,9 @@ std::string Win32User::SelectedNode(forms::Tree& tree) {
     const HWND window = Settled(tree);
     const HTREEITEM item = TreeView_GetSelection(window);
     std::wstring text;
-    if (item) LookAt(window, item, TVIF_TEXT, text);
+    if (item) {
+        LookAt(window, item, TVIF_TEXT, text);
+    }
     return views::Utf8(text);
 }
 

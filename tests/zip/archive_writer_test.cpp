@@ -102,8 +102,9 @@ TEST_F(ArchiveWriter, OneProcessorUsesOneThreadForTheFiles) {
     std::set<std::thread::id> threads;
     files.before = [&](const std::string& call, const std::string& path) {
         const std::lock_guard lock(mutex);
-        if (call == "Read" && path.starts_with("C:\\Data"))
+        if (call == "Read" && path.starts_with("C:\\Data")) {
             threads.insert(std::this_thread::get_id());
+        }
     };
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(threads.size(), 1u);

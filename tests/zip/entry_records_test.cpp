@@ -157,7 +157,7 @@ TEST(CentralRecord, Zip64HoldsOnlyWhatIsSaturatedInOrder) {
 
 TEST(LocalHeader, WideSizesAreBothThereAndKeepTheLength) {
     Entry entry = Plain();
-    entry.wide_local = true;
+    entry.zip64_sizes = true;
     const std::size_t reserved = Local(entry).size();
     entry.size = 0x100000001;
     entry.packed_size = 5;

@@ -78,7 +78,9 @@ TEST_F(GrowingPlan, EntriesInAnotherOrderThanTheirDataAreSortedInTheEnd) {
 class FailingCodePage : public platform::HostCodePage {
   public:
     std::string Fold(const std::string& utf8) override {
-        if (utf8 == "last.txt") throw std::bad_alloc();
+        if (utf8 == "last.txt") {
+            throw std::bad_alloc();
+        }
         return HostCodePage::Fold(utf8);
     }
 };

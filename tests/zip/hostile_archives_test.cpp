@@ -50,7 +50,9 @@ Snapshot Look(platform::FileSystem& files, const std::string& folder, const std:
 class HostileArchiveTest : public ::testing::TestWithParam<HostileArchive> {
   protected:
     void Prepare(platform::FileSystem& files) {
-        for (const char* folder : {"C:\\Hostile", kOut, kOutside}) files.MakeFolder(folder);
+        for (const char* folder : {"C:\\Hostile", kOut, kOutside}) {
+            files.MakeFolder(folder);
+        }
         platform::WriteWholeFile(files, kArchive, GetParam().bytes);
         platform::WriteWholeFile(files, std::string(kOutside) + "\\inner", "precious");
         const std::string out = std::string(kOut) + "\\";
@@ -82,11 +84,15 @@ class HostileArchiveTest : public ::testing::TestWithParam<HostileArchive> {
             }
         }
         Strings replaced;
-        for (const std::string& path : GetParam().replaced) replaced.push_back(out + path);
+        for (const std::string& path : GetParam().replaced) {
+            replaced.push_back(out + path);
+        }
         std::sort(made.begin(), made.end());
         EXPECT_THAT(made, ElementsAreArray(GetParam().restored));
         EXPECT_THAT(changed, ElementsAreArray(replaced));
-        for (const auto& [path, what] : before) EXPECT_TRUE(after.contains(path)) << path;
+        for (const auto& [path, what] : before) {
+            EXPECT_TRUE(after.contains(path)) << path;
+        }
     }
 
     void Judge() {

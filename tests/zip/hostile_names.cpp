@@ -6,7 +6,9 @@ namespace {
 
 std::string Repeated(const std::string& text, int times) {
     std::string all;
-    for (int i = 0; i < times; ++i) all += text;
+    for (int i = 0; i < times; ++i) {
+        all += text;
+    }
     return all;
 }
 
@@ -15,7 +17,9 @@ BuiltEntry Named(const std::string& name) { return {.name = name, .content = "ev
 HostileArchive OfNames(const std::string& trick, const Strings& names, const Strings& restored,
                        int failed, int reported) {
     std::vector<BuiltEntry> entries;
-    for (const std::string& name : names) entries.push_back(Named(name));
+    for (const std::string& name : names) {
+        entries.push_back(Named(name));
+    }
     return {trick, Built(std::move(entries)), restored, failed, reported};
 }
 

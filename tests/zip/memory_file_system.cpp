@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "common/error.h"
-#include "tests/zip/memory_file.h"
 #include "common/path.h"
+#include "tests/zip/memory_file.h"
 
 namespace vantrel::test {
 

@@ -14,15 +14,15 @@ class RetryUntilCancel : public Recorder, public zip::Questions {
     int asked = 0;
     int asked_after_cancel = 0;
 
-    void Overall(int percent, bool& cancel) override {
-        Recorder::Overall(percent, cancel);
+    void OnProgress(int percent, bool& cancel) override {
+        Recorder::OnProgress(percent, cancel);
         cancelled_ |= cancel;
     }
     bool AskRetry(const std::string&) override {
         ++(cancelled_ ? asked_after_cancel : asked);
         return true;
     }
-    zip::Questions* Answers() override { return this; }
+    zip::Questions* QuestionHandler() override { return this; }
 
   private:
     bool cancelled_ = false;

@@ -86,7 +86,9 @@ TEST_F(ExtractionFailure, FileIsReplacedOnlyByOneThatIsOnTheDisk) {
     files.Put("C:\\Out\\a.txt", "old");
     Strings replaced;
     files.before = [&](const std::string& call, const std::string& path) {
-        if (call != "Replace") return;
+        if (call != "Replace") {
+            return;
+        }
         replaced.push_back(path);
         EXPECT_TRUE(files.AllFlushed("C:\\Out\\~vantrel-1.tmp"));
     };
@@ -210,7 +212,9 @@ TEST_F(ExtractionFailure, FolderIsOpenedForFilesThatLieTogetherAndAnewAfterAQues
             return true;
         }};
         events.questions = &questions;
-        if (full) counting.capacity = counting.Info(options.archive).size + 1000;
+        if (full) {
+            counting.capacity = counting.Info(options.archive).size + 1000;
+        }
         result = zip::ExtractArchive(WithFiles(machine.machine(), counting), options, events);
         EXPECT_EQ(result.outcome, RunOutcome::kComplete);
         EXPECT_EQ(counting.Content("C:\\Out\\s\\b"), Prose(3000));

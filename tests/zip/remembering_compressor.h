@@ -19,7 +19,9 @@ class RememberingCompressor : public zip::RawCompressor {
             chunk_ = chunk;
             packed_.resize(Bound(size));
             packed_.resize(compressor_->Compress(in, size, Bytes(), packed_.size()));
-            if (packed_.size() > capacity) return 0;
+            if (packed_.size() > capacity) {
+                return 0;
+            }
         }
         std::copy(packed_.begin(), packed_.end(), out);
         return packed_.size();

@@ -252,7 +252,7 @@ TEST_F(SpanningPrompts, UnattendedRunFailsAndLeavesTheDiskUnchanged) {
     EXPECT_EQ(Run(), RunOutcome::kFailed);
     EXPECT_EQ(events.messages.back().kind, MessageKind::kError);
     EXPECT_EQ(events.messages.back().text,
-              "The archive needs disk 2, and nobody is there to insert it: A:\\Weekly.zip.");
+              "The archive needs disk 2, which an unattended run cannot ask for: A:\\Weekly.zip.");
     EXPECT_EQ(Everywhere(), Strings{});
 }
 

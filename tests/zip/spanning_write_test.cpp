@@ -1,4 +1,4 @@
-// Archives that go on on the next disk.
+// Archives that continue on the next disk.
 #include "tests/zip/remembering_compressor.h"
 #include "tests/zip/spanning_fixture.h"
 #include "zip/disks/archive_target.h"

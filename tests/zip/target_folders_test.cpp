@@ -2,9 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "common/path.h"
 #include "tests/zip/hostile_archives.h"
 #include "tests/zip/reader_fixture.h"
-#include "common/path.h"
 #include "zip/pkunzip.h"
 
 namespace vantrel::test {

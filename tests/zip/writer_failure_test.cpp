@@ -20,7 +20,7 @@ TEST_F(WriterFailure, FullDiskWhereASecondOneWasWantedSaysSo) {
     files.capacity = 8 * kChunkSize;
     options.spanning = true;
     ExpectFailedUnattended(error_number::kDiskFull,
-                           "The archive needs disk 2, and nobody is there to insert it: "
+                           "The archive needs disk 2, which an unattended run cannot ask for: "
                            "C:\\Backup\\Weekly.zip.");
 }
 
@@ -283,8 +283,8 @@ TEST_F(WriterFailure, CancelAtEveryEvent) {
 
 TEST_F(WriterFailure, CancelAtTheLastEventLeavesTheEarlierArchive) {
     struct LastCanceller : Recorder {
-        void Overall(int percent, bool& cancel) override {
-            Recorder::Overall(percent, cancel);
+        void OnProgress(int percent, bool& cancel) override {
+            Recorder::OnProgress(percent, cancel);
             cancel = percent == 100;
         }
     } canceller;

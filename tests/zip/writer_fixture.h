@@ -48,7 +48,7 @@ class Recorder : public zip::RunEvents {
     bool wants_each_file = true;
     zip::Questions* questions = nullptr;
 
-    void Overall(int percent, bool& cancel) override {
+    void OnProgress(int percent, bool& cancel) override {
         overall.push_back(percent);
         threads.push_back(std::this_thread::get_id());
         cancel = overall.size() == cancel_at;
@@ -56,10 +56,10 @@ class Recorder : public zip::RunEvents {
             on_overall();
         }
     }
-    void OfFile(int percent) override { of_file.push_back(percent); }
-    void Told(const zip::ComponentMessage& message) override { messages.push_back(message); }
+    void OnFileProgress(int percent) override { of_file.push_back(percent); }
+    void OnMessage(const zip::ComponentMessage& message) override { messages.push_back(message); }
     bool WantsEachFile() const override { return wants_each_file; }
-    zip::Questions* Answers() override { return questions; }
+    zip::Questions* QuestionHandler() override { return questions; }
 
     std::vector<std::string> Texts(zip::MessageKind kind) const {
         std::vector<std::string> texts;

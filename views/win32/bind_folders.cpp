@@ -21,7 +21,9 @@ class FolderListBinder : public Binder {
     ~FolderListBinder() override { RemoveWindowSubclass(handle(), Keys, 0); }
 
     void Command(WORD code) override {
-        if (code == LBN_DBLCLK) list_.UserOpen(Send(LB_GETCURSEL));
+        if (code == LBN_DBLCLK) {
+            list_.UserOpen(Send(LB_GETCURSEL));
+        }
     }
 
     void Rescale(int dpi) override {
@@ -35,7 +37,9 @@ class FolderListBinder : public Binder {
     }
 
     void Draw(const DRAWITEMSTRUCT& item) override {
-        if (item.itemID >= list_.Entries().size()) return;
+        if (item.itemID >= list_.Entries().size()) {
+            return;
+        }
         const forms::FolderList::Entry& entry = list_.Entries()[item.itemID];
         const bool selected = (item.itemState & ODS_SELECTED) != 0;
         const bool disabled = (item.itemState & ODS_DISABLED) != 0;
@@ -52,20 +56,28 @@ class FolderListBinder : public Binder {
                                                       : COLOR_WINDOWTEXT));
         DrawTextW(item.hDC, Wide(entry.name).c_str(), -1, &area,
                   DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
-        if (item.itemState & ODS_FOCUS) DrawFocusRect(item.hDC, &item.rcItem);
+        if (item.itemState & ODS_FOCUS) {
+            DrawFocusRect(item.hDC, &item.rcItem);
+        }
     }
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kEnabled) InvalidateRect(handle(), nullptr, TRUE);
-        if (aspect != Aspect::kItems) return;
+        if (aspect == Aspect::kEnabled) {
+            InvalidateRect(handle(), nullptr, TRUE);
+        }
+        if (aspect != Aspect::kItems) {
+            return;
+        }
         SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
         Send(LB_RESETCONTENT);
         int current = -1;
         for (const forms::FolderList::Entry& entry : list_.Entries()) {
             const std::wstring name = Wide(entry.name);
             const int index = Send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
-            if (entry.open) current = index;
+            if (entry.open) {
+                current = index;
+            }
         }
         Send(LB_SETCURSEL, static_cast<WPARAM>(current));
         SendMessageW(handle(), WM_SETREDRAW, TRUE, 0);
@@ -76,8 +88,9 @@ class FolderListBinder : public Binder {
     // Enter opens the highlighted folder instead of pressing the window's default button.
     static LRESULT CALLBACK Keys(HWND list, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                  DWORD_PTR) {
-        if (message == WM_GETDLGCODE && wparam == VK_RETURN)
+        if (message == WM_GETDLGCODE && wparam == VK_RETURN) {
             return DLGC_WANTMESSAGE | DefSubclassProc(list, message, wparam, lparam);
+        }
         if (message == WM_KEYDOWN && wparam == VK_RETURN) {
             SendMessageW(GetParent(list), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_DBLCLK),
                          reinterpret_cast<LPARAM>(list));

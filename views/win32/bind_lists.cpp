@@ -25,9 +25,13 @@ class ListBinder : public Binder {
         : Binder(window, control, handle, id), messages_(messages) {}
 
     void Command(WORD code) override {
-        if (code != (&messages_ == &kCombo ? CBN_SELCHANGE : LBN_SELCHANGE)) return;
+        if (code != (&messages_ == &kCombo ? CBN_SELCHANGE : LBN_SELCHANGE)) {
+            return;
+        }
         const int chosen = Send(messages_.selection);
-        if (chosen >= Count()) return Flush();  // it is gone, and only still shown
+        if (chosen >= Count()) {
+            return Flush();  // it is gone, and only still shown
+        }
         Choose(chosen);
     }
 
@@ -47,12 +51,17 @@ class ListBinder : public Binder {
     void WidenFor(const std::wstring& text) const {
         constexpr int kMargin = 4;  // what the list leaves beside its entries
         const int needed = TextDevice(handle()).WidthOf(text) + kMargin;
-        if (needed > Send(LB_GETHORIZONTALEXTENT))
+        if (needed > Send(LB_GETHORIZONTALEXTENT)) {
             Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(needed));
+        }
     }
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kItems) ShowEntries();
-        if (aspect == Aspect::kItems || aspect == Aspect::kSelection) ShowSelection();
+        if (aspect == Aspect::kItems) {
+            ShowEntries();
+        }
+        if (aspect == Aspect::kItems || aspect == Aspect::kSelection) {
+            ShowSelection();
+        }
     }
 
   private:
@@ -63,7 +72,9 @@ class ListBinder : public Binder {
         SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
         if (!OnlyAdded() || shown > Count()) {
             Send(messages_.reset);
-            if (&messages_ == &kListBox) Send(LB_SETHORIZONTALEXTENT, 0);
+            if (&messages_ == &kListBox) {
+                Send(LB_SETHORIZONTALEXTENT, 0);
+            }
             shown = 0;
         }
         for (; shown < Count(); ++shown) {
@@ -118,7 +129,9 @@ class DriveListBinder : public ListBinder {
 
     // Drives come and go while the window is open.
     void Command(WORD code) override {
-        if (code == CBN_DROPDOWN) return list_.Reload();
+        if (code == CBN_DROPDOWN) {
+            return list_.Reload();
+        }
         ListBinder::Command(code);
     }
 

@@ -46,7 +46,9 @@ class PictureBinder : public Binder {
     }
     void Draw(const DRAWITEMSTRUCT& item) override {
         RECT area = item.rcItem;
-        if (!window_.HasBoxes()) DrawThemeParentBackground(handle(), item.hDC, &area);
+        if (!window_.HasBoxes()) {
+            DrawThemeParentBackground(handle(), item.hDC, &area);
+        }
         DrawIconEx(item.hDC, area.left, area.top, icon_.get(), size_, size_, 0, nullptr, DI_NORMAL);
     }
 
@@ -75,14 +77,17 @@ class PanelBinder : public Binder {
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kText) SetTextOf(handle(), panel_.Caption());
+        if (aspect == Aspect::kText) {
+            SetTextOf(handle(), panel_.Caption());
+        }
         // Thousands of steps a second come here: only those that can be seen are painted.
         RECT area{};
         GetClientRect(handle(), &area);
         const LONG width = FilledWidth(area.right - area.left - 2);
         const bool moved = aspect == Aspect::kValue && std::exchange(shown_width_, width) != width;
-        if (aspect == Aspect::kText || moved)
+        if (aspect == Aspect::kText || moved) {
             RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        }
     }
 
   private:
@@ -118,7 +123,9 @@ class AnimationBinder : public Binder {
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect != Aspect::kValue) return;
+        if (aspect != Aspect::kValue) {
+            return;
+        }
         if (clip_.Path() != open_) {
             open_ = clip_.Path();
             const std::wstring path = Wide(open_);

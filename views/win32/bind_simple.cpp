@@ -22,7 +22,9 @@ class CaptionBinder : public Binder {
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kText) SetTextOf(handle(), control().Caption());
+        if (aspect == Aspect::kText) {
+            SetTextOf(handle(), control().Caption());
+        }
     }
 };
 
@@ -32,10 +34,14 @@ class LabelBinder : public CaptionBinder {
         : CaptionBinder(window, label, handle, id), label_(label) {}
 
     void Command(WORD code) override {
-        if (code == STN_CLICKED || code == STN_DBLCLK) label_.UserClick();
+        if (code == STN_CLICKED || code == STN_DBLCLK) {
+            label_.UserClick();
+        }
     }
     HBRUSH Colors(HDC device) override {
-        if (!window_.HasBoxes()) return nullptr;
+        if (!window_.HasBoxes()) {
+            return nullptr;
+        }
         SetTextColor(device, RGB(255, 255, 255));
         SetBkMode(device, TRANSPARENT);
         return static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
@@ -63,8 +69,9 @@ class LabelBinder : public CaptionBinder {
     bool Defers(Aspect aspect) const override { return aspect == Aspect::kText; }
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
-        if (aspect == Aspect::kColor || aspect == Aspect::kText)
+        if (aspect == Aspect::kColor || aspect == Aspect::kText) {
             InvalidateRect(handle(), nullptr, TRUE);
+        }
     }
 
   private:
@@ -76,7 +83,9 @@ class ButtonBinder : public CaptionBinder {
     ButtonBinder(BinderWindow& window, forms::Button& button, HWND handle, int id)
         : CaptionBinder(window, button, handle, id), button_(button) {}
     void Command(WORD code) override {
-        if (code == BN_CLICKED) button_.UserPress();
+        if (code == BN_CLICKED) {
+            button_.UserPress();
+        }
     }
 
   private:
@@ -89,14 +98,17 @@ class CheckBoxBinder : public CaptionBinder {
     CheckBoxBinder(BinderWindow& window, forms::CheckBox& box, HWND handle, int id)
         : CaptionBinder(window, box, handle, id), box_(box) {}
     void Command(WORD code) override {
-        if (code == BN_CLICKED) box_.UserToggle();
+        if (code == BN_CLICKED) {
+            box_.UserToggle();
+        }
     }
 
   protected:
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
-        if (aspect == Aspect::kValue)
+        if (aspect == Aspect::kValue) {
             SendMessageW(handle(), BM_SETCHECK, box_.Checked() ? BST_CHECKED : BST_UNCHECKED, 0);
+        }
     }
 
   private:
@@ -110,9 +122,10 @@ class StatusBarBinder : public Binder {
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kText)
+        if (aspect == Aspect::kText) {
             SendMessageW(handle(), SB_SETTEXTW, 0,
                          reinterpret_cast<LPARAM>(Wide(control().Caption()).c_str()));
+        }
     }
 };
 
@@ -126,8 +139,9 @@ class ProgressBarBinder : public Binder {
   protected:
     bool Defers(Aspect aspect) const override { return aspect == Aspect::kValue; }
     void Show(Aspect aspect) override {
-        if (aspect == Aspect::kValue)
+        if (aspect == Aspect::kValue) {
             SendMessageW(handle(), PBM_SETPOS, static_cast<WPARAM>(bar_.Value()), 0);
+        }
     }
 
   private:

@@ -18,12 +18,16 @@ LRESULT CALLBACK EditProcedure(HWND edit, UINT message, WPARAM wparam, LPARAM lp
                                DWORD_PTR multi_line) {
     switch (message) {
         case WM_KEYDOWN:
-            if (wparam != kSelectAllKey || GetKeyState(VK_CONTROL) >= 0 || GetKeyState(VK_MENU) < 0)
+            if (wparam != kSelectAllKey || GetKeyState(VK_CONTROL) >= 0 ||
+                GetKeyState(VK_MENU) < 0) {
                 break;
+            }
             SendMessageW(edit, EM_SETSEL, 0, -1);
             return 0;
         case WM_CHAR:
-            if (wparam == kControlA) return 0;
+            if (wparam == kControlA) {
+                return 0;
+            }
             break;
         case WM_GETDLGCODE: {
             const LRESULT code = DefSubclassProc(edit, message, wparam, lparam);
@@ -54,7 +58,9 @@ class TextBoxBinder : public Binder {
     }
 
     void Command(WORD code) override {
-        if (code == EN_CHANGE && !showing_) box_.UserType(TextOf(handle()));
+        if (code == EN_CHANGE && !showing_) {
+            box_.UserType(TextOf(handle()));
+        }
     }
     // Read-only text has the same background as other text.
     HBRUSH Colors(HDC device) override {

@@ -28,7 +28,9 @@ class TreeBinder : public Binder {
     ~TreeBinder() override { TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL); }
 
     void Notify(const NMHDR& header) override {
-        if (header.code != TVN_SELCHANGEDW || showing_) return;
+        if (header.code != TVN_SELCHANGEDW || showing_) {
+            return;
+        }
         const auto& change = reinterpret_cast<const NMTREEVIEWW&>(header);
         tree_.UserSelect(static_cast<int>(change.itemNew.lParam));
     }
@@ -39,9 +41,12 @@ class TreeBinder : public Binder {
             LoadPicture(kPictures[0], MulDiv(16, dpi, USER_DEFAULT_SCREEN_DPI));
         const int size = PictureSize(sample.get());
         OwnedImageList images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 3, 0));
-        for (int picture : kPictures)
+        for (int picture : kPictures) {
             ImageList_AddIcon(images.get(), LoadPicture(picture, size).get());
-        if (has_images_) TreeView_SetImageList(handle(), images.get(), TVSIL_NORMAL);
+        }
+        if (has_images_) {
+            TreeView_SetImageList(handle(), images.get(), TVSIL_NORMAL);
+        }
         images_ = std::move(images);
     }
 
@@ -49,13 +54,19 @@ class TreeBinder : public Binder {
     void Show(Aspect aspect) override {
         // A hidden tree is one that is being filled: the control would look at all of its items
         // for each new one.
-        if (aspect == Aspect::kVisible)
+        if (aspect == Aspect::kVisible) {
             SendMessageW(handle(), WM_SETREDRAW, tree_.Visible() ? TRUE : FALSE, 0);
+        }
         showing_ = true;
-        if (aspect == Aspect::kItems) ShowNodes();
-        if (aspect == Aspect::kValue) ShowImages();
-        if (aspect == Aspect::kSelection)
+        if (aspect == Aspect::kItems) {
+            ShowNodes();
+        }
+        if (aspect == Aspect::kValue) {
+            ShowImages();
+        }
+        if (aspect == Aspect::kSelection) {
             TreeView_SelectItem(handle(), tree_.Selected() ? ItemOf(tree_.Selected()) : nullptr);
+        }
         showing_ = false;
     }
 
@@ -73,8 +84,9 @@ class TreeBinder : public Binder {
             TreeView_DeleteAllItems(handle());
             shown_.clear();
         }
-        while (static_cast<int>(shown_.size()) < tree_.Count())
+        while (static_cast<int>(shown_.size()) < tree_.Count()) {
             Insert(static_cast<int>(shown_.size()) + 1);
+        }
     }
 
     void Insert(int index) {
@@ -104,7 +116,9 @@ class TreeBinder : public Binder {
         for (int index = 1; index <= count; ++index) {
             const forms::Tree::Node& node = tree_.At(index);
             Shown& shown = shown_[static_cast<std::size_t>(index - 1)];
-            if (shown.image == node.image && shown.selected_image == node.selected_image) continue;
+            if (shown.image == node.image && shown.selected_image == node.selected_image) {
+                continue;
+            }
             shown = {shown.item, node.image, node.selected_image};
             TVITEMW item{};
             item.mask = TVIF_HANDLE | TVIF_IMAGE | TVIF_SELECTEDIMAGE;

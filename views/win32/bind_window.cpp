@@ -25,13 +25,16 @@ class TabsBinder : public Binder {
     }
 
     void Notify(const NMHDR& header) override {
-        if (header.code == TCN_SELCHANGE)
+        if (header.code == TCN_SELCHANGE) {
             tabs_.SetTab(static_cast<int>(SendMessageW(handle(), TCM_GETCURSEL, 0, 0)));
+        }
     }
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect != Aspect::kSelection) return;
+        if (aspect != Aspect::kSelection) {
+            return;
+        }
         SendMessageW(handle(), TCM_SETCURSEL, static_cast<WPARAM>(tabs_.Tab()), 0);
         window_.ShowPage(tabs_.Tab());
     }
@@ -78,7 +81,9 @@ class TimerBinder : public Binder {
 
   protected:
     void Show(Aspect aspect) override {
-        if (aspect != Aspect::kEnabled) return;
+        if (aspect != Aspect::kEnabled) {
+            return;
+        }
         if (timer_.Enabled()) {
             SetTimer(window_.handle(), Number(), static_cast<UINT>(timer_.Interval().count()),
                      nullptr);

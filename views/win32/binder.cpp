@@ -18,29 +18,37 @@ Binder::Binder(BinderWindow& window, forms::Control& control, HWND handle, int i
 Binder::~Binder() { Release(); }
 
 void Binder::Release() {
-    if (std::exchange(released_, true)) return;
+    if (std::exchange(released_, true)) {
+        return;
+    }
     deferred_.clear();
     control_.Bind(nullptr);
 }
 
 void Binder::Start() {
     for (Aspect aspect : {Aspect::kText, Aspect::kItems, Aspect::kSelection, Aspect::kValue,
-                          Aspect::kColor, Aspect::kEnabled, Aspect::kVisible})
+                          Aspect::kColor, Aspect::kEnabled, Aspect::kVisible}) {
         Changed(aspect);
+    }
     control_.Bind(this);
 }
 
 void Binder::Flush() {
-    for (Aspect aspect : std::exchange(deferred_, {})) Show(aspect);
+    for (Aspect aspect : std::exchange(deferred_, {})) {
+        Show(aspect);
+    }
 }
 
 void Binder::Changed(Aspect aspect) {
     if (Defers(aspect)) {
-        if (std::find(deferred_.begin(), deferred_.end(), aspect) == deferred_.end())
+        if (std::find(deferred_.begin(), deferred_.end(), aspect) == deferred_.end()) {
             deferred_.push_back(aspect);
+        }
         return;
     }
-    if (aspect == Aspect::kRedraw) Flush();
+    if (aspect == Aspect::kRedraw) {
+        Flush();
+    }
     if (handle_) {
         switch (aspect) {
             case Aspect::kEnabled:
@@ -69,7 +77,9 @@ bool Binder::ShouldShow() const {
 }
 
 void Binder::Enable(bool enabled) {
-    if (!enabled) MoveFocusAway();
+    if (!enabled) {
+        MoveFocusAway();
+    }
     EnableWindow(handle_, enabled);
 }
 
@@ -80,21 +90,28 @@ void Binder::ShowOrHide(bool show) {
     RECT area{};
     GetWindowRect(handle_, &area);
     MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
-    if (!show) MoveFocusAway();
+    if (!show) {
+        MoveFocusAway();
+    }
     ShowWindow(handle_, show ? SW_SHOWNA : SW_HIDE);
-    if (!show)
+    if (!show) {
         RedrawWindow(parent, &area, nullptr,
                      RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    }
 }
 
 // Moves the focus first: hiding or disabling the focused control would lose the keyboard.
 void Binder::MoveFocusAway() {
-    if (GetFocus() == handle_) SendMessageW(window_.handle(), WM_NEXTDLGCTL, 0, FALSE);
+    if (GetFocus() == handle_) {
+        SendMessageW(window_.handle(), WM_NEXTDLGCTL, 0, FALSE);
+    }
 }
 
 void Binder::Rescale(int dpi) {
     OwnedFont font = ControlFont(id_, dpi);
-    if (!font) return;
+    if (!font) {
+        return;
+    }
     SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     font_ = std::move(font);
 }
@@ -111,11 +128,14 @@ T& As(forms::Control& control) {
 std::unique_ptr<Binder> MakeBinder(BinderWindow& window, forms::Control& control, HWND handle,
                                    int id) {
     const Kind kind = control.kind();
-    if (kind == Kind::kTimer) return BindTimer(window, As<forms::Timer>(control));
-    if (id == 0 || (!handle && kind != Kind::kMenu))
+    if (kind == Kind::kTimer) {
+        return BindTimer(window, As<forms::Timer>(control));
+    }
+    if (id == 0 || (!handle && kind != Kind::kMenu)) {
         throw Error(error_number::kInvalidPropertyValue, "MakeBinder",
                     "The window " + control.owner().name() + " has no real control \"" +
                         control.name() + "\"");
+    }
     switch (kind) {
         case Kind::kLabel:
             return BindLabel(window, As<forms::Label>(control), handle, id);

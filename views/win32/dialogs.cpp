@@ -41,9 +41,13 @@ class InputBox {
             return FALSE;
         }
         auto* box = reinterpret_cast<InputBox*>(GetWindowLongPtrW(window, DWLP_USER));
-        if (!box || message != WM_COMMAND) return FALSE;
+        if (!box || message != WM_COMMAND) {
+            return FALSE;
+        }
         const WORD id = LOWORD(wparam);
-        if (id != IDOK && id != IDCANCEL) return FALSE;
+        if (id != IDOK && id != IDCANCEL) {
+            return FALSE;
+        }
         box->text_ = TextOf(GetDlgItem(window, Frm_Input_Fld_Answer));
         EndDialog(window, id);
         return TRUE;
@@ -110,7 +114,9 @@ UINT StyleOf(const forms::Box& box) {
             style |= MB_ICONINFORMATION;
             break;
     }
-    if (box.default_button == 2) style |= MB_DEFBUTTON2;
+    if (box.default_button == 2) {
+        style |= MB_DEFBUTTON2;
+    }
     return style;
 }
 
@@ -160,7 +166,9 @@ std::string Win32Desktop::OpenFile(const std::string& title, const std::string& 
     dialog.nMaxFile = static_cast<DWORD>(path.size());
     dialog.lpstrTitle = title_text.c_str();
     dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
-    if (!GetOpenFileNameW(&dialog)) return "";
+    if (!GetOpenFileNameW(&dialog)) {
+        return "";
+    }
     path.resize(path.find(L'\0'));
     return Utf8(path);
 }

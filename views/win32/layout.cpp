@@ -54,9 +54,10 @@ BaseUnits Measure(HFONT font) {
 Layout::Layout(const wchar_t* name) {
     const HMODULE program = GetModuleHandleW(nullptr);
     const HRSRC resource = FindResourceW(program, name, RT_DIALOG);
-    if (!resource)
+    if (!resource) {
         throw Error(error_number::kInvalidPropertyValue, "Layout",
                     "There is no dialog resource \"" + Utf8(name) + "\"");
+    }
     Reader reader(LockResource(LoadResource(program, resource)));
     reader.Skip(2 * sizeof(WORD) + 2 * sizeof(DWORD));  // version, signature, help, extended style
     const DWORD style = reader.Take<DWORD>();
@@ -83,8 +84,9 @@ Layout::Layout(const wchar_t* name) {
 void Layout::Attach(HWND dialog) {
     windows_.clear();
     for (HWND child = GetWindow(dialog, GW_CHILD); child && windows_.size() < items_.size();
-         child = GetWindow(child, GW_HWNDNEXT))
+         child = GetWindow(child, GW_HWNDNEXT)) {
         windows_.push_back(child);
+    }
 }
 
 SIZE Layout::Apply(HFONT font) const {

@@ -29,7 +29,9 @@ std::string TextOf(HWND window) {
 }
 
 void SetTextOf(HWND window, const std::string& text) {
-    if (TextOf(window) != text) SetWindowTextW(window, Wide(text).c_str());
+    if (TextOf(window) != text) {
+        SetWindowTextW(window, Wide(text).c_str());
+    }
 }
 
 TextDevice::TextDevice(HWND window)

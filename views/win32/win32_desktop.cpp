@@ -22,16 +22,23 @@ void Win32Desktop::RunGuarded(const std::function<void()>& body) {
     try {
         body();
     } catch (const Error& error) {
-        if (on_unhandled) on_unhandled(error);
+        if (on_unhandled) {
+            on_unhandled(error);
+        }
     } catch (const std::bad_alloc&) {
         const int number = error_number::kOutOfMemory;
-        if (on_unhandled) on_unhandled(Error(number, "Win32Desktop", ErrorText(number)));
+        if (on_unhandled) {
+            on_unhandled(Error(number, "Win32Desktop", ErrorText(number)));
+        }
     }
 }
 
 WindowView* Win32Desktop::ViewOf(const Form& form) const {
-    for (const auto& view : views_)
-        if (view->form() == &form) return view.get();
+    for (const auto& view : views_) {
+        if (view->form() == &form) {
+            return view.get();
+        }
+    }
     return nullptr;
 }
 
@@ -45,10 +52,15 @@ void Win32Desktop::DestroyNative(Form& form) {
     destroyed_.push_back(std::move(*found));
     views_.erase(found);
     WindowView& view = *destroyed_.back();
-    if (const HWND owner = GetWindow(view.handle(), GW_OWNER)) EnableWindow(owner, TRUE);
+    if (const HWND owner = GetWindow(view.handle(), GW_OWNER)) {
+        EnableWindow(owner, TRUE);
+    }
     // Windows destroys owned windows together with their owner.
-    for (const auto& other : views_)
-        if (GetWindow(other->handle(), GW_OWNER) == view.handle()) other->SetOwner(nullptr);
+    for (const auto& other : views_) {
+        if (GetWindow(other->handle(), GW_OWNER) == view.handle()) {
+            other->SetOwner(nullptr);
+        }
+    }
     view.Destroy();
 }
 
@@ -72,9 +84,13 @@ Form* Win32Desktop::FrontWindow() const {
     const HWND active = GetActiveWindow();
     Form* front = nullptr;
     for (const auto& view : views_) {
-        if (!IsWindowVisible(view->handle()) || !IsWindowEnabled(view->handle())) continue;
+        if (!IsWindowVisible(view->handle()) || !IsWindowEnabled(view->handle())) {
+            continue;
+        }
         front = view->form();
-        if (view->handle() == active) return front;
+        if (view->handle() == active) {
+            return front;
+        }
     }
     return front;
 }
@@ -89,28 +105,39 @@ HWND Win32Desktop::BoxOwner() const {
 void Win32Desktop::WakeLoops() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
 
 void Win32Desktop::Dispatch(MSG& message) {
-    if (!HandlesEvent()) destroyed_.clear();
+    if (!HandlesEvent()) {
+        destroyed_.clear();
+    }
     HandleEvent([&] {
         const HWND root = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
         WindowView* target = nullptr;
-        for (const auto& view : views_)
-            if (view->handle() == root) target = view.get();
+        for (const auto& view : views_) {
+            if (view->handle() == root) {
+                target = view.get();
+            }
+        }
         if (!target || !target->PreTranslate(message)) {
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }
-        if (target) target->TrackFocus();
+        if (target) {
+            target->TrackFocus();
+        }
     });
 }
 
 void Win32Desktop::Flush() {
-    for (const auto& view : views_) view->Flush();
+    for (const auto& view : views_) {
+        view->Flush();
+    }
 }
 
 bool Win32Desktop::HandleNextEvent() {
     Flush();
     MSG message;
-    if (GetMessageW(&message, nullptr, 0, 0) <= 0) return false;
+    if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+        return false;
+    }
     Dispatch(message);
     return true;
 }
@@ -119,7 +146,9 @@ void Win32Desktop::DoEvents() {
     Flush();
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+        if (message.message == WM_QUIT) {
+            return PostQuitMessage(static_cast<int>(message.wParam));
+        }
         Dispatch(message);
     }
 }
@@ -138,8 +167,12 @@ void Win32Desktop::DismissBoxes() {
     for (const auto& view : views_) {
         const HWND front = GetLastActivePopup(view->handle());
         const auto shows_it = [&](const auto& each) { return each->handle() == front; };
-        if (std::any_of(views_.begin(), views_.end(), shows_it)) continue;
-        for (const WPARAM answer : {IDCANCEL, IDNO}) PostMessageW(front, WM_COMMAND, answer, 0);
+        if (std::any_of(views_.begin(), views_.end(), shows_it)) {
+            continue;
+        }
+        for (const WPARAM answer : {IDCANCEL, IDNO}) {
+            PostMessageW(front, WM_COMMAND, answer, 0);
+        }
     }
 }
 

@@ -23,7 +23,9 @@ void KeepSystemFromScaling(HWND dialog) {
     constexpr int kDisableAll = 1;
     const auto setter = reinterpret_cast<Setter>(reinterpret_cast<void*>(
         GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior")));
-    if (setter) setter(dialog, kDisableAll, kDisableAll);
+    if (setter) {
+        setter(dialog, kDisableAll, kDisableAll);
+    }
 }
 
 }  // namespace
@@ -31,7 +33,9 @@ void KeepSystemFromScaling(HWND dialog) {
 WindowView::WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::Form& form)
     : manager_(manager), taskbar_(taskbar), form_(&form), layout_(Wide(form.name()).c_str()) {
     window_ = MakeDialog(Wide(form.name()).c_str(), nullptr, layout_);
-    if (!form.Caption().empty()) SetTextOf(window_, form.Caption());
+    if (!form.Caption().empty()) {
+        SetTextOf(window_, form.Caption());
+    }
     MakePages();
     LoadMenus();
     MakeBinders();
@@ -45,9 +49,10 @@ WindowView::~WindowView() { Destroy(); }
 HWND WindowView::MakeDialog(const wchar_t* name, HWND parent, Layout& layout) {
     const HWND dialog =
         CreateDialogParamW(Program(), name, parent, Procedure, reinterpret_cast<LPARAM>(this));
-    if (!dialog)
+    if (!dialog) {
         throw Error(error_number::kOutOfMemory, "WindowView",
                     "The window " + Utf8(name) + " cannot be made");
+    }
     KeepSystemFromScaling(dialog);
     layout.Attach(dialog);
     return dialog;
@@ -55,7 +60,9 @@ HWND WindowView::MakeDialog(const wchar_t* name, HWND parent, Layout& layout) {
 
 void WindowView::MakePages() {
     const int id = ControlId(form_->name(), "TAB_Backup");
-    if (!id || !GetDlgItem(window_, id)) return;
+    if (!id || !GetDlgItem(window_, id)) {
+        return;
+    }
     const auto* tabs = static_cast<forms::Tabs*>(form_->Find("TAB_Backup"));
     for (std::size_t i = 0; tabs && i < tabs->Captions().size(); ++i) {
         const std::wstring name = Wide(form_->name() + "_" + std::to_string(i));
@@ -68,17 +75,26 @@ void WindowView::MakePages() {
 
 void WindowView::LoadMenus() {
     for (const forms::Control* control : form_->controls()) {
-        if (control->kind() != forms::Kind::kMenu) continue;
+        if (control->kind() != forms::Kind::kMenu) {
+            continue;
+        }
         const int id = ControlId(form_->name(), control->name());
         OwnedMenu menu(id ? LoadMenuW(Program(), MAKEINTRESOURCEW(id)) : nullptr);
-        if (menu) pop_ups_[id] = std::move(menu);
+        if (menu) {
+            pop_ups_[id] = std::move(menu);
+        }
     }
 }
 
 HWND WindowView::RealControl(int id) const {
-    if (HWND control = GetDlgItem(window_, id)) return control;
-    for (const Page& page : pages_)
-        if (HWND control = GetDlgItem(page.window, id)) return control;
+    if (HWND control = GetDlgItem(window_, id)) {
+        return control;
+    }
+    for (const Page& page : pages_) {
+        if (HWND control = GetDlgItem(page.window, id)) {
+            return control;
+        }
+    }
     return nullptr;
 }
 
@@ -86,9 +102,13 @@ void WindowView::MakeBinders() {
     for (forms::Control* control : form_->controls()) {
         const int id = ControlId(form_->name(), control->name());
         binders_.push_back(MakeBinder(*this, *control, id ? RealControl(id) : nullptr, id));
-        if (id) by_id_[id] = binders_.back().get();
+        if (id) {
+            by_id_[id] = binders_.back().get();
+        }
     }
-    for (const auto& binder : binders_) binder->Start();
+    for (const auto& binder : binders_) {
+        binder->Start();
+    }
 }
 
 void WindowView::MakeTooltips() {
@@ -97,7 +117,9 @@ void WindowView::MakeTooltips() {
                         WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
                         CW_USEDEFAULT, CW_USEDEFAULT, window_, nullptr, Program(), nullptr);
     for (const auto& binder : binders_) {
-        if (!binder->handle() || binder->control().Tooltip().empty()) continue;
+        if (!binder->handle() || binder->control().Tooltip().empty()) {
+            continue;
+        }
         std::wstring text = Wide(binder->control().Tooltip());
         TTTOOLINFOW tool{};
         tool.cbSize = sizeof tool;
@@ -113,9 +135,13 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
     dpi_ = dpi;
     OwnedFont font = WindowFont(dpi);
     const SIZE inside = layout_.Apply(font.get());
-    for (const Page& page : pages_) page.layout.Apply(font.get());
+    for (const Page& page : pages_) {
+        page.layout.Apply(font.get());
+    }
     font_ = std::move(font);
-    for (const auto& binder : binders_) binder->Rescale(dpi);
+    for (const auto& binder : binders_) {
+        binder->Rescale(dpi);
+    }
     large_icon_ =
         LoadPicture(IDI_Product, GetSystemMetricsForDpi(SM_CXICON, static_cast<UINT>(dpi)));
     small_icon_ =
@@ -138,27 +164,39 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
 
 void WindowView::PlacePages() {
     const HWND tabs = GetDlgItem(window_, TAB_Backup);
-    if (!tabs) return;
+    if (!tabs) {
+        return;
+    }
     RECT area{};
     GetWindowRect(tabs, &area);
     MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&area), 2);
     SendMessageW(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
-    for (const Page& page : pages_)
+    for (const Page& page : pages_) {
         SetWindowPos(page.window, HWND_TOP, area.left, area.top, area.right - area.left,
                      area.bottom - area.top, SWP_NOACTIVATE);
+    }
 }
 
 void WindowView::ShowPage(int page) {
     const bool page_had_focus = [&] {
-        for (const Page& each : pages_)
-            if (IsChild(each.window, GetFocus())) return true;
+        for (const Page& each : pages_) {
+            if (IsChild(each.window, GetFocus())) {
+                return true;
+            }
+        }
         return false;
     }();
-    for (std::size_t i = 0; i < pages_.size(); ++i)
-        if (static_cast<int>(i) != page) ShowWindow(pages_[i].window, SW_HIDE);
-    if (page < static_cast<int>(pages_.size()))
+    for (std::size_t i = 0; i < pages_.size(); ++i) {
+        if (static_cast<int>(i) != page) {
+            ShowWindow(pages_[i].window, SW_HIDE);
+        }
+    }
+    if (page < static_cast<int>(pages_.size())) {
         ShowWindow(pages_[static_cast<std::size_t>(page)].window, SW_SHOWNA);
-    if (page_had_focus) SetFocus(GetDlgItem(window_, TAB_Backup));
+    }
+    if (page_had_focus) {
+        SetFocus(GetDlgItem(window_, TAB_Backup));
+    }
     TrackFocus();
 }
 
@@ -187,37 +225,48 @@ void WindowView::SetMenuText(int id, const std::string& text) {
     item.fMask = MIIM_STRING;
     item.dwTypeData = wide.data();
     SetMenuItemInfoW(GetMenu(window_), static_cast<UINT>(id), FALSE, &item);
-    for (const auto& [menu_id, menu] : pop_ups_)
+    for (const auto& [menu_id, menu] : pop_ups_) {
         SetMenuItemInfoW(menu.get(), static_cast<UINT>(id), FALSE, &item);
+    }
 }
 
 void WindowView::EnableMenuEntry(int id, bool enabled) {
     const UINT how = MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED);
     EnableMenuItem(GetMenu(window_), static_cast<UINT>(id), how);
-    for (const auto& [menu_id, menu] : pop_ups_)
+    for (const auto& [menu_id, menu] : pop_ups_) {
         EnableMenuItem(menu.get(), static_cast<UINT>(id), how);
+    }
 }
 
 void WindowView::PopUpMenu(int id) {
     const auto found = pop_ups_.find(id);
-    if (found == pop_ups_.end()) return;
+    if (found == pop_ups_.end()) {
+        return;
+    }
     POINT pointer{};
     GetCursorPos(&pointer);
     const int chosen =
         TrackPopupMenuEx(GetSubMenu(found->second.get(), 0), TPM_RETURNCMD | TPM_RIGHTBUTTON,
                          pointer.x, pointer.y, window_, nullptr);
     // The handler that opened the menu gets the errors of what was chosen.
-    if (Binder* binder = chosen ? Find(chosen) : nullptr) binder->Command(0);
+    if (Binder* binder = chosen ? Find(chosen) : nullptr) {
+        binder->Command(0);
+    }
 }
 
 const forms::Control* WindowView::ContainerOf(const forms::Control& control) const {
-    if (!form_ || control.name() != "SSP_ProgressSecure") return nullptr;
+    if (!form_ || control.name() != "SSP_ProgressSecure") {
+        return nullptr;
+    }
     return form_->Find("SSP_PleaseWait");
 }
 
 void WindowView::ContainerShown(const forms::Control& container) {
-    for (const auto& binder : binders_)
-        if (ContainerOf(binder->control()) == &container) binder->Changed(forms::Aspect::kVisible);
+    for (const auto& binder : binders_) {
+        if (ContainerOf(binder->control()) == &container) {
+            binder->Changed(forms::Aspect::kVisible);
+        }
+    }
 }
 
 }  // namespace vantrel::views

@@ -63,8 +63,11 @@ constexpr int kSizes[] = {16, 20, 24, 32, 40, 48, 64, 96};
 
 int ControlId(const std::string& form, const std::string& control) {
     const std::string name = form == "Frm_Mainmenu" ? control : form + "_" + control;
-    for (const Named& named : kControls)
-        if (name == named.name) return named.id;
+    for (const Named& named : kControls) {
+        if (name == named.name) {
+            return named.id;
+        }
+    }
     return 0;
 }
 
@@ -74,16 +77,21 @@ OwnedFont WindowFont(int dpi) {
 }
 
 OwnedFont ControlFont(int control_id, int dpi) {
-    for (const Special& special : kSpecials)
-        if (special.control_id == control_id)
+    for (const Special& special : kSpecials) {
+        if (special.control_id == control_id) {
             return Make(special.face, special.points, special.weight, dpi);
+        }
+    }
     return nullptr;
 }
 
 OwnedIcon LoadPicture(int picture, int pixels) {
     int size = kSizes[0];
-    for (int candidate : kSizes)
-        if (candidate <= pixels) size = candidate;
+    for (int candidate : kSizes) {
+        if (candidate <= pixels) {
+            size = candidate;
+        }
+    }
     return OwnedIcon(
         static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(picture),
                                       IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
@@ -91,11 +99,15 @@ OwnedIcon LoadPicture(int picture, int pixels) {
 
 int PictureSize(HICON icon) {
     ICONINFO info{};
-    if (!GetIconInfo(icon, &info)) return 0;
+    if (!GetIconInfo(icon, &info)) {
+        return 0;
+    }
     BITMAP bitmap{};
     GetObjectW(info.hbmMask, sizeof bitmap, &bitmap);
     DeleteObject(info.hbmMask);
-    if (info.hbmColor) DeleteObject(info.hbmColor);
+    if (info.hbmColor) {
+        DeleteObject(info.hbmColor);
+    }
     return static_cast<int>(bitmap.bmWidth);
 }
 

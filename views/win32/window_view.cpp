@@ -31,27 +31,38 @@ int PixelsOf(int twips, int dpi) {
 }  // namespace
 
 Taskbar::~Taskbar() {
-    if (list_) list_->Release();
-    if (initialized_) CoUninitialize();
+    if (list_) {
+        list_->Release();
+    }
+    if (initialized_) {
+        CoUninitialize();
+    }
 }
 
 bool Taskbar::Connect() {
-    if (tried_) return list_ != nullptr;
+    if (tried_) {
+        return list_ != nullptr;
+    }
     tried_ = true;
     initialized_ = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
     void* list = nullptr;
     if (FAILED(CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
-                                &list)))
+                                &list))) {
         return false;
+    }
     list_ = static_cast<ITaskbarList3*>(list);
-    if (SUCCEEDED(list_->HrInit())) return true;
+    if (SUCCEEDED(list_->HrInit())) {
+        return true;
+    }
     list_->Release();
     list_ = nullptr;
     return false;
 }
 
 void Taskbar::ShowProgress(HWND window, int percent) {
-    if (!window || !Connect()) return;
+    if (!window || !Connect()) {
+        return;
+    }
     if (percent < 0) {
         list_->SetProgressState(window, TBPF_NOPROGRESS);
     } else {
@@ -73,18 +84,26 @@ void WindowView::SetOwner(HWND owner) {
 }
 
 void WindowView::Destroy() {
-    if (!form_) return;
+    if (!form_) {
+        return;
+    }
     form_->Bind(nullptr);
     by_id_.clear();
-    for (const auto& binder : binders_) binder->Release();
+    for (const auto& binder : binders_) {
+        binder->Release();
+    }
     form_ = nullptr;
     SetWindowLongPtrW(window_, DWLP_USER, 0);
-    for (Page& page : pages_) SetWindowLongPtrW(page.window, DWLP_USER, 0);
+    for (Page& page : pages_) {
+        SetWindowLongPtrW(page.window, DWLP_USER, 0);
+    }
     DestroyWindow(window_);
 }
 
 void WindowView::PostActivation() {
-    if (activation_posted_) return;
+    if (activation_posted_) {
+        return;
+    }
     activation_posted_ = true;
     PostMessageW(window_, kActivateMessage, 0, 0);
 }
@@ -154,18 +173,22 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
             TrackFocus();
-            if (Binder* binder = Find(static_cast<int>(header.idFrom)))
+            if (Binder* binder = Find(static_cast<int>(header.idFrom))) {
                 manager_.RunGuarded([&] { binder->Notify(header); });
+            }
             return FALSE;
         }
         case WM_DRAWITEM: {
             const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lparam);
-            if (Binder* binder = Find(static_cast<int>(item.CtlID))) binder->Draw(item);
+            if (Binder* binder = Find(static_cast<int>(item.CtlID))) {
+                binder->Draw(item);
+            }
             return TRUE;
         }
         case WM_CONTEXTMENU:
-            if (Binder* binder = Find(GetDlgCtrlID(reinterpret_cast<HWND>(wparam))))
+            if (Binder* binder = Find(GetDlgCtrlID(reinterpret_cast<HWND>(wparam)))) {
                 manager_.RunGuarded([&] { binder->RightClick(); });
+            }
             return TRUE;
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
@@ -173,11 +196,15 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             WantHelp();
             return TRUE;
         case WM_SETCURSOR:
-            if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) return FALSE;
+            if (!ShowPointer(reinterpret_cast<HWND>(wparam), LOWORD(lparam))) {
+                return FALSE;
+            }
             SetWindowLongPtrW(window, DWLP_MSGRESULT, TRUE);
             return TRUE;
         case WM_NEXTDLGCTL:  // from a text view, which knows only its page
-            if (window == window_) return FALSE;
+            if (window == window_) {
+                return FALSE;
+            }
             SendMessageW(window_, message, wparam, lparam);
             return TRUE;
         default:
@@ -200,21 +227,31 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             return TRUE;
         case WM_ACTIVATE:
             help_key_held_ = false;
-            if (LOWORD(wparam) != WA_INACTIVE) manager_.WindowActivated(*form_);
+            if (LOWORD(wparam) != WA_INACTIVE) {
+                manager_.WindowActivated(*form_);
+            }
             return FALSE;  // the dialog manager restores the focus
         case WM_TIMER:
             for (const auto& binder : binders_) {
-                if (reinterpret_cast<WPARAM>(binder.get()) != wparam) continue;
+                if (reinterpret_cast<WPARAM>(binder.get()) != wparam) {
+                    continue;
+                }
                 manager_.RunGuarded([&] { binder->Tick(); });
                 break;
             }
             return TRUE;
         case WM_SIZE:
-            if (Binder* bar = Find(Sta_Mainmenu)) bar->Rescale(dpi_);
-            if (form_->Visible() && wparam != SIZE_MINIMIZED) Resized();
+            if (Binder* bar = Find(Sta_Mainmenu)) {
+                bar->Rescale(dpi_);
+            }
+            if (form_->Visible() && wparam != SIZE_MINIMIZED) {
+                Resized();
+            }
             return TRUE;
         case WM_ERASEBKGND:
-            if (!HasBoxes()) return FALSE;
+            if (!HasBoxes()) {
+                return FALSE;
+            }
             PaintBoxes(reinterpret_cast<HDC>(wparam));
             SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
             return TRUE;
@@ -222,7 +259,9 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             TakeDpi(LOWORD(wparam), reinterpret_cast<const RECT*>(lparam));
             return TRUE;
         case WM_SYSCOMMAND:
-            if ((wparam & 0xFFF0) != SC_CLOSE) return FALSE;
+            if ((wparam & 0xFFF0) != SC_CLOSE) {
+                return FALSE;
+            }
             manager_.Close(*form_, forms::UnloadMode::kControlMenu);
             return TRUE;
         case WM_CLOSE:
@@ -232,7 +271,9 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
             return TRUE;
         case WM_ENDSESSION:
-            if (wparam) manager_.EndSession();
+            if (wparam) {
+                manager_.EndSession();
+            }
             return TRUE;
         default:
             return FALSE;
@@ -240,9 +281,13 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void WindowView::Command(int id, WORD code) {
-    if (id == IDCANCEL) return manager_.Escape(*form_);
+    if (id == IDCANCEL) {
+        return manager_.Escape(*form_);
+    }
     TrackFocus();  // a handler may ask for the active control
-    if (Binder* binder = Find(id)) manager_.RunGuarded([&] { binder->Command(code); });
+    if (Binder* binder = Find(id)) {
+        manager_.RunGuarded([&] { binder->Command(code); });
+    }
 }
 
 bool WindowView::ShowPointer(HWND over, WORD hit) {
@@ -251,8 +296,12 @@ bool WindowView::ShowPointer(HWND over, WORD hit) {
         return true;
     }
     const Binder* binder = hit == HTCLIENT ? Find(GetDlgCtrlID(over)) : nullptr;
-    if (!binder || binder->control().kind() != forms::Kind::kLabel) return false;
-    if (!static_cast<forms::Label&>(binder->control()).Click) return false;
+    if (!binder || binder->control().kind() != forms::Kind::kLabel) {
+        return false;
+    }
+    if (!static_cast<forms::Label&>(binder->control()).Click) {
+        return false;
+    }
     SetCursor(LoadCursorW(nullptr, IDC_HAND));
     return true;
 }
@@ -266,7 +315,9 @@ INT_PTR WindowView::Colors(HDC device, HWND control) {
 // DefWindowProc of that window. The message is posted once more, so that both have arrived before
 // the help opens.
 void WindowView::WantHelp() {
-    if (help_key_held_ || help_wanted_) return;
+    if (help_key_held_ || help_wanted_) {
+        return;
+    }
     constexpr WPARAM kRounds = 1;
     help_wanted_ = PostMessageW(window_, kHelpMessage, kRounds, 0) != FALSE;
 }
@@ -292,19 +343,27 @@ bool WindowView::PreTranslate(MSG& message) {
         help_key_held_ = (message.lParam & kHeldDown) != 0;
         // A window in which no control has the keyboard gets every key as a system key, and no
         // WM_HELP follows.
-        if (system_key && !(message.lParam & kWithAlt)) WantHelp();
+        if (system_key && !(message.lParam & kWithAlt)) {
+            WantHelp();
+        }
     }
     return IsDialogMessageW(window_, &message) != FALSE;
 }
 
 void WindowView::Flush() {
-    for (const auto& binder : binders_) binder->Flush();
+    for (const auto& binder : binders_) {
+        binder->Flush();
+    }
 }
 
 void WindowView::TrackFocus() {
     const HWND focus = GetFocus();
-    if (!form_ || !focus || !IsChild(window_, focus)) return;
-    if (Binder* binder = Find(GetDlgCtrlID(focus))) form_->MarkActive(&binder->control());
+    if (!form_ || !focus || !IsChild(window_, focus)) {
+        return;
+    }
+    if (Binder* binder = Find(GetDlgCtrlID(focus))) {
+        form_->MarkActive(&binder->control());
+    }
 }
 
 Binder* WindowView::Find(int id) const {

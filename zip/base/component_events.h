@@ -33,7 +33,7 @@ inline ComponentMessage Failure(int code, std::string path, std::string text) {
 }
 
 // "What could not be done: PATH (reason).", with control characters made visible.
-std::string Sentence(const std::string& what, const std::string& path, const Error& error);
+std::string FailureText(const std::string& what, const std::string& path, const Error& error);
 
 // A question of the component: what failed, to be answered with Retry or Cancel.
 class Questions {
@@ -45,18 +45,18 @@ class Questions {
 };
 
 // Receives the events of a run, on the caller's thread. An exception thrown by a member ends the
-// run and leaves RunChannel::Run.
+// run and leaves RunContext::Run.
 class RunEvents {
   public:
     virtual ~RunEvents() = default;
     // `percent` 0 to 100, never less than before. Setting `cancel` stops the run.
-    virtual void Overall(int percent, bool& cancel) = 0;
-    virtual void OfFile(int percent) = 0;
-    virtual void Told(const ComponentMessage& message) = 0;
+    virtual void OnProgress(int percent, bool& cancel) = 0;
+    virtual void OnFileProgress(int percent) = 0;
+    virtual void OnMessage(const ComponentMessage& message) = 0;
     // Whether per-file messages are wanted; warnings and errors are always delivered.
     virtual bool WantsEachFile() const { return true; }
     // Asks the user; nullptr when the run is unattended.
-    virtual Questions* Answers() = 0;
+    virtual Questions* QuestionHandler() = 0;
 };
 
 enum class RunOutcome { kComplete, kCancelled, kFailed };

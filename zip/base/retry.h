@@ -14,30 +14,30 @@
 namespace vantrel::zip {
 
 // Runs `step` until it succeeds, and asks whether to go on after each failure. `describe` makes the
-// question, a ComponentMessage, from the Error; it may rethrow (`throw;`) an error that is not to
+// question, a ComponentMessage, from the Error; it may raise an error that is not to
 // be asked about. Throws RunStopped when the answer is no.
 template <typename Describe, typename Step>
-auto UntilItWorks(RunChannel& channel, Describe&& describe, Step&& step) -> decltype(step()) {
+auto RetryOrAsk(RunContext& channel, Describe&& describe, Step&& step) -> decltype(step()) {
     for (;;) {
         try {
             return step();
         } catch (const Error& error) {
-            channel.RetryOrStop(describe(error));
+            channel.AskRetryOrStop(describe(error));
         }
     }
 }
 
 // The usual question: `what` states what could not be done with `path`.
-inline auto Cannot(std::string what, std::string path) {
+inline auto DescribeFailure(std::string what, std::string path) {
     return [what = std::move(what), path = std::move(path)](const Error& error) {
-        return Failure(error.number(), path, Sentence(what, path, error));
+        return Failure(error.number(), path, FailureText(what, path, error));
     };
 }
 
 // The folder to back up, whose files are read with retries. May be used by several threads at once.
-class SourceReader {
+class SourceFolder {
   public:
-    SourceReader(const platform::Machine& machine, RunChannel& channel, std::string folder)
+    SourceFolder(const platform::Machine& machine, RunContext& channel, std::string folder)
         : machine_(machine), channel_(channel), folder_(std::move(folder)) {}
 
     const platform::Machine& machine() const { return machine_; }
@@ -50,11 +50,11 @@ class SourceReader {
     auto Attempt(Step&& step) -> decltype(step()) {
         const auto describe = [this](const Error& error) {
             if (!IsGone()) {
-                throw;
+                throw error;
             }
             return Describe(error);
         };
-        return UntilItWorks(channel_, describe, [&] {
+        return RetryOrAsk(channel_, describe, [&] {
             return platform::RetryWhileLocked(machine_.clock, [&] {
                 channel_.CheckStop();
                 return step();
@@ -71,15 +71,15 @@ class SourceReader {
         }
     }
     // Asks whether to retry after the source failed with `error`. Throws RunStopped if not.
-    void AskForSource(const Error& error) { channel_.RetryOrStop(Describe(error)); }
+    void AskForSource(const Error& error) { channel_.AskRetryOrStop(Describe(error)); }
 
   private:
     ComponentMessage Describe(const Error& error) const {
-        return Cannot("The folder to back up cannot be read", folder_)(error);
+        return DescribeFailure("The folder to back up cannot be read", folder_)(error);
     }
 
     const platform::Machine& machine_;
-    RunChannel& channel_;
+    RunContext& channel_;
     std::string folder_;
 };
 

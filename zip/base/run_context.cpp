@@ -22,19 +22,19 @@ constexpr std::size_t kMessagesPerEvent = 256;
 
 }  // namespace
 
-std::string Sentence(const std::string& what, const std::string& path, const Error& error) {
+std::string FailureText(const std::string& what, const std::string& path, const Error& error) {
     const std::string reason = " (" + error.description() + ").";
     return EscapeControls(path.empty() ? what + reason : what + ": " + path + reason);
 }
 
-struct RunChannel::PendingEvents {
+struct RunContext::PendingEvents {
     std::vector<ComponentMessage> messages;
     std::optional<std::string> question;
     bool last_event = false;
     bool finished = false;
 };
 
-RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
+RunOutcome RunContext::Run(platform::Clock& clock, RunEvents& events,
                            const std::function<void()>& body) {
     wants_each_file_ = events.WantsEachFile();
     std::thread background([this, &body] {
@@ -63,12 +63,12 @@ RunOutcome RunChannel::Run(platform::Clock& clock, RunEvents& events,
     }
     const RunOutcome outcome = Outcome();
     if (outcome == RunOutcome::kFailed) {
-        events.Told(*failure_);
+        events.OnMessage(*failure_);
     }
     return outcome;
 }
 
-void RunChannel::FailOnError(const std::function<void()>& body) {
+void RunContext::FailOnError(const std::function<void()>& body) {
     try {
         body();
     } catch (const RunStopped&) {
@@ -80,20 +80,20 @@ void RunChannel::FailOnError(const std::function<void()>& body) {
     }
 }
 
-RunOutcome RunChannel::Outcome() {
+RunOutcome RunContext::Outcome() {
     const std::lock_guard lock(mutex_);
     return failure_     ? RunOutcome::kFailed
            : cancelled_ ? RunOutcome::kCancelled
                         : RunOutcome::kComplete;
 }
 
-void RunChannel::CheckStop() const {
+void RunContext::CheckStop() const {
     if (stop_.stop_requested()) {
         throw RunStopped{};
     }
 }
 
-void RunChannel::Tell(ComponentMessage message) {
+void RunContext::Report(ComponentMessage message) {
     message.text = EscapeControls(message.text);
     std::unique_lock lock(mutex_);
     WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMaxMessages; });
@@ -103,7 +103,7 @@ void RunChannel::Tell(ComponentMessage message) {
     }
 }
 
-void RunChannel::RetryOrStop(const ComponentMessage& failure, const std::string& unattended) {
+void RunContext::AskRetryOrStop(const ComponentMessage& failure, const std::string& unattended) {
     const std::lock_guard one_at_a_time(asking_);
     CheckStop();
     std::unique_lock lock(mutex_);
@@ -122,7 +122,7 @@ void RunChannel::RetryOrStop(const ComponentMessage& failure, const std::string&
     }
 }
 
-void RunChannel::RaiseLastEvent() {
+void RunContext::RaiseLastEvent() {
     std::unique_lock lock(mutex_);
     last_event_ = LastEvent::kWanted;
     caller_.notify_one();
@@ -131,7 +131,7 @@ void RunChannel::RaiseLastEvent() {
     CheckStop();
 }
 
-void RunChannel::Fail(const ComponentMessage& failure) {
+void RunContext::Fail(const ComponentMessage& failure) {
     {
         const std::lock_guard lock(mutex_);
         if (!failure_ && !cancelled_) {
@@ -141,7 +141,7 @@ void RunChannel::Fail(const ComponentMessage& failure) {
     stop_.request_stop();
 }
 
-void RunChannel::Cancel() {
+void RunContext::Cancel() {
     {
         const std::lock_guard lock(mutex_);
         cancelled_ = true;
@@ -149,7 +149,7 @@ void RunChannel::Cancel() {
     stop_.request_stop();
 }
 
-RunChannel::PendingEvents RunChannel::WaitForEvents(platform::Clock& clock) {
+RunContext::PendingEvents RunContext::WaitForEvents(platform::Clock& clock) {
     std::unique_lock lock(mutex_);
     const bool answered = answer_.has_value();
     const bool wanted = last_event_ == LastEvent::kWanted;
@@ -167,10 +167,10 @@ RunChannel::PendingEvents RunChannel::WaitForEvents(platform::Clock& clock) {
     return pending;
 }
 
-void RunChannel::Serve(RunEvents& events, PendingEvents& pending) {
+void RunContext::Serve(RunEvents& events, PendingEvents& pending) {
     std::size_t raised = 0;
     for (const ComponentMessage& message : pending.messages) {
-        events.Told(message);
+        events.OnMessage(message);
         if (++raised % kMessagesPerEvent == 0) {
             RaiseProgress(events);
         }
@@ -188,7 +188,7 @@ void RunChannel::Serve(RunEvents& events, PendingEvents& pending) {
     }
 }
 
-int RunChannel::Percent() const {
+int RunContext::Percent() const {
     const std::uint64_t total = total_;
     const std::uint64_t done = std::min<std::uint64_t>(done_, total);
     // 100 belongs to the last event; floating point because the product can exceed 64 bits.
@@ -196,25 +196,25 @@ int RunChannel::Percent() const {
     return std::min(static_cast<int>(share * 100), 99);
 }
 
-void RunChannel::RaiseProgress(RunEvents& events) {
+void RunContext::RaiseProgress(RunEvents& events) {
     if (silent_) {
         return;
     }
-    events.OfFile(file_percent_);
+    events.OnFileProgress(file_percent_);
     RaiseOverall(events, Percent());
 }
 
-void RunChannel::RaiseOverall(RunEvents& events, int percent) {
+void RunContext::RaiseOverall(RunEvents& events, int percent) {
     shown_percent_ = std::max(shown_percent_, percent);
     bool cancel = false;
-    events.Overall(shown_percent_, cancel);
+    events.OnProgress(shown_percent_, cancel);
     if (cancel) {
         Cancel();
     }
 }
 
-void RunChannel::RaiseLast(RunEvents& events) {
-    events.OfFile(100);
+void RunContext::RaiseLast(RunEvents& events) {
+    events.OnFileProgress(100);
     RaiseOverall(events, 100);
     silent_ = true;
     const std::lock_guard lock(mutex_);
@@ -223,15 +223,15 @@ void RunChannel::RaiseLast(RunEvents& events) {
 }
 
 // A stopping run asks nothing: a step may fail just before its thread notices the cancel.
-void RunChannel::AnswerQuestion(RunEvents& events, const std::string& text) {
+void RunContext::AnswerQuestion(RunEvents& events, const std::string& text) {
     const Answer answer = stop_.stop_requested() ? Answer::kCancel : Ask(events, text);
     const std::lock_guard lock(mutex_);
     answer_ = answer;
     background_.notify_all();
 }
 
-RunChannel::Answer RunChannel::Ask(RunEvents& events, const std::string& text) {
-    Questions* const questions = events.Answers();
+RunContext::Answer RunContext::Ask(RunEvents& events, const std::string& text) {
+    Questions* const questions = events.QuestionHandler();
     if (questions == nullptr) {
         return Answer::kUnattended;
     }

@@ -1,7 +1,7 @@
 // The link between the caller's thread, which raises events and does nothing that can block, and
 // the background threads, which do the work: progress, messages, questions, cancel and the end.
 //
-// The caller's thread stays inside RunChannel::Run for the whole run. It wakes every 50 ms, or when
+// The caller's thread stays inside RunContext::Run for the whole run. It wakes every 50 ms, or when
 // a background thread has a question or many messages; it raises what is pending, and the events
 // may run a message loop. All other members are for background threads, which may be several.
 #pragma once
@@ -42,7 +42,7 @@ bool WaitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>&
     return true;
 }
 
-class RunChannel {
+class RunContext {
   public:
     // Runs `body` on a thread of its own and raises events until it has ended, at least every
     // 50 ms. A failed run has raised an error message at its end.
@@ -54,12 +54,12 @@ class RunChannel {
 
     // Queues a message, its text with control characters made visible: a line break in a name must
     // not begin a new line of a log. Blocks while thousands of messages are queued.
-    void Tell(ComponentMessage message);
+    void Report(ComponentMessage message);
 
     // Asks whether to repeat a step that failed. Returns when it is to be repeated; throws
     // RunStopped otherwise: an unattended run has failed, with `unattended` as the text if it is
     // not ""; an attended one is cancelled. A run that is stopping asks nothing.
-    void RetryOrStop(const ComponentMessage& failure, const std::string& unattended = "");
+    void AskRetryOrStop(const ComponentMessage& failure, const std::string& unattended = "");
 
     // Ends the run for a reason that no retry can change. The first failure counts.
     void Fail(const ComponentMessage& failure);

@@ -16,7 +16,7 @@ constexpr const char* kCannotWrite = "The archive cannot be written";
 
 }  // namespace
 
-ArchiveFile::ArchiveFile(const platform::Machine& machine, RunChannel& channel,
+ArchiveFile::ArchiveFile(const platform::Machine& machine, RunContext& channel,
                          const std::string& archive)
     : files_(machine.files),
       channel_(channel),
@@ -30,15 +30,15 @@ void ArchiveFile::Open() {
 }
 
 void ArchiveFile::Create() {
-    file_ = UntilItWorks(channel_, Cannot("The archive cannot be created", path_), [this] {
+    file_ = RetryOrAsk(channel_, DescribeFailure("The archive cannot be created", path_), [this] {
         channel_.CheckStop();
         return files_.Open(path_, platform::OpenMode::kCreateNew);
     });
     created_ = true;
 }
 
-void ArchiveFile::Write(std::string_view bytes, std::span<WholeRecord> records) {
-    for (WholeRecord& record : records) {
+void ArchiveFile::Write(std::string_view bytes, std::span<UnsplitRecord> records) {
+    for (UnsplitRecord& record : records) {
         record.place = {0, Position() + record.at};
     }
     Append(bytes);
@@ -66,7 +66,7 @@ void ArchiveFile::WriteBuffer() {
 }
 
 void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
-    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
         channel_.CheckStop();
         if (!position_known_ || file_position_ != offset) {
             position_known_ = false;
@@ -79,7 +79,7 @@ void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
     });
 }
 
-void ArchiveFile::Patch(const Place& place, std::string_view bytes) {
+void ArchiveFile::Patch(const RecordLocation& place, std::string_view bytes) {
     const std::uint64_t offset = place.offset;
     const std::uint64_t end = offset + bytes.size();
     const auto in_file =
@@ -93,13 +93,13 @@ void ArchiveFile::Patch(const Place& place, std::string_view bytes) {
     }
 }
 
-void ArchiveFile::CutBack(const Place& place) {
+void ArchiveFile::TruncateTo(const RecordLocation& place) {
     const std::uint64_t offset = place.offset;
     if (offset >= flushed_) {
         buffer_.Resize(static_cast<std::size_t>(offset - flushed_));
         return;
     }
-    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
         channel_.CheckStop();
         position_known_ = false;
         file_->Truncate(offset);
@@ -110,13 +110,13 @@ void ArchiveFile::CutBack(const Place& place) {
 
 void ArchiveFile::Finish() {
     WriteBuffer();
-    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [this] {
         channel_.CheckStop();
         file_->Flush();
     });
     channel_.CheckStop();
-    UntilItWorks(channel_, Cannot("The archive cannot be closed", path_),
-                 [this] { CloseChecked(); });
+    RetryOrAsk(channel_, DescribeFailure("The archive cannot be closed", path_),
+               [this] { CloseChecked(); });
 }
 
 // A file can be closed only once; after a failed close its size shows whether anything was lost.

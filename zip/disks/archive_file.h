@@ -17,16 +17,16 @@ namespace vantrel::zip {
 
 class ArchiveFile : public ArchiveOutput {
   public:
-    ArchiveFile(const platform::Machine& machine, RunChannel& channel, const std::string& archive);
+    ArchiveFile(const platform::Machine& machine, RunContext& channel, const std::string& archive);
 
     void Open() override;
     bool CanPatch() const override { return true; }
 
     using ArchiveOutput::Write;
-    void Write(std::string_view bytes, std::span<WholeRecord> records) override;
-    Place Next() const override { return {0, Position()}; }
-    void Patch(const Place& place, std::string_view bytes) override;
-    void CutBack(const Place& place) override;
+    void Write(std::string_view bytes, std::span<UnsplitRecord> records) override;
+    RecordLocation Next() const override { return {0, Position()}; }
+    void Patch(const RecordLocation& place, std::string_view bytes) override;
+    void TruncateTo(const RecordLocation& place) override;
 
     void Finish() override;
     void Commit() override { target_.Commit(); }
@@ -41,7 +41,7 @@ class ArchiveFile : public ArchiveOutput {
     void CloseChecked();
 
     platform::FileSystem& files_;
-    RunChannel& channel_;
+    RunContext& channel_;
     ArchiveTarget target_;
     std::string path_;
     std::unique_ptr<platform::File> file_;

@@ -11,19 +11,19 @@
 namespace vantrel::zip {
 
 // The location of a record: its disk, counted from 0, and its offset from the start of that disk.
-struct Place {
+struct RecordLocation {
     std::uint32_t disk = 0;
     std::uint64_t offset = 0;
 
-    bool operator==(const Place&) const = default;
+    bool operator==(const RecordLocation&) const = default;
 };
 
 // A range of the bytes of one Write that must be on one disk (APPNOTE 8.5.2), and its location,
 // which Write fills in.
-struct WholeRecord {
+struct UnsplitRecord {
     std::size_t at = 0;
     std::size_t size = 0;
-    Place place;
+    RecordLocation place;
 };
 
 // Used by one thread at a time: the worker that holds the archive's turn to write. A failure is a
@@ -38,22 +38,22 @@ class ArchiveOutput {
     virtual bool CanPatch() const = 0;
 
     // Appends `bytes`. `records` are the ranges of them that must not be divided, in order.
-    virtual void Write(std::string_view bytes, std::span<WholeRecord> records) = 0;
+    virtual void Write(std::string_view bytes, std::span<UnsplitRecord> records) = 0;
     void Write(std::string_view bytes) { Write(bytes, {}); }
     // Appends one record, and returns its location.
-    Place WriteWhole(std::string_view bytes) {
-        WholeRecord record{0, bytes.size(), {}};
+    RecordLocation WriteUnsplit(std::string_view bytes) {
+        UnsplitRecord record{0, bytes.size(), {}};
         Write(bytes, {&record, 1});
         return record.place;
     }
     // The location of the next byte, unless that is written on the next disk.
-    virtual Place Next() const = 0;
+    virtual RecordLocation Next() const = 0;
 
     // Overwrites bytes that were written before. Requires CanPatch.
-    virtual void Patch(const Place& place, std::string_view bytes) = 0;
+    virtual void Patch(const RecordLocation& place, std::string_view bytes) = 0;
     // Discards the record at `place`, the last one that was written, and everything after it. Its
     // bytes on an earlier disk stay there, unused.
-    virtual void CutBack(const Place& place) = 0;
+    virtual void TruncateTo(const RecordLocation& place) = 0;
 
     // Identifies the disks that are full: body of kDiskListField. "" when there is one disk.
     virtual std::string DiskList() const { return ""; }

@@ -116,7 +116,7 @@ bool DiskSet::IsAnother(const platform::FileInfo& info, std::uint32_t disk) {
     return false;
 }
 
-platform::File& ArchiveSource::Opened() {
+platform::File& ArchiveReader::Opened() {
     if (!file_) {
         file_ = files_.Open(path_, platform::OpenMode::kRead);
         position_ = 0;
@@ -128,7 +128,7 @@ platform::File& ArchiveSource::Opened() {
 }
 
 template <typename Step>
-auto ArchiveSource::Try(Step step) {
+auto ArchiveReader::Try(Step step) {
     const auto once = [&] {
         try {
             return step(Opened());
@@ -139,24 +139,24 @@ auto ArchiveSource::Try(Step step) {
     };
     return channel_ == nullptr
                ? once()
-               : UntilItWorks(*channel_, Cannot("The archive cannot be read", path_), once);
+               : RetryOrAsk(*channel_, DescribeFailure("The archive cannot be read", path_), once);
 }
 
-void ArchiveSource::AskOn(RunChannel& channel, const Directory& directory) {
+void ArchiveReader::AskOn(RunContext& channel, const Directory& directory) {
     channel_ = &channel;
     expected_size_ = directory.archive_size;
     if (directory.disks.IsSpanned()) {
-        ask_ = [&channel](const ComponentMessage& failure) { channel.RetryOrStop(failure); };
+        ask_ = [&channel](const ComponentMessage& failure) { channel.AskRetryOrStop(failure); };
         OpenAsSpanned(directory.disks);
     }
 }
 
-void ArchiveSource::AskForDisks(platform::Drives& drives, AskForDisk ask) {
+void ArchiveReader::AskForDisks(platform::Drives& drives, AskForDisk ask) {
     ask_ = std::move(ask);
     removable_ = drives.Type(path::Root(path_)) == platform::drive_type::kRemovable;
 }
 
-bool ArchiveSource::OpenAsSpanned(const DiskIdentity& disks) {
+bool ArchiveReader::OpenAsSpanned(const DiskIdentity& disks) {
     if (!ask_) {
         return false;
     }
@@ -165,12 +165,12 @@ bool ArchiveSource::OpenAsSpanned(const DiskIdentity& disks) {
     return true;
 }
 
-bool ArchiveSource::MayBeSpanned() {
+bool ArchiveReader::MayBeSpanned() {
     const bool starts_like_one = HasSignature(Bytes(0, kSignatureSize), kSpannedMarker);
     return removable_ || starts_like_one;
 }
 
-bool ArchiveSource::ChangeToLastDisk() {
+bool ArchiveReader::ChangeToLastDisk() {
     if (!ask_ || !MayBeSpanned()) {
         return false;
     }
@@ -190,15 +190,15 @@ bool ArchiveSource::ChangeToLastDisk() {
     }
 }
 
-std::uint64_t ArchiveSource::Size() {
+std::uint64_t ArchiveReader::Size() {
     return Try([](platform::File& file) { return file.Size(); });
 }
 
-std::size_t ArchiveSource::ReadAhead(std::uint64_t offset, void* out, std::size_t count) {
+std::size_t ArchiveReader::ReadAhead(std::uint64_t offset, void* out, std::size_t count) {
     return set_ ? set_->ReadAhead(offset, out, count) : ReadAt(offset, out, count);
 }
 
-std::size_t ArchiveSource::ReadAt(std::uint64_t offset, void* out, std::size_t count) {
+std::size_t ArchiveReader::ReadAt(std::uint64_t offset, void* out, std::size_t count) {
     if (set_) {
         return set_->ReadAt(offset, out, count);
     }

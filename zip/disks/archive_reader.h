@@ -62,15 +62,15 @@ class DiskSet {
     std::map<std::uint32_t, Seen> seen_;
 };
 
-class ArchiveSource : public ByteSource, public DiskChanger {
+class ArchiveReader : public ByteSource, public DiskChanger {
   public:
-    ArchiveSource(platform::FileSystem& files, std::string path)
+    ArchiveReader(platform::FileSystem& files, std::string path)
         : files_(files), path_(std::move(path)) {}
 
     // From now on a failure is a question, repeated until the read succeeds or the run stops. So is
     // an archive whose size differs from that of `directory`: another file has replaced the one
     // that was listed. Disks of a spanned archive are asked for. `directory` is borrowed.
-    void AskOn(RunChannel& channel, const Directory& directory);
+    void AskOn(RunContext& channel, const Directory& directory);
 
     // From now on the disks of a spanned archive are asked for. A file without an end record is
     // taken for one when it begins like one, or lies on a removable drive.
@@ -90,7 +90,7 @@ class ArchiveSource : public ByteSource, public DiskChanger {
 
     platform::FileSystem& files_;
     std::string path_;
-    RunChannel* channel_ = nullptr;
+    RunContext* channel_ = nullptr;
     std::uint64_t expected_size_ = 0;
     std::unique_ptr<platform::File> file_;
     std::uint64_t position_ = 0;

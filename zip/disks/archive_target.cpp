@@ -11,7 +11,7 @@
 
 namespace vantrel::zip {
 
-ArchiveTarget::ArchiveTarget(const platform::Machine& machine, RunChannel& channel,
+ArchiveTarget::ArchiveTarget(const platform::Machine& machine, RunContext& channel,
                              std::string archive)
     : machine_(machine),
       channel_(channel),
@@ -91,19 +91,20 @@ void ArchiveTarget::TryMakeFolders() {
 
 void ArchiveTarget::MakeFolders() {
     for (const std::string& folder : MissingFolders(machine_.files, path::Parent(archive_))) {
-        UntilItWorks(channel_, Cannot("The folder for the archive cannot be made", folder), [&] {
-            channel_.CheckStop();
-            // It may exist meanwhile, with the drive that holds it.
-            if (!MayExist(machine_.files, folder)) {
-                MakeFolder(folder);
-            }
-        });
+        RetryOrAsk(channel_, DescribeFailure("The folder for the archive cannot be made", folder),
+                   [&] {
+                       channel_.CheckStop();
+                       // It may exist meanwhile, with the drive that holds it.
+                       if (!MayExist(machine_.files, folder)) {
+                           MakeFolder(folder);
+                       }
+                   });
     }
 }
 
 void ArchiveTarget::Commit() {
-    UntilItWorks(channel_, Cannot("The archive cannot be put in its place", archive_),
-                 [this] { machine_.files.Replace(temporary_, archive_); });
+    RetryOrAsk(channel_, DescribeFailure("The archive cannot be put in its place", archive_),
+               [this] { machine_.files.Replace(temporary_, archive_); });
 }
 
 void ArchiveTarget::Abandon(bool created) {

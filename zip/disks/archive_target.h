@@ -15,7 +15,7 @@ constexpr const char* kTemporarySuffix = ".vantrel-new";
 
 class ArchiveTarget {
   public:
-    ArchiveTarget(const platform::Machine& machine, RunChannel& channel, std::string archive);
+    ArchiveTarget(const platform::Machine& machine, RunContext& channel, std::string archive);
 
     const std::string& Archive() const { return archive_; }
     const std::string& Temporary() const { return temporary_; }
@@ -44,7 +44,7 @@ class ArchiveTarget {
     bool IsOurs(const std::string& path);
 
     const platform::Machine& machine_;
-    RunChannel& channel_;
+    RunContext& channel_;
     std::string archive_;
     std::string temporary_;
     std::vector<std::string> made_folders_;

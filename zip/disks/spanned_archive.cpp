@@ -20,8 +20,8 @@ std::string Marker(std::uint32_t number) {
 }
 
 // The largest end up to `limit` that divides no record.
-std::size_t UnsplitEnd(std::span<const WholeRecord> records, std::size_t limit) {
-    for (const WholeRecord& record : records) {
+std::size_t UnsplitEnd(std::span<const UnsplitRecord> records, std::size_t limit) {
+    for (const UnsplitRecord& record : records) {
         if (record.at < limit && record.at + record.size > limit) {
             return record.at;
         }
@@ -31,22 +31,22 @@ std::size_t UnsplitEnd(std::span<const WholeRecord> records, std::size_t limit) 
 
 }  // namespace
 
-SpannedArchive::SpannedArchive(const platform::Machine& machine, RunChannel& channel,
+SpannedArchive::SpannedArchive(const platform::Machine& machine, RunContext& channel,
                                const std::string& archive)
     : machine_(machine), channel_(channel), target_(machine, channel, archive) {}
 
 void SpannedArchive::Open() {
     const std::string marker = Marker(kSpannedMarker);
     RequireDisk(marker.size(), TryDisk(marker.size()));
-    WriteWhole(marker);
+    WriteUnsplit(marker);
 }
 
-void SpannedArchive::Write(std::string_view bytes, std::span<WholeRecord> records) {
+void SpannedArchive::Write(std::string_view bytes, std::span<UnsplitRecord> records) {
     std::size_t done = 0;
     for (;;) {
         const std::size_t end = WriteOnDisk(bytes, done, records);
         while (!records.empty() && records.front().at < end) {
-            WholeRecord& record = records.front();
+            UnsplitRecord& record = records.front();
             record.place = {disk_, volume_->Size() - (end - record.at)};
             records = records.subspan(1);
         }
@@ -61,7 +61,7 @@ void SpannedArchive::Write(std::string_view bytes, std::span<WholeRecord> record
 
 // Writes the bytes from `done` that fit on this disk; returns their end.
 std::size_t SpannedArchive::WriteOnDisk(std::string_view bytes, std::size_t done,
-                                        std::span<WholeRecord> records) {
+                                        std::span<UnsplitRecord> records) {
     const std::size_t left = bytes.size() - done;
     const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(left, capacity_));
     const std::size_t end = UnsplitEnd(records, done + most);
@@ -168,10 +168,11 @@ void SpannedArchive::FinishDisk() {
 
 void SpannedArchive::Ask(std::uint32_t disk, const std::string& note) {
     const std::string number = std::to_string(disk + 1);
-    channel_.RetryOrStop(Failure(error_number::kDiskFull, target_.Archive(),
-                                 PromptToWrite(disk + 1, target_.Archive(), note)),
-                         "The archive needs disk " + number +
-                             ", and nobody is there to insert it: " + target_.Archive() + ".");
+    channel_.AskRetryOrStop(Failure(error_number::kDiskFull, target_.Archive(),
+                                    PromptToWrite(disk + 1, target_.Archive(), note)),
+                            "The archive needs disk " + number +
+                                ", which an unattended run cannot ask for: " + target_.Archive() +
+                                ".");
 }
 
 std::uint64_t SpannedArchive::FreeBytes() {
@@ -188,12 +189,14 @@ SpannedArchive::Finished SpannedArchive::InfoOf(const std::string& path) {
     return info ? Finished{path, info->size, info->times.modified} : Finished{path, 0, 0};
 }
 
-void SpannedArchive::Patch(const Place&, std::string_view) { RaiseError(error_number::kDeviceIo); }
+void SpannedArchive::Patch(const RecordLocation&, std::string_view) {
+    RaiseError(error_number::kDeviceIo);
+}
 
-void SpannedArchive::CutBack(const Place& place) {
+void SpannedArchive::TruncateTo(const RecordLocation& place) {
     if (place == marked_) {
         capacity_ += volume_->Size() - place.offset;
-        volume_->CutBack();
+        volume_->TruncateTo();
     }
 }
 
@@ -245,9 +248,9 @@ void SpannedArchive::Abandon() {
     }
     target_.Abandon(open);
     if (finished_disks_ > 0) {
-        channel_.Tell(Warning(target_.Archive(),
-                              Counted(finished_disks_, "disk holds a part", "disks hold parts") +
-                                  " of an archive that was not finished: " + target_.Archive()));
+        channel_.Report(Warning(target_.Archive(),
+                                Counted(finished_disks_, "disk holds a part", "disks hold parts") +
+                                    " of an archive that was not finished: " + target_.Archive()));
     }
 }
 

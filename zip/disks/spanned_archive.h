@@ -18,17 +18,17 @@ namespace vantrel::zip {
 
 class SpannedArchive : public ArchiveOutput {
   public:
-    SpannedArchive(const platform::Machine& machine, RunChannel& channel,
+    SpannedArchive(const platform::Machine& machine, RunContext& channel,
                    const std::string& archive);
 
     void Open() override;
     bool CanPatch() const override { return false; }
 
     using ArchiveOutput::Write;
-    void Write(std::string_view bytes, std::span<WholeRecord> records) override;
-    Place Next() const override { return {disk_, volume_->Size()}; }
-    void Patch(const Place& place, std::string_view bytes) override;
-    void CutBack(const Place& place) override;
+    void Write(std::string_view bytes, std::span<UnsplitRecord> records) override;
+    RecordLocation Next() const override { return {disk_, volume_->Size()}; }
+    void Patch(const RecordLocation& place, std::string_view bytes) override;
+    void TruncateTo(const RecordLocation& place) override;
 
     std::string DiskList() const override;
     void Finish() override;
@@ -44,7 +44,7 @@ class SpannedArchive : public ArchiveOutput {
     };
 
     std::size_t WriteOnDisk(std::string_view bytes, std::size_t done,
-                            std::span<WholeRecord> records);
+                            std::span<UnsplitRecord> records);
     void NextDisk(std::size_t needed);
     void RequireDisk(std::size_t needed, std::string why_not);
     std::string TryDisk(std::size_t needed);
@@ -58,13 +58,13 @@ class SpannedArchive : public ArchiveOutput {
     void ReplaceOnDiskOne();
 
     const platform::Machine& machine_;
-    RunChannel& channel_;
+    RunContext& channel_;
     ArchiveTarget target_;
     std::uint32_t disk_ = 0;                      // the current one
     std::uint32_t finished_disks_ = 0;            // that hold a part of the archive
     std::unique_ptr<Volume> volume_;              // null between two disks
     std::uint64_t capacity_ = 0;                  // capacity left on the current disk
-    Place marked_;                                // where volume_ can be truncated to
+    RecordLocation marked_;                       // where volume_ can be truncated to
     std::string disk_list_;                       // of the disks that were left
     std::uint64_t smallest_ = ~std::uint64_t{0};  // bytes on one of those
     std::optional<Finished> previous_;            // on the disk that was finished last

@@ -19,14 +19,14 @@ constexpr std::size_t kSteps[] = {64 * 1024, 4096, 512};
 
 }  // namespace
 
-Volume::Volume(platform::FileSystem& files, RunChannel& channel, std::string path)
+Volume::Volume(platform::FileSystem& files, RunContext& channel, std::string path)
     : files_(files),
       channel_(channel),
       path_(std::move(path)),
       file_(files.Open(path_, platform::OpenMode::kCreateNew)) {}
 
 std::size_t Volume::Offer(std::string_view bytes) {
-    return UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+    return RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
         channel_.CheckStop();
         try {
             file_->Seek(state_.size);
@@ -77,19 +77,19 @@ void Volume::Keep(std::string_view offered, std::size_t count) {
 }
 
 void Volume::Truncate(std::uint64_t size) {
-    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
         channel_.CheckStop();
         file_->Truncate(size);
     });
 }
 
-void Volume::CutBack() {
+void Volume::TruncateTo() {
     Truncate(mark_.size);
     state_ = mark_;
 }
 
 void Volume::PatchHead(std::string_view bytes) {
-    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [&] {
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
         channel_.CheckStop();
         file_->Seek(0);
         file_->Write(bytes.data(), bytes.size());
@@ -100,7 +100,7 @@ void Volume::PatchHead(std::string_view bytes) {
 std::uint32_t Volume::HeadCrc() const { return Crc32(state_.head); }
 
 void Volume::Close() {
-    UntilItWorks(channel_, Cannot(kCannotWrite, path_), [this] {
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [this] {
         channel_.CheckStop();
         file_->Flush();
     });
@@ -113,8 +113,9 @@ void Volume::Close() {
 }
 
 void Volume::ReadBack() {
-    UntilItWorks(channel_, Cannot("What was written on this disk cannot be read back", path_),
-                 [this] { Compare(); });
+    RetryOrAsk(channel_,
+               DescribeFailure("What was written on this disk cannot be read back", path_),
+               [this] { Compare(); });
 }
 
 void Volume::Compare() {

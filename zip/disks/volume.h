@@ -16,7 +16,7 @@ namespace vantrel::zip {
 class Volume {
   public:
     // Creates the file, which must not exist. Raises what the file system raises.
-    Volume(platform::FileSystem& files, RunChannel& channel, std::string path);
+    Volume(platform::FileSystem& files, RunContext& channel, std::string path);
 
     std::uint64_t Size() const { return state_.size; }
 
@@ -26,9 +26,9 @@ class Volume {
     // Adds the first `count` bytes that were offered to the volume, and truncates the others.
     void Keep(std::string_view offered, std::size_t count);
 
-    // Sets the end that CutBack returns to.
+    // Sets the end that TruncateTo returns to.
     void Mark() { mark_ = state_; }
-    void CutBack();
+    void TruncateTo();
     // Overwrites bytes of the first kDiskHead.
     void PatchHead(std::string_view bytes);
 
@@ -51,7 +51,7 @@ class Volume {
     void Compare();
 
     platform::FileSystem& files_;
-    RunChannel& channel_;
+    RunContext& channel_;
     std::string path_;
     std::unique_ptr<platform::File> file_;
     State state_;

@@ -26,11 +26,11 @@ int ThreadCount(int wanted, platform::Process& process, std::size_t files) {
 }
 
 Directory ReadDirectoryOrAsk(const platform::Machine& machine, const ExtractOptions& options,
-                             RunChannel& channel) {
-    return UntilItWorks(channel, Cannot("The archive cannot be read", options.archive), [&] {
-        ArchiveSource source(machine.files, options.archive);
+                             RunContext& channel) {
+    return RetryOrAsk(channel, DescribeFailure("The archive cannot be read", options.archive), [&] {
+        ArchiveReader source(machine.files, options.archive);
         source.AskForDisks(machine.drives, [&channel](const ComponentMessage& failure) {
-            channel.RetryOrStop(failure);
+            channel.AskRetryOrStop(failure);
         });
         Directory directory = ReadDirectory(source, &source, machine.code_page, machine.clock);
         if (directory.entries.empty() && !directory.IsComplete()) {
@@ -85,10 +85,11 @@ class Extractor {
             if (IsUnknown(free) || plan.bytes <= free || plan.bytes - ReplacedBytes() <= free) {
                 return;
             }
-            channel_.RetryOrStop(Failure(error_number::kDiskFull, options_.destination,
-                                         "The destination is too small: " + options_.destination +
-                                             " (" + Counted(plan.bytes, "byte", "bytes") +
-                                             " needed, " + std::to_string(free) + " free)."));
+            channel_.AskRetryOrStop(
+                Failure(error_number::kDiskFull, options_.destination,
+                        "The destination is too small: " + options_.destination + " (" +
+                            Counted(plan.bytes, "byte", "bytes") + " needed, " +
+                            std::to_string(free) + " free)."));
         }
     }
     // 0 is also reported where the free space is unknown; a full disk fails by itself.
@@ -122,11 +123,11 @@ class Extractor {
     }
 
     void MakeDestination() {
-        UntilItWorks(channel_, Cannot("The destination cannot be used", options_.destination),
-                     [this] {
-                         channel_.CheckStop();
-                         MakeDestinationFolders();
-                     });
+        RetryOrAsk(channel_,
+                   DescribeFailure("The destination cannot be used", options_.destination), [this] {
+                       channel_.CheckStop();
+                       MakeDestinationFolders();
+                   });
     }
     void MakeDestinationFolders() {
         if (options_.destination.empty()) {
@@ -193,7 +194,7 @@ class Extractor {
                 machine_.files.SetAttributes(path, entry.attributes & kSettable);
             }
         } catch (const Error& error) {
-            channel_.Tell(EntryWarning(
+            channel_.Report(EntryWarning(
                 run_.directory, index, error.number(),
                 entry.name + " keeps its time and attributes: " + error.description() + "."));
         }
@@ -202,14 +203,14 @@ class Extractor {
     Extraction& run_;
     const platform::Machine& machine_;
     const ExtractOptions& options_;
-    RunChannel& channel_;
+    RunContext& channel_;
 };
 
 }  // namespace
 
 ExtractResult ExtractArchive(const platform::Machine& machine, const ExtractOptions& options,
                              RunEvents& events) {
-    RunChannel channel;
+    RunContext channel;
     std::optional<Extraction> run;
     ExtractResult result;
     result.outcome = channel.Run(machine.clock, events, [&] {

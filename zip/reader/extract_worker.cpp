@@ -8,7 +8,7 @@
 
 namespace vantrel::zip {
 
-Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunChannel& run,
+Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunContext& run,
                        Directory listed)
     : machine(seam),
       options(wanted),
@@ -16,19 +16,19 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
       directory(std::move(listed)),
       mask(machine.code_page, options.mask),
       planner(directory, mask, machine.code_page,
-              [this](ComponentMessage message) { channel.Tell(std::move(message)); }),
+              [this](ComponentMessage message) { channel.Report(std::move(message)); }),
       plan(planner.Plan()),
       folders(machine, options.destination,
               [this](const std::string& folder, const std::string& name) {
                   const std::string path = path::Join(folder, name);
-                  channel.Tell(Warning(path, "A folder is restored as " + path +
-                                                 ": its name is another folder's short name."));
+                  channel.Report(Warning(path, "A folder is restored as " + path +
+                                                   ": its name is another folder's short name."));
               }),
       queue(directory, plan, channel.Token()) {}
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
-    channel.Tell(EntryWarning(
+    channel.Report(EntryWarning(
         directory, index, error.number(),
         directory.entries[index].name + " is not restored: " + error.description() + "."));
 }
@@ -127,19 +127,19 @@ void ExtractWorker::ReportRestored(const PlannedEntry& planned, const std::strin
     const std::uint32_t index = planned.index;
     const std::string& name = run_.directory.entries[index].name;
     if (!disagreement.empty()) {
-        run_.channel.Tell(EntryWarning(run_.directory, index, 0,
-                                       name + " has another " + disagreement +
-                                           " in its local header; the directory's holds."));
+        run_.channel.Report(EntryWarning(run_.directory, index, 0,
+                                         name + " has another " + disagreement +
+                                             " in its local header; the directory's holds."));
     }
     if (path::Split(path).name != path::Split(planned.path).name) {
-        run_.channel.Tell(EntryWarning(
+        run_.channel.Report(EntryWarning(
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));
     }
     if (run_.channel.WantsEachFile()) {
-        run_.channel.Tell({MessageKind::kInformation, 0, static_cast<std::int32_t>(index + 1), path,
-                           "Extracting " + path,
-                           static_cast<std::int32_t>(run_.directory.entries.size())});
+        run_.channel.Report({MessageKind::kInformation, 0, static_cast<std::int32_t>(index + 1),
+                             path, "Extracting " + path,
+                             static_cast<std::int32_t>(run_.directory.entries.size())});
     }
 }
 

@@ -24,12 +24,12 @@ namespace vantrel::zip {
 
 // One extraction. The thread that plans uses `planner`; everything else is for all threads.
 struct Extraction {
-    Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunChannel& run,
+    Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunContext& run,
                Directory listed);
 
     const platform::Machine& machine;
     const ExtractOptions& options;
-    RunChannel& channel;
+    RunContext& channel;
     const Directory directory;
     const DosMask mask;
     ExtractionPlanner planner;
@@ -69,7 +69,7 @@ class ExtractWorker {
 
     Extraction& run_;
     FileQueue::FileRange& range_;
-    ArchiveSource source_;
+    ArchiveReader source_;
     EntryData data_;
     std::string folder_name_;  // below the destination, of the last file
     std::string folder_path_;  // its full path; "" before the first
@@ -81,12 +81,12 @@ template <typename Step>
 void Extraction::Restore(std::uint32_t index, Step&& step) {
     const auto describe = [&](const Error& error) {
         if (!IsOfDestination(error.number())) {
-            throw;
+            throw error;
         }
-        return Cannot("This cannot be restored", directory.entries[index].name)(error);
+        return DescribeFailure("This cannot be restored", directory.entries[index].name)(error);
     };
     try {
-        UntilItWorks(channel, describe, [&] {
+        RetryOrAsk(channel, describe, [&] {
             channel.CheckStop();
             step();
         });

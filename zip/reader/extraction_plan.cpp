@@ -43,8 +43,8 @@ class Overlaps {
     void Add(std::uint32_t index) {
         const StoredEntry& entry = directory_.entries[index];
         const std::uint64_t header = local_header::kFixedSize + entry.RawName().size();
-        const std::uint64_t room = directory_.start - std::min(directory_.start, entry.offset);
-        if (room < header || room - header < entry.packed_size) {
+        const std::uint64_t available = directory_.start - std::min(directory_.start, entry.offset);
+        if (available < header || available - header < entry.packed_size) {
             overlaps_[index] = true;
             return;  // its end is no bound for others
         }

@@ -73,7 +73,7 @@ void AppendEmptyField(std::string& out) { AppendField(out, kUnixTimeField, std::
 // directory.
 std::string LocalExtra(const Entry& entry) {
     std::string extra;
-    if (entry.wide_local) {
+    if (entry.zip64_sizes) {
         std::string sizes;  // both, as 4.5.3 demands of a local header
         Put64(sizes, entry.descriptor ? 0 : entry.size);
         Put64(sizes, entry.descriptor ? 0 : entry.packed_size);
@@ -128,11 +128,11 @@ std::uint32_t DosDateTime(const platform::LocalTime& local) {
 void AppendLocalHeader(std::string& out, const Entry& entry) {
     const std::string extra = LocalExtra(entry);
     Put32(out, kLocalSignature);
-    AppendCommon(out, entry, entry.wide_local);
+    AppendCommon(out, entry, entry.zip64_sizes);
     Put32(out, entry.descriptor ? 0 : entry.crc);
     for (const std::uint64_t size : {entry.packed_size, entry.size}) {
         const std::uint64_t stated = entry.descriptor ? 0 : size;
-        Put32(out, static_cast<std::uint32_t>(entry.wide_local ? kSaturated32 : stated));
+        Put32(out, static_cast<std::uint32_t>(entry.zip64_sizes ? kSaturated32 : stated));
     }
     Put16(out, static_cast<std::uint16_t>(entry.name.size()));
     Put16(out, static_cast<std::uint16_t>(extra.size()));
@@ -146,7 +146,7 @@ void AppendDescriptor(std::string& out, const Entry& entry) {
     for (const std::uint64_t size : {entry.packed_size, entry.size}) {
         // 8 bytes each exactly when the local header has the 64-bit field (4.3.9.2).
         Put32(out, static_cast<std::uint32_t>(size & kSaturated32));
-        if (entry.wide_local) {
+        if (entry.zip64_sizes) {
             Put32(out, static_cast<std::uint32_t>(size >> 32));
         }
     }
@@ -161,7 +161,7 @@ void AppendCentralRecord(std::string& out, const Entry& entry) {
     AppendNtfsTimes(extra, entry.times);
     Put32(out, kCentralSignature);
     Put16(out, kMadeBy);
-    AppendCommon(out, entry, !numbers.empty() || entry.wide_local);
+    AppendCommon(out, entry, !numbers.empty() || entry.zip64_sizes);
     Put32(out, entry.crc);
     Put32(out, Saturate32(entry.packed_size));
     Put32(out, Saturate32(entry.size));

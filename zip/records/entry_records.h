@@ -24,13 +24,13 @@ struct Entry {
     std::uint32_t disk = 0;
     // The local header has the 64-bit sizes field. Decided when space for the header is reserved,
     // that is, from the size which the file had when it was opened.
-    bool wide_local = false;
+    bool zip64_sizes = false;
     // CRC and sizes follow the data (4.3.9), because the header cannot be written again.
     bool descriptor = false;
 };
 
 // Appends the local file header (APPNOTE 4.3.7) of an entry whose sizes and CRC are final, or are
-// left to a descriptor. Its length depends only on the name, the times and `wide_local`.
+// left to a descriptor. Its length depends only on the name, the times and `zip64_sizes`.
 void AppendLocalHeader(std::string& out, const Entry& entry);
 // Appends the data descriptor (4.3.9), with its signature.
 void AppendDescriptor(std::string& out, const Entry& entry);

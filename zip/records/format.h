@@ -97,7 +97,7 @@ constexpr std::size_t kFixedSize = 22;
 constexpr std::uint64_t kSaturated32 = 0xFFFFFFFF;
 constexpr std::uint64_t kSaturated16 = 0xFFFF;
 // Bytes of a name, and of a comment: their lengths have 16 bits (4.4.10, 4.4.12).
-constexpr std::size_t kLongestName = 0xFFFF;
+constexpr std::size_t kMaxNameLength = 0xFFFF;
 constexpr std::size_t kMaxComment = 0xFFFF;
 
 // Version needed to extract (4.4.3.2). kVersionDeflated also holds for folders.

@@ -14,16 +14,16 @@ namespace {
 // Bytes of central records per write, exceeded by less than one record.
 constexpr std::size_t kDirectoryWriteSize = 256 * 1024;
 
-Place LocationOf(const Entry& entry) { return {entry.disk, entry.offset}; }
+RecordLocation LocationOf(const Entry& entry) { return {entry.disk, entry.offset}; }
 
-void SetLocation(Entry& entry, const Place& place) {
+void SetLocation(Entry& entry, const RecordLocation& place) {
     entry.disk = place.disk;
     entry.offset = place.offset;
 }
 
 }  // namespace
 
-ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t max_jobs,
+ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunContext& channel, std::size_t max_jobs,
                          std::uint64_t total)
     : archive_(archive), channel_(channel), max_jobs_(max_jobs), total_(total) {}
 
@@ -124,7 +124,7 @@ void ArchiveSink::WriteChunk(PackedJob& job) {
     ReportProgress(job);
     if (chunk.unreadable) {
         if (!chunk.first) {
-            archive_.CutBack(LocationOf(file_));
+            archive_.TruncateTo(LocationOf(file_));
         }
         ++skipped_;
     } else if (chunk.last) {
@@ -143,12 +143,12 @@ void ArchiveSink::StartFile(PackedJob& job) {
     if (!archive_.CanPatch()) {
         file_.descriptor = true;
         // Data that grows under compression stays so: by at most some bytes for each block.
-        file_.wide_local =
+        file_.zip64_sizes =
             NeedsWideSizes(chunk.file_size, chunk.file_size + chunk.file_size / 1024);
     }
     record_.clear();
     AppendLocalHeader(record_, file_);
-    SetLocation(file_, archive_.WriteWhole(record_));
+    SetLocation(file_, archive_.WriteUnsplit(record_));
     if (!chunk.store_only) {
         ReportAdded(job.path);
     }
@@ -158,9 +158,9 @@ void ArchiveSink::FinishFile(const PackedJob& job) {
     record_.clear();
     if (file_.descriptor) {
         AppendDescriptor(record_, file_);
-        archive_.WriteWhole(record_);
+        archive_.WriteUnsplit(record_);
     } else if (file_.method == Method::kDeflated && file_.packed_size >= file_.size) {
-        archive_.CutBack(LocationOf(file_));
+        archive_.TruncateTo(LocationOf(file_));
         deferred_.push_back({job.file, true});
         return;
     } else {
@@ -190,14 +190,14 @@ void ArchiveSink::AddToDirectory(const Entry& entry) {
 void ArchiveSink::ReportAdded(const std::string& path) {
     ++added_;
     if (channel_.WantsEachFile()) {
-        channel_.Tell({MessageKind::kInformation, 0, added_, path, "Adding " + path,
-                       static_cast<std::int32_t>(std::min<std::uint64_t>(total_, INT32_MAX))});
+        channel_.Report({MessageKind::kInformation, 0, added_, path, "Adding " + path,
+                         static_cast<std::int32_t>(std::min<std::uint64_t>(total_, INT32_MAX))});
     }
 }
 
 void ArchiveSink::ReportWarning(std::optional<ComponentMessage>& warning) {
     if (warning) {
-        channel_.Tell(std::move(*warning));
+        channel_.Report(std::move(*warning));
     }
 }
 
@@ -207,7 +207,7 @@ void ArchiveSink::WriteDirectory() {
     WriteCentralRecords(end);
     // The end records state their own disk, which is known only when they have been written: when
     // they did not fit on the expected disk they are removed and written again.
-    for (Place place = archive_.Next();;) {
+    for (RecordLocation place = archive_.Next();;) {
         DirectoryEnd here = end;
         here.disk = place.disk;
         here.end64_offset = place.offset;
@@ -215,11 +215,11 @@ void ArchiveSink::WriteDirectory() {
             place.disk == last_central_disk_ ? end.entries_on_other_disks : end.entries;
         record_.clear();
         AppendDirectoryEnd(record_, here);
-        const Place written = archive_.WriteWhole(record_);
+        const RecordLocation written = archive_.WriteUnsplit(record_);
         if (written == place) {
             return;
         }
-        archive_.CutBack(written);
+        archive_.TruncateTo(written);
         place = written;
     }
 }
@@ -244,7 +244,7 @@ void ArchiveSink::WriteCentralRecords(DirectoryEnd& end) {
 void ArchiveSink::FlushCentralRecords(DirectoryEnd& end) {
     channel_.CheckStop();
     archive_.Write(record_, unsplit_);
-    for (const WholeRecord& record : unsplit_) {
+    for (const UnsplitRecord& record : unsplit_) {
         if (central_records_ == 0) {
             end.offset = record.place.offset;
             end.directory_disk = record.place.disk;

@@ -26,7 +26,7 @@ class ArchiveSink {
   public:
     // At most `max_jobs` jobs are in progress (produced, but not written) at any time, which limits
     // the memory. `total`: number of items to store, for the messages.
-    ArchiveSink(ArchiveOutput& archive, RunChannel& channel, std::size_t max_jobs,
+    ArchiveSink(ArchiveOutput& archive, RunContext& channel, std::size_t max_jobs,
                 std::uint64_t total);
 
     // Blocks until the job `sequence` may be produced. Calls for rising numbers only.
@@ -66,7 +66,7 @@ class ArchiveSink {
     void ReportWarning(std::optional<ComponentMessage>& warning);
 
     ArchiveOutput& archive_;
-    RunChannel& channel_;
+    RunContext& channel_;
     const std::size_t max_jobs_;
     const std::uint64_t total_;
 
@@ -81,7 +81,7 @@ class ArchiveSink {
     RecordList directory_;  // central records
     std::vector<DeferredFile> deferred_;
     std::string record_;
-    std::vector<WholeRecord> unsplit_;     // of the bytes that are written next
+    std::vector<UnsplitRecord> unsplit_;   // of the bytes that are written next
     Entry file_;                           // the big file in progress
     std::uint64_t file_bytes_left_ = 0;    // of its listed size, not yet reported as done
     std::uint64_t central_records_ = 0;    // written

@@ -32,7 +32,7 @@ int ThreadCount(int wanted, platform::Process& process) {
 
 class ArchiveRun {
   public:
-    ArchiveRun(const platform::Machine& machine, const WriterOptions& options, RunChannel& channel)
+    ArchiveRun(const platform::Machine& machine, const WriterOptions& options, RunContext& channel)
         : machine_(machine), options_(options), channel_(channel) {
         if (options.spanning) {
             output_ = std::make_unique<SpannedArchive>(machine_, channel, options.archive);
@@ -59,7 +59,7 @@ class ArchiveRun {
         output_->Open();
         while (!FillArchive()) {
             const Error error(error_number::kFileNotFound, "", "File not found");
-            channel_.RetryOrStop(Failure(error.number(), options_.source.folder, NothingText()));
+            channel_.AskRetryOrStop(Failure(error.number(), options_.source.folder, NothingText()));
         }
         output_->Finish();
         channel_.RaiseLastEvent();
@@ -81,7 +81,7 @@ class ArchiveRun {
         channel_.SetTotal(list.bytes);
         ArchiveSink sink(*output_, channel_, static_cast<std::size_t>(threads + kMaxWaitingJobs),
                          list.items.Count());
-        SourceReader reader(machine_, channel_, options_.source.folder);
+        SourceFolder reader(machine_, channel_, options_.source.folder);
         JobProducer producer(reader, list, sink, options_.level);
         RunWorkers(reader, producer, sink, threads);
         skipped += sink.Skipped();
@@ -93,7 +93,7 @@ class ArchiveRun {
         return true;
     }
 
-    void RunWorkers(SourceReader& reader, JobProducer& producer, ArchiveSink& sink, int threads) {
+    void RunWorkers(SourceFolder& reader, JobProducer& producer, ArchiveSink& sink, int threads) {
         {
             std::vector<std::jthread> workers;
             workers.reserve(static_cast<std::size_t>(threads));
@@ -105,7 +105,7 @@ class ArchiveRun {
         channel_.CheckStop();
     }
 
-    void Work(SourceReader& reader, JobProducer& producer, ArchiveSink& sink) {
+    void Work(SourceFolder& reader, JobProducer& producer, ArchiveSink& sink) {
         Packer packer(reader, channel_, MakeDeflater());
         auto job = producer.Next({});
         while (job) {
@@ -125,7 +125,7 @@ class ArchiveRun {
 
     platform::Machine machine_;
     const WriterOptions& options_;
-    RunChannel& channel_;
+    RunContext& channel_;
     std::unique_ptr<ArchiveOutput> output_;
 };
 
@@ -133,7 +133,7 @@ class ArchiveRun {
 
 WriterResult WriteArchive(const platform::Machine& machine, const WriterOptions& options,
                           RunEvents& events) {
-    RunChannel channel;
+    RunContext channel;
     ArchiveRun run(machine, options, channel);
     WriterResult result;
     result.outcome = channel.Run(machine.clock, events, [&run] { run.Run(); });

@@ -8,7 +8,7 @@
 //   ArchiveSink       writes the packed jobs in order, and the central directory at the end
 //   ArchiveOutput     one file or several disks (zip/disks)
 //
-// Threads: the caller's thread only raises events (RunChannel). One background thread of the run
+// Threads: the caller's thread only raises events (RunContext). One background thread of the run
 // scans, with a helper that lists folders ahead (FolderQueue), then starts the worker threads,
 // waits for them and finishes the archive. Each worker repeats one loop: get a job from the
 // producer, pack it with its own Packer, deliver it to the sink. The sink limits the number of jobs

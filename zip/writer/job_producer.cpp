@@ -43,7 +43,7 @@ struct JobProducer::BigFile {
     }
 };
 
-JobProducer::JobProducer(SourceReader& reader, SourceList& list, ArchiveSink& sink, int level)
+JobProducer::JobProducer(SourceFolder& reader, SourceList& list, ArchiveSink& sink, int level)
     : reader_(reader), list_(list), sink_(sink), level_(level) {}
 
 JobProducer::~JobProducer() = default;

@@ -24,7 +24,7 @@ namespace vantrel::zip {
 class JobProducer {
   public:
     // Takes the records of `list`. `level` 0 stores everything uncompressed.
-    JobProducer(SourceReader& reader, SourceList& list, ArchiveSink& sink, int level);
+    JobProducer(SourceFolder& reader, SourceList& list, ArchiveSink& sink, int level);
     ~JobProducer();
 
     // Returns the next job, or nothing when everything has been handed out and written. `recycled`
@@ -47,7 +47,7 @@ class JobProducer {
     void OpenBigFile(BigFile& big);
     bool LooksIncompressible(platform::File& file, std::uint64_t size);
 
-    SourceReader& reader_;
+    SourceFolder& reader_;
     SourceList& list_;
     ArchiveSink& sink_;
     const int level_;

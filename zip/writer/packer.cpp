@@ -13,7 +13,7 @@ constexpr const char* kNotCompressed = "A file could not be compressed";
 
 }  // namespace
 
-Packer::Packer(SourceReader& reader, RunChannel& channel, std::unique_ptr<Deflater> deflater)
+Packer::Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflater> deflater)
     : reader_(reader), channel_(channel), deflater_(std::move(deflater)) {}
 
 PackedJob Packer::Pack(const Job& job, Buffer recycled) {
@@ -45,11 +45,11 @@ void Packer::PackBatch(const Job& job, PackedJob& packed) {
     packed.entries.reserve(job.items.size());
     for (const SourceItem& item : job.items) {
         channel_.CheckStop();
-        packed.entries.push_back(PackItem(item, packed.bytes));
+        packed.entries.push_back(CompressItem(item, packed.bytes));
     }
 }
 
-PackedEntry Packer::PackItem(const SourceItem& item, Buffer& bytes) {
+PackedEntry Packer::CompressItem(const SourceItem& item, Buffer& bytes) {
     PackedEntry result;
     result.path = path::Join(reader_.folder(), item.name);
     result.listed_size = item.size;
@@ -107,7 +107,7 @@ void Packer::AppendEntry(PackedEntry& result, Buffer& bytes) {
     output_.Clear();
     const bool worth_it = deflater_ && !sampler_.LooksIncompressible(input_.data(), input_.size());
     const bool smaller =
-        worth_it && UntilItWorks(channel_, Cannot(kNotCompressed, result.path), [&] {
+        worth_it && RetryOrAsk(channel_, DescribeFailure(kNotCompressed, result.path), [&] {
             return deflater_->Compress(input_.data(), input_.size(), output_);
         });
     const Buffer& data = smaller ? output_ : input_;
@@ -134,7 +134,7 @@ void Packer::PackChunk(const Job& job, PackedJob& packed) {
         packed.entry.method = chunk.method;
         // A file whose data does not shrink is stored in the end, so the uncompressed size alone
         // decides whether 64-bit fields are needed.
-        packed.entry.wide_local = NeedsWideSizes(chunk.file_size, 0);
+        packed.entry.zip64_sizes = NeedsWideSizes(chunk.file_size, 0);
     }
     const std::uint8_t* const data = job.ChunkData();
     const std::size_t size = job.ChunkSize();
@@ -148,7 +148,7 @@ void Packer::PackChunk(const Job& job, PackedJob& packed) {
     } else if (sampler_.LooksIncompressible(data, size)) {
         StoreChunk(data, size, chunk.last, packed.bytes);
     } else {
-        UntilItWorks(channel_, Cannot(kNotCompressed, packed.path), [&] {
+        RetryOrAsk(channel_, DescribeFailure(kNotCompressed, packed.path), [&] {
             deflater_->CompressChunk(data, size, chunk.last, packed.bytes, job.history);
         });
     }

@@ -17,7 +17,7 @@ namespace vantrel::zip {
 class Packer {
   public:
     // `deflater` is null when everything is to be stored uncompressed.
-    Packer(SourceReader& reader, RunChannel& channel, std::unique_ptr<Deflater> deflater);
+    Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflater> deflater);
 
     // Returns the packed job. `recycled` becomes its `bytes`; the content is dropped. A file that
     // cannot be read is skipped with a warning; one that has grown above kChunkSize is deferred.
@@ -27,14 +27,14 @@ class Packer {
   private:
     void PackBatch(const Job& job, PackedJob& packed);
     void PackChunk(const Job& job, PackedJob& packed);
-    PackedEntry PackItem(const SourceItem& item, Buffer& bytes);
+    PackedEntry CompressItem(const SourceItem& item, Buffer& bytes);
     void PackFile(const SourceItem& item, PackedEntry& result, Buffer& bytes);
     bool ReadFile(PackedEntry& result);
     void AppendEntry(PackedEntry& result, Buffer& bytes);
     Entry MakeEntry(const SourceItem& item);
 
-    SourceReader& reader_;
-    RunChannel& channel_;
+    SourceFolder& reader_;
+    RunContext& channel_;
     std::unique_ptr<Deflater> deflater_;
     Sampler sampler_;
 

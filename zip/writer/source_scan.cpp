@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "common/path.h"
 #include "zip/base/bytes.h"
 #include "zip/base/dos_mask.h"
-#include "common/path.h"
 #include "zip/base/retry.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/folder_queue.h"
@@ -23,7 +23,7 @@ constexpr std::size_t kEncodedHeaderSize = 4 + 8 + 3 * 8;
 class Scanner {
   public:
     Scanner(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
-            RunChannel& channel, int threads)
+            RunContext& channel, int threads)
         : machine_(machine),
           spec_(spec),
           own_(own),
@@ -85,7 +85,7 @@ class Scanner {
                 }
                 ++list_.skipped;
                 Warn(error.number(), path,
-                     Sentence("Skipped a folder that cannot be read", path, error));
+                     FailureText("Skipped a folder that cannot be read", path, error));
                 return std::nullopt;
             }
         }
@@ -111,7 +111,7 @@ class Scanner {
             return true;
         }
         info.name = path::Join(folder_name, info.name);
-        if (info.name.size() >= kLongestName) {
+        if (info.name.size() >= kMaxNameLength) {
             ++list_.skipped;
             Warn(error_number::kBadFileName, path, "Skipped, the path is too long: " + path);
             return true;
@@ -147,14 +147,14 @@ class Scanner {
     }
 
     void Warn(int number, const std::string& path, const std::string& text) {
-        channel_.Tell(Warning(path, text, number));
+        channel_.Report(Warning(path, text, number));
     }
 
     platform::Machine machine_;
     const SourceSpec& spec_;
     const OwnFiles& own_;
-    RunChannel& channel_;
-    SourceReader source_;
+    RunContext& channel_;
+    SourceFolder source_;
     DosMask mask_;
     std::optional<FileInfo> archive_;
     std::string temporary_name_;
@@ -201,7 +201,7 @@ SourceSpec ParseFileSpec(std::string_view text) {
 }
 
 SourceList ScanSource(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
-                      RunChannel& channel, int threads) {
+                      RunContext& channel, int threads) {
     return Scanner(machine, spec, own, channel, threads).Run();
 }
 

@@ -55,6 +55,6 @@ struct OwnFiles {
 // sub-folder is a warning; an unreadable source folder is a question. Called on the run's
 // background thread; up to `threads` folders are listed at the same time. Throws RunStopped.
 SourceList ScanSource(const platform::Machine& machine, const SourceSpec& spec, const OwnFiles& own,
-                      RunChannel& channel, int threads);
+                      RunContext& channel, int threads);
 
 }  // namespace vantrel::zip
