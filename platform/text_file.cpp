@@ -80,7 +80,8 @@ std::string UnusedPathBeside(FileSystem& files, const std::string& path) {
     const std::string folder = path.substr(0, path.rfind('\\') + 1);
     for (int number = 0; number < kMaxTries; ++number) {
         const std::string suffix = number == 0 ? "" : std::to_string(number);
-        std::string candidate = folder + "~Vantrel" + suffix + ".new";
+        std::string candidate = folder + "~Vantrel";
+        candidate.append(suffix).append(".new");
         if (!files.Find(candidate)) {
             return candidate;
         }
