@@ -67,8 +67,6 @@ void Check(const Table& table, std::pair<dev_t, ino_t> file, Terms wanted) {
     }
 }
 
-[[noreturn]] void RaiseFileError() { RaiseHostError(errno, FileOperation::kFile); }
-
 // Emptying waits until it is known that the file may be written. Not to block: a pipe would.
 int FlagsFor(OpenMode mode) {
     constexpr int kAlways = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
@@ -107,17 +105,13 @@ HostFd OpenAnySpelling(HostLocation& location, int flags) {
         return fd;
     }
     const bool missing = (flags & O_EXCL) != 0 || errno == ENOENT || errno == ENOTDIR;
-    if (!missing) {
-        RaiseFileError();
-    }
+    CheckHost(missing);
     const bool there = location.Respell();
     if (there && (flags & O_EXCL) != 0) {
         RaiseError(error_number::kFileExists);
     }
     fd = TryOpen(location, flags);
-    if (!fd.IsValid()) {
-        RaiseFileError();
-    }
+    CheckHost(fd.IsValid());
     return fd;
 }
 
@@ -160,9 +154,7 @@ std::unique_ptr<File> HostFile::Open(HostLocation& location, OpenMode mode) {
     }
     HostFd fd = OpenAnySpelling(location, FlagsFor(mode));
     struct stat status;
-    if (::fstat(fd.Get(), &status) != 0) {
-        RaiseFileError();
-    }
+    CheckHost(::fstat(fd.Get(), &status) == 0);
     const bool writing = mode == OpenMode::kWrite || mode == OpenMode::kAppend;
     if (!S_ISREG(status.st_mode) || (writing && IsReadOnlyMode(status.st_mode))) {
         RaiseError(error_number::kPermissionDenied);
@@ -187,9 +179,7 @@ std::size_t HostFile::Read(void* buffer, std::size_t count) {
         if (got < 0 && errno == EINTR) {
             continue;
         }
-        if (got < 0) {
-            RaiseFileError();
-        }
+        CheckHost(got >= 0);
         if (got == 0) {
             break;
         }
@@ -205,9 +195,7 @@ void HostFile::Write(const void* data, std::size_t count) {
         if (put < 0 && errno == EINTR) {
             continue;
         }
-        if (put < 0) {
-            RaiseFileError();
-        }
+        CheckHost(put >= 0);
         if (put == 0) {
             RaiseError(error_number::kDiskFull);
         }
@@ -216,41 +204,29 @@ void HostFile::Write(const void* data, std::size_t count) {
 }
 
 void HostFile::Seek(std::uint64_t position) {
-    if (::lseek(fd_.Get(), static_cast<off_t>(position), SEEK_SET) < 0) {
-        RaiseFileError();
-    }
+    CheckHost(::lseek(fd_.Get(), static_cast<off_t>(position), SEEK_SET) >= 0);
 }
 
 std::uint64_t HostFile::Size() {
     struct stat status;
-    if (::fstat(fd_.Get(), &status) != 0) {
-        RaiseFileError();
-    }
+    CheckHost(::fstat(fd_.Get(), &status) == 0);
     return static_cast<std::uint64_t>(status.st_size);
 }
 
 void HostFile::Truncate(std::uint64_t size) {
-    if (::ftruncate(fd_.Get(), static_cast<off_t>(size)) != 0) {
-        RaiseFileError();
-    }
+    CheckHost(::ftruncate(fd_.Get(), static_cast<off_t>(size)) == 0);
     Seek(size);
 }
 
-void HostFile::Flush() {
-    if (::fsync(fd_.Get()) != 0) {
-        RaiseFileError();
-    }
-}
+void HostFile::Flush() { CheckHost(::fsync(fd_.Get()) == 0); }
 
 void HostFile::Close() {
-    if (times_ && fd_.IsValid() && ::futimens(fd_.Get(), HostTimes(*times_).values) != 0) {
-        RaiseFileError();
+    if (times_ && fd_.IsValid()) {
+        CheckHost(::futimens(fd_.Get(), HostTimes(*times_).values) == 0);
     }
     const bool closed = fd_.Close();
     share_.reset();
-    if (!closed) {
-        RaiseFileError();
-    }
+    CheckHost(closed);
 }
 
 }  // namespace vantrel::platform

@@ -79,9 +79,7 @@ std::optional<FileInfo> FindAt(HostLocation& location) {
         return ::statx(location.Folder(), location.Name(), AT_SYMLINK_NOFOLLOW, kHostMask,
                        &status) == 0;
     });
-    if (!found) {
-        RaiseHostError(errno, FileOperation::kFile);
-    }
+    CheckHost(found);
     // The root of a drive is a folder even where it is a link on the host.
     if (location.IsRoot() && S_ISLNK(status.stx_mode)) {
         ::statx(location.Folder(), location.Name(), 0, kHostMask, &status);
@@ -135,9 +133,7 @@ std::optional<struct stat> Identity(const HostDriveMap& drives, const std::strin
 void ListHostFolder(HostLocation& location, const std::function<bool(const FileInfo&)>& each) {
     HostFd fd = OpenForListing(location);
     const HostDir dir(::fdopendir(fd.Get()));
-    if (!dir) {
-        RaiseHostError(errno, FileOperation::kList);
-    }
+    CheckHost(dir != nullptr, FileOperation::kList);
     const int folder = fd.Release();
     const std::string prefix = location.Path() + "/";
     bool has_stored_attributes = true;
@@ -256,9 +252,7 @@ void HostFileSystem::MakeFolder(const std::string& path) {
     if (parsed.IsRoot() || location.Respell()) {
         RaiseError(kPathFileAccess);
     }
-    if (::mkdirat(location.Folder(), location.Name(), 0777) != 0) {
-        RaiseHostError(errno, FileOperation::kFolder);
-    }
+    CheckHost(::mkdirat(location.Folder(), location.Name(), 0777) == 0, FileOperation::kFolder);
 }
 
 void HostFileSystem::Rename(const std::string& from, const std::string& to) {
@@ -306,9 +300,7 @@ void HostFileSystem::Replace(const std::string& from, const std::string& to) {
     CheckMovable(status);
     HostLocation target(drives_, to_path);
     CheckReplaceable(target);
-    if (::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) != 0) {
-        RaiseHostError(errno, FileOperation::kFile);
-    }
+    CheckHost(::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) == 0);
 }
 
 void HostFileSystem::RemoveFile(const std::string& path) {
@@ -319,9 +311,7 @@ void HostFileSystem::RemoveFile(const std::string& path) {
         RaiseError(kPermissionDenied);
     }
     CheckMovable(status);
-    if (::unlinkat(location.Folder(), location.Name(), 0) != 0) {
-        RaiseHostError(errno, FileOperation::kFile);
-    }
+    CheckHost(::unlinkat(location.Folder(), location.Name(), 0) == 0);
 }
 
 void HostFileSystem::RemoveFolder(const std::string& path) {
@@ -333,9 +323,7 @@ void HostFileSystem::RemoveFolder(const std::string& path) {
     const bool removed = InAnySpelling(location, [&] {
         return ::unlinkat(location.Folder(), location.Name(), AT_REMOVEDIR) == 0;
     });
-    if (!removed) {
-        RaiseHostError(errno, FileOperation::kFolder);
-    }
+    CheckHost(removed, FileOperation::kFolder);
 }
 
 void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
@@ -348,9 +336,7 @@ void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
     HostLocation location(drives_, HostPath(path));
     // The host does not even look where neither time is to change.
     Needed(location, FileOperation::kFile);
-    if (::utimensat(location.Folder(), location.Name(), HostTimes(times).values, 0) != 0) {
-        RaiseHostError(errno, FileOperation::kFile);
-    }
+    CheckHost(::utimensat(location.Folder(), location.Name(), HostTimes(times).values, 0) == 0);
 }
 
 bool HostFileSystem::SameFile(const std::string& one, const std::string& other) {

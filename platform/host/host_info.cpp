@@ -89,9 +89,7 @@ void StoreMode(const HostLocation& location, unsigned mode, bool read_only) {
         return;
     }
     const unsigned wanted = read_only ? mode & ~0222u : mode | 0200u;
-    if (::fchmodat(location.Folder(), location.Name(), wanted & 07777u, 0) != 0) {
-        RaiseHostError(errno, FileOperation::kFile);
-    }
+    CheckHost(::fchmodat(location.Folder(), location.Name(), wanted & 07777u, 0) == 0);
 }
 
 void StoreBits(const std::string& host_path, std::uint32_t bits, bool folder) {
@@ -133,6 +131,12 @@ int HostErrorNumber(int code, FileOperation operation) {
 
 void RaiseHostError(int code, FileOperation operation) {
     RaiseError(HostErrorNumber(code, operation));
+}
+
+void CheckHost(bool succeeded, FileOperation operation) {
+    if (!succeeded) {
+        RaiseHostError(errno, operation);
+    }
 }
 
 Ticks TicksOf(std::int64_t seconds, std::uint32_t nanoseconds) {
@@ -190,9 +194,7 @@ bool AddStoredAttributes(const std::string& host_path, FileInfo& info) {
 
 void StoreAttributes(const HostLocation& location, std::uint32_t attributes) {
     struct stat status;
-    if (::fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        RaiseHostError(errno, FileOperation::kFile);
-    }
+    CheckHost(::fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0);
     const bool folder = S_ISDIR(status.st_mode);
     // Attributes of links and devices are not changed.
     if (!folder && !S_ISREG(status.st_mode)) {

@@ -44,5 +44,7 @@ std::int64_t SecondsOf(Ticks ticks);  // rounded down
 int HostErrorNumber(int code, FileOperation operation);
 
 [[noreturn]] void RaiseHostError(int code, FileOperation operation);
+// Raises the error of errno unless the call before has succeeded.
+void CheckHost(bool succeeded, FileOperation operation = FileOperation::kFile);
 
 }  // namespace vantrel::platform
