@@ -77,7 +77,7 @@ Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
     return {folder, set.BackupFileName() + ".zip"};
 }
 
-// The order of the properties is given. The action is the last; setting it runs the whole backup.
+// The order of the properties is given. The action is the last; setting it runs the backup.
 void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
     namespace id = zip::zip_id;
     const bool multi_volume = set.MultiVolumeBackup() == "ON";

@@ -1,6 +1,6 @@
 // The checks between the Backup Now button and the backup window. Attended, a refusal is a message
 // box. Unattended, it is three log records and exit code 2, and the rules are stricter, because
-// nobody can change a disk. Window thread only.
+// no user can change a disk. Window thread only.
 #pragma once
 
 #include "backup/backup_controls.h"

@@ -5,7 +5,7 @@
 // - To open for writing or appending, to rename, replace, and remove: by the Windows file system
 //   itself, 6 tries in about 0.3 s (platform/win32/system_error.h). Callers do not retry these.
 // - To open for reading, and to read: by the engine with the function below, 4 tries in 0.3 s. Only
-//   the engine knows whether the run was stopped or the whole source is gone.
+//   the engine knows whether the run was stopped or the source folder is gone.
 // - Everything else is tried once: create a new file, list and find, make a folder, set attributes
 //   or times. A failure there is not caused by a scanner or is answered by a question.
 #pragma once

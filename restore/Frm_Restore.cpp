@@ -61,7 +61,7 @@ void Frm_Restore::Form_Activate() {
     Lst_Details.Refresh();
 }
 
-// The order of the properties is given. The action is the last; setting it runs the whole
+// The order of the properties is given. The action is the last; setting it runs the
 // extraction.
 void Frm_Restore::RunComponent() {
     namespace id = zip::unzip_id;

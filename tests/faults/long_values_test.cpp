@@ -1,4 +1,4 @@
-// Sets written by hand whose values are as long as they may be, or longer, through the whole
+// Sets written by hand whose values are as long as they may be, or longer, run by the complete
 // program. Beside what a long value means stands what its first 254 bytes would mean: a wrong file
 // in every folder on the way, and folders of the shortened names. The program archives exactly what
 // the set's file says, or nothing, and reports why.
@@ -53,7 +53,8 @@ class LongValues : public ::testing::Test {
             computer.window().Backup.Cmb_BackupSet.SetText("WEEKLY.INI");
             computer.window().TAB_Backup.SetTab(1);
             computer.window().TAB_Backup.SetTab(0);
-            EXPECT_EQ(computer.Content(kSetPath), text) << "a move that nobody made was stored";
+            EXPECT_EQ(computer.Content(kSetPath), text)
+                << "a move without a choice of the user was stored";
             computer.desktop.boxes.clear();
             CloseWhenOver(computer);
             computer.window().Backup.Cmd_Backup.UserPress();

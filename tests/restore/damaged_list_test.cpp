@@ -49,7 +49,8 @@ TEST_P(RestoreWithDamagedList, EndsTheProgramBeforeAnythingIsOverwritten) {
     EXPECT_THAT(LogRecords(), IsEmpty());
 }
 
-// Whether folders are protected decides who asks for the archive; with this list, nobody knows.
+// Whether folders are protected decides which window asks for the archive; a damaged list does not
+// say.
 TEST_P(RestoreWithDamagedList, EndsTheProgramAlsoWithoutAnArchive) {
     machine.files().RemoveFile(kArchive);
     desktop.answers = {forms::Answer::kCancel};
