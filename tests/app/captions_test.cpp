@@ -1,18 +1,15 @@
 // Every control of the main window and of the splash, with what is written on it and what it says
 // when the pointer rests on it, before anything has been loaded.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "app/Frm_Splash.h"
 #include "common/product.h"
 #include "tests/app/caption_table.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAreArray;
 
 class Captions : public ProgramFixture {};
 

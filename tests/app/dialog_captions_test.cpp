@@ -1,7 +1,5 @@
 // Titles of the windows that open over the main window, and every control of them with what is
 // written on it, before anything has been loaded.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <memory>
 
@@ -13,11 +11,11 @@
 #include "tests/app/caption_table.h"
 #include "tests/backup/selected_set.h"
 #include "tests/restore/restore_tab_fixture.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
 
-using ::testing::ElementsAreArray;
 using Rows = std::vector<Row>;
 
 // The window of a long run; the two differ in a label or two.

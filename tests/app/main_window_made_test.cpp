@@ -1,14 +1,12 @@
 // When the main window is made: it looks at every drive, and start-up has other things to do first.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "app/application.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
 
 // Drives that count the queries and, on request, raise an error.
 class WatchedDrives : public platform::Drives {
@@ -76,13 +74,9 @@ TEST_F(MainWindowMade, NeverInASecondCopy) {
 
 TEST_F(MainWindowMade, ErrorMeanwhileEndsTheProgramAsAnyOther) {
     drives.broken = true;
-    try {
-        application.Main();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kDeviceIo);
-        EXPECT_THROW(application.EndByError(error), ProgramEnded);
-    }
+    const Error error = RaisedBy([&] { application.Main(); });
+    EXPECT_EQ(error.number(), error_number::kDeviceIo);
+    EXPECT_THROW(application.EndByError(error), ProgramEnded);
     EXPECT_FALSE(application.HasMainWindow());
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].text, "Run-time error '57':\r\n\r\nDevice I/O error");

@@ -1,18 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <optional>
 
 #include "app/application.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/redraw_watch.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 using Lines = std::vector<std::string>;
 
@@ -207,12 +202,7 @@ TEST_F(StartUp, RefusedUnattendedRunEndsTheSameWay) {
 TEST_F(StartUp, ExistingFileThatIsNoSetIsARunTimeError) {
     machine.PutFile("C:\\Vantrel\\notes.txt", "");
     Unattended("notes.txt");
-    try {
-        Start();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kTextReadOnly);
-    }
+    EXPECT_EQ(ErrorOf([&] { Start(); }), error_number::kTextReadOnly);
 }
 
 TEST_F(StartUp, UntrappedErrorAttendedIsTheStandardBoxAndEndsTheProgram) {
@@ -250,13 +240,9 @@ TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {
     } broken;
     platform::Machine broken_machine = With({.process = &broken}, machine.machine());
     Application starting(broken_machine, desktop);
-    try {
-        starting.Main();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
-        EXPECT_EQ(error.number(), -2147211505);
-    }
+    const Error error = RaisedBy([&] { starting.Main(); });
+    EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
+    EXPECT_EQ(error.number(), -2147211505);
 }
 
 }  // namespace

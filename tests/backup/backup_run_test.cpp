@@ -1,16 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
 #include "tests/backup/backup_run_fixture.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 TEST_F(BackupRun, SetsThePropertiesInTheirOrderAndTheActionLast) {
     Run({.files = "C:\\Data\\*.*"});
@@ -28,12 +22,7 @@ TEST_F(BackupRun, MultiVolumeAsksForSpannedVolumesWithItsControlWord) {
 TEST_F(BackupRun, SetThatCannotBeReadAnyMoreIsNotRunWithEmptyValues) {
     window = std::make_unique<Frm_Backup>(program, "GONE.INI",
                                           std::make_unique<RecordingZip>(machine.machine(), zip));
-    try {
-        desktop.ShowModal(*window);
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kPermissionDenied);
-    }
+    EXPECT_EQ(ErrorOf([&] { desktop.ShowModal(*window); }), error_number::kPermissionDenied);
     EXPECT_THAT(zip.sets, IsEmpty());
 }
 
@@ -104,12 +93,7 @@ TEST_F(BackupRun, VolumeOptionStaysOnForASingleVolumeWithLittleSpace) {
 
 TEST_F(BackupRun, FreeSpaceThatOverflowsIsNotTrapped) {
     machine.drives.drives['C'].space = {64, 512, 65536, 65536};
-    try {
-        Run({});
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kOverflow);
-    }
+    EXPECT_EQ(ErrorOf([&] { Run({}); }), error_number::kOverflow);
     EXPECT_THAT(zip.sets, Not(Contains("40=4")));
 }
 

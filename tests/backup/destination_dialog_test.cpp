@@ -1,17 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "backup/Frm_BackupWhere.h"
 #include "common/error.h"
 #include "tests/backup/dialog_fixture.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class DestinationDialog : public DialogTest {
   protected:
@@ -117,12 +113,7 @@ TEST_F(DestinationDialog, NewFolderThatExistsIsNotTrapped) {
     Select({.to_drive = "C:\\"});
     Open();
     desktop.inputs = {"Data"};
-    try {
-        dialog->Cmd_NewFolder.UserPress();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kPathFileAccess);
-    }
+    EXPECT_EQ(ErrorOf([&] { dialog->Cmd_NewFolder.UserPress(); }), error_number::kPathFileAccess);
 }
 
 TEST_F(DestinationDialog, OpeningAFolderThatIsGoneIsToldAndThePathStays) {

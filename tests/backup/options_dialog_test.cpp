@@ -1,13 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "backup/Frm_BackupOptions.h"
 #include "tests/backup/dialog_fixture.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::IsEmpty;
 
 class OptionsDialog : public DialogTest {
   protected:

@@ -1,17 +1,13 @@
 #include "backup/preflight.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
 #include "tests/backup/selected_set.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr std::uint32_t kSectors = 1;
 constexpr std::uint32_t kBytes = 1;
@@ -51,9 +47,18 @@ class Preflight : public ProgramFixture {
         }
         return false;
     }
-    void ExpectRefusedUnattended(const std::string& reason) {
-        EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
-                                              "Finished Backup WEEKLY.INI", reason));
+    // Presses Backup in an unattended run of the set with these values; "Backup Failed - " precedes
+    // the reason in the log.
+    void ExpectUnattendedRefusal(const SetValues& set, const std::string& reason) {
+        Unattended("WEEKLY.INI");
+        Select(set);
+        PressAndExpectRefusal(reason);
+    }
+    void PressAndExpectRefusal(const std::string& reason) {
+        Press();
+        EXPECT_THAT(LogRecords(),
+                    ElementsAre("Starting Backup WEEKLY.INI", "Finished Backup WEEKLY.INI",
+                                "Backup Failed - " + reason));
         EXPECT_THAT(desktop.boxes, IsEmpty());
         EXPECT_FALSE(BackupWindowShown());
         EXPECT_EQ(program.exit_code, forms::exit_code::kFailed);
@@ -96,7 +101,7 @@ TEST_F(Preflight, AttendedMissingSourceIsTheFolderListsPath) {
                  forms::Icon::kExclamation);
 }
 
-TEST_F(Preflight, AttendedMissingDestinationIsSaidBeforeTheMissingSource) {
+TEST_F(Preflight, AttendedMissingDestinationIsReportedBeforeTheMissingSource) {
     Select({.to_drive = "C:\\Gone\\"});
     LoseTheShownFolder();
     Press();
@@ -104,7 +109,7 @@ TEST_F(Preflight, AttendedMissingDestinationIsSaidBeforeTheMissingSource) {
                  forms::Icon::kExclamation);
 }
 
-TEST_F(Preflight, AttendedMissingSourceIsSaidBeforeTheVolumeRules) {
+TEST_F(Preflight, AttendedMissingSourceIsReportedBeforeTheVolumeRules) {
     Select({.multi_volume = "ON"});
     LoseTheShownFolder();
     Press();
@@ -177,75 +182,54 @@ TEST_F(Preflight, AttendedYesShowsTheBackupWindowModallyAndUnloadsIt) {
 }
 
 TEST_F(Preflight, UnattendedMissingDestinationWritesThreeRecords) {
-    Unattended("WEEKLY.INI");
-    Select({.to_drive = "C:\\Gone\\"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
+    ExpectUnattendedRefusal({.to_drive = "C:\\Gone\\"}, "Unable to locate C:\\Gone\\");
 }
 
 TEST_F(Preflight, UnattendedMissingSourceIsTheSetsFolderNotTheListsFolder) {
-    Unattended("WEEKLY.INI");
-    Select({.files = "C:\\Gone\\*.*"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
+    ExpectUnattendedRefusal({.files = "C:\\Gone\\*.*"}, "Unable to locate C:\\Gone\\");
 }
 
 TEST_F(Preflight, UnattendedMissingSourceIsLoggedBeforeTheCdRom) {
-    Unattended("WEEKLY.INI");
     machine.AddDrive('D', platform::drive_type::kCdRom);
-    Select({.files = "C:\\Gone\\*.*", .to_drive = "D:\\"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Gone\\");
+    ExpectUnattendedRefusal({.files = "C:\\Gone\\*.*", .to_drive = "D:\\"},
+                            "Unable to locate C:\\Gone\\");
 }
 
 TEST_F(Preflight, UnattendedMissingDestinationIsLoggedBeforeTheMissingSource) {
-    Unattended("WEEKLY.INI");
-    Select({.files = "C:\\Gone\\*.*", .to_drive = "C:\\Nowhere\\"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Unable to locate C:\\Nowhere\\");
+    ExpectUnattendedRefusal({.files = "C:\\Gone\\*.*", .to_drive = "C:\\Nowhere\\"},
+                            "Unable to locate C:\\Nowhere\\");
 }
 
 TEST_F(Preflight, UnattendedCdRomIsRefusedBeforeTheVolumeRules) {
-    Unattended("WEEKLY.INI");
     machine.AddDrive('D', platform::drive_type::kCdRom);
-    Select({.multi_volume = "ON", .to_drive = "D:\\"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Cannot Backup to CDROM Drive D:\\");
+    ExpectUnattendedRefusal({.multi_volume = "ON", .to_drive = "D:\\"},
+                            "Cannot Backup to CDROM Drive D:\\");
 }
 
 TEST_F(Preflight, UnattendedRamDiskIsRefusedBeforeTheVolumeRules) {
-    Unattended("WEEKLY.INI");
     machine.AddDrive('R', platform::drive_type::kRamDisk);
-    Select({.multi_volume = "ON", .to_drive = "R:\\"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Cannot Backup to RAM Disk R:\\");
+    ExpectUnattendedRefusal({.multi_volume = "ON", .to_drive = "R:\\"},
+                            "Cannot Backup to RAM Disk R:\\");
 }
 
 TEST_F(Preflight, UnattendedSingleVolumeOntoRemovableDriveIsRefused) {
-    Unattended("WEEKLY.INI");
     machine.AddDrive('A', platform::drive_type::kRemovable);
-    Select({.to_drive = "A:\\"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - MultiVolume Flag NOT set for Removable Drive A:\\");
+    ExpectUnattendedRefusal({.to_drive = "A:\\"},
+                            "MultiVolume Flag NOT set for Removable Drive A:\\");
 }
 
 TEST_F(Preflight, UnattendedMultiVolumeOntoFixedDiskIsRefusedHoweverFullItIs) {
-    Unattended("WEEKLY.INI");
     FreeOn('C', 1'999'999);
-    Select({.multi_volume = "ON"});
-    Press();
-    ExpectRefusedUnattended("Backup Failed - MultiVolume Flag set for Non-Removable Drive C:\\");
+    ExpectUnattendedRefusal({.multi_volume = "ON"},
+                            "MultiVolume Flag set for Non-Removable Drive C:\\");
     EXPECT_THAT(machine.drives.space_questions, IsEmpty());
 }
 
 TEST_F(Preflight, UnattendedMultiVolumeWith1999999BytesFreeIsRefused) {
-    Unattended("WEEKLY.INI");
     machine.AddDrive('A', platform::drive_type::kRemovable);
     FreeOn('A', 1'999'999);
-    Select({.multi_volume = "ON", .to_drive = "A:\\"});
-    Press();
-    ExpectRefusedUnattended(
-        "Backup Failed - Unable to conduct a Backup on a MultiVolume Drive whilst Unattended");
+    ExpectUnattendedRefusal({.multi_volume = "ON", .to_drive = "A:\\"},
+                            "Unable to conduct a Backup on a MultiVolume Drive whilst Unattended");
 }
 
 TEST_F(Preflight, UnattendedMultiVolumeWith2000000BytesFreeRuns) {
@@ -291,8 +275,7 @@ TEST_F(Preflight, UnattendedSetThatCannotBeReadIsRefused) {
     Unattended("WEEKLY.INI");
     Select({});
     machine.files().RemoveFile("C:\\Vantrel\\WEEKLY.INI");
-    Press();
-    ExpectRefusedUnattended("Backup Failed - Unable to read C:\\Vantrel\\WEEKLY.INI");
+    PressAndExpectRefusal("Unable to read C:\\Vantrel\\WEEKLY.INI");
 }
 
 TEST_F(Preflight, FreeSpaceThatOverflowsIsNotTrapped) {
@@ -300,12 +283,7 @@ TEST_F(Preflight, FreeSpaceThatOverflowsIsNotTrapped) {
     machine.AddDrive('A', platform::drive_type::kRemovable);
     machine.drives.drives['A'].space = {64, 512, 65536, 65536};
     Select({.multi_volume = "ON", .to_drive = "A:\\"});
-    try {
-        Press();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kOverflow);
-    }
+    EXPECT_EQ(ErrorOf([&] { Press(); }), error_number::kOverflow);
 }
 
 }  // namespace

@@ -1,16 +1,12 @@
 // What a backup does first and what next.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/backup/backup_run_fixture.h"
 #include "tests/support/diary.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
 
 using BackupRunOrder = BackupRun;
 

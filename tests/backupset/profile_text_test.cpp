@@ -36,57 +36,39 @@ TEST(ProfileText, KeyCountsInItsSectionOnly) {
     EXPECT_FALSE(FindValue("TimeBackup=ON\r\n[DESTINATION]\r\n", "DESTINATION", "TimeBackup"));
 }
 
-TEST(ProfileText, BlanksAroundKeyValueAndSectionAreDropped) {
-    EXPECT_EQ(Value(" [ S ] \r\n\t Key \t= a b \t\r\n", "S", "Key"), "a b");
-}
-
-TEST(ProfileText, OnePairOfQuotesIsDropped) {
-    EXPECT_EQ(Value("[S]\nK=\" a \"\n", "S", "K"), " a ");
-    EXPECT_EQ(Value("[S]\nK='a'\n", "S", "K"), "a");
-    EXPECT_EQ(Value("[S]\nK=\"\"a\"\"\n", "S", "K"), "\"a\"");
-    EXPECT_EQ(Value("[S]\nK=\"\n", "S", "K"), "\"");
-    EXPECT_EQ(Value("[S]\nK=\"a'\n", "S", "K"), "\"a'");
-}
-
-TEST(ProfileText, FirstKeyAndFirstSectionOfANameCount) {
-    EXPECT_EQ(Value("[S]\nK=1\nK=2\n", "S", "K"), "1");
-    EXPECT_EQ(Value("[S]\nK=1\n[s]\nK=2\nL=3\n", "S", "K"), "1");
-    EXPECT_FALSE(FindValue("[S]\nK=1\n[s]\nK=2\nL=3\n", "S", "L"));
-}
-
-TEST(ProfileText, LinesWithoutEqualsAreIgnored) {
-    EXPECT_EQ(Value("[S]\nK\n=x\nK=1\n", "S", "K"), "1");
-    EXPECT_FALSE(FindValue("[S]\nK\n", "S", "K"));
-}
-
-TEST(ProfileText, CommentsAreNoKeysAndNoSections) {
-    EXPECT_FALSE(FindValue("[S]\n;K=1\n  ;K=2\n", "S", "K"));
+TEST(ProfileText, ValueOfKeyKInSectionS) {
+    struct Case {
+        const char* rule;
+        std::string text;
+        const char* value;
+    };
+    for (const Case& test : std::vector<Case>{
+             {"spaces around key, value and section are dropped", " [ S ] \r\n\t K \t= a b \t\r\n",
+              "a b"},
+             {"one pair of quotes is dropped", "[S]\nK=\" a \"\n", " a "},
+             {"of either kind", "[S]\nK='a'\n", "a"},
+             {"a second pair stays", "[S]\nK=\"\"a\"\"\n", "\"a\""},
+             {"one quote alone stays", "[S]\nK=\"\n", "\""},
+             {"two different quotes stay", "[S]\nK=\"a'\n", "\"a'"},
+             {"the first key of a name counts", "[S]\nK=1\nK=2\n", "1"},
+             {"the first section of a name counts", "[S]\nK=1\n[s]\nK=2\n", "1"},
+             {"no second one", "[S]\nL=1\n[s]\nK=2\n", "(missing)"},
+             {"lines without = are ignored", "[S]\nK\n=x\nK=1\n", "1"},
+             {"a key without = is none", "[S]\nK\n", "(missing)"},
+             {"a comment is no key", "[S]\n;K=1\n  ;K=2\n", "(missing)"},
+             {"a comment is no section", ";[S]\nK=1\n", "(missing)"},
+             {"semicolon and = belong to the value", "[S]\nK=a=b ;c\n", "a=b ;c"},
+             {"lines end in CR", "[S]\rL=1\rK=2", "2"},
+             {"lines end in LF", "[S]\nK=1", "1"},
+             {"lines end in CR LF", "[S]\r\nK=1\r\n", "1"},
+             {"an empty value is a value", "[S]\nK=\n", ""},
+             {"also at the end", "[S]\nK=", ""},
+             {"a value ends at NUL", std::string("[S]\nK=a\0b\n", 10), "a"},
+             {"a section line without ] opens none", "[S]\nA=1\n[T\nK=1\n", "1"},
+         }) {
+        EXPECT_EQ(Value(test.text, "S", "K"), test.value) << test.rule;
+    }
     EXPECT_FALSE(FindValue("[S]\n;K=1\n", "S", ";K"));
-    EXPECT_FALSE(FindValue(";[S]\nK=1\n", "S", "K"));
-}
-
-TEST(ProfileText, SemicolonAndEqualsBelongToTheValue) {
-    EXPECT_EQ(Value("[S]\nK=a=b ;c\n", "S", "K"), "a=b ;c");
-}
-
-TEST(ProfileText, EveryLineEndIsTaken) {
-    EXPECT_EQ(Value("[S]\rK=1\rL=2", "S", "K"), "1");
-    EXPECT_EQ(Value("[S]\rK=1\rL=2", "S", "L"), "2");
-    EXPECT_EQ(Value("[S]\nK=1", "S", "K"), "1");
-    EXPECT_EQ(Value("[S]\r\nK=1\r\n", "S", "K"), "1");
-}
-
-TEST(ProfileText, EmptyValueIsThere) {
-    EXPECT_EQ(Value("[S]\nK=\n", "S", "K"), "");
-    EXPECT_EQ(Value("[S]\nK=", "S", "K"), "");
-}
-
-TEST(ProfileText, ValueEndsAtNul) {
-    EXPECT_EQ(Value(std::string("[S]\nK=a\0b\n", 10), "S", "K"), "a");
-}
-
-TEST(ProfileText, SectionLineWithoutBracketOpensNothing) {
-    EXPECT_EQ(Value("[S]\nA=1\n[T\nK=1\n", "S", "K"), "1");
     EXPECT_FALSE(FindValue("[T\nK=1\n", "T", "K"));
 }
 

@@ -1,4 +1,5 @@
 #include "common/error.h"
+#include "tests/support/error_of.h"
 
 #include <gtest/gtest.h>
 
@@ -27,36 +28,25 @@ TEST(ErrorText, NumberWithoutWordsIsApplicationDefined) {
 }
 
 TEST(RaiseError, CarriesNumberAndWords) {
-    try {
-        RaiseError(error_number::kFileNotFound);
-        FAIL();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), 53);
-        EXPECT_EQ(error.description(), "File not found");
-        EXPECT_STREQ(error.what(), "File not found");
-    }
+    const Error error = RaisedBy([&] { RaiseError(error_number::kFileNotFound); });
+    EXPECT_EQ(error.number(), 53);
+    EXPECT_EQ(error.description(), "File not found");
+    EXPECT_STREQ(error.what(), "File not found");
 }
 
 TEST(RaiseError, NamesThePathBehindTheWords) {
-    try {
-        RaiseError(error_number::kPathNotFound, "S:\\NOTHERE");
-        FAIL();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), 76);
-        EXPECT_EQ(error.source(), "Vantrel");
-        EXPECT_EQ(error.description(), "Path not found: S:\\NOTHERE");
-    }
+    const Error error = RaisedBy([&] { RaiseError(error_number::kPathNotFound, "S:\\NOTHERE"); });
+    EXPECT_EQ(error.number(), 76);
+    EXPECT_EQ(error.source(), "Vantrel");
+    EXPECT_EQ(error.description(), "Path not found: S:\\NOTHERE");
 }
 
 TEST(ReportError, NumberIsTheObjectBasePlus9999AndTheDescriptionStays) {
-    try {
-        ReportError("clsLog:LogFile Method", Error(70, "Vantrel", "Permission denied"));
-        FAIL();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), "clsLog:LogFile Method");
-        EXPECT_EQ(error.description(), "Permission denied");
-    }
+    const Error error = RaisedBy(
+        [&] { ReportError("clsLog:LogFile Method", Error(70, "Vantrel", "Permission denied")); });
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), "clsLog:LogFile Method");
+    EXPECT_EQ(error.description(), "Permission denied");
 }
 
 TEST(Reported, PassesTheValueOn) {
@@ -64,14 +54,12 @@ TEST(Reported, PassesTheValueOn) {
 }
 
 TEST(Reported, NestedReportsKeepTheFirstDescriptionAndTheLastLabel) {
-    try {
+    const Error error = RaisedBy([&] {
         Reported("outer", [] { Reported("inner", [] { RaiseError(error_number::kDiskFull); }); });
-        FAIL();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), "outer");
-        EXPECT_EQ(error.description(), "Disk full");
-    }
+    });
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), "outer");
+    EXPECT_EQ(error.description(), "Disk full");
 }
 
 }  // namespace

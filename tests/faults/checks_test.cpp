@@ -1,6 +1,4 @@
 // The checks of the sweeps, tried on work that loses something: each must say so.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <set>
 
@@ -9,15 +7,10 @@
 #include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 const std::string kNew = "a new text, whole\r\n";
 

@@ -1,14 +1,12 @@
 #include "forms/window_manager.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "forms/controls.h"
 #include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
@@ -18,8 +16,6 @@ using forms::Answer;
 using forms::Buttons;
 using forms::Form;
 using forms::UnloadMode;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class RecordingForm : public Form {
   public:

@@ -1,6 +1,7 @@
 #include "common/error.h"
 #include "log/clsLog.h"
 #include "tests/log/log_fixture.h"
+#include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
 
 namespace vantrel {
@@ -21,14 +22,10 @@ class LogFault : public test::TransactionLog {
 TEST_F(LogFault, FailingAppendTravelsUnderTheLabelOfTheRecord) {
     machine.PutFile(kLog, "old\r\n");
     faulty.plan.Inject({Call::kWrite, 1, false, error_number::kDiskFull});
-    try {
-        clsLog(there).WriteToLog("Backup", true, "lost");
-        ADD_FAILURE() << "no error";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), "clsLog:WriteToLog Method");
-        EXPECT_EQ(error.description(), "Disk full");
-    }
+    const Error error = test::RaisedBy([&] { clsLog(there).WriteToLog("Backup", true, "lost"); });
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), "clsLog:WriteToLog Method");
+    EXPECT_EQ(error.description(), "Disk full");
     EXPECT_EQ(machine.Content(kLog), "old\r\n");
 }
 

@@ -1,3 +1,5 @@
+#include <array>
+
 #include "common/error.h"
 #include "tests/log/log_fixture.h"
 
@@ -26,12 +28,6 @@ TEST_F(LogRotation, FirstOfTheMonthMovesLastMonthsLogAside) {
               (std::vector<std::string>{"Vantrel.Bak", "Vantrel.Log"}));
 }
 
-TEST_F(LogRotation, WorksWithoutAnEarlierBak) {
-    PutLog(kLog, "old", 2026, 10, 1);
-    WriteOn(2026, 11, 1);
-    EXPECT_TRUE(RolledOver());
-}
-
 TEST_F(LogRotation, HappensOncePerMonth) {
     PutLog(kLog, "old", 2026, 10, 31);
     WriteOn(2026, 11, 1);
@@ -48,28 +44,29 @@ TEST_F(LogRotation, JanuaryDoesNotRotate) {
     EXPECT_EQ(machine.Content(kLog), "old" + std::string(20, ' ') + "new\r\n");
 }
 
-TEST_F(LogRotation, SecondOfTheMonthDoesNotRotate) {
-    PutLog(kLog, "old", 2026, 10, 31);
-    WriteOn(2026, 11, 2);
-    EXPECT_FALSE(machine.Exists(kBak));
-}
-
-TEST_F(LogRotation, LogOlderThanLastMonthDoesNotRotate) {
-    PutLog(kLog, "old", 2026, 9, 30);
-    WriteOn(2026, 11, 1);
-    EXPECT_FALSE(machine.Exists(kBak));
-}
-
-TEST_F(LogRotation, OnlyTheMonthNumberIsCompared) {
-    PutLog(kLog, "old", 2024, 10, 31);
-    WriteOn(2026, 11, 1);
-    EXPECT_TRUE(RolledOver());
-}
-
-TEST_F(LogRotation, LogWrittenThisMonthDoesNotRotate) {
-    PutLog(kLog, "old", 2026, 11, 1);
-    WriteOn(2026, 11, 1);
-    EXPECT_FALSE(machine.Exists(kBak));
+TEST_F(LogRotation, HappensOnTheFirstOfAMonthWhenTheLogIsFromTheMonthBefore) {
+    struct Case {
+        const char* what;
+        std::array<int, 3> log;
+        std::array<int, 3> today;
+        bool rotates;
+    };
+    for (const Case& test : {
+             Case{"without an earlier .Bak", {2026, 10, 1}, {2026, 11, 1}, true},
+             {"only the number of the month is compared", {2024, 10, 31}, {2026, 11, 1}, true},
+             {"the second of the month", {2026, 10, 31}, {2026, 11, 2}, false},
+             {"a log older than the last month", {2026, 9, 30}, {2026, 11, 1}, false},
+             {"a log written in this month", {2026, 11, 1}, {2026, 11, 1}, false},
+         }) {
+        SCOPED_TRACE(test.what);
+        if (machine.Exists(kBak)) {
+            machine.files().RemoveFile(kBak);
+        }
+        PutLog(kLog, "old", test.log[0], test.log[1], test.log[2]);
+        WriteOn(test.today[0], test.today[1], test.today[2]);
+        EXPECT_EQ(machine.Exists(kBak), test.rotates);
+        EXPECT_EQ(RolledOver(), test.rotates);
+    }
 }
 
 TEST_F(LogRotation, HappensBeforeAnUnknownKindToo) {

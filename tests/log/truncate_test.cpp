@@ -1,5 +1,6 @@
 #include "common/error.h"
 #include "tests/log/log_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace vantrel {
 namespace {
@@ -232,14 +233,10 @@ TEST_F(LogTruncation, LogThatCannotBeReplacedStaysAndIsReported) {
     const std::string text = LogOf(52000);
     machine.PutFile(kLog, text);
     machine.files().SetAttributes(kLog, platform::attribute::kReadOnly);
-    try {
-        Truncate();
-        ADD_FAILURE() << "no error";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), "clsLog:Log_Truncate Method");
-        EXPECT_EQ(error.description(), "Permission denied");
-    }
+    const Error error = test::RaisedBy([&] { Truncate(); });
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), "clsLog:Log_Truncate Method");
+    EXPECT_EQ(error.description(), "Permission denied");
     EXPECT_EQ(Log(), text);
     EXPECT_EQ(machine.Names("C:\\Vantrel"), std::vector<std::string>{"Vantrel.Log"});
 }

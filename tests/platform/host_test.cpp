@@ -1,7 +1,5 @@
 // What only the host's machine can be asked: links, devices, names that Windows does not know.
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -16,6 +14,7 @@
 #include "platform/text_file.h"
 #include "tests/platform/work_folder.h"
 #include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/test_machine.h"
 
 namespace vantrel::test {
@@ -23,8 +22,6 @@ namespace {
 
 using namespace error_number;
 using platform::OpenMode;
-using ::testing::ElementsAre;
-using ::testing::UnorderedElementsAre;
 namespace attribute = platform::attribute;
 
 class Host : public ::testing::Test {

@@ -42,52 +42,33 @@ TEST(ClassicDiskSpace, ImpossibleSizesAreAllZero) {
     EXPECT_EQ(ClassicDiskSpace({1u << 22, 512, 5, 5}).sectors_per_cluster, 0u);
 }
 
-TEST(CommandLine, NothingAfterTheNameIsEmpty) {
-    EXPECT_EQ(ParameterText("C:\\Vantrel\\Vantrel.exe"), "");
-    EXPECT_EQ(ParameterText("\"C:\\Program Files\\Vantrel.exe\""), "");
-    EXPECT_EQ(ParameterText(""), "");
-}
-
-TEST(CommandLine, ParameterIsTakenVerbatim) {
-    EXPECT_EQ(ParameterText("Vantrel.exe Daily.INI"), "Daily.INI");
-    EXPECT_EQ(ParameterText("\"C:\\Program Files\\Vantrel.exe\" My set.ini"), "My set.ini");
-}
-
-TEST(CommandLine, BlanksBeforeTheFirstCharacterOnlySeparate) {
-    EXPECT_EQ(ParameterText("Vantrel.exe     Daily.INI"), "Daily.INI");
-}
-
-TEST(CommandLine, BlanksAtTheEndStay) {
-    EXPECT_EQ(ParameterText("Vantrel.exe Daily.INI  "), "Daily.INI  ");
-}
-
-TEST(CommandLine, OneBlankOnlyIsEmpty) { EXPECT_EQ(ParameterText("\"Vantrel.exe\" "), ""); }
-
-TEST(CommandLine, TextOfBlanksOnlyLosesExactlyOne) {
-    EXPECT_EQ(ParameterText("Vantrel.exe  "), " ");
-    EXPECT_EQ(ParameterText("\"V a n.exe\"    "), "   ");
-}
-
-TEST(CommandLine, QuotationMarksInTheParameterStay) {
-    EXPECT_EQ(ParameterText("Vantrel.exe \"Daily.INI\""), "\"Daily.INI\"");
-    EXPECT_EQ(ParameterText("Vantrel.exe  \"\""), "\"\"");
-}
-
-TEST(CommandLine, QuotedNameMayHoldBlanks) {
-    EXPECT_EQ(ParameterText("\"C:\\A B\\C D.exe\" x"), "x");
-    EXPECT_EQ(ParameterText("C:\\\"A B\"\\V.exe x"), "x");
-}
-
-TEST(CommandLine, UnclosedQuotationMarkIsAllName) {
-    EXPECT_EQ(ParameterText("\"C:\\A B\\Vantrel.exe x"), "");
-}
-
-TEST(CommandLine, TabEndsTheNameButIsNoBlank) {
-    EXPECT_EQ(ParameterText("Vantrel.exe\tDaily.INI"), "\tDaily.INI");
-}
-
-TEST(CommandLine, OtherLettersPassUnchanged) {
-    EXPECT_EQ(ParameterText("V.exe T\xC3\xA4glich.ini"), "T\xC3\xA4glich.ini");
+TEST(CommandLine, IsWhatFollowsTheExecutablesName) {
+    struct Case {
+        const char* what;
+        const char* line;
+        const char* parameter;
+    };
+    for (const Case& test : {
+             Case{"nothing after the name", "C:\\Vantrel\\Vantrel.exe", ""},
+             {"nothing after a quoted name", "\"C:\\Program Files\\Vantrel.exe\"", ""},
+             {"an empty line", "", ""},
+             {"a parameter", "Vantrel.exe Daily.INI", "Daily.INI"},
+             {"spaces in it", "\"C:\\Program Files\\Vantrel.exe\" My set.ini", "My set.ini"},
+             {"spaces before it only separate", "Vantrel.exe     Daily.INI", "Daily.INI"},
+             {"spaces at the end stay", "Vantrel.exe Daily.INI  ", "Daily.INI  "},
+             {"one space only", "\"Vantrel.exe\" ", ""},
+             {"of spaces only, the first is dropped", "Vantrel.exe  ", " "},
+             {"no further one is", "\"V a n.exe\"    ", "   "},
+             {"quotation marks in it stay", "Vantrel.exe \"Daily.INI\"", "\"Daily.INI\""},
+             {"empty quotation marks too", "Vantrel.exe  \"\"", "\"\""},
+             {"a quoted name with spaces", "\"C:\\A B\\C D.exe\" x", "x"},
+             {"a name quoted inside", "C:\\\"A B\"\\V.exe x", "x"},
+             {"an unclosed quotation mark", "\"C:\\A B\\Vantrel.exe x", ""},
+             {"a tab ends the name and stays", "Vantrel.exe\tDaily.INI", "\tDaily.INI"},
+             {"letters beyond ASCII", "V.exe T\xC3\xA4glich.ini", "T\xC3\xA4glich.ini"},
+         }) {
+        EXPECT_EQ(ParameterText(test.line), test.parameter) << test.what;
+    }
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Finding, listing, making, renaming, replacing and removing on every machine.
-#include <gmock/gmock.h>
 
 #include "tests/platform/seam_fixture.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
@@ -9,8 +9,6 @@ namespace {
 using namespace error_number;
 using platform::FileInfo;
 using platform::OpenMode;
-using ::testing::ElementsAre;
-using ::testing::UnorderedElementsAre;
 namespace attribute = platform::attribute;
 
 class SeamFind : public Seam {};

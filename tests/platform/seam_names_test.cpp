@@ -1,14 +1,13 @@
 // How files are called and found on every machine.
-#include <gmock/gmock.h>
 
 #include "tests/platform/seam_fixture.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
 
 using namespace error_number;
 using platform::OpenMode;
-using ::testing::ElementsAre;
 
 class SeamNames : public Seam {
   protected:

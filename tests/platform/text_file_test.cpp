@@ -1,12 +1,10 @@
 // Whole small files and lines, with and without faults.
 #include "platform/text_file.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 #include "tests/support/test_machine.h"
 
 namespace vantrel::test {
@@ -14,8 +12,6 @@ namespace {
 
 using namespace error_number;
 using platform::SplitLines;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 namespace attribute = platform::attribute;
 
 TEST(SplitLines, CrLfCrAndLfAllEndALine) {
@@ -195,12 +191,7 @@ TEST_F(TextFile, MakeMakesAMissingFileAndLeavesOnlyIt) {
 
 TEST_F(TextFile, MakeOverAFileIs58AndLeavesIt) {
     machine.PutFile(path, old_bytes);
-    try {
-        platform::MakeWholeFile(faulty, path, new_bytes);
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), kFileExists);
-    }
+    EXPECT_EQ(ErrorOf([&] { platform::MakeWholeFile(faulty, path, new_bytes); }), kFileExists);
     EXPECT_EQ(machine.Content(path), old_bytes);
     EXPECT_THAT(machine.Names("C:\\Vantrel"), ElementsAre("Daily.ini"));
 }

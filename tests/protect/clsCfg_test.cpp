@@ -1,18 +1,14 @@
 #include "protect/clsCfg.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
 #include "forms/form.h"
+#include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
 constexpr const char* kScratch = "C:\\Vantrel\\Vantrel.Cft";
@@ -51,13 +47,9 @@ TEST_F(ProtectedList, CreateReplacesAnExistingList) {
 }
 
 TEST_F(ProtectedList, CreateReportsUnderTheFileClassesLabel) {
-    try {
-        cfg.Create_CFG("Q:\\Vantrel.Cfg");
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsFiles:Create_CFG Method");
-        EXPECT_EQ(error.number(), -2147211505);
-    }
+    const Error error = RaisedBy([&] { cfg.Create_CFG("Q:\\Vantrel.Cfg"); });
+    EXPECT_EQ(error.source(), "clsFiles:Create_CFG Method");
+    EXPECT_EQ(error.number(), -2147211505);
 }
 
 TEST_F(ProtectedList, AddAppendsInUpperCaseAndMarksTheNode) {
@@ -174,12 +166,7 @@ TEST_F(ProtectedList, HeaderIsSkippedUnread) {
 TEST_F(ProtectedList, MissingListIsAnErrorNotAnAnswer) {
     for (const auto& question : std::vector<std::function<void()>>{
              [&] { cfg.IsProtected("C:\\DATA"); }, [&] { cfg.ReturnProtected(); }}) {
-        try {
-            question();
-            FAIL() << "no error came";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.number(), error_number::kFileNotFound);
-        }
+        EXPECT_EQ(ErrorOf([&] { question(); }), error_number::kFileNotFound);
     }
 }
 

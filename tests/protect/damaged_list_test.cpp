@@ -1,7 +1,5 @@
 // Lists of protected folders that are shorter than their header, which are damaged, and odd ones
 // that are not.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <functional>
 
@@ -9,14 +7,12 @@
 #include "forms/form.h"
 #include "protect/clsCfg.h"
 #include "protect/folder_tree.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
 constexpr const char* kScratch = "C:\\Vantrel\\Vantrel.Cft";
@@ -90,13 +86,9 @@ class DamagedList : public ListTest, public ::testing::WithParamInterface<Row> {
 
 TEST_P(DamagedList, EveryOperationRaisesAnErrorThatNamesTheFile) {
     for (const auto& operation : Operations()) {
-        try {
-            operation();
-            ADD_FAILURE() << "no error came";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.number(), error_number::kPastEnd);
-            EXPECT_EQ(error.description(), kDamaged);
-        }
+        const Error error = RaisedBy([&] { operation(); });
+        EXPECT_EQ(error.number(), error_number::kPastEnd);
+        EXPECT_EQ(error.description(), kDamaged);
     }
 }
 
@@ -117,13 +109,9 @@ TEST_P(DamagedList, StaysWhereAMissingOneWouldBeMade) {
 }
 
 TEST_P(DamagedList, IsReportedWhileTheTreeIsRead) {
-    try {
-        Create_DirectoryStructure(tree, progress, "C:\\", "");
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsFiles:Create_DirectoryStructure Method");
-        EXPECT_EQ(error.description(), kDamaged);
-    }
+    const Error error = RaisedBy([&] { Create_DirectoryStructure(tree, progress, "C:\\", ""); });
+    EXPECT_EQ(error.source(), "clsFiles:Create_DirectoryStructure Method");
+    EXPECT_EQ(error.description(), kDamaged);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, DamagedList, ::testing::ValuesIn(kDamagedLists),

@@ -1,22 +1,18 @@
 #include "protect/folder_tree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "common/error.h"
 #include "protect/clsCfg.h"
 #include "protect/clsInfo.h"
 #include "tests/forms/denied_listing.h"
+#include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
 
@@ -192,14 +188,10 @@ TEST_F(FolderTree, BelowAParentNodesAreItsChildrenAndProgressStands) {
 
 TEST_F(FolderTree, MissingListIsAnErrorReportedUnderTheFileClassesLabel) {
     machine.MakeFolders("D:\\One");
-    try {
-        Load();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsFiles:Create_DirectoryStructure Method");
-        EXPECT_EQ(error.description(), ErrorText(error_number::kFileNotFound));
-        EXPECT_EQ(error.number(), -2147211505);
-    }
+    const Error error = RaisedBy([&] { Load(); });
+    EXPECT_EQ(error.source(), "clsFiles:Create_DirectoryStructure Method");
+    EXPECT_EQ(error.description(), ErrorText(error_number::kFileNotFound));
+    EXPECT_EQ(error.number(), -2147211505);
 }
 
 TEST_F(FolderTree, DriveWithoutFoldersAsksForNoList) {
@@ -236,12 +228,8 @@ TEST_F(FolderTree, DeepFoldersAreFollowedToTheirEnd) {
 TEST_F(FolderTree, HelpTextReportsItsErrorsUnderItsLabel) {
     forms::TextBox box{window, "Fld_SecureData", true, true};
     box.Change = [] { RaiseError(error_number::kOutOfMemory); };
-    try {
-        clsInfo().SecureData(box);
-        ADD_FAILURE() << "no error";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsInfo:SecureData Method");
-    }
+    const Error error = RaisedBy([&] { clsInfo().SecureData(box); });
+    EXPECT_EQ(error.source(), "clsInfo:SecureData Method");
 }
 
 TEST_F(FolderTree, HelpTextIsShownAsItAlwaysWas) {

@@ -1,16 +1,12 @@
 // A restore while the list of protected folders is damaged: it must not be taken for an empty one.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "common/error.h"
 #include "tests/restore/restore_tab_fixture.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 struct Row {
     const char* what;
@@ -34,13 +30,9 @@ class RestoreWithDamagedList : public RestoreWithList {};
 class RestoreWithOddList : public RestoreWithList {};
 
 TEST_P(RestoreWithDamagedList, EndsTheProgramBeforeAnythingIsOverwritten) {
-    try {
-        Restore();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kPastEnd);
-        EXPECT_EQ(error.description(), "Input past end of file: C:\\Vantrel\\Vantrel.Cfg");
-    }
+    const Error error = RaisedBy([&] { Restore(); });
+    EXPECT_EQ(error.number(), error_number::kPastEnd);
+    EXPECT_EQ(error.description(), "Input past end of file: C:\\Vantrel\\Vantrel.Cfg");
     EXPECT_THAT(desktop.happened, Not(Contains("load Frm_Restore")));
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "newer work");
     EXPECT_FALSE(machine.Exists("C:\\RESTORE\\a.txt"));

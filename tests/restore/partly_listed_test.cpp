@@ -1,15 +1,13 @@
 // Restore Now for archives of which a part is there: a disk of several, or a directory up to some
 // entry.
 #include "tests/restore/unlisted_archive_fixture.h"
+#include "tests/support/matchers.h"
 #include "tests/zip/zip_builder.h"
 
 namespace vantrel::test {
 namespace {
 
 using forms::Answer;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 // The first bytes are those of the first of several disks.
 class UnlistedDisks : public UnlistedArchive {

@@ -1,19 +1,15 @@
 // Names that no file can have go into folders of other names. A protected folder is one of those as
 // well: whatever an archive calls it, nothing in it changes.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <map>
 
 #include "tests/restore/restore_tab_fixture.h"
+#include "tests/support/matchers.h"
 #include "tests/zip/memory_file_system.h"
 #include "tests/zip/zip_builder.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::HasSubstr;
 
 constexpr const char* kInto = "C:\\RESTORE";
 constexpr std::uint16_t kUtf8Name = 0x800;    // APPNOTE 4.4.4, bit 11

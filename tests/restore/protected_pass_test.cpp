@@ -1,18 +1,14 @@
 #include "restore/protected_pass.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
 #include "protect/clsCfg.h"
+#include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class ProtectedPass : public ProgramFixture {
   protected:
@@ -28,6 +24,10 @@ class ProtectedPass : public ProgramFixture {
             std::snprintf(name, sizeof name, "C:\\DATA_%03d", i);
             machine.MakeFolders(name);
         }
+    }
+    void ProtectDataFolder() {
+        Protect("C:\\DATA\r\n");
+        machine.MakeFolders("C:\\Data");
     }
     void Pass(const std::vector<std::string>& entries, const std::string& destination) {
         RenameProtectedFolders(program, {.entries = entries}, destination);
@@ -53,8 +53,7 @@ TEST_F(ProtectedPass, FolderThatAnEntryGoesIntoIsRenamedAndLogged) {
 }
 
 TEST_F(ProtectedPass, SecondRecordIsUndated) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     Pass({"Data/x.txt"}, "C:\\");
     EXPECT_THAT(
         machine.Content("C:\\Vantrel\\Vantrel.Log"),
@@ -62,8 +61,7 @@ TEST_F(ProtectedPass, SecondRecordIsUndated) {
 }
 
 TEST_F(ProtectedPass, SubstringMatchesWithoutRegardToFolderBoundaries) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     Pass({"database/x.txt"}, "c:\\");
     EXPECT_TRUE(machine.Exists("C:\\DATA_001"));
 }
@@ -83,16 +81,14 @@ TEST_F(ProtectedPass, DestinationWithBackslashGetsNoSecondOne) {
 }
 
 TEST_F(ProtectedPass, FirstFreeNumberIsTaken) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     machine.MakeFolders("C:\\Data_001");
     Pass({"Data/x.txt"}, "C:\\");
     EXPECT_TRUE(machine.Exists("C:\\DATA_002"));
 }
 
 TEST_F(ProtectedPass, NumbersGoUpTo999) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     TakeNames(998);
     Pass({"Data/x.txt"}, "C:\\");
     EXPECT_FALSE(machine.Exists("C:\\Data"));
@@ -100,8 +96,7 @@ TEST_F(ProtectedPass, NumbersGoUpTo999) {
 }
 
 TEST_F(ProtectedPass, WithAll999NamesTakenTheFolderStaysAndNothingIsLogged) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     TakeNames(999);
     Pass({"Data/x.txt"}, "C:\\");
     EXPECT_TRUE(machine.Exists("C:\\Data"));
@@ -115,27 +110,21 @@ TEST_F(ProtectedPass, ProtectedFolderThatDoesNotExistIsNeverRenamed) {
 }
 
 TEST_F(ProtectedPass, EachFolderIsRenamedOnceHoweverManyEntries) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     Pass({"Data/x.txt", "Data/Sub/y.txt", "Data/z.txt"}, "C:\\");
     EXPECT_FALSE(machine.Exists("C:\\DATA_002"));
     EXPECT_EQ(LogRecords().size(), 2u);
 }
 
-// Somebody works in it: what is protected must not be overwritten, so there is no restore.
+// A program uses the folder. It must not be overwritten, so there is no restore.
 TEST_F(ProtectedPass, RenameThatFailsIsNotTrapped) {
-    Protect("C:\\DATA\r\n");
-    machine.MakeFolders("C:\\Data");
+    ProtectDataFolder();
     FaultyFileSystem faulty(machine.files());
     faulty.plan.Inject({.kind = Call::kRename, .number = error_number::kPathFileAccess});
     platform::Machine in_use = WithFiles(machine.machine(), faulty);
     forms::Program other{in_use, desktop, program.globals};
-    try {
-        RenameProtectedFolders(other, {.entries = {"Data/a.txt"}}, "C:");
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kPathFileAccess);
-    }
+    EXPECT_EQ(ErrorOf([&] { RenameProtectedFolders(other, {.entries = {"Data/a.txt"}}, "C:"); }),
+              error_number::kPathFileAccess);
     EXPECT_THAT(LogRecords(), IsEmpty());
     EXPECT_TRUE(machine.Exists("C:\\Data"));
 }
@@ -155,12 +144,7 @@ TEST_F(ProtectedPass, FolderThatCouldNotBeLookedAtIsLookedForAgain) {
 }
 
 TEST_F(ProtectedPass, MissingListIsNotTrapped) {
-    try {
-        Pass({"x.txt"}, "C:\\");
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kFileNotFound);
-    }
+    EXPECT_EQ(ErrorOf([&] { Pass({"x.txt"}, "C:\\"); }), error_number::kFileNotFound);
 }
 
 }  // namespace

@@ -1,22 +1,16 @@
 #include "restore/restore_actions.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "backupset/clsINI.h"
 #include "common/error.h"
 #include "forms/file_lists.h"
 #include "forms/form.h"
 #include "protect/clsCfg.h"
 #include "tests/restore/restore_tab_fixture.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 ScriptedDesktop::FileDialog AsksFrom(const std::string& start) {
     return {"Select a Restore File", "Restore Files (*.zip)|*.zip", start};
@@ -92,14 +86,10 @@ TEST_F(RestoreTabTest, PathThatDoesNotExistLeavesTheTreeHidden) {
 
 TEST_F(RestoreTabTest, ErrorWhileAnArchiveIsListedCarriesTheLabelOfTheFileClass) {
     desktop.on_events.push_back([] { RaiseError(error_number::kPermissionDenied); });
-    try {
-        ShowZipContents(program, tab.Controls(), kArchive);
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kObjectBase + error_number::kReported);
-        EXPECT_EQ(error.source(), "clsFiles:ShowZipContents Method");
-        EXPECT_EQ(error.description(), "Permission denied");
-    }
+    const Error error = RaisedBy([&] { ShowZipContents(program, tab.Controls(), kArchive); });
+    EXPECT_EQ(error.number(), error_number::kObjectBase + error_number::kReported);
+    EXPECT_EQ(error.source(), "clsFiles:ShowZipContents Method");
+    EXPECT_EQ(error.description(), "Permission denied");
 }
 
 TEST_F(RestoreTabTest, CancelledBrowsingChangesNothing) {
@@ -289,12 +279,7 @@ TEST_F(RestoreTabTest, MissingProtectedListEndsTheProgramBeforeTheWindowOpens) {
     machine.files().RemoveFile(cfg.ListPath());
     tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
     Browse(kArchive);
-    try {
-        tab.actions.Cmd_Restore_Click();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kFileNotFound);
-    }
+    EXPECT_EQ(ErrorOf([&] { tab.actions.Cmd_Restore_Click(); }), error_number::kFileNotFound);
     EXPECT_THAT(desktop.happened, Not(Contains("load Frm_Restore")));
 }
 

@@ -1,18 +1,12 @@
 // What else is done, or goes wrong, while Restore Now lists the archive once more.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "common/error.h"
 #include "tests/restore/restore_tab_fixture.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr const char* kOther = "C:\\Backups\\OTHER.zip";
 

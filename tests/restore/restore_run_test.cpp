@@ -1,6 +1,4 @@
 // The listing and the run of a restore, each with what it asks of its component and in which order.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "restore/Frm_Restore.h"
 #include "restore/archive_contents.h"
@@ -8,13 +6,12 @@
 #include "tests/restore/restore_tab_fixture.h"
 #include "tests/support/diary.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
 
 using ::testing::DoubleNear;
-using ::testing::ElementsAre;
-using ::testing::EndsWith;
 
 class RestoreRun : public RestoreTabTest {
   protected:

@@ -1,18 +1,12 @@
 // The restore window over a component that still works though the cancel has been handed over, and
 // over one that warns.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "restore/Frm_Restore.h"
 #include "tests/restore/restore_tab_fixture.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::Not;
-using ::testing::StartsWith;
 
 // Raises two more events after the cancel, like workers that finish their current files.
 class SlowToStop : public zip::PKUNZIP {

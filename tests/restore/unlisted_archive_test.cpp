@@ -4,15 +4,12 @@
 
 #include "tests/restore/unlisted_archive_fixture.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
 
 using forms::Answer;
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::Not;
-using ::testing::SizeIs;
 
 constexpr const char* kMissing =
     "The archive cannot be read: C:\\Backups\\WEEKLY.zip (File not found).";

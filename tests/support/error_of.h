@@ -4,15 +4,21 @@
 
 namespace vantrel::test {
 
-// The number of the error that `action` raises; 0 when it raises none.
+// The error that `action` raises; with number 0 when it raises none.
 template <typename Action>
-int ErrorOf(Action&& action) {
+Error RaisedBy(Action&& action) {
     try {
         action();
     } catch (const Error& error) {
-        return error.number();
+        return error;
     }
-    return 0;
+    return {0, "", "no error was raised"};
+}
+
+// Its number; 0 when there is none.
+template <typename Action>
+int ErrorOf(Action&& action) {
+    return RaisedBy(action).number();
 }
 
 }  // namespace vantrel::test

@@ -1,12 +1,10 @@
 #include "tests/support/faulty_file_system.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <thread>
 
 #include "platform/text_file.h"
 #include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/test_machine.h"
 
 namespace vantrel::test {
@@ -14,7 +12,6 @@ namespace {
 
 using namespace error_number;
 using platform::OpenMode;
-using ::testing::ElementsAre;
 
 class FaultyFiles : public ::testing::Test {
   protected:

@@ -1,14 +1,12 @@
 #include "tests/support/test_machine.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
 
-using ::testing::ElementsAre;
 namespace drive_type = platform::drive_type;
 
 TEST(TestMachineItself, StartsWithAnEmptyApplicationFolderAndDriveCOnly) {
@@ -31,12 +29,7 @@ TEST(TestMachineItself, DiskIsTakenOutAndPutBack) {
     EXPECT_EQ(machine.drives.Label("A:\\"), "");
     EXPECT_EQ(machine.drives.Space("A:\\").bytes_per_sector, 0u);
     EXPECT_EQ(machine.drives.FreeBytes("A:\\"), 0u);
-    try {
-        machine.Content("A:\\a.txt");
-        FAIL();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kDiskNotReady);
-    }
+    EXPECT_EQ(ErrorOf([&] { machine.Content("A:\\a.txt"); }), error_number::kDiskNotReady);
     machine.SetReady('A', true);
     EXPECT_EQ(machine.Content("A:\\a.txt"), "bytes");
     EXPECT_EQ(machine.drives.Label("a:\\"), "FLOPPY");

@@ -1,5 +1,6 @@
 #include "common/error.h"
 #include "system/clsApplication.h"
+#include "tests/support/error_of.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel {
@@ -27,14 +28,10 @@ TEST_F(Application, PrevInstanceReportsItsErrors) {
     FailingProcess process;
     platform::Machine broken = test::With({.process = &process}, machine.machine());
     forms::Program there{broken, desktop};
-    try {
-        clsApplication(there).PrevInstance();
-        ADD_FAILURE() << "no error";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
-        EXPECT_EQ(error.description(), "Device I/O error");
-    }
+    const Error error = test::RaisedBy([&] { clsApplication(there).PrevInstance(); });
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
+    EXPECT_EQ(error.description(), "Device I/O error");
 }
 
 TEST_F(Application, ShutDownUnloadsALoadedSplash) {
@@ -50,12 +47,8 @@ TEST_F(Application, ShutDownReportsItsErrors) {
         void Form_Unload() override { RaiseError(error_number::kDeviceIo); }
     } splash(program, "Frm_Splash");
     desktop.Load(splash);
-    try {
-        clsApplication(program).ShutDown(&splash);
-        ADD_FAILURE() << "no error";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsApplication:ShutDown Method");
-    }
+    const Error error = test::RaisedBy([&] { clsApplication(program).ShutDown(&splash); });
+    EXPECT_EQ(error.source(), "clsApplication:ShutDown Method");
 }
 
 TEST_F(Application, ShutDownDoesNothingElse) {

@@ -1,16 +1,11 @@
 #include "system/clsSystem.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "forms/control.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kPage = "C:\\Vantrel\\guide.html";
 

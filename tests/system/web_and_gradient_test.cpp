@@ -1,17 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "common/error.h"
 #include "system/clsForm.h"
 #include "system/clsSystem.h"
 #include "tests/support/diary.h"
+#include "tests/support/error_of.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kScratch = "C:\\Vantrel\\temphtm.HTM";
 
@@ -62,13 +58,9 @@ TEST_F(WebPage, ScratchFileThatCannotBeRemovedIsAnErrorOnceThePageIsOpen) {
     machine.shell.on_find = [&] {
         machine.files().SetAttributes(kScratch, platform::attribute::kReadOnly);
     };
-    try {
-        Show();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
-        EXPECT_EQ(error.description(), "Permission denied");
-    }
+    const Error error = RaisedBy([&] { Show(); });
+    EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
+    EXPECT_EQ(error.description(), "Permission denied");
     EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_TRUE(machine.Exists(kScratch));
@@ -82,12 +74,8 @@ TEST_F(WebPage, ErrorLeavesNoScratchFile) {
 
 TEST_F(WebPage, ErrorCarriesItsLabel) {
     machine.MakeFolders(kScratch);
-    try {
-        Show();
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
-    }
+    const Error error = RaisedBy([&] { Show(); });
+    EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
 }
 
 class Scrolling : public ProgramFixture {
@@ -129,14 +117,10 @@ TEST_F(Scrolling, ErrorCarriesItsLabel) {
         void Changed(forms::Aspect) override { RaiseError(error_number::kOutOfMemory); }
     } broken;
     text.Bind(&broken);
-    try {
-        clsSystem(program).ScrollText(text, 1000);
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), "clsSystem:ScrollText Method");
-        EXPECT_EQ(error.description(), "Out of memory");
-    }
+    const Error error = RaisedBy([&] { clsSystem(program).ScrollText(text, 1000); });
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), "clsSystem:ScrollText Method");
+    EXPECT_EQ(error.description(), "Out of memory");
     text.Bind(nullptr);
 }
 
@@ -190,13 +174,9 @@ TEST_F(GradientTest, RepaintingReplacesTheBands) {
 }
 
 TEST_F(GradientTest, CoordinateBeyond16BitsEndsThroughTheErrorTrap) {
-    try {
-        Paint(40000, 255, true);
-        FAIL() << "no error came";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.source(), "clsForm:Gradient Method");
-        EXPECT_EQ(error.description(), "Overflow");
-    }
+    const Error error = RaisedBy([&] { Paint(40000, 255, true); });
+    EXPECT_EQ(error.source(), "clsForm:Gradient Method");
+    EXPECT_EQ(error.description(), "Overflow");
 }
 
 }  // namespace

@@ -1,18 +1,14 @@
 // The Backup tab's two lists on a machine that changes behind the window's back.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "backupset/clsINI.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::Not;
 
 constexpr const char* kUnstorable = "C:\\\xE6\x96\x87";  // a Chinese character
 

@@ -1,16 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "backupset/clsINI.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/redraw_watch.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class BackupTabTest : public ProgramFixture {
   protected:

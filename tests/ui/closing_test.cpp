@@ -1,14 +1,11 @@
 // The main window closes whatever fails on the way.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::IsEmpty;
 
 constexpr const char* kLog = "C:\\Vantrel\\Vantrel.Log";
 constexpr const char* kRemembered = "Startup/INI File";

@@ -1,12 +1,10 @@
 // Refreshing the editor's list and deleting sets.
 #include "common/error.h"
+#include "tests/support/matchers.h"
 #include "tests/ui/editor_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class EditorList : public EditorFixture {
   protected:

@@ -1,14 +1,11 @@
 // Saving: validation, the scratch file, the confirmation, and what is on disk afterwards.
 #include "common/error.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 #include "tests/ui/editor_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 constexpr const char* kScratch = "C:\\Vantrel\\Temp.INI";
 

@@ -1,11 +1,9 @@
 // Showing set files, and the question about unsaved changes.
+#include "tests/support/matchers.h"
 #include "tests/ui/editor_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class Editor : public EditorFixture {
   protected:

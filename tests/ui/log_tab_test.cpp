@@ -1,14 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "tests/support/redraw_watch.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::ElementsAre;
 
 constexpr const char* kLog = "C:\\Vantrel\\Vantrel.Log";
 const std::string kHint = "The Vantrel Log File is being limited to a File Size of 50K.";

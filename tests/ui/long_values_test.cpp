@@ -3,13 +3,11 @@
 #include <tuple>
 
 #include "backupset/clsINI.h"
+#include "tests/support/matchers.h"
 #include "tests/ui/editor_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 // --- the Backup tab ---
 

@@ -1,18 +1,12 @@
 // The log and the contact message on their way to the mail program.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "common/product.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr const char* kLog = "C:\\Vantrel\\Vantrel.Log";
 constexpr const char* kLastMonth = "C:\\Vantrel\\Vantrel.Bak";

@@ -1,12 +1,8 @@
+#include "tests/support/matchers.h"
 #include "tests/ui/editor_fixture.h"
 
 namespace vantrel::test {
 namespace {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 class NewBackup : public EditorFixture {
   protected:

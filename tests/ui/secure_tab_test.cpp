@@ -1,12 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "common/error.h"
 #include "protect/clsCfg.h"
 #include "tests/support/diary.h"
+#include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/matchers.h"
 #include "tests/support/program_fixture.h"
 #include "ui/Frm_Mainmenu.h"
 
@@ -15,8 +14,6 @@ namespace {
 
 using forms::Icon;
 using forms::Pointer;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
 constexpr const char* kDamaged = "Input past end of file: C:\\Vantrel\\Vantrel.Cfg";
@@ -362,13 +359,9 @@ TEST_P(SecureTabWithDamagedList, MenuHandlersTrapNothingAndKeepTheList) {
     Select("C:\\Data");
     machine.PutFile(kList, GetParam().text);
     for (forms::MenuItem* item : {&window->Menu_Secure_Add, &window->Menu_Secure_Delete}) {
-        try {
-            item->UserChoose();
-            ADD_FAILURE() << "no error came";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.number(), error_number::kPastEnd);
-            EXPECT_EQ(error.description(), kDamaged);
-        }
+        const Error error = RaisedBy([&] { item->UserChoose(); });
+        EXPECT_EQ(error.number(), error_number::kPastEnd);
+        EXPECT_EQ(error.description(), kDamaged);
     }
     EXPECT_EQ(machine.Content(kList), GetParam().text);
     EXPECT_EQ(Picture(), clsCfg::kClosedFolder);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "tests/support/test_machine.h"
 
 namespace vantrel::zip {
@@ -15,59 +17,53 @@ class DosMaskTest : public ::testing::Test {
     test::TestMachine machine_;
 };
 
-TEST_F(DosMaskTest, StarDotStarIsEveryFileDottedOrNot) {
-    for (const char* name : {"a.txt", "a", "a.b.c", ".hidden", "README"}) {
-        EXPECT_TRUE(Matches("*.*", name)) << name;
-        EXPECT_TRUE(Matches("*", name)) << name;
-    }
+TEST_F(DosMaskTest, OnlyStarsAreEveryName) {
     EXPECT_TRUE(DosMask(machine_.code_page(), "*.*").IsEverything());
     EXPECT_FALSE(DosMask(machine_.code_page(), "*.txt").IsEverything());
 }
 
-TEST_F(DosMaskTest, CaseIsIgnored) {
-    EXPECT_TRUE(Matches("*.TXT", "readme.txt"));
-    EXPECT_TRUE(Matches("*.txt", "README.TXT"));
-    EXPECT_TRUE(Matches("\xC3\x84*", "\xC3\xA4pfel"));
-}
-
-TEST_F(DosMaskTest, StarReachesUpToTheLastDot) {
-    EXPECT_TRUE(Matches("*.txt", "a.b.txt"));
-    EXPECT_FALSE(Matches("*.txt", "a.txt.bak"));
-    EXPECT_FALSE(Matches("*.txt", "txt"));
-}
-
-TEST_F(DosMaskTest, StarDotIsEveryNameWithoutADot) {
-    EXPECT_TRUE(Matches("*.", "README"));
-    EXPECT_FALSE(Matches("*.", "README.txt"));
-    EXPECT_TRUE(Matches("READ*.", "README"));
-    EXPECT_FALSE(Matches("READ*.", "README.1"));
-}
-
-TEST_F(DosMaskTest, ADotBeforeAStarMayBeMissing) {
-    EXPECT_TRUE(Matches("readme.*", "README"));
-    EXPECT_TRUE(Matches("readme.*", "README.txt"));
-    EXPECT_FALSE(Matches("readme.*", "README2"));
-    EXPECT_TRUE(Matches("a*.*", "abc"));
-}
-
-TEST_F(DosMaskTest, QuestionMarkIsOneCharacterOrNoneAtTheEndAndBeforeADot) {
-    EXPECT_TRUE(Matches("file?.txt", "file1.txt"));
-    EXPECT_TRUE(Matches("file?.txt", "file.txt"));
-    EXPECT_FALSE(Matches("file?.txt", "file12.txt"));
-    EXPECT_TRUE(Matches("???", "ab"));
-    EXPECT_FALSE(Matches("???", "abcd"));
-    EXPECT_FALSE(Matches("?b", "b"));
-}
-
-TEST_F(DosMaskTest, QuestionMarkIsOneCharacterHoweverManyBytes) {
-    EXPECT_TRUE(Matches("?.txt", "\xE2\x82\xAC.txt"));
-    EXPECT_TRUE(Matches("?.txt", "\xF0\x9F\x98\x80.txt"));
-}
-
-TEST_F(DosMaskTest, WithoutWildcardsItIsOneName) {
-    EXPECT_TRUE(Matches("a.txt", "A.TXT"));
-    EXPECT_FALSE(Matches("a.txt", "aa.txt"));
-    EXPECT_TRUE(Matches("README.", "README"));
+TEST_F(DosMaskTest, MatchesAsTheCommandPromptDoes) {
+    struct Case {
+        const char* rule;
+        const char* mask;
+        std::vector<const char*> matching;
+        std::vector<const char*> other;
+    };
+    const std::vector<const char*> any = {"a.txt", "a", "a.b.c", ".hidden", "README"};
+    for (const Case& test : std::vector<Case>{
+             {"*.* is every name, with a dot or without", "*.*", any, {}},
+             {"* is every name", "*", any, {}},
+             {"case is ignored in the name", "*.TXT", {"readme.txt"}, {}},
+             {"case is ignored in the mask", "*.txt", {"README.TXT"}, {}},
+             {"case is ignored beyond ASCII", "\xC3\x84*", {"\xC3\xA4pfel"}, {}},
+             {"a star extends to the last dot", "*.txt", {"a.b.txt"}, {"a.txt.bak", "txt"}},
+             {"*. is every name without a dot", "*.", {"README"}, {"README.txt"}},
+             {"so is a dot at the end", "READ*.", {"README"}, {"README.1"}},
+             {"the dot before a star may be missing",
+              "readme.*",
+              {"README", "README.txt"},
+              {"README2"}},
+             {"also with two stars", "a*.*", {"abc"}, {}},
+             {"? is one character, or none before a dot",
+              "file?.txt",
+              {"file1.txt", "file.txt"},
+              {"file12.txt"}},
+             {"? is one character, or none at the end", "???", {"ab"}, {"abcd"}},
+             {"? elsewhere is one character", "?b", {}, {"b"}},
+             {"? is one character of several bytes",
+              "?.txt",
+              {"\xE2\x82\xAC.txt", "\xF0\x9F\x98\x80.txt"},
+              {}},
+             {"no wildcard: one name", "a.txt", {"A.TXT"}, {"aa.txt"}},
+             {"a dot at the end alone is dropped", "README.", {"README"}, {}},
+         }) {
+        for (const char* name : test.matching) {
+            EXPECT_TRUE(Matches(test.mask, name)) << test.rule << ": " << name;
+        }
+        for (const char* name : test.other) {
+            EXPECT_FALSE(Matches(test.mask, name)) << test.rule << ": " << name;
+        }
+    }
 }
 
 TEST_F(DosMaskTest, ManyStarsTakeNoLongerThanTheyMust) {

@@ -1,12 +1,10 @@
 #include "tests/zip/hostile_archives.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <map>
 
 #include "platform/text_file.h"
+#include "tests/support/matchers.h"
 #include "tests/zip/writer_fixture.h"
 #include "zip/reader/archive_extractor.h"
 
@@ -14,8 +12,6 @@ namespace vantrel::test {
 namespace {
 
 using platform::FileInfo;
-using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 constexpr const char* kArchive = "C:\\Hostile\\In.zip";
 constexpr const char* kOut = "C:\\Hostile\\Out";

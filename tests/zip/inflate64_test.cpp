@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/error.h"
+#include "tests/support/error_of.h"
 
 namespace vantrel::zip {
 namespace {
@@ -69,13 +70,9 @@ std::string Inflated(const std::string& stream) {
 }
 
 void ExpectDamaged(const Bits& bits) {
-    try {
-        Inflated(bits.Stream());
-        ADD_FAILURE() << "was taken for whole";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), error_number::kDeviceIo);
-        EXPECT_EQ(error.description(), "its data is damaged");
-    }
+    const Error error = test::RaisedBy([&] { Inflated(bits.Stream()); });
+    EXPECT_EQ(error.number(), error_number::kDeviceIo);
+    EXPECT_EQ(error.description(), "its data is damaged");
 }
 
 const std::string kLetterA = "10010001";

@@ -1,8 +1,7 @@
 // The folders that are listed before an extraction are those that it writes into.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "common/path.h"
+#include "tests/support/matchers.h"
 #include "tests/zip/hostile_archives.h"
 #include "tests/zip/reader_fixture.h"
 #include "zip/pkunzip.h"
@@ -11,9 +10,6 @@ namespace vantrel::test {
 namespace {
 
 using namespace zip::unzip_id;
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class TargetFolders : public ReaderTest {
   protected:

@@ -32,6 +32,15 @@ class WriterFailure : public WriterTest {
         EXPECT_EQ(last.code, number);
         EXPECT_EQ(last.text, text);
     }
+    // A run whose first question is answered with Retry after `path` has been made.
+    void RunAndMakeWhenAsked(const std::string& path) {
+        events.questions = &questions;
+        questions.answers = {[this, path] {
+            files.Put(path, "x");
+            return true;
+        }};
+        EXPECT_EQ(Run(), zip::RunOutcome::kComplete);
+    }
     void ExpectComplete() {
         files.before = nullptr;
         const ReadResult archive = Archive();

@@ -84,14 +84,9 @@ TEST_F(WriterFailure, SourceFolderGone) {
                            "The folder to back up cannot be read: C:\\Gone (Path not found).");
 }
 
-TEST_F(WriterFailure, SourceFolderIsAQuestionUntilItIsThere) {
+TEST_F(WriterFailure, SourceFolderIsAQuestionUntilItExists) {
     options.source.folder = "C:\\Late";
-    events.questions = &questions;
-    questions.answers = {[&] {
-        files.Put("C:\\Late\\x", "x");
-        return true;
-    }};
-    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    RunAndMakeWhenAsked("C:\\Late\\x");
     EXPECT_EQ(Archive().Names(), (Strings{"x"}));
 }
 
@@ -104,12 +99,7 @@ TEST_F(WriterFailure, NoFileMatches) {
 
 TEST_F(WriterFailure, NoFileMatchesIsScannedAgainOnRetry) {
     options.source.mask = "*.xyz";
-    events.questions = &questions;
-    questions.answers = {[&] {
-        files.Put("C:\\Data\\late.xyz", "x");
-        return true;
-    }};
-    EXPECT_EQ(Run(), RunOutcome::kComplete);
+    RunAndMakeWhenAsked("C:\\Data\\late.xyz");
     EXPECT_EQ(Archive().Names(), (Strings{"late.xyz"}));
 }
 
