@@ -92,10 +92,9 @@ int Application::ExitCode() const {
 
 void Application::EndByError(const Error& error) {
     const std::string number = "Run-time error '" + std::to_string(error.number()) + "':";
-    if (!program_.Unattended()) {
-        program_.desktop.Show(
-            {.text = number + "\r\n\r\n" + error.description(), .icon = forms::Icon::kCritical});
-    } else {
+    const forms::Box box{.text = number + "\r\n\r\n" + error.description(),
+                         .icon = forms::Icon::kCritical};
+    if (program_.Unattended() || program_.desktop.Show(box) == forms::Answer::kNotShown) {
         try {
             clsLog(program_).WriteToLog("Backup", false, number + " " + error.description());
         } catch (const Error&) {

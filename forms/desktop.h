@@ -11,7 +11,8 @@ class Form;
 
 enum class Buttons { kOk, kYesNo, kRetryCancel };
 enum class Icon { kNone, kCritical, kQuestion, kExclamation, kInformation };
-enum class Answer { kOk, kCancel, kRetry, kYes, kNo };
+// kNotShown: the system could not show the box.
+enum class Answer { kOk, kCancel, kRetry, kYes, kNo, kNotShown };
 enum class Pointer { kDefault, kHourglass };
 
 // A message box. An empty title means the program's name.

@@ -220,6 +220,13 @@ TEST_F(StartUp, UntrappedErrorAttendedIsTheStandardBoxAndEndsTheProgram) {
                 ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil"));
 }
 
+TEST_F(StartUp, UntrappedErrorWhoseBoxCannotBeShownIsAnUndatedLogLine) {
+    desktop.answers = {forms::Answer::kNotShown};
+    EXPECT_EQ(ExitCodeOfOverflow(), 2);
+    EXPECT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_THAT(Log(), HasSubstr("\r\n                    Run-time error '6': Overflow\r\n"));
+}
+
 TEST_F(StartUp, UntrappedErrorUnattendedIsAnUndatedLogLineAndExitCodeTwo) {
     Unattended("DAILY.INI");
     EXPECT_EQ(ExitCodeOfOverflow(), 2);

@@ -79,7 +79,7 @@ class Computer:
         subprocess.run([PREFIX_TOOL, "make", self.prefix], check=True)
         self.environment = {k: v for k, v in os.environ.items() if not k.startswith("WINE")}
         self.environment.update(
-            WINEPREFIX=str(self.prefix), WINEDEBUG="-all",
+            WINEPREFIX=str(self.prefix), WINEDEBUG="err+all,fixme-all",
             WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=", LC_ALL="C.UTF-8", TZ="CET-1CEST,M3.5.0,M10.5.0/3")
         self.application = self.drive("v") / "Vantrel"
         shutil.copytree(BUILD / "app", self.application,

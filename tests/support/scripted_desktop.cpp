@@ -47,10 +47,9 @@ Answer ScriptedDesktop::ShowBox(const forms::Box& box) {
     if (on_box) {
         on_box(box);
     }
-    if (box.buttons == Buttons::kOk || answers.empty()) {
-        return DefaultAnswer(box);
-    }
-    return TakeFront(answers);
+    const bool answered = !answers.empty() && (box.buttons != Buttons::kOk ||
+                                               answers.front() == forms::Answer::kNotShown);
+    return answered ? TakeFront(answers) : DefaultAnswer(box);
 }
 
 std::string ScriptedDesktop::Input(const std::string& prompt, const std::string& title,

@@ -16,6 +16,7 @@ class ScriptedDesktop : public forms::WindowManager {
   public:
     // --- arranging ---
     // Answers to message boxes with more than one button, in order; none left: the default button.
+    // kNotShown answers any box.
     std::deque<forms::Answer> answers;
     std::deque<std::string> inputs;  // answers to input boxes; none left: ""
     std::deque<std::string> files;   // answers to file dialogs; none left: ""

@@ -130,6 +130,8 @@ Answer AnswerOf(int pressed) {
             return Answer::kRetry;
         case IDCANCEL:
             return Answer::kCancel;
+        case 0:
+            return Answer::kNotShown;
         default:
             return Answer::kOk;
     }
