@@ -2,6 +2,7 @@
 set(COMMON_SOURCES
     common/dated_folder.cpp
     common/display_text.cpp
+    common/dos_mask.cpp
     common/error.cpp
     common/file_name.cpp
     common/path.cpp
@@ -38,7 +39,6 @@ set(FORMS_SOURCES
     forms/window_manager.cpp)
 set(ZIP_SOURCES
     zip/base/bytes.cpp
-    zip/base/dos_mask.cpp
     zip/base/folders.cpp
     zip/base/run_context.cpp
     zip/component.cpp
@@ -157,6 +157,7 @@ set(TEST_SUPPORT_HOST_SOURCES
 set(COMMON_TESTS
     tests/common/dated_folder_test.cpp
     tests/common/display_text_test.cpp
+    tests/common/dos_mask_test.cpp
     tests/common/error_test.cpp
     tests/common/file_name_test.cpp
     tests/common/path_test.cpp
@@ -262,7 +263,6 @@ set(DEFLATE_TESTS
 set(ZIP_TESTS
     tests/zip/deflate_test.cpp
     tests/zip/disk_prompt_test.cpp
-    tests/zip/dos_mask_test.cpp
     tests/zip/entry_records_test.cpp
     tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp

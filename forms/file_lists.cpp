@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/dos_mask.h"
 #include "common/error.h"
 #include "common/path.h"
 #include "forms/folder_path.h"
@@ -229,12 +230,13 @@ void FileList::Reload() {
 
 void FileList::Fill() {
     platform::Machine& machine = owner().program().machine;
+    const DosMask mask(machine.code_page.Fold(pattern_));
     names_.clear();
     index_ = -1;
     try {
         machine.files.List(path_, [&](const platform::FileInfo& info) {
             if (!info.IsFolder() && !info.IsHiddenOrSystem() &&
-                MatchesMask(machine.code_page, info.name, pattern_)) {
+                mask.Matches(machine.code_page.Fold(info.name))) {
                 names_.push_back(info.name);
             }
             return true;

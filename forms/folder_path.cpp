@@ -1,50 +1,11 @@
 #include "forms/folder_path.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "common/error.h"
 
 namespace vantrel::forms {
-
-namespace {
-
-// One UTF-8 character off the front, so that "?" stands for a character and not for a byte.
-void DropCharacter(std::string_view& text) {
-    text.remove_prefix(1);
-    while (!text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0) == 0x80) {
-        text.remove_prefix(1);
-    }
-}
-
-bool Matches(std::string_view name, std::string_view mask) {
-    std::string_view after_star_mask, after_star_name;
-    bool star = false;
-    while (!name.empty()) {
-        if (!mask.empty() && mask.front() == '*') {
-            star = true;
-            mask.remove_prefix(1);
-            after_star_mask = mask;
-            after_star_name = name;
-        } else if (!mask.empty() && mask.front() == '?') {
-            mask.remove_prefix(1);
-            DropCharacter(name);
-        } else if (!mask.empty() && mask.front() == name.front()) {
-            mask.remove_prefix(1);
-            name.remove_prefix(1);
-        } else if (star) {
-            DropCharacter(after_star_name);
-            name = after_star_name;
-            mask = after_star_mask;
-        } else {
-            return false;
-        }
-    }
-    return mask.find_first_not_of('*') == std::string_view::npos;
-}
-
-}  // namespace
 
 bool IsFolder(platform::FileSystem& files, const std::string& path) {
     try {
@@ -84,13 +45,6 @@ bool SamePath(platform::CodePage& code_page, const std::string& one, const std::
         return code_page.Fold(path);
     };
     return form(one) == form(other);
-}
-
-bool MatchesMask(platform::CodePage& code_page, const std::string& name, const std::string& mask) {
-    if (mask == "*.*") {
-        return true;
-    }
-    return Matches(code_page.Fold(name), code_page.Fold(mask));
 }
 
 }  // namespace vantrel::forms

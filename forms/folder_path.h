@@ -18,8 +18,4 @@ std::vector<std::string> SubFolders(platform::Machine& machine, const std::strin
 // Whether two paths are one value to a list: letter case and a last "\" make no difference.
 bool SamePath(platform::CodePage& code_page, const std::string& one, const std::string& other);
 
-// Whether a file's name matches a mask of the classic kind: "*" and "?", letter case aside; "*.*"
-// is every name, dotted or not.
-bool MatchesMask(platform::CodePage& code_page, const std::string& name, const std::string& mask);
-
 }  // namespace vantrel::forms

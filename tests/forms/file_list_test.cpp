@@ -91,17 +91,5 @@ TEST_F(FileLists, RightButtonReachesTheHandler) {
     EXPECT_EQ(2, button);
 }
 
-TEST_F(FileLists, MaskOfAllMatchesDottedAndUndottedNames) {
-    auto& letters = machine.code_page();
-    EXPECT_TRUE(forms::MatchesMask(letters, "README", "*.*"));
-    EXPECT_TRUE(forms::MatchesMask(letters, "a.b.c", "*.*"));
-    EXPECT_FALSE(forms::MatchesMask(letters, "README", "*.txt"));
-    EXPECT_TRUE(forms::MatchesMask(letters, "a.b.TXT", "*.txt"));
-    EXPECT_TRUE(forms::MatchesMask(letters, "file1.txt", "FILE?.*"));
-    EXPECT_FALSE(forms::MatchesMask(letters, "file.txt", "file?.txt"));
-    EXPECT_TRUE(forms::MatchesMask(letters, "\xC3\xA4.txt", "?.txt"));
-}
-
 }  // namespace
-
 }  // namespace vantrel::test

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/dos_mask.h"
 #include "platform/host/host_machine.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/zip/zip_builder.h"
@@ -56,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         vantrel::zip::ReadDirectory(source, code_page, machine.machine().clock);
     // A record takes 46 bytes, whatever an archive states.
     Demand(directory.entries.size() <= size / 46);
-    const vantrel::zip::DosMask everything(code_page, "*.*");
+    const vantrel::DosMask everything("*.*");
     vantrel::zip::ExtractionPlanner planner(directory, everything, code_page, [](auto) {});
     planner.PlanAll();
     CheckPlan(directory, planner.Plan());

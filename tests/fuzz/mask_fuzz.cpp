@@ -1,19 +1,18 @@
-// Any mask and any name (the first two lines of the input), against matchers that try everything.
+// Any mask and any name (the first two lines of the input), against a matcher that tries every way.
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "common/dos_mask.h"
 #include "common/utf.h"
-#include "forms/folder_path.h"
 #include "platform/host/host_code_page.h"
 #include "tests/fuzz/fuzz_input.h"
-#include "zip/base/dos_mask.h"
 
 namespace {
 
 using vantrel::test::Demand;
 
-// Characters. The matchers below try every way, which takes too long for longer texts.
+// Characters. The matcher below tries every way, which takes too long for longer texts.
 constexpr std::size_t kMaxLength = 12;
 
 std::u32string Characters(std::string_view utf8) {
@@ -81,23 +80,6 @@ class SlowDosMask {
     bool without_dot_ = false;
 };
 
-bool SlowClassicMatch(std::u32string_view mask, std::u32string_view name) {
-    if (mask.empty()) {
-        return name.empty();
-    }
-    const std::u32string_view rest = mask.substr(1);
-    if (mask.front() == U'*') {
-        if (SlowClassicMatch(rest, name)) {
-            return true;
-        }
-        return !name.empty() && SlowClassicMatch(mask, name.substr(1));
-    }
-    if (name.empty() || (mask.front() != U'?' && mask.front() != name.front())) {
-        return false;
-    }
-    return SlowClassicMatch(rest, name.substr(1));
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -116,15 +98,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool has_forbidden = mask.find_first_of("<>\"") != std::string::npos;
     const bool is_long = mask_characters.size() > kMaxLength || name_characters.size() > kMaxLength;
 
-    const bool matches = vantrel::zip::DosMask(letters, mask).Matches(name);
-    const bool classic = vantrel::forms::MatchesMask(letters, name, mask);
-    // Capitals never matter.
-    Demand(vantrel::zip::DosMask(letters, letters.Fold(mask)).Matches(letters.Fold(name)) ==
-           matches);
+    const bool matches = vantrel::DosMask(letters.Fold(mask)).Matches(letters.Fold(name));
     if (has_forbidden || is_long) {
         return 0;
     }
     Demand(matches == SlowDosMask(mask_characters).Matches(name_characters));
-    Demand(classic == (mask == "*.*" || SlowClassicMatch(mask_characters, name_characters)));
     return 0;
 }

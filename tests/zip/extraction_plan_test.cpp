@@ -2,10 +2,10 @@
 #include <new>
 #include <utility>
 
+#include "common/dos_mask.h"
 #include "platform/host/host_code_page.h"
 #include "tests/zip/directory_of.h"
 #include "tests/zip/reader_fixture.h"
-#include "zip/base/dos_mask.h"
 #include "zip/reader/extraction_plan.h"
 
 namespace vantrel::test {
@@ -28,7 +28,7 @@ class GrowingPlan : public ReaderTest {
         return paths;
     }
 
-    zip::DosMask everything{machine.code_page(), "*.*"};
+    DosMask everything{"*.*"};
     Strings told;
 };
 

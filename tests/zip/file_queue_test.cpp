@@ -10,9 +10,9 @@
 #include <thread>
 #include <vector>
 
+#include "common/dos_mask.h"
 #include "tests/support/test_machine.h"
 #include "tests/zip/directory_of.h"
-#include "zip/base/dos_mask.h"
 
 namespace vantrel::test {
 namespace {
@@ -44,7 +44,7 @@ class FileQueue : public ::testing::Test {
   private:
     TestMachine machine_;
     std::vector<std::string> names_;
-    zip::DosMask everything_{machine_.code_page(), "*.*"};
+    DosMask everything_{"*.*"};
     zip::Directory directory_;
     std::optional<zip::ExtractionPlanner> planner_;
     std::optional<zip::FileQueue> queue_;

@@ -14,7 +14,7 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
       options(wanted),
       channel(run),
       directory(std::move(listed)),
-      mask(machine.code_page, options.mask),
+      mask(machine.code_page.Fold(options.mask)),
       planner(directory, mask, machine.code_page,
               [this](ComponentMessage message) { channel.Report(std::move(message)); }),
       plan(planner.Plan()),

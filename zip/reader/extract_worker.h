@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "common/dos_mask.h"
 #include "platform/machine.h"
-#include "zip/base/dos_mask.h"
 #include "zip/base/retry.h"
 #include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"

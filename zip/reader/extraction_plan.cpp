@@ -122,7 +122,8 @@ void ExtractionPlanner::SortFiles() {
 void ExtractionPlanner::Add(std::uint32_t index) {
     const StoredEntry& entry = directory_.entries[index];
     SafeName name = MakeSafeName(entry.name);
-    if (!mask_.IsEverything() && (entry.is_folder || !mask_.Matches(path::Name(name.path)))) {
+    if (!mask_.IsEverything() &&
+        (entry.is_folder || !mask_.Matches(code_page_.Fold(path::Name(name.path))))) {
         return;
     }
     if (!name.refusal.empty()) {

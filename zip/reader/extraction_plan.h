@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
+#include "common/dos_mask.h"
 #include "platform/machine.h"
 #include "zip/base/component_events.h"
-#include "zip/base/dos_mask.h"
 #include "zip/reader/target_folders.h"
 #include "zip/records/directory_reader.h"
 #include "zip/records/entry_name.h"

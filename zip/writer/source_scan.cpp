@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "common/dos_mask.h"
 #include "common/path.h"
 #include "zip/base/bytes.h"
-#include "zip/base/dos_mask.h"
 #include "zip/base/retry.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/folder_queue.h"
@@ -29,7 +29,7 @@ class Scanner {
           own_(own),
           channel_(channel),
           source_(machine, channel, spec.folder),
-          mask_(machine.code_page, spec.mask),
+          mask_(machine.code_page.Fold(spec.mask)),
           archive_(FindArchive()),
           temporary_name_(machine.code_page.Fold(path::Name(own.temporary))),
           queue_(machine.files, spec.folder, channel.Token(), threads) {}
@@ -95,7 +95,7 @@ class Scanner {
     // of the backup, so that a folder with only such entries is stored as an empty one.
     bool AddEntry(const std::string& folder_name, const std::string& folder, FileInfo& info) {
         const std::string path = path::Join(folder, info.name);
-        const bool wanted = info.IsFolder() ? spec_.sub_folders : mask_.Matches(info.name);
+        const bool wanted = info.IsFolder() ? spec_.sub_folders : IsWanted(info.name);
         if (!wanted) {
             return false;
         }
@@ -122,6 +122,10 @@ class Scanner {
             Add({info.name, info.attributes, info.size, info.times});
         }
         return true;
+    }
+
+    bool IsWanted(const std::string& name) const {
+        return mask_.IsEverything() || mask_.Matches(machine_.code_page.Fold(name));
     }
 
     // Compares names, sizes and times first: asking the disk about every file would be slow.

@@ -1,10 +1,10 @@
-#include "zip/base/dos_mask.h"
+#include "common/dos_mask.h"
 
 #include <vector>
 
 #include "common/utf.h"
 
-namespace vantrel::zip {
+namespace vantrel {
 
 namespace {
 
@@ -98,17 +98,11 @@ class Matcher {
 
 }  // namespace
 
-DosMask::DosMask(platform::CodePage& code_page, std::string_view mask)
-    : code_page_(code_page),
-      pattern_(Translate(CodePoints(code_page.Fold(std::string(mask))))),
-      everything_(pattern_ == U"*") {}
+DosMask::DosMask(std::string_view folded_mask)
+    : pattern_(Translate(CodePoints(folded_mask))), everything_(pattern_ == U"*") {}
 
-bool DosMask::Matches(const std::string& name) const {
-    if (everything_) {
-        return true;
-    }
-    const std::u32string points = CodePoints(code_page_.Fold(name));
-    return Matcher(pattern_, points).Match(0, 0);
+bool DosMask::Matches(std::string_view folded_name) const {
+    return everything_ || Matcher(pattern_, CodePoints(folded_name)).Match(0, 0);
 }
 
-}  // namespace vantrel::zip
+}  // namespace vantrel
