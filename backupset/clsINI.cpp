@@ -1,6 +1,6 @@
 #include "backupset/clsINI.h"
 
-#include <algorithm>
+#include <iterator>
 
 #include "common/dated_folder.h"
 #include "common/error.h"
@@ -10,26 +10,6 @@
 #include "platform/text_file.h"
 
 namespace vantrel {
-
-// The section and key of a field. "Destination" finds the "[DESTINATION]" of the template: section
-// names are matched without regard to case.
-struct clsINI::KeyLocation {
-    const char* section;
-    const char* key;
-    Field value;
-};
-
-const clsINI::KeyLocation clsINI::kKeys[9] = {
-    {"BACKUP SOURCE", "BackupFiles", &BackupSet::BackupFiles},
-    {"BACKUP SOURCE", "BackupSubDirectories", &BackupSet::BackupSubDirectories},
-    {"Destination", "BackupFileName", &BackupSet::BackupFileName},
-    {"Destination", "MultiVolumeBackup", &BackupSet::MultiVolumeBackup},
-    {"Destination", "BackupToDrive", &BackupSet::BackupToDrive},
-    {"Destination", "TimeBackup", &BackupSet::TimeBackup},
-    {"RESTORE SOURCE", "RestoreFromDrive", &BackupSet::RestoreFromDrive},
-    {"RESTORE SOURCE", "RestoreFileName", &BackupSet::RestoreFileName},
-    {"RESTORE DESTINATION", "RestoreDestination", &BackupSet::RestoreDestination},
-};
 
 namespace {
 
@@ -87,18 +67,10 @@ void clsINI::Read_INI(const std::string& path) {
     Reported("clsINI:Read_INI Method", [&] {
         const auto values = clsFiles(program_).ReadINI(Keys(), path);
         was_read_ = values.has_value();
-        set_ = {};
-        cut_ = {};
-        if (!values) {
-            return;
-        }
-        auto value = values->begin();
-        for (const KeyLocation& location : kKeys) {
-            set_.*location.value = value->text;
-            if (value->is_cut) {
-                cut_.*location.value = value->text;
-            }
-            ++value;
+        for (std::size_t i = 0; i < std::size(kProperties); ++i) {
+            SetProperty& property = this->*kProperties[i];
+            property.text_ = was_read_ ? (*values)[i].text : "";
+            property.cut_ = was_read_ && (*values)[i].is_cut ? property.text_ : "";
         }
     });
 }
@@ -106,8 +78,9 @@ void clsINI::Read_INI(const std::string& path) {
 // Where each value stands, with the value that is loaded.
 std::vector<ProfileKey> clsINI::Keys() const {
     std::vector<ProfileKey> keys;
-    for (const KeyLocation& location : kKeys) {
-        keys.push_back({location.section, location.key, set_.*location.value});
+    for (const auto member : kProperties) {
+        const SetProperty& property = this->*member;
+        keys.push_back({property.section_, property.key_, property.text_});
     }
     return keys;
 }
@@ -116,7 +89,7 @@ void clsINI::ConfirmBackslash(const std::string& path) {
     Reported("clsINI:ConfirmBackslash Method", [&] {
         Read_INI(path);
         const bool is_storable = SaveProblem().empty();
-        set_ = Normalized();
+        Normalize();
         if (!is_storable) {
             return;
         }
@@ -126,22 +99,15 @@ void clsINI::ConfirmBackslash(const std::string& path) {
     });
 }
 
-clsINI::BackupSet clsINI::Normalized() const {
-    BackupSet set = set_;
-    set.BackupToDrive = path::WithBackslash(set.BackupToDrive);
-    if (!set.RestoreFromDrive.empty()) {
-        set.RestoreFromDrive = path::WithBackslash(set.RestoreFromDrive);
+void clsINI::Normalize() {
+    BackupToDrive.text_ = path::WithBackslash(BackupToDrive.text_);
+    if (!RestoreFromDrive.text_.empty()) {
+        RestoreFromDrive.text_ = path::WithBackslash(RestoreFromDrive.text_);
     }
-    for (const KeyLocation& location : kKeys) {
-        std::string& value = set.*location.value;
-        value = program_.machine.code_page.Upper(value);
+    for (const auto member : kProperties) {
+        std::string& text = (this->*member).text_;
+        text = program_.machine.code_page.Upper(text);
     }
-    return set;
-}
-
-// Whether the value is still the cut one that was read.
-bool clsINI::IsCut(Field field) const {
-    return !(set_.*field).empty() && set_.*field == cut_.*field;
 }
 
 bool clsINI::IsTooLong(const std::string& value) const {
@@ -150,25 +116,24 @@ bool clsINI::IsTooLong(const std::string& value) const {
 }
 
 std::string clsINI::SourceProblem() const {
-    const bool is_fine = !IsCut(&BackupSet::BackupFiles) && !IsTooLong(set_.BackupFiles);
+    const bool is_fine = !BackupFiles.IsCut() && !IsTooLong(BackupFiles.text_);
     return is_fine ? "" : TooLong("BackupFiles");
 }
 
 std::string clsINI::DestinationProblem() const {
-    if (IsCut(&BackupSet::BackupToDrive) || IsTooLong(set_.BackupToDrive)) {
+    if (BackupToDrive.IsCut() || IsTooLong(BackupToDrive.text_)) {
         return TooLong("BackupToDrive");
     }
-    const bool is_dated = set_.TimeBackup == "ON";
+    const bool is_dated = TimeBackup.text_ == "ON";
     const std::string dated_folder(kDatedFolderNameLength + 1, '\\');
-    if (!is_dated || !IsTooLong(set_.BackupToDrive + dated_folder)) {
+    if (!is_dated || !IsTooLong(BackupToDrive.text_ + dated_folder)) {
         return "";
     }
     return TooLong("BackupToDrive with the name of a dated folder");
 }
 
 std::string clsINI::ArchiveNameProblem() const {
-    const bool is_fine =
-        !IsCut(&BackupSet::BackupFileName) && !IsTooLong(set_.BackupFileName + ".zip");
+    const bool is_fine = !BackupFileName.IsCut() && !IsTooLong(BackupFileName.text_ + ".zip");
     return is_fine ? "" : TooLong("BackupFileName with .zip");
 }
 
@@ -179,28 +144,28 @@ std::string clsINI::BackupProblem() const {
             return problem;
         }
     }
-    if (!HasRoot(set_.BackupFiles)) {
-        return WithoutRoot("BackupFiles", set_.BackupFiles);
+    if (!HasRoot(BackupFiles.text_)) {
+        return WithoutRoot("BackupFiles", BackupFiles.text_);
     }
-    if (!HasDriveOrRoot(set_.BackupToDrive)) {
-        return WithoutRoot("BackupToDrive", set_.BackupToDrive);
+    if (!HasDriveOrRoot(BackupToDrive.text_)) {
+        return WithoutRoot("BackupToDrive", BackupToDrive.text_);
     }
     return "";
 }
 
 std::string clsINI::RestoreSourceProblem() const {
-    if (IsCut(&BackupSet::RestoreFromDrive)) {
+    if (RestoreFromDrive.IsCut()) {
         return TooLong("RestoreFromDrive");
     }
-    return IsCut(&BackupSet::RestoreFileName) ? TooLong("RestoreFileName") : "";
+    return RestoreFileName.IsCut() ? TooLong("RestoreFileName") : "";
 }
 
 std::string clsINI::SaveProblem() const {
     clsINI saved = *this;
-    saved.set_ = Normalized();
-    for (const KeyLocation& location : kKeys) {
-        if (IsCut(location.value) || IsTooLong(saved.set_.*location.value)) {
-            return TooLong(location.key);
+    saved.Normalize();
+    for (const auto member : kProperties) {
+        if ((this->*member).IsCut() || IsTooLong((saved.*member).text_)) {
+            return TooLong((this->*member).key_);
         }
     }
     const std::string problem = saved.DestinationProblem();
@@ -239,24 +204,23 @@ void clsINI::Create_INI(const std::string& name, bool only_new) {
 }
 
 std::string clsINI::Reason() const {
+    const struct {
+        bool is_valid;
+        const char* otherwise;
+    } checks[] = {
+        {!BackupFiles.text_.empty(), "There are no Files Selected to Backup."},
+        {IsSwitch(BackupSubDirectories.text_),
+         "BackupSubDirectories does not indicate 'ON' or 'OFF'."},
+        {!BackupFileName.text_.empty(), "There is no name for the Backup File."},
+        {IsSwitch(MultiVolumeBackup.text_), "MultiVolumeBackup does not indicate 'ON' or 'OFF'."},
+        {!BackupToDrive.text_.empty(), "There is no Drive for the Backup File."},
+        {IsSwitch(TimeBackup.text_), "TimeBackup does not indicate 'ON' or 'OFF'."},
+    };
     std::string reason;
-    if (set_.BackupFiles.empty()) {
-        reason = "There are no Files Selected to Backup.";
-    }
-    if (!IsSwitch(set_.BackupSubDirectories)) {
-        reason = "BackupSubDirectories does not indicate 'ON' or 'OFF'.";
-    }
-    if (set_.BackupFileName.empty()) {
-        reason = "There is no name for the Backup File.";
-    }
-    if (!IsSwitch(set_.MultiVolumeBackup)) {
-        reason = "MultiVolumeBackup does not indicate 'ON' or 'OFF'.";
-    }
-    if (set_.BackupToDrive.empty()) {
-        reason = "There is no Drive for the Backup File.";
-    }
-    if (!IsSwitch(set_.TimeBackup)) {
-        reason = "TimeBackup does not indicate 'ON' or 'OFF'.";
+    for (const auto& check : checks) {
+        if (!check.is_valid) {
+            reason = check.otherwise;
+        }
     }
     return reason;
 }
@@ -275,68 +239,14 @@ bool clsINI::Validate_OnSave() {
     });
 }
 
-// The nine property pairs. Storing a text cannot fail in practice; a failure would still travel as
-// any other does, under the property's label.
-
-namespace {
-
-std::string Get(const std::string& property, const std::string& field) {
-    return Reported("clsINI:" + property + " Property Get", [&] { return field; });
+// Storing a text cannot fail in practice; a failure would still travel as any other does, under the
+// property's label.
+std::string SetProperty::operator()() const {
+    return Reported("clsINI:" + std::string(key_) + " Property Get", [&] { return text_; });
 }
 
-void Let(const std::string& property, std::string& field, const std::string& value) {
-    Reported("clsINI:" + property + " Property Let", [&] { field = value; });
-}
-
-}  // namespace
-
-std::string clsINI::BackupFiles() const { return Get("BackupFiles", set_.BackupFiles); }
-void clsINI::BackupFiles(const std::string& value) { Let("BackupFiles", set_.BackupFiles, value); }
-
-std::string clsINI::BackupSubDirectories() const {
-    return Get("BackupSubDirectories", set_.BackupSubDirectories);
-}
-void clsINI::BackupSubDirectories(const std::string& value) {
-    Let("BackupSubDirectories", set_.BackupSubDirectories, value);
-}
-
-std::string clsINI::BackupFileName() const { return Get("BackupFileName", set_.BackupFileName); }
-void clsINI::BackupFileName(const std::string& value) {
-    Let("BackupFileName", set_.BackupFileName, value);
-}
-
-std::string clsINI::MultiVolumeBackup() const {
-    return Get("MultiVolumeBackup", set_.MultiVolumeBackup);
-}
-void clsINI::MultiVolumeBackup(const std::string& value) {
-    Let("MultiVolumeBackup", set_.MultiVolumeBackup, value);
-}
-
-std::string clsINI::BackupToDrive() const { return Get("BackupToDrive", set_.BackupToDrive); }
-void clsINI::BackupToDrive(const std::string& value) {
-    Let("BackupToDrive", set_.BackupToDrive, value);
-}
-
-std::string clsINI::TimeBackup() const { return Get("TimeBackup", set_.TimeBackup); }
-void clsINI::TimeBackup(const std::string& value) { Let("TimeBackup", set_.TimeBackup, value); }
-
-std::string clsINI::RestoreFromDrive() const {
-    return Get("RestoreFromDrive", set_.RestoreFromDrive);
-}
-void clsINI::RestoreFromDrive(const std::string& value) {
-    Let("RestoreFromDrive", set_.RestoreFromDrive, value);
-}
-
-std::string clsINI::RestoreFileName() const { return Get("RestoreFileName", set_.RestoreFileName); }
-void clsINI::RestoreFileName(const std::string& value) {
-    Let("RestoreFileName", set_.RestoreFileName, value);
-}
-
-std::string clsINI::RestoreDestination() const {
-    return Get("RestoreDestination", set_.RestoreDestination);
-}
-void clsINI::RestoreDestination(const std::string& value) {
-    Let("RestoreDestination", set_.RestoreDestination, value);
+void SetProperty::operator()(const std::string& value) {
+    Reported("clsINI:" + std::string(key_) + " Property Let", [&] { text_ = value; });
 }
 
 }  // namespace vantrel

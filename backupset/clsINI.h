@@ -11,6 +11,27 @@
 
 namespace vantrel {
 
+// One value of a set: Name() gets, Name(value) lets. No checks, no file access.
+class SetProperty {
+  public:
+    // Where the file has it. Section names are matched without regard to case: "Destination" finds
+    // the template's "[DESTINATION]".
+    SetProperty(const char* section, const char* key) : section_(section), key_(key) {}
+
+    std::string operator()() const;
+    void operator()(const std::string& value);
+
+  private:
+    friend class clsINI;
+    // Whether the text is still the one that was cut when it was read.
+    bool IsCut() const { return !text_.empty() && text_ == cut_; }
+
+    const char* section_;
+    const char* key_;
+    std::string text_;
+    std::string cut_;  // the text of the last Read_INI if it was cut
+};
+
 // Every operation and property raises its errors under its own label, "clsINI:Read_INI Method" or
 // "clsINI:BackupFiles Property Get".
 class clsINI {
@@ -61,45 +82,29 @@ class clsINI {
     // The first of all nine keys, as ConfirmBackslash would write them.
     std::string SaveProblem() const;
 
-    // Each property as a pair: Name() gets, Name(value) lets. No checks, no file access.
-    std::string BackupFiles() const;
-    void BackupFiles(const std::string& value);
-    std::string BackupSubDirectories() const;
-    void BackupSubDirectories(const std::string& value);
-    std::string BackupFileName() const;
-    void BackupFileName(const std::string& value);
-    std::string MultiVolumeBackup() const;
-    void MultiVolumeBackup(const std::string& value);
-    std::string BackupToDrive() const;
-    void BackupToDrive(const std::string& value);
-    std::string TimeBackup() const;
-    void TimeBackup(const std::string& value);
-    std::string RestoreFromDrive() const;
-    void RestoreFromDrive(const std::string& value);
-    std::string RestoreFileName() const;
-    void RestoreFileName(const std::string& value);
-    std::string RestoreDestination() const;
-    void RestoreDestination(const std::string& value);
+    SetProperty BackupFiles{"BACKUP SOURCE", "BackupFiles"};
+    SetProperty BackupSubDirectories{"BACKUP SOURCE", "BackupSubDirectories"};
+    SetProperty BackupFileName{"Destination", "BackupFileName"};
+    SetProperty MultiVolumeBackup{"Destination", "MultiVolumeBackup"};
+    SetProperty BackupToDrive{"Destination", "BackupToDrive"};
+    SetProperty TimeBackup{"Destination", "TimeBackup"};
+    SetProperty RestoreFromDrive{"RESTORE SOURCE", "RestoreFromDrive"};
+    SetProperty RestoreFileName{"RESTORE SOURCE", "RestoreFileName"};
+    SetProperty RestoreDestination{"RESTORE DESTINATION", "RestoreDestination"};
 
   private:
-    struct BackupSet {
-        std::string BackupFiles, BackupSubDirectories, BackupFileName, MultiVolumeBackup,
-            BackupToDrive, TimeBackup, RestoreFromDrive, RestoreFileName, RestoreDestination;
-    };
-    using Field = std::string BackupSet::*;
-    struct KeyLocation;
-    static const KeyLocation kKeys[9];
+    static constexpr SetProperty clsINI::*kProperties[] = {
+        &clsINI::BackupFiles,       &clsINI::BackupSubDirectories, &clsINI::BackupFileName,
+        &clsINI::MultiVolumeBackup, &clsINI::BackupToDrive,        &clsINI::TimeBackup,
+        &clsINI::RestoreFromDrive,  &clsINI::RestoreFileName,      &clsINI::RestoreDestination};
 
     std::vector<ProfileKey> Keys() const;
-    BackupSet Normalized() const;
-    bool IsCut(Field field) const;
+    void Normalize();
     bool IsTooLong(const std::string& value) const;
     std::string Template(const std::string& name) const;
     std::string Reason() const;
 
     forms::Program& program_;
-    BackupSet set_;
-    BackupSet cut_;  // those values of the last Read_INI that were cut, the others empty
     bool was_read_ = false;
 };
 

@@ -252,18 +252,17 @@ TEST_F(Validation, BoxHasItsTitleIconAndButton) {
 }
 
 TEST_F(Validation, EachCheckHasItsReason) {
-    using Let = void (clsINI::*)(const std::string&);
-    const std::vector<std::pair<Let, std::string>> checks = {
+    const std::vector<std::pair<SetProperty clsINI::*, std::string>> checks = {
         {&clsINI::BackupFiles, "There are no Files Selected to Backup."},
         {&clsINI::BackupSubDirectories, "BackupSubDirectories does not indicate 'ON' or 'OFF'."},
         {&clsINI::BackupFileName, "There is no name for the Backup File."},
         {&clsINI::MultiVolumeBackup, "MultiVolumeBackup does not indicate 'ON' or 'OFF'."},
         {&clsINI::BackupToDrive, "There is no Drive for the Backup File."},
         {&clsINI::TimeBackup, "TimeBackup does not indicate 'ON' or 'OFF'."}};
-    for (const auto& [let, reason] : checks) {
-        (ini.*let)("");
+    for (const auto& [property, reason] : checks) {
+        (ini.*property)("");
         EXPECT_EQ(Reason(), reason);
-        (ini.*let)("ON");
+        (ini.*property)("ON");
         EXPECT_EQ(Reason(), "");
     }
 }
@@ -298,24 +297,16 @@ TEST(SetProperties, StoreAndReturnWhateverTheyAreGiven) {
     test::ScriptedDesktop desktop;
     forms::Program program{machine.machine(), desktop};
     clsINI ini(program);
-    using Get = std::string (clsINI::*)() const;
-    using Let = void (clsINI::*)(const std::string&);
-    const std::vector<std::pair<Get, Let>> pairs = {
-        {&clsINI::BackupFiles, &clsINI::BackupFiles},
-        {&clsINI::BackupSubDirectories, &clsINI::BackupSubDirectories},
-        {&clsINI::BackupFileName, &clsINI::BackupFileName},
-        {&clsINI::MultiVolumeBackup, &clsINI::MultiVolumeBackup},
-        {&clsINI::BackupToDrive, &clsINI::BackupToDrive},
-        {&clsINI::TimeBackup, &clsINI::TimeBackup},
-        {&clsINI::RestoreFromDrive, &clsINI::RestoreFromDrive},
-        {&clsINI::RestoreFileName, &clsINI::RestoreFileName},
-        {&clsINI::RestoreDestination, &clsINI::RestoreDestination}};
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        EXPECT_EQ((ini.*pairs[i].first)(), "");
-        (ini.*pairs[i].second)(" any\r\ntext " + std::to_string(i));
+    const std::vector<SetProperty clsINI::*> properties = {
+        &clsINI::BackupFiles,       &clsINI::BackupSubDirectories, &clsINI::BackupFileName,
+        &clsINI::MultiVolumeBackup, &clsINI::BackupToDrive,        &clsINI::TimeBackup,
+        &clsINI::RestoreFromDrive,  &clsINI::RestoreFileName,      &clsINI::RestoreDestination};
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        EXPECT_EQ((ini.*properties[i])(), "");
+        (ini.*properties[i])(" any\r\ntext " + std::to_string(i));
     }
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        EXPECT_EQ((ini.*pairs[i].first)(), " any\r\ntext " + std::to_string(i));
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        EXPECT_EQ((ini.*properties[i])(), " any\r\ntext " + std::to_string(i));
     }
     EXPECT_TRUE(machine.Names("C:\\Vantrel").empty());
 }
