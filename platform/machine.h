@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "common/display_text.h"
 #include "platform/file_system.h"
 #include "platform/mail.h"
 
@@ -65,6 +66,8 @@ class Clock {
     virtual ~Clock() = default;
     virtual LocalTime Now() = 0;
     virtual LocalTime ToLocal(Ticks utc) = 0;
+    // Time since a fixed moment, for durations: never falls, whatever the wall clock does.
+    virtual std::chrono::milliseconds SteadyNow() = 0;
     // Blocks the calling thread.
     virtual void Sleep(std::chrono::milliseconds time) = 0;
     // Waits until `signal` is notified or `time` is over; may also return early.
@@ -72,13 +75,15 @@ class Clock {
                       std::chrono::milliseconds time) = 0;
 };
 
-// Per-user settings: application "Vantrel", a section, a key.
+// Per-user settings: application "Vantrel", a section, a key; and how the user writes numbers.
 class Settings {
   public:
     virtual ~Settings() = default;
     virtual std::optional<std::string> Read(const std::string& section, const std::string& key) = 0;
     virtual void Write(const std::string& section, const std::string& key,
                        const std::string& value) = 0;
+    // The number format of the user's region, as it is now.
+    virtual NumberFormat Numbers() = 0;
 };
 
 class Process {

@@ -48,6 +48,22 @@ std::string ParameterText(std::string_view whole_line) {
     return std::string(text.empty() ? 0 : text.size() - 1, ' ');
 }
 
+NumberFormat MakeNumberFormat(const std::string& decimal, const std::string& group,
+                              const std::string& sizes) {
+    if (decimal.empty()) {
+        return {};
+    }
+    // Single digits with semicolons between them.
+    const auto size_at = [&](std::size_t index) {
+        const bool is_digit = index < sizes.size() && sizes[index] >= '0' && sizes[index] <= '9';
+        return is_digit ? sizes[index] - '0' : 0;
+    };
+    const int last = size_at(0);
+    const bool repeats = sizes.size() > 2;
+    const int other = repeats && size_at(2) == 0 ? last : size_at(2);
+    return {decimal, group, last, other};
+}
+
 DiskSpace ClassicDiskSpace(const DiskSpace& true_space) {
     constexpr std::uint64_t kTwoGigabytes = std::uint64_t{1} << 31;  // bytes
     const std::uint64_t cluster =

@@ -19,6 +19,12 @@ std::string ParameterText(std::string_view whole_line);
 // zero when a size is zero or a cluster has 2 GB or more.
 DiskSpace ClassicDiskSpace(const DiskSpace& true_space);
 
+// The number format for the texts of a region: decimal mark, mark between groups, and the sizes of
+// the groups from the decimal mark on as Windows writes them: "3;0" repeats the last size, "3" does
+// not, "3;2;0" is 12,34,567. The English format when `decimal` is "": the region is unknown.
+NumberFormat MakeNumberFormat(const std::string& decimal, const std::string& group,
+                              const std::string& sizes);
+
 // The operation that has failed; the run-time number of a failure depends on it.
 enum class FileOperation {
     kFile,    // opening, reading, writing, renaming, removing a file

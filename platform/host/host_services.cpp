@@ -25,6 +25,11 @@ LocalTime HostClock::ToLocal(Ticks utc) {
             local.tm_hour,        local.tm_min,     local.tm_sec};
 }
 
+std::chrono::milliseconds HostClock::SteadyNow() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
 void HostClock::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
 void HostClock::Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,

@@ -16,6 +16,7 @@ class HostClock : public Clock {
   public:
     LocalTime Now() override;
     LocalTime ToLocal(Ticks utc) override;
+    std::chrono::milliseconds SteadyNow() override;
     void Sleep(std::chrono::milliseconds time) override;
     void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
               std::chrono::milliseconds time) override;
@@ -27,6 +28,8 @@ class HostSettings : public Settings {
     std::optional<std::string> Read(const std::string& section, const std::string& key) override;
     void Write(const std::string& section, const std::string& key,
                const std::string& value) override;
+    // A host has no region: the English format.
+    NumberFormat Numbers() override { return {}; }
 
   private:
     std::mutex mutex_;

@@ -59,6 +59,14 @@ void Check(LSTATUS status) {
     }
 }
 
+// A text of the user's region; "" when there is none.
+std::string RegionText(LCTYPE which) {
+    std::array<wchar_t, 16> text{};  // more than the system allows for any of those used here
+    const int size = GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, which, text.data(),
+                                     static_cast<int>(text.size()));
+    return size > 0 ? Narrow(text.data()) : "";
+}
+
 constexpr std::intptr_t kLastError = 32;  // the shell's answers up to here are error codes
 
 // The plain path of a program that was started by its literal path.
@@ -174,6 +182,11 @@ LocalTime Win32Clock::ToLocal(Ticks utc) {
     return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
 }
 
+std::chrono::milliseconds Win32Clock::SteadyNow() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
 void Win32Clock::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
 
 void Win32Clock::Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
@@ -247,6 +260,11 @@ void Win32Settings::Write(const std::string& section, const std::string& key,
     const std::wstring text = Wide(value);
     Check(RegSetValueExW(place.Get(), Wide(key).c_str(), 0, REG_SZ,
                          reinterpret_cast<const BYTE*>(text.c_str()), BytesOf(text)));
+}
+
+NumberFormat Win32Settings::Numbers() {
+    return MakeNumberFormat(RegionText(LOCALE_SDECIMAL), RegionText(LOCALE_STHOUSAND),
+                            RegionText(LOCALE_SGROUPING));
 }
 
 std::string Win32Shell::ProgramFor(const std::string& file) {

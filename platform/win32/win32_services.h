@@ -15,6 +15,7 @@ class Win32Clock final : public Clock {
     ~Win32Clock() override;
     LocalTime Now() override;
     LocalTime ToLocal(Ticks utc) override;
+    std::chrono::milliseconds SteadyNow() override;
     void Sleep(std::chrono::milliseconds time) override;
     void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
               std::chrono::milliseconds time) override;
@@ -41,6 +42,7 @@ class Win32Settings final : public Settings {
     // Raises 70 when the store may not be written, 57 when it fails.
     void Write(const std::string& section, const std::string& key,
                const std::string& value) override;
+    NumberFormat Numbers() override;
 };
 
 // The shell of the user's desktop.

@@ -41,5 +41,44 @@ TEST(Counted, OneIsSingular) {
     EXPECT_EQ(Counted(~std::uint64_t{0}, "byte", "bytes"), "18446744073709551615 bytes");
 }
 
+TEST(NumberText, HasGroupsOfThreeInEnglish) {
+    const NumberFormat english;
+    EXPECT_EQ(NumberText(0, english), "0");
+    EXPECT_EQ(NumberText(999, english), "999");
+    EXPECT_EQ(NumberText(1000, english), "1,000");
+    EXPECT_EQ(NumberText(16909, english), "16,909");
+    EXPECT_EQ(NumberText(18'446'744'073'709'551'615u, english), "18,446,744,073,709,551,615");
+}
+
+TEST(NumberText, HasTheGroupsOfTheRegion) {
+    EXPECT_EQ(NumberText(1234567, {",", ".", 3, 3}), "1.234.567");
+    EXPECT_EQ(NumberText(123456789, {".", ",", 3, 2}), "12,34,56,789");
+    EXPECT_EQ(NumberText(1234567, {".", ",", 3, 0}), "1234,567");
+    EXPECT_EQ(NumberText(1234567, {".", ",", 0, 0}), "1234567");
+    EXPECT_EQ(NumberText(1234567, {",", "\xC2\xA0", 3, 3}),
+              "1\xC2\xA0"
+              "234\xC2\xA0"
+              "567");
+}
+
+TEST(SizeText, HasOneDecimalBelowTen) {
+    const NumberFormat english;
+    EXPECT_EQ(SizeText(0, english), "0 bytes");
+    EXPECT_EQ(SizeText(1, english), "1 byte");
+    EXPECT_EQ(SizeText(1023, english), "1,023 bytes");
+    EXPECT_EQ(SizeText(1024, english), "1.0 KB");
+    EXPECT_EQ(SizeText(10188, english), "9.9 KB");
+    EXPECT_EQ(SizeText(10189, english), "10 KB");
+    EXPECT_EQ(SizeText(287ull << 20, english), "287 MB");
+    EXPECT_EQ(SizeText(5ull << 30, {",", ".", 3, 3}), "5,0 GB");
+}
+
+TEST(SizeText, RoundsUpToTheNextUnit) {
+    const NumberFormat english;
+    EXPECT_EQ(SizeText((1ull << 20) - 513, english), "1,023 KB");
+    EXPECT_EQ(SizeText((1ull << 20) - 512, english), "1.0 MB");
+    EXPECT_EQ(SizeText(~0ull, english), "16 EB");
+}
+
 }  // namespace
 }  // namespace vantrel::test

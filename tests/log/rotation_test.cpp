@@ -105,6 +105,7 @@ class EasternClock : public platform::Clock {
     platform::LocalTime ToLocal(platform::Ticks utc) override {
         return utc_.ToLocal(utc + 10ull * 60 * 60 * 10'000'000);
     }
+    std::chrono::milliseconds SteadyNow() override { return utc_.SteadyNow(); }
     void Sleep(std::chrono::milliseconds time) override { utc_.Sleep(time); }
     void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
               std::chrono::milliseconds time) override {

@@ -42,6 +42,27 @@ TEST(ClassicDiskSpace, ImpossibleSizesAreAllZero) {
     EXPECT_EQ(ClassicDiskSpace({1u << 22, 512, 5, 5}).sectors_per_cluster, 0u);
 }
 
+TEST(NumberFormat, HasTheSizesOfGroupsAsWindowsWritesThem) {
+    const struct {
+        const char* sizes;
+        int last, other;
+    } cases[] = {{"3;0", 3, 3}, {"3", 3, 0},   {"3;2;0", 3, 2},
+                 {"0", 0, 0},   {"0;0", 0, 0}, {"", 0, 0}};
+    for (const auto& each : cases) {
+        const NumberFormat format = platform::MakeNumberFormat(",", ".", each.sizes);
+        EXPECT_EQ(format.decimal, ",");
+        EXPECT_EQ(format.group, ".");
+        EXPECT_EQ(format.last_group, each.last) << each.sizes;
+        EXPECT_EQ(format.other_groups, each.other) << each.sizes;
+    }
+}
+
+TEST(NumberFormat, OfAnUnknownRegionIsTheEnglishOne) {
+    const NumberFormat format = platform::MakeNumberFormat("", "", "");
+    EXPECT_EQ(NumberText(1234567, format), "1,234,567");
+    EXPECT_EQ(format.decimal, ".");
+}
+
 TEST(CommandLine, IsWhatFollowsTheExecutablesName) {
     struct Case {
         const char* what;

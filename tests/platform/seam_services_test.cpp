@@ -114,6 +114,14 @@ TEST_F(SeamClock, SleepLastsAtLeastItsTime) {
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(19));
 }
 
+TEST_F(SeamClock, SteadyTimeAdvancesWithSleepAndNeverFalls) {
+    const auto start = clock().SteadyNow();
+    clock().Sleep(std::chrono::milliseconds(20));
+    const auto end = clock().SteadyNow();
+    EXPECT_GE(end - start, std::chrono::milliseconds(19));
+    EXPECT_GE(clock().SteadyNow(), end);
+}
+
 TEST_F(SeamClock, WaitReturnsEarlyWhenNotified) {
     std::mutex mutex;
     std::condition_variable signal;
@@ -145,6 +153,14 @@ class SeamSettings : public Seam {};
 
 TEST_F(SeamSettings, MissingValueIsNothing) {
     EXPECT_EQ(machine().settings.Read("Seam Test", "never written"), std::nullopt);
+}
+
+// Any region has a decimal mark that differs from the one between groups.
+TEST_F(SeamSettings, NumberFormatIsComplete) {
+    const NumberFormat format = machine().settings.Numbers();
+    EXPECT_NE(format.decimal, "");
+    EXPECT_NE(format.decimal, format.group);
+    EXPECT_GE(format.last_group, 0);
 }
 
 TEST_F(SeamSettings, ValuesAreKeptBySectionAndKey) {

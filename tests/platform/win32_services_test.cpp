@@ -42,6 +42,31 @@ TEST_F(Win32Settings, ValueOfAnotherTypeIsNothing) {
     EXPECT_EQ(settings().Read("Test", "INI File"), std::nullopt);
 }
 
+// A mark of the user's region, as it was again when this goes.
+class RegionMark {
+  public:
+    RegionMark(LCTYPE which, const wchar_t* mark) : which_(which) {
+        EXPECT_GT(GetLocaleInfoW(LOCALE_USER_DEFAULT, which, before_, 16), 0);
+        EXPECT_TRUE(SetLocaleInfoW(LOCALE_USER_DEFAULT, which, mark));
+    }
+    ~RegionMark() { SetLocaleInfoW(LOCALE_USER_DEFAULT, which_, before_); }
+    RegionMark(const RegionMark&) = delete;
+    RegionMark& operator=(const RegionMark&) = delete;
+
+  private:
+    LCTYPE which_;
+    wchar_t before_[16]{};
+};
+
+TEST_F(Win32Settings, NumberFormatIsThatOfTheUsersRegion) {
+    const RegionMark decimal(LOCALE_SDECIMAL, L"#");
+    const RegionMark group(LOCALE_STHOUSAND, L"'");
+    const RegionMark sizes(LOCALE_SGROUPING, L"3;2;0");
+    const NumberFormat format = settings().Numbers();
+    EXPECT_EQ(format.decimal, "#");
+    EXPECT_EQ(NumberText(1234567, format), "12'34'567");
+}
+
 class Win32CodePage : public Win32Test {
   protected:
     Win32CodePage() {

@@ -63,6 +63,10 @@ platform::LocalTime TestClock::ToLocal(platform::Ticks utc) {
             static_cast<int>(time.seconds().count())};
 }
 
+std::chrono::milliseconds TestClock::SteadyNow() {
+    return milliseconds(static_cast<std::int64_t>(UtcNow() / kTicksPerMillisecond));
+}
+
 void TestClock::Sleep(std::chrono::milliseconds time) { Advance(time); }
 
 void TestClock::Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,

@@ -31,6 +31,7 @@ class TestClock : public platform::Clock {
     platform::LocalTime Now() override;
     platform::Ticks UtcNow();
     platform::LocalTime ToLocal(platform::Ticks utc) override;
+    std::chrono::milliseconds SteadyNow() override;
     // Advances the clock instead of waiting.
     void Sleep(std::chrono::milliseconds time) override;
     // Really waits, a moment at a time, and advances the clock by what was asked for.
@@ -78,6 +79,8 @@ class TestSettings : public platform::Settings {
     std::optional<std::string> Read(const std::string& section, const std::string& key) override;
     void Write(const std::string& section, const std::string& key,
                const std::string& value) override;
+    NumberFormat numbers;
+    NumberFormat Numbers() override { return numbers; }
 };
 
 class TestDrives : public platform::Drives {
