@@ -240,6 +240,7 @@ set(ZIP_THREAD_TESTS
     tests/zip/progress_test.cpp
     tests/zip/reader_extract_test.cpp
     tests/zip/reader_failure_test.cpp
+    tests/zip/run_figures_test.cpp
     tests/zip/source_scan_test.cpp
     tests/zip/spanning_progress_test.cpp
     tests/zip/spanning_prompts_test.cpp

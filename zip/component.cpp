@@ -49,4 +49,10 @@ void Component::OnMessage(const ComponentMessage& message) {
     }
 }
 
+void Component::OnFigures(const RunFigures& figures) {
+    if (Figures) {
+        Figures(figures);
+    }
+}
+
 }  // namespace vantrel::zip

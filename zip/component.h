@@ -32,6 +32,8 @@ class Component : protected RunEvents {
     std::function<void(std::int32_t& percent, bool& cancel)> OverallProgress;
     std::function<void(std::int32_t& percent)> FileProgress;
     std::function<void(const ComponentMessage& message)> Message;
+    // Raised before each progress event, and once when the action has ended.
+    std::function<void(const RunFigures& figures)> Figures;
 
     // Asks about disks to insert and failures that the user can remove; nullptr when unattended.
     Questions* questions = nullptr;
@@ -59,6 +61,7 @@ class Component : protected RunEvents {
     void OnProgress(int percent, bool& cancel) override;
     void OnFileProgress(int percent) override;
     void OnMessage(const ComponentMessage& message) override;
+    void OnFigures(const RunFigures& figures) override;
     Questions* QuestionHandler() override { return questions; }
 
   private:

@@ -42,6 +42,7 @@ class Recorder : public zip::RunEvents {
     std::vector<int> overall;
     std::vector<int> of_file;
     std::vector<zip::ComponentMessage> messages;
+    std::vector<zip::RunFigures> figures;
     std::vector<std::thread::id> threads;
     std::size_t cancel_at = 0;  // the n-th overall event cancels, from 1; 0: none
     std::function<void()> on_overall;
@@ -58,6 +59,7 @@ class Recorder : public zip::RunEvents {
     }
     void OnFileProgress(int percent) override { of_file.push_back(percent); }
     void OnMessage(const zip::ComponentMessage& message) override { messages.push_back(message); }
+    void OnFigures(const zip::RunFigures& now) override { figures.push_back(now); }
     bool WantsEachFile() const override { return wants_each_file; }
     zip::Questions* QuestionHandler() override { return questions; }
 

@@ -61,6 +61,7 @@ RunOutcome RunContext::Run(platform::Clock& clock, RunEvents& events,
     if (thrown) {
         std::rethrow_exception(thrown);
     }
+    events.OnFigures(Figures());
     const RunOutcome outcome = Outcome();
     if (outcome == RunOutcome::kFailed) {
         events.OnMessage(*failure_);
@@ -95,6 +96,7 @@ void RunContext::CheckStop() const {
 
 void RunContext::Report(ComponentMessage message) {
     message.text = EscapeControls(message.text);
+    left_out_ += message.left_out ? 1 : 0;
     std::unique_lock lock(mutex_);
     WaitUntil(background_, lock, Token(), [this] { return messages_.size() < kMaxMessages; });
     messages_.push_back(std::move(message));
@@ -108,11 +110,13 @@ void RunContext::AskRetryOrStop(const ComponentMessage& failure, const std::stri
     CheckStop();
     std::unique_lock lock(mutex_);
     question_ = failure.text;
+    asked_disk_ = failure.disk;
     answer_.reset();
     caller_.notify_one();
     WaitUntil(background_, lock, Token(), [this] { return answer_.has_value(); });
     const std::optional<Answer> answer = std::exchange(answer_, std::nullopt);
     question_.reset();
+    asked_disk_ = 0;
     lock.unlock();
     if (answer == Answer::kUnattended) {
         Fail(Failure(failure.code, failure.path, unattended.empty() ? failure.text : unattended));
@@ -188,20 +192,50 @@ void RunContext::Serve(RunEvents& events, PendingEvents& pending) {
     }
 }
 
-int RunContext::Percent() const {
-    const std::uint64_t total = total_;
-    const std::uint64_t done = std::min<std::uint64_t>(done_, total);
-    // 100 belongs to the last event; floating point because the product can exceed 64 bits.
-    const double share = total == 0 ? 0 : static_cast<double>(done) / static_cast<double>(total);
-    return std::min(static_cast<int>(share * 100), 99);
+void RunContext::SetTotal(std::uint64_t files, std::uint64_t bytes) {
+    bytes_total_ = bytes;
+    files_total_ = files;
+}
+
+void RunContext::LeaveOut(std::uint64_t size, std::uint64_t counted) {
+    bytes_done_ -= counted;
+    bytes_left_out_ += size;
+}
+
+void RunContext::RestartFigures() {
+    for (auto* const figure : {&files_found_, &files_total_, &bytes_total_, &files_done_,
+                               &bytes_done_, &left_out_, &bytes_left_out_}) {
+        *figure = 0;
+    }
+}
+
+RunFigures RunContext::Figures() {
+    RunFigures figures;
+    figures.files_found = files_found_;
+    figures.files_total = files_total_;
+    figures.bytes_total = bytes_total_;
+    figures.files_done = files_done_;
+    figures.bytes_done = bytes_done_;
+    figures.left_out = left_out_;
+    figures.bytes_left_out = bytes_left_out_;
+    figures.file_cost = file_cost_;
+    figures.archive_bytes = archive_bytes_;
+    figures.finishing = finishing_;
+    const std::lock_guard lock(mutex_);
+    figures.disk = asked_disk_;
+    return figures;
 }
 
 void RunContext::RaiseProgress(RunEvents& events) {
     if (silent_) {
         return;
     }
+    const RunFigures figures = Figures();
+    events.OnFigures(figures);
     events.OnFileProgress(file_percent_);
-    RaiseOverall(events, Percent());
+    const double total = figures.CostTotal();
+    const double share = total > 0 ? figures.CostDone() / total : 0;
+    RaiseOverall(events, std::min(static_cast<int>(share * 100), 99));  // 100 is the last event's
 }
 
 void RunContext::RaiseOverall(RunEvents& events, int percent) {

@@ -44,6 +44,9 @@ bool WaitUntil(std::condition_variable& condition, std::unique_lock<std::mutex>&
 
 class RunContext {
   public:
+    // `file_cost`: RunFigures::file_cost.
+    explicit RunContext(std::uint64_t file_cost = 0) : file_cost_(file_cost) {}
+
     // Runs `body` on a thread of its own and raises events until it has ended, at least every
     // 50 ms. A failed run has raised an error message at its end.
     RunOutcome Run(platform::Clock& clock, RunEvents& events, const std::function<void()>& body);
@@ -70,10 +73,20 @@ class RunContext {
     // Runs `body` to its end on this thread; an error that it throws fails the run. Throws nothing.
     void FailOnError(const std::function<void()>& body);
 
-    // Bytes of the complete run, 0 until known.
-    void SetTotal(std::uint64_t bytes) { total_ = bytes; }
-    // Adds to the bytes done; an excess over the total (a file that grew) is harmless.
-    void AddDone(std::uint64_t bytes) { done_ += bytes; }
+    // Figures of the run (RunFigures), sampled by the caller's thread. Adding allocates nothing.
+    void SetFound(std::uint64_t files) { files_found_ = files; }
+    void SetTotal(std::uint64_t files, std::uint64_t bytes);
+    // Adds bytes of the file in progress; an excess over the total (a file that grew) is harmless.
+    void AddDone(std::uint64_t bytes) { bytes_done_ += bytes; }
+    void AddFile() { ++files_done_; }
+    // A file of `size` bytes is missing in the result, of which `counted` were added before. The
+    // message that reports it (ComponentMessage::left_out) counts the file.
+    void LeaveOut(std::uint64_t size, std::uint64_t counted);
+    void SetArchiveSize(std::uint64_t bytes) { archive_bytes_ = bytes; }
+    // All files are done.
+    void SetFinishing() { finishing_ = true; }
+    // Forgets what was done: the run begins again.
+    void RestartFigures();
     void SetFilePercent(int percent) { file_percent_ = percent; }
 
     // Raises the last overall-progress event, 100, and waits until it has been raised. Throws
@@ -93,13 +106,21 @@ class RunContext {
     void RaiseLast(RunEvents& events);
     void AnswerQuestion(RunEvents& events, const std::string& text);
     Answer Ask(RunEvents& events, const std::string& text);
-    int Percent() const;
+    RunFigures Figures();
     RunOutcome Outcome();
 
     std::stop_source stop_;
     bool wants_each_file_ = true;  // set before the background thread starts
-    std::atomic<std::uint64_t> total_{0};
-    std::atomic<std::uint64_t> done_{0};
+    const std::uint64_t file_cost_;
+    std::atomic<std::uint64_t> files_found_{0};
+    std::atomic<std::uint64_t> files_total_{0};
+    std::atomic<std::uint64_t> bytes_total_{0};
+    std::atomic<std::uint64_t> files_done_{0};
+    std::atomic<std::uint64_t> bytes_done_{0};
+    std::atomic<std::uint64_t> left_out_{0};
+    std::atomic<std::uint64_t> bytes_left_out_{0};
+    std::atomic<std::uint64_t> archive_bytes_{0};
+    std::atomic<bool> finishing_{false};
     std::atomic<int> file_percent_{0};
 
     std::mutex mutex_;  // guards the members below
@@ -107,6 +128,7 @@ class RunContext {
     std::condition_variable background_;
     std::vector<ComponentMessage> messages_;
     std::optional<std::string> question_;
+    std::uint32_t asked_disk_ = 0;  // of question_
     std::optional<Answer> answer_;
     LastEvent last_event_ = LastEvent::kNotYet;
     bool finished_ = false;

@@ -25,6 +25,7 @@ class ArchiveFile : public ArchiveOutput {
     using ArchiveOutput::Write;
     void Write(std::string_view bytes, std::span<UnsplitRecord> records) override;
     RecordLocation Next() const override { return {0, Position()}; }
+    std::uint64_t Size() const override { return Position(); }
     void Patch(const RecordLocation& place, std::string_view bytes) override;
     void TruncateTo(const RecordLocation& place) override;
 

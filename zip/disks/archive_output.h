@@ -49,6 +49,9 @@ class ArchiveOutput {
     // The location of the next byte, unless that is written on the next disk.
     virtual RecordLocation Next() const = 0;
 
+    // Bytes of the archive so far, on all disks.
+    virtual std::uint64_t Size() const = 0;
+
     // Overwrites bytes that were written before. Requires CanPatch.
     virtual void Patch(const RecordLocation& place, std::string_view bytes) = 0;
     // Discards the record at `place`, the last one that was written, and everything after it. Its

@@ -77,7 +77,10 @@ void DiskSet::RequireDisk(std::uint32_t disk) {
 }
 
 void DiskSet::Ask(int code, std::uint32_t disk, const std::string& note) {
-    ask_(Failure(code, path_, PromptToRead(disk + 1, identity_.disks, path_, note)));
+    ComponentMessage question =
+        Failure(code, path_, PromptToRead(disk + 1, identity_.disks, path_, note));
+    question.disk = disk + 1;
+    ask_(question);
 }
 
 // Opens the archive's file on the disk in the drive; returns why that is not disk `disk`, "" if it
@@ -177,7 +180,10 @@ bool ArchiveReader::ChangeToLastDisk() {
     std::string note = NotLastNote();
     for (;;) {
         file_.reset();  // so that the disk can be taken out
-        ask_(Failure(error_number::kDiskNotReady, path_, PromptToRead(0, 0, path_, note)));
+        ComponentMessage question =
+            Failure(error_number::kDiskNotReady, path_, PromptToRead(0, 0, path_, note));
+        question.disk = kLastDisk;
+        ask_(question);
         try {
             Opened();
             return true;

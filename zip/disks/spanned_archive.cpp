@@ -156,6 +156,7 @@ void SpannedArchive::FinishDisk() {
         Put32(disk_list_, volume_->HeadCrc());
     }
     smallest_ = std::min(smallest_, volume_->Size());
+    finished_bytes_ += volume_->Size();
     if (disk_ == 0 && machine_.files.Find(target_.Archive())) {
         pending_ = previous_ = InfoOf(target_.Temporary());
     } else {
@@ -168,11 +169,12 @@ void SpannedArchive::FinishDisk() {
 
 void SpannedArchive::Ask(std::uint32_t disk, const std::string& note) {
     const std::string number = std::to_string(disk + 1);
-    channel_.AskRetryOrStop(Failure(error_number::kDiskFull, target_.Archive(),
-                                    PromptToWrite(disk + 1, target_.Archive(), note)),
-                            "The archive needs disk " + number +
-                                ", which an unattended run cannot ask for: " + target_.Archive() +
-                                ".");
+    ComponentMessage question = Failure(error_number::kDiskFull, target_.Archive(),
+                                        PromptToWrite(disk + 1, target_.Archive(), note));
+    question.disk = disk + 1;
+    channel_.AskRetryOrStop(
+        question, "The archive needs disk " + number +
+                      ", which an unattended run cannot ask for: " + target_.Archive() + ".");
 }
 
 std::uint64_t SpannedArchive::FreeBytes() {

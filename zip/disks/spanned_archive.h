@@ -27,6 +27,7 @@ class SpannedArchive : public ArchiveOutput {
     using ArchiveOutput::Write;
     void Write(std::string_view bytes, std::span<UnsplitRecord> records) override;
     RecordLocation Next() const override { return {disk_, volume_->Size()}; }
+    std::uint64_t Size() const override { return finished_bytes_ + volume_->Size(); }
     void Patch(const RecordLocation& place, std::string_view bytes) override;
     void TruncateTo(const RecordLocation& place) override;
 
@@ -62,6 +63,7 @@ class SpannedArchive : public ArchiveOutput {
     ArchiveTarget target_;
     std::uint32_t disk_ = 0;                      // the current one
     std::uint32_t finished_disks_ = 0;            // that hold a part of the archive
+    std::uint64_t finished_bytes_ = 0;            // on the disks before the current one
     std::unique_ptr<Volume> volume_;              // null between two disks
     std::uint64_t capacity_ = 0;                  // capacity left on the current disk
     RecordLocation marked_;                       // where volume_ can be truncated to

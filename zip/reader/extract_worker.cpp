@@ -28,9 +28,7 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
-    channel.Report(EntryWarning(
-        directory, index, error.number(),
-        directory.entries[index].name + " is not restored: " + error.description() + "."));
+    channel.Report(NotRestoredWarning(directory, index, error.number(), error.description()));
 }
 
 // A drive that was pulled out may also be reported as a missing path.
@@ -68,7 +66,7 @@ void ExtractWorker::Work() {
 
 void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
     counted_ = 0;
-    run_.Restore(planned.index, [&] {
+    const bool restored = run_.Restore(planned.index, [&] {
         try {
             RestoreOnce(planned);
         } catch (const Error&) {
@@ -76,7 +74,13 @@ void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
             throw;
         }
     });
-    run_.channel.AddDone(run_.directory.entries[planned.index].size - counted_);
+    const std::uint64_t size = run_.directory.entries[planned.index].size;
+    if (restored) {
+        run_.channel.AddDone(size - counted_);
+        run_.channel.AddFile();
+    } else {
+        run_.channel.LeaveOut(size, counted_);
+    }
 }
 
 void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {

@@ -42,9 +42,9 @@ struct Extraction {
     // Reports that an entry was not restored, and counts it.
     void Fail(std::uint32_t index, const Error& error);
     // Restores with `step`. A destination that is full or gone is a question, and then tried again;
-    // any other error is the entry's own.
+    // any other error is the entry's own. False when the entry was not restored.
     template <typename Step>
-    void Restore(std::uint32_t index, Step&& step);
+    bool Restore(std::uint32_t index, Step&& step);
 
     // Whether an error concerns the complete destination, which is full or gone, and not one file.
     bool IsOfDestination(int number);
@@ -78,7 +78,7 @@ class ExtractWorker {
 };
 
 template <typename Step>
-void Extraction::Restore(std::uint32_t index, Step&& step) {
+bool Extraction::Restore(std::uint32_t index, Step&& step) {
     const auto describe = [&](const Error& error) {
         if (!IsOfDestination(error.number())) {
             throw error;
@@ -91,8 +91,10 @@ void Extraction::Restore(std::uint32_t index, Step&& step) {
             step();
         });
         ++restored;
+        return true;
     } catch (const Error& error) {
         Fail(index, error);
+        return false;
     }
 }
 

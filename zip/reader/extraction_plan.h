@@ -93,5 +93,8 @@ class ExtractionPlanner {
 // A warning about entry `index` of the directory (numbered from 1 for the user).
 ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, int code,
                               const std::string& text);
+// The same for an entry that is not restored.
+ComponentMessage NotRestoredWarning(const Directory& directory, std::uint32_t index, int code,
+                                    const std::string& why);
 
 }  // namespace vantrel::zip

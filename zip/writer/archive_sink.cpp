@@ -100,11 +100,12 @@ void ArchiveSink::WriteBatch(PackedJob& job) {
             SetLocation(item.entry, header++->place);
             AddToDirectory(item.entry);
             ReportAdded(item.path);
+            channel_.AddDone(item.listed_size);
         } else if (!item.deferred) {
             ++skipped_;
+            channel_.LeaveOut(item.listed_size, 0);
         }
         ReportWarning(item.warning);
-        channel_.AddDone(item.deferred ? 0 : item.listed_size);
         if (item.deferred) {
             deferred_.push_back({std::move(*item.deferred), false});
         }
@@ -127,6 +128,7 @@ void ArchiveSink::WriteChunk(PackedJob& job) {
             archive_.TruncateTo(LocationOf(file_));
         }
         ++skipped_;
+        channel_.LeaveOut(job.file.size, job.file.size);  // all of it was reported as done
     } else if (chunk.last) {
         FinishFile(job);
     }
@@ -185,6 +187,9 @@ void ArchiveSink::AddToDirectory(const Entry& entry) {
     record_.clear();
     AppendCentralRecord(record_, entry);
     directory_.Append(record_);
+    if (!entry.name.ends_with('/')) {
+        channel_.AddFile();
+    }
 }
 
 void ArchiveSink::ReportAdded(const std::string& path) {

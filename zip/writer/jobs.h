@@ -19,8 +19,8 @@ namespace vantrel::zip {
 
 // Warnings for a skipped file and for a file that changed while it was read.
 inline ComponentMessage SkippedFileWarning(const std::string& path, const Error& error) {
-    return Warning(path, FailureText("Skipped a file that cannot be read", path, error),
-                   error.number());
+    return LeftOutWarning(path, FailureText("Skipped a file that cannot be read", path, error),
+                          error.number());
 }
 inline ComponentMessage ChangedFileWarning(const std::string& path) {
     return Warning(path, "Changed while it was read, stored as read: " + path);

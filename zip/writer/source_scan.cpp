@@ -67,6 +67,7 @@ class Scanner {
         for (FileInfo& info : *listed.listing) {
             is_empty &= !AddEntry(folder.name, path, info);
         }
+        channel_.SetFound(list_.files);
         queue_.Add(std::exchange(sub_folders_, {}));
         if (is_empty && !folder.name.empty() && mask_.IsEverything()) {
             Add({folder.name, folder.attributes, 0, folder.times});
@@ -83,9 +84,8 @@ class Scanner {
                     source_.AskForSource(error);
                     continue;
                 }
-                ++list_.skipped;
-                Warn(error.number(), path,
-                     FailureText("Skipped a folder that cannot be read", path, error));
+                LeaveOut(error.number(), path,
+                         FailureText("Skipped a folder that cannot be read", path, error));
                 return std::nullopt;
             }
         }
@@ -100,11 +100,11 @@ class Scanner {
             return false;
         }
         if (info.is_link) {
-            Warn(0, path, "Skipped a link, which is not followed: " + path);
+            Warn(path, "Skipped a link, which is not followed: " + path);
             return false;
         }
         if ((info.attributes & platform::attribute::kDevice) != 0) {
-            Warn(0, path, "Skipped a device, which holds no data to back up: " + path);
+            Warn(path, "Skipped a device, which holds no data to back up: " + path);
             return false;
         }
         if (!info.IsFolder() && IsOwn(info, path)) {
@@ -112,8 +112,7 @@ class Scanner {
         }
         info.name = path::Join(folder_name, info.name);
         if (info.name.size() >= kMaxNameLength) {
-            ++list_.skipped;
-            Warn(error_number::kBadFileName, path, "Skipped, the path is too long: " + path);
+            LeaveOut(error_number::kBadFileName, path, "Skipped, the path is too long: " + path);
             return true;
         }
         if (info.IsFolder()) {
@@ -148,10 +147,16 @@ class Scanner {
     void Add(const SourceItem& item) {
         list_.items.Append(EncodeItem(item));
         list_.bytes += item.size;
+        list_.files += item.IsFolder() ? 0 : 1;
     }
 
-    void Warn(int number, const std::string& path, const std::string& text) {
-        channel_.Report(Warning(path, text, number));
+    void LeaveOut(int number, const std::string& path, const std::string& text) {
+        ++list_.skipped;
+        channel_.Report(LeftOutWarning(path, text, number));
+    }
+
+    void Warn(const std::string& path, const std::string& text) {
+        channel_.Report(Warning(path, text));
     }
 
     platform::Machine machine_;

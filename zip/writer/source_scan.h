@@ -39,6 +39,7 @@ SourceSpec ParseFileSpec(std::string_view text);
 
 struct SourceList {
     RecordList items;          // of EncodeItem, in the order of storing
+    std::uint64_t files = 0;   // of the items; the others are empty folders
     std::uint64_t bytes = 0;   // sum of the listed sizes
     std::int32_t skipped = 0;  // unreadable folders, names too long for a header
 };
