@@ -87,7 +87,9 @@ set(PROTECT_SOURCES
     protect/clsInfo.cpp
     protect/folder_tree.cpp)
 set(PROGRESS_SOURCES
-    progress/progress_window.cpp)
+    progress/progress_window.cpp
+    progress/run_estimate.cpp
+    progress/run_text.cpp)
 set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
@@ -301,8 +303,12 @@ set(PROTECT_TESTS
     tests/protect/clsCfg_test.cpp
     tests/protect/damaged_list_test.cpp
     tests/protect/folder_tree_test.cpp)
+set(PROGRESS_TESTS
+    tests/progress/run_estimate_test.cpp
+    tests/progress/run_text_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
+    tests/backup/run_display_test.cpp
     tests/backup/destination_dialog_test.cpp
     tests/backup/options_dialog_test.cpp
     tests/backup/preflight_test.cpp
@@ -314,6 +320,7 @@ set(RESTORE_TESTS
     tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
+    tests/restore/restore_display_test.cpp
     tests/restore/restore_failure_test.cpp
     tests/restore/restore_meanwhile_test.cpp
     tests/restore/restore_run_test.cpp

@@ -39,6 +39,7 @@ Frm_Backup::Frm_Backup(forms::Program& program, std::string set_name,
     PKZIP.FatalStop = [this] { PKZIP_FatalStop(); };
     if (!program.Unattended()) {
         PKZIP.questions = this;
+        PKZIP.Figures = [this](const zip::RunFigures& figures) { Figures(figures); };
     }
 }
 
@@ -59,14 +60,36 @@ void Frm_Backup::Form_Activate() {
         throw Error(error_number::kBadFileName, name(), problem);
     }
     const Target target = MakeTarget(set);
+    if (!program().Unattended()) {
+        StartRun(ArchiveText(ArchiveState::kComplete, target.Path()));
+    }
     RunComponent(set, target);
     messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);
     Finish(target);
     if (program().Unattended()) {
         program().desktop.Hide(*this);
     } else {
-        ShowOutcome(cancelled_ ? "Backup Cancelled by User" : "Backup Complete");
+        ShowEnd(target);
     }
+}
+
+void Frm_Backup::ShowEnd(const Target& target) {
+    ShowOutcome(cancelled_ ? "Backup Cancelled by User" : "Backup Complete");
+    Lbl_BackingUp.SetVisible(false);
+    ShowSummary(EndOfRun(), ArchiveText(StateOf(target), target.Path()));
+}
+
+// After a cancel the earlier archive is what it was. Of a spanned one the disk that is in the drive
+// may be any disk.
+ArchiveState Frm_Backup::StateOf(const Target& target) const {
+    if (!cancelled_) {
+        return ArchiveState::kComplete;
+    }
+    if (target.spanned) {
+        return ArchiveState::kIncomplete;
+    }
+    return clsFiles(program()).Exist(target.Path(), true) ? ArchiveState::kEarlier
+                                                          : ArchiveState::kNone;
 }
 
 Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
@@ -74,17 +97,17 @@ Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
     if (set.TimeBackup() == "ON") {
         folder += DatedFolderNow(program().machine.clock) + "\\";
     }
-    return {folder, set.BackupFileName() + ".zip"};
+    return {folder, set.BackupFileName() + ".zip", set.MultiVolumeBackup() == "ON"};
 }
 
 // The order of the properties is given. The action is the last; setting it runs the backup.
 void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
     namespace id = zip::zip_id;
-    const bool multi_volume = set.MultiVolumeBackup() == "ON";
+    const bool multi_volume = target.spanned;
     PKZIP.Set(id::kLevel, std::int16_t{9});
     PKZIP.Set(id::kMultiVolume, multi_volume ? id::kSpanVolumes : std::int32_t{0});
     PKZIP.Set(id::kSubFolders, set.BackupSubDirectories() == "ON");
-    program().globals.TextBuffer = target.folder + target.file;
+    program().globals.TextBuffer = target.Path();
     PKZIP.Set(id::kArchive, program().globals.TextBuffer);
     LogRecord("Creating Backup File " + std::get<std::string>(PKZIP.Get(id::kArchive)));
     const bool low_space =

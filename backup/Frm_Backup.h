@@ -40,10 +40,15 @@ class Frm_Backup : public ProgressWindow {
     struct Target {
         std::string folder;
         std::string file;
+        bool spanned = false;
+        std::string Path() const { return folder + file; }
     };
     Target MakeTarget(clsINI& set) const;
     void RunComponent(clsINI& set, const Target& target);
     void Finish(const Target& target);
+    // What the user sees of the end, until OK.
+    void ShowEnd(const Target& target);
+    ArchiveState StateOf(const Target& target) const;
     std::string SetPath() const;
 
     std::string set_name_;

@@ -116,6 +116,7 @@ else()
     vantrel_tests(log SOURCES ${LOG_TESTS} LINK vantrel_log)
     vantrel_tests(system SOURCES ${SYSTEM_TESTS} LINK vantrel_system)
     vantrel_tests(protect SOURCES ${PROTECT_TESTS} LINK vantrel_protect)
+    vantrel_tests(progress SOURCES ${PROGRESS_TESTS} LINK vantrel_progress)
     vantrel_tests(backup SOURCES ${BACKUP_TESTS} LINK vantrel_backup)
     vantrel_tests(restore SOURCES ${RESTORE_TESTS}
                   LINK vantrel_restore vantrel_archive_test_support)

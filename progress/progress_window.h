@@ -1,5 +1,6 @@
-// The window of a long run: two progress bars, an animation and a list of messages. The backup and
-// the restore window derive from it. The Cancel button only disables itself; the next
+// The window of a long run: two progress bars, an animation, a list of messages, and what the run
+// has done so far, which becomes its summary at the end. The backup and the restore window derive
+// from it. The Cancel button only disables itself; the next
 // overall-progress event of the component sees the disabled button and passes the cancel to the
 // component. Window thread only.
 #pragma once
@@ -12,6 +13,8 @@
 #include "forms/form.h"
 #include "forms/lists.h"
 #include "forms/program.h"
+#include "progress/run_estimate.h"
+#include "progress/run_text.h"
 #include "zip/base/component_events.h"
 
 namespace vantrel {
@@ -69,19 +72,46 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     void OverallProgress(std::int32_t percent, bool& cancel);
     void FileProgress(std::int32_t percent);
     void Message(const zip::ComponentMessage& message);
+    // Updates the line of figures, at most ten times a second.
+    void Figures(const zip::RunFigures& figures);
     // Shows no box when Cancel has been pressed: the answer is Cancel.
     bool AskRetry(const std::string& text) override;
 
     void LogRecord(const std::string& text);
+    // The run begins; `location` is the line about the archive or the destination.
+    void StartRun(const std::string& location);
+    // The run that has ended, for the summary.
+    RunEnd EndOfRun() const;
+    // Replaces the figures by the summary. `location`: as in StartRun.
+    void ShowSummary(const RunEnd& end, const std::string& location);
     // Shows the outcome, stops the animation, resets the bars and clears the list.
     void ShowOutcome(const std::string& text);
 
     forms::Label path_label_;
+
+  public:
+    // These have no given text: the figures or the summary, the archive or the destination, and
+    // what was left out.
+    forms::Label Lbl_Figures;
+    forms::Label Lbl_Location;
+    forms::Label Lbl_LeftOut;
+
+  protected:
     ComponentMessages messages_;
     bool cancelled_ = false;  // the component knows of the cancel
 
   private:
+    bool IsUpdateDue(RunEstimate::Time now, const zip::RunFigures& figures) const;
+    void ShowLeftOut(const std::string& more);
+
     std::string question_title_;
+    NumberFormat numbers_;
+    RunEstimate estimate_;
+    zip::RunFigures figures_;
+    RunEstimate::Time shown_at_{0};
+    std::uint32_t shown_disk_ = 0;
+    LeftOutFiles left_out_;
+    std::string failure_;  // the first error message of the run
 };
 
 }  // namespace vantrel

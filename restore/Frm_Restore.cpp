@@ -24,6 +24,7 @@ Frm_Restore::Frm_Restore(forms::Program& program, const RestoreControls& main_wi
     PKUNZIP.FileProgress = [this](std::int32_t& percent) { PKUNZIP_FileProgress(percent); };
     PKUNZIP.Message = [this](const zip::ComponentMessage& message) { PKUNZIP_Message(message); };
     PKUNZIP.questions = this;
+    PKUNZIP.Figures = [this](const zip::RunFigures& figures) { Figures(figures); };
 }
 
 std::string Frm_Restore::SetPath() const {
@@ -47,6 +48,7 @@ std::string Frm_Restore::ArchivePath() {
 void Frm_Restore::Form_Activate() {
     records_.WriteStarted();
     cancelled_ = false;
+    StartRun("Restoring to: " + main_.Fld_RestoreTo.Caption());
     RunComponent();
     messages_.WriteSummary(PKUNZIP.FailedEntries(), "not restored");
     if (cancelled_) {
@@ -58,6 +60,8 @@ void Frm_Restore::Form_Activate() {
         records_.WriteFinished();
     }
     ShowOutcome(cancelled_ ? "Restore Cancelled by User" : "Restore Complete");
+    const RunEnd end = EndOfRun();
+    ShowSummary(end, RestoredText(end, main_.Fld_RestoreTo.Caption()));
     Lst_Details.Refresh();
 }
 

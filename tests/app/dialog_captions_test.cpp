@@ -31,7 +31,10 @@ Rows ProgressRows(const std::string& path_label) {
             {"Ani_File"},
             {"PB_Folder"},
             {"PB_File"},
-            {path_label, "Please Wait...  Processing Files"}};
+            {path_label, "Please Wait...  Processing Files"},
+            {"Lbl_Figures"},
+            {"Lbl_Location"},
+            {"Lbl_LeftOut"}};
 }
 
 const Rows kFolderDialog = {{"Dri_DriveList"},

@@ -116,6 +116,9 @@
 #define Frm_Backup_Ani_File 2010
 #define Frm_Backup_PB_Folder 2011
 #define Frm_Backup_PB_File 2012
+#define Frm_Backup_Lbl_Figures 2013
+#define Frm_Backup_Lbl_Location 2014
+#define Frm_Backup_Lbl_LeftOut 2015
 // Frm_Splash
 #define Frm_Splash_Lbl_ProductName 2050
 #define Frm_Splash_Lbl_Description 2051
@@ -161,6 +164,9 @@
 #define Frm_Restore_Ani_File 2259
 #define Frm_Restore_PB_Folder 2260
 #define Frm_Restore_PB_File 2261
+#define Frm_Restore_Lbl_Figures 2262
+#define Frm_Restore_Lbl_Location 2263
+#define Frm_Restore_Lbl_LeftOut 2264
 // Controls: end
 
 // The input box, a window of the desktop's own.

@@ -29,6 +29,8 @@ struct Special {
     int weight = FW_NORMAL;
 };
 
+constexpr const wchar_t* kWindowFace = nullptr;  // the window's own
+
 constexpr Special kSpecials[] = {
     {Fld_INI, kTypewriter, 9},
     {Fld_Log, kTypewriter, 9},
@@ -38,6 +40,8 @@ constexpr Special kSpecials[] = {
     {Frm_Backup_Lbl_File, L"Verdana", 8},
     {Frm_Backup_Lbl_JobProgress, L"Verdana", 8},
     {Frm_Backup_Lbl_Folder, L"Verdana", 8},
+    {Frm_Backup_Lbl_LeftOut, kWindowFace, 8, FW_BOLD},
+    {Frm_Restore_Lbl_LeftOut, kWindowFace, 8, FW_BOLD},
     {Frm_Splash_Lbl_ProductName, L"Arial", 32, FW_BOLD},
     {Frm_Splash_Lbl_Description, L"Arial", 14},
     {Frm_Splash_Lbl_Version, L"Arial", 9},
@@ -56,6 +60,10 @@ OwnedFont Make(const wchar_t* face, int points, int weight, int dpi) {
                                  DEFAULT_QUALITY, pitch, face));
 }
 
+const wchar_t* WindowFace(int dpi) {
+    return dpi <= USER_DEFAULT_SCREEN_DPI ? L"MS Sans Serif" : L"Microsoft Sans Serif";
+}
+
 // The sizes that every picture is drawn in, in pixels (scripts/make-icon).
 constexpr int kSizes[] = {16, 20, 24, 32, 40, 48, 64, 96};
 
@@ -71,15 +79,13 @@ int ControlId(const std::string& form, const std::string& control) {
     return 0;
 }
 
-OwnedFont WindowFont(int dpi) {
-    return Make(dpi <= USER_DEFAULT_SCREEN_DPI ? L"MS Sans Serif" : L"Microsoft Sans Serif", 8,
-                FW_NORMAL, dpi);
-}
+OwnedFont WindowFont(int dpi) { return Make(WindowFace(dpi), 8, FW_NORMAL, dpi); }
 
 OwnedFont ControlFont(int control_id, int dpi) {
     for (const Special& special : kSpecials) {
         if (special.control_id == control_id) {
-            return Make(special.face, special.points, special.weight, dpi);
+            return Make(special.face ? special.face : WindowFace(dpi), special.points,
+                        special.weight, dpi);
         }
     }
     return nullptr;

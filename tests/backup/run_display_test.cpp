@@ -1,0 +1,238 @@
+// What the backup window shows of a run's figures, while it works and at its end.
+#include "common/error.h"
+#include "tests/backup/backup_run_fixture.h"
+#include "tests/support/diary.h"
+#include "tests/support/matchers.h"
+
+namespace vantrel::test {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::uint64_t kMb = 1024 * 1024;
+
+class RunDisplay : public BackupRun {
+  protected:
+    RunDisplay() {
+        figures.files_total = 20012;
+        figures.bytes_total = 721 * kMb;
+        figures.files_done = 16909;
+        figures.bytes_done = 287 * kMb;
+    }
+    // The user looks at the summary before OK.
+    void RunAndLook(const SetValues& set = {}) {
+        desktop.idle.push_back([this] {
+            summary = window->Lbl_Figures.Caption();
+            location = window->Lbl_Location.Caption();
+            left_out = window->Lbl_LeftOut.Caption();
+            backing_up_visible = window->Lbl_BackingUp.Visible();
+            backing_up = window->Lbl_BackingUp.Caption();
+        });
+        Run(set);
+    }
+    void Cancel(RecordingZip& component) {
+        PressCancel();
+        component.RaiseOverall(10);
+    }
+    void LeaveOut(RecordingZip& component, const std::string& path) {
+        component.Message(zip::LeftOutWarning(path, "Skipped " + path, 70));
+        ++figures.left_out;
+    }
+    void Tick(RecordingZip& component, milliseconds time) {
+        machine.clock.Advance(time);
+        component.Figures(figures);
+    }
+
+    zip::RunFigures figures;
+    std::string summary, location, left_out, backing_up;
+    bool backing_up_visible = true;
+};
+
+TEST_F(RunDisplay, ShowsFiguresSpeedAndRemainingTime) {
+    figures.files_done = 0;
+    figures.bytes_done = 0;
+    zip.action = [this](RecordingZip& component) {
+        component.Figures(figures);
+        for (int i = 1; i <= 70; ++i) {
+            figures.files_done = static_cast<std::uint64_t>(i) * 240;
+            figures.bytes_done = static_cast<std::uint64_t>(i) * 41 * kMb / 10;
+            Tick(component, milliseconds(100));
+        }
+        EXPECT_EQ(window->Lbl_Figures.Caption(),
+                  "16,800 of 20,012 files, 287 MB of 721 MB, 41 MB/s, 11 s left");
+    };
+    RunAndLook();
+}
+
+TEST_F(RunDisplay, IsUpdatedAtMostTenTimesASecond) {
+    int changes = 0;
+    struct Counter : forms::ControlView {
+        explicit Counter(int& count) : count_(count) {}
+        void Changed(forms::Aspect aspect) override { count_ += aspect == forms::Aspect::kText; }
+        int& count_;
+    } counter(changes);
+    zip.action = [&](RecordingZip& component) {
+        component.Figures(figures);
+        window->Lbl_Figures.Bind(&counter);
+        for (int i = 0; i < 1000; ++i) {
+            ++figures.files_done;
+            Tick(component, milliseconds(1));
+        }
+        window->Lbl_Figures.Bind(nullptr);
+    };
+    RunAndLook();
+    EXPECT_EQ(changes, 10);
+}
+
+TEST_F(RunDisplay, NumberOfADiskIsShownAtOnceAndBeforeItsQuestion) {
+    zip.action = [this](RecordingZip& component) {
+        component.Figures(figures);
+        figures.disk = 2;
+        component.Figures(figures);
+        EXPECT_THAT(window->Lbl_Figures.Caption(), EndsWith("721 MB, waiting for disk 2"));
+        figures.disk = 0;
+        component.Figures(figures);
+        EXPECT_THAT(window->Lbl_Figures.Caption(), EndsWith("721 MB"));
+    };
+    RunAndLook();
+}
+
+TEST_F(RunDisplay, ShowsFilesThatAreLeftOutFromTheFirstOn) {
+    zip.action = [this](RecordingZip& component) {
+        Tick(component, milliseconds(100));
+        EXPECT_EQ(window->Lbl_LeftOut.Caption(), "");
+        LeaveOut(component, "C:\\Data\\ledger.xls");
+        Tick(component, milliseconds(100));
+        EXPECT_EQ(window->Lbl_LeftOut.Caption(), "1 file left out: ledger.xls");
+    };
+    RunAndLook();
+}
+
+TEST_F(RunDisplay, WarningAboutAFileThatIsInTheArchiveLeavesNothingOut) {
+    zip.action = [this](RecordingZip& component) {
+        component.Say("Changed while it was read", zip::MessageKind::kWarning);
+        Tick(component, milliseconds(100));
+    };
+    RunAndLook();
+    EXPECT_EQ(left_out, "");
+}
+
+TEST_F(RunDisplay, ShowsTheArchiveWhileItIsWritten) {
+    zip.action = [this](RecordingZip&) {
+        EXPECT_EQ(window->Lbl_Location.Caption(), "Archive: C:\\Backups\\WEEKLY.zip");
+    };
+    RunAndLook();
+}
+
+TEST_F(RunDisplay, NumbersAreInTheUsersFormat) {
+    machine.settings.numbers = {",", ".", 3, 3};
+    zip.action = [this](RecordingZip& component) {
+        Tick(component, milliseconds(100));
+        EXPECT_EQ(window->Lbl_Figures.Caption(), "16.909 of 20.012 files, 287 MB of 721 MB");
+    };
+    RunAndLook();
+}
+
+TEST_F(RunDisplay, SummaryStaysUntilOk) {
+    zip.action = [this](RecordingZip& component) {
+        figures.files_done = 20011;
+        figures.bytes_done = 721 * kMb;
+        figures.archive_bytes = 287 * kMb;
+        LeaveOut(component, "C:\\Data\\ledger.xls");
+        Tick(component, milliseconds(18'000));
+    };
+    RunAndLook();
+    EXPECT_EQ(at_end.status, "Backup Complete");
+    EXPECT_EQ(summary, "20,011 files, 721 MB, archive of 287 MB, 18 s");
+    EXPECT_EQ(location, "Archive: C:\\Backups\\WEEKLY.zip");
+    EXPECT_EQ(left_out, "1 file left out: ledger.xls. See the Log tab.");
+}
+
+TEST_F(RunDisplay, FirstThreeNamesStandForAllThatWereLeftOut) {
+    zip.action = [this](RecordingZip& component) {
+        for (const char* name : {"a", "b", "Sub", "d", "e"}) {
+            LeaveOut(component, std::string("C:\\Data\\") + name);
+        }
+        component.Figures(figures);
+    };
+    RunAndLook();
+    EXPECT_EQ(left_out, "5 files left out: a, b, Sub and 2 more. See the Log tab.");
+}
+
+TEST_F(RunDisplay, ControlCharactersOfANameAreVisible) {
+    zip.action = [this](RecordingZip& component) {
+        LeaveOut(component, "C:\\Data\\a\rb");
+        component.Figures(figures);
+    };
+    RunAndLook();
+    EXPECT_EQ(left_out, "1 file left out: a\\x0db. See the Log tab.");
+}
+
+TEST_F(RunDisplay, LabelAboveTheBarsIsHiddenAtTheEndWithItsCaption) {
+    zip.action = [this](RecordingZip&) { EXPECT_TRUE(window->Lbl_BackingUp.Visible()); };
+    RunAndLook();
+    EXPECT_FALSE(backing_up_visible);
+    EXPECT_EQ(backing_up, "Backing Up Files.......");
+}
+
+TEST_F(RunDisplay, TimeOfAQuestionIsNotPartOfTheDuration) {
+    desktop.on_box = [this](const forms::Box&) { machine.clock.Advance(milliseconds(3'600'000)); };
+    desktop.answers = {forms::Answer::kRetry};
+    zip.action = [this](RecordingZip& component) {
+        component.questions->AskRetry("The disk is full.");
+        Tick(component, milliseconds(7000));
+    };
+    RunAndLook();
+    EXPECT_THAT(summary, EndsWith(", 7 s"));
+}
+
+TEST_F(RunDisplay, CancelledRunHasTheEarlierArchiveUnchanged) {
+    machine.PutFile("C:\\Backups\\WEEKLY.zip", "earlier");
+    zip.action = [this](RecordingZip& component) {
+        Tick(component, milliseconds(8000));
+        Cancel(component);
+    };
+    RunAndLook();
+    EXPECT_EQ(summary, "Cancelled after 16,909 of 20,012 files, 287 MB of 721 MB, 8 s");
+    EXPECT_EQ(location, "Earlier archive, unchanged: C:\\Backups\\WEEKLY.zip");
+}
+
+TEST_F(RunDisplay, CancelledRunWithoutAnEarlierArchiveHasNone) {
+    zip.action = [this](RecordingZip& component) { Cancel(component); };
+    RunAndLook();
+    EXPECT_EQ(location, "No archive was made: C:\\Backups\\WEEKLY.zip");
+}
+
+// The file in the drive may be a part of the archive that was not finished.
+TEST_F(RunDisplay, CancelledRunOntoDisksClaimsNothingAboutTheDiskInTheDrive) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    machine.PutFile("A:\\WEEKLY.zip", "a part");
+    zip.action = [this](RecordingZip& component) { Cancel(component); };
+    RunAndLook({.multi_volume = "ON", .to_drive = "A:\\"});
+    EXPECT_EQ(location, "No complete archive was made, earlier ones are unchanged: A:\\WEEKLY.zip");
+}
+
+TEST_F(RunDisplay, UnattendedRunPaysNothingForIt) {
+    Unattended("WEEKLY.INI");
+    zip.action = [](RecordingZip& component) { EXPECT_FALSE(component.Figures); };
+    Run({});
+    EXPECT_EQ(window->Lbl_Figures.Caption(), "");
+    EXPECT_EQ(window->Lbl_Location.Caption(), "");
+    EXPECT_TRUE(window->Lbl_BackingUp.Visible());
+}
+
+TEST_F(RunDisplay, EventsComeInTheirGivenOrder) {
+    zip.action = [this](RecordingZip& component) {
+        Diary diary(desktop);
+        diary.Follow(window->PB_Folder);
+        diary.Follow(window->Lbl_Figures);
+        machine.clock.Advance(milliseconds(100));
+        component.Figures(figures);
+        component.RaiseOverall(42);
+        EXPECT_THAT(diary.Lines(), ElementsAre("Lbl_Figures changed", "events", "PB_Folder value"));
+    };
+    RunAndLook();
+}
+
+}  // namespace
+}  // namespace vantrel::test
