@@ -19,7 +19,7 @@ namespace {
 constexpr int kMaxThreads = 8;
 // Work for a file besides its bytes, in bytes that are decompressed in the same time: creating and
 // closing it (docs/performance.md).
-constexpr std::uint64_t kFileCost = 256 * 1024;
+constexpr std::uint64_t kFileCost = 128 * 1024;
 // Entries planned before the other threads are notified: a few batches for each.
 constexpr std::size_t kPlannedAtOnce = 512;
 
