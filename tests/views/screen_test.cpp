@@ -177,6 +177,22 @@ TEST_F(MainOnScreen, PanelGoesWithThePanelItStandsOn) {
     EXPECT_TRUE(user->Visible(window.SSP_ProgressSecure));
 }
 
+// With a frame around nothing it would look like an empty field.
+TEST_F(MainOnScreen, IdlePanelHasNoFrame) {
+    ShowPage(MainWindow::kRestore);
+    const HWND panel = HandleOf(window.SSP_TotalFiles);
+    const auto framed = [&] {
+        program.desktop.DoEvents();
+        const RECT all = ClientOf(panel);
+        return PixelsOf(panel, {0, 0, all.right, 1}, GetSysColor(COLOR_BTNSHADOW)) == all.right;
+    };
+    EXPECT_FALSE(framed());
+    window.SSP_TotalFiles.SetFloodPercent(0.1);
+    EXPECT_TRUE(framed());
+    window.SSP_TotalFiles.SetFloodPercent(0);
+    EXPECT_FALSE(framed());
+}
+
 TEST_F(MainOnScreen, TimerThatIsSwitchedOffWakesNobody) {
     static int g_woken;
     const auto count = [](HWND top, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,

@@ -57,7 +57,8 @@ class PictureBinder : public Binder {
     int size_ = 0;
 };
 
-// Caption in the middle, filled from the left; letters over the fill take its text colour.
+// Caption in the middle, filled from the left; letters over the fill take its text colour. With
+// neither it is part of the page: a frame around nothing would look like an empty field.
 class PanelBinder : public Binder {
   public:
     PanelBinder(BinderWindow& window, forms::Panel& panel, HWND handle, int id)
@@ -65,6 +66,10 @@ class PanelBinder : public Binder {
 
     void Draw(const DRAWITEMSTRUCT& item) override {
         RECT area = item.rcItem;
+        if (IsIdle()) {
+            DrawThemeParentBackground(handle(), item.hDC, &area);
+            return;
+        }
         FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
         InflateRect(&area, -1, -1);
         RECT filled = area;
@@ -83,14 +88,21 @@ class PanelBinder : public Binder {
         // Thousands of steps a second come here: only those that can be seen are painted.
         RECT area{};
         GetClientRect(handle(), &area);
-        const LONG width = FilledWidth(area.right - area.left - 2);
-        const bool moved = aspect == Aspect::kValue && std::exchange(shown_width_, width) != width;
+        const Look look{FilledWidth(area.right - area.left - 2), IsIdle()};
+        const bool moved = aspect == Aspect::kValue && std::exchange(shown_, look) != look;
         if (aspect == Aspect::kText || moved) {
             RedrawWindow(handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
         }
     }
 
   private:
+    struct Look {
+        LONG filled_width = 0;
+        bool idle = true;
+        bool operator==(const Look&) const = default;
+    };
+
+    bool IsIdle() const { return panel_.FloodPercent() == 0 && panel_.Caption().empty(); }
     // Of `whole` pixels.
     LONG FilledWidth(LONG whole) const {
         return static_cast<LONG>(
@@ -113,7 +125,7 @@ class PanelBinder : public Binder {
     }
 
     forms::Panel& panel_;
-    LONG shown_width_ = 0;
+    Look shown_;
 };
 
 class AnimationBinder : public Binder {
