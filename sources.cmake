@@ -88,6 +88,7 @@ set(PROTECT_SOURCES
     protect/folder_tree.cpp)
 set(PROGRESS_SOURCES
     progress/progress_window.cpp
+    progress/run_display.cpp
     progress/run_estimate.cpp
     progress/run_text.cpp)
 set(BACKUP_SOURCES
@@ -304,11 +305,12 @@ set(PROTECT_TESTS
     tests/protect/damaged_list_test.cpp
     tests/protect/folder_tree_test.cpp)
 set(PROGRESS_TESTS
+    tests/progress/run_display_test.cpp
     tests/progress/run_estimate_test.cpp
     tests/progress/run_text_test.cpp)
 set(BACKUP_TESTS
     tests/backup/backup_run_test.cpp
-    tests/backup/run_display_test.cpp
+    tests/backup/backup_display_test.cpp
     tests/backup/destination_dialog_test.cpp
     tests/backup/options_dialog_test.cpp
     tests/backup/preflight_test.cpp

@@ -4,24 +4,9 @@
 
 #include "backupset/clsFiles.h"
 #include "common/display_text.h"
-#include "common/path.h"
 #include "log/clsLog.h"
 
 namespace vantrel {
-
-namespace {
-
-// Between two updates of the figures: what changes more often cannot be read.
-constexpr RunEstimate::Time kUpdateInterval{100};
-
-// Entries of an archive have "/" between their components.
-std::string FileName(const std::string& path) {
-    const std::size_t slash = path.find_last_not_of("/\\");
-    const std::size_t start = path.find_last_of("/\\", slash);
-    return EscapeControls(path.substr(start == std::string::npos ? 0 : start + 1));
-}
-
-}  // namespace
 
 ProgressWindow::ProgressWindow(forms::Program& program, std::string name, std::string path_label,
                                std::string question_title)
@@ -37,10 +22,10 @@ ProgressWindow::ProgressWindow(forms::Program& program, std::string name, std::s
       Ani_File(*this, "Ani_File"),
       PB_Folder(*this, "PB_Folder"),
       PB_File(*this, "PB_File"),
-      path_label_(*this, std::move(path_label), "Please Wait...  Processing Files"),
       Lbl_Figures(*this, "Lbl_Figures"),
       Lbl_Location(*this, "Lbl_Location"),
       Lbl_LeftOut(*this, "Lbl_LeftOut"),
+      path_label_(*this, std::move(path_label), "Please Wait...  Processing Files"),
       messages_(program),
       question_title_(std::move(question_title)) {
     Cmd_Ok.Click = [this] { Cmd_Ok_Click(); };
@@ -81,65 +66,32 @@ void ProgressWindow::Message(const zip::ComponentMessage& message) {
     Lst_Details.Add(message.text);
     Lst_Details.SetIndex(Lst_Details.Count() - 1);
     messages_.Handle(message);
-    if (message.left_out && left_out_.names.size() < LeftOutFiles::kMaxNames) {
-        left_out_.names.push_back(FileName(message.path));
-    }
-    if (message.kind == zip::MessageKind::kError && failure_.empty()) {
-        failure_ = message.text;
-    }
+    display_.Add(message);
 }
 
 void ProgressWindow::StartRun(const std::string& location) {
-    numbers_ = program().machine.settings.Numbers();
-    estimate_.Start(program().machine.clock.SteadyNow());
-    figures_ = {};
-    left_out_ = {};
-    failure_.clear();
-    shown_at_ = {};
-    shown_disk_ = 0;
+    display_.Start(Now(), program().machine.settings.Numbers());
     Lbl_Figures.SetCaption("");
-    Lbl_LeftOut.SetCaption("");
     Lbl_Location.SetCaption(location);
+    Lbl_LeftOut.SetCaption("");
 }
 
 void ProgressWindow::Figures(const zip::RunFigures& figures) {
-    const RunEstimate::Time now = program().machine.clock.SteadyNow();
-    estimate_.Add(now, figures);
-    figures_ = figures;
-    if (!IsUpdateDue(now, figures)) {
-        return;
+    if (display_.Update(Now(), figures)) {
+        Lbl_Figures.SetCaption(display_.FiguresLine());
+        Lbl_LeftOut.SetCaption(display_.LeftOutLine());
     }
-    shown_at_ = now;
-    shown_disk_ = figures.disk;
-    Lbl_Figures.SetCaption(
-        FiguresText(figures, {estimate_.Speed(), estimate_.Remaining()}, numbers_));
-    ShowLeftOut("");
 }
 
-// The number of a disk is shown at once: a question for that disk follows and stops the updates.
-bool ProgressWindow::IsUpdateDue(RunEstimate::Time now, const zip::RunFigures& figures) const {
-    return now - shown_at_ >= kUpdateInterval || figures.disk != shown_disk_;
-}
-
-void ProgressWindow::ShowLeftOut(const std::string& more) {
-    left_out_.count = figures_.left_out;
-    const std::string text = LeftOutText(left_out_, numbers_);
-    Lbl_LeftOut.SetCaption(text.empty() ? "" : text + more);
-}
-
-RunEnd ProgressWindow::EndOfRun() const {
-    return {figures_, estimate_.Worked(program().machine.clock.SteadyNow()), cancelled_};
-}
+RunEnd ProgressWindow::EndOfRun() const { return display_.End(Now(), cancelled_); }
 
 void ProgressWindow::ShowSummary(const RunEnd& end, const std::string& location) {
-    Lbl_Figures.SetCaption(SummaryText(end, numbers_));
+    Lbl_Figures.SetCaption(display_.SummaryLine(end));
     Lbl_Location.SetCaption(location);
-    ShowLeftOut(". See the Log tab.");
-    if (!failure_.empty()) {
-        const std::string& others = Lbl_LeftOut.Caption();
-        Lbl_LeftOut.SetCaption(failure_ + (others.empty() ? " See the Log tab." : " " + others));
-    }
+    Lbl_LeftOut.SetCaption(display_.ProblemLine());
 }
+
+RunDisplay::Time ProgressWindow::Now() const { return program().machine.clock.SteadyNow(); }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
     // A press of Cancel that waits in the queue would be lost while the box is open.
@@ -147,9 +99,9 @@ bool ProgressWindow::AskRetry(const std::string& text) {
     if (!Cmd_Cancel.Enabled()) {
         return false;
     }
-    estimate_.Pause(program().machine.clock.SteadyNow());
+    display_.Pause(Now());
     const bool retry = ConfirmRetry(program().desktop, text, question_title_);
-    estimate_.Resume(program().machine.clock.SteadyNow());
+    display_.Resume(Now());
     if (retry) {
         return true;
     }

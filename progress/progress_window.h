@@ -13,8 +13,7 @@
 #include "forms/form.h"
 #include "forms/lists.h"
 #include "forms/program.h"
-#include "progress/run_estimate.h"
-#include "progress/run_text.h"
+#include "progress/run_display.h"
 #include "zip/base/component_events.h"
 
 namespace vantrel {
@@ -56,6 +55,11 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     forms::Animation Ani_File;
     forms::ProgressBar PB_Folder;
     forms::ProgressBar PB_File;
+    // Of our own: the figures and then the summary; the archive or the destination; what was left
+    // out.
+    forms::Label Lbl_Figures;
+    forms::Label Lbl_Location;
+    forms::Label Lbl_LeftOut;
 
     void Form_Load() override;
     virtual void Cmd_Ok_Click() = 0;
@@ -88,30 +92,14 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     void ShowOutcome(const std::string& text);
 
     forms::Label path_label_;
-
-  public:
-    // These have no given text: the figures or the summary, the archive or the destination, and
-    // what was left out.
-    forms::Label Lbl_Figures;
-    forms::Label Lbl_Location;
-    forms::Label Lbl_LeftOut;
-
-  protected:
     ComponentMessages messages_;
     bool cancelled_ = false;  // the component knows of the cancel
 
   private:
-    bool IsUpdateDue(RunEstimate::Time now, const zip::RunFigures& figures) const;
-    void ShowLeftOut(const std::string& more);
+    RunDisplay::Time Now() const;
 
     std::string question_title_;
-    NumberFormat numbers_;
-    RunEstimate estimate_;
-    zip::RunFigures figures_;
-    RunEstimate::Time shown_at_{0};
-    std::uint32_t shown_disk_ = 0;
-    LeftOutFiles left_out_;
-    std::string failure_;  // the first error message of the run
+    RunDisplay display_;
 };
 
 }  // namespace vantrel

@@ -31,10 +31,10 @@ Rows ProgressRows(const std::string& path_label) {
             {"Ani_File"},
             {"PB_Folder"},
             {"PB_File"},
-            {path_label, "Please Wait...  Processing Files"},
             {"Lbl_Figures"},
             {"Lbl_Location"},
-            {"Lbl_LeftOut"}};
+            {"Lbl_LeftOut"},
+            {path_label, "Please Wait...  Processing Files"}};
 }
 
 const Rows kFolderDialog = {{"Dri_DriveList"},

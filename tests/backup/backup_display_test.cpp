@@ -11,9 +11,9 @@ using std::chrono::milliseconds;
 
 constexpr std::uint64_t kMb = 1024 * 1024;
 
-class RunDisplay : public BackupRun {
+class BackupDisplay : public BackupRun {
   protected:
-    RunDisplay() {
+    BackupDisplay() {
         figures.files_total = 20012;
         figures.bytes_total = 721 * kMb;
         figures.files_done = 16909;
@@ -48,7 +48,7 @@ class RunDisplay : public BackupRun {
     bool backing_up_visible = true;
 };
 
-TEST_F(RunDisplay, ShowsFiguresSpeedAndRemainingTime) {
+TEST_F(BackupDisplay, ShowsFiguresSpeedAndRemainingTime) {
     figures.files_done = 0;
     figures.bytes_done = 0;
     zip.action = [this](RecordingZip& component) {
@@ -64,7 +64,7 @@ TEST_F(RunDisplay, ShowsFiguresSpeedAndRemainingTime) {
     RunAndLook();
 }
 
-TEST_F(RunDisplay, IsUpdatedAtMostTenTimesASecond) {
+TEST_F(BackupDisplay, IsUpdatedAtMostTenTimesASecond) {
     int changes = 0;
     struct Counter : forms::ControlView {
         explicit Counter(int& count) : count_(count) {}
@@ -84,7 +84,7 @@ TEST_F(RunDisplay, IsUpdatedAtMostTenTimesASecond) {
     EXPECT_EQ(changes, 10);
 }
 
-TEST_F(RunDisplay, NumberOfADiskIsShownAtOnceAndBeforeItsQuestion) {
+TEST_F(BackupDisplay, NumberOfADiskIsShownAtOnceAndBeforeItsQuestion) {
     zip.action = [this](RecordingZip& component) {
         component.Figures(figures);
         figures.disk = 2;
@@ -97,7 +97,7 @@ TEST_F(RunDisplay, NumberOfADiskIsShownAtOnceAndBeforeItsQuestion) {
     RunAndLook();
 }
 
-TEST_F(RunDisplay, ShowsFilesThatAreLeftOutFromTheFirstOn) {
+TEST_F(BackupDisplay, ShowsFilesThatAreLeftOutFromTheFirstOn) {
     zip.action = [this](RecordingZip& component) {
         Tick(component, milliseconds(100));
         EXPECT_EQ(window->Lbl_LeftOut.Caption(), "");
@@ -108,7 +108,7 @@ TEST_F(RunDisplay, ShowsFilesThatAreLeftOutFromTheFirstOn) {
     RunAndLook();
 }
 
-TEST_F(RunDisplay, WarningAboutAFileThatIsInTheArchiveLeavesNothingOut) {
+TEST_F(BackupDisplay, WarningAboutAFileThatIsInTheArchiveLeavesNothingOut) {
     zip.action = [this](RecordingZip& component) {
         component.Say("Changed while it was read", zip::MessageKind::kWarning);
         Tick(component, milliseconds(100));
@@ -117,14 +117,14 @@ TEST_F(RunDisplay, WarningAboutAFileThatIsInTheArchiveLeavesNothingOut) {
     EXPECT_EQ(left_out, "");
 }
 
-TEST_F(RunDisplay, ShowsTheArchiveWhileItIsWritten) {
+TEST_F(BackupDisplay, ShowsTheArchiveWhileItIsWritten) {
     zip.action = [this](RecordingZip&) {
         EXPECT_EQ(window->Lbl_Location.Caption(), "Archive: C:\\Backups\\WEEKLY.zip");
     };
     RunAndLook();
 }
 
-TEST_F(RunDisplay, NumbersAreInTheUsersFormat) {
+TEST_F(BackupDisplay, NumbersAreInTheUsersFormat) {
     machine.settings.numbers = {",", ".", 3, 3};
     zip.action = [this](RecordingZip& component) {
         Tick(component, milliseconds(100));
@@ -133,7 +133,7 @@ TEST_F(RunDisplay, NumbersAreInTheUsersFormat) {
     RunAndLook();
 }
 
-TEST_F(RunDisplay, SummaryStaysUntilOk) {
+TEST_F(BackupDisplay, SummaryStaysUntilOk) {
     zip.action = [this](RecordingZip& component) {
         figures.files_done = 20011;
         figures.bytes_done = 721 * kMb;
@@ -148,7 +148,7 @@ TEST_F(RunDisplay, SummaryStaysUntilOk) {
     EXPECT_EQ(left_out, "1 file left out: ledger.xls. See the Log tab.");
 }
 
-TEST_F(RunDisplay, FirstThreeNamesStandForAllThatWereLeftOut) {
+TEST_F(BackupDisplay, FirstThreeNamesStandForAllThatWereLeftOut) {
     zip.action = [this](RecordingZip& component) {
         for (const char* name : {"a", "b", "Sub", "d", "e"}) {
             LeaveOut(component, std::string("C:\\Data\\") + name);
@@ -159,7 +159,7 @@ TEST_F(RunDisplay, FirstThreeNamesStandForAllThatWereLeftOut) {
     EXPECT_EQ(left_out, "5 files left out: a, b, Sub and 2 more. See the Log tab.");
 }
 
-TEST_F(RunDisplay, ControlCharactersOfANameAreVisible) {
+TEST_F(BackupDisplay, ControlCharactersOfANameAreVisible) {
     zip.action = [this](RecordingZip& component) {
         LeaveOut(component, "C:\\Data\\a\rb");
         component.Figures(figures);
@@ -168,14 +168,14 @@ TEST_F(RunDisplay, ControlCharactersOfANameAreVisible) {
     EXPECT_EQ(left_out, "1 file left out: a\\x0db. See the Log tab.");
 }
 
-TEST_F(RunDisplay, LabelAboveTheBarsIsHiddenAtTheEndWithItsCaption) {
+TEST_F(BackupDisplay, LabelAboveTheBarsIsHiddenAtTheEndWithItsCaption) {
     zip.action = [this](RecordingZip&) { EXPECT_TRUE(window->Lbl_BackingUp.Visible()); };
     RunAndLook();
     EXPECT_FALSE(backing_up_visible);
     EXPECT_EQ(backing_up, "Backing Up Files.......");
 }
 
-TEST_F(RunDisplay, TimeOfAQuestionIsNotPartOfTheDuration) {
+TEST_F(BackupDisplay, TimeOfAQuestionIsNotPartOfTheDuration) {
     desktop.on_box = [this](const forms::Box&) { machine.clock.Advance(milliseconds(3'600'000)); };
     desktop.answers = {forms::Answer::kRetry};
     zip.action = [this](RecordingZip& component) {
@@ -186,7 +186,7 @@ TEST_F(RunDisplay, TimeOfAQuestionIsNotPartOfTheDuration) {
     EXPECT_THAT(summary, EndsWith(", 7 s"));
 }
 
-TEST_F(RunDisplay, CancelledRunHasTheEarlierArchiveUnchanged) {
+TEST_F(BackupDisplay, CancelledRunHasTheEarlierArchiveUnchanged) {
     machine.PutFile("C:\\Backups\\WEEKLY.zip", "earlier");
     zip.action = [this](RecordingZip& component) {
         Tick(component, milliseconds(8000));
@@ -197,14 +197,14 @@ TEST_F(RunDisplay, CancelledRunHasTheEarlierArchiveUnchanged) {
     EXPECT_EQ(location, "Earlier archive, unchanged: C:\\Backups\\WEEKLY.zip");
 }
 
-TEST_F(RunDisplay, CancelledRunWithoutAnEarlierArchiveHasNone) {
+TEST_F(BackupDisplay, CancelledRunWithoutAnEarlierArchiveHasNone) {
     zip.action = [this](RecordingZip& component) { Cancel(component); };
     RunAndLook();
     EXPECT_EQ(location, "No archive was made: C:\\Backups\\WEEKLY.zip");
 }
 
 // The file in the drive may be a part of the archive that was not finished.
-TEST_F(RunDisplay, CancelledRunOntoDisksClaimsNothingAboutTheDiskInTheDrive) {
+TEST_F(BackupDisplay, CancelledRunOntoDisksClaimsNothingAboutTheDiskInTheDrive) {
     machine.AddDrive('A', platform::drive_type::kRemovable);
     machine.PutFile("A:\\WEEKLY.zip", "a part");
     zip.action = [this](RecordingZip& component) { Cancel(component); };
@@ -212,7 +212,7 @@ TEST_F(RunDisplay, CancelledRunOntoDisksClaimsNothingAboutTheDiskInTheDrive) {
     EXPECT_EQ(location, "No complete archive was made, earlier ones are unchanged: A:\\WEEKLY.zip");
 }
 
-TEST_F(RunDisplay, UnattendedRunPaysNothingForIt) {
+TEST_F(BackupDisplay, UnattendedRunPaysNothingForIt) {
     Unattended("WEEKLY.INI");
     zip.action = [](RecordingZip& component) { EXPECT_FALSE(component.Figures); };
     Run({});
@@ -221,7 +221,7 @@ TEST_F(RunDisplay, UnattendedRunPaysNothingForIt) {
     EXPECT_TRUE(window->Lbl_BackingUp.Visible());
 }
 
-TEST_F(RunDisplay, EventsComeInTheirGivenOrder) {
+TEST_F(BackupDisplay, EventsComeInTheirGivenOrder) {
     zip.action = [this](RecordingZip& component) {
         Diary diary(desktop);
         diary.Follow(window->PB_Folder);
