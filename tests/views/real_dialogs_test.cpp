@@ -67,6 +67,26 @@ class RealDialogs : public RealProgram {
         program.desktop.Unload(window);
     }
 
+    // The text, broken into lines, is not larger than the label.
+    static void ExpectFits(forms::Label& label, const std::wstring& text) {
+        const HWND handle = HandleOf(label);
+        const RECT area = ClientOf(handle);
+        RECT needed{0, 0, area.right, 0};
+        const HDC device = GetDC(handle);
+        const HGDIOBJ before =
+            SelectObject(device, reinterpret_cast<HFONT>(Send(handle, WM_GETFONT)));
+        DrawTextW(device, text.c_str(), -1, &needed, DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
+        SelectObject(device, before);
+        ReleaseDC(handle, device);
+        EXPECT_LE(needed.right, area.right) << label.name();
+        EXPECT_LE(needed.bottom, area.bottom) << label.name();
+    }
+    static LONG WeightOf(forms::Label& label) {
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(Send(HandleOf(label), WM_GETFONT)), sizeof font, &font);
+        return font.lfWeight;
+    }
+
     SelectedSet selected{program};
     Tab restore_tab{program};
 };
@@ -82,6 +102,37 @@ TEST_F(RealDialogs, RestoreRun) {
     Frm_Restore window(program, restore_tab.Controls(),
                        std::make_unique<zip::PKUNZIP>(program.machine));
     ExpectSeen(window);
+}
+
+TEST_F(RealDialogs, LongestTextsOfARunFitTheirLabels) {
+    Frm_Backup backup(program, "NONE.INI", std::make_unique<zip::PKZIP>(program.machine));
+    Frm_Restore restore(program, restore_tab.Controls(),
+                        std::make_unique<zip::PKUNZIP>(program.machine));
+    for (ProgressWindow* const window :
+         {static_cast<ProgressWindow*>(&backup), static_cast<ProgressWindow*>(&restore)}) {
+        program.desktop.Load(*window);
+        for (const int dpi : {96, 144, 192}) {
+            const RECT suggested = ClientOf(TopOf(*window));
+            Send(TopOf(*window), WM_DPICHANGED, static_cast<WPARAM>(MAKELONG(dpi, dpi)),
+                 reinterpret_cast<LPARAM>(&suggested));
+            ExpectFits(window->Lbl_Figures,
+                       L"116,909 of 120,012 files, 1,023 MB of 1,023 GB, 1,023 KB/s, "
+                       L"12 h 20 min left");
+            ExpectFits(window->Lbl_LeftOut,
+                       L"12,345 files left out: mmm and nn...wwwwww.docx, "
+                       L"mmm and nn...wwwwww.docx, mmm and nn...wwwwww.docx and 12,342 more. "
+                       L"See the Log tab.");
+        }
+        program.desktop.Unload(*window);
+    }
+}
+
+TEST_F(RealDialogs, WhatARunLeavesOutIsInBoldLetters) {
+    Frm_Backup window(program, "NONE.INI", std::make_unique<zip::PKZIP>(program.machine));
+    program.desktop.Load(window);
+    EXPECT_EQ(FW_BOLD, WeightOf(window.Lbl_LeftOut));
+    EXPECT_EQ(FW_NORMAL, WeightOf(window.Lbl_Figures));
+    program.desktop.Unload(window);
 }
 
 TEST_F(RealDialogs, BackupDestination) {
