@@ -36,6 +36,7 @@ set(FORMS_SOURCES
     forms/folder_path.cpp
     forms/form.cpp
     forms/lists.cpp
+    forms/placement.cpp
     forms/window_manager.cpp)
 set(ZIP_SOURCES
     zip/base/bytes.cpp
@@ -117,6 +118,7 @@ set(APP_SOURCES
     app/Frm_Splash.cpp
     app/application.cpp)
 set(VIEWS_WIN32_SOURCES
+    views/win32/anchors.cpp
     views/win32/bind_folders.cpp
     views/win32/bind_lists.cpp
     views/win32/bind_pictures.cpp
@@ -131,6 +133,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/win32_desktop.cpp
     views/win32/window_parts.cpp
     views/win32/window_resources.cpp
+    views/win32/window_size.cpp
     views/win32/window_view.cpp)
 # Entry points and resources of the Windows executable.
 set(VANTREL_EXE_SOURCES
@@ -202,6 +205,7 @@ set(FORMS_TESTS
     tests/forms/folder_list_test.cpp
     tests/forms/form_test.cpp
     tests/forms/lists_test.cpp
+    tests/forms/placement_test.cpp
     tests/forms/window_manager_test.cpp)
 # One suite for the controls as objects and as what is on the screen; the person in front of them
 # differs.
@@ -222,11 +226,13 @@ set(VIEWS_HOST_TESTS
     tests/views/plain_user.cpp)
 set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
+    tests/support/test_services.cpp
     tests/views/menu_person.cpp
     tests/views/modal_screen_test.cpp
     tests/views/poisoned_memory.cpp
     tests/views/real_dialogs_test.cpp
     tests/views/real_windows_test.cpp
+    tests/views/resizing_test.cpp
     tests/views/screen_test.cpp
     tests/views/win32_doing.cpp
     tests/views/win32_seeing.cpp)

@@ -6,7 +6,9 @@ from itertools import combinations
 from pathlib import Path
 from typing import NamedTuple
 
-RESOURCES = Path(__file__).resolve().parents[2] / "views" / "win32" / "vantrel.rc"
+VIEWS = Path(__file__).resolve().parents[2] / "views" / "win32"
+RESOURCES = VIEWS / "vantrel.rc"
+ANCHORS = VIEWS / "anchors.cpp"
 
 # The given captions want one key twice here.
 DOUBLE_KEYS = {("Frm_Mainmenu_0", "B")}
@@ -55,11 +57,53 @@ def read_dialogs():
     return dialogs
 
 
+def read_anchors():
+    """Control -> the shares of the window's growth by which its left, top, right and bottom move."""
+    text = ANCHORS.read_text(encoding="utf-8")
+    shares = {name: tuple(map(int, numbers.split(","))) for name, numbers in
+              re.findall(r"constexpr Anchors (\w+)\{([\d, ]+)\};", text)}
+    return {name: shares[kind] for name, kind in re.findall(r"\{(\w+), (k\w+)\},", text)}
+
+
+def stretched(control, shares, wider, higher):
+    """A control as it stands in a window that has become larger."""
+    left, top, right, bottom = shares.get(control.name, (0, 0, 0, 0))
+    return control._replace(left=control.left + wider * left // 100,
+                            top=control.top + higher * top // 100,
+                            right=control.right + wider * right // 100,
+                            bottom=control.bottom + higher * bottom // 100)
+
+
 class Dialogs(unittest.TestCase):
     def setUp(self):
         self.dialogs = read_dialogs()
         self.assertEqual(14, len(self.dialogs))
         self.assertTrue(all(controls for _, _, controls in self.dialogs.values()))
+        self.designed = dict(self.dialogs)
+        shares = read_anchors()
+        self.assertLess(70, len(shares))
+        # The pages of the main window and the windows of a run, larger in one way and in both.
+        for name in [each for each in self.dialogs if
+                     re.fullmatch(r"Frm_Mainmenu(_\d)?|Frm_Backup|Frm_Restore", each)]:
+            width, height, controls = self.dialogs[name]
+            for wider, higher in ((101, 0), (0, 101), (333, 222), (1500, 900)):
+                self.dialogs[f"{name} +{wider} +{higher}"] = (
+                    width + wider, height + higher,
+                    [stretched(each, shares, wider, higher) for each in controls])
+
+    def test_every_anchor_is_of_a_control(self):
+        names = {each.name for _, _, controls in self.designed.values() for each in controls}
+        self.assertEqual(set(), set(read_anchors()) - names)
+
+    def test_lists_trees_and_text_views_take_the_growth(self):
+        for name, (_, _, controls) in self.designed.items():
+            larger = self.dialogs.get(f"{name} +333 +222")
+            for before, after in zip(controls, larger[2] if larger else ()):
+                if before.kind in ("LISTBOX", "WC_TREEVIEW") or before.name in (
+                        "Fld_INI", "Fld_Log", "Fld_SecureData"):
+                    self.assertEqual(222, after.bottom - before.bottom - (after.top - before.top),
+                                     after)
+                    self.assertLess(before.right - before.left, after.right - after.left, after)
 
     def test_every_control_is_inside_its_dialog(self):
         for name, (width, height, controls) in self.dialogs.items():
@@ -77,7 +121,7 @@ class Dialogs(unittest.TestCase):
                 self.assertTrue(apart, (name, one, other))
 
     def test_access_keys_lead_to_one_place(self):
-        for name, (_, _, controls) in self.dialogs.items():
+        for name, (_, _, controls) in self.designed.items():
             keys = [match[1].upper() for each in controls
                     if (match := re.search(r"&(\w)", each.text))]
             doubles = {(name, key) for key in keys if keys.count(key) > 1}
@@ -93,7 +137,7 @@ class Dialogs(unittest.TestCase):
 
     def test_edges_keep_their_distance(self):
         for name, (width, height, controls) in self.dialogs.items():
-            if name in ("Frm_Mainmenu", "Frm_Splash"):
+            if name.split()[0] in ("Frm_Mainmenu", "Frm_Splash"):
                 continue
             for each in controls:
                 if each.kind in ("PUSHBUTTON", "DEFPUSHBUTTON", "EDITTEXT", "LISTBOX"):

@@ -202,7 +202,7 @@ TEST_F(RealMainWindow, TabKeyGoesThroughEachTabFromTopToBottomAndBack) {
 
 TEST_F(RealMainWindow, NoTabHasAnAccessKeyTwiceButForTheTwoThatBackupBegins) {
     // "&Backup Set" and "&Backup Now" are both given. The menu bar has F.
-    const Lines keys = {"BLCBE", "WHRE", "RS", "RE", "", "C"};
+    const Lines keys = {"BLOCBE", "WHRE", "RS", "RE", "", "C"};
     for (int tab = 0; tab < 6; ++tab) {
         ShowTab(tab);
         EXPECT_EQ(keys[static_cast<std::size_t>(tab)], AccessKeys()) << tab;
@@ -212,6 +212,7 @@ TEST_F(RealMainWindow, NoTabHasAnAccessKeyTwiceButForTheTwoThatBackupBegins) {
 TEST_F(RealMainWindow, AccessKeysOfLabelsLeadToWhatTheyStandOver) {
     window.Backup.SetEditMode(true);
     EXPECT_EQ("Dri_DriveList", FocusAfterAlt('l'));
+    EXPECT_EQ("Cmd_Navigate", FocusAfterAlt('o'));
     ShowTab(1);
     EXPECT_EQ("Cmb_RestoreFile", FocusAfterAlt('w'));
     EXPECT_EQ("Cmd_RestoreTo", FocusAfterAlt('h'));

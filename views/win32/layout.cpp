@@ -1,5 +1,6 @@
 #include "views/win32/layout.h"
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -39,6 +40,8 @@ class Reader {
     const BYTE* at_;
 };
 
+constexpr double kTwipsAnInch = 1440;
+
 struct BaseUnits {
     int x, y;  // pixels of 4 horizontal and 8 vertical dialog units
 };
@@ -73,35 +76,58 @@ Layout::Layout(const wchar_t* name) {
     for (WORD i = 0; i < count; ++i) {
         reader.Align();
         reader.Skip(3 * sizeof(DWORD));  // help, extended style, style
-        items_.push_back(reader.Take<Units>());
-        reader.Skip(sizeof(DWORD));  // number
-        reader.SkipTextOrNumber();   // window class
-        reader.SkipTextOrNumber();   // caption
+        const Units units = reader.Take<Units>();
+        items_.push_back({units, static_cast<int>(reader.Take<DWORD>())});
+        reader.SkipTextOrNumber();  // window class
+        reader.SkipTextOrNumber();  // caption
         reader.Skip(reader.Take<WORD>());
     }
 }
 
 void Layout::Attach(HWND dialog) {
-    windows_.clear();
-    for (HWND child = GetWindow(dialog, GW_CHILD); child && windows_.size() < items_.size();
-         child = GetWindow(child, GW_HWNDNEXT)) {
-        windows_.push_back(child);
+    HWND child = GetWindow(dialog, GW_CHILD);
+    for (Item& item : items_) {
+        item.window = child;
+        child = child ? GetWindow(child, GW_HWNDNEXT) : nullptr;
     }
 }
 
-SIZE Layout::Apply(HFONT font) const {
+SIZE Layout::Apply(HFONT font) {
     const BaseUnits base = Measure(font);
-    for (std::size_t i = 0; i < windows_.size(); ++i) {
-        const Units& units = items_[i];
-        const int left = MulDiv(units.x, base.x, 4);
-        const int top = MulDiv(units.y, base.y, 8);
-        SendMessageW(windows_[i], WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    for (Item& item : items_) {
+        SendMessageW(item.window, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
         // Edges are rounded, not sizes: what lines up in dialog units lines up in pixels.
-        SetWindowPos(
-            windows_[i], nullptr, left, top, MulDiv(units.x + units.width, base.x, 4) - left,
-            MulDiv(units.y + units.height, base.y, 8) - top, SWP_NOZORDER | SWP_NOACTIVATE);
+        const Units& units = item.units;
+        item.designed = {MulDiv(units.x, base.x, 4), MulDiv(units.y, base.y, 8),
+                         MulDiv(units.x + units.width, base.x, 4),
+                         MulDiv(units.y + units.height, base.y, 8)};
     }
+    Stretch(0, 0);
     return {MulDiv(dialog_.width, base.x, 4), MulDiv(dialog_.height, base.y, 8)};
+}
+
+void Layout::Stretch(int extra_width, int extra_height) const {
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(items_.size()));
+    for (const Item& item : items_) {
+        const forms::Area area =
+            forms::Stretched(item.designed, AnchorsOf(item.id), extra_width, extra_height);
+        // Copied bits would keep the shortened text of a label and the frame of a box.
+        moves = moves
+                    ? DeferWindowPos(moves, item.window, nullptr, area.left, area.top, area.Width(),
+                                     area.Height(), SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS)
+                    : nullptr;
+    }
+    if (moves) {
+        EndDeferWindowPos(moves);
+    }
+}
+
+int TwipsOf(int pixels, int dpi) {
+    return static_cast<int>(std::nearbyint(static_cast<double>(pixels) * kTwipsAnInch / dpi));
+}
+
+int PixelsOf(int twips, int dpi) {
+    return static_cast<int>(std::nearbyint(static_cast<double>(twips) * dpi / kTwipsAnInch));
 }
 
 }  // namespace vantrel::views

@@ -1,10 +1,13 @@
-// The positions of a dialog's controls, in dialog units as in its resource, and their conversion to
-// pixels for a font. Kept so that a window can be laid out anew when its screen's dpi changes.
+// The positions of a dialog's controls, in dialog units as in its resource, their conversion to
+// pixels for a font, and how they follow the size of the dialog. Kept so that a window can be laid
+// out anew when its screen's dpi or its size changes.
 #pragma once
 
 #include <windows.h>
 
 #include <vector>
+
+#include "forms/placement.h"
 
 namespace vantrel::views {
 
@@ -16,16 +19,31 @@ class Layout {
 
     // Takes the children that the template has made in `dialog`; call it before adding others.
     void Attach(HWND dialog);
-    // Moves every child and gives it `font`. Returns the size that the dialog's inside has then.
-    SIZE Apply(HFONT font) const;
+    // Moves every child to its designed position and gives it `font`. Returns the designed size of
+    // the dialog's inside.
+    SIZE Apply(HFONT font);
+    // Moves every child to its position in a dialog that is larger than designed by these pixels.
+    void Stretch(int extra_width, int extra_height) const;
 
   private:
     struct Units {
         short x, y, width, height;
     };
+    struct Item {
+        Units units;
+        int id;
+        HWND window = nullptr;
+        forms::Area designed{};  // pixels
+    };
     Units dialog_{};
-    std::vector<Units> items_;
-    std::vector<HWND> windows_;
+    std::vector<Item> items_;
 };
+
+// Pixels at a dpi, and twips (1,440 an inch), rounded half to even.
+int TwipsOf(int pixels, int dpi);
+int PixelsOf(int twips, int dpi);
+
+// How the control with this number follows the size of its window.
+forms::Anchors AnchorsOf(int control_id);
 
 }  // namespace vantrel::views

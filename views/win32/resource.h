@@ -169,6 +169,10 @@
 #define Frm_Restore_Lbl_LeftOut 2264
 // Controls: end
 
+// Labels that are only in the dialogs.
+#define IDC_BackupFolder 2900
+#define IDC_BackupLocation 2901
+
 // The input box, a window of the desktop's own.
 #define Frm_Input_Lbl_Prompt 3000
 #define Frm_Input_Fld_Answer 3001

@@ -1,4 +1,4 @@
-// Creation of a window: its dialogs, menus, binders and tooltips, and their positions for a dpi.
+// Creation of a window: its dialogs, menus, binders and tooltips.
 #include <windows.h>
 
 #include <uxtheme.h>
@@ -131,52 +131,6 @@ void WindowView::MakeTooltips() {
     }
 }
 
-void WindowView::TakeDpi(int dpi, const RECT* suggested) {
-    dpi_ = dpi;
-    OwnedFont font = WindowFont(dpi);
-    const SIZE inside = layout_.Apply(font.get());
-    for (const Page& page : pages_) {
-        page.layout.Apply(font.get());
-    }
-    font_ = std::move(font);
-    for (const auto& binder : binders_) {
-        binder->Rescale(dpi);
-    }
-    large_icon_ =
-        LoadPicture(IDI_Product, GetSystemMetricsForDpi(SM_CXICON, static_cast<UINT>(dpi)));
-    small_icon_ =
-        LoadPicture(IDI_Product, GetSystemMetricsForDpi(SM_CXSMICON, static_cast<UINT>(dpi)));
-    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large_icon_.get()));
-    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon_.get()));
-
-    RECT outer{0, 0, inside.cx, inside.cy};
-    AdjustWindowRectExForDpi(&outer, static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_STYLE)),
-                             GetMenu(window_) != nullptr,
-                             static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_EXSTYLE)),
-                             static_cast<UINT>(dpi));
-    SetWindowPos(window_, nullptr, suggested ? suggested->left : 0, suggested ? suggested->top : 0,
-                 outer.right - outer.left, outer.bottom - outer.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE | (suggested ? 0U : static_cast<UINT>(SWP_NOMOVE)));
-    StoreSize();
-    PlacePages();
-    InvalidateRect(window_, nullptr, TRUE);
-}
-
-void WindowView::PlacePages() {
-    const HWND tabs = GetDlgItem(window_, TAB_Backup);
-    if (!tabs) {
-        return;
-    }
-    RECT area{};
-    GetWindowRect(tabs, &area);
-    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&area), 2);
-    SendMessageW(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
-    for (const Page& page : pages_) {
-        SetWindowPos(page.window, HWND_TOP, area.left, area.top, area.right - area.left,
-                     area.bottom - area.top, SWP_NOACTIVATE);
-    }
-}
-
 void WindowView::ShowPage(int page) {
     const bool page_had_focus = [&] {
         for (const Page& each : pages_) {
@@ -198,24 +152,6 @@ void WindowView::ShowPage(int page) {
         SetFocus(GetDlgItem(window_, TAB_Backup));
     }
     TrackFocus();
-}
-
-void WindowView::Centre() {
-    const HWND owner = GetWindow(window_, GW_OWNER);
-    RECT over{};
-    if (owner && IsWindowVisible(owner) && !IsIconic(owner)) {
-        GetWindowRect(owner, &over);
-    } else {
-        MONITORINFO monitor{};
-        monitor.cbSize = sizeof monitor;
-        GetMonitorInfoW(MonitorFromWindow(window_, MONITOR_DEFAULTTOPRIMARY), &monitor);
-        over = monitor.rcWork;
-    }
-    RECT own{};
-    GetWindowRect(window_, &own);
-    SetWindowPos(window_, nullptr, (over.left + over.right - (own.right - own.left)) / 2,
-                 (over.top + over.bottom - (own.bottom - own.top)) / 2, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void WindowView::SetMenuText(int id, const std::string& text) {

@@ -1,7 +1,5 @@
 #include "views/win32/window_view.h"
 
-#include <cmath>
-
 #include "forms/controls.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
@@ -14,19 +12,10 @@ namespace {
 
 constexpr UINT kActivateMessage = WM_APP + 1;
 constexpr UINT kHelpMessage = WM_APP + 2;
-constexpr double kTwipsAnInch = 1440;
 
 // Of a key message's lParam.
 constexpr LPARAM kWithAlt = 1 << 29;
 constexpr LPARAM kHeldDown = 1 << 30;
-
-int TwipsOf(LONG pixels, int dpi) {
-    return static_cast<int>(std::nearbyint(static_cast<double>(pixels) * kTwipsAnInch / dpi));
-}
-
-int PixelsOf(int twips, int dpi) {
-    return static_cast<int>(std::nearbyint(static_cast<double>(twips) * dpi / kTwipsAnInch));
-}
 
 }  // namespace
 
@@ -70,13 +59,6 @@ void Taskbar::ShowProgress(HWND window, int percent) {
     }
 }
 
-void WindowView::Show() {
-    Resized();
-    Centre();
-    ShowWindow(window_, SW_SHOW);
-    UpdateWindow(window_);
-}
-
 void WindowView::Hide() { ShowWindow(window_, SW_HIDE); }
 
 void WindowView::SetOwner(HWND owner) {
@@ -87,6 +69,7 @@ void WindowView::Destroy() {
     if (!form_) {
         return;
     }
+    RememberPlacement();
     form_->Bind(nullptr);
     by_id_.clear();
     for (const auto& binder : binders_) {
@@ -130,21 +113,6 @@ void WindowView::Changed(Aspect aspect) {
         default:
             break;
     }
-}
-
-void WindowView::StoreSize() {
-    RECT outer{};
-    GetWindowRect(window_, &outer);
-    form_->MarkSize(TwipsOf(outer.right - outer.left, dpi_),
-                    TwipsOf(outer.bottom - outer.top, dpi_));
-}
-
-void WindowView::Resized() {
-    StoreSize();
-    manager_.RunGuarded([this] {
-        const forms::HandlerScope scope(*form_);
-        form_->Form_Resize();
-    });
 }
 
 void WindowView::PaintBoxes(HDC device) const {
@@ -241,12 +209,23 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             }
             return TRUE;
         case WM_SIZE:
-            if (Binder* bar = Find(Sta_Mainmenu)) {
-                bar->Rescale(dpi_);
+            if (wparam == SIZE_MINIMIZED) {
+                return TRUE;
             }
-            if (form_->Visible() && wparam != SIZE_MINIMIZED) {
+            Arrange();
+            TrackPlacement();
+            if (form_->Visible()) {
                 Resized();
             }
+            return TRUE;
+        case WM_MOVE:
+            TrackPlacement();
+            return TRUE;
+        case WM_GETMINMAXINFO:
+            if (!IsResizable()) {
+                return FALSE;
+            }
+            reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = MinSize();
             return TRUE;
         case WM_ERASEBKGND:
             if (!HasBoxes()) {

@@ -52,7 +52,8 @@ class WindowView : public forms::ControlView, public BinderWindow {
     // The form while the window is there, otherwise nullptr.
     forms::Form* form() const { return form_; }
 
-    // Form_Resize, then shows the window, centred over its owner or on the screen.
+    // Form_Resize, then shows the window: in the size that it had when it was closed last, if it
+    // can be resized; over its owner, at its last position, or in the middle of the screen.
     void Show();
     void Hide();
     void SetOwner(HWND owner);
@@ -92,8 +93,6 @@ class WindowView : public forms::ControlView, public BinderWindow {
     void Command(int id, WORD code);
     void WantHelp();
     void Activate();
-    void StoreSize();
-    void Resized();
     void PaintBoxes(HDC device) const;
 
     HWND MakeDialog(const wchar_t* name, HWND parent, Layout& layout);
@@ -101,11 +100,24 @@ class WindowView : public forms::ControlView, public BinderWindow {
     void LoadMenus();
     void MakeBinders();
     void MakeTooltips();
-    void TakeDpi(int dpi, const RECT* suggested);
-    void PlacePages();
-    void Centre();
     HWND RealControl(int id) const;
     Binder* Find(int id) const;
+
+    // Size and position: window_size.cpp.
+    bool IsResizable() const;
+    void TakeDpi(int dpi, const RECT* suggested);
+    void LoadIcons();
+    SIZE OuterSize(SIZE inside) const;
+    POINT MinSize() const;
+    // Moves the controls to their positions for the window's size.
+    void Arrange();
+    void PlacePages();
+    void MarkSize();
+    void Resized();
+    // True when the window was maximized.
+    bool Place();
+    void TrackPlacement();
+    void RememberPlacement() const;
 
     forms::WindowManager& manager_;
     Taskbar& taskbar_;
@@ -120,6 +132,10 @@ class WindowView : public forms::ControlView, public BinderWindow {
     std::vector<std::unique_ptr<Binder>> binders_;
     std::map<int, Binder*> by_id_;
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
+    SIZE designed_inside_{};  // pixels at dpi_
+    SIZE extra_{};            // what the inside is larger than that
+    forms::Area normal_{};    // the window while it is neither maximized nor minimized
+    bool shown_ = false;
     bool activation_posted_ = false;
     bool help_key_held_ = false;
     bool help_wanted_ = false;  // the message that opens the help is posted
