@@ -129,7 +129,9 @@ set(VIEWS_WIN32_SOURCES
     views/win32/binder.cpp
     views/win32/dialogs.cpp
     views/win32/layout.cpp
+    views/win32/own_texts.cpp
     views/win32/text.cpp
+    views/win32/tooltips.cpp
     views/win32/win32_desktop.cpp
     views/win32/window_parts.cpp
     views/win32/window_resources.cpp
@@ -227,6 +229,7 @@ set(VIEWS_HOST_TESTS
 set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/support/test_services.cpp
+    tests/views/looks_test.cpp
     tests/views/menu_person.cpp
     tests/views/modal_screen_test.cpp
     tests/views/poisoned_memory.cpp

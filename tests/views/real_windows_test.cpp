@@ -6,6 +6,7 @@
 #include "app/Frm_Splash.h"
 #include "tests/views/real_program.h"
 #include "ui/Frm_Mainmenu.h"
+#include "views/win32/own_texts.h"
 
 namespace vantrel::test {
 
@@ -144,24 +145,18 @@ TEST_F(RealMainWindow, MenuBarHoldsFileWithItsExit) {
 }
 
 TEST_F(RealMainWindow, EachToolTipIsThereAndLabelsThatHaveOneTakeTheMouse) {
-    const HWND top = TopOf(window);
-    const HWND tips = WindowWhere(nullptr, [top](HWND each) {
-        return ClassOf(each) == TOOLTIPS_CLASSW && GetWindow(each, GW_OWNER) == top;
-    });
-    ASSERT_NE(nullptr, tips);
-    const auto tip_of = [tips](const forms::Control& control) {
+    const auto tip_of = [](const forms::Control& control) {
         const HWND handle = HandleOf(control);
-        std::wstring text(100, L'\0');
-        TTTOOLINFOW tool{};
-        tool.cbSize = sizeof tool;
-        tool.hwnd = GetParent(handle);
-        tool.uId = reinterpret_cast<UINT_PTR>(handle);
-        tool.lpszText = text.data();
-        Send(tips, TTM_GETTEXTW, text.size(), reinterpret_cast<LPARAM>(&tool));
-        text.resize(std::wcslen(text.c_str()));
-        return views::Utf8(text);
+        NMTTDISPINFOW question{};
+        question.hdr.idFrom = reinterpret_cast<UINT_PTR>(handle);
+        question.hdr.code = TTN_GETDISPINFOW;
+        Send(GetParent(handle), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&question));
+        return question.lpszText ? views::Utf8(question.lpszText) : "";
     };
-    EXPECT_EQ(Seen([](auto& each) { return each.Tooltip(); }), Seen(tip_of));
+    const auto given_or_own = [](const forms::Control& control) {
+        return control.Tooltip().empty() ? views::OwnTip(IdOf(control)) : control.Tooltip();
+    };
+    EXPECT_EQ(Seen(given_or_own), Seen(tip_of));
     for (const forms::Control* control : window.controls()) {
         const HWND handle = control->Tooltip().empty() ? nullptr : HandleOf(*control);
         if (!handle || ClassOf(handle) != L"Static") {

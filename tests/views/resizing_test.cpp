@@ -203,7 +203,9 @@ TEST_F(Resizing, RunWindowIsResizedAndComesBackInThatSize) {
         list = PlaceOf(backup.Lst_Details);
         Enlarge(TopOf(backup), 120, 80);
         before = OuterOf(TopOf(backup));
-        EXPECT_EQ("0 0 120 80", Moved(list, PlaceOf(backup.Lst_Details)));
+        const RECT enlarged = PlaceOf(backup.Lst_Details);
+        EXPECT_EQ(120, enlarged.right - list.right);
+        EXPECT_NEAR(80, enlarged.bottom - list.bottom, 15);  // in full rows
         program.desktop.Unload(backup);
     }
     RunWindow backup(program);

@@ -66,6 +66,8 @@ class MainWindow : public EventfulForm {
     forms::Picture Img_Set{*this, "Img_Set"};
     forms::Label Lbl_RestoreSet{*this, "Lbl_RestoreSet", "&Backup Set"};
     forms::ComboBox Cmb_BackupSet{*this, "Cmb_BackupSet"};
+    forms::Label Fld_BackupWhere{*this, "Fld_BackupWhere"};
+    forms::Button Cmd_AddNew{*this, "Cmd_AddNew", "New Backup"};
     forms::Button Cmd_Backup{*this, "Cmd_Backup", "&Backup Now"};
     forms::Panel SSP_TotalFiles{*this, "SSP_TotalFiles"};
     forms::FileList Fil_INI{*this, "Fil_INI", "*.INI"};

@@ -59,7 +59,7 @@ class ListBinder : public Binder {
         if (aspect == Aspect::kItems) {
             ShowEntries();
         }
-        if (aspect == Aspect::kItems || aspect == Aspect::kSelection) {
+        if (aspect == Aspect::kSelection) {
             ShowSelection();
         }
     }
@@ -82,6 +82,8 @@ class ListBinder : public Binder {
             Send(messages_.add, 0, reinterpret_cast<LPARAM>(text.c_str()));
             Added(text);
         }
+        // Before it is painted, since it scrolls.
+        ShowSelection();
         SendMessageW(handle(), WM_SETREDRAW, TRUE, 0);
         InvalidateRect(handle(), nullptr, TRUE);
     }

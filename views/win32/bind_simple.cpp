@@ -46,23 +46,22 @@ class LabelBinder : public CaptionBinder {
         SetBkMode(device, TRANSPARENT);
         return static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
     }
-    // Owner-drawn are the label that changes its colour, and the values that the program shows: one
-    // line in a thin frame, a long path shortened in its middle.
+    // Owner-drawn are the label that changes its colour, and the values that the program shows.
     void Draw(const DRAWITEMSTRUCT& item) override {
-        RECT area = item.rcItem;
-        DrawThemeParentBackground(handle(), item.hDC, &area);
-        if (id() != Lbl_WebAddress) {
-            FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
-            const int indent = (area.bottom - area.top) / 5;
-            InflateRect(&area, -indent, -1);
-        }
         SetBkMode(item.hDC, TRANSPARENT);
-        const bool text_color = label_.ForeColor() == forms::Label::Color::kButtonText;
-        SetTextColor(item.hDC, GetSysColor(text_color ? COLOR_BTNTEXT : COLOR_HIGHLIGHTTEXT));
-        const bool path = label_.Caption().find('\\') != std::string::npos;
-        DrawTextW(item.hDC, Wide(label_.Caption()).c_str(), -1, &area,
-                  DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER |
-                      static_cast<UINT>(path ? DT_PATH_ELLIPSIS : DT_END_ELLIPSIS));
+        if (id() == Lbl_WebAddress) {
+            DrawBlinking(item.hDC, item.rcItem);
+        } else {
+            DrawValue(item.hDC, item.rcItem);
+        }
+    }
+    std::string ShortenedText() const override {
+        RECT area{};
+        GetClientRect(handle(), &area);
+        area = TextArea(area);
+        const bool fits =
+            TextDevice(handle()).WidthOf(Wide(label_.Caption())) <= area.right - area.left;
+        return fits || !ShortensText() ? "" : label_.Caption();
     }
 
   protected:
@@ -75,6 +74,50 @@ class LabelBinder : public CaptionBinder {
     }
 
   private:
+    bool IsOwnerDrawn() const { return StyleType() == SS_OWNERDRAW; }
+    LONG_PTR StyleType() const { return GetWindowLongPtrW(handle(), GWL_STYLE) & SS_TYPEMASK; }
+    // Otherwise a long text is broken into lines.
+    bool ShortensText() const {
+        return IsOwnerDrawn() || GetWindowLongPtrW(handle(), GWL_STYLE) & SS_ELLIPSISMASK;
+    }
+    // Of the area of the control, what its text takes.
+    RECT TextArea(RECT area) const {
+        if (IsOwnerDrawn() && id() != Lbl_WebAddress) {
+            const int indent = (area.bottom - area.top) / 5;
+            InflateRect(&area, -indent, -1);
+        }
+        return area;
+    }
+
+    // The second of its two colours is meant for the background of selected text, and can be the
+    // colour of the page.
+    void DrawBlinking(HDC device, RECT area) const {
+        DrawThemeParentBackground(handle(), device, &area);
+        const std::wstring text = Wide(label_.Caption());
+        const bool highlighted = label_.ForeColor() == forms::Label::Color::kHighlightText;
+        if (highlighted) {
+            RECT behind = area;
+            DrawTextW(device, text.c_str(), -1, &behind, DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
+            behind.bottom = area.bottom;
+            FillRect(device, &behind, GetSysColorBrush(COLOR_HIGHLIGHT));
+        }
+        SetTextColor(device, GetSysColor(highlighted ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
+        DrawTextW(device, text.c_str(), -1, &area, DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER);
+    }
+
+    // One line in a thin frame on the colour of what cannot be edited. A long path is shortened in
+    // its middle.
+    void DrawValue(HDC device, RECT area) const {
+        FillRect(device, &area, GetSysColorBrush(COLOR_BTNFACE));
+        FrameRect(device, &area, GetSysColorBrush(COLOR_BTNSHADOW));
+        area = TextArea(area);
+        SetTextColor(device, GetSysColor(COLOR_BTNTEXT));
+        const bool path = label_.Caption().find('\\') != std::string::npos;
+        DrawTextW(device, Wide(label_.Caption()).c_str(), -1, &area,
+                  DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER |
+                      static_cast<UINT>(path ? DT_PATH_ELLIPSIS : DT_END_ELLIPSIS));
+    }
+
     forms::Label& label_;
 };
 

@@ -5,6 +5,7 @@
 
 #include "common/error.h"
 #include "forms/form.h"
+#include "views/win32/own_texts.h"
 #include "views/win32/text.h"
 
 namespace vantrel::views {
@@ -114,6 +115,12 @@ void Binder::Rescale(int dpi) {
     }
     SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     font_ = std::move(font);
+}
+
+std::string Binder::Tip() const {
+    const std::string tip = control_.Tooltip().empty() ? OwnTip(id_) : control_.Tooltip();
+    const std::string text = ShortenedText();
+    return tip.empty() || text.empty() ? tip + text : tip + "\r\n" + text;
 }
 
 namespace {

@@ -67,6 +67,9 @@ class Binder : public forms::ControlView {
     virtual void Tick() {}
     // Colours of a static text; nullptr leaves the system's.
     virtual HBRUSH Colors(HDC) { return nullptr; }
+    // What the pointer shows: the given tool tip or our own, and below it the text of the control
+    // if that is shown shortened.
+    std::string Tip() const;
     // Fonts and pictures for another dpi. The real control has its new position already.
     virtual void Rescale(int dpi);
 
@@ -75,6 +78,8 @@ class Binder : public forms::ControlView {
     // Whether an aspect may change thousands of times a second. It is then shown the next time that
     // the message queue is read, because nothing is painted before.
     virtual bool Defers(forms::Aspect) const { return false; }
+    // The full text of a control that shows it shortened; "" for any other.
+    virtual std::string ShortenedText() const { return ""; }
     bool ShouldShow() const;
 
     BinderWindow& window_;

@@ -112,22 +112,11 @@ void WindowView::MakeBinders() {
 }
 
 void WindowView::MakeTooltips() {
-    tooltip_ =
-        CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                        WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
-                        CW_USEDEFAULT, CW_USEDEFAULT, window_, nullptr, Program(), nullptr);
+    tooltips_.Attach(window_);
     for (const auto& binder : binders_) {
-        if (!binder->handle() || binder->control().Tooltip().empty()) {
-            continue;
+        if (binder->handle()) {
+            tooltips_.Add(binder->handle());
         }
-        std::wstring text = Wide(binder->control().Tooltip());
-        TTTOOLINFOW tool{};
-        tool.cbSize = sizeof tool;
-        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-        tool.hwnd = GetParent(binder->handle());
-        tool.uId = reinterpret_cast<UINT_PTR>(binder->handle());
-        tool.lpszText = text.data();
-        SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
     }
 }
 
@@ -187,6 +176,31 @@ void WindowView::PopUpMenu(int id) {
     // The handler that opened the menu gets the errors of what was chosen.
     if (Binder* binder = chosen ? Find(chosen) : nullptr) {
         binder->Command(0);
+    }
+}
+
+// The dialog manager marks buttons as the keyboard moves, but not when a program moves it, across
+// the pages of the tabs, or to another window.
+void WindowView::MarkDefaultButton() {
+    HWND marked = nullptr;
+    if (focus_) {
+        const LRESULT kind = SendMessageW(focus_, WM_GETDLGCODE, 0, 0);
+        const LRESULT id = SendMessageW(window_, DM_GETDEFID, 0, 0);
+        if (kind & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) {
+            marked = focus_;
+        } else if (HIWORD(id) == DC_HASDEFID) {
+            marked = GetDlgItem(window_, LOWORD(id));
+        }
+    }
+    for (const auto& binder : binders_) {
+        if (binder->control().kind() != forms::Kind::kButton) {
+            continue;
+        }
+        const HWND button = binder->handle();
+        const LONG_PTR style = button == marked ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+        if ((GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) != style) {
+            SendMessageW(button, BM_SETSTYLE, static_cast<WPARAM>(style), TRUE);
+        }
     }
 }
 

@@ -66,6 +66,7 @@ const wchar_t* WindowFace(int dpi) {
 
 // The sizes that every picture is drawn in, in pixels (scripts/make-icon).
 constexpr int kSizes[] = {16, 20, 24, 32, 40, 48, 64, 96};
+constexpr int kLargestProduct = 128;  // for the splash at 192 dpi
 
 }  // namespace
 
@@ -97,6 +98,9 @@ OwnedIcon LoadPicture(int picture, int pixels) {
         if (candidate <= pixels) {
             size = candidate;
         }
+    }
+    if (picture == IDI_Product && pixels >= kLargestProduct) {
+        size = kLargestProduct;
     }
     return OwnedIcon(
         static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(picture),

@@ -16,6 +16,8 @@ using forms::Area;
 
 namespace {
 
+constexpr int kMaxTipWidth = 500;  // pixels at 96 dpi; longer texts are broken into lines
+
 Area AreaOf(const RECT& area) { return {area.left, area.top, area.right, area.bottom}; }
 
 Area OuterArea(HWND window) {
@@ -71,6 +73,7 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
         binder->Rescale(dpi);
     }
     LoadIcons();
+    tooltips_.SetWidth(MulDiv(kMaxTipWidth, dpi, USER_DEFAULT_SCREEN_DPI));
     if (suggested && IsZoomed(window_)) {
         MoveTo(window_, AreaOf(*suggested));
     } else {

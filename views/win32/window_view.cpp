@@ -1,5 +1,7 @@
 #include "views/win32/window_view.h"
 
+#include <utility>
+
 #include "forms/controls.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
@@ -140,6 +142,11 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             return TRUE;
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
+            if (const HWND control = Tooltips::AskedFor(header)) {
+                const Binder* binder = Find(GetDlgCtrlID(control));
+                tooltips_.Answer(header, binder ? binder->Tip() : "");
+                return FALSE;
+            }
             TrackFocus();
             if (Binder* binder = Find(static_cast<int>(header.idFrom))) {
                 manager_.RunGuarded([&] { binder->Notify(header); });
@@ -197,6 +204,9 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             help_key_held_ = false;
             if (LOWORD(wparam) != WA_INACTIVE) {
                 manager_.WindowActivated(*form_);
+            } else {
+                focus_ = nullptr;
+                MarkDefaultButton();
             }
             return FALSE;  // the dialog manager restores the focus
         case WM_TIMER:
@@ -302,6 +312,7 @@ void WindowView::WantHelp() {
 }
 
 bool WindowView::PreTranslate(MSG& message) {
+    tooltips_.Relay(message);
     const bool control_key = GetKeyState(VK_CONTROL) < 0;
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && control_key) {
         if (Binder* binder = Find(TAB_Backup)) {
@@ -339,6 +350,9 @@ void WindowView::TrackFocus() {
     const HWND focus = GetFocus();
     if (!form_ || !focus || !IsChild(window_, focus)) {
         return;
+    }
+    if (std::exchange(focus_, focus) != focus) {
+        MarkDefaultButton();
     }
     if (Binder* binder = Find(GetDlgCtrlID(focus))) {
         form_->MarkActive(&binder->control());

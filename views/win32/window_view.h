@@ -17,6 +17,7 @@
 #include "forms/window_manager.h"
 #include "views/win32/binder.h"
 #include "views/win32/layout.h"
+#include "views/win32/tooltips.h"
 
 namespace vantrel::views {
 
@@ -100,6 +101,8 @@ class WindowView : public forms::ControlView, public BinderWindow {
     void LoadMenus();
     void MakeBinders();
     void MakeTooltips();
+    // Gives the look of the default button to the one that Enter presses, if there is one.
+    void MarkDefaultButton();
     HWND RealControl(int id) const;
     Binder* Find(int id) const;
 
@@ -123,7 +126,8 @@ class WindowView : public forms::ControlView, public BinderWindow {
     Taskbar& taskbar_;
     forms::Form* form_;
     HWND window_ = nullptr;
-    HWND tooltip_ = nullptr;
+    Tooltips tooltips_;
+    HWND focus_ = nullptr;  // has the keyboard; nullptr while another window is in front
     Layout layout_;
     std::vector<Page> pages_;
     OwnedFont font_;

@@ -1,0 +1,159 @@
+// What the windows look like: buttons, values, lists, and what the pointer shows.
+#include "tests/views/real_controls.h"
+#include "tests/views/win32_user.h"
+#include "tests/views/windows_under_test.h"
+
+namespace vantrel::test {
+
+namespace {
+
+template <typename Window>
+class Looks : public WindowFixture<Window> {
+  protected:
+    // The buttons of the program that look like the default one.
+    static Lines MarkedButtons() {
+        Lines names;
+        const auto note = [&](HWND each) {
+            const LONG_PTR type = GetWindowLongPtrW(each, GWL_STYLE) & BS_TYPEMASK;
+            if (ClassOf(each) == L"Button" && IsWindowVisible(each) && type == BS_DEFPUSHBUTTON) {
+                names.push_back(views::TextOf(each));
+            }
+            return false;
+        };
+        WindowWhere(nullptr, [&](HWND top) { return WindowWhere(top, note) != nullptr; });
+        return names;
+    }
+    // The tip that appears while the pointer rests on the control.
+    std::string TipOver(const forms::Control& control) {
+        const HWND handle = HandleOf(control);
+        POINT middle = MiddleOf(ClientOf(handle));
+        ClientToScreen(handle, &middle);
+        SetCursorPos(middle.x - 1, middle.y);
+        SetCursorPos(middle.x, middle.y);
+        const HWND top = TopOf(this->window);
+        HWND tip = nullptr;
+        static_cast<Win32User&>(*this->user).WaitUntil([&] {
+            tip = WindowWhere(nullptr, [top](HWND each) {
+                return ClassOf(each) == TOOLTIPS_CLASSW && IsWindowVisible(each) &&
+                       GetWindow(each, GW_OWNER) == top;
+            });
+            return tip != nullptr;
+        });
+        const std::string text = views::TextOf(tip);
+        Send(tip, TTM_POP);
+        return text;
+    }
+};
+
+using MainLooks = Looks<MainWindow>;
+using RunLooks = Looks<RunWindow>;
+
+TEST_F(MainLooks, OnlyTheButtonWithTheKeyboardLooksLikeTheDefault) {
+    EXPECT_EQ(Lines{}, MarkedButtons());
+    for (forms::Button* button : {&window.Cmd_AddNew, &window.Cmd_Backup}) {
+        button->SetFocus();
+        Happened();
+        EXPECT_EQ(Lines{button->Caption()}, MarkedButtons());
+    }
+    window.Cmb_BackupSet.SetFocus();
+    Happened();
+    EXPECT_EQ(Lines{}, MarkedButtons());
+}
+
+TEST_F(MainLooks, ButtonOfAnotherPageDoesNotKeepTheLook) {
+    window.Cmd_Backup.SetFocus();
+    Happened();
+    window.TAB_Backup.SetTab(MainWindow::kLog);
+    Happened();
+    window.TAB_Backup.SetTab(MainWindow::kBackup);
+    Happened();
+    EXPECT_EQ(Lines{}, MarkedButtons());
+}
+
+TEST_F(MainLooks, WindowBehindADialogHasNoDefaultButton) {
+    window.Cmd_AddNew.SetFocus();
+    Happened();
+    OptionsWindow options(program);
+    program.desktop.ShowModeless(options);
+    Happened();
+    EXPECT_EQ(Lines{"OK"}, MarkedButtons());
+    program.desktop.Unload(options);
+}
+
+TEST_F(RunLooks, DetailsHaveNoHalfRowInAnySize) {
+    const HWND list = HandleOf(window.Lst_Details);
+    const auto rest = [&] { return ClientOf(list).bottom % Send(list, LB_GETITEMHEIGHT); };
+    EXPECT_EQ(0, rest());
+    RECT outer{};
+    GetWindowRect(TopOf(window), &outer);
+    for (int more = 1; more < 20; ++more) {
+        SetWindowPos(TopOf(window), nullptr, 0, 0, outer.right - outer.left,
+                     outer.bottom - outer.top + more, SWP_NOMOVE | SWP_NOZORDER);
+        EXPECT_EQ(0, rest()) << more;
+    }
+}
+
+TEST_F(RunLooks, WideLineTakesNoRowFromTheDetails) {
+    const RECT before = ClientOf(HandleOf(window.Lst_Details));
+    window.Lst_Details.Add(std::string(500, 'W'));
+    Happened();
+    EXPECT_EQ(before.bottom, ClientOf(HandleOf(window.Lst_Details)).bottom);
+}
+
+TEST_F(MainLooks, BlinkingAddressHasABackgroundOfItsOwnWhileItIsHighlighted) {
+    window.TAB_Backup.SetTab(MainWindow::kAbout);
+    Happened();
+    const HWND label = HandleOf(window.Lbl_WebAddress);
+    const auto highlight = [&] {
+        return PixelsOf(label, ClientOf(label), GetSysColor(COLOR_HIGHLIGHT));
+    };
+    EXPECT_EQ(0, highlight());
+    window.Lbl_WebAddress.SetForeColor(forms::Label::Color::kHighlightText);
+    Happened();
+    const int with_text = highlight();
+    EXPECT_LT(100, with_text);
+    EXPECT_LT(20, PixelsOf(label, ClientOf(label), GetSysColor(COLOR_HIGHLIGHTTEXT)));
+    window.Lbl_WebAddress.SetForeColor(forms::Label::Color::kButtonText);
+    Happened();
+    EXPECT_EQ(0, highlight());
+}
+
+TEST_F(MainLooks, ValuesStandOnTheColorOfWhatCannotBeEdited) {
+    const HWND value = HandleOf(window.Fld_BackupWhere);
+    const RECT inside = ClientOf(value);
+    const RECT line{2, 1, inside.right - 2, 2};
+    EXPECT_EQ(line.right - line.left, PixelsOf(value, line, GetSysColor(COLOR_BTNFACE)));
+    EXPECT_NE(GetSysColor(COLOR_BTNFACE), GetSysColor(COLOR_WINDOW));
+}
+
+TEST_F(MainLooks, TipOfAShortenedPathHasThePathBelowTheGivenText) {
+    const std::string path = "E:\\Backups\\" + std::string(60, 'W') + "\\Archive\\";
+    window.Fld_BackupWhere.SetTooltip("Location of the Backup File");
+    window.Fld_BackupWhere.SetCaption(path);
+    Happened();
+    EXPECT_EQ("Location of the Backup File\r\n" + path, TipOver(window.Fld_BackupWhere));
+}
+
+TEST_F(MainLooks, TipOfAPathThatFitsIsTheGivenText) {
+    window.Fld_BackupWhere.SetTooltip("Location of the Backup File");
+    window.Fld_BackupWhere.SetCaption("E:\\");
+    Happened();
+    EXPECT_EQ("Location of the Backup File", TipOver(window.Fld_BackupWhere));
+}
+
+TEST_F(MainLooks, DisabledControlShowsItsTip) {
+    window.Cmd_Backup.SetTooltip("Start the Backup Now!");
+    window.Cmd_Backup.SetEnabled(false);
+    Happened();
+    EXPECT_EQ("Start the Backup Now!", TipOver(window.Cmd_Backup));
+}
+
+TEST_F(MainLooks, ControlWithoutAGivenTipShowsOurOwn) {
+    window.TAB_Backup.SetTab(MainWindow::kLog);
+    Happened();
+    EXPECT_NE("", TipOver(window.Fld_Log));
+}
+
+}  // namespace
+
+}  // namespace vantrel::test
