@@ -29,11 +29,18 @@ foreach(picture product folder open_folder protected_folder backup_set files arc
         DEPENDS scripts/make-icon ${VANTREL_DRAWING} VERBATIM)
     list(APPEND VANTREL_PICTURES ${VANTREL_GENERATED}/${picture}.ico)
 endforeach()
-add_custom_command(
-    OUTPUT ${VANTREL_APP}/System/FileCopy.AVI
-    COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-animation
-            ${VANTREL_APP}/System/FileCopy.AVI
-    DEPENDS scripts/make-animation ${VANTREL_DRAWING} VERBATIM)
+set(VANTREL_CLIPS)
+function(vantrel_clip name dpi)
+    set(clip ${VANTREL_APP}/System/${name})
+    add_custom_command(
+        OUTPUT ${clip}
+        COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-animation ${clip} ${dpi}
+        DEPENDS scripts/make-animation ${VANTREL_DRAWING} VERBATIM)
+    set(VANTREL_CLIPS ${VANTREL_CLIPS} ${clip} PARENT_SCOPE)
+endfunction()
+vantrel_clip(FileCopy.AVI 96)
+vantrel_clip(FileCopy-144.AVI 144)
+vantrel_clip(FileCopy-192.AVI 192)
 
 # The page that F1 opens.
 add_custom_command(
@@ -82,14 +89,14 @@ endfunction()
 if(VANTREL_EXE_SOURCES)
     vantrel_windows_program(Vantrel ${VANTREL_EXE_SOURCES})
     set_target_properties(Vantrel PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VANTREL_APP})
-    add_custom_target(vantrel_clip ALL DEPENDS ${VANTREL_APP}/System/FileCopy.AVI)
+    add_custom_target(vantrel_clip ALL DEPENDS ${VANTREL_CLIPS})
     add_custom_target(vantrel_guide ALL DEPENDS ${VANTREL_APP}/guide.html)
     add_dependencies(Vantrel vantrel_clip vantrel_guide)
 
     # The files of a package, without those that a user has added: `cmake --install`.
     install(TARGETS Vantrel RUNTIME DESTINATION .)
     install(FILES ${VANTREL_GENERATED}/Vantrel.Cfg ${VANTREL_APP}/guide.html DESTINATION .)
-    install(FILES ${VANTREL_APP}/System/FileCopy.AVI DESTINATION System)
+    install(FILES ${VANTREL_CLIPS} DESTINATION System)
 endif()
 if(VANTREL_TESTS)
     vantrel_windows_program(view_gallery EXCLUDE_FROM_ALL tests/views/gallery.cpp)

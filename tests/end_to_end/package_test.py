@@ -16,7 +16,8 @@ import log_file
 import window
 
 PACKAGES = Path(os.environ.get("VANTREL_PACKAGES", harness.ROOT / "build" / "packages-quick"))
-CONTENTS = ["System/FileCopy.AVI", "Vantrel.Cfg", "Vantrel.exe", "guide.html"]
+CONTENTS = ["System/FileCopy-144.AVI", "System/FileCopy-192.AVI", "System/FileCopy.AVI",
+            "Vantrel.Cfg", "Vantrel.exe", "guide.html"]
 MACHINES = {"x64": 0x8664, "x86": 0x14C}
 RUNNING = 3  # the installer's exit code
 UNINSTALL_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Vantrel"

@@ -100,6 +100,51 @@ TEST_F(RunLooks, WideLineTakesNoRowFromTheDetails) {
     EXPECT_EQ(before.bottom, ClientOf(HandleOf(window.Lst_Details)).bottom);
 }
 
+// From the first to the last column that is not plain background.
+int PaintedWidth(HWND control) {
+    const RECT inside = ClientOf(control);
+    const auto painted = [&](LONG x) {
+        return PixelsOf(control, {x, 0, x + 1, inside.bottom}, GetSysColor(COLOR_BTNFACE)) <
+               inside.bottom;
+    };
+    LONG first = 0;
+    LONG last = inside.right - 1;
+    while (first < last && !painted(first)) {
+        ++first;
+    }
+    while (last > first && !painted(last)) {
+        --last;
+    }
+    return static_cast<int>(last - first);
+}
+
+TEST_F(RunLooks, ClipScalesWithTheDpi) {
+    const HWND clip = HandleOf(window.Ani_File);
+    window.Ani_File.Open(program.InApplicationFolder("app\\System\\FileCopy.AVI"));
+    const auto width_at = [&](int dpi) {
+        RECT place{};
+        Send(TopOf(window), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        static_cast<Win32User&>(*user).WaitUntil([&] { return PaintedWidth(clip) > 0; });
+        EXPECT_TRUE(user->Playing(window.Ani_File)) << dpi;
+        return PaintedWidth(clip);
+    };
+    const int width = width_at(96);
+    EXPECT_LT(200, width);
+    EXPECT_NEAR(1.5 * width, width_at(144), 4);
+    EXPECT_NEAR(2.0 * width, width_at(192), 4);
+    EXPECT_EQ(width, width_at(96));
+}
+
+// Numbers of resource.h, whose names are macros.
+constexpr int kProductPicture = 1;
+constexpr int kFolderPicture = 2;
+
+TEST(Pictures, LogoIsDrawnInTwiceItsSizeForTheSplashAt192Dpi) {
+    EXPECT_EQ(64, views::PictureSize(views::LoadPicture(kProductPicture, 64).get()));
+    EXPECT_EQ(128, views::PictureSize(views::LoadPicture(kProductPicture, 128).get()));
+    EXPECT_EQ(96, views::PictureSize(views::LoadPicture(kFolderPicture, 128).get()));
+}
+
 TEST_F(MainLooks, BlinkingAddressHasABackgroundOfItsOwnWhileItIsHighlighted) {
     window.TAB_Backup.SetTab(MainWindow::kAbout);
     Happened();

@@ -133,6 +133,13 @@ class AnimationBinder : public Binder {
     AnimationBinder(BinderWindow& window, forms::Animation& clip, HWND handle, int id)
         : Binder(window, clip, handle, id), clip_(clip) {}
 
+    void Rescale(int dpi) override {
+        if (std::exchange(dpi_, dpi) != dpi && !open_.empty()) {
+            open_.clear();
+            Show(Aspect::kValue);
+        }
+    }
+
   protected:
     void Show(Aspect aspect) override {
         if (aspect != Aspect::kValue) {
@@ -140,9 +147,7 @@ class AnimationBinder : public Binder {
         }
         if (clip_.Path() != open_) {
             open_ = clip_.Path();
-            const std::wstring path = Wide(open_);
-            SendMessageW(handle(), ACM_OPENW, 0,
-                         open_.empty() ? 0 : reinterpret_cast<LPARAM>(path.c_str()));
+            OpenForDpi();
         }
         if (clip_.Playing()) {
             SendMessageW(handle(), ACM_PLAY, static_cast<WPARAM>(-1), MAKELPARAM(0, -1));
@@ -152,8 +157,28 @@ class AnimationBinder : public Binder {
     }
 
   private:
+    // The control does not scale a clip: beside it are larger ones, "Clip-144.AVI" for 144 dpi and
+    // above. A clip without them is shown as it is.
+    void OpenForDpi() const {
+        for (const int dpi : {192, 144}) {
+            const std::size_t extension = open_.rfind('.');
+            if (dpi <= dpi_ && extension != std::string::npos &&
+                Open(open_.substr(0, extension) + "-" + std::to_string(dpi) +
+                     open_.substr(extension))) {
+                return;
+            }
+        }
+        Open(open_);
+    }
+    bool Open(const std::string& path) const {
+        const std::wstring wide = Wide(path);
+        return SendMessageW(handle(), ACM_OPENW, 0,
+                            path.empty() ? 0 : reinterpret_cast<LPARAM>(wide.c_str())) != 0;
+    }
+
     forms::Animation& clip_;
     std::string open_;
+    int dpi_ = USER_DEFAULT_SCREEN_DPI;
 };
 
 }  // namespace
