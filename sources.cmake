@@ -119,6 +119,7 @@ set(APP_SOURCES
     app/application.cpp)
 set(VIEWS_WIN32_SOURCES
     views/win32/anchors.cpp
+    views/win32/annotations.cpp
     views/win32/bind_folders.cpp
     views/win32/bind_lists.cpp
     views/win32/bind_pictures.cpp
@@ -229,6 +230,7 @@ set(VIEWS_HOST_TESTS
 set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/support/test_services.cpp
+    tests/views/accessibility_test.cpp
     tests/views/looks_test.cpp
     tests/views/menu_person.cpp
     tests/views/modal_screen_test.cpp

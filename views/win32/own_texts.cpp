@@ -16,28 +16,32 @@ struct OwnText {
 
 constexpr OwnText kTexts[] = {
     // Backup
+    {Cmb_BackupSet, "Backup Set", ""},
+    {Dri_DriveList, "Drive of the Folder to Backup", ""},
     {Cmd_Options_0, "Edit Options, Files to Backup", ""},
     {Cmd_Options_1, "Edit Options, Backup File Name", ""},
     {Cmd_Options_2, "Edit Options, Backup Options", ""},
     {Cmd_Navigate, "Choose the Backup Location", "Choose the Folder for the Backup File"},
     {Dir_DirList, "Folder to Backup", ""},
     // Restore
-    {Cmb_RestoreFile, "", "Select the Backup Set whose latest Backup is to be restored"},
+    {Cmb_RestoreFile, "What to Restore?",
+     "Select the Backup Set whose latest Backup is to be restored"},
     {Fld_RestoreFile, "", "The Zip File to Restore"},
     {Cmd_RestoreFile, "Browse for a Zip File to Restore", ""},
     {Fld_RestoreTo, "", "The Folder that is restored to"},
     {Cmd_RestoreTo, "Choose the Folder to Restore To", "Choose the Folder to Restore To"},
     {TV_Restore, "Contents of the Zip File", "The Files in the Zip File"},
-    {SSP_TotalFiles, "Progress of the Listing", ""},
     {Cmd_Restore, "", "Start the Restore Now"},
     {Cmd_Exit_1, "", "Exit this Product"},
+    // INI Edit
+    {Fil_INI, "INI File List", ""},
+    {Fld_INI, "INI File Contents", ""},
     // Log
     {Fld_Log, "Log", "The Records of the Log File, the newest last"},
     // Secure Data
     {Dri_SecureMode, "Drive", "Select the Drive whose Folders are shown"},
     {TV_SecureMode, "Folders",
      "Select a Folder, then press the right Mouse Button to protect it or to end its Protection"},
-    {SSP_ProgressSecure, "Progress of the Reading", ""},
     {Fld_SecureData, "About Protected Folders", "What protecting a Folder means"},
     // Runs
     {Frm_Backup_Ani_File, "Animation", ""},
@@ -53,14 +57,15 @@ constexpr OwnText kTexts[] = {
     {Frm_Restore_Cmd_Cancel, "", "Stop the Restore; restored Files stay"},
     {Frm_Restore_Cmd_Ok, "", "Close this Window"},
     // Dialogs
-    {Frm_BackupWhere_Dri_DriveList, "", "Select the Drive for the Backup File"},
-    {Frm_BackupWhere_Dir_DirList, "",
+    {Frm_BackupWhere_Dri_DriveList, "Drive", "Select the Drive for the Backup File"},
+    {Frm_BackupWhere_Dir_DirList, "Folder",
      "Select the Folder for the Backup File; a double Click opens it"},
     {Frm_BackupWhere_Cmd_NewFolder, "", "Make a new Folder"},
     {Frm_BackupWhere_Cmd_Ok, "", "Use this Folder"},
     {Frm_BackupWhere_Cmd_Cancel, "", "Close without a Change"},
-    {Frm_RestoreWhere_Dri_DriveList, "", "Select the Drive to restore to"},
-    {Frm_RestoreWhere_Dir_DirList, "", "Select the Folder to restore to; a double Click opens it"},
+    {Frm_RestoreWhere_Dri_DriveList, "Drive", "Select the Drive to restore to"},
+    {Frm_RestoreWhere_Dir_DirList, "Folder",
+     "Select the Folder to restore to; a double Click opens it"},
     {Frm_RestoreWhere_Cmd_NewFolder, "", "Make a new Folder"},
     {Frm_RestoreWhere_Cmd_Ok, "", "Use this Folder"},
     {Frm_RestoreWhere_Cmd_Cancel, "", "Close without a Change"},
@@ -69,8 +74,9 @@ constexpr OwnText kTexts[] = {
     {Frm_BackupOptions_Chk_MultiVolumeBackup, "",
      "The Backup may continue on further Disks; for removable Disks only"},
     {Frm_BackupOptions_Chk_BackupSubDirectories, "", "Backup the Folders inside the Folder, too"},
-    {Frm_BackupOptions_Fld_BackupFile, "", "Which Files, for example *.* or *.DOC"},
-    {Frm_BackupOptions_Fld_BackupFileName, "", "The Name of the Backup File without .zip"},
+    {Frm_BackupOptions_Fld_BackupFile, "Backup Files", "Which Files, for example *.* or *.DOC"},
+    {Frm_BackupOptions_Fld_BackupFileName, "Backup File Name",
+     "The Name of the Backup File without .zip"},
     {Frm_BackupOptions_Cmd_Ok, "", "Save the Options"},
     {Frm_BackupOptions_Cmd_Cancel, "", "Close without a Change"},
 };

@@ -1,9 +1,11 @@
 // Creation of a window: its dialogs, menus, binders and tooltips.
 #include <windows.h>
 
+#include <oleacc.h>
 #include <uxtheme.h>
 
 #include "common/error.h"
+#include "views/win32/own_texts.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
 #include "views/win32/window_resources.h"
@@ -40,6 +42,7 @@ WindowView::WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::F
     LoadMenus();
     MakeBinders();
     MakeTooltips();
+    NameControls();
     TakeDpi(static_cast<int>(GetDpiForWindow(window_)), nullptr);
     form.Bind(this);
 }
@@ -118,6 +121,38 @@ void WindowView::MakeTooltips() {
             tooltips_.Add(binder->handle());
         }
     }
+}
+
+// The system names a control by its text or by the label before it, and takes what the program
+// draws for text. Lists, trees and bars show no text of their own: it is their name, too.
+void WindowView::NameControls() {
+    using forms::Kind;
+    for (const auto& binder : binders_) {
+        const Kind kind = binder->control().kind();
+        const std::string name = OwnName(binder->id());
+        if (binder->handle() && !name.empty()) {
+            annotations_.SetName(binder->handle(), name);
+            if (kind == Kind::kListBox || kind == Kind::kFolderList || kind == Kind::kFileList ||
+                kind == Kind::kTree || kind == Kind::kProgressBar) {
+                SetTextOf(binder->handle(), name);
+            }
+        }
+        if (kind == Kind::kPanel) {
+            annotations_.SetRole(binder->handle(), ROLE_SYSTEM_PROGRESSBAR);
+        } else if (kind == Kind::kPicture) {
+            annotations_.SetRole(binder->handle(), ROLE_SYSTEM_GRAPHIC);
+        }
+    }
+}
+
+// Windows sends it to top windows only, and common controls keep brushes of their own.
+void WindowView::SystemColorsChanged() {
+    const auto forward = [](HWND control, LPARAM) -> BOOL {
+        SendMessageW(control, WM_SYSCOLORCHANGE, 0, 0);
+        return TRUE;
+    };
+    EnumChildWindows(window_, forward, 0);
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void WindowView::ShowPage(int page) {

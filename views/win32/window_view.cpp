@@ -72,6 +72,7 @@ void WindowView::Destroy() {
         return;
     }
     RememberPlacement();
+    annotations_.Clear();
     form_->Bind(nullptr);
     by_id_.clear();
     for (const auto& binder : binders_) {
@@ -243,6 +244,9 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             }
             PaintBoxes(reinterpret_cast<HDC>(wparam));
             SetWindowLongPtrW(window_, DWLP_MSGRESULT, TRUE);
+            return TRUE;
+        case WM_SYSCOLORCHANGE:
+            SystemColorsChanged();
             return TRUE;
         case WM_DPICHANGED:
             TakeDpi(LOWORD(wparam), reinterpret_cast<const RECT*>(lparam));

@@ -15,6 +15,7 @@
 
 #include "forms/form.h"
 #include "forms/window_manager.h"
+#include "views/win32/annotations.h"
 #include "views/win32/binder.h"
 #include "views/win32/layout.h"
 #include "views/win32/tooltips.h"
@@ -101,6 +102,8 @@ class WindowView : public forms::ControlView, public BinderWindow {
     void LoadMenus();
     void MakeBinders();
     void MakeTooltips();
+    void NameControls();
+    void SystemColorsChanged();
     // Gives the look of the default button to the one that Enter presses, if there is one.
     void MarkDefaultButton();
     HWND RealControl(int id) const;
@@ -127,6 +130,7 @@ class WindowView : public forms::ControlView, public BinderWindow {
     forms::Form* form_;
     HWND window_ = nullptr;
     Tooltips tooltips_;
+    Annotations annotations_;
     HWND focus_ = nullptr;  // has the keyboard; nullptr while another window is in front
     Layout layout_;
     std::vector<Page> pages_;
