@@ -242,6 +242,13 @@ Words ChangeDpi(const Words& words) {
     return {};
 }
 
+// Moves the window of a control to left, top, width, height.
+Words MoveWindowOf(const Words& words) {
+    SetWindowPos(Top(Control(words.at(1))), nullptr, Number(words.at(2)), Number(words.at(3)),
+                 Number(words.at(4)), Number(words.at(5)), SWP_NOZORDER | SWP_NOACTIVATE);
+    return {};
+}
+
 Words Place(HWND window) {
     RECT area{};
     GetWindowRect(window, &area);
@@ -323,6 +330,7 @@ const std::map<std::string, Command>& Commands() {
         {"checked", Reading([](HWND box) { return Send(box, BM_GETCHECK); })},
         {"value", Reading([](HWND bar) { return Send(bar, PBM_GETPOS); })},
         {"shown_tab", Reading([](HWND tabs) { return Send(tabs, TCM_GETCURSEL); })},
+        {"maximized", Reading([](HWND control) -> LRESULT { return IsZoomed(Top(control)); })},
         {"first_line", Reading([](HWND box) { return Send(box, EM_GETFIRSTVISIBLELINE); })},
         {"tree", [](const Words& w) { return TreeLines(Control(w.at(1))); }},
         {"place", [](const Words& w) { return Place(Control(w.at(1))); }},
@@ -353,6 +361,8 @@ const std::map<std::string, Command>& Commands() {
         {"bare_close", Posting(WM_CLOSE, 0)},
         {"end_session", EndSession},
         {"dpi", ChangeDpi},
+        {"move_window", MoveWindowOf},
+        {"maximize", Posting(WM_SYSCOMMAND, SC_MAXIMIZE)},
     };
     return commands;
 }

@@ -1,4 +1,7 @@
 """The main window with a person before it: its tabs, its keys, its ways out, and bad input."""
+import re
+import subprocess
+
 import harness
 import log_file
 import window
@@ -170,6 +173,73 @@ class Keys(MainWindow):
                 for one, other in zip(wanted, found):
                     self.assertAlmostEqual(one, other, delta=3 * dpi / 96, msg=f"{name} at {dpi}")
         self.assert_exit_code(0, program.close())
+
+
+class SizeAndPosition(MainWindow):
+    PLACE = (60, 40, 960, 760)  # left, top, right, bottom
+
+    def place_it(self, program):
+        left, top, right, bottom = self.PLACE
+        program.move_window(left, top, right - left, bottom - top)
+        program.wait_for(lambda: program.window_place("TAB_Backup") == self.PLACE, "the new place")
+
+    def stored(self):
+        text = (self.pc.prefix / "user.reg").read_text(encoding="utf-8", errors="replace")
+        return re.findall(r'^"(Frm_\w+ Placement)"="(.*)"', text, re.M)
+
+    def test_main_window_comes_back_as_it_was(self):
+        program = self.shown(self.open())
+        designed = program.place("Dir_DirList")
+        self.place_it(program)
+        larger = program.place("Dir_DirList")
+        self.assertLess(designed[2] - designed[0], larger[2] - larger[0])
+        self.assertLess(designed[3] - designed[1], larger[3] - larger[1])
+        self.assert_exit_code(0, program.close())
+        again = self.shown(window.Attended(self.pc))
+        self.assertEqual(self.PLACE, again.window_place("TAB_Backup"))
+        self.assertEqual(larger, again.place("Dir_DirList"))
+        again.maximize()
+        again.wait_for(lambda: again.place("Dir_DirList")[3] > larger[3], "the maximized window")
+        self.assert_exit_code(0, again.close())
+        # Without a window manager, as here, the system gives it the size of a maximized window only
+        # when the user maximizes it.
+        third = self.shown(window.Attended(self.pc))
+        third.wait_for(third.maximized, "the maximized window")
+        self.assert_exit_code(0, third.close())
+
+    def test_run_window_can_be_resized_and_comes_back_in_its_size(self):
+        program = self.shown(self.open())
+
+        def run(look):
+            program.click("Cmd_Backup")
+            program.answer("Yes", "Are you sure")
+            ok = "Frm_Backup_Cmd_Ok"
+            program.wait_for(lambda: program.exists(ok) and program.visible(ok), "the end of the run")
+            size = look(ok)
+            program.click(ok)
+            program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
+            return size
+
+        def size_of(name):
+            left, top, right, bottom = program.window_place(name)
+            return right - left, bottom - top
+
+        def enlarge(name):
+            width, height = size_of(name)
+            program.move_window(5, 5, width + 200, height + 150, name)
+            program.wait_for(lambda: size_of(name) == (width + 200, height + 150), "the new size")
+            return width + 200, height + 150
+        larger = run(enlarge)
+        self.assertEqual(larger, run(size_of))
+        self.assert_exit_code(0, program.close())
+
+    def test_unattended_run_neither_takes_nor_stores_a_size(self):
+        program = self.shown(self.open())
+        self.place_it(program)
+        self.assert_exit_code(0, program.close())
+        self.assert_exit_code(harness.COMPLETE, self.pc.run_unattended("Job.INI"))
+        subprocess.run([harness.PREFIX_TOOL, "stop", self.pc.prefix], check=True)
+        self.assertEqual([("Frm_Mainmenu Placement", "60 40 960 760 96 normal")], self.stored())
 
 
 class WaysOut(MainWindow):

@@ -157,6 +157,9 @@ class Attended:
     def window_place(self, name):
         return tuple(map(int, self._control("window_place", name)))
 
+    def maximized(self, name="TAB_Backup"):
+        return self._control("maximized", name)[0] == "1"
+
     def focus(self):
         """The name of the control that has the keyboard, None when it is none of ours."""
         number = int(self._ask("focus")[0])
@@ -228,6 +231,12 @@ class Attended:
 
     def set_dpi(self, dpi, name="TAB_Backup"):
         self._control("dpi", name, dpi)
+
+    def move_window(self, left, top, width, height, name="TAB_Backup"):
+        self._control("move_window", name, left, top, width, height)
+
+    def maximize(self, name="TAB_Backup"):
+        self._control("maximize", name)
 
     # Message boxes
 

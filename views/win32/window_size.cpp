@@ -77,12 +77,14 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
     if (suggested && IsZoomed(window_)) {
         MoveTo(window_, AreaOf(*suggested));
     } else {
-        const SIZE outer =
-            OuterSize({designed_inside_.cx + extra_.cx, designed_inside_.cy + extra_.cy});
-        SetWindowPos(
-            window_, nullptr, suggested ? suggested->left : 0, suggested ? suggested->top : 0,
-            outer.cx, outer.cy,
-            SWP_NOZORDER | SWP_NOACTIVATE | (suggested ? 0U : static_cast<UINT>(SWP_NOMOVE)));
+        const SIZE inside{designed_inside_.cx + extra_.cx, designed_inside_.cy + extra_.cy};
+        if (suggested) {
+            SetWindowPos(window_, nullptr, suggested->left, suggested->top, 0, 0,
+                         SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        }
+        // The first time, the frame can get another width with the new dpi.
+        SetInsideSize(inside);
+        SetInsideSize(inside);
     }
     // The size may be the one that the window has already.
     Arrange();
@@ -98,18 +100,23 @@ void WindowView::LoadIcons() {
     SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon_.get()));
 }
 
-SIZE WindowView::OuterSize(SIZE inside) const {
-    RECT outer{0, 0, inside.cx, inside.cy};
-    AdjustWindowRectExForDpi(&outer, static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_STYLE)),
-                             GetMenu(window_) != nullptr,
-                             static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_EXSTYLE)),
-                             static_cast<UINT>(dpi_));
-    return {outer.right - outer.left, outer.bottom - outer.top};
+// Around the inside, the menu bar included. The real frame, not that of a calculation: systems
+// differ in what they scale.
+SIZE WindowView::FrameSize() const {
+    const Area outer = OuterArea(window_);
+    const SIZE inside = InsideOf(window_);
+    return {outer.Width() - inside.cx, outer.Height() - inside.cy};
+}
+
+void WindowView::SetInsideSize(SIZE inside) const {
+    const SIZE frame = FrameSize();
+    SetWindowPos(window_, nullptr, 0, 0, inside.cx + frame.cx, inside.cy + frame.cy,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 POINT WindowView::MinSize() const {
-    const SIZE outer = OuterSize(designed_inside_);
-    return {outer.cx, outer.cy};
+    const SIZE frame = FrameSize();
+    return {designed_inside_.cx + frame.cx, designed_inside_.cy + frame.cy};
 }
 
 void WindowView::Arrange() {

@@ -233,7 +233,7 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             TrackPlacement();
             return TRUE;
         case WM_GETMINMAXINFO:
-            if (!IsResizable()) {
+            if (!IsResizable() || IsIconic(window_)) {
                 return FALSE;
             }
             reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = MinSize();

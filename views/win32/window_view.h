@@ -113,7 +113,8 @@ class WindowView : public forms::ControlView, public BinderWindow {
     bool IsResizable() const;
     void TakeDpi(int dpi, const RECT* suggested);
     void LoadIcons();
-    SIZE OuterSize(SIZE inside) const;
+    SIZE FrameSize() const;
+    void SetInsideSize(SIZE inside) const;
     POINT MinSize() const;
     // Moves the controls to their positions for the window's size.
     void Arrange();
