@@ -2,7 +2,8 @@
 ; sets and its log in its own folder, which must therefore be the user's. ../package runs it with
 ;   VERSION 3.0.6, FILE_VERSION 3.0.0.6, COMPANY and NOTICE of the version resource,
 ;   TARGET amd64-unicode or x86-unicode, FILES the folder to install, ICON, OUTPUT
-; Exit codes of a silent run (/S): 0 done, 2 failed, 3 Vantrel is running, 4 Windows is too old.
+; Exit codes of a silent run (/S): 0 done, 2 failed, 3 Vantrel is running, 4 Windows is too old,
+; 5 the folder cannot be written. /DESKTOP selects the shortcut on the desktop.
 
 Target ${TARGET}
 SetCompressor /SOLID lzma
@@ -17,6 +18,8 @@ RequestExecutionLevel user
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Vantrel"
 !define SHORTCUT "$SMPROGRAMS\Vantrel.lnk"
+!define GUIDE_SHORTCUT "$SMPROGRAMS\Vantrel Guide.lnk"
+!define DESKTOP_SHORTCUT "$DESKTOP\Vantrel.lnk"
 
 Name "Vantrel"
 BrandingText "Vantrel ${VERSION}"
@@ -43,7 +46,9 @@ VIAddVersionKey "LegalCopyright" "${NOTICE}"
 !define MUI_FINISHPAGE_SHOWREADME_TEXT "Show the &guide"
 !define MUI_FINISHPAGE_SHOWREADME_NOTCHECKED
 
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE CheckFolder
 !insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_COMPONENTS
@@ -71,31 +76,57 @@ FunctionEnd
 !insertmacro WAIT_UNTIL_CLOSED ""
 !insertmacro WAIT_UNTIL_CLOSED "un."
 
-; The newest function that the program takes from the system tells more than a number.
-Function .onInit
-  System::Call 'kernel32::GetModuleHandle(t "user32.dll") p .r0'
-  System::Call 'kernel32::GetProcAddress(p r0, m "AdjustWindowRectExForDpi") p .r1'
-  ${If} $1 P= 0
-    MessageBox MB_OK|MB_ICONEXCLAMATION "Vantrel needs Windows 10, version 1607, or later." \
-      /SD IDOK
-    SetErrorLevel 4
-    Quit
+; The program keeps its sets and its log in its own folder. $0 is "" when a file can be made there.
+Function TryFolder
+  StrCpy $2 "1"
+  ${IfNot} ${FileExists} "$INSTDIR\*.*"
+    StrCpy $2 "0"
+    CreateDirectory "$INSTDIR"
+  ${EndIf}
+  ClearErrors
+  GetTempFileName $1 "$INSTDIR"
+  ${If} ${Errors}
+    StrCpy $0 "no"
+  ${Else}
+    StrCpy $0 ""
+    Delete "$1"
+  ${EndIf}
+  ${If} $2 == "0"
+    RMDir "$INSTDIR"
   ${EndIf}
 FunctionEnd
 
+; The page stays when the user does not want this folder.
+Function CheckFolder
+  Call TryFolder
+  StrCmp $0 "" good
+  MessageBox MB_OK|MB_ICONEXCLAMATION \
+    "You cannot write to the folder$\r$\n$INSTDIR$\r$\n$\r$\nVantrel keeps its backup sets and its log \
+in its own folder. Please choose another one." /SD IDOK
+  Abort
+good:
+FunctionEnd
+
 Section "Vantrel"
+  SectionIn RO
+  Call TryFolder
+  ${If} $0 != ""
+    SetErrorLevel 5
+    Quit
+  ${EndIf}
   Call WaitUntilClosed
   SetOutPath "$INSTDIR\System"
   File "${FILES}\System\FileCopy*.AVI"
   SetOutPath "$INSTDIR"
   File "${FILES}\Vantrel.exe"
   File "${FILES}\guide.html"
-  ; The user's list of protected folders is nobody's to replace.
+  ; An existing list of protected folders is the user's.
   SetOverwrite off
   File "${FILES}\Vantrel.Cfg"
   SetOverwrite on
   WriteUninstaller "$INSTDIR\Uninstall.exe"
   CreateShortcut "${SHORTCUT}" "$INSTDIR\Vantrel.exe"
+  CreateShortcut "${GUIDE_SHORTCUT}" "$INSTDIR\guide.html"
 
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "Vantrel"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
@@ -110,10 +141,34 @@ Section "Vantrel"
   WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" $0
 SectionEnd
 
+Section /o "Shortcut on the desktop" DesktopShortcut
+  CreateShortcut "${DESKTOP_SHORTCUT}" "$INSTDIR\Vantrel.exe"
+SectionEnd
+
+; The newest function that the program takes from the system tells more than a number.
+Function .onInit
+  System::Call 'kernel32::GetModuleHandle(t "user32.dll") p .r0'
+  System::Call 'kernel32::GetProcAddress(p r0, m "AdjustWindowRectExForDpi") p .r1'
+  ${If} $1 P= 0
+    MessageBox MB_OK|MB_ICONEXCLAMATION "Vantrel needs Windows 10, version 1607, or later." \
+      /SD IDOK
+    SetErrorLevel 4
+    Quit
+  ${EndIf}
+  ${GetParameters} $0
+  ClearErrors
+  ${GetOptions} $0 "/DESKTOP" $1
+  ${IfNot} ${Errors}
+    !insertmacro SelectSection ${DesktopShortcut}
+  ${EndIf}
+FunctionEnd
+
 Section "un.Vantrel"
   SectionIn RO
   Call un.WaitUntilClosed
   Delete "${SHORTCUT}"
+  Delete "${GUIDE_SHORTCUT}"
+  Delete "${DESKTOP_SHORTCUT}"
   Delete "$INSTDIR\Vantrel.exe"
   Delete "$INSTDIR\guide.html"
   Delete "$INSTDIR\temphtm.HTM"

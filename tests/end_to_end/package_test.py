@@ -18,8 +18,10 @@ import window
 PACKAGES = Path(os.environ.get("VANTREL_PACKAGES", harness.ROOT / "build" / "packages-quick"))
 CONTENTS = ["System/FileCopy-144.AVI", "System/FileCopy-192.AVI", "System/FileCopy.AVI",
             "Vantrel.Cfg", "Vantrel.exe", "guide.html"]
+UNPACK_FIRST = "Unpack this archive first.txt"
 MACHINES = {"x64": 0x8664, "x86": 0x14C}
-RUNNING = 3  # the installer's exit code
+RUNNING, CANNOT_WRITE = 3, 5  # exit codes of the installer
+SHORTCUTS = ["Vantrel Guide.lnk", "Vantrel.lnk"]
 UNINSTALL_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Vantrel"
 SETTINGS_KEY = "HKCU\\Software\\Vantrel"
 
@@ -63,8 +65,10 @@ class Contents(harness.unittest.TestCase):
             path = package(edition, "zip")
             self.assertIn("No errors detected", output("unzip", "-t", path))
             self.assertIn("Everything is Ok", output("7zz", "t", path))
-            self.assertEqual([f"Vantrel/{name}" for name in CONTENTS],
+            self.assertEqual([UNPACK_FIRST, *(f"Vantrel/{name}" for name in CONTENTS)],
                              sorted(output("unzip", "-Z1", path).splitlines()))
+            self.assertIn("Unpack this archive before you start Vantrel.\r\n",
+                          output("unzip", "-p", path, UNPACK_FIRST))
             program = subprocess.run(["unzip", "-p", path, "Vantrel/Vantrel.exe"], check=True,
                                      stdout=subprocess.PIPE).stdout
             self.assert_release(program, edition)
@@ -77,7 +81,8 @@ class Contents(harness.unittest.TestCase):
             names = re.findall(r"^Path = (.+)$", listing, re.M)[1:]
             for name in CONTENTS:
                 self.assertIn(name, names)
-            self.assertEqual([], [name for name in names if name.upper().endswith((".INI", ".LOG"))])
+            self.assertEqual([], [name for name in names
+                                  if name.upper().endswith((".INI", ".LOG", ".TXT"))])
             self.assert_release(path.read_bytes(), edition)
 
 
@@ -151,8 +156,8 @@ class Installed(Packages):
         relative = path.relative_to(self.pc.prefix / "drive_c")
         return "C:\\" + str(relative).replace("/", "\\")
 
-    def install(self):
-        return self.run_quietly(str(package("x64", "exe")), "/S")
+    def install(self, *options):
+        return self.run_quietly(str(package("x64", "exe")), "/S", *options)
 
     def uninstall(self, *options):
         """Silently; the uninstaller goes on in a copy of itself when it has returned."""
@@ -162,14 +167,14 @@ class Installed(Packages):
                            "the end of the uninstaller")
 
     def shortcuts(self):
-        return [path.name for path in self.users.rglob("*.lnk")]
+        return sorted(path.name for path in self.users.rglob("*.lnk"))
 
     def files(self):
         return archives.tree(self.folder)
 
     def test_user_installation_backs_up_and_is_known_to_the_system(self):
         self.assertEqual(sorted([*CONTENTS, "System", "Uninstall.exe"]), sorted(self.files()))
-        self.assertEqual(["Vantrel.lnk"], self.shortcuts())
+        self.assertEqual(SHORTCUTS, self.shortcuts())
         expected = {"DisplayName": "Vantrel", "DisplayVersion": log_file.version(),
                     "InstallLocation": self.place,
                     "UninstallString": f'"{self.place}\\Uninstall.exe"',
@@ -178,6 +183,13 @@ class Installed(Packages):
                          {name: self.registered(UNINSTALL_KEY, name) for name in expected})
         self.write_set(self.folder)
         self.assert_backs_up(self.folder, self.program)
+
+    def test_desktop_shortcut_is_made_on_request_and_removed_with_the_program(self):
+        self.assertEqual((0, ""), self.install("/DESKTOP"))
+        self.assertEqual(sorted([*SHORTCUTS, "Vantrel.lnk"]), self.shortcuts())
+        self.assertTrue(list(self.users.glob("*/Desktop/Vantrel.lnk")))
+        self.uninstall()
+        self.assertEqual([], self.shortcuts())
 
     def test_upgrade_renews_the_program_and_keeps_what_is_the_users(self):
         self.write_set(self.folder)
@@ -227,6 +239,16 @@ class Installed(Packages):
                                   if name != "Vantrel.Log"})
         self.assert_exit_code(0, program.close())
         self.assertEqual((0, ""), self.install())
+
+
+class NotInstalled(Packages):
+    def test_folder_that_cannot_be_written_is_refused(self):
+        disk = self.pc.drive("r", size=30 * 1024 * 1024)
+        self.pc.make_read_only(disk)
+        code, said = self.run_quietly(str(package("x64", "exe")), "/S", "/D=R:\\Vantrel")
+        self.assertEqual((CANNOT_WRITE, ""), (code, said))
+        self.assertIsNone(self.registered(UNINSTALL_KEY, "DisplayName"))
+        self.assertEqual([], list((self.pc.prefix / "drive_c" / "users").rglob("Vantrel*.lnk")))
 
 
 if __name__ == "__main__":
