@@ -43,11 +43,12 @@ vantrel_clip(FileCopy-144.AVI 144)
 vantrel_clip(FileCopy-192.AVI 192)
 
 # The page that F1 opens.
+file(GLOB guide_pictures CONFIGURE_DEPENDS docs/pictures/*.png)
 add_custom_command(
     OUTPUT ${VANTREL_APP}/guide.html
     COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-guide
             ${CMAKE_SOURCE_DIR}/docs/guide.md ${VANTREL_APP}/guide.html ${VANTREL_VERSION_TEXT}
-    DEPENDS scripts/make-guide docs/guide.md common/product.h VERBATIM)
+    DEPENDS scripts/make-guide docs/guide.md common/product.h ${guide_pictures} VERBATIM)
 
 # A new installation protects no folder: this list is the one that the program itself would create, and
 # the first restore needs it.

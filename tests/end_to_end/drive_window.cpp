@@ -249,6 +249,11 @@ Words MoveWindowOf(const Words& words) {
     return {};
 }
 
+Words MovePointer(const Words& words) {
+    SetCursorPos(Number(words.at(1)), Number(words.at(2)));
+    return {};
+}
+
 Words Place(HWND window) {
     RECT area{};
     GetWindowRect(window, &area);
@@ -362,6 +367,7 @@ const std::map<std::string, Command>& Commands() {
         {"end_session", EndSession},
         {"dpi", ChangeDpi},
         {"move_window", MoveWindowOf},
+        {"pointer", MovePointer},
         {"maximize", Posting(WM_SYSCOMMAND, SC_MAXIMIZE)},
     };
     return commands;

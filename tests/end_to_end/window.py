@@ -235,6 +235,9 @@ class Attended:
     def move_window(self, left, top, width, height, name="TAB_Backup"):
         self._control("move_window", name, left, top, width, height)
 
+    def move_pointer(self, left, top):
+        self._ask("pointer", left, top)
+
     def maximize(self, name="TAB_Backup"):
         self._control("maximize", name)
 

@@ -1,5 +1,5 @@
-"""docs/guide.md names every exit code, every refusal, every way out and every skipped thing that the
-sources can write, so that a new one is not forgotten there."""
+"""docs/guide.md names every exit code, every refusal, every way out, every skipped thing and every
+message of an attended run that the sources can write, so that a new one is not forgotten there."""
 import re
 import unittest
 from pathlib import Path
@@ -14,7 +14,20 @@ def source(name):
 GUIDE = source("docs/guide.md")
 
 
+MESSAGE = re.compile(
+    r'"((?:Unable to|Nothing has been|Nothing could be|No Location has|There is no|You have|Are you sure'
+    r"|This (?:folder|configuration)|Please (?:enter|insert|select)|Could not find|Web Page|Logon Failure"
+    r"|Log File Suc|The (?:archive|folder for|destination|disk in|Guide)|What was written|It is another"
+    r'|Vantrel has been)[^"\\]*)')
+# Sentences after the first one of a message, and one of a log record.
+SECOND_SENTENCES = {"Please enter a valid Backup Set", "Please enter a valid Restore File",
+                    "Please select a new Backupset to Restore From or manually select",
+                    "The archive needs disk"}
+
+
 class GuideFacts(unittest.TestCase):
+    maxDiff = None
+
     def assert_all_told(self, texts, at_least):
         self.assertGreaterEqual(len(texts), at_least, "the sources are not as this check knows them")
         self.assertEqual([], [text for text in texts if text not in GUIDE])
@@ -35,6 +48,18 @@ class GuideFacts(unittest.TestCase):
         texts = [text for path in sorted((ROOT / "zip/writer").iterdir())
                  for text in re.findall(r'"((?:Skipped|Changed)[^":]*)', source(path))]
         self.assert_all_told(texts, 6)
+
+    def test_messages_of_attended_runs(self):
+        """Up to eleven words of each."""
+        texts = set()
+        for folder in ("backup", "restore", "forms", "ui", "system", "zip/disks", "zip/reader"):
+            for path in sorted((ROOT / folder).glob("*.cpp")):
+                # Neighbours are one text.
+                code = re.sub(r'"(?:\s*\n\s*|\s+)"', "", source(path))
+                code = re.sub(r'" \+\s*line \+ line \+ "', '"\n"', code)
+                texts.update(re.findall(MESSAGE, code))
+        texts = {" ".join(re.split(r"[.:,(]|  ", text)[0].split()[:11]) for text in texts}
+        self.assert_all_told(sorted(texts - SECOND_SENTENCES), 40)
 
     def test_records(self):
         texts = [text for name in ("app/application.cpp", "backup/Frm_Backup.cpp", "ui/log_tab.cpp",
