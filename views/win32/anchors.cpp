@@ -120,8 +120,11 @@ constexpr Line kLines[] = {
     {Frm_Backup_PB_File, kWide},
     {Frm_Backup_PB_Folder, kWide},
     {Frm_Backup_Lbl_BackupPath, kWide},
+    {Frm_Backup_Lbl_Figures, kWide},
+    {Frm_Backup_Lbl_Location, kWide},
     {Frm_Backup_Fra_Details, kFill},
     {Frm_Backup_Lst_Details, kFill},
+    {Frm_Backup_Lbl_LeftOut, kBottomWide},
     {Frm_Backup_Cmd_Ok, kBottomRight},
     {Frm_Backup_Cmd_Cancel, kBottomRight},
     // Restore run
@@ -130,8 +133,11 @@ constexpr Line kLines[] = {
     {Frm_Restore_PB_File, kWide},
     {Frm_Restore_PB_Folder, kWide},
     {Frm_Restore_Lbl_RestorePath, kWide},
+    {Frm_Restore_Lbl_Figures, kWide},
+    {Frm_Restore_Lbl_Location, kWide},
     {Frm_Restore_Fra_Details, kFill},
     {Frm_Restore_Lst_Details, kFill},
+    {Frm_Restore_Lbl_LeftOut, kBottomWide},
     {Frm_Restore_Cmd_Ok, kBottomRight},
     {Frm_Restore_Cmd_Cancel, kBottomRight},
 };
