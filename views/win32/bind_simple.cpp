@@ -98,6 +98,7 @@ class LabelBinder : public CaptionBinder {
         if (highlighted) {
             RECT behind = area;
             DrawTextW(device, text.c_str(), -1, &behind, DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
+            behind.right += (area.bottom - area.top) / 4;
             behind.bottom = area.bottom;
             FillRect(device, &behind, GetSysColorBrush(COLOR_HIGHLIGHT));
         }
