@@ -22,30 +22,6 @@ namespace {
 
 using namespace vantrel::test;
 
-std::string Unescaped(const std::string& line) {
-    std::string text;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] != '\\' || i + 1 == line.size()) {
-            text += line[i];
-            continue;
-        }
-        switch (line[++i]) {
-            case 't':
-                text += '\t';
-                break;
-            case 'r':
-                text += '\r';
-                break;
-            case 'n':
-                text += '\n';
-                break;
-            default:
-                text += line[i];
-        }
-    }
-    return text;
-}
-
 // Keyboard
 
 WORD KeyNamed(const std::string& name) {

@@ -29,4 +29,29 @@ inline std::string Escaped(const std::string& text) {
     return result;
 }
 
+// The text that Escaped has made into `line`.
+inline std::string Unescaped(const std::string& line) {
+    std::string text;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] != '\\' || i + 1 == line.size()) {
+            text += line[i];
+            continue;
+        }
+        switch (line[++i]) {
+            case 't':
+                text += '\t';
+                break;
+            case 'r':
+                text += '\r';
+                break;
+            case 'n':
+                text += '\n';
+                break;
+            default:
+                text += line[i];
+        }
+    }
+    return text;
+}
+
 }  // namespace vantrel::test

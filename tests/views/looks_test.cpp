@@ -179,6 +179,13 @@ TEST_F(MainLooks, TipOfAShortenedPathHasThePathBelowTheGivenText) {
     EXPECT_EQ("Location of the Backup File\r\n" + path, TipOver(window.Fld_BackupWhere));
 }
 
+TEST_F(RunLooks, TipOfAShortenedStatusIsItsFullText) {
+    const std::string status = "Adding E:\\" + std::string(60, 'W') + "\\letter.txt";
+    window.Lbl_BackupPath.SetCaption(status);
+    Happened();
+    EXPECT_EQ(status, TipOver(window.Lbl_BackupPath));
+}
+
 TEST_F(MainLooks, TipOfAPathThatFitsIsTheGivenText) {
     window.Fld_BackupWhere.SetTooltip("Location of the Backup File");
     window.Fld_BackupWhere.SetCaption("E:\\");

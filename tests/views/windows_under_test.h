@@ -93,6 +93,7 @@ class RunWindow : public EventfulForm {
     forms::Animation Ani_File{*this, "Ani_File"};
     forms::ProgressBar PB_Folder{*this, "PB_Folder"};
     forms::ProgressBar PB_File{*this, "PB_File"};
+    forms::Label Lbl_BackupPath{*this, "Lbl_BackupPath"};
 };
 
 class OptionsWindow : public EventfulForm {
