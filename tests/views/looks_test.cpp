@@ -193,6 +193,15 @@ TEST_F(MainLooks, TipOfAPathThatFitsIsTheGivenText) {
     EXPECT_EQ("Location of the Backup File", TipOver(window.Fld_BackupWhere));
 }
 
+TEST_F(RunLooks, TipOfAShortenedPathIsTheCompleteText) {
+    const std::string path = "E:\\Backups\\" + std::string(80, 'W') + "\\WEEKLY.zip";
+    for (forms::Label* const label : {&window.Lbl_Location, &window.Lbl_BackupPath}) {
+        label->SetCaption("Archive: " + path);
+        Happened();
+        EXPECT_EQ("Archive: " + path, TipOver(*label));
+    }
+}
+
 TEST_F(MainLooks, DisabledControlShowsItsTip) {
     window.Cmd_Backup.SetTooltip("Start the Backup Now!");
     window.Cmd_Backup.SetEnabled(false);

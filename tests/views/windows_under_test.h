@@ -94,6 +94,7 @@ class RunWindow : public EventfulForm {
     forms::ProgressBar PB_Folder{*this, "PB_Folder"};
     forms::ProgressBar PB_File{*this, "PB_File"};
     forms::Label Lbl_BackupPath{*this, "Lbl_BackupPath"};
+    forms::Label Lbl_Location{*this, "Lbl_Location"};
 };
 
 class OptionsWindow : public EventfulForm {
