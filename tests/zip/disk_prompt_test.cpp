@@ -31,6 +31,20 @@ TEST(DiskPrompt, AnyOtherErrorIsShownWithItsDescription) {
               "The disk in the drive cannot be read (Some reason).");
 }
 
+TEST(DiskPrompt, FullDriveIsNamedWithTheSpaceThatIsNeeded) {
+    EXPECT_EQ(zip::FullDriveText("E:\\B\\DAILY.zip", 450'000'000, 1024),
+              "The disk in drive E: is full: E:\\B\\DAILY.zip needs about 429 MB more (1.0 KB "
+              "free).");
+    EXPECT_EQ(zip::FullDriveText("\\\\NAS\\B\\DAILY.zip", 1, 0),
+              "The disk in drive \\\\NAS\\B is full: \\\\NAS\\B\\DAILY.zip needs about 1 byte more "
+              "(0 bytes free).");
+}
+
+TEST(DiskPrompt, FullDriveWithFreeSpaceHasALimitOfItsFileSystem) {
+    EXPECT_EQ(zip::FullDriveText("F:\\DAILY.zip", 1 << 20, 5'000'000'000),
+              "The file system of drive F: takes no larger file: F:\\DAILY.zip (4.7 GB free).");
+}
+
 TEST(DiskPrompt, OneFreeByteIsCountedInTheSingular) {
     EXPECT_EQ(zip::FreeSpaceNote(1), "The disk in the drive has 1 byte free.");
     EXPECT_EQ(zip::FullNote(1), "The disk in the drive is full: it has 1 byte free.");

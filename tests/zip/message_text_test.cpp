@@ -42,7 +42,10 @@ TEST_F(RestoreTexts, QuestionAboutAnEntry) {
     };
     events.questions = &questions;
     EXPECT_EQ(Run(), zip::RunOutcome::kCancelled);
-    EXPECT_EQ(questions.asked, Strings{"This cannot be restored: a\\x0d\\x0ab (Disk full)."});
+    EXPECT_EQ(
+        questions.asked,
+        Strings{"The file system of drive C: takes no larger file: C:\\Out\\a\\x0d\\x0ab (391 MB "
+                "free)."});
 }
 
 TEST_F(RestoreTexts, LastEntryOfADamagedDirectory) {

@@ -177,6 +177,11 @@ TEST_F(ExtractionFailure, SpaceOfFilesThatAreReplacedCounts) {
 TEST_F(ExtractionFailure, FullDestinationIsAQuestionAndRetryContinues) {
     PutArchive();
     files.capacity = files.Info(options.archive).size + 1000;
+    files.before = [this](const std::string& call, const std::string&) {
+        if (call == "Write") {
+            machine.drives.drives['C'].free_bytes = 1000;
+        }
+    };
     events.questions = &questions;
     questions.answers = {[&] {
         EXPECT_FALSE(files.Exists("C:\\Out\\a.txt"));  // nothing half is left meanwhile
@@ -184,7 +189,9 @@ TEST_F(ExtractionFailure, FullDestinationIsAQuestionAndRetryContinues) {
         return true;
     }};
     EXPECT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(questions.asked, Strings{"This cannot be restored: a.txt (Disk full)."});
+    EXPECT_EQ(questions.asked,
+              Strings{"The disk in drive C: is full: C:\\Out\\a.txt needs about 2.9 KB more (1,000 "
+                      "bytes free)."});
     EXPECT_EQ(Content("a.txt"), Prose(3000));
     EXPECT_EQ(Content("Sub\\b.txt"), "beta");
     EXPECT_EQ(result.failed, 0);

@@ -1,5 +1,6 @@
 // Failed steps without which there is no correct archive: the question, and the removal of
 // everything that was written.
+#include "tests/support/matchers.h"
 #include "tests/zip/writer_failure_fixture.h"
 
 namespace vantrel::test {
@@ -11,9 +12,12 @@ using zip::RunOutcome;
 
 TEST_F(WriterFailure, FullDiskUnattendedLeavesTheEarlierArchive) {
     files.capacity = 8 * kChunkSize;
-    ExpectFailedUnattended(error_number::kDiskFull,
-                           "The archive cannot be written: C:\\Backup\\Weekly.zip.vantrel-new "
-                           "(Disk full).");
+    machine.drives.drives['C'].free_bytes = 100;
+    ExpectFailedUnattended(error_number::kDiskFull, [](const std::string& text) {
+        EXPECT_THAT(text, StartsWith("The disk in drive C: is full: C:\\Backup\\Weekly.zip needs "
+                                     "about "));
+        EXPECT_THAT(text, EndsWith(" more (100 bytes free)."));
+    });
 }
 
 TEST_F(WriterFailure, FullDiskWhereASecondOneWasWantedSaysSo) {

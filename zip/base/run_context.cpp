@@ -226,6 +226,12 @@ RunFigures RunContext::Figures() {
     return figures;
 }
 
+double RunContext::ShareDone() const {
+    const std::uint64_t total = bytes_total_;
+    const std::uint64_t done = std::min<std::uint64_t>(bytes_done_, total);
+    return total == 0 ? 0 : static_cast<double>(done) / static_cast<double>(total);
+}
+
 void RunContext::RaiseProgress(RunEvents& events) {
     if (silent_) {
         return;

@@ -87,6 +87,8 @@ class RunContext {
     void SetFinishing() { finishing_ = true; }
     // Forgets what was done: the run begins again.
     void RestartFigures();
+    // Of the bytes of the run, 0 to 1; 0 while the total is unknown.
+    double ShareDone() const;
     void SetFilePercent(int percent) { file_percent_ = percent; }
 
     // Raises the last overall-progress event, 100, and waits until it has been raised. Throws

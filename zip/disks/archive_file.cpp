@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/path.h"
 #include "zip/base/retry.h"
+#include "zip/disks/disk_prompt.h"
 
 namespace vantrel::zip {
 
@@ -19,6 +21,7 @@ constexpr const char* kCannotWrite = "The archive cannot be written";
 ArchiveFile::ArchiveFile(const platform::Machine& machine, RunContext& channel,
                          const std::string& archive)
     : files_(machine.files),
+      drives_(machine.drives),
       channel_(channel),
       target_(machine, channel, archive),
       path_(target_.Temporary()) {}
@@ -65,8 +68,22 @@ void ArchiveFile::WriteBuffer() {
     buffer_.Clear();
 }
 
+// What is still needed is estimated from what was written for the files done so far.
+ComponentMessage ArchiveFile::DescribeWrite(const Error& error, std::size_t bytes) const {
+    if (error.number() != error_number::kDiskFull) {
+        return DescribeFailure(kCannotWrite, path_)(error);
+    }
+    const double share = channel_.ShareDone();
+    const double rest = share > 0 ? static_cast<double>(flushed_) * (1 - share) / share : 0;
+    const std::uint64_t needed = bytes + static_cast<std::uint64_t>(rest);
+    const std::string& archive = target_.Archive();
+    return Failure(error.number(), archive,
+                   FullDriveText(archive, needed, drives_.FreeBytes(path::Parent(archive))));
+}
+
 void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
-    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
+    const auto describe = [&](const Error& error) { return DescribeWrite(error, bytes.size()); };
+    RetryOrAsk(channel_, describe, [&] {
         channel_.CheckStop();
         if (!position_known_ || file_position_ != offset) {
             position_known_ = false;
@@ -110,7 +127,8 @@ void ArchiveFile::TruncateTo(const RecordLocation& place) {
 
 void ArchiveFile::Finish() {
     WriteBuffer();
-    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [this] {
+    const auto describe = [this](const Error& error) { return DescribeWrite(error, 0); };
+    RetryOrAsk(channel_, describe, [this] {
         channel_.CheckStop();
         file_->Flush();
     });

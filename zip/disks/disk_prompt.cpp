@@ -34,6 +34,16 @@ std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::str
         path, note);
 }
 
+std::string FullDriveText(const std::string& path, std::uint64_t needed, std::uint64_t free) {
+    const std::string drive = "drive " + DriveOf(path);
+    const NumberFormat numbers;
+    const std::string text = free < needed
+                                 ? "The disk in " + drive + " is full: " + path + " needs about " +
+                                       SizeText(needed, numbers) + " more"
+                                 : "The file system of " + drive + " takes no larger file: " + path;
+    return EscapeControls(text + " (" + SizeText(free, numbers) + " free).");
+}
+
 std::string FreeSpaceNote(std::uint64_t bytes) {
     return "The disk in the drive has " + Counted(bytes, "byte", "bytes") + " free.";
 }

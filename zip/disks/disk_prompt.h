@@ -20,6 +20,11 @@ std::string PromptToWrite(std::uint32_t disk, const std::string& path, const std
 std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::string& path,
                          const std::string& note);
 
+// Why a write to `path` failed when its drive is full. `needed` more bytes are needed, about;
+// `free` are free. If these would be enough, the file system does not take so large a file (4 GB on
+// FAT32).
+std::string FullDriveText(const std::string& path, std::uint64_t needed, std::uint64_t free);
+
 // Notes: sentences about "the disk in the drive".
 std::string FreeSpaceNote(std::uint64_t bytes);
 std::string FullNote(std::uint64_t bytes);

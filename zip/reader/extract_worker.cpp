@@ -1,9 +1,11 @@
 #include "zip/reader/extract_worker.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 
 #include "common/path.h"
+#include "zip/disks/disk_prompt.h"
 #include "zip/reader/target_file.h"
 
 namespace vantrel::zip {
@@ -29,6 +31,14 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
     channel.Report(NotRestoredWarning(directory, index, error.number(), error.description()));
+}
+
+ComponentMessage Extraction::DescribeFull(std::uint32_t index) const {
+    const StoredEntry& entry = directory.entries[index];
+    std::string path = path::Join(options.destination, entry.name);
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return Failure(error_number::kDiskFull, path,
+                   FullDriveText(path, entry.size, machine.drives.FreeBytes(options.destination)));
 }
 
 // A drive that was pulled out may also be reported as a missing path.

@@ -46,6 +46,8 @@ struct Extraction {
     template <typename Step>
     bool Restore(std::uint32_t index, Step&& step);
 
+    // The question when the destination is full.
+    ComponentMessage DescribeFull(std::uint32_t index) const;
     // Whether an error concerns the complete destination, which is full or gone, and not one file.
     bool IsOfDestination(int number);
 };
@@ -82,6 +84,9 @@ bool Extraction::Restore(std::uint32_t index, Step&& step) {
     const auto describe = [&](const Error& error) {
         if (!IsOfDestination(error.number())) {
             throw error;
+        }
+        if (error.number() == error_number::kDiskFull) {
+            return DescribeFull(index);
         }
         return DescribeFailure("This cannot be restored", directory.entries[index].name)(error);
     };
