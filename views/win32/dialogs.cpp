@@ -85,6 +85,71 @@ class InputBox {
     std::string prompt_, title_, text_;
 };
 
+// Some systems measure the text of a message box less wide than they draw it, and clip its end.
+// While this lives, the next box that opens on this thread is widened where its text needs it.
+class BoxFitting {
+  public:
+    BoxFitting() : hook_(SetWindowsHookExW(WH_CBT, Opening, nullptr, GetCurrentThreadId())) {}
+    ~BoxFitting() { UnhookWindowsHookEx(hook_); }
+    BoxFitting(const BoxFitting&) = delete;
+    BoxFitting& operator=(const BoxFitting&) = delete;
+
+  private:
+    static LRESULT CALLBACK Opening(int code, WPARAM wparam, LPARAM lparam) {
+        const auto box = reinterpret_cast<HWND>(wparam);
+        if (code == HCBT_ACTIVATE) {
+            if (const HWND text = GetDlgItem(box, kBoxText)) {
+                Fit(box, text);
+            }
+        }
+        return CallNextHookEx(nullptr, code, wparam, lparam);
+    }
+
+    static void Fit(HWND box, HWND text) {
+        RECT inside{};
+        GetClientRect(text, &inside);
+        const int slack = TextDevice(text).WidthOf(L"W");
+        int missing = 0;
+        while (missing < 4 * slack && !HasSpace(text, inside, missing, slack)) {
+            ++missing;
+        }
+        if (missing == 0) {
+            return;
+        }
+        for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+            if ((SendMessageW(child, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0) {
+                Move(box, child, missing / 2, 0);
+            }
+        }
+        Move(box, text, 0, missing);
+        Move(nullptr, box, -missing / 2, missing);
+    }
+
+    // Whether the text, in lines that end `slack` before the right edge, has all its lines in view.
+    static bool HasSpace(HWND text, const RECT& inside, int wider, int slack) {
+        const HDC device = GetDC(text);
+        const HGDIOBJ font_before =
+            SelectObject(device, reinterpret_cast<HGDIOBJ>(SendMessageW(text, WM_GETFONT, 0, 0)));
+        RECT needed{0, 0, inside.right + wider, 0};
+        DrawTextW(device, Wide(TextOf(text)).c_str(), -1, &needed,
+                  DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_CALCRECT);
+        SelectObject(device, font_before);
+        ReleaseDC(text, device);
+        return needed.bottom <= inside.bottom && needed.right + slack <= inside.right + wider;
+    }
+
+    static void Move(HWND parent, HWND window, int right, int wider) {
+        RECT area{};
+        GetWindowRect(window, &area);
+        MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
+        SetWindowPos(window, nullptr, area.left + right, area.top, area.right - area.left + wider,
+                     area.bottom - area.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+
+    static constexpr int kBoxText = 0xFFFF;  // the number of a message box's text
+    HHOOK hook_;
+};
+
 UINT StyleOf(const forms::Box& box) {
     UINT style = box.right_aligned ? MB_RIGHT : 0U;
     switch (box.buttons) {
@@ -143,6 +208,7 @@ Answer Win32Desktop::ShowBox(const forms::Box& box) {
     const std::wstring title = Wide(box.title.empty() ? product::kName : box.title);
     const HWND owner = BoxOwner();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
+    const BoxFitting fitting;
     return AnswerOf(MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));
 }
 
