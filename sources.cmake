@@ -124,6 +124,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/bind_lists.cpp
     views/win32/bind_pictures.cpp
     views/win32/bind_simple.cpp
+    views/win32/bind_status.cpp
     views/win32/bind_text.cpp
     views/win32/bind_tree.cpp
     views/win32/bind_window.cpp
@@ -134,6 +135,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/text.cpp
     views/win32/tooltips.cpp
     views/win32/win32_desktop.cpp
+    views/win32/window_menus.cpp
     views/win32/window_parts.cpp
     views/win32/window_resources.cpp
     views/win32/window_size.cpp
@@ -239,6 +241,7 @@ set(VIEWS_WIN32_TESTS
     tests/views/real_windows_test.cpp
     tests/views/resizing_test.cpp
     tests/views/screen_test.cpp
+    tests/views/status_and_menus_test.cpp
     tests/views/win32_doing.cpp
     tests/views/win32_seeing.cpp)
 # Those that the race detector looks at as well.

@@ -106,11 +106,16 @@ class Control {
         if (!event) {
             return;
         }
-        const HandlerScope scope(owner_);
-        event(arguments...);
+        {
+            const HandlerScope scope(owner_);
+            event(arguments...);
+        }
+        Handled();
     }
 
   private:
+    void Handled();
+
     Form& owner_;
     Kind kind_;
     std::string name_;

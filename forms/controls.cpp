@@ -22,6 +22,12 @@ void Control::Notify(Aspect aspect) {
     }
 }
 
+void Control::Handled() {
+    if (owner_.running_handlers == 0) {
+        owner_.AfterEvent();
+    }
+}
+
 void Control::SetEnabled(bool enabled) {
     if (enabled_ == enabled) {
         return;
@@ -146,6 +152,16 @@ Picture::Picture(Form& owner, std::string name) : Control(owner, Kind::kPicture,
 
 StatusBar::StatusBar(Form& owner, std::string name)
     : Control(owner, Kind::kStatusBar, std::move(name)) {}
+
+void StatusBar::SetLine(const std::string& text, const std::string& path) {
+    path_ = path;
+    SetCaption(text);
+}
+
+void StatusBar::SetNote(const std::string& note) {
+    note_ = note;
+    Notify(Aspect::kText);
+}
 
 ProgressBar::ProgressBar(Form& owner, std::string name)
     : Control(owner, Kind::kProgressBar, std::move(name)) {}

@@ -81,9 +81,20 @@ class Picture : public Control {
     Picture(Form& owner, std::string name);
 };
 
+// Its caption is the line that it shows, as wide as the window allows.
 class StatusBar : public Control {
   public:
     StatusBar(Form& owner, std::string name);
+    // `path` is a part of `text` that may be shortened in its middle, "" for none.
+    void SetLine(const std::string& text, const std::string& path);
+    const std::string& Path() const { return path_; }
+    // A short text at the right end, for every line.
+    void SetNote(const std::string& note);
+    const std::string& Note() const { return note_; }
+
+  private:
+    std::string path_;
+    std::string note_;
 };
 
 // 0 to 100; values outside are clamped.

@@ -57,6 +57,10 @@ class Desktop {
 
     // Handles all events in the message queue once.
     virtual void DoEvents() = 0;
+    // For a long reading that nothing may interrupt: paints what waits to be painted and returns
+    // whether Esc has been pressed. No handler runs; all other events stay for later. May be called
+    // often: most calls do nothing.
+    virtual bool PaintAndCheckEscape() = 0;
     // Waits, without using the processor, until the message queue has an event, and handles the
     // queue.
     virtual void WaitEvents() = 0;

@@ -184,6 +184,18 @@ void FolderList::Refuse(const Error& error) {
     Refused(error);
 }
 
+std::vector<std::string> FolderReading::SubFolders(const std::string& path) {
+    if (!KeepReading()) {
+        return {};
+    }
+    return forms::SubFolders(program_.machine, path, [this] { return KeepReading(); });
+}
+
+bool FolderReading::KeepReading() {
+    was_stopped_ = was_stopped_ || program_.desktop.PaintAndCheckEscape();
+    return !was_stopped_;
+}
+
 FileList::FileList(Form& owner_form, std::string name, std::string pattern)
     : Control(owner_form, Kind::kFileList, std::move(name)), pattern_(std::move(pattern)) {
     path_ = path::Normalize(owner().program().machine.process.ApplicationFolder());

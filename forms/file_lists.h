@@ -7,6 +7,7 @@
 
 #include "common/error.h"
 #include "forms/control.h"
+#include "forms/program.h"
 #include "platform/machine.h"
 
 namespace vantrel::forms {
@@ -73,13 +74,30 @@ class FolderList : public Control {
     std::vector<Entry> entries_;
 };
 
+// A folder list's reading of many folders, one after the other. Meanwhile only painting and the Esc
+// key are served, and no handler runs; Esc stops the reading.
+class FolderReading {
+  public:
+    explicit FolderReading(Program& program) : program_(program) {}
+    // As a folder list shows them (SubFolders in folder_path.h): those found before the reading was
+    // stopped, nothing afterwards.
+    std::vector<std::string> SubFolders(const std::string& path);
+    bool WasStopped() const { return was_stopped_; }
+
+  private:
+    bool KeepReading();
+
+    Program& program_;
+    bool was_stopped_ = false;
+};
+
 // The files of a folder that match a pattern: plain ones, neither hidden nor system, sorted. A new
 // list shows the application folder.
 class FileList : public Control {
   public:
     FileList(Form& owner, std::string name, std::string pattern);
     Event Click;
-    std::function<void(int button)> MouseDown;  // 2: right button
+    std::function<void(int button)> MouseDown;  // 2: right button, or the menu key
     const std::string& Path() const { return path_; }
     void SetPath(const std::string& path);  // paths and error as for a folder list
     void SetPattern(const std::string& pattern);

@@ -16,10 +16,14 @@ bool IsFolder(platform::FileSystem& files, const std::string& path) {
     }
 }
 
-std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path) {
+std::vector<std::string> SubFolders(platform::Machine& machine, const std::string& path,
+                                    const std::function<bool()>& keep_reading) {
     std::vector<std::pair<std::string, std::string>> found;  // what to sort by, name
     try {
         machine.files.List(path, [&](const platform::FileInfo& info) {
+            if (keep_reading && !keep_reading()) {
+                return false;
+            }
             if (info.IsFolder() && !info.IsHiddenOrSystem() && !info.is_link) {
                 found.emplace_back(machine.code_page.Fold(info.name), info.name);
             }

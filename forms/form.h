@@ -57,6 +57,9 @@ class Form {
     virtual void Form_Resize() {}
     virtual void Form_QueryUnload(UnloadMode) {}
     virtual void Form_Unload() {}
+    // Called after an event of one of its controls, when no handler of this window is running any
+    // more; not after a handler that has raised an error.
+    virtual void AfterEvent() {}
 
     // For Desktop implementations and views only.
     void MarkLoaded(bool loaded) { loaded_ = loaded; }

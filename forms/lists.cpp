@@ -101,11 +101,16 @@ void Tree::Clear() {
 }
 
 void Tree::Select(int index) {
-    UserSelect(index);
+    MarkSelected(index);
     Notify(Aspect::kSelection);
 }
 
 void Tree::UserSelect(int index) {
+    MarkSelected(index);
+    Raise(NodeClick);
+}
+
+void Tree::MarkSelected(int index) {
     if (index < 0 || index > Count()) {
         RaiseError(error_number::kInvalidPropertyValue);
     }

@@ -76,11 +76,13 @@ class Tree : public Control {
     int Selected() const { return selected_; }  // 0 for none
     // 0 selects none. Out of range: error 380.
     void Select(int index);
-    std::function<void(int button)> MouseDown;  // 2: right button
+    Event NodeClick;                            // the user has selected another node
+    std::function<void(int button)> MouseDown;  // 2: right button, or the menu key
     void UserSelect(int index);                 // by the user; the screen shows it already
     void UserMouseDown(int button) { Raise(MouseDown, button); }
 
   private:
+    void MarkSelected(int index);
     std::vector<Node> nodes_;
     int selected_ = 0;
 };

@@ -185,6 +185,14 @@ void WindowManager::Run() {
     }
 }
 
+// The end of the session may come meanwhile; it stops the reading, too.
+bool WindowManager::PaintAndCheckEscape() {
+    only_paints_ = true;
+    const bool escape = ServePainting();
+    only_paints_ = false;
+    return escape || session_ends_;
+}
+
 void WindowManager::HandleEvent(const std::function<void()>& event) {
     ++running_events_;
     try {
@@ -262,6 +270,9 @@ void WindowManager::EndSession() {
     }
     session_ends_ = true;
     WakeLoops();
+    if (only_paints_) {
+        return;  // HandleEvent leaves when the reading has ended
+    }
     const std::vector<Form*> forms(windows_.rbegin(), windows_.rend());
     bool waits_for_a_run = false;
     for (Form* form : forms) {

@@ -30,8 +30,11 @@ class WindowManager : public Desktop {
     void Hide(Form& form) final;
     void Unload(Form& form, UnloadMode mode = UnloadMode::kCode) final;
     void Run() final;
+    bool PaintAndCheckEscape() final;
     void SetPointer(Pointer pointer) final;
     Pointer CurrentPointer() const { return pointer_; }
+    // Whether PaintAndCheckEscape is running: an event that the system delivers now must wait.
+    bool OnlyPaints() const { return only_paints_; }
 
     // What the user or the system does to a window. Ignored while the window takes no input.
     // Close box, Alt+F4 or a WM_CLOSE from outside: presses the visible one of the buttons
@@ -85,6 +88,8 @@ class WindowManager : public Desktop {
     virtual bool HandleNextEvent() = 0;
     // Makes a HandleNextEvent that waits return, so that its caller checks its condition again.
     virtual void WakeLoops() = 0;
+    // Paints what waits to be painted. True when Esc has been pressed.
+    virtual bool ServePainting() = 0;
     // Answers every box that is shown with Cancel or No.
     virtual void DismissBoxes() = 0;
 
@@ -111,6 +116,7 @@ class WindowManager : public Desktop {
     const Form* last_active_ = nullptr;  // only compared
     Pointer pointer_ = Pointer::kDefault;
     int running_events_ = 0;
+    bool only_paints_ = false;
     bool session_ends_ = false;
 };
 

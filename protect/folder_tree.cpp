@@ -8,7 +8,7 @@
 
 #include "common/error.h"
 #include "common/path.h"
-#include "forms/folder_path.h"
+#include "forms/file_lists.h"
 #include "forms/form.h"
 #include "protect/clsCfg.h"
 
@@ -28,12 +28,13 @@ struct Level {
 class TreeBuilder {
   public:
     TreeBuilder(forms::Tree& tree, forms::Panel& progress)
-        : tree_(tree), progress_(progress), program_(tree.owner().program()) {}
+        : tree_(tree), progress_(progress), program_(tree.owner().program()), reading_(program_) {}
 
-    void Build(const std::string& path, const std::string& parent) {
+    // False when the reading was stopped.
+    bool Build(const std::string& path, const std::string& parent) {
         top_level_ = parent.empty();
         Enter(path::Normalize(path), top_level_ ? 0 : std::stoi(parent));
-        while (!levels_.empty()) {
+        while (!levels_.empty() && !reading_.WasStopped()) {
             if (levels_.back().next == levels_.back().names.size()) {
                 levels_.pop_back();
             } else {
@@ -43,11 +44,12 @@ class TreeBuilder {
         if (top_level_) {
             progress_.SetFloodPercent(0);
         }
+        return !reading_.WasStopped();
     }
 
   private:
     void Enter(const std::string& path, int node) {
-        levels_.push_back({path, forms::SubFolders(program_.machine, path), node});
+        levels_.push_back({path, reading_.SubFolders(path), node});
     }
 
     void AddNext() {
@@ -79,6 +81,7 @@ class TreeBuilder {
     forms::Tree& tree_;
     forms::Panel& progress_;
     forms::Program& program_;
+    forms::FolderReading reading_;
     std::vector<Level> levels_;
     std::optional<std::unordered_set<std::string>> list_;
     bool top_level_ = false;
@@ -86,10 +89,10 @@ class TreeBuilder {
 
 }  // namespace
 
-void Create_DirectoryStructure(forms::Tree& tree, forms::Panel& progress, const std::string& path,
+bool Create_DirectoryStructure(forms::Tree& tree, forms::Panel& progress, const std::string& path,
                                const std::string& parent) {
-    Reported("clsFiles:Create_DirectoryStructure Method",
-             [&] { TreeBuilder(tree, progress).Build(path, parent); });
+    return Reported("clsFiles:Create_DirectoryStructure Method",
+                    [&] { return TreeBuilder(tree, progress).Build(path, parent); });
 }
 
 }  // namespace vantrel

@@ -13,9 +13,10 @@ namespace vantrel {
 // or the ordinary pair. At the top level (`parent` empty) they become root nodes, and `progress`
 // fills with the share of them that is reached, and is emptied at the end; otherwise they become
 // children of the node whose index `parent` is written as. All at once: nothing is left to be read
-// when a node is opened. Every error goes through the shared error reporter; a missing
+// when a node is opened. Esc stops the reading; the nodes added so far stay, and the result is
+// false. No handler runs meanwhile. Every error goes through the shared error reporter; a missing
 // or damaged protected-folder list is one as soon as there is a folder.
-void Create_DirectoryStructure(forms::Tree& tree, forms::Panel& progress, const std::string& path,
+bool Create_DirectoryStructure(forms::Tree& tree, forms::Panel& progress, const std::string& path,
                                const std::string& parent);
 
 }  // namespace vantrel

@@ -23,6 +23,36 @@ TEST_F(Controls, AreFoundOnTheirFormByName) {
     EXPECT_EQ(nullptr, form.Find("Cmd_ok"));
 }
 
+TEST_F(Controls, WindowIsNotifiedOnceWhenTheOutermostHandlerHasEnded) {
+    struct Notified : BareForm {
+        using BareForm::BareForm;
+        void AfterEvent() override { ++events; }
+        int events = 0;
+    } window(program);
+    forms::TextBox text(window, "Fld_INI");
+    forms::Button button(window, "Cmd_Ok", "OK");
+    text.Change = [] {};
+    button.Click = [&] {
+        text.SetText("a");
+        EXPECT_EQ(0, window.events);
+    };
+    button.UserPress();
+    EXPECT_EQ(1, window.events);
+}
+
+TEST_F(Controls, LineOfAStatusBarIsItsCaption) {
+    forms::StatusBar bar(form, "Sta_Mainmenu");
+    RecordingView view;
+    bar.Bind(&view);
+    bar.SetLine("Missing folder: C:\\Data.", "C:\\Data");
+    bar.SetNote("F1");
+    bar.SetLine("Missing folder: C:\\Data.", "C:\\Data");
+    EXPECT_EQ("Missing folder: C:\\Data.", bar.Caption());
+    EXPECT_EQ("C:\\Data", bar.Path());
+    EXPECT_EQ("F1", bar.Note());
+    EXPECT_EQ(2u, view.changes.size()) << "the same line once";
+}
+
 TEST_F(Controls, TextChangesOnlyWhenItBecomesAnother) {
     forms::TextBox text(form, "Fld_INI", true);
     text.Change = Count();

@@ -28,6 +28,7 @@ class SilentDesktop : public forms::Desktop {
     void ShowModal(forms::Form&) override { std::abort(); }
     void Hide(forms::Form&) override { std::abort(); }
     void Unload(forms::Form&, forms::UnloadMode) override { std::abort(); }
+    bool PaintAndCheckEscape() override { std::abort(); }
     void WaitEvents() override { std::abort(); }
     void Run() override { std::abort(); }
     void SetPointer(forms::Pointer) override { std::abort(); }

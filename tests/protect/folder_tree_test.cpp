@@ -149,6 +149,35 @@ TEST_F(FolderTree, HiddenAndSystemFoldersAndLinksAreLeftOut) {
     EXPECT_THAT(Tags(), ElementsAre("D:\\Seen"));
 }
 
+TEST_F(FolderTree, EscapeStopsTheReadingAndKeepsWhatHasBeenRead) {
+    Protect("");
+    for (const char* folder : {"D:\\A\\B", "D:\\C\\E", "D:\\F"}) {
+        machine.MakeFolders(folder);
+    }
+    desktop.on_paint = [this] { return tree.Count() == 3; };
+    EXPECT_FALSE(Create_DirectoryStructure(tree, progress, "D:\\", ""));
+    EXPECT_THAT(Tags(), ElementsAre("D:\\A", "D:\\A\\B", "D:\\C"));
+    EXPECT_EQ(progress.FloodPercent(), 0);
+}
+
+TEST_F(FolderTree, EscapeIsServedWithinAFolderOfManyFiles) {
+    Protect("");
+    machine.MakeFolders("D:\\A");
+    for (int i = 0; i < 20; ++i) {
+        machine.PutFile("D:\\A\\" + std::to_string(i), "");
+    }
+    int calls = 0;
+    desktop.on_paint = [&] { return ++calls == 15; };
+    EXPECT_FALSE(Create_DirectoryStructure(tree, progress, "D:\\", ""));
+    EXPECT_EQ(calls, 15) << "asked before each entry, and not after the answer";
+}
+
+TEST_F(FolderTree, CompleteReadingIsReportedAsSuch) {
+    Protect("");
+    machine.MakeFolders("D:\\A");
+    EXPECT_TRUE(Create_DirectoryStructure(tree, progress, "D:\\", ""));
+}
+
 TEST_F(FolderTree, UnreadableFolderHasNoSubFolders) {
     Protect("");
     machine.MakeFolders("D:\\Closed\\Unseen");

@@ -27,6 +27,8 @@ class ScriptedDesktop : public forms::WindowManager {
     // in front again when another is gone.
     std::deque<std::function<void()>> on_events;
     std::deque<std::function<void()>> idle;
+    // Called when a long reading paints; true: the user has pressed Esc.
+    std::function<bool()> on_paint;
     // Called inside each box, e.g. to change the disk before the answer.
     std::function<void(const forms::Box&)> on_box;
     // Called at each step, before it is taken: what goes into `happened`, and "events", "pointer
@@ -76,6 +78,7 @@ class ScriptedDesktop : public forms::WindowManager {
     void RequestActivation(forms::Form& form) override;
     bool HandleNextEvent() override;
     void WakeLoops() override {}
+    bool ServePainting() override { return on_paint && on_paint(); }
     void DismissBoxes() override {}
 
   private:

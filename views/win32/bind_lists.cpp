@@ -154,6 +154,14 @@ class FileListBinder : public ListBinder {
     FileListBinder(BinderWindow& window, forms::FileList& list, HWND handle, int id)
         : ListBinder(window, list, handle, id, kListBox), list_(list) {}
     void RightClick() override { list_.UserMouseDown(2); }
+    POINT MenuPosition() const override {
+        RECT entry{};
+        if (list_.Index() >= 0) {
+            Send(LB_GETITEMRECT, static_cast<WPARAM>(list_.Index()),
+                 reinterpret_cast<LPARAM>(&entry));
+        }
+        return BelowInside(handle(), entry);
+    }
 
   protected:
     int Count() const override { return list_.Count(); }

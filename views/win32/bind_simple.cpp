@@ -159,20 +159,6 @@ class CheckBoxBinder : public CaptionBinder {
     forms::CheckBox& box_;
 };
 
-class StatusBarBinder : public Binder {
-  public:
-    using Binder::Binder;
-    void Rescale(int) override { SendMessageW(handle(), WM_SIZE, 0, 0); }
-
-  protected:
-    void Show(Aspect aspect) override {
-        if (aspect == Aspect::kText) {
-            SendMessageW(handle(), SB_SETTEXTW, 0,
-                         reinterpret_cast<LPARAM>(Wide(control().Caption()).c_str()));
-        }
-    }
-};
-
 class ProgressBarBinder : public Binder {
   public:
     ProgressBarBinder(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id)
@@ -208,10 +194,6 @@ OwnedBinder BindCheckBox(BinderWindow& window, forms::CheckBox& box, HWND handle
 
 OwnedBinder BindFrame(BinderWindow& window, forms::Frame& frame, HWND handle, int id) {
     return std::make_unique<CaptionBinder>(window, frame, handle, id);
-}
-
-OwnedBinder BindStatusBar(BinderWindow& window, forms::StatusBar& bar, HWND handle, int id) {
-    return std::make_unique<StatusBarBinder>(window, bar, handle, id);
 }
 
 OwnedBinder BindProgressBar(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id) {

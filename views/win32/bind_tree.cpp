@@ -24,8 +24,13 @@ constexpr int kPictures[] = {IDI_Folder, IDI_OpenFolder, IDI_ProtectedFolder};
 class TreeBinder : public Binder {
   public:
     TreeBinder(BinderWindow& window, forms::Tree& tree, HWND handle, int id)
-        : Binder(window, tree, handle, id), tree_(tree) {}
-    ~TreeBinder() override { TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL); }
+        : Binder(window, tree, handle, id), tree_(tree) {
+        SetWindowSubclass(handle, MenuMessages, 0, 0);
+    }
+    ~TreeBinder() override {
+        RemoveWindowSubclass(handle(), MenuMessages, 0);
+        TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL);
+    }
 
     void Notify(const NMHDR& header) override {
         if (header.code != TVN_SELCHANGEDW || showing_) {
@@ -34,7 +39,22 @@ class TreeBinder : public Binder {
         const auto& change = reinterpret_cast<const NMTREEVIEWW&>(header);
         tree_.UserSelect(static_cast<int>(change.itemNew.lParam));
     }
-    void RightClick() override { tree_.UserMouseDown(2); }
+    // The menu acts on the selected node, which may have been scrolled out of the view.
+    void RightClick() override {
+        if (const HTREEITEM selected = TreeView_GetSelection(handle())) {
+            TreeView_EnsureVisible(handle(), selected);
+        }
+        tree_.UserMouseDown(2);
+    }
+    POINT MenuPosition() const override {
+        RECT node{};
+        if (const HTREEITEM selected = TreeView_GetSelection(handle())) {
+            TreeView_EnsureVisible(handle(), selected);
+            constexpr BOOL kTextOnly = TRUE;
+            TreeView_GetItemRect(handle(), selected, &node, kTextOnly);
+        }
+        return BelowInside(handle(), node);
+    }
 
     void Rescale(int dpi) override {
         const OwnedIcon sample =
@@ -75,6 +95,30 @@ class TreeBinder : public Binder {
         HTREEITEM item;
         int image, selected_image;
     };
+
+    // The control itself would paint the node under the pointer like a selected one until the menu
+    // is closed. The system makes a WM_CONTEXTMENU of the button's release; some trees make none of
+    // Shift+F10.
+    static LRESULT CALLBACK MenuMessages(HWND tree, UINT message, WPARAM wparam, LPARAM lparam,
+                                         UINT_PTR, DWORD_PTR) {
+        constexpr LPARAM kFromKeyboard = -1;
+        switch (message) {
+            case WM_RBUTTONDOWN:
+                SetFocus(tree);
+                return 0;
+            case WM_RBUTTONUP:
+                return DefWindowProcW(tree, message, wparam, lparam);
+            case WM_SYSKEYDOWN:
+                if (wparam != VK_F10 || GetKeyState(VK_SHIFT) >= 0) {
+                    break;
+                }
+                return SendMessageW(tree, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree),
+                                    kFromKeyboard);
+            default:
+                break;
+        }
+        return DefSubclassProc(tree, message, wparam, lparam);
+    }
 
     HTREEITEM ItemOf(int node) const { return shown_[static_cast<std::size_t>(node - 1)].item; }
 

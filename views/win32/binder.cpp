@@ -123,6 +123,13 @@ std::string Binder::Tip() const {
     return tip.empty() || text.empty() ? tip + text : tip + "\r\n" + text;
 }
 
+POINT BelowInside(HWND list, const RECT& entry) {
+    RECT inside{};
+    GetClientRect(list, &inside);
+    return {std::clamp((entry.left + entry.right) / 2, inside.left, inside.right),
+            std::clamp(entry.bottom, inside.top, inside.bottom)};
+}
+
 namespace {
 
 template <typename T>

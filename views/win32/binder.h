@@ -63,7 +63,9 @@ class Binder : public forms::ControlView {
     virtual void Command(WORD) {}
     virtual void Notify(const NMHDR&) {}
     virtual void Draw(const DRAWITEMSTRUCT&) {}
+    // Also the menu key and Shift+F10, whose menu opens at MenuPosition (inside the real control).
     virtual void RightClick() {}
+    virtual POINT MenuPosition() const { return {}; }
     virtual void Tick() {}
     // Colours of a static text; nullptr leaves the system's.
     virtual HBRUSH Colors(HDC) { return nullptr; }
@@ -96,6 +98,10 @@ class Binder : public forms::ControlView {
     std::vector<forms::Aspect> deferred_;
     bool released_ = false;
 };
+
+// Where the menu of an entry opens: below the entry's left half, but inside `list`. Both are in the
+// list's coordinates.
+POINT BelowInside(HWND list, const RECT& entry);
 
 // The binder for the control's kind. Throws vantrel::Error when the window lacks the real control.
 std::unique_ptr<Binder> MakeBinder(BinderWindow& window, forms::Control& control, HWND handle,

@@ -159,6 +159,39 @@ void Win32Desktop::WaitEvents() {
     DoEvents();
 }
 
+// Called for each entry of a folder, so most calls only look at the time.
+bool Win32Desktop::ServePainting() {
+    constexpr ULONGLONG kInterval = 20;  // milliseconds
+    const ULONGLONG now = GetTickCount64();
+    if (now - painted_at_ < kInterval) {
+        return false;
+    }
+    painted_at_ = now;
+    MSG message;
+    while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) {
+        DispatchMessageW(&message);
+    }
+    return TakeEscape();
+}
+
+// Other keys go back into the queue in their order; they are handled after the reading.
+bool Win32Desktop::TakeEscape() {
+    std::vector<MSG> others;
+    bool escape = false;
+    MSG message;
+    while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
+        if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
+            escape = true;
+        } else {
+            others.push_back(message);
+        }
+    }
+    for (const MSG& each : others) {
+        PostMessageW(each.hwnd, each.message, each.wParam, each.lParam);
+    }
+    return escape;
+}
+
 void Win32Desktop::ShowPointer(forms::Pointer pointer) {
     SetCursor(LoadCursorW(nullptr, pointer == forms::Pointer::kHourglass ? IDC_WAIT : IDC_ARROW));
 }

@@ -50,6 +50,7 @@ class Win32Desktop : public forms::WindowManager {
     void RequestActivation(forms::Form& form) override { ViewOf(form)->PostActivation(); }
     bool HandleNextEvent() override;
     void WakeLoops() override;
+    bool ServePainting() override;
     void DismissBoxes() override;
 
   private:
@@ -59,11 +60,13 @@ class Win32Desktop : public forms::WindowManager {
     HWND BoxOwner() const;
     void Dispatch(MSG& message);
     void Flush();
+    static bool TakeEscape();
 
     std::vector<std::unique_ptr<WindowView>> views_;  // in the order of loading
     // Destroyed windows whose procedure may still be on the stack; cleared between events.
     std::vector<std::unique_ptr<WindowView>> destroyed_;
     Taskbar taskbar_;
+    ULONGLONG painted_at_ = 0;  // the system's milliseconds at the last ServePainting
 };
 
 }  // namespace vantrel::views

@@ -1,4 +1,4 @@
-// Creation of a window: its dialogs, menus, binders and tooltips.
+// Creation of a window: its dialogs, binders and tooltips.
 #include <windows.h>
 
 #include <oleacc.h>
@@ -38,12 +38,17 @@ WindowView::WindowView(forms::WindowManager& manager, Taskbar& taskbar, forms::F
     if (!form.Caption().empty()) {
         SetTextOf(window_, form.Caption());
     }
-    MakePages();
-    LoadMenus();
-    MakeBinders();
-    MakeTooltips();
-    NameControls();
-    TakeDpi(static_cast<int>(GetDpiForWindow(window_)), nullptr);
+    try {
+        MakePages();
+        LoadMenus();
+        MakeBinders();
+        MakeTooltips();
+        NameControls();
+        TakeDpi(static_cast<int>(GetDpiForWindow(window_)), nullptr);
+    } catch (...) {
+        Destroy();
+        throw;
+    }
     form.Bind(this);
 }
 
@@ -73,19 +78,6 @@ void WindowView::MakePages() {
         page.window = MakeDialog(name.c_str(), window_, page.layout);
         EnableThemeDialogTexture(page.window, ETDT_ENABLETAB);
         pages_.push_back(std::move(page));
-    }
-}
-
-void WindowView::LoadMenus() {
-    for (const forms::Control* control : form_->controls()) {
-        if (control->kind() != forms::Kind::kMenu) {
-            continue;
-        }
-        const int id = ControlId(form_->name(), control->name());
-        OwnedMenu menu(id ? LoadMenuW(Program(), MAKEINTRESOURCEW(id)) : nullptr);
-        if (menu) {
-            pop_ups_[id] = std::move(menu);
-        }
     }
 }
 
@@ -178,40 +170,17 @@ void WindowView::ShowPage(int page) {
     TrackFocus();
 }
 
-void WindowView::SetMenuText(int id, const std::string& text) {
-    std::wstring wide = Wide(text);
-    MENUITEMINFOW item{};
-    item.cbSize = sizeof item;
-    item.fMask = MIIM_STRING;
-    item.dwTypeData = wide.data();
-    SetMenuItemInfoW(GetMenu(window_), static_cast<UINT>(id), FALSE, &item);
-    for (const auto& [menu_id, menu] : pop_ups_) {
-        SetMenuItemInfoW(menu.get(), static_cast<UINT>(id), FALSE, &item);
+// The dialog manager would go back to the control that had the keyboard when the window was left,
+// even if a handler has moved it meanwhile. FALSE when it is to choose one.
+INT_PTR WindowView::RestoreFocus() {
+    for (const auto& binder : binders_) {
+        if (&binder->control() == form_->ActiveControl() && IsWindowVisible(binder->handle()) &&
+            IsWindowEnabled(binder->handle())) {
+            SetFocus(binder->handle());
+            return TRUE;
+        }
     }
-}
-
-void WindowView::EnableMenuEntry(int id, bool enabled) {
-    const UINT how = MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED);
-    EnableMenuItem(GetMenu(window_), static_cast<UINT>(id), how);
-    for (const auto& [menu_id, menu] : pop_ups_) {
-        EnableMenuItem(menu.get(), static_cast<UINT>(id), how);
-    }
-}
-
-void WindowView::PopUpMenu(int id) {
-    const auto found = pop_ups_.find(id);
-    if (found == pop_ups_.end()) {
-        return;
-    }
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    const int chosen =
-        TrackPopupMenuEx(GetSubMenu(found->second.get(), 0), TPM_RETURNCMD | TPM_RIGHTBUTTON,
-                         pointer.x, pointer.y, window_, nullptr);
-    // The handler that opened the menu gets the errors of what was chosen.
-    if (Binder* binder = chosen ? Find(chosen) : nullptr) {
-        binder->Command(0);
-    }
+    return FALSE;
 }
 
 // The dialog manager marks buttons as the keyboard moves, but not when a program moves it, across

@@ -136,7 +136,27 @@ INT_PTR CALLBACK WindowView::Procedure(HWND window, UINT message, WPARAM wparam,
     return view ? view->Handle(window, message, wparam, lparam) : FALSE;
 }
 
+// What another program sends while a folder tree is read is handled after the reading.
+bool WindowView::Defer(HWND window, UINT message, WPARAM wparam, LPARAM lparam) const {
+    if (!manager_.OnlyPaints()) {
+        return false;
+    }
+    switch (message) {
+        case WM_COMMAND:
+        case WM_CONTEXTMENU:
+        case WM_HELP:
+        case WM_SYSCOMMAND:
+        case WM_CLOSE:
+            return PostMessageW(window, message, wparam, lparam) != FALSE;
+        default:
+            return message == WM_NOTIFY;
+    }
+}
+
 INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (Defer(window, message, wparam, lparam)) {
+        return TRUE;
+    }
     switch (message) {
         case WM_COMMAND:
             Command(LOWORD(wparam), HIWORD(wparam));
@@ -162,9 +182,7 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             return TRUE;
         }
         case WM_CONTEXTMENU:
-            if (Binder* binder = Find(GetDlgCtrlID(reinterpret_cast<HWND>(wparam)))) {
-                manager_.RunGuarded([&] { binder->RightClick(); });
-            }
+            ContextMenu(reinterpret_cast<HWND>(wparam), lparam);
             return TRUE;
         case WM_CTLCOLORSTATIC:
             return Colors(reinterpret_cast<HDC>(wparam), reinterpret_cast<HWND>(lparam));
@@ -203,13 +221,15 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             return TRUE;
         case WM_ACTIVATE:
             help_key_held_ = false;
-            if (LOWORD(wparam) != WA_INACTIVE) {
-                manager_.WindowActivated(*form_);
-            } else {
+            if (LOWORD(wparam) == WA_INACTIVE) {
                 focus_ = nullptr;
                 MarkDefaultButton();
+                return FALSE;
             }
-            return FALSE;  // the dialog manager restores the focus
+            manager_.WindowActivated(*form_);
+            return RestoreFocus();
+        case WM_SETFOCUS:
+            return RestoreFocus();
         case WM_TIMER:
             for (const auto& binder : binders_) {
                 if (reinterpret_cast<WPARAM>(binder.get()) != wparam) {

@@ -10,6 +10,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -93,6 +94,9 @@ class WindowView : public forms::ControlView, public BinderWindow {
     bool ShowPointer(HWND over, WORD hit);
     INT_PTR Colors(HDC device, HWND control);
     void Command(int id, WORD code);
+    void ContextMenu(HWND control, LPARAM where);
+    bool Defer(HWND window, UINT message, WPARAM wparam, LPARAM lparam) const;
+    INT_PTR RestoreFocus();
     void WantHelp();
     void Activate();
     void PaintBoxes(HDC device) const;
@@ -132,7 +136,8 @@ class WindowView : public forms::ControlView, public BinderWindow {
     HWND window_ = nullptr;
     Tooltips tooltips_;
     Annotations annotations_;
-    HWND focus_ = nullptr;  // has the keyboard; nullptr while another window is in front
+    HWND focus_ = nullptr;          // has the keyboard; nullptr while another window is in front
+    std::optional<POINT> menu_at_;  // on the screen, while a menu is asked for
     Layout layout_;
     std::vector<Page> pages_;
     OwnedFont font_;
