@@ -109,10 +109,13 @@ set(UI_SOURCES
     ui/about_tab.cpp
     ui/backup_tab.cpp
     ui/edit_tab.cpp
+    ui/last_run.cpp
     ui/log_tab.cpp
+    ui/main_status.cpp
     ui/new_backup.cpp
     ui/restore_tab.cpp
     ui/secure_tab.cpp
+    ui/set_facts.cpp
     ui/text_views.cpp)
 set(APP_SOURCES
     app/Frm_Splash.cpp
@@ -350,12 +353,17 @@ set(UI_TESTS
     tests/ui/editor_list_test.cpp
     tests/ui/editor_save_test.cpp
     tests/ui/editor_test.cpp
+    tests/ui/last_run_test.cpp
     tests/ui/log_tab_test.cpp
     tests/ui/long_values_test.cpp
     tests/ui/mailing_test.cpp
+    tests/ui/main_status_test.cpp
     tests/ui/main_window_test.cpp
     tests/ui/new_backup_test.cpp
     tests/ui/secure_tab_test.cpp
+    tests/ui/set_facts_test.cpp
+    tests/ui/status_bar_test.cpp
+    tests/ui/stopped_reading_test.cpp
     tests/ui/text_views_test.cpp)
 set(APP_TESTS
     tests/app/captions_test.cpp

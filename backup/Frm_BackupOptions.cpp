@@ -42,6 +42,13 @@ void Frm_BackupOptions::Form_Load() {
     Fld_BackupFileName.SetText(set_.BackupFileName());
 }
 
+// A new set has the flag on. On a fixed disk clearing it is what the dialog is opened for.
+void Frm_BackupOptions::Form_Activate() {
+    if (Chk_MultiVolumeBackup.Checked() && !IsDestinationRemovable()) {
+        Chk_MultiVolumeBackup.SetFocus();
+    }
+}
+
 void Frm_BackupOptions::Cmd_Ok_Click() {
     if (!ValidateEntries()) {
         return;
@@ -81,13 +88,15 @@ bool Frm_BackupOptions::ValidateArchiveName() {
     return false;
 }
 
+bool Frm_BackupOptions::IsDestinationRemovable() {
+    const std::string root = main_.Fld_BackupWhere.Caption().substr(0, 3);
+    return clsDrives(program()).VerifyDriveType(root, platform::drive_type::kRemovable);
+}
+
 // Checks the destination that the main window shows, not the one in the set's file. The list under
 // the message's last heading is that of the removable drives, where such a set is accepted.
 bool Frm_BackupOptions::ValidateVolumes() {
-    const std::string root = main_.Fld_BackupWhere.Caption().substr(0, 3);
-    clsDrives drives(program());
-    if (!Chk_MultiVolumeBackup.Checked() ||
-        drives.VerifyDriveType(root, platform::drive_type::kRemovable)) {
+    if (!Chk_MultiVolumeBackup.Checked() || IsDestinationRemovable()) {
         return true;
     }
     const std::string& line = program().globals.CrLf;
@@ -95,7 +104,8 @@ bool Frm_BackupOptions::ValidateVolumes() {
         "Unable to Save as you have selected the Multi Volume "
         "flag on a Non-Removable Drive." +
         line + line + "The Non-Removable Drives on this machine are;" + line +
-        drives.ShowDrives(platform::drive_type::kRemovable));
+        clsDrives(program()).ShowDrives(platform::drive_type::kRemovable));
+    Chk_MultiVolumeBackup.SetFocus();
     return false;
 }
 

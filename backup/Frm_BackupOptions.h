@@ -25,6 +25,7 @@ class Frm_BackupOptions : public forms::Form {
     forms::Button Cmd_Cancel;
 
     void Form_Load() override;
+    void Form_Activate() override;
     void Cmd_Ok_Click();
     void Cmd_Cancel_Click();
 
@@ -33,6 +34,7 @@ class Frm_BackupOptions : public forms::Form {
     bool ValidateEntries();
     bool ValidateArchiveName();
     bool ValidateVolumes();
+    bool IsDestinationRemovable();
     bool ValidateCharacters(const std::string& text);
     bool RequireLoadedSet();
     bool ValidateLengths(const clsINI& changed);

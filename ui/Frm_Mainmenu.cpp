@@ -1,6 +1,7 @@
 #include "ui/Frm_Mainmenu.h"
 
 #include <optional>
+#include <utility>
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
@@ -11,9 +12,6 @@
 namespace vantrel {
 
 namespace {
-// As in the tab control, from the left.
-enum class Tab { kBackup, kRestore, kEdit, kLog, kSecureData, kAbout };
-
 constexpr const char* kSection = "Startup";
 constexpr const char* kKey = "INI File";
 constexpr const char* kNothing = "Nil";
@@ -61,6 +59,10 @@ Frm_Mainmenu::Frm_Mainmenu(forms::Program& program)
     About.Cmd_ContactUs.Click = [this] { Log.mailing.Cmd_ContactUs_Click(); };
     Menu_Secure_Add.Click = [this] { Secure.Menu_Secure_Add_Click(); };
     Menu_Secure_Delete.Click = [this] { Secure.Menu_Secure_Delete_Click(); };
+    Secure.ReadingBegins = [this] {
+        ShowStatus();
+        Sta_Mainmenu.Refresh();
+    };
 }
 
 void Frm_Mainmenu::Form_Load() {
@@ -78,7 +80,28 @@ void Frm_Mainmenu::Form_Load() {
     FillSetLists();
     if (!program().Unattended()) {
         SelectRememberedSet();
+        numbers_ = program().machine.settings.Numbers();
+        Sta_Mainmenu.SetNote("F1 opens the guide");
+        ShowStatus();
     }
+}
+
+MainStatus Frm_Mainmenu::Status() const {
+    return {.tab = static_cast<Tab>(TAB_Backup.Tab()),
+            .backup = Backup.Status(),
+            .restore = Restore.Status(),
+            .edit = Edit.Status(),
+            .last_run = Log.ShownRun(),
+            .secure = Secure.Status(),
+            .numbers = numbers_};
+}
+
+void Frm_Mainmenu::ShowStatus() {
+    if (program().Unattended()) {
+        return;
+    }
+    const StatusLine line = StatusText(Status());
+    Sta_Mainmenu.SetLine(line.text, line.path);
 }
 
 void Frm_Mainmenu::FillSetLists() {
@@ -102,7 +125,13 @@ void Frm_Mainmenu::SelectRememberedSet() {
     }
 }
 
-void Frm_Mainmenu::Form_Activate() { program().desktop.SetPointer(forms::Pointer::kDefault); }
+void Frm_Mainmenu::Form_Activate() {
+    program().desktop.SetPointer(forms::Pointer::kDefault);
+    if (!std::exchange(was_active_, true)) {
+        Backup.FocusFirstStep();
+    }
+    ShowStatus();
+}
 
 // Closing is never refused. A failing step does not prevent the other; errors are shown after both.
 void Frm_Mainmenu::Form_QueryUnload(forms::UnloadMode mode) {

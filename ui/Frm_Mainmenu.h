@@ -8,6 +8,7 @@
 #include "ui/backup_tab.h"
 #include "ui/edit_tab.h"
 #include "ui/log_tab.h"
+#include "ui/main_status.h"
 #include "ui/restore_tab.h"
 #include "ui/secure_tab.h"
 
@@ -36,6 +37,7 @@ class Frm_Mainmenu : public forms::Form {
     void Form_Load() override;
     void Form_Activate() override;
     void Form_QueryUnload(forms::UnloadMode mode) override;
+    void AfterEvent() override { ShowStatus(); }
 
     void Cmd_Exit_Click();
     void Menu_File_Exit_Click();
@@ -46,6 +48,11 @@ class Frm_Mainmenu : public forms::Form {
     void FillSetLists();
     void SelectRememberedSet();
     void StoreSelection();
+    MainStatus Status() const;
+    void ShowStatus();
+
+    bool was_active_ = false;
+    NumberFormat numbers_;  // as the user wrote numbers when the window was loaded
 };
 
 }  // namespace vantrel

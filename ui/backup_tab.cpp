@@ -87,7 +87,36 @@ BackupControls BackupTab::Controls() {
             Lbl_BackupFileName, Fld_BackupWhere, Fld_BackupOptions};
 }
 
-void BackupTab::Cmd_Backup_Click() { vantrel::Cmd_Backup_Click(window_.program(), Controls()); }
+void BackupTab::Cmd_Backup_Click() {
+    vantrel::Cmd_Backup_Click(window_.program(), Controls());
+    UpdateFacts();
+    // The backup has been refused: the status bar names this button.
+    if (HasProblem(facts_) && Cmd_Change.Enabled()) {
+        Cmd_Change.SetFocus();
+    }
+}
+
+void BackupTab::FocusFirstStep() {
+    if (Cmb_BackupSet.Count() == 0) {
+        Cmd_AddNew.SetFocus();
+    } else if (Cmb_BackupSet.Text().empty()) {
+        Cmb_BackupSet.SetFocus();
+    }
+}
+
+// An unattended run shows no status and asks no more of the disks than its checks do.
+void BackupTab::UpdateFacts() {
+    if (!window_.program().Unattended()) {
+        facts_ = ReadSetFacts(window_.program(), Cmb_BackupSet.Text());
+    }
+}
+
+BackupStatus BackupTab::Status() const {
+    return {.sets = Cmb_BackupSet.Count(),
+            .set = Cmb_BackupSet.Text(),
+            .is_locked = Cmd_Change.Enabled(),
+            .facts = facts_};
+}
 
 bool BackupTab::RequireSelectedSet(const std::string& request) {
     if (!Cmb_BackupSet.Text().empty()) {
@@ -104,6 +133,7 @@ void BackupTab::Cmd_Navigate_Click() {
     }
     Frm_BackupWhere dialog(window_.program(), Controls());
     window_.program().desktop.ShowModal(dialog);
+    UpdateFacts();
 }
 
 void BackupTab::Cmd_Options_Click() {
@@ -112,6 +142,7 @@ void BackupTab::Cmd_Options_Click() {
     }
     Frm_BackupOptions dialog(window_.program(), Controls());
     window_.program().desktop.ShowModal(dialog);
+    UpdateFacts();
 }
 
 std::string BackupTab::SetPath() const {
@@ -128,7 +159,10 @@ void BackupTab::SetEditMode(bool editable) {
     Cmd_Change.SetEnabled(!editable);
 }
 
-void BackupTab::Cmd_Change_Click() { SetEditMode(true); }
+void BackupTab::Cmd_Change_Click() {
+    SetEditMode(true);
+    Dri_DriveList.SetFocus();
+}
 
 void BackupTab::Cmb_BackupSet_Click() {
     window_.Refresh();
@@ -160,6 +194,7 @@ void BackupTab::Cmb_BackupSet_Click() {
         ShowSource(set);
     }
     ShowValues(set);
+    UpdateFacts();
 }
 
 bool BackupTab::SourceDriveFound(clsINI& set) {
@@ -292,6 +327,7 @@ void BackupTab::WriteSource() {
         return;
     }
     clsFiles(program).WriteINI("BACKUP SOURCE", "BackupFiles", set.BackupFiles(), SetPath());
+    facts_.missing_source.clear();  // the list has just read the folder
 }
 
 void BackupTab::RefuseFolder(const std::string& reason) {

@@ -11,6 +11,7 @@
 #include "forms/file_lists.h"
 #include "forms/form.h"
 #include "forms/lists.h"
+#include "ui/main_status.h"
 
 namespace vantrel {
 
@@ -52,6 +53,10 @@ class BackupTab {
     void SetEditMode(bool editable);
     // Both lists to the root of the application's drive, touching no set file.
     void GoToApplicationDrive();
+    // Gives the keyboard to New Backup while there is no set, to the list of sets while none is
+    // selected.
+    void FocusFirstStep();
+    BackupStatus Status() const;
 
   private:
     // What a move of the two lists does to the selected set's file.
@@ -75,6 +80,7 @@ class BackupTab {
     void RefuseFolder(const std::string& reason);
     std::string SetPath() const;
     BackupControls Controls();
+    void UpdateFacts();
     // False, with the message `request`, when no set is selected.
     bool RequireSelectedSet(const std::string& request);
 
@@ -83,6 +89,7 @@ class BackupTab {
     bool moved_ = false;        // a list has moved since kShowing began
     bool mask_is_cut_ = false;  // the mask shown is that of a source that was cut when it was read
     std::string last_good_path_;  // the last folder of the list that a set can store
+    SetFacts facts_;              // of the selected set
 };
 
 }  // namespace vantrel

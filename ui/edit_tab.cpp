@@ -214,6 +214,13 @@ void EditTab::PutInPlace(const std::string& scratch) {
     SaveAccepted = true;
 }
 
+EditStatus EditTab::Status() const {
+    return {.sets = Fil_INI.Count(),
+            .file = CurrentINI,
+            .has_text = !Fld_INI.Text().empty(),
+            .is_unsaved = Cmd_Save.Enabled()};
+}
+
 void EditTab::Cmd_INIRefresh_Click() {
     try {
         const int remembered = Fil_INI.Index();

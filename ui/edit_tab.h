@@ -10,6 +10,7 @@
 #include "forms/file_lists.h"
 #include "forms/form.h"
 #include "forms/lists.h"
+#include "ui/main_status.h"
 
 namespace vantrel {
 
@@ -34,6 +35,7 @@ class EditTab {
     void Fld_INI_Change();
     void Cmd_Save_Click();
     void Cmd_INIRefresh_Click();
+    EditStatus Status() const;
     // Deletes the selected file, after a question, and removes it from `Cmb_BackupSet`.
     void Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet);
 

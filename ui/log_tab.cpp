@@ -44,6 +44,7 @@ void LogTab::ShowLog() {
     Fld_Log.SetText("");
     Fld_Log.Refresh();
     Show_INIQuick(program_, "Vantrel.LOG", Fld_Log);
+    last_run_ = FindLastRun(Fld_Log.Text());
     ShowSize();
     ScrollToNewest();
 }

@@ -9,6 +9,7 @@
 #include "forms/form.h"
 #include "forms/program.h"
 #include "platform/mail.h"
+#include "ui/last_run.h"
 
 namespace vantrel {
 
@@ -58,6 +59,8 @@ class LogTab {
     Mailing mailing;
 
     void Cmd_Refresh_Click();
+    // The last run in the log as it was shown last.
+    const LastRun& ShownRun() const { return last_run_; }
 
   private:
     void ShowLog();
@@ -65,6 +68,7 @@ class LogTab {
     void ScrollToNewest();
 
     forms::Program& program_;
+    LastRun last_run_;
 };
 
 }  // namespace vantrel

@@ -64,6 +64,8 @@ void CreateSet(forms::Program& program, const std::string& name, BackupTab& tab,
         utf::Left(program.machine.process.ApplicationFolder(), kRootLength));
     // Differs from the new file's values, which the selection below shows.
     tab.Fld_BackupOptions.SetCaption("SubDir=ON, MultiVolume=OFF, Time=ON");
+    // The selection below disables the controls that the user wants next; this button enables them.
+    tab.Cmd_Change.SetFocus();
 }
 
 void AddNew(forms::Program& program, const std::string& typed, BackupTab& tab,

@@ -29,4 +29,11 @@ RestoreTab::RestoreTab(forms::Form& window)
     Fld_Total.SetTooltip("Number of Files found in the Restore File");
 }
 
+RestoreStatus RestoreTab::Status() const {
+    return {.archive = Fld_RestoreFile.Caption(),
+            .entries = TV_Restore.Count(),
+            .bytes = PKUNZIP.CountedBytes(),
+            .destination = Fld_RestoreTo.Caption()};
+}
+
 }  // namespace vantrel

@@ -5,6 +5,7 @@
 #include "forms/form.h"
 #include "forms/lists.h"
 #include "restore/restore_actions.h"
+#include "ui/main_status.h"
 #include "zip/pkunzip.h"
 
 namespace vantrel {
@@ -27,6 +28,8 @@ struct RestoreTab {
     forms::Button Cmd_Exit;
     zip::PKUNZIP PKUNZIP;  // lists archives
     RestoreActions actions;
+
+    RestoreStatus Status() const;
 };
 
 }  // namespace vantrel

@@ -2,6 +2,7 @@
 
 #include "backupset/clsFiles.h"
 #include "common/error.h"
+#include "common/path.h"
 #include "forms/desktop.h"
 #include "log/clsLog.h"
 #include "protect/clsCfg.h"
@@ -30,6 +31,9 @@ class WaitScope {
     void Wait(bool waiting) {
         tab_.SSP_PleaseWait.SetVisible(waiting);
         tab_.TV_SecureMode.SetVisible(!waiting);
+        if (waiting && tab_.ReadingBegins) {
+            tab_.ReadingBegins();
+        }
     }
     const forms::Hourglass hourglass_;
     SecureTab& tab_;
@@ -46,6 +50,8 @@ SecureTab::SecureTab(forms::Form& window, const SecureMenu& menu)
       Fld_SecureData(window, "Fld_SecureData", true, true),
       window_(window),
       menu_(menu) {
+    // Without a handler the selection would not be an event, and the status would stay.
+    TV_SecureMode.NodeClick = [] {};
     Dri_SecureMode.Change = [this] { Dri_SecureMode_Change(); };
     TV_SecureMode.MouseDown = [this](int button) { TV_SecureMode_MouseDown(button); };
 }
@@ -83,13 +89,27 @@ void SecureTab::Dri_SecureMode_Change() {
 }
 
 void SecureTab::LoadDrive() {
-    const std::string root = Dri_SecureMode.Drive().substr(0, 2) + "\\";
+    const std::string root = Root();
+    was_stopped_ = false;
     if (!clsFiles(window_.program()).Exist(root, false)) {
         return TV_SecureMode.Clear();
     }
     const WaitScope waiting(*this);
     TV_SecureMode.Clear();
-    Create_DirectoryStructure(TV_SecureMode, SSP_ProgressSecure, root, "");
+    was_stopped_ = !Create_DirectoryStructure(TV_SecureMode, SSP_ProgressSecure, root, "");
+}
+
+std::string SecureTab::Root() const { return Dri_SecureMode.Drive().substr(0, 2) + "\\"; }
+
+SecureStatus SecureTab::Status() const {
+    const int node = TV_SecureMode.Selected();
+    const forms::Tree::Node selected = node == 0 ? forms::Tree::Node() : TV_SecureMode.At(node);
+    return {.drive = path::Normalize(Root()),
+            .folders = TV_SecureMode.Count(),
+            .is_reading = SSP_PleaseWait.Visible(),
+            .was_stopped = was_stopped_,
+            .folder = selected.tag,
+            .is_protected = selected.image == clsCfg::kProtectedFolder};
 }
 
 // The menu acts on the selected node, not on the node under the pointer.

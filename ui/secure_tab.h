@@ -8,6 +8,7 @@
 #include "forms/file_lists.h"
 #include "forms/form.h"
 #include "forms/lists.h"
+#include "ui/main_status.h"
 
 namespace vantrel {
 
@@ -38,8 +39,13 @@ struct SecureTab {
     void Menu_Secure_Add_Click();
     void Menu_Secure_Delete_Click();
 
+    SecureStatus Status() const;
+    // Called before a drive is read: no handler runs until that has ended. May be empty.
+    forms::Event ReadingBegins;
+
   private:
     void LoadDrive();
+    std::string Root() const;  // of the chosen drive
     // True when the list was missing and has been created.
     bool CreateMissingList();
     // Shows a message and returns false for a folder that cannot be protected.
@@ -48,6 +54,7 @@ struct SecureTab {
 
     forms::Form& window_;
     SecureMenu menu_;
+    bool was_stopped_ = false;
 };
 
 }  // namespace vantrel

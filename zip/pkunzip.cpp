@@ -51,6 +51,7 @@ void PKUNZIP::RunAction(std::int16_t action) {
 // Damage is only information here: an extraction reports it again, as an error.
 void PKUNZIP::ReadNames() {
     names_.clear();
+    counted_bytes_ = 0;
     std::string trouble;
     const std::string archive = FullPath(Property<std::string>(unzip_id::kArchive));
     try {
@@ -64,6 +65,7 @@ void PKUNZIP::ReadNames() {
         trouble = directory.trouble;
         names_.reserve(directory.entries.size());
         for (StoredEntry& entry : directory.entries) {
+            counted_bytes_ += entry.size;
             names_.push_back({std::move(entry.name), entry.is_folder});
         }
     } catch (const Error& error) {

@@ -33,6 +33,8 @@ class PKUNZIP : public Component {
     // below `destination` ("" is that itself), "\\" between levels, each once, in the archive's
     // order. They differ from the stored names where no file can have those.
     virtual std::vector<std::string> TargetFolders(const std::string& destination) const;
+    // The size of all entries counted last, not compressed.
+    std::uint64_t CountedBytes() const { return counted_bytes_; }
     // Entries that the last extraction did not restore.
     virtual std::int32_t FailedEntries() const { return failed_; }
 
@@ -46,6 +48,7 @@ class PKUNZIP : public Component {
     void Extract();
 
     std::vector<EntryName> names_;  // of the entries counted last
+    std::uint64_t counted_bytes_ = 0;
     std::int32_t failed_ = 0;
 };
 
