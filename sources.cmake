@@ -414,7 +414,8 @@ set(END_TO_END_TESTS
     tests/end_to_end/restore_test.py
     tests/end_to_end/run_windows_test.py
     tests/end_to_end/spanning_test.py
-    tests/end_to_end/start_test.py)
+    tests/end_to_end/start_test.py
+    tests/end_to_end/status_test.py)
 # Archives of the tests' own: built, damaged and read, for several test programs and the fuzz targets.
 set(ARCHIVE_SUPPORT_SOURCES
     tests/zip/archive_reader.cpp

@@ -15,7 +15,7 @@
 #include <map>
 #include <sstream>
 
-#include "tests/end_to_end/driven_controls.h"
+#include "tests/end_to_end/driven_popups.h"
 #include "tests/end_to_end/escaped.h"
 
 namespace {
@@ -175,13 +175,6 @@ Words LookAtBox() {
     }
 }
 
-// A pop-up menu that is open.
-Words Menu() {
-    const auto menus = WindowsWhere(
-        nullptr, [](HWND each) { return ClassOf(each) == L"#32768" && IsWindowVisible(each); });
-    return {menus.empty() ? "0" : "1"};
-}
-
 Words PressInBox(const Words& words) {
     const HWND button = GetDlgItem(Box(), Number(words.at(1)));
     if (!button) {
@@ -228,13 +221,6 @@ Words MoveWindowOf(const Words& words) {
 Words MovePointer(const Words& words) {
     SetCursorPos(Number(words.at(1)), Number(words.at(2)));
     return {};
-}
-
-Words Place(HWND window) {
-    RECT area{};
-    GetWindowRect(window, &area);
-    return {std::to_string(area.left), std::to_string(area.top), std::to_string(area.right),
-            std::to_string(area.bottom)};
 }
 
 // What a window looks like can be seen from outside while its program is still in the middle of
@@ -320,9 +306,13 @@ const std::map<std::string, Command>& Commands() {
         {"titles", [](const Words&) { return Titles(); }},
         {"box", [](const Words&) { return LookAtBox(); }},
         {"menu", [](const Words&) { return Menu(); }},
+        {"menu_place", [](const Words&) { return MenuPlace(); }},
+        {"tip", [](const Words&) { return Tip(); }},
+        {"tree_place", TreePlace},
         // control, sometimes what in it
         {"click", ClickControl},
         {"right_click", RightClickControl},
+        {"hover", Hover},
         {"choose", Choose},
         {"click_entry", [](const Words& w) { return ClickEntry(w, false); }},
         {"open_entry", [](const Words& w) { return ClickEntry(w, true); }},

@@ -183,6 +183,16 @@ inline HTREEITEM FindEntry(const RemoteTree& tree, const std::string& path) {
     throw std::runtime_error("no such tree entry");
 }
 
+// Where an entry is on the screen: left, top, right, bottom.
+inline Words TreePlace(const Words& words) {
+    const HWND window = Control(words.at(1));
+    const RemoteTree tree(window);
+    RECT area = tree.Place(FindEntry(tree, words.at(2)));
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&area), 2);
+    return {std::to_string(area.left), std::to_string(area.top), std::to_string(area.right),
+            std::to_string(area.bottom)};
+}
+
 inline Words ClickTree(const Words& words, bool right) {
     const HWND window = Usable(Control(words.at(1)));
     const RemoteTree tree(window);

@@ -172,7 +172,27 @@ class Attended:
         """Whether a pop-up menu is open; keys go to it."""
         return self._ask("menu")[0] == "1"
 
+    def menu_place(self):
+        """left, top, right, bottom of the pop-up menu that is open."""
+        return tuple(map(int, self._ask("menu_place")))
+
+    def tree_place(self, name, *path):
+        """left, top, right, bottom of a tree's entry on the screen."""
+        return tuple(map(int, self._control("tree_place", name, "|".join(path))))
+
+    def tip(self):
+        """The tool tip that is shown, "" for none."""
+        return self._ask("tip")[0]
+
+    def status(self):
+        """The line of the status bar."""
+        return self.text("Sta_Mainmenu")
+
     # Acting
+
+    def hover(self, name):
+        """Rests the mouse on a control."""
+        self._control("hover", name)
 
     def click(self, name):
         self._control("click", name)
