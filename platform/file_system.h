@@ -51,7 +51,10 @@ struct FileInfo {
 };
 
 enum class OpenMode {
-    kRead,       // must exist; others may read, write and rename it meanwhile
+    kRead,  // must exist; others may read, write and rename it meanwhile
+    // The same, but others may not write it, and a file that another has opened for writing is
+    // locked (70). A host refuses only writers of this process.
+    kReadUnchanging,
     kWrite,      // created, or emptied; others may read it
     kAppend,     // created, or written at its end; others may read and append
     kCreateNew,  // must not exist (58); readable and writable; others may not open it

@@ -30,6 +30,8 @@ Terms TermsOf(OpenMode mode) {
     switch (mode) {
         case OpenMode::kRead:
             return {kReading, kReading | kWriting | kMoving};
+        case OpenMode::kReadUnchanging:
+            return {kReading, kReading | kMoving};
         case OpenMode::kWrite:
             return {kWriting, kReading};
         case OpenMode::kAppend:
@@ -72,6 +74,7 @@ int FlagsFor(OpenMode mode) {
     constexpr int kAlways = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     switch (mode) {
         case OpenMode::kRead:
+        case OpenMode::kReadUnchanging:
             return kAlways | O_RDONLY;
         case OpenMode::kWrite:
             return kAlways | O_WRONLY | O_CREAT;

@@ -27,6 +27,9 @@ Opening OpeningFor(OpenMode mode) {
         case OpenMode::kRead:
             return {GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                     OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN};
+        case OpenMode::kReadUnchanging:
+            return {GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING,
+                    FILE_FLAG_SEQUENTIAL_SCAN};
         case OpenMode::kWrite:
             return {GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL};
         case OpenMode::kAppend:

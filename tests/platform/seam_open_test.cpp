@@ -8,13 +8,14 @@ using namespace error_number;
 using platform::OpenMode;
 namespace attribute = platform::attribute;
 
-constexpr OpenMode kEveryMode[] = {OpenMode::kRead, OpenMode::kWrite, OpenMode::kAppend,
-                                   OpenMode::kCreateNew};
+constexpr OpenMode kEveryMode[] = {OpenMode::kRead, OpenMode::kReadUnchanging, OpenMode::kWrite,
+                                   OpenMode::kAppend, OpenMode::kCreateNew};
 
 class SeamOpen : public Seam {};
 
 TEST_F(SeamOpen, MissingFileIs53) {
     EXPECT_EQ(OpenError(In("gone.txt"), OpenMode::kRead), kFileNotFound);
+    EXPECT_EQ(OpenError(In("gone.txt"), OpenMode::kReadUnchanging), kFileNotFound);
 }
 
 TEST_F(SeamOpen, MissingFolderInThePathIs76InEveryMode) {
@@ -52,6 +53,26 @@ TEST_F(SeamOpen, MalformedNameIs52) {
 
 TEST_F(SeamOpen, NameOf256CharactersIs52) {
     EXPECT_EQ(OpenError(In(std::string(256, 'a')), OpenMode::kWrite), kBadFileName);
+}
+
+TEST_F(SeamOpen, UnchangingFileIsReadRenamedAndRemovedButNotWritten) {
+    const std::string path = Put("archive", "text");
+    const auto unchanging = Open(path, OpenMode::kReadUnchanging);
+    for (const OpenMode mode : {OpenMode::kWrite, OpenMode::kAppend}) {
+        EXPECT_EQ(OpenError(path, mode), kPermissionDenied);
+    }
+    Open(path, OpenMode::kRead);
+    Open(path, OpenMode::kReadUnchanging);
+    files().Rename(path, In("moved"));
+    files().RemoveFile(In("moved"));
+    char bytes[4];
+    EXPECT_EQ(unchanging->Read(bytes, sizeof bytes), sizeof bytes);
+}
+
+TEST_F(SeamOpen, FileThatIsWrittenIs70ToReadUnchanging) {
+    const std::string path = Put("archive", "text");
+    const auto writer = Open(path, OpenMode::kAppend);
+    EXPECT_EQ(OpenError(path, OpenMode::kReadUnchanging), kPermissionDenied);
 }
 
 TEST_F(SeamOpen, FolderIs70ToOpen) {

@@ -29,8 +29,10 @@ bool IsMissing(const Error& error) {
 
 std::unique_ptr<platform::File> FaultyFileSystem::Open(const std::string& path,
                                                        platform::OpenMode mode) {
-    plan.Enter({Call::kOpen, path, {}, {}, mode != platform::OpenMode::kRead});
-    if (mode == platform::OpenMode::kRead) {
+    const bool reads =
+        mode == platform::OpenMode::kRead || mode == platform::OpenMode::kReadUnchanging;
+    plan.Enter({Call::kOpen, path, {}, {}, !reads});
+    if (reads) {
         return std::make_unique<FaultyFile>(plan, path, real_.Open(path, mode));
     }
     const bool empty = mode == platform::OpenMode::kCreateNew;

@@ -248,7 +248,8 @@ std::unique_ptr<platform::File> MemoryFileSystem::Open(const std::string& path, 
     if (!Lookup(KeyParent(Key(path)))) {
         RaiseError(error_number::kPathNotFound);
     }
-    if (mode == OpenMode::kRead && !node) {
+    const bool reads = mode == OpenMode::kRead || mode == OpenMode::kReadUnchanging;
+    if (reads && !node) {
         RaiseError(error_number::kFileNotFound);
     }
     if (mode == OpenMode::kCreateNew && node) {
@@ -267,7 +268,7 @@ std::unique_ptr<platform::File> MemoryFileSystem::Open(const std::string& path, 
         node->info.size = 0;
         node->pages.clear();
     }
-    return std::make_unique<MemoryFile>(*this, node, path, mode != OpenMode::kRead,
+    return std::make_unique<MemoryFile>(*this, node, path, !reads,
                                         mode == OpenMode::kAppend ? node->info.size : 0);
 }
 
