@@ -230,6 +230,123 @@ TEST(Deflater, UnusedInputIsAnError) {
     EXPECT_THROW(deflater.Compress(Bytes(data), data.size(), out), Error);
 }
 
+// Three chunks that are joined: compressed, stored, compressed.
+struct ThreeChunks {
+    ThreeChunks() {
+        Deflater deflater(MakeCompressor(kTunedLevel));
+        Buffer out;
+        for (std::size_t i = 0; i < 3; ++i) {
+            const std::uint8_t* const in = Bytes(data) + i * kSize;
+            if (i == 1) {
+                StoreChunk(in, kSize, false, out);
+            } else {
+                deflater.CompressChunk(in, kSize, i == 2, out, i * kSize);
+            }
+            ends[i] = out.size();
+        }
+        packed = out.View();
+    }
+    // The length that is found where chunk `i` begins.
+    std::size_t Match(std::size_t i, const std::string& in_packed) const {
+        Deflater deflater(MakeCompressor(kTunedLevel));
+        const std::size_t begin = i == 0 ? 0 : ends[i - 1];
+        return deflater.MatchChunk(Bytes(data) + i * kSize, kSize, i == 2, Bytes(in_packed) + begin,
+                                   in_packed.size() - begin, i * kSize);
+    }
+    static constexpr std::size_t kSize = 3000;
+    std::string data = test::Prose(kSize) + test::Noise(kSize) + test::Prose(kSize, 2);
+    std::string packed;
+    std::size_t ends[3] = {};
+};
+
+TEST(MatchChunk, FindsTheEndOfEachChunk) {
+    const ThreeChunks chunks;
+    EXPECT_EQ(chunks.Match(0, chunks.packed), chunks.ends[0]);
+    EXPECT_EQ(chunks.Match(1, chunks.packed), chunks.ends[1] - chunks.ends[0]);
+    EXPECT_EQ(chunks.Match(2, chunks.packed), chunks.ends[2] - chunks.ends[1]);
+}
+
+TEST(MatchChunk, FindsTheEndForRandomDataLevelsAndSizes) {
+    std::mt19937 random(20261122);
+    for (int round = 0; round < 300; ++round) {
+        const std::size_t size = 1 + random() % (1u << (1 + random() % 16));
+        const std::string data = RandomData(random, size);
+        const std::size_t history = random() % (std::min(size - 1, kHistory) + 1);
+        Deflater deflater(MakeCompressor(1 + static_cast<int>(random() % 7)));
+        Buffer out;
+        const bool last = round % 2 == 0;
+        deflater.CompressChunk(Bytes(data) + history, size - history, last, out, history);
+        const std::size_t length = out.size();
+        out.Append(last ? "" : "more data");
+        EXPECT_EQ(deflater.MatchChunk(Bytes(data) + history, size - history, last, out.data(),
+                                      out.size(), history),
+                  length)
+            << "size " << size << " history " << history;
+    }
+}
+
+TEST(MatchChunk, AcceptsNoBitThatBreaksTheStream) {
+    const ThreeChunks chunks;
+    for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t at = i == 0 ? 0 : chunks.ends[i - 1]; at < chunks.ends[i]; ++at) {
+            std::string damaged = chunks.packed;
+            damaged[at] = static_cast<char>(damaged[at] ^ (1 << (at % 8)));
+            // Some bits of a stream have no meaning.
+            if (chunks.Match(i, damaged) != 0) {
+                EXPECT_EQ(test::InflateAll(damaged), chunks.data) << at;
+            }
+        }
+    }
+}
+
+TEST(MatchChunk, RefusesAFinalBlockBeforeTheLastChunk) {
+    const ThreeChunks chunks;
+    std::string final_one = chunks.packed;
+    final_one[0] = static_cast<char>(final_one[0] | 1);
+    final_one[chunks.ends[0]] = static_cast<char>(final_one[chunks.ends[0]] | 1);
+    EXPECT_EQ(chunks.Match(0, final_one) + chunks.Match(1, final_one), 0u);
+}
+
+TEST(MatchChunk, RefusesDataBehindTheLastChunkAndCutChunks) {
+    const ThreeChunks chunks;
+    EXPECT_EQ(chunks.Match(2, chunks.packed + '\0'), 0u);
+    EXPECT_EQ(chunks.Match(2, chunks.packed.substr(0, chunks.packed.size() - 1)), 0u);
+    EXPECT_EQ(chunks.Match(0, chunks.packed.substr(0, chunks.ends[0] / 2)), 0u);
+    EXPECT_EQ(chunks.Match(0, ""), 0u);
+}
+
+TEST(MatchChunk, RefusesOtherData) {
+    ThreeChunks chunks;
+    chunks.data[2 * ThreeChunks::kSize - 1] ^= 1;
+    EXPECT_EQ(chunks.Match(1, chunks.packed), 0u);
+    EXPECT_EQ(chunks.Match(0, chunks.packed), chunks.ends[0]);
+}
+
+TEST(MatchChunk, RefusesBitsInThePadding) {
+    const ThreeChunks chunks;
+    std::string padded = chunks.packed;
+    const auto last = static_cast<unsigned char>(padded.back());
+    ASSERT_LT(last, 0x80) << "the stream ends with padding";
+    padded.back() = static_cast<char>(last | 0x80);
+    EXPECT_EQ(chunks.Match(2, padded), 0u);
+}
+
+TEST(Matches, AcceptsOnlyTheCompleteStreamOfTheSameBytes) {
+    Deflater deflater(MakeCompressor(kTunedLevel));
+    const std::string data = test::Prose(5000);
+    Buffer out;
+    ASSERT_TRUE(deflater.Compress(Bytes(data), data.size(), out));
+    EXPECT_TRUE(deflater.Matches(Bytes(data), data.size(), out.data(), out.size()));
+    EXPECT_FALSE(deflater.Matches(Bytes(data), data.size() - 1, out.data(), out.size()));
+    EXPECT_FALSE(deflater.Matches(Bytes(data), data.size(), out.data(), out.size() - 1));
+    EXPECT_FALSE(deflater.Matches(Bytes(data), data.size(), nullptr, 0));
+    std::string other = data;
+    other.back() ^= 1;
+    EXPECT_FALSE(deflater.Matches(Bytes(other), other.size(), out.data(), out.size()));
+    out.Append("x");
+    EXPECT_FALSE(deflater.Matches(Bytes(data), data.size(), out.data(), out.size()));
+}
+
 TEST(Sampler, RecognizesRandomData) {
     Sampler sampler;
     for (const std::size_t size : {std::size_t{65536}, std::size_t{100000}, kChunkSize}) {

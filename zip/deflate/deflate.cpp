@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "common/error.h"
@@ -72,6 +73,28 @@ bool LooksUneven(const std::uint8_t* data, std::size_t size) {
     return squares > 2 * (size + size * size / counts.size());
 }
 
+// An empty stored block, with the byte that its first three bits take when the one before has no
+// space for them.
+constexpr std::uint8_t kEmptyStored[] = {0, 0, 0, 0xFF, 0xFF};
+
+// Where a chunk ends whose last block with data ends at `block`: behind the empty stored block that
+// CompressChunk appends, or there, at a byte boundary (StoreChunk). 0: neither.
+std::size_t EndOfOpenChunk(const LastBlock& block, const std::uint8_t* packed,
+                           std::size_t packed_size) {
+    const std::size_t boundary = (block.end_bit + 7) / 8;
+    const std::size_t padding = boundary * 8 - block.end_bit;
+    if (padding > 0 && packed[boundary - 1] >> (8 - padding) != 0) {
+        return 0;
+    }
+    const std::size_t skip = padding >= 3 ? 1 : 0;
+    const std::size_t length = sizeof(kEmptyStored) - skip;
+    if (packed_size - boundary >= length &&
+        std::memcmp(packed + boundary, kEmptyStored + skip, length) == 0) {
+        return boundary + length;
+    }
+    return padding == 0 ? boundary : 0;
+}
+
 }  // namespace
 
 std::unique_ptr<RawCompressor> MakeCompressor(int level) {
@@ -99,57 +122,77 @@ struct Deflater::Verifier {
     Verifier(const Verifier&) = delete;
     Verifier& operator=(const Verifier&) = delete;
 
-    void VerifyStream(const std::uint8_t* in, std::size_t size, const std::uint8_t* packed,
-                      std::size_t packed_size) {
+    bool IsStreamOf(const std::uint8_t* in, std::size_t size, const std::uint8_t* packed,
+                    std::size_t packed_size) {
         output.Resize(size);
         std::size_t used = 0;
         std::size_t made = 0;
         const auto result = libdeflate_deflate_decompress_ex(
             decompressor.get(), packed, packed_size, output.data(), size, &used, &made);
-        if (result != LIBDEFLATE_SUCCESS || used != packed_size || made != size ||
-            std::memcmp(output.data(), in, size) != 0) {
-            RaiseCheckFailed();
-        }
+        return result == LIBDEFLATE_SUCCESS && used == packed_size && made == size &&
+               std::memcmp(output.data(), in, size) == 0;
     }
 
     // Decompresses block by block: zlib stops after each block and states how many bits of the last
-    // byte are unused and whether the block was the final one (zlib.h, inflate, Z_BLOCK). Returns
-    // the position of the last block, whose header CompressChunk changes.
-    LastBlock VerifyChunk(std::size_t history, const std::uint8_t* in, std::size_t size,
-                          const std::uint8_t* packed, std::size_t packed_size) {
+    // byte are unused and whether the block was the final one (zlib.h, inflate, Z_BLOCK). With
+    // `is_last` up to the final block, whose position CompressChunk changes; otherwise until all of
+    // `in` is there, where no block may be final. Nothing when that does not yield `in`.
+    std::optional<LastBlock> Inflate(std::size_t history, const std::uint8_t* in, std::size_t size,
+                                     bool is_last, const std::uint8_t* packed,
+                                     std::size_t packed_size) {
+        Prepare(size, packed, packed_size);
+        if (history > 0 &&
+            inflateSetDictionary(&stream, in - history, static_cast<uInt>(history)) != Z_OK) {
+            return std::nullopt;
+        }
+        LastBlock last;
+        std::size_t compared = 0;
+        for (bool ended = false; !ended;) {
+            if (inflate(&stream, Z_BLOCK) != Z_OK || (stream.data_type & 128) == 0) {
+                return std::nullopt;
+            }
+            const std::size_t made = size + 1 - stream.avail_out;
+            if (made > size ||
+                (made > compared &&
+                 std::memcmp(output.data() + compared, in + compared, made - compared) != 0)) {
+                return std::nullopt;
+            }
+            compared = made;
+            const bool final_block = (stream.data_type & 64) != 0;
+            if (final_block && !is_last) {
+                return std::nullopt;
+            }
+            ended = is_last ? final_block : made == size;
+            const std::size_t position = (packed_size - stream.avail_in) * 8 -
+                                         static_cast<std::size_t>(stream.data_type & 7);
+            (ended ? last.end_bit : last.header_bit) = position;
+        }
+        return compared == size ? std::optional(last) : std::nullopt;
+    }
+
+    // Whether the blocks that Inflate has decompressed are followed by zero bits up to the end of
+    // the last byte, and by nothing else.
+    bool IsAtEnd(const LastBlock& last, const std::uint8_t* packed, std::size_t packed_size) {
+        if (inflate(&stream, Z_BLOCK) != Z_STREAM_END || stream.avail_in != 0) {
+            return false;
+        }
+        for (std::size_t bit = last.end_bit; bit < packed_size * 8; ++bit) {
+            if (BitAt(packed, bit)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+  private:
+    void Prepare(std::size_t size, const std::uint8_t* packed, std::size_t packed_size) {
         // One byte more than needed, to detect too much output.
         output.Resize(size + 1);
         inflateReset(&stream);
-        if (history > 0 &&
-            inflateSetDictionary(&stream, in - history, static_cast<uInt>(history)) != Z_OK) {
-            RaiseCheckFailed();
-        }
         stream.next_in = const_cast<Bytef*>(packed);
         stream.avail_in = static_cast<uInt>(packed_size);
         stream.next_out = output.data();
         stream.avail_out = static_cast<uInt>(size + 1);
-        LastBlock last;
-        for (bool final_block = false; !final_block;) {
-            if (inflate(&stream, Z_BLOCK) != Z_OK || (stream.data_type & 128) == 0) {
-                RaiseCheckFailed();
-            }
-            final_block = (stream.data_type & 64) != 0;
-            const std::size_t position = (packed_size - stream.avail_in) * 8 -
-                                         static_cast<std::size_t>(stream.data_type & 7);
-            (final_block ? last.end_bit : last.header_bit) = position;
-        }
-        const bool ended = inflate(&stream, Z_BLOCK) == Z_STREAM_END;
-        if (!ended || stream.avail_in != 0 || stream.avail_out != 1 ||
-            (size > 0 && std::memcmp(output.data(), in, size) != 0) ||
-            !BitAt(packed, last.header_bit)) {
-            RaiseCheckFailed();
-        }
-        for (std::size_t bit = last.end_bit; bit < packed_size * 8; ++bit) {
-            if (BitAt(packed, bit)) {
-                RaiseCheckFailed();
-            }
-        }
-        return last;
     }
 };
 
@@ -168,7 +211,9 @@ bool Deflater::Compress(const std::uint8_t* in, std::size_t size, Buffer& out) {
     if (packed == 0) {
         return false;
     }
-    verifier_->VerifyStream(in, size, out.data() + start, packed);
+    if (!verifier_->IsStreamOf(in, size, out.data() + start, packed)) {
+        RaiseCheckFailed();
+    }
     out.Resize(start + packed);
     return true;
 }
@@ -183,18 +228,39 @@ void Deflater::CompressChunk(const std::uint8_t* in, std::size_t size, bool last
     if (packed_size == 0) {
         RaiseCheckFailed();
     }
-    const LastBlock block = verifier_->VerifyChunk(history, in, size, packed, packed_size);
+    const auto block = verifier_->Inflate(history, in, size, true, packed, packed_size);
+    if (!block || !verifier_->IsAtEnd(*block, packed, packed_size) ||
+        !BitAt(packed, block->header_bit)) {
+        RaiseCheckFailed();
+    }
     out.Resize(start + packed_size);
     if (last) {
         return;
     }
-    packed[block.header_bit / 8] &= static_cast<std::uint8_t>(~(1u << (block.header_bit % 8)));
-    // An empty stored block leads to the next byte boundary: three zero bits, which may be in the
-    // padding of the last byte, then length 0 and its complement.
-    constexpr std::uint8_t kEmptyStored[] = {0, 0, 0, 0xFF, 0xFF};
-    const std::size_t padding = packed_size * 8 - block.end_bit;
+    packed[block->header_bit / 8] &= static_cast<std::uint8_t>(~(1u << (block->header_bit % 8)));
+    // It leads to the next byte boundary: three zero bits, which may be in the padding of the last
+    // byte, then length 0 and its complement.
+    const std::size_t padding = packed_size * 8 - block->end_bit;
     const std::size_t skip = padding >= 3 ? 1 : 0;
     out.Append(kEmptyStored + skip, sizeof(kEmptyStored) - skip);
+}
+
+bool Deflater::Matches(const std::uint8_t* in, std::size_t size, const std::uint8_t* packed,
+                       std::size_t packed_size) {
+    return verifier_->IsStreamOf(in, size, packed, packed_size);
+}
+
+std::size_t Deflater::MatchChunk(const std::uint8_t* in, std::size_t size, bool last,
+                                 const std::uint8_t* packed, std::size_t packed_size,
+                                 std::size_t history) {
+    const auto block = verifier_->Inflate(history, in, size, last, packed, packed_size);
+    if (!block) {
+        return 0;
+    }
+    if (last) {
+        return verifier_->IsAtEnd(*block, packed, packed_size) ? packed_size : 0;
+    }
+    return EndOfOpenChunk(*block, packed, packed_size);
 }
 
 void StoreChunk(const std::uint8_t* in, std::size_t size, bool last, Buffer& out) {

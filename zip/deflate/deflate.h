@@ -51,6 +51,13 @@ std::unique_ptr<RawCompressor> MakeCompressor(int level);
 // "libdeflate 1.14, level 7" where the build has no tuned level.
 std::string CompressorDescription();
 
+// Archives of one generation, level and CompressorDescription() hold the same bytes for the same
+// data, so that a later run may copy them. Raise the number with every change of this module or of
+// zip/writer that can change the compressed bytes of any data at any level: the compressors, the
+// Sampler's decisions, the division into chunks (a test compares outputs with those of this
+// number).
+constexpr std::uint16_t kCompressorGeneration = 1;
+
 // Compresses, verifies, and joins chunks to one stream.
 class Deflater {
   public:
@@ -71,6 +78,15 @@ class Deflater {
     // before must yield. Raises 57 when the verification fails; `out` is then unchanged.
     void CompressChunk(const std::uint8_t* in, std::size_t size, bool last, Buffer& out,
                        std::size_t history = 0);
+
+    // Whether `packed` is a complete deflate stream of `in` without any further byte.
+    bool Matches(const std::uint8_t* in, std::size_t size, const std::uint8_t* packed,
+                 std::size_t packed_size);
+    // The number of bytes at the start of `packed` that are a chunk of `in`, as CompressChunk or
+    // StoreChunk appends it after `history` bytes; with `last` all of `packed`. 0: they are none.
+    std::size_t MatchChunk(const std::uint8_t* in, std::size_t size, bool last,
+                           const std::uint8_t* packed, std::size_t packed_size,
+                           std::size_t history);
 
   private:
     struct Verifier;
