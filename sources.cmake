@@ -60,6 +60,8 @@ set(ZIP_SOURCES
     zip/reader/file_queue.cpp
     zip/reader/target_file.cpp
     zip/reader/target_folders.cpp
+    zip/records/chunk_index.cpp
+    zip/records/compact_directory.cpp
     zip/records/directory_reader.cpp
     zip/records/disk_identity.cpp
     zip/records/entry_name.cpp
@@ -67,6 +69,8 @@ set(ZIP_SOURCES
     zip/records/record_parser.cpp
     zip/writer/archive_sink.cpp
     zip/writer/archive_writer.cpp
+    zip/writer/earlier_archive.cpp
+    zip/writer/earlier_data.cpp
     zip/writer/folder_queue.cpp
     zip/writer/job_producer.cpp
     zip/writer/packer.cpp
@@ -250,6 +254,8 @@ set(VIEWS_WIN32_TESTS
 # Those that the race detector looks at as well.
 set(ZIP_THREAD_TESTS
     tests/zip/archive_writer_test.cpp
+    tests/zip/earlier_archive_test.cpp
+    tests/zip/earlier_chunks_test.cpp
     tests/zip/file_queue_test.cpp
     tests/zip/folder_queue_test.cpp
     tests/zip/leftovers_test.cpp
@@ -282,8 +288,10 @@ set(DEFLATE_LEVEL_SOURCES
 set(DEFLATE_TESTS
     tests/zip/tuned_level_test.cpp)
 set(ZIP_TESTS
+    tests/zip/compressor_mark_test.cpp
     tests/zip/deflate_test.cpp
     tests/zip/disk_prompt_test.cpp
+    tests/zip/earlier_hostile_test.cpp
     tests/zip/entry_records_test.cpp
     tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp
@@ -419,6 +427,7 @@ set(END_TO_END_TESTS
 # Archives of the tests' own: built, damaged and read, for several test programs and the fuzz targets.
 set(ARCHIVE_SUPPORT_SOURCES
     tests/zip/archive_reader.cpp
+    tests/zip/earlier_samples.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
     tests/zip/memory_file_system.cpp
@@ -426,6 +435,7 @@ set(ARCHIVE_SUPPORT_SOURCES
 set(FUZZ_TARGETS
     tests/fuzz/compress_fuzz.cpp
     tests/fuzz/directory_fuzz.cpp
+    tests/fuzz/earlier_fuzz.cpp
     tests/fuzz/extract_fuzz.cpp
     tests/fuzz/mask_fuzz.cpp
     tests/fuzz/path_fuzz.cpp

@@ -118,6 +118,10 @@ void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
     PKZIP.Set(id::kOption4, true);
     PKZIP.Set(id::kOption5, true);
     PKZIP.Set(id::kOption32, true);
+    // Each run of a set with dated folders makes a new archive; the set names the last one.
+    if (set.TimeBackup() == "ON") {
+        PKZIP.earlier_archive = set.RestoreFromDrive() + set.RestoreFileName();
+    }
     PKZIP.Set(id::kAction, id::kActionAdd);
 }
 

@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: vzip create ARCHIVE.zip FOLDER [--level 0-9] [--mask MASK] [--no-sub-folders]\n"
-    "                   [--threads N] [--quiet]\n"
+    "                   [--earlier ARCHIVE | --fresh] [--threads N] [--quiet]\n"
     "       vzip list ARCHIVE.zip\n"
     "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--quiet]\n"
     "       vzip --version\n"

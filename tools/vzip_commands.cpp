@@ -60,7 +60,7 @@ void RequireOperands(const std::vector<std::string>& operands, std::size_t count
     }
 }
 
-// Warnings and errors go to standard error, and a line of progress too if wanted.
+// Warnings and errors go to standard error; so do information and a line of progress, if wanted.
 class Console : public zip::RunEvents {
   public:
     explicit Console(bool shows_progress) : shows_progress_(shows_progress) {}
@@ -74,7 +74,7 @@ class Console : public zip::RunEvents {
     }
     void OnFileProgress(int) override {}
     void OnMessage(const zip::ComponentMessage& message) override {
-        if (message.kind != zip::MessageKind::kInformation) {
+        if (message.kind != zip::MessageKind::kInformation || shows_progress_) {
             EndLine();
             std::fprintf(stderr, "%s\n", message.text.c_str());
         }
@@ -132,6 +132,7 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
     zip::WriterOptions options;
     options.source.sub_folders = true;
     bool quiet = false;
+    bool fresh = false;
     const auto operands = ParseOptions(arguments, [&](const std::string& name, auto value) {
         if (name == "--level") {
             options.level = Number(name, value(), 0, 9);
@@ -141,6 +142,10 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
             options.source.mask = value();
         } else if (name == "--no-sub-folders") {
             options.source.sub_folders = false;
+        } else if (name == "--earlier") {
+            options.earlier = PlatformPath(value());
+        } else if (name == "--fresh") {
+            fresh = true;
         } else {
             quiet |= name == "--quiet";
             return name == "--quiet";
@@ -150,6 +155,12 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
     RequireOperands(operands, 2);
     options.archive = PlatformPath(operands[0]);
     options.source.folder = PlatformPath(operands[1]);
+    if (fresh && !options.earlier.empty()) {
+        throw std::invalid_argument("--fresh uses no earlier archive");
+    }
+    if (!fresh && options.earlier.empty()) {
+        options.earlier = options.archive;
+    }
     Console console(!quiet);
     const zip::WriterResult result = zip::WriteArchive(machine, options, console);
     console.EndLine();

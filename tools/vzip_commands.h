@@ -21,7 +21,8 @@ std::string PlatformPath(const std::string& path);
 
 // `arguments` are the words after the command's name.
 //
-// `vzip create ARCHIVE FOLDER`: makes or replaces an archive of a folder.
+// `vzip create ARCHIVE FOLDER`: makes or replaces an archive of a folder. Reuses compressed data of
+// the archive that it replaces, with `--earlier PATH` of another one, with `--fresh` of none.
 int CreateArchive(const platform::Machine& machine, const std::vector<std::string>& arguments);
 // `vzip list ARCHIVE`: prints size and name of each entry, control characters escaped.
 int ListArchive(const platform::Machine& machine, const std::vector<std::string>& arguments);

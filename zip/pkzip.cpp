@@ -38,6 +38,7 @@ bool PKZIP::IsAcceptable(int id, const Value& value) const {
 void PKZIP::RunAction(std::int16_t) {
     WriterOptions options;
     options.archive = FullPath(Property<std::string>(zip_id::kArchive));
+    options.earlier = earlier_archive.empty() ? options.archive : FullPath(earlier_archive);
     options.source = ParseFileSpec(Property<std::string>(zip_id::kFileSpec));
     options.source.folder = FullPath(options.source.folder);
     options.source.sub_folders = Property<bool>(zip_id::kSubFolders);

@@ -35,6 +35,10 @@ class PKZIP : public Component {
     // written has been removed, the error message has been raised, and the earlier archive stands.
     std::function<void()> FatalStop;
 
+    // Full path of the last archive of the same files, whose compressed data is reused where it is
+    // proved equal. "": the archive that the action replaces.
+    std::string earlier_archive;
+
     // Matching files that the last action left out.
     virtual std::int32_t SkippedFiles() const { return skipped_; }
 

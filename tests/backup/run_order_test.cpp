@@ -1,4 +1,4 @@
-// What a backup does first and what next.
+// What a backup does first and what next, and which archive is the one before.
 
 #include "tests/backup/backup_run_fixture.h"
 #include "tests/support/diary.h"
@@ -51,6 +51,27 @@ TEST_F(BackupRunOrder, ArchiveIsLoggedAsTheComponentHasIt) {
 TEST_F(BackupRunOrder, ArchivesPathIsLeftInTheSharedTextBuffer) {
     Run({});
     EXPECT_EQ(program.globals.TextBuffer, "C:\\Backups\\WEEKLY.zip");
+}
+
+TEST_F(BackupRunOrder, DatedFoldersReuseTheArchiveThatTheSetNames) {
+    Run({.time = "ON"});
+    EXPECT_EQ(window->PKZIP.earlier_archive, "") << "no archive yet";
+    PutSet("WEEKLY.INI", {.time = "ON"});
+    const std::string set = machine.Content("C:\\Vantrel\\WEEKLY.INI");
+    std::string named = set;
+    named.replace(named.find("FromDrive=") + 10, 0, "C:\\Backups\\20261114_120000\\");
+    named.replace(named.find("RestoreFileName=") + 16, 0, "WEEKLY.zip");
+    Unattended("WEEKLY.INI");
+    const auto run = [&](const std::string& text) {
+        machine.PutFile("C:\\Vantrel\\WEEKLY.INI", text);
+        window = std::make_unique<Frm_Backup>(program, "WEEKLY.INI",
+                                              std::make_unique<RecordingZip>(program.machine, zip));
+        desktop.ShowModal(*window);
+        return window->PKZIP.earlier_archive;
+    };
+    EXPECT_EQ(run(named), "C:\\Backups\\20261114_120000\\WEEKLY.zip");
+    named.replace(named.find("TimeBackup=ON"), 13, "TimeBackup=OFF");
+    EXPECT_EQ(run(named), "") << "the archive that is replaced";
 }
 
 }  // namespace

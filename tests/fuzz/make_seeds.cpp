@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/host/host_machine.h"
+#include "tests/support/test_machine.h"
+#include "tests/zip/earlier_samples.h"
 #include "tests/zip/hostile_archives.h"
 #include "tests/zip/zip_builder.h"
 
@@ -38,10 +41,18 @@ std::vector<HostileArchive> Harmless() {
     BuiltArchive wide = plain;
     wide.zip64 = true;
     wide.comment = "comment";
+    vantrel::test::MemoryFileSystem files;
+    vantrel::test::PutEarlierSamples(files);
+    vantrel::platform::HostMachine host;
+    const auto ours =
+        vantrel::test::BackUpSamples(files, vantrel::test::WithFiles(host.machine(), files), "");
     BuiltArchive prefixed = plain;
     prefixed.prefix = "MZ, and what is a program otherwise";
     prefixed.junk = "junk";
-    return {{"Plain", plain.Bytes()}, {"Wide", wide.Bytes()}, {"Prefixed", prefixed.Bytes()}};
+    return {{"Plain", plain.Bytes()},
+            {"Wide", wide.Bytes()},
+            {"Prefixed", prefixed.Bytes()},
+            {"Ours", ours.archive}};
 }
 
 }  // namespace

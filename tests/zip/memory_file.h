@@ -31,11 +31,12 @@ struct MemoryFileSystem::Node {
 class MemoryFile : public platform::File {
   public:
     MemoryFile(MemoryFileSystem& files, std::shared_ptr<MemoryFileSystem::Node> node,
-               std::string path, bool writable, std::uint64_t position)
+               std::string path, platform::OpenMode mode, std::uint64_t position)
         : files_(files),
           node_(std::move(node)),
           path_(std::move(path)),
-          writable_(writable),
+          writable_(mode != platform::OpenMode::kRead &&
+                    mode != platform::OpenMode::kReadUnchanging),
           position_(position) {}
     ~MemoryFile() override { Release(); }
 

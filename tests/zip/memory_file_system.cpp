@@ -248,8 +248,7 @@ std::unique_ptr<platform::File> MemoryFileSystem::Open(const std::string& path, 
     if (!Lookup(KeyParent(Key(path)))) {
         RaiseError(error_number::kPathNotFound);
     }
-    const bool reads = mode == OpenMode::kRead || mode == OpenMode::kReadUnchanging;
-    if (reads && !node) {
+    if (!node && (mode == OpenMode::kRead || mode == OpenMode::kReadUnchanging)) {
         RaiseError(error_number::kFileNotFound);
     }
     if (mode == OpenMode::kCreateNew && node) {
@@ -268,7 +267,7 @@ std::unique_ptr<platform::File> MemoryFileSystem::Open(const std::string& path, 
         node->info.size = 0;
         node->pages.clear();
     }
-    return std::make_unique<MemoryFile>(*this, node, path, !reads,
+    return std::make_unique<MemoryFile>(*this, node, path, mode,
                                         mode == OpenMode::kAppend ? node->info.size : 0);
 }
 

@@ -51,7 +51,7 @@ TEST_F(PkZip, ActionRunsToItsEndInsideTheAssignment) {
     EXPECT_EQ(Archive().Names(), (Strings{"a.txt", "Sub/b.txt"}));
     EXPECT_EQ(overall.back(), 100);
     EXPECT_FALSE(of_file.empty());
-    EXPECT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages.size(), 3u) << "one of them about the missing earlier archive";
     EXPECT_EQ(component.SkippedFiles(), 0);
     EXPECT_TRUE(happened.empty());
 }
@@ -116,8 +116,10 @@ TEST_F(PkZip, UnattendedFailureIsAnErrorMessageThenTheFatalStop) {
     SetAll();
     component.Set(kFileSpec, std::string("\"C:\\Nowhere\\*.*\""));
     component.Message = [this](const zip::ComponentMessage& m) {
-        happened.push_back(m.kind == MessageKind::kError ? "error message" : "message");
-        EXPECT_FALSE(files.Exists("C:\\Backup\\Weekly.zip.vantrel-new")) << "removed before";
+        if (m.kind == MessageKind::kError) {
+            happened.push_back("error message");
+            EXPECT_FALSE(files.Exists("C:\\Backup\\Weekly.zip.vantrel-new")) << "removed before";
+        }
     };
     component.Set(kAction, kActionAdd);
     EXPECT_EQ(happened, (Strings{"error message", "fatal stop"}));
@@ -134,7 +136,9 @@ TEST_F(PkZip, AttendedFailureIsAQuestionAndCancelComesFromTheNextEvent) {
     component.Set(kAction, kActionAdd);
     EXPECT_EQ(questions.asked.size(), 1u);
     EXPECT_TRUE(happened.empty());
-    EXPECT_TRUE(messages.empty());
+    for (const zip::ComponentMessage& message : messages) {
+        EXPECT_EQ(message.kind, MessageKind::kInformation) << message.text;
+    }
 }
 
 TEST_F(PkZip, SkippedFilesAreCountedForEachAction) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/test_machine.h"
+#include "tests/zip/hostile_tables.h"
 #include "tests/zip/zip_builder.h"
 #include "zip/base/bytes.h"
 #include "zip/deflate/deflate.h"
@@ -13,8 +14,6 @@
 
 namespace vantrel::test {
 namespace {
-
-using Strings = std::vector<std::string>;
 
 class DirectoryReading : public ::testing::Test {
   protected:

@@ -75,6 +75,42 @@ TEST_F(Vzip, RefusesUnknownOptionsAndMissingValues) {
     EXPECT_THROW(tools::ListArchive(Machine(), {}), std::invalid_argument);
 }
 
+class VzipCreate : public Vzip {
+  protected:
+    VzipCreate() {
+        files.Put(tools::PlatformPath("/data/a"), Prose(50'000));
+        EXPECT_EQ(Call(tools::CreateArchive, {"/first.zip", "/data", "--fresh"}),
+                  tools::kExitComplete);
+    }
+    bool Reused() const { return err.find("(100 %)") != std::string::npos; }
+};
+
+TEST_F(VzipCreate, ReusesTheArchiveThatItReplaces) {
+    EXPECT_EQ(err.find("earlier archive"), std::string::npos) << "with --fresh";
+    EXPECT_EQ(Call(tools::CreateArchive, {"/first.zip", "/data"}), tools::kExitComplete);
+    EXPECT_TRUE(Reused()) << err;
+}
+
+TEST_F(VzipCreate, ReusesTheEarlierArchiveThatIsNamed) {
+    EXPECT_EQ(Call(tools::CreateArchive, {"/second.zip", "/data", "--earlier", "/first.zip"}),
+              tools::kExitComplete);
+    EXPECT_TRUE(Reused()) << err;
+    EXPECT_EQ(files.Content(tools::PlatformPath("/second.zip")),
+              files.Content(tools::PlatformPath("/first.zip")));
+}
+
+TEST_F(VzipCreate, FreshReusesNone) {
+    EXPECT_EQ(Call(tools::CreateArchive, {"/first.zip", "/data", "--fresh"}), tools::kExitComplete);
+    EXPECT_FALSE(Reused()) << err;
+    EXPECT_THROW(tools::CreateArchive(Machine(), {"/a.zip", "/data", "--fresh", "--earlier", "x"}),
+                 std::invalid_argument);
+}
+
+TEST_F(VzipCreate, QuietPrintsNothing) {
+    EXPECT_EQ(Call(tools::CreateArchive, {"/first.zip", "/data", "--quiet"}), tools::kExitComplete);
+    EXPECT_EQ(err + out, "");
+}
+
 TEST_F(Vzip, VersionNamesProgramAndCompressor) {
     ::testing::internal::CaptureStdout();
     EXPECT_EQ(tools::ShowVersion(), tools::kExitComplete);

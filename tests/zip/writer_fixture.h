@@ -16,6 +16,7 @@
 #include "tests/support/test_machine.h"
 #include "tests/zip/archive_reader.h"
 #include "tests/zip/memory_file_system.h"
+#include "tests/zip/sample_data.h"
 #include "zip/writer/archive_writer.h"
 
 namespace vantrel::test {
@@ -73,32 +74,6 @@ class Recorder : public zip::RunEvents {
         return texts;
     }
 };
-
-// Random bytes, the same ones for the same seed.
-inline std::string Noise(std::size_t size, std::uint64_t seed = 1) {
-    std::string bytes(size, '\0');
-    std::uint64_t state = seed * 0x9E3779B97F4A7C15ull + 1;
-    for (char& byte : bytes) {
-        state ^= state << 13;
-        state ^= state >> 7;
-        state ^= state << 17;
-        byte = static_cast<char>(state >> 32);
-    }
-    return bytes;
-}
-
-// Words in random order: compressible, but not to almost nothing.
-inline std::string Prose(std::size_t size, std::uint64_t seed = 1) {
-    static const char* const kWords[] = {"archive ", "folder ", "of ",   "the ",  "disk ",
-                                         "weekly ",  "and ",    "file ", "copy ", "again\r\n"};
-    const std::string noise = Noise(size / 2 + 1, seed);
-    std::string text;
-    for (std::size_t i = 0; text.size() < size; ++i) {
-        text += kWords[static_cast<unsigned char>(noise[i % noise.size()]) % 10];
-    }
-    text.resize(size);
-    return text;
-}
 
 class WriterTest : public ::testing::Test {
   protected:

@@ -153,6 +153,16 @@ constexpr std::size_t kDiskListItem = 12;
 constexpr std::size_t kDiskListLimit = 5000;  // disks; the length of a field has 16 bits
 constexpr std::size_t kDiskHead = 4096;
 
+// Two more fields of our own, for later runs that reuse the compressed data (docs/zip-format.md).
+// In the first central record: what compressed the data, as generation (2 bytes), level (1) and
+// CRC-32 of the library's name (4).
+constexpr std::uint16_t kCompressorField = 0x4756;
+// In the record of a file that was compressed in chunks: the binary logarithm of the number of
+// chunks in an item (1 byte), then for each item the packed size (4) and a CRC-32 (4).
+constexpr std::uint16_t kChunkIndexField = 0x4356;
+constexpr std::size_t kChunkIndexHeader = 1;
+constexpr std::size_t kChunkIndexItem = 8;
+
 // Times. DOS times (4.4.6) are local, in steps of 2 seconds; NTFS times count 100 ns from 1601,
 // Unix times seconds from 1970, both UTC.
 constexpr int kDosFirstYear = 1980;

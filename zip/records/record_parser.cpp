@@ -36,6 +36,13 @@ std::optional<std::string_view> FindField(std::string_view extra, std::uint16_t 
     return std::nullopt;
 }
 
+// Of one complete central record.
+std::string_view ExtraFields(std::string_view record) {
+    using namespace central_record;
+    return record.substr(kFixedSize + GetNumber<std::uint16_t>(record, kNameLength),
+                         GetNumber<std::uint16_t>(record, kExtraLength));
+}
+
 // The numbers of a Zip64 field, in their order.
 class Zip64Values {
   public:
@@ -208,8 +215,7 @@ std::size_t CentralRecordLength(std::string_view fixed_part) {
            GetNumber<std::uint16_t>(fixed_part, kCommentLength);
 }
 
-CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
-                                 platform::Clock& clock) {
+CentralRecord ParseCentralNumbers(std::string_view record) {
     using namespace central_record;
     CentralRecord result;
     StoredEntry& entry = result.entry;
@@ -221,16 +227,25 @@ CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& co
     entry.size = GetNumber<std::uint32_t>(record, kSize);
     result.disk = GetNumber<std::uint16_t>(record, kDisk);
     entry.offset = GetNumber<std::uint32_t>(record, kOffset);
-    const std::size_t name_length = GetNumber<std::uint16_t>(record, kNameLength);
-    const std::string_view raw = record.substr(kFixedSize, name_length);
-    const std::string_view extra =
-        record.substr(kFixedSize + name_length, GetNumber<std::uint16_t>(record, kExtraLength));
+    result.raw_name = record.substr(kFixedSize, GetNumber<std::uint16_t>(record, kNameLength));
+    const std::string_view extra = ExtraFields(record);
     ReadZip64(extra, result);
     result.disk_list = FindField(extra, kDiskListField).value_or("");
-    entry.name = DecodeName(raw, (entry.flags & flag::kUtf8) != 0,
+    result.chunk_index = FindField(extra, kChunkIndexField).value_or("");
+    result.compressor = FindField(extra, kCompressorField).value_or("");
+    return result;
+}
+
+CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
+                                 platform::Clock& clock) {
+    using namespace central_record;
+    CentralRecord result = ParseCentralNumbers(record);
+    StoredEntry& entry = result.entry;
+    const std::string_view extra = ExtraFields(record);
+    entry.name = DecodeName(result.raw_name, (entry.flags & flag::kUtf8) != 0,
                             FindField(extra, kUnicodePathField).value_or(""), code_page);
-    if (entry.name != raw) {
-        entry.raw_name = raw;
+    if (entry.name != result.raw_name) {
+        entry.raw_name = result.raw_name;
     }
     ReadAttributes(static_cast<unsigned char>(record[kHost]),
                    GetNumber<std::uint32_t>(record, kAttributes), entry);

@@ -57,10 +57,17 @@ struct CentralRecord {
     StoredEntry entry;
     std::uint32_t disk = 0;
     std::uint32_t dos_time = 0;
-    std::string_view disk_list;  // body of kDiskListField, "" if there is none; of the record
+    // Of the record: the name's bytes, and the bodies of fields of our own, "" if there is none.
+    std::string_view raw_name;
+    std::string_view disk_list;
+    std::string_view chunk_index;
+    std::string_view compressor;
 };
 CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& code_page,
                                  platform::Clock& clock);
+// The same without the entry's decoded name, times and attributes, for a reader that needs none of
+// them.
+CentralRecord ParseCentralNumbers(std::string_view record);
 
 // The time of a DOS date (high half) and time (APPNOTE 4.4.6), both local. A date that does not
 // exist becomes the nearest that does.

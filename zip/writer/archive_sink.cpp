@@ -99,6 +99,7 @@ void ArchiveSink::WriteBatch(PackedJob& job) {
         if (item.stored) {
             SetLocation(item.entry, header++->place);
             AddToDirectory(item.entry);
+            AddData(item.entry.size, item.reused);
             ReportAdded(item.path);
             channel_.AddDone(item.listed_size);
         } else if (!item.deferred) {
@@ -122,6 +123,8 @@ void ArchiveSink::WriteChunk(PackedJob& job) {
     file_.crc = CombineCrc32(file_.crc, job.crc, job.raw_size);
     file_.size += job.raw_size;
     file_.packed_size += job.bytes.size();
+    chunk_index_.Add({job.bytes.size(), job.check});
+    AddData(job.raw_size, job.reused);
     ReportProgress(job);
     if (chunk.unreadable) {
         if (!chunk.first) {
@@ -138,6 +141,9 @@ void ArchiveSink::WriteChunk(PackedJob& job) {
 void ArchiveSink::StartFile(PackedJob& job) {
     const Chunk& chunk = *job.chunk;
     file_ = std::move(job.entry);
+    // On several disks nothing is reused, and a long record would leave disks partly empty.
+    const bool indexed = file_.method == Method::kDeflated && archive_.CanPatch();
+    chunk_index_ = ChunkIndexBuilder(indexed ? MaxChunkIndexItems(file_.name.size()) : 0);
     file_bytes_left_ = chunk.store_only ? 0 : job.file.size;
     if (chunk.unreadable) {
         return;
@@ -169,7 +175,7 @@ void ArchiveSink::FinishFile(const PackedJob& job) {
         AppendLocalHeader(record_, file_);
         archive_.Patch(LocationOf(file_), record_);
     }
-    AddToDirectory(file_);
+    AddToDirectory(file_, chunk_index_.Body());
 }
 
 void ArchiveSink::ReportProgress(const PackedJob& job) {
@@ -183,9 +189,15 @@ void ArchiveSink::ReportProgress(const PackedJob& job) {
         std::min(static_cast<int>(static_cast<double>(file_.size) / size * 100), 100));
 }
 
-void ArchiveSink::AddToDirectory(const Entry& entry) {
+void ArchiveSink::AddData(std::uint64_t size, bool reused) {
+    raw_bytes_ += size;
+    reused_bytes_ += reused ? size : 0;
+}
+
+void ArchiveSink::AddToDirectory(const Entry& entry, const std::string& chunk_index) {
     record_.clear();
     AppendCentralRecord(record_, entry);
+    AddExtraField(record_, kChunkIndexField, chunk_index);
     directory_.Append(record_);
     if (!entry.name.ends_with('/')) {
         channel_.AddFile();
@@ -206,10 +218,10 @@ void ArchiveSink::ReportWarning(std::optional<ComponentMessage>& warning) {
     }
 }
 
-void ArchiveSink::WriteDirectory() {
+void ArchiveSink::WriteDirectory(const std::string& mark) {
     DirectoryEnd end;
     end.entries = directory_.Count();
-    WriteCentralRecords(end);
+    WriteCentralRecords(end, mark);
     // The end records state their own disk, which is known only when they have been written: when
     // they did not fit on the expected disk they are removed and written again.
     for (RecordLocation place = archive_.Next();;) {
@@ -229,11 +241,12 @@ void ArchiveSink::WriteDirectory() {
     }
 }
 
-void ArchiveSink::WriteCentralRecords(DirectoryEnd& end) {
+void ArchiveSink::WriteCentralRecords(DirectoryEnd& end, const std::string& mark) {
     record_.clear();
     unsplit_.clear();
     while (auto record = directory_.Take()) {
         if (end.size == 0) {
+            AddExtraField(*record, kCompressorField, mark);
             AddExtraField(*record, kDiskListField, archive_.DiskList());
         }
         end.size += record->size();

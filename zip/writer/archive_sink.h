@@ -11,6 +11,7 @@
 
 #include "zip/base/run_context.h"
 #include "zip/disks/archive_output.h"
+#include "zip/records/chunk_index.h"
 #include "zip/writer/jobs.h"
 #include "zip/writer/record_list.h"
 
@@ -44,13 +45,17 @@ class ArchiveSink {
     // is writing.
     void Deliver(std::uint64_t sequence, PackedJob job);
 
-    // Writes the central directory and the end records (APPNOTE 4.3.12 to 4.3.16). Called once,
-    // when no worker is running any more; so are the two below.
-    void WriteDirectory();
+    // Writes the central directory and the end records (APPNOTE 4.3.12 to 4.3.16), with `mark` as
+    // the body of kCompressorField, none when it is "". Called once, when no worker is running any
+    // more; so are those below.
+    void WriteDirectory(const std::string& mark);
 
     std::uint64_t Entries() const { return directory_.Count(); }
     // Files that could not be read.
     std::int32_t Skipped() const { return skipped_; }
+    // Bytes of the files' data, and those whose compressed form the earlier archive had.
+    std::uint64_t RawBytes() const { return raw_bytes_; }
+    std::uint64_t ReusedBytes() const { return reused_bytes_; }
 
   private:
     void Write(PackedJob& job);
@@ -58,8 +63,9 @@ class ArchiveSink {
     void WriteChunk(PackedJob& job);
     void StartFile(PackedJob& job);
     void FinishFile(const PackedJob& job);
-    void AddToDirectory(const Entry& entry);
-    void WriteCentralRecords(DirectoryEnd& end);
+    void AddToDirectory(const Entry& entry, const std::string& chunk_index = "");
+    void AddData(std::uint64_t size, bool reused);
+    void WriteCentralRecords(DirectoryEnd& end, const std::string& mark);
     void FlushCentralRecords(DirectoryEnd& end);
     void ReportProgress(const PackedJob& job);
     void ReportAdded(const std::string& path);
@@ -83,11 +89,14 @@ class ArchiveSink {
     std::string record_;
     std::vector<UnsplitRecord> unsplit_;   // of the bytes that are written next
     Entry file_;                           // the big file in progress
+    ChunkIndexBuilder chunk_index_{0};     // of that file
     std::uint64_t file_bytes_left_ = 0;    // of its listed size, not yet reported as done
     std::uint64_t central_records_ = 0;    // written
     std::uint32_t last_central_disk_ = 0;  // disk of the last written one
     std::int32_t added_ = 0;               // files and folders reported as added
     std::int32_t skipped_ = 0;
+    std::uint64_t raw_bytes_ = 0;
+    std::uint64_t reused_bytes_ = 0;
 };
 
 }  // namespace vantrel::zip

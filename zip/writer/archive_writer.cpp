@@ -4,11 +4,14 @@
 #include <thread>
 #include <vector>
 
+#include "common/display_text.h"
+#include "common/path.h"
 #include "zip/base/retry.h"
 #include "zip/disks/archive_file.h"
 #include "zip/disks/archive_target.h"
 #include "zip/disks/spanned_archive.h"
 #include "zip/writer/archive_sink.h"
+#include "zip/writer/earlier_archive.h"
 #include "zip/writer/job_producer.h"
 #include "zip/writer/packer.h"
 
@@ -29,6 +32,23 @@ constexpr std::uint64_t kFileCost = 16 * 1024;
 // With fewer the other threads wait as well; each holds less than two chunks.
 constexpr int kMaxWaitingJobs = 6;
 
+// Why the archive that was made earlier is not reused, as far as its drive decides; "" if it may
+// be. A drive that may be missing or slow to answer is not asked for.
+std::string UnusableDrive(platform::Drives& drives, const WriterOptions& options) {
+    if (options.spanning) {
+        return "this backup continues on further disks";
+    }
+    const std::string root = path::Root(options.earlier);
+    const int type = drives.Type(root);
+    if (type == platform::drive_type::kRemovable || type == platform::drive_type::kCdRom) {
+        return "it is on a removable drive";
+    }
+    if (type == platform::drive_type::kRemote && root != path::Root(options.archive)) {
+        return "it is on another network drive";
+    }
+    return "";
+}
+
 int ThreadCount(int wanted, platform::Process& process) {
     return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, kMaxThreads);
 }
@@ -36,7 +56,10 @@ int ThreadCount(int wanted, platform::Process& process) {
 class ArchiveRun {
   public:
     ArchiveRun(const platform::Machine& machine, const WriterOptions& options, RunContext& channel)
-        : machine_(machine), options_(options), channel_(channel) {
+        : machine_(machine), options_(options), channel_(channel), earlier_(channel) {
+        if (!options.earlier.empty()) {
+            unusable_drive_ = UnusableDrive(machine.drives, options);
+        }
         if (options.spanning) {
             output_ = std::make_unique<SpannedArchive>(machine_, channel, options.archive);
         } else {
@@ -56,9 +79,11 @@ class ArchiveRun {
 
     std::uint64_t entries = 0;
     std::int32_t skipped = 0;
+    std::uint64_t reused_bytes = 0;
 
   private:
     void Make() {
+        OpenEarlier();
         output_->Open();
         while (!FillArchive()) {
             const Error error(error_number::kFileNotFound, "", "File not found");
@@ -67,8 +92,41 @@ class ArchiveRun {
         const std::uint64_t size = output_->Size();
         output_->Finish();
         channel_.RaiseLastEvent();
+        earlier_.Close();  // it may be the file that Commit replaces
         output_->Commit();
         channel_.SetArchiveSize(size);
+    }
+
+    // Identifies the bytes that this run's compressor makes.
+    std::string Mark() const {
+        return options_.level == 0 || options_.spanning
+                   ? ""
+                   : CompressorMark(kCompressorGeneration, kCompressorLevel[options_.level],
+                                    CompressorDescription());
+    }
+
+    void OpenEarlier() {
+        if (options_.earlier.empty() || options_.level == 0) {
+            return;
+        }
+        if (unusable_drive_.empty()) {
+            earlier_.Open(machine_.files, options_.earlier, Mark());
+        } else {
+            earlier_.ReportUnused(options_.earlier, unusable_drive_);
+        }
+    }
+
+    void ReportReuse(const ArchiveSink& sink) {
+        const std::uint64_t all = sink.RawBytes();
+        reused_bytes = sink.ReusedBytes();
+        const std::uint64_t percent =
+            all == 0 ? 0
+                     : static_cast<std::uint64_t>(static_cast<double>(reused_bytes) * 100 /
+                                                  static_cast<double>(all));
+        channel_.Report(
+            {MessageKind::kInformation, 0, 0, options_.earlier,
+             "Compared and reused from the earlier archive: " + std::to_string(reused_bytes) +
+                 " of " + Counted(all, "byte", "bytes") + " (" + std::to_string(percent) + " %)."});
     }
 
     std::string NothingText() const {
@@ -88,7 +146,8 @@ class ArchiveRun {
         ArchiveSink sink(*output_, channel_, static_cast<std::size_t>(threads + kMaxWaitingJobs),
                          list.items.Count());
         SourceFolder reader(machine_, channel_, options_.source.folder);
-        JobProducer producer(reader, list, sink, options_.level);
+        JobProducer producer(reader, list, sink, earlier_, options_.level);
+        const bool reuses = earlier_.IsUsable();
         RunWorkers(reader, producer, sink, threads);
         skipped += sink.Skipped();
         entries = sink.Entries();
@@ -96,7 +155,10 @@ class ArchiveRun {
             return false;
         }
         channel_.SetFinishing();
-        sink.WriteDirectory();
+        sink.WriteDirectory(Mark());
+        if (reuses) {
+            ReportReuse(sink);
+        }
         return true;
     }
 
@@ -113,7 +175,7 @@ class ArchiveRun {
     }
 
     void Work(SourceFolder& reader, JobProducer& producer, ArchiveSink& sink) {
-        Packer packer(reader, channel_, MakeDeflater());
+        Packer packer(reader, channel_, MakeDeflater(), earlier_);
         auto job = producer.Next({});
         while (job) {
             sink.Deliver(job->sequence, packer.Pack(*job, sink.RecycledBuffer()));
@@ -134,6 +196,8 @@ class ArchiveRun {
     const WriterOptions& options_;
     RunContext& channel_;
     std::unique_ptr<ArchiveOutput> output_;
+    std::string unusable_drive_;  // why the earlier archive's drive excludes it
+    EarlierArchive earlier_;
 };
 
 }  // namespace
@@ -146,6 +210,7 @@ WriterResult WriteArchive(const platform::Machine& machine, const WriterOptions&
     result.outcome = channel.Run(machine.clock, events, [&run] { run.Run(); });
     result.entries = run.entries;
     result.skipped = run.skipped;
+    result.reused_bytes = run.reused_bytes;
     return result;
 }
 

@@ -31,6 +31,7 @@ struct JobProducer::BigFile {
     Method method = Method::kDeflated;
     bool store_only = false;
     bool started = false;
+    std::shared_ptr<EarlierChunks> earlier;
     Buffer history;  // the bytes before `position`, which the next chunk's matches may refer to
 
     // `data`: history and chunk that were read last.
@@ -43,8 +44,9 @@ struct JobProducer::BigFile {
     }
 };
 
-JobProducer::JobProducer(SourceFolder& reader, SourceList& list, ArchiveSink& sink, int level)
-    : reader_(reader), list_(list), sink_(sink), level_(level) {}
+JobProducer::JobProducer(SourceFolder& reader, SourceList& list, ArchiveSink& sink,
+                         EarlierArchive& earlier, int level)
+    : reader_(reader), list_(list), sink_(sink), earlier_(earlier), level_(level) {}
 
 JobProducer::~JobProducer() = default;
 
@@ -131,6 +133,7 @@ void JobProducer::OpenBigFile(BigFile& big) {
         big.size = size;
         const bool store = level_ == 0 || big.store_only || LooksIncompressible(*big.file, size);
         big.method = store ? Method::kStored : Method::kDeflated;
+        big.earlier = store ? nullptr : earlier_.FindChunks(StoredName(big.item));
     }
     big.file->Seek(big.position);
 }
@@ -155,6 +158,7 @@ void JobProducer::FillChunk(Job& job) {
     Chunk chunk;
     chunk.first = !big.started;
     chunk.store_only = big.store_only;
+    chunk.number = big.position / kChunkSize;
     try {
         ReadChunk(big, chunk, job);
     } catch (const Error& error) {
@@ -166,6 +170,7 @@ void JobProducer::FillChunk(Job& job) {
     }
     chunk.file_size = big.size;
     chunk.method = big.method;
+    chunk.earlier = big.earlier;
     job.items.push_back(big.item);
     if (chunk.last) {
         big_.reset();

@@ -11,6 +11,7 @@
 #include "zip/base/retry.h"
 #include "zip/deflate/deflate.h"
 #include "zip/writer/archive_sink.h"
+#include "zip/writer/earlier_archive.h"
 #include "zip/writer/jobs.h"
 
 namespace vantrel::zip {
@@ -23,8 +24,10 @@ namespace vantrel::zip {
 // deferred follow as big files.
 class JobProducer {
   public:
-    // Takes the records of `list`. `level` 0 stores everything uncompressed.
-    JobProducer(SourceFolder& reader, SourceList& list, ArchiveSink& sink, int level);
+    // Takes the records of `list`. `level` 0 stores everything uncompressed. `earlier`: where
+    // chunks of big files may be found again.
+    JobProducer(SourceFolder& reader, SourceList& list, ArchiveSink& sink, EarlierArchive& earlier,
+                int level);
     ~JobProducer();
 
     // Returns the next job, or nothing when everything has been handed out and written. `recycled`
@@ -50,6 +53,7 @@ class JobProducer {
     SourceFolder& reader_;
     SourceList& list_;
     ArchiveSink& sink_;
+    EarlierArchive& earlier_;
     const int level_;
 
     std::mutex mutex_;  // guards all members below

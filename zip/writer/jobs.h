@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,6 +17,8 @@
 #include "zip/writer/source_scan.h"
 
 namespace vantrel::zip {
+
+class EarlierChunks;
 
 // Warnings for a skipped file and for a file that changed while it was read.
 inline ComponentMessage SkippedFileWarning(const std::string& path, const Error& error) {
@@ -40,9 +43,13 @@ struct Chunk {
     bool last = false;
     bool unreadable = false;      // the file cannot be read (any further); implies `last`
     bool store_only = false;      // of a DeferredFile
+    std::uint64_t number = 0;     // in its file, from 0
     std::uint64_t file_size = 0;  // when the file was opened
     Method method = Method::kStored;
     std::optional<ComponentMessage> warning;
+    // Of the file in the earlier archive; null when it is not there. Shared, because the chunks of
+    // one file are packed by several threads, and any of them may be the last to use it.
+    std::shared_ptr<EarlierChunks> earlier;
 };
 
 struct Job {
@@ -63,6 +70,7 @@ struct PackedEntry {
     Entry entry;                         // its offset counts from the batch's first byte
     std::size_t header_size = 0;
     std::uint64_t listed_size = 0;
+    bool reused = false;  // the data is a copy of the earlier archive's
     std::string path;
     std::optional<ComponentMessage> warning;
 };
@@ -77,7 +85,9 @@ struct PackedJob {
     std::string path;  // full path of the file
     Entry entry;       // of the first chunk: all but CRC, sizes and offset
     std::uint32_t crc = 0;
+    std::uint32_t check = 0;     // as in ChunkIndexItem
     std::uint64_t raw_size = 0;  // uncompressed bytes
+    bool reused = false;
 };
 
 }  // namespace vantrel::zip

@@ -1,6 +1,5 @@
 #include "zip/writer/packer.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "common/path.h"
@@ -13,8 +12,14 @@ constexpr const char* kNotCompressed = "A file could not be compressed";
 
 }  // namespace
 
-Packer::Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflater> deflater)
-    : reader_(reader), channel_(channel), deflater_(std::move(deflater)) {}
+Packer::Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflater> deflater,
+               EarlierArchive& earlier)
+    : reader_(reader), channel_(channel), deflater_(std::move(deflater)) {
+    // Even when the archive is not used (any more): each chunk of a file in it has to be settled.
+    if (deflater_) {
+        earlier_ = std::make_unique<EarlierData>(earlier, *deflater_);
+    }
+}
 
 PackedJob Packer::Pack(const Job& job, Buffer recycled) {
     PackedJob packed;
@@ -30,11 +35,7 @@ PackedJob Packer::Pack(const Job& job, Buffer recycled) {
 
 Entry Packer::MakeEntry(const SourceItem& item) {
     Entry entry;
-    entry.name = item.name;
-    std::replace(entry.name.begin(), entry.name.end(), '\\', '/');
-    if (item.IsFolder()) {
-        entry.name += '/';
-    }
+    entry.name = StoredName(item);
     entry.attributes = item.attributes;
     entry.times = item.times;
     entry.modified_local = reader_.machine().clock.ToLocal(item.times.modified);
@@ -104,24 +105,32 @@ bool Packer::ReadFile(PackedEntry& result) {
 // Appends local header and data for the content of input_.
 void Packer::AppendEntry(PackedEntry& result, Buffer& bytes) {
     Entry& entry = result.entry;
-    output_.Clear();
-    const bool worth_it = deflater_ && !sampler_.LooksIncompressible(input_.data(), input_.size());
-    const bool smaller =
-        worth_it && RetryOrAsk(channel_, DescribeFailure(kNotCompressed, result.path), [&] {
-            return deflater_->Compress(input_.data(), input_.size(), output_);
-        });
-    const Buffer& data = smaller ? output_ : input_;
-    entry.method = smaller ? Method::kDeflated : Method::kStored;
     entry.crc = Crc32(input_.data(), input_.size());
     entry.size = input_.size();
-    entry.packed_size = data.size();
+    const auto equal = earlier_ ? earlier_->FindEqual(input_, entry.crc) : std::nullopt;
+    result.reused = equal.has_value();
+    const PackedData data = equal ? *equal : CompressInput(result.path);
+    entry.method = data.method;
+    entry.packed_size = data.bytes.size();
     entry.offset = bytes.size();
     header_.clear();
     AppendLocalHeader(header_, entry);
     result.header_size = header_.size();
     bytes.Append(header_);
-    bytes.Append(data.View());
+    bytes.Append(data.bytes);
     result.stored = true;
+}
+
+// input_ or, when that is smaller, its compressed form in output_.
+PackedData Packer::CompressInput(const std::string& path) {
+    output_.Clear();
+    const bool worth_it = deflater_ && !sampler_.LooksIncompressible(input_.data(), input_.size());
+    const bool smaller =
+        worth_it && RetryOrAsk(channel_, DescribeFailure(kNotCompressed, path), [&] {
+            return deflater_->Compress(input_.data(), input_.size(), output_);
+        });
+    return smaller ? PackedData{Method::kDeflated, output_.View()}
+                   : PackedData{Method::kStored, input_.View()};
 }
 
 void Packer::PackChunk(const Job& job, PackedJob& packed) {
@@ -140,7 +149,13 @@ void Packer::PackChunk(const Job& job, PackedJob& packed) {
     const std::size_t size = job.ChunkSize();
     packed.raw_size = size;
     packed.crc = Crc32(data, size);
+    packed.check = CombineCrc32(Crc32(job.data.data(), job.history), packed.crc, size);
     if (chunk.unreadable) {
+        return;
+    }
+    packed.reused = chunk.earlier && earlier_ &&
+                    earlier_->AppendEqualChunk(job, packed.check, channel_.Token(), packed.bytes);
+    if (packed.reused) {
         return;
     }
     if (chunk.method == Method::kStored) {

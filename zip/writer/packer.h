@@ -7,6 +7,7 @@
 #include "zip/base/retry.h"
 #include "zip/base/run_context.h"
 #include "zip/deflate/deflate.h"
+#include "zip/writer/earlier_data.h"
 #include "zip/writer/jobs.h"
 
 namespace vantrel::zip {
@@ -16,8 +17,9 @@ namespace vantrel::zip {
 // worker thread has its own Packer with its own compressor and buffers.
 class Packer {
   public:
-    // `deflater` is null when everything is to be stored uncompressed.
-    Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflater> deflater);
+    // `deflater` is null when everything is to be stored uncompressed. `earlier` is borrowed.
+    Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflater> deflater,
+           EarlierArchive& earlier);
 
     // Returns the packed job. `recycled` becomes its `bytes`; the content is dropped. A file that
     // cannot be read is skipped with a warning; one that has grown above kChunkSize is deferred.
@@ -31,11 +33,13 @@ class Packer {
     void PackFile(const SourceItem& item, PackedEntry& result, Buffer& bytes);
     bool ReadFile(PackedEntry& result);
     void AppendEntry(PackedEntry& result, Buffer& bytes);
+    PackedData CompressInput(const std::string& path);
     Entry MakeEntry(const SourceItem& item);
 
     SourceFolder& reader_;
     RunContext& channel_;
     std::unique_ptr<Deflater> deflater_;
+    std::unique_ptr<EarlierData> earlier_;  // null when nothing is compressed
     Sampler sampler_;
 
     // Buffers of the file in progress, kept because fresh memory is slow.

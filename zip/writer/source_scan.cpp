@@ -1,5 +1,6 @@
 #include "zip/writer/source_scan.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -173,6 +174,12 @@ class Scanner {
 };
 
 }  // namespace
+
+std::string StoredName(const SourceItem& item) {
+    std::string name = item.name;
+    std::replace(name.begin(), name.end(), '\\', '/');
+    return item.IsFolder() ? name + '/' : name;
+}
 
 std::string EncodeItem(const SourceItem& item) {
     std::string record;

@@ -21,6 +21,9 @@ struct SourceItem {
     bool IsFolder() const { return (attributes & platform::attribute::kFolder) != 0; }
 };
 
+// The name of an item's entry: "/" between components, at the end of a folder's name too.
+std::string StoredName(const SourceItem& item);
+
 // An item as the bytes of a record in a RecordList, and back. Never leaves the process.
 std::string EncodeItem(const SourceItem& item);
 SourceItem DecodeItem(std::string_view record);
