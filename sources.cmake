@@ -421,6 +421,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/refusal_test.py
     tests/end_to_end/restore_test.py
     tests/end_to_end/run_windows_test.py
+    tests/end_to_end/second_backup_test.py
     tests/end_to_end/spanning_test.py
     tests/end_to_end/start_test.py
     tests/end_to_end/status_test.py)

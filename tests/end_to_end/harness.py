@@ -43,8 +43,8 @@ BackupToDrive={BackupToDrive}\r
 TimeBackup={TimeBackup}\r
 \r
 [RESTORE SOURCE]\r
-RestoreFromDrive=\r
-RestoreFileName=\r
+RestoreFromDrive={RestoreFromDrive}\r
+RestoreFileName={RestoreFileName}\r
 \r
 [RESTORE DESTINATION]\r
 RestoreDestination=\r
@@ -135,7 +135,8 @@ class Computer:
         """Writes a set file into the application folder. Keys as in the file; the defaults are one
         archive in a fixed place, with sub-folders, on one volume."""
         values = {"BackupSubDirectories": "ON", "MultiVolumeBackup": "OFF", "TimeBackup": "OFF",
-                  "BackupFileName": name.rsplit(".", 1)[0].upper(), **keys}
+                  "BackupFileName": name.rsplit(".", 1)[0].upper(), "RestoreFromDrive": "",
+                  "RestoreFileName": "", **keys}
         path = self.application / name
         path.write_bytes(SET_TEMPLATE.format(**values).encode("cp1252"))
         return path

@@ -103,7 +103,8 @@ class Packages(harness.EndToEndTest):
         path = folder / "Job.INI"
         path.write_bytes(harness.SET_TEMPLATE.format(
             BackupFiles="S:\\*.*", BackupSubDirectories="ON", MultiVolumeBackup="OFF",
-            BackupToDrive="E:\\", TimeBackup="OFF", BackupFileName="JOB").encode("cp1252"))
+            BackupToDrive="E:\\", TimeBackup="OFF", BackupFileName="JOB", RestoreFromDrive="",
+            RestoreFileName="").encode("cp1252"))
         return path
 
     def assert_backs_up(self, folder, program):
