@@ -4,6 +4,7 @@
 #include "tests/faults/backup_steps.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
+#include "zip/pkzip.h"
 
 namespace vantrel::test {
 namespace {
@@ -27,7 +28,7 @@ std::string Judge(Computer& computer, bool& reached) {
     std::erase_if(source, [](const auto& file) { return !file.first.starts_with("C:\\Data\\"); });
     int files = 0;
     std::string lost = FirstOf({
-        ArchiveWhole(computer, kArchivePath, kEarlierArchive, source, files),
+        ArchiveWhole(computer, kArchivePath, computer.before[kArchivePath], source, files),
         OneOf(computer, kSetPath, {computer.before[kSetPath], SetAfterBackup("C:\\BACKUPS\\")}),
         LogWhole(computer, earlier_log),
         Untouched(computer,
@@ -66,6 +67,29 @@ TEST(Faults, BackupWithSomebodyThere) {
 TEST(Faults, BackupFromItsStartWithNobodyThere) {
     ExpectNothingLost(Sweep({.name = "Backup, unattended, from the start",
                              .arrange = FurnishForBackup,
+                             .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
+                             .judge = Judge,
+                             .step = 3}));
+}
+
+// The archive that is replaced is one of the program's own, and data of it is reused.
+void ArrangeSecondRun(Computer& computer) {
+    namespace id = zip::zip_id;
+    FurnishForBackup(computer);
+    platform::Machine below = WithFiles(computer.machine, computer.disk);
+    zip::PKZIP component(below);
+    component.Set(id::kLevel, std::int16_t{9});
+    component.Set(id::kSubFolders, true);
+    component.Set(id::kArchive, std::string(kArchivePath));
+    component.Set(id::kFileSpec, std::string("\"C:\\Data\\*.*\""));
+    component.Set(id::kAction, id::kActionAdd);
+    computer.Put("C:\\Data\\a.txt", "another alpha");
+    computer.before = computer.Below("C:");
+}
+
+TEST(Faults, BackupOverAnArchiveThatIsReused) {
+    ExpectNothingLost(Sweep({.name = "Backup, unattended, the earlier archive reused",
+                             .arrange = ArrangeSecondRun,
                              .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
                              .judge = Judge,
                              .step = 3}));
