@@ -49,19 +49,27 @@ set(ZIP_SOURCES
     zip/disks/archive_reader.cpp
     zip/disks/archive_target.cpp
     zip/disks/disk_prompt.cpp
+    zip/disks/sector_reader.cpp
     zip/disks/spanned_archive.cpp
     zip/disks/volume.cpp
     zip/pkunzip.cpp
     zip/pkzip.cpp
     zip/reader/archive_extractor.cpp
+    zip/reader/archive_search.cpp
     zip/reader/entry_data.cpp
+    zip/reader/entry_probe.cpp
+    zip/reader/entry_stream.cpp
     zip/reader/extract_worker.cpp
     zip/reader/extraction_plan.cpp
     zip/reader/file_queue.cpp
+    zip/reader/found_entries.cpp
+    zip/reader/record_scanner.cpp
+    zip/reader/searched_archive.cpp
     zip/reader/target_file.cpp
     zip/reader/target_folders.cpp
     zip/records/chunk_index.cpp
     zip/records/compact_directory.cpp
+    zip/records/directory_location.cpp
     zip/records/directory_reader.cpp
     zip/records/disk_identity.cpp
     zip/records/entry_name.cpp
@@ -105,6 +113,7 @@ set(BACKUP_SOURCES
 set(RESTORE_SOURCES
     restore/Frm_Restore.cpp
     restore/Frm_RestoreWhere.cpp
+    restore/Frm_Search.cpp
     restore/archive_contents.cpp
     restore/protected_pass.cpp
     restore/restore_actions.cpp)
@@ -288,6 +297,7 @@ set(DEFLATE_LEVEL_SOURCES
 set(DEFLATE_TESTS
     tests/zip/tuned_level_test.cpp)
 set(ZIP_TESTS
+    tests/zip/archive_search_test.cpp
     tests/zip/compressor_mark_test.cpp
     tests/zip/deflate_test.cpp
     tests/zip/disk_prompt_test.cpp
@@ -302,6 +312,7 @@ set(ZIP_TESTS
     tests/zip/reader_directory_test.cpp
     tests/zip/reader_names_test.cpp
     tests/zip/reader_others_test.cpp
+    tests/zip/sector_reader_test.cpp
     tests/zip/taken_names_test.cpp
     tests/zip/spanning_others_test.cpp
     tests/zip/target_folders_test.cpp
@@ -352,6 +363,7 @@ set(RESTORE_TESTS
     tests/restore/restore_meanwhile_test.cpp
     tests/restore/restore_run_test.cpp
     tests/restore/restore_window_test.cpp
+    tests/restore/searched_archive_test.cpp
     tests/restore/unlisted_archive_test.cpp)
 set(UI_TESTS
     tests/ui/about_tab_test.cpp

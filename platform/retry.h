@@ -20,20 +20,32 @@ namespace vantrel::platform {
 constexpr int kTriesWhenLocked = 4;
 constexpr std::chrono::milliseconds kPauseWhenLocked{100};
 
-// Runs `step` again after a pause while it raises 70 (locked or denied). The last error is raised
-// on. Any thread may call this.
+// Runs `step` again after a pause while it raises error `number`.
 template <typename Step>
-auto RetryWhileLocked(Clock& clock, Step&& step) -> decltype(step()) {
+auto RetryOn(int number, Clock& clock, Step&& step) -> decltype(step()) {
     for (int tries_left = kTriesWhenLocked - 1;; --tries_left) {
         try {
             return step();
         } catch (const Error& error) {
-            if (error.number() != error_number::kPermissionDenied || tries_left == 0) {
+            if (error.number() != number || tries_left == 0) {
                 throw;
             }
         }
         clock.Sleep(kPauseWhenLocked);
     }
+}
+
+// Runs `step` again after a pause while it raises 70 (locked or denied). The last error is raised
+// on. Any thread may call this.
+template <typename Step>
+auto RetryWhileLocked(Clock& clock, Step&& step) -> decltype(step()) {
+    return RetryOn(error_number::kPermissionDenied, clock, step);
+}
+
+// The same while it raises 57: a medium that fails to read a sector may succeed later.
+template <typename Step>
+auto RetryReading(Clock& clock, Step&& step) -> decltype(step()) {
+    return RetryOn(error_number::kDeviceIo, clock, step);
 }
 
 }  // namespace vantrel::platform

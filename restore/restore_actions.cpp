@@ -12,6 +12,7 @@
 #include "protect/clsCfg.h"
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
+#include "restore/Frm_Search.h"
 #include "restore/protected_pass.h"
 
 namespace vantrel {
@@ -44,6 +45,25 @@ void RestoreActions::List(const std::string& archive) {
     const ListedArchive looked_at = LookAtArchive(program_, archive);
     listing_ = ShowZipContents(program_, controls_, archive);
     listed_ = looked_at;
+}
+
+// For an archive that was chosen just now: one with a damaged directory is searched if the user
+// wants it, and the entries found are listed.
+void RestoreActions::ListOrSearch(const std::string& archive) {
+    List(archive);
+    if (listing_.cancelled || !controls_.PKUNZIP.CanBeSearched() ||
+        controls_.Fld_RestoreFile.Caption() != archive ||
+        !ConfirmSearch(program_.desktop, archive)) {
+        return;
+    }
+    {
+        Frm_Search window(program_, controls_.PKUNZIP);
+        program_.desktop.ShowModal(window);
+        program_.desktop.Unload(window);
+    }
+    if (controls_.Fld_RestoreFile.Caption() == archive) {
+        List(archive);
+    }
 }
 
 void RestoreActions::Cmb_RestoreFile_Click() {
@@ -90,7 +110,7 @@ void RestoreActions::TakeSet() {
         return;
     }
     controls_.Fld_RestoreFile.SetCaption(archive);
-    List(archive);
+    ListOrSearch(archive);
     program_.desktop.SetPointer(Pointer::kDefault);
 }
 
@@ -121,7 +141,7 @@ void RestoreActions::Browse() {
         return;
     }
     controls_.Fld_RestoreFile.SetCaption(chosen);
-    List(chosen);
+    ListOrSearch(chosen);
     ForgetSetUnlessItNames(chosen);
 }
 
@@ -237,7 +257,11 @@ void RestoreActions::Restore() {
         return;
     }
     RunPass();
-    Frm_Restore window(program_, controls_, std::make_unique<zip::PKUNZIP>(program_.machine));
+    auto component = std::make_unique<zip::PKUNZIP>(program_.machine);
+    if (listing_.complete || controls_.TV_Restore.Count() > 0) {
+        component->RestoreListed(controls_.PKUNZIP);
+    }
+    Frm_Restore window(program_, controls_, std::move(component));
     program_.desktop.ShowModal(window);
     program_.desktop.Unload(window);
 }

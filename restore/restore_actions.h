@@ -33,6 +33,7 @@ class RestoreActions {
     void Browse();
     void ForgetSetUnlessItNames(const std::string& archive);
     void List(const std::string& archive);
+    void ListOrSearch(const std::string& archive);
     std::string SetPath() const;
     std::string ArchiveOfSet() const;
     std::string ArchiveToRestore() const;

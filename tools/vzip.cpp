@@ -24,9 +24,10 @@ constexpr const char* kUsage =
     "usage: vzip create ARCHIVE.zip FOLDER [--level 0-9] [--mask MASK] [--no-sub-folders]\n"
     "                   [--earlier ARCHIVE | --fresh] [--threads N] [--quiet]\n"
     "       vzip list ARCHIVE.zip\n"
-    "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--quiet]\n"
+    "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--keep-broken] [--quiet]\n"
+    "       vzip verify ARCHIVE.zip [--threads N] [--quiet]\n"
     "       vzip --version\n"
-    "exit code: 0 complete, 1 some files skipped or not restored, 2 failed\n";
+    "exit code: 0 complete, 1 some files skipped, damaged or not restored, 2 failed\n";
 
 int Run(int count, char** words) {
     NativeMachine native;
@@ -40,6 +41,9 @@ int Run(int count, char** words) {
     }
     if (command == "extract") {
         return vantrel::tools::ExtractFiles(native.machine(), arguments);
+    }
+    if (command == "verify") {
+        return vantrel::tools::VerifyFiles(native.machine(), arguments);
     }
     if (command == "--version") {
         return vantrel::tools::ShowVersion();

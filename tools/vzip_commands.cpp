@@ -12,6 +12,7 @@
 #include "zip/deflate/deflate.h"
 #include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"
+#include "zip/reader/searched_archive.h"
 #include "zip/records/directory_reader.h"
 #include "zip/writer/archive_writer.h"
 
@@ -171,36 +172,62 @@ int ListArchive(const platform::Machine& machine, const std::vector<std::string>
     const auto operands = ParseOptions(arguments, [](const std::string&, auto) { return false; });
     RequireOperands(operands, 1);
     zip::ArchiveReader source(machine.files, PlatformPath(operands[0]));
-    const zip::Directory directory = zip::ReadDirectory(source, machine.code_page, machine.clock);
+    const zip::Directory directory =
+        zip::ReadDamagedDirectory(machine, source, [](std::uint64_t) {});
     for (const zip::StoredEntry& entry : directory.entries) {
         std::printf("%12llu  %s\n", static_cast<unsigned long long>(entry.size),
                     EscapeControls(entry.name).c_str());
     }
-    if (!directory.IsComplete()) {
-        std::fprintf(stderr, "%s\n", directory.trouble.c_str());
-        return kExitFailed;
+    if (directory.IsComplete() && !directory.searched) {
+        return kExitComplete;
     }
-    return kExitComplete;
+    std::fprintf(stderr, "%s\n", directory.trouble.c_str());
+    for (const zip::LostEntry& lost : directory.lost) {
+        std::fprintf(stderr, "%s cannot be restored: %s.\n",
+                     EscapeControls(lost.entry.name).c_str(), lost.why.c_str());
+    }
+    return directory.entries.empty() ? kExitFailed : kExitSomeSkipped;
 }
 
-int ExtractFiles(const platform::Machine& machine, const std::vector<std::string>& arguments) {
-    zip::ExtractOptions options;
+namespace {
+
+// Extracts or verifies, with the options of both.
+int RunExtraction(const platform::Machine& machine, const std::vector<std::string>& arguments,
+                  zip::ExtractOptions options, const char* left_out_means) {
     bool quiet = false;
+    options.search = true;
+    options.use_local_headers = true;
     const auto operands = ParseOptions(arguments, [&](const std::string& name, auto value) {
         if (name == "--threads") {
             options.threads = Number(name, value(), 1, 256);
+        } else if (name == "--keep-broken" && !options.verify_only) {
+            options.keep_broken = true;
         } else {
             quiet |= name == "--quiet";
             return name == "--quiet";
         }
         return true;
     });
-    RequireOperands(operands, 2);
+    RequireOperands(operands, options.verify_only ? 1 : 2);
     options.archive = PlatformPath(operands[0]);
-    options.destination = PlatformPath(operands[1]);
+    options.destination = options.verify_only ? "" : PlatformPath(operands[1]);
     Console console(false);
     const zip::ExtractResult result = zip::ExtractArchive(machine, options, console);
-    return Report({result.outcome, result.entries, result.failed, "failed"}, quiet);
+    const int exit_code =
+        Report({result.outcome, result.entries, result.failed, left_out_means}, quiet);
+    return exit_code == kExitComplete && result.directory_damaged ? kExitSomeSkipped : exit_code;
+}
+
+}  // namespace
+
+int ExtractFiles(const platform::Machine& machine, const std::vector<std::string>& arguments) {
+    return RunExtraction(machine, arguments, {}, "failed");
+}
+
+int VerifyFiles(const platform::Machine& machine, const std::vector<std::string>& arguments) {
+    zip::ExtractOptions options;
+    options.verify_only = true;
+    return RunExtraction(machine, arguments, options, "damaged");
 }
 
 int ShowVersion() {

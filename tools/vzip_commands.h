@@ -24,10 +24,13 @@ std::string PlatformPath(const std::string& path);
 // `vzip create ARCHIVE FOLDER`: makes or replaces an archive of a folder. Reuses compressed data of
 // the archive that it replaces, with `--earlier PATH` of another one, with `--fresh` of none.
 int CreateArchive(const platform::Machine& machine, const std::vector<std::string>& arguments);
-// `vzip list ARCHIVE`: prints size and name of each entry, control characters escaped.
+// `vzip list ARCHIVE`: prints size and name of each entry, control characters escaped. An archive
+// with a damaged directory is searched, here and below.
 int ListArchive(const platform::Machine& machine, const std::vector<std::string>& arguments);
 // `vzip extract ARCHIVE FOLDER`: restores all entries below a folder.
 int ExtractFiles(const platform::Machine& machine, const std::vector<std::string>& arguments);
+// `vzip verify ARCHIVE`: reads and checks all entries, and writes nothing.
+int VerifyFiles(const platform::Machine& machine, const std::vector<std::string>& arguments);
 
 // `vzip --version`: prints the program's version and the built-in compressor, one line each.
 int ShowVersion();

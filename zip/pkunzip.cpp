@@ -4,6 +4,7 @@
 
 #include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"
+#include "zip/reader/searched_archive.h"
 
 namespace vantrel::zip {
 
@@ -32,7 +33,7 @@ bool PKUNZIP::IsAcceptable(int id, const Value& value) const {
     if (id == unzip_id::kAction) {
         const auto action = std::get<std::int16_t>(value);
         return action == unzip_id::kActionCount || action == unzip_id::kActionEntry ||
-               action == unzip_id::kActionExtract;
+               action == unzip_id::kActionSearch || action == unzip_id::kActionExtract;
     }
     return id != unzip_id::kEntryCount && id != unzip_id::kEntryName;
 }
@@ -43,6 +44,8 @@ void PKUNZIP::RunAction(std::int16_t action) {
             return ReadNames();
         case unzip_id::kActionEntry:
             return ReadEntry();
+        case unzip_id::kActionSearch:
+            return Search();
         default:
             return Extract();
     }
@@ -50,40 +53,84 @@ void PKUNZIP::RunAction(std::int16_t action) {
 
 // Damage is only information here: an extraction reports it again, as an error.
 void PKUNZIP::ReadNames() {
-    names_.clear();
-    counted_bytes_ = 0;
-    std::string trouble;
     const std::string archive = FullPath(Property<std::string>(unzip_id::kArchive));
+    names_ = std::make_shared<Names>();
+    counted_bytes_ = 0;
+    can_be_searched_ = false;
+    std::string trouble;
     try {
+        trouble = CountEntries(archive);
+    } catch (const Error& error) {
+        can_be_searched_ = error.number() == error_number::kDeviceIo;
+        trouble = FailureText("The archive cannot be read", archive, error);
+    }
+    const auto count = static_cast<std::int32_t>(names_->size());
+    Keep(unzip_id::kEntryCount, count + 1);
+    if (!trouble.empty()) {
+        OnMessage({MessageKind::kInformation, 0, 0, archive, trouble, count});
+    }
+}
+
+// Returns what is wrong with the directory, "" when it is complete.
+std::string PKUNZIP::CountEntries(const std::string& archive) {
+    const auto searched = SearchResultFor(archive);
+    Directory read;
+    if (!searched) {
         ArchiveReader source(machine().files, archive);
         source.AskForDisks(machine().drives, [this](const ComponentMessage& failure) {
             if (questions == nullptr || !questions->AskRetry(failure.text)) {
                 throw Error(failure.code, "", ErrorText(failure.code));
             }
         });
-        Directory directory = ReadDirectory(source, &source, machine().code_page, machine().clock);
-        trouble = directory.trouble;
-        names_.reserve(directory.entries.size());
-        for (StoredEntry& entry : directory.entries) {
-            counted_bytes_ += entry.size;
-            names_.push_back({std::move(entry.name), entry.is_folder});
-        }
-    } catch (const Error& error) {
-        trouble = FailureText("The archive cannot be read", archive, error);
+        read = ReadDirectory(source, &source, machine().code_page, machine().clock);
+        can_be_searched_ = !read.disks.IsSpanned() && NeedsSearch(read);
     }
-    Keep(unzip_id::kEntryCount, static_cast<std::int32_t>(names_.size() + 1));
-    if (!trouble.empty()) {
-        OnMessage({MessageKind::kInformation, 0, 0, archive, trouble,
-                   static_cast<std::int32_t>(names_.size())});
+    const Directory& directory = searched ? *searched : read;
+    auto names = std::make_shared<Names>();
+    names->reserve(directory.entries.size());
+    for (const StoredEntry& entry : directory.entries) {
+        counted_bytes_ += entry.size;
+        names->push_back({entry.name, entry.is_folder});
     }
+    names_ = std::move(names);
+    return directory.searched ? "" : directory.trouble;
+}
+
+std::shared_ptr<const Directory> PKUNZIP::SearchResultFor(const std::string& archive) const {
+    if (!searched_.directory || searched_.path != archive) {
+        return nullptr;
+    }
+    try {
+        const auto found = machine().files.Find(archive);
+        const bool same =
+            found && found->size == searched_.size && found->times.modified == searched_.modified;
+        return same ? searched_.directory : nullptr;
+    } catch (const Error&) {
+        return nullptr;
+    }
+}
+
+void PKUNZIP::Search() {
+    const std::string archive = FullPath(Property<std::string>(unzip_id::kArchive));
+    // Looked at before the search: an archive that changes meanwhile is not the searched one.
+    const auto found = machine().files.Find(archive);
+    SearchResult result = FindEntries(machine(), archive, *this);
+    if (found && result.directory) {
+        searched_ = {archive, found->size, found->times.modified, std::move(result.directory)};
+    }
+}
+
+void PKUNZIP::RestoreListed(const PKUNZIP& listed) {
+    listed_ = listed.names_;
+    searched_ = listed.searched_;
 }
 
 // The archive itself is entry 0, and has no name in it.
 void PKUNZIP::ReadEntry() {
     const auto index = Property<std::int32_t>(unzip_id::kEntryIndex);
-    const bool exists = index > 0 && static_cast<std::size_t>(index) <= names_.size();
+    const bool exists = index > 0 && static_cast<std::size_t>(index) <= names_->size();
     Keep(unzip_id::kEntryName,
-         exists ? names_[static_cast<std::size_t>(index) - 1].name : std::string());
+         exists ? (*names_)[static_cast<std::size_t>(index) - 1].name : std::string());
 }
 
 void PKUNZIP::Extract() {
@@ -93,12 +140,15 @@ void PKUNZIP::Extract() {
     if (const auto& spec = Property<std::string>(unzip_id::kFileSpec); !spec.empty()) {
         options.mask = spec;
     }
+    options.use_local_headers = true;
+    options.searched = SearchResultFor(options.archive);
+    options.listed = listed_.get();
     failed_ = 0;
     failed_ = ExtractArchive(machine(), options, *this).failed;
 }
 
 std::vector<std::string> PKUNZIP::TargetFolders(const std::string& destination) const {
-    return zip::TargetFolders(machine(), names_, FullPath(destination));
+    return zip::TargetFolders(machine(), *names_, FullPath(destination));
 }
 
 }  // namespace vantrel::zip

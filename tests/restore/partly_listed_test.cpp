@@ -84,7 +84,7 @@ TEST_F(PartlyListedArchive, IsRestoredAsFarAsItIsListed) {
     Browse(kArchive);
     EXPECT_THAT(Listed(), ElementsAre("Sub/b.txt"));
     Restore();
-    EXPECT_THAT(desktop.boxes, IsEmpty());
+    EXPECT_THAT(desktop.boxes, SizeIs(1)) << "the search was refused when it was chosen";
     ExpectRestored();
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Later\\c.txt"), "newer, too");
 }

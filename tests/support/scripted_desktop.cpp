@@ -27,6 +27,8 @@ Answer DefaultAnswer(const forms::Box& box) {
             return first ? Answer::kYes : Answer::kNo;
         case Buttons::kRetryCancel:
             return first ? Answer::kRetry : Answer::kCancel;
+        case Buttons::kSearchCancel:
+            return Answer::kCancel;
         case Buttons::kOk:
             break;
     }

@@ -127,12 +127,12 @@ TEST_F(PkUnzip, ExtractsAllAndOverwritesInsideTheAssignment) {
 }
 
 TEST_F(PkUnzip, FailedEntriesAreCountedAnewByEachExtraction) {
-    archive.entries[0].crc = 1;
+    archive.entries[0].method = 14;
     PutArchive();
     SetAll();
     component.Set(kAction, kActionExtract);
     EXPECT_EQ(component.FailedEntries(), 1);
-    archive.entries[0].crc = -1;
+    archive.entries[0].method = 0;
     PutArchive();
     component.Set(kAction, kActionExtract);
     EXPECT_EQ(component.FailedEntries(), 0);
@@ -212,7 +212,7 @@ TEST_F(PkUnzip, WrongTypesUnknownIdsAndAnswersAreRefused) {
     const int kRefused = error_number::kInvalidPropertyValue;
     EXPECT_EQ(ErrorOf([&] { component.Set(kArchive, true); }), kRefused);
     EXPECT_EQ(ErrorOf([&] { component.Set(kAction, std::int32_t{1}); }), kRefused);
-    EXPECT_EQ(ErrorOf([&] { component.Set(kAction, std::int16_t{3}); }), kRefused);
+    EXPECT_EQ(ErrorOf([&] { component.Set(kAction, std::int16_t{4}); }), kRefused);
     EXPECT_EQ(ErrorOf([&] { component.Set(14, std::int16_t{1}); }), kRefused);
     EXPECT_EQ(ErrorOf([&] { component.Set(99, true); }), kRefused);
     EXPECT_EQ(ErrorOf([&] { component.Set(kEntryCount, std::int32_t{5}); }), kRefused);

@@ -6,6 +6,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "common/product.h"
@@ -162,6 +163,9 @@ UINT StyleOf(const forms::Box& box) {
         case Buttons::kRetryCancel:
             style |= MB_RETRYCANCEL;
             break;
+        case Buttons::kSearchCancel:
+            style |= MB_OKCANCEL;
+            break;
     }
     switch (box.icon) {
         case Icon::kNone:
@@ -185,7 +189,32 @@ UINT StyleOf(const forms::Box& box) {
     return style;
 }
 
-Answer AnswerOf(int pressed) {
+// Renames the OK button of the next message box of this thread.
+class RenamedOk {
+  public:
+    RenamedOk() : hook_(SetWindowsHookExW(WH_CBT, &OnEvent, nullptr, GetCurrentThreadId())) {}
+    ~RenamedOk() { UnhookWindowsHookEx(hook_); }
+    RenamedOk(const RenamedOk&) = delete;
+    RenamedOk& operator=(const RenamedOk&) = delete;
+
+  private:
+    static LRESULT CALLBACK OnEvent(int code, WPARAM wparam, LPARAM lparam) {
+        if (code == HCBT_ACTIVATE) {
+            const HWND box = reinterpret_cast<HWND>(wparam);
+            if (GetDlgItem(box, IDOK) != nullptr && GetDlgItem(box, IDCANCEL) != nullptr) {
+                SetDlgItemTextW(box, IDOK, L"&Search");
+            }
+        }
+        return CallNextHookEx(nullptr, code, wparam, lparam);
+    }
+
+    HHOOK hook_;
+};
+
+Answer AnswerOf(Buttons buttons, int pressed) {
+    if (buttons == Buttons::kSearchCancel) {
+        return pressed == IDOK ? Answer::kSearch : Answer::kCancel;
+    }
     switch (pressed) {
         case IDYES:
             return Answer::kYes;
@@ -209,7 +238,11 @@ Answer Win32Desktop::ShowBox(const forms::Box& box) {
     const HWND owner = BoxOwner();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
     const BoxFitting fitting;
-    return AnswerOf(MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));
+    std::optional<RenamedOk> renamed;
+    if (box.buttons == Buttons::kSearchCancel) {
+        renamed.emplace();
+    }
+    return AnswerOf(box.buttons, MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));
 }
 
 std::string Win32Desktop::Input(const std::string& prompt, const std::string& title,

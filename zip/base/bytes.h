@@ -106,6 +106,12 @@ class ByteSource {
         return ReadAt(offset, out, count);
     }
 
+    // Why bytes between two offsets that were read are not those of the archive, for the user; ""
+    // when all are.
+    virtual std::string WhyUnreadable(std::uint64_t /*begin*/, std::uint64_t /*end*/) const {
+        return "";
+    }
+
     // The bytes at `offset`: `count`, or as many as there are.
     std::string Bytes(std::uint64_t offset, std::size_t count);
 };

@@ -24,6 +24,11 @@ class Inflate64 {
     // and whatever `more` and `out` throw; some output may have been delivered then.
     void Run();
 
+    // Bytes that `more` has returned and that follow the stream; after Run.
+    std::size_t UnusedInput() const {
+        return input_.size() + static_cast<std::size_t>(bit_count_ / 8);
+    }
+
   private:
     // A Huffman code as a lookup table: indexed by the next bits of input, entries are symbol * 16
     // + length.

@@ -48,10 +48,16 @@ std::size_t DiskSet::ReadAhead(std::uint64_t offset, void* out, std::size_t coun
 std::size_t DiskSet::ReadOnDisk(Position at, char* out, std::size_t count) {
     for (;;) {
         RequireDisk(at.disk);
-        try {
+        const auto read = [&] {
             file_->Seek(at.offset);
             return file_->Read(out, count);
+        };
+        try {
+            return clock_ == nullptr ? read() : platform::RetryReading(*clock_, read);
         } catch (const Error& error) {
+            if (clock_ != nullptr && error.number() == error_number::kDeviceIo) {
+                throw;
+            }
             file_.reset();
             Ask(error.number(), at.disk, ReadErrorNote(error));
         }
@@ -140,13 +146,16 @@ auto ArchiveReader::Try(Step step) {
             throw;
         }
     };
-    return channel_ == nullptr
-               ? once()
-               : RetryOrAsk(*channel_, DescribeFailure("The archive cannot be read", path_), once);
+    if (channel_ == nullptr) {
+        return once();
+    }
+    const auto describe = DescribeFailure("The archive cannot be read", path_);
+    return RetryOrAsk(*channel_, describe, once);
 }
 
-void ArchiveReader::AskOn(RunContext& channel, const Directory& directory) {
+void ArchiveReader::AskOn(RunContext& channel, const Directory& directory, platform::Clock& clock) {
     channel_ = &channel;
+    clock_ = &clock;
     expected_size_ = directory.archive_size;
     if (directory.disks.IsSpanned()) {
         ask_ = [&channel](const ComponentMessage& failure) { channel.AskRetryOrStop(failure); };
@@ -164,7 +173,7 @@ bool ArchiveReader::OpenAsSpanned(const DiskIdentity& disks) {
         return false;
     }
     file_.reset();
-    set_ = std::make_unique<DiskSet>(files_, path_, disks, ask_);
+    set_ = std::make_unique<DiskSet>(files_, path_, disks, ask_, clock_);
     return true;
 }
 
@@ -208,15 +217,36 @@ std::size_t ArchiveReader::ReadAt(std::uint64_t offset, void* out, std::size_t c
     if (set_) {
         return set_->ReadAt(offset, out, count);
     }
-    return Try([&](platform::File& file) {
+    if (clock_ == nullptr) {
+        return ReadOnce(offset, out, count);
+    }
+    return platform::RetryReading(*clock_, [&] { return ReadOnce(offset, out, count); });
+}
+
+std::size_t ArchiveReader::ReadOnce(std::uint64_t offset, void* out, std::size_t count) {
+    bool unreadable = false;
+    const std::size_t got = Try([&](platform::File& file) {
         if (position_ != offset) {
             file.Seek(offset);
             position_ = offset;
         }
-        const std::size_t got = file.Read(out, count);
-        position_ += got;
-        return got;
+        try {
+            const std::size_t got = file.Read(out, count);
+            position_ += got;
+            return got;
+        } catch (const Error& error) {
+            if (clock_ == nullptr || error.number() != error_number::kDeviceIo) {
+                throw;
+            }
+            unreadable = true;  // no question
+            return std::size_t{0};
+        }
     });
+    if (unreadable) {
+        file_.reset();
+        throw Error(error_number::kDeviceIo, "", "the medium cannot be read there");
+    }
+    return got;
 }
 
 }  // namespace vantrel::zip

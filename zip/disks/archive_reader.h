@@ -26,9 +26,15 @@ using AskForDisk = std::function<void(const ComponentMessage& failure)>;
 class DiskSet {
   public:
     // `identity` may still grow; it is consulted whenever a disk is inserted.
+    // `clock`, unless null: bytes that a disk cannot read are retried briefly, and raise 57;
+    // otherwise they are a question.
     DiskSet(platform::FileSystem& files, std::string path, const DiskIdentity& identity,
-            AskForDisk ask)
-        : files_(files), path_(std::move(path)), identity_(identity), ask_(std::move(ask)) {}
+            AskForDisk ask, platform::Clock* clock)
+        : files_(files),
+          path_(std::move(path)),
+          identity_(identity),
+          ask_(std::move(ask)),
+          clock_(clock) {}
 
     // As the members of ByteSource; offsets hold their disk.
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count);
@@ -50,6 +56,7 @@ class DiskSet {
     std::string path_;
     const DiskIdentity& identity_;
     AskForDisk ask_;
+    platform::Clock* clock_;
     std::unique_ptr<platform::File> file_;  // of disk_
     std::uint32_t disk_ = 0;
     std::vector<std::uint64_t> sizes_;  // of disks that were in the drive, otherwise 0
@@ -69,8 +76,9 @@ class ArchiveReader : public ByteSource, public DiskChanger {
 
     // From now on a failure is a question, repeated until the read succeeds or the run stops. So is
     // an archive whose size differs from that of `directory`: another file has replaced the one
-    // that was listed. Disks of a spanned archive are asked for. `directory` is borrowed.
-    void AskOn(RunContext& channel, const Directory& directory);
+    // that was listed. Disks of a spanned archive are asked for. Only bytes that the medium cannot
+    // read are none: they are retried briefly, then 57 is raised. The references are borrowed.
+    void AskOn(RunContext& channel, const Directory& directory, platform::Clock& clock);
 
     // From now on the disks of a spanned archive are asked for. A file without an end record is
     // taken for one when it begins like one, or lies on a removable drive.
@@ -86,11 +94,13 @@ class ArchiveReader : public ByteSource, public DiskChanger {
     template <typename Step>
     auto Try(Step step);
     platform::File& Opened();
+    std::size_t ReadOnce(std::uint64_t offset, void* out, std::size_t count);
     bool MayBeSpanned();
 
     platform::FileSystem& files_;
     std::string path_;
     RunContext* channel_ = nullptr;
+    platform::Clock* clock_ = nullptr;
     std::uint64_t expected_size_ = 0;
     std::unique_ptr<platform::File> file_;
     std::uint64_t position_ = 0;

@@ -1,6 +1,7 @@
 #include "zip/reader/archive_extractor.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "zip/base/folders.h"
 #include "zip/base/retry.h"
 #include "zip/reader/extract_worker.h"
+#include "zip/reader/searched_archive.h"
 
 namespace vantrel::zip {
 
@@ -28,19 +30,48 @@ int ThreadCount(int wanted, platform::Process& process, std::size_t files) {
     return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, std::max(max, 1));
 }
 
-Directory ReadDirectoryOrAsk(const platform::Machine& machine, const ExtractOptions& options,
-                             RunContext& channel) {
-    return RetryOrAsk(channel, DescribeFailure("The archive cannot be read", options.archive), [&] {
+// Throws when the archive has other entries than those that were listed.
+void RequireListed(const Directory& directory, const std::vector<EntryName>* listed) {
+    const auto same = [](const StoredEntry& entry, const EntryName& name) {
+        return entry.name == name.name && entry.is_folder == name.is_folder;
+    };
+    if (listed != nullptr && !std::ranges::equal(directory.entries, *listed, same)) {
+        throw Error(error_number::kDeviceIo, "", "It is another archive than the one listed");
+    }
+}
+
+std::shared_ptr<const Directory> ReadDirectoryOrAsk(const platform::Machine& machine,
+                                                    const ExtractOptions& options,
+                                                    RunContext& channel) {
+    const auto read = [&] {
         ArchiveReader source(machine.files, options.archive);
         source.AskForDisks(machine.drives, [&channel](const ComponentMessage& failure) {
             channel.AskRetryOrStop(failure);
         });
-        Directory directory = ReadDirectory(source, &source, machine.code_page, machine.clock);
-        if (directory.entries.empty() && !directory.IsComplete()) {
+        Directory directory =
+            options.search
+                ? ReadDamagedDirectory(machine, source,
+                                       [&channel](std::uint64_t) { channel.CheckStop(); })
+                : ReadDirectory(source, &source, machine.code_page, machine.clock);
+        if (directory.entries.empty() && directory.lost.empty() && !directory.IsComplete()) {
             throw Error(error_number::kDeviceIo, "", directory.trouble);
         }
-        return directory;
-    });
+        RequireListed(directory, options.listed);
+        return std::make_shared<Directory>(std::move(directory));
+    };
+    if (options.searched) {
+        return options.searched;
+    }
+    const auto directory =
+        RetryOrAsk(channel, DescribeFailure("The archive cannot be read", options.archive), read);
+    if (options.keep_broken) {
+        for (LostEntry& lost : directory->lost) {
+            directory->entries.push_back(std::move(lost.entry));
+        }
+        directory->lost.clear();
+        directory->start = ~std::uint64_t{0};  // their data may end behind the archive
+    }
+    return directory;
 }
 
 // The planning thread of an extraction.
@@ -50,7 +81,11 @@ class Extractor {
         : run_(run), machine_(run.machine), options_(run.options), channel_(run.channel) {}
 
     void Run() {
+        ReportLost();
         // If everything fits on the disk, files are restored before planning ends.
+        if (options_.verify_only) {
+            return VerifyFiles();
+        }
         if (!run_.planner.IsInOrder() || !EverythingFits()) {
             run_.planner.PlanAll();
             RequireSpace();
@@ -61,13 +96,45 @@ class Extractor {
         channel_.SetFinishing();
         RestoreFolders();
         channel_.RaiseLastEvent();
-        if (!run_.directory.IsComplete()) {
+        if (!run_.directory.IsComplete() && !run_.directory.searched) {
             channel_.Fail(
                 Failure(error_number::kDeviceIo, options_.archive, run_.directory.trouble));
         }
     }
 
   private:
+    void VerifyFiles() {
+        RestoreFiles();
+        channel_.CheckStop();
+        run_.restored += run_.plan.folders.size();
+        channel_.RaiseLastEvent();
+    }
+
+    // What a search has found and cannot be restored.
+    void ReportLost() {
+        const Directory& directory = run_.directory;
+        if (directory.searched) {
+            channel_.Report(
+                Warning(options_.archive, directory.trouble + " It was searched for its files."));
+        }
+        for (const LostEntry& lost : directory.lost) {
+            ++run_.failed;
+            ComponentMessage message =
+                Warning(lost.entry.name, NotRestored(options_, lost.entry.name, lost.why),
+                        error_number::kDeviceIo);
+            message.left_out = true;
+            channel_.Report(std::move(message));
+        }
+        if (directory.lost_unnamed > 0) {
+            run_.failed += static_cast<std::int32_t>(
+                std::min<std::uint64_t>(directory.lost_unnamed, INT32_MAX / 2));
+            channel_.Report(Warning(
+                options_.archive,
+                Counted(directory.lost_unnamed, "more damaged file is", "more damaged files are") +
+                    " not restored."));
+        }
+    }
+
     // Whether all entries together fit, including those that will not be restored.
     bool EverythingFits() {
         const std::uint64_t free = FreeBytes();
@@ -224,6 +291,7 @@ ExtractResult ExtractArchive(const platform::Machine& machine, const ExtractOpti
     if (run) {
         result.entries = run->restored;
         result.failed = run->plan.failed + run->failed;
+        result.directory_damaged = !run->directory.IsComplete();
     }
     return result;
 }

@@ -1,7 +1,6 @@
 #include "zip/reader/entry_data.h"
 
 #include <libdeflate.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <map>
@@ -9,14 +8,13 @@
 #include <string_view>
 
 #include "common/error.h"
-#include "zip/deflate/inflate64.h"
+#include "zip/reader/entry_stream.h"
 
 namespace vantrel::zip {
 
 namespace {
 
-constexpr std::size_t kStreamChunk = std::size_t{1} << 18;  // in and out
-constexpr std::size_t kUsualHeld = std::size_t{1} << 20;    // enough for most entries
+constexpr std::size_t kUsualHeld = std::size_t{1} << 20;  // enough for most entries
 
 [[noreturn]] void Damaged(const std::string& why) { throw Error(error_number::kDeviceIo, "", why); }
 
@@ -82,23 +80,6 @@ class CheckedSink {
     std::uint64_t done_ = 0;
 };
 
-class InflateStream {
-  public:
-    InflateStream() {
-        if (inflateInit2(&stream_, -MAX_WBITS) != Z_OK) {
-            throw std::bad_alloc();
-        }
-    }
-    ~InflateStream() { inflateEnd(&stream_); }
-    InflateStream(const InflateStream&) = delete;
-    InflateStream& operator=(const InflateStream&) = delete;
-
-    z_stream& operator*() { return stream_; }
-
-  private:
-    z_stream stream_{};
-};
-
 }  // namespace
 
 std::string UnreadableBecause(const StoredEntry& entry) {
@@ -137,7 +118,15 @@ void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
     window_.Clear();
     window_.Resize(count);
     window_at_ = offset;
-    window_.Resize(source_.ReadAhead(offset, window_.data(), count));
+    try {
+        window_.Resize(source_.ReadAhead(offset, window_.data(), count));
+    } catch (const Error& error) {
+        window_.Clear();
+        if (error.number() != error_number::kDeviceIo) {
+            throw;
+        }
+        // Only the entries that lie there are lost.
+    }
 }
 
 // Valid until the next call; reserves `unpacked` bytes at the start of held_.
@@ -161,6 +150,9 @@ void EntryData::ReserveHeld(std::size_t count) {
 }
 
 EntryData::DataLocation EntryData::FindData(const StoredEntry& entry) {
+    if (entry.data_at != 0) {
+        return {entry.data_at, ""};
+    }
     constexpr std::size_t kFixedSize = local_header::kFixedSize;
     const std::string_view fixed(reinterpret_cast<const char*>(View(entry.offset, kFixedSize)),
                                  kFixedSize);
@@ -180,18 +172,18 @@ EntryData::DataLocation EntryData::FindData(const StoredEntry& entry) {
 }
 
 std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
+    if (const std::string why = UnreadableBecause(entry); !why.empty()) {
+        throw Error(error_number::kBadFileName, "", why);
+    }
     auto [data_at, disagreement] = FindData(entry);
     if (entry.method == Method::kStored && entry.size != entry.packed_size) {
         Damaged("its two sizes differ although it is stored");
     }
-    if (entry.method == Method::kDeflated64) {
-        StreamDeflated64(entry, data_at, sink);
-    } else if (entry.packed_size <= kMaxHeld && entry.size <= kMaxHeld - entry.packed_size) {
+    const bool held = entry.packed_size <= kMaxHeld && entry.size <= kMaxHeld - entry.packed_size;
+    if (held && !passes_damaged_ && entry.method != Method::kDeflated64) {
         ReadUnsplit(entry, data_at, sink);
-    } else if (entry.method == Method::kStored) {
-        StreamStored(entry, data_at, sink);
     } else {
-        StreamDeflated(entry, data_at, sink);
+        Stream(entry, data_at, sink);
     }
     return disagreement;
 }
@@ -220,56 +212,23 @@ void EntryData::ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, con
     }
 }
 
-void EntryData::StreamStored(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
-    CheckedSink checked(entry, sink);
-    for (std::uint64_t done = 0; done < entry.size;) {
-        const auto part =
-            static_cast<std::size_t>(std::min<std::uint64_t>(kStreamChunk, entry.size - done));
-        checked.Put(View(data_at + done, part), part);
-        done += part;
-    }
-    checked.Finish();
-}
-
-void EntryData::StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
-    CheckedSink checked(entry, sink);
-    InflateStream inflater;
-    z_stream& stream = *inflater;
-    std::uint64_t taken = 0;
-    for (int result = Z_OK; result != Z_STREAM_END;) {
-        if (stream.avail_in == 0) {
-            const auto part = static_cast<std::size_t>(
-                std::min<std::uint64_t>(kStreamChunk, entry.packed_size - taken));
-            // zlib wants its input writable but leaves it alone.
-            stream.next_in = const_cast<Bytef*>(View(data_at + taken, part, kStreamChunk));
-            stream.avail_in = static_cast<uInt>(part);
-            taken += part;
-        }
-        stream.next_out = held_.data();
-        stream.avail_out = static_cast<uInt>(kStreamChunk);
-        result = inflate(&stream, Z_NO_FLUSH);
-        if (result != Z_OK && result != Z_STREAM_END) {
-            Damaged("its data is damaged");
-        }
-        checked.Put(held_.data(), kStreamChunk - stream.avail_out);
-    }
-    checked.Finish();
-}
-
-void EntryData::StreamDeflated64(const StoredEntry& entry, std::uint64_t data_at,
-                                 const Sink& sink) {
+void EntryData::Stream(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
     CheckedSink checked(entry, sink);
     std::uint64_t taken = 0;
-    const auto more = [&] {
-        const auto part = static_cast<std::size_t>(
+    const auto more = [&]() -> std::string_view {
+        const auto wanted = static_cast<std::size_t>(
             std::min<std::uint64_t>(kStreamChunk, entry.packed_size - taken));
-        const std::uint8_t* const data = View(data_at + taken, part);
-        taken += part;
-        return std::string_view(reinterpret_cast<const char*>(data), part);
+        held_.Clear();
+        held_.Resize(wanted);
+        held_.Resize(wanted == 0 ? 0 : source_.ReadAt(data_at + taken, held_.data(), wanted));
+        if (held_.empty() && wanted > 0) {
+            Damaged("the archive ends before its data");
+        }
+        taken += held_.size();
+        return held_.View();
     };
-    Inflate64(more, [&](const std::uint8_t* data, std::size_t count) {
-        checked.Put(data, count);
-    }).Run();
+    const auto put = [&](const std::uint8_t* data, std::size_t count) { checked.Put(data, count); };
+    Unpack(entry.method, more, put, unpacked_);
     checked.Finish();
 }
 

@@ -32,10 +32,14 @@ class EntryData {
     // Reads these bytes of the archive with one call, for the entries that lie in them.
     void Prefetch(std::uint64_t offset, std::size_t count);
 
+    // From now on the sink of Read also gets the data before the point where an entry is damaged.
+    void PassDamaged() { passes_damaged_ = true; }
+
     using Sink = std::function<void(const std::uint8_t* data, std::size_t count)>;
 
     // Passes all data of the entry to `sink`, in order; what `sink` throws is passed on. Raises 57
-    // with a description for the user when data, size or CRC are not as the directory states;
+    // with a description for the user when data, size or CRC are not as the directory states, 52
+    // for an entry that UnreadableBecause refuses;
     // stored or deflated data of up to kMaxHeld bytes has been checked before `sink` gets it.
     // Returns how the local header disagrees with the directory, "" when it does not.
     std::string Read(const StoredEntry& entry, const Sink& sink);
@@ -53,15 +57,15 @@ class EntryData {
     void ReserveHeld(std::size_t count);
     DataLocation FindData(const StoredEntry& entry);
     void ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
-    void StreamStored(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
-    void StreamDeflated(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
-    void StreamDeflated64(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
+    void Stream(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
 
     ByteSource& source_;
     std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor_;
     Buffer window_;  // of the archive, from window_at_ on
     std::uint64_t window_at_ = 0;
-    Buffer held_;  // unpacked bytes, then packed ones that are not in the window
+    Buffer held_;      // unpacked bytes, then packed ones that are not in the window
+    Buffer unpacked_;  // of one step of a stream
+    bool passes_damaged_ = false;
 };
 
 }  // namespace vantrel::zip

@@ -2,20 +2,37 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "common/path.h"
 #include "zip/disks/disk_prompt.h"
+#include "zip/reader/entry_probe.h"
 #include "zip/reader/target_file.h"
 
 namespace vantrel::zip {
 
+namespace {
+
+// Added to the name of a file that is damaged.
+constexpr const char* kBrokenSuffix = ".damaged";
+
+}  // namespace
+
+std::string NotRestored(const ExtractOptions& options, const std::string& name,
+                        const std::string& why) {
+    return name + (options.verify_only ? " cannot be restored: " : " is not restored: ") + why +
+           ".";
+}
+
 Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunContext& run,
-                       Directory listed)
+                       std::shared_ptr<const Directory> listed)
     : machine(seam),
       options(wanted),
       channel(run),
-      directory(std::move(listed)),
+      held(std::move(listed)),
+      directory(*held),
       mask(machine.code_page.Fold(options.mask)),
       planner(directory, mask, machine.code_page,
               [this](ComponentMessage message) { channel.Report(std::move(message)); }),
@@ -30,7 +47,12 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
-    channel.Report(NotRestoredWarning(directory, index, error.number(), error.description()));
+    ComponentMessage message =
+        NotRestoredWarning(directory, index, error.number(), error.description());
+    if (options.verify_only) {
+        message.text = NotRestored(options, directory.entries[index].name, error.description());
+    }
+    channel.Report(std::move(message));
 }
 
 ComponentMessage Extraction::DescribeFull(std::uint32_t index) const {
@@ -53,7 +75,7 @@ ExtractWorker::ExtractWorker(Extraction& run)
       range_(run.queue.Join()),
       source_(run.machine.files, run.options.archive),
       data_(source_) {
-    source_.AskOn(run.channel, run.directory);
+    source_.AskOn(run.channel, run.directory, run.machine.clock);
 }
 
 void ExtractWorker::Work() {
@@ -78,23 +100,136 @@ void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
     counted_ = 0;
     const bool restored = run_.Restore(planned.index, [&] {
         try {
-            RestoreOnce(planned);
-        } catch (const Error&) {
+            Restore(planned);
+        } catch (const Error& error) {
             LeaveFolder();  // the answer to a question may replace it by another one
+            if (run_.options.keep_broken && error.number() == error_number::kDeviceIo) {
+                KeepBroken(planned);
+            }
             throw;
         }
     });
     const std::uint64_t size = run_.directory.entries[planned.index].size;
     if (restored) {
-        run_.channel.AddDone(size - counted_);
+        run_.channel.AddDone(size - std::min(size, counted_));
         run_.channel.AddFile();
     } else {
-        run_.channel.LeaveOut(size, counted_);
+        run_.channel.LeaveOut(size, std::min(size, counted_));
     }
 }
 
-void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
+// Where the directory does not agree with the data the local header may.
+void ExtractWorker::Restore(const PlannedEntry& planned) {
     const StoredEntry& entry = run_.directory.entries[planned.index];
+    const auto restore = [&](const StoredEntry& described) {
+        run_.options.verify_only ? VerifyOnce(planned, described) : RestoreOnce(planned, described);
+    };
+    try {
+        return restore(entry);
+    } catch (const Error& error) {
+        const bool may_differ =
+            run_.options.use_local_headers && !run_.directory.searched &&
+            (error.number() == error_number::kDeviceIo || !UnreadableBecause(entry).empty());
+        const auto local = may_differ ? ByLocalHeader(entry) : std::nullopt;
+        if (!local) {
+            throw;
+        }
+        counted_ = std::max(counted_, entry.size);
+        restore(*local);
+    }
+    run_.channel.Report(EntryWarning(run_.directory, planned.index, 0,
+                                     entry.name +
+                                         " differs in directory and local header; it is "
+                                         "restored by the one that its data agrees with."));
+}
+
+// The entry with the numbers of its local header when these differ and its data agrees with them.
+std::optional<StoredEntry> ExtractWorker::ByLocalHeader(const StoredEntry& entry) {
+    if (entry.size == 0 && entry.packed_size == 0 && entry.crc == 0) {
+        StoredEntry empty = entry;  // nothing of it is anywhere else
+        empty.data_at = entry.offset + local_header::kFixedSize;
+        return empty;
+    }
+    const std::string fixed = source_.Bytes(entry.offset, local_header::kFixedSize);
+    if (!ParseLocalHeader(fixed)) {
+        return std::nullopt;
+    }
+    const std::string header = source_.Bytes(entry.offset, LocalHeaderLength(fixed));
+    auto record =
+        ParseLocalRecord(header, entry.offset, run_.machine.code_page, run_.machine.clock);
+    if (!record || record->entry.RawName() != entry.RawName()) {
+        return std::nullopt;
+    }
+    const std::uint64_t size =
+        run_.directory.disks.IsSpanned() ? ~std::uint64_t{0} : source_.Size();
+    EntryProbe probe(source_, size, [this] { run_.channel.CheckStop(); });
+    if (!probe.Check(*record, false).IsIntact()) {
+        return std::nullopt;
+    }
+    if (record->entry.crc == entry.crc && record->entry.size == entry.size &&
+        record->entry.packed_size == entry.packed_size && UnreadableBecause(entry).empty()) {
+        return std::nullopt;  // they agree: something else has failed
+    }
+    StoredEntry described = entry;
+    described.method = record->entry.method;
+    described.flags = record->entry.flags;
+    described.crc = record->entry.crc;
+    described.size = record->entry.size;
+    described.packed_size = record->entry.packed_size;
+    return described;
+}
+
+void ExtractWorker::Count(std::uint64_t written, std::uint64_t size) {
+    run_.channel.CheckStop();
+    if (written > counted_) {
+        run_.channel.AddDone(written - counted_);
+        counted_ = written;
+    }
+    const double share = static_cast<double>(written) / static_cast<double>(size);
+    run_.channel.SetFilePercent(static_cast<int>(share * 100));
+}
+
+void ExtractWorker::VerifyOnce(const PlannedEntry& planned, const StoredEntry& entry) {
+    std::uint64_t checked = 0;
+    const auto count = [&](const std::uint8_t*, std::size_t bytes) {
+        checked += bytes;
+        Count(checked, entry.size);
+    };
+    ReportRestored(planned, planned.path, data_.Read(entry, std::ref(count)));
+}
+
+// Writes what can be read of a damaged file, unless that is nothing.
+void ExtractWorker::KeepBroken(const PlannedEntry& planned) {
+    const path::Halves path = path::Split(planned.path);
+    std::optional<TargetFile> target;
+    EntryData data(source_);
+    data.PassDamaged();
+    const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
+        run_.channel.CheckStop();
+        if (!target) {
+            EnterFolder(path.folder);
+            target.emplace(run_.machine, *folder_, folder_path_,
+                           std::string(path.name) + kBrokenSuffix, run_.options.archive);
+        }
+        target->Write(bytes, count);
+    };
+    const StoredEntry& entry = run_.directory.entries[planned.index];
+    try {
+        data.Read(entry, std::ref(put));
+    } catch (const Error& error) {
+        if (error.number() != error_number::kDeviceIo) {
+            throw;
+        }
+    }
+    if (target) {
+        target->Commit(entry.times, entry.attributes);
+        run_.channel.Report(
+            EntryWarning(run_.directory, planned.index, 0,
+                         "What can be read of " + entry.name + " is " + target->Path() + "."));
+    }
+}
+
+void ExtractWorker::RestoreOnce(const PlannedEntry& planned, const StoredEntry& entry) {
     std::optional<TargetFile> target;
     const auto open = [&] {
         if (!target) {
@@ -110,12 +245,7 @@ void ExtractWorker::RestoreOnce(const PlannedEntry& planned) {
         open();
         target->Write(bytes, count);
         written += count;
-        if (written > counted_) {
-            run_.channel.AddDone(written - counted_);
-            counted_ = written;
-        }
-        const double share = static_cast<double>(written) / static_cast<double>(entry.size);
-        run_.channel.SetFilePercent(static_cast<int>(share * 100));
+        Count(written, entry.size);
     };
     // std::ref: a copy of `put` would be allocated for each file.
     const std::string disagreement = data_.Read(entry, std::ref(put));

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,15 +23,20 @@
 
 namespace vantrel::zip {
 
+// "a.txt is not restored: its checksum is wrong."
+std::string NotRestored(const ExtractOptions& options, const std::string& name,
+                        const std::string& why);
+
 // One extraction. The thread that plans uses `planner`; everything else is for all threads.
 struct Extraction {
     Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunContext& run,
-               Directory listed);
+               std::shared_ptr<const Directory> listed);
 
     const platform::Machine& machine;
     const ExtractOptions& options;
     RunContext& channel;
-    const Directory directory;
+    const std::shared_ptr<const Directory> held;
+    const Directory& directory;
     const DosMask mask;
     ExtractionPlanner planner;
     const ExtractionPlan& plan;
@@ -61,7 +67,12 @@ class ExtractWorker {
 
   private:
     void RestoreFile(const PlannedEntry& planned);
-    void RestoreOnce(const PlannedEntry& planned);
+    void Restore(const PlannedEntry& planned);
+    void RestoreOnce(const PlannedEntry& planned, const StoredEntry& entry);
+    void VerifyOnce(const PlannedEntry& planned, const StoredEntry& entry);
+    std::optional<StoredEntry> ByLocalHeader(const StoredEntry& entry);
+    void KeepBroken(const PlannedEntry& planned);
+    void Count(std::uint64_t written, std::uint64_t size);
     // Makes the folder unless it exists, and opens it; at most for a batch, because an open folder
     // cannot be removed or renamed by others.
     void EnterFolder(std::string_view name);

@@ -42,7 +42,13 @@ class Overlaps {
   private:
     void Add(std::uint32_t index) {
         const StoredEntry& entry = directory_.entries[index];
-        const std::uint64_t header = local_header::kFixedSize + entry.RawName().size();
+        // Without a local header there is only the data.
+        const bool has_header = entry.data_at == 0;
+        const std::uint64_t header =
+            has_header ? local_header::kFixedSize + entry.RawName().size() : 0;
+        if (!has_header && entry.packed_size == 0) {
+            return;
+        }
         const std::uint64_t available = directory_.start - std::min(directory_.start, entry.offset);
         if (available < header || available - header < entry.packed_size) {
             overlaps_[index] = true;
@@ -67,6 +73,11 @@ class Overlaps {
 };
 
 }  // namespace
+
+bool HasOverlaps(const Directory& directory) {
+    const std::vector<bool> overlaps = Overlaps(directory).Take();
+    return std::find(overlaps.begin(), overlaps.end(), true) != overlaps.end();
+}
 
 ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, int code,
                               const std::string& text) {
@@ -146,9 +157,6 @@ void ExtractionPlanner::Add(std::uint32_t index) {
     if (entry.is_link) {
         return Refuse(index, "it is a link, and links are not made");
     }
-    if (std::string why = UnreadableBecause(entry); !why.empty() && !entry.is_folder) {
-        return Refuse(index, why);
-    }
     if (overlaps_[index] && !(entry.is_folder && entry.packed_size == 0)) {
         return Refuse(index, "its data overlaps other data of the archive");
     }
@@ -184,7 +192,10 @@ void ExtractionPlanner::AddFile(std::uint32_t index, SafeName name) {
         name.changes.push_back("another entry has its name already");
     }
     WarnOfChanges(index, name);
-    plan_.bytes += std::min(directory_.entries[index].size, ~plan_.bytes);
+    const StoredEntry& entry = directory_.entries[index];
+    if (UnreadableBecause(entry).empty()) {
+        plan_.bytes += std::min(entry.size, ~plan_.bytes);
+    }
     plan_.files.push_back({index, std::move(name.path)});
 }
 

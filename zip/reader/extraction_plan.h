@@ -90,6 +90,9 @@ class ExtractionPlanner {
     std::uint32_t last_number_ = 0;
 };
 
+// Whether entries share bytes of the archive with each other, or reach into the directory.
+bool HasOverlaps(const Directory& directory);
+
 // A warning about entry `index` of the directory (numbered from 1 for the user).
 ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, int code,
                               const std::string& text);

@@ -13,6 +13,12 @@
 
 namespace vantrel::zip {
 
+// An entry that a search has found and that cannot be restored completely.
+struct LostEntry {
+    StoredEntry entry;
+    std::string why;  // for the user
+};
+
 struct Directory {
     std::vector<StoredEntry> entries;  // in the archive's order
     std::uint64_t start = 0;           // of the directory; no entry's data reaches beyond it
@@ -20,6 +26,11 @@ struct Directory {
     DiskIdentity disks;                // when IsSpanned, offsets hold their disk
     // Empty when the directory was read to its end; otherwise where and why it stops, for the user.
     std::string trouble;
+
+    // After a search (reader/archive_search.h) `entries` are those that are intact.
+    bool searched = false;
+    std::vector<LostEntry> lost;
+    std::uint64_t lost_unnamed = 0;  // more of them than `lost` names
 
     bool IsComplete() const { return trouble.empty(); }
 };

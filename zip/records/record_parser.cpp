@@ -61,11 +61,15 @@ class Zip64Values {
     std::string_view rest_;
 };
 
+void ReadZip64Sizes(Zip64Values& values, StoredEntry& entry) {
+    values.TakeIf<std::uint64_t>(entry.size == kSaturated32, entry.size);
+    values.TakeIf<std::uint64_t>(entry.packed_size == kSaturated32, entry.packed_size);
+}
+
 void ReadZip64(std::string_view extra, CentralRecord& record) {
     Zip64Values values(FindField(extra, kZip64Field));
     StoredEntry& entry = record.entry;
-    values.TakeIf<std::uint64_t>(entry.size == kSaturated32, entry.size);
-    values.TakeIf<std::uint64_t>(entry.packed_size == kSaturated32, entry.packed_size);
+    ReadZip64Sizes(values, entry);
     values.TakeIf<std::uint64_t>(entry.offset == kSaturated32, entry.offset);
     values.TakeIf<std::uint32_t>(record.disk == kSaturated16, record.disk);
 }
@@ -153,6 +157,29 @@ std::string DecodeName(std::string_view raw, bool utf8_flag, std::string_view un
     return utf8_flag ? utf::ToUtf8(utf::ToUtf16(raw)) : code_page.DecodeOem(std::string(raw));
 }
 
+// Name and times of an entry, which both of its headers have.
+void ReadNameAndTimes(std::string_view raw, std::string_view extra, std::uint32_t dos_time,
+                      platform::CodePage& code_page, platform::Clock& clock, StoredEntry& entry) {
+    entry.name = DecodeName(raw, (entry.flags & flag::kUtf8) != 0,
+                            FindField(extra, kUnicodePathField).value_or(""), code_page);
+    if (entry.name != raw) {
+        entry.raw_name = raw;
+    }
+    if (!ReadNtfsTimes(extra, entry.times) && !ReadUnixTime(extra, entry.times)) {
+        entry.times = {TicksOfDosTime(dos_time, clock), 0, 0};
+    }
+}
+
+// Of the versions needed (APPNOTE 4.4.3.2) and methods (4.4.5) that exist.
+bool Exists(int version, int method) {
+    constexpr int kLastVersion = 63;
+    constexpr int kLastOldMethod = 20;
+    constexpr int kFirstNewMethod = 93;
+    constexpr int kLastMethod = 99;
+    return version <= kLastVersion &&
+           (method <= kLastOldMethod || (method >= kFirstNewMethod && method <= kLastMethod));
+}
+
 Ticks TicksOf(const LocalTime& time) {
     using namespace std::chrono;
     const sys_days day = year(time.year) / time.month / time.day;
@@ -208,6 +235,43 @@ std::optional<LocalHeader> ParseLocalHeader(std::string_view bytes) {
     return header;
 }
 
+std::size_t LocalHeaderLength(std::string_view fixed_part) {
+    using namespace local_header;
+    return kFixedSize + GetNumber<std::uint16_t>(fixed_part, kNameLength) +
+           GetNumber<std::uint16_t>(fixed_part, kExtraLength);
+}
+
+std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_t offset,
+                                            platform::CodePage& code_page, platform::Clock& clock) {
+    const auto header = ParseLocalHeader(bytes);
+    if (!header || header->name_length == 0 || bytes.size() < LocalHeaderLength(bytes) ||
+        !Exists(static_cast<unsigned char>(bytes[local_header::kVersionNeeded]),
+                static_cast<int>(header->method))) {
+        return std::nullopt;
+    }
+    LocalRecord record;
+    StoredEntry& entry = record.entry;
+    entry.method = header->method;
+    entry.flags = header->flags;
+    entry.crc = header->crc;
+    entry.size = header->size;
+    entry.packed_size = header->packed_size;
+    entry.offset = offset;
+    const std::string_view raw = bytes.substr(local_header::kFixedSize, header->name_length);
+    const std::string_view extra =
+        bytes.substr(local_header::kFixedSize + raw.size(), header->extra_length);
+    Zip64Values sizes(FindField(extra, kZip64Field));
+    ReadZip64Sizes(sizes, entry);
+    ReadNameAndTimes(raw, extra, header->dos_time, code_page, clock, entry);
+    entry.is_folder = entry.name.ends_with('/') || entry.name.ends_with('\\');
+    entry.attributes = entry.is_folder ? attribute::kFolder : attribute::kArchive;
+    record.data_at = offset + LocalHeaderLength(bytes);
+    // Some writers set the flag and state the sizes all the same.
+    record.states_sizes =
+        (entry.flags & flag::kDescriptor) == 0 || (entry.crc != 0 && entry.packed_size != 0);
+    return record;
+}
+
 std::size_t CentralRecordLength(std::string_view fixed_part) {
     using namespace central_record;
     return kFixedSize + GetNumber<std::uint16_t>(fixed_part, kNameLength) +
@@ -241,17 +305,10 @@ CentralRecord ParseCentralRecord(std::string_view record, platform::CodePage& co
     using namespace central_record;
     CentralRecord result = ParseCentralNumbers(record);
     StoredEntry& entry = result.entry;
-    const std::string_view extra = ExtraFields(record);
-    entry.name = DecodeName(result.raw_name, (entry.flags & flag::kUtf8) != 0,
-                            FindField(extra, kUnicodePathField).value_or(""), code_page);
-    if (entry.name != result.raw_name) {
-        entry.raw_name = result.raw_name;
-    }
+    ReadNameAndTimes(result.raw_name, ExtraFields(record), result.dos_time, code_page, clock,
+                     entry);
     ReadAttributes(static_cast<unsigned char>(record[kHost]),
                    GetNumber<std::uint32_t>(record, kAttributes), entry);
-    if (!ReadNtfsTimes(extra, entry.times) && !ReadUnixTime(extra, entry.times)) {
-        entry.times = {TicksOfDosTime(result.dos_time, clock), 0, 0};
-    }
     return result;
 }
 

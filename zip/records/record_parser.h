@@ -20,6 +20,8 @@ struct StoredEntry {
     std::uint64_t size = 0;
     std::uint64_t packed_size = 0;
     std::uint64_t offset = 0;  // of the local header, from the first byte of the file
+    // Of the data, where the local header is damaged and cannot be followed; otherwise 0.
+    std::uint64_t data_at = 0;
     platform::FileTimes times;
     std::uint32_t crc = 0;
     std::uint32_t attributes = 0;
@@ -46,6 +48,19 @@ struct LocalHeader {
 // Of bytes that begin with a local header; nothing when they do not, or are fewer than its fixed
 // part.
 std::optional<LocalHeader> ParseLocalHeader(std::string_view bytes);
+
+// A local header with its name and extra fields, as an entry. It has no attributes.
+struct LocalRecord {
+    StoredEntry entry;
+    std::uint64_t data_at = 0;  // where the data begins
+    bool states_sizes = false;  // CRC and sizes stand in the header, not behind the data
+};
+// Length of the complete local header that begins with these bytes of its fixed part.
+std::size_t LocalHeaderLength(std::string_view fixed_part);
+// Of one complete header at `offset`; nothing when these bytes cannot be one: no signature, no
+// name, a method or version that nothing uses.
+std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_t offset,
+                                            platform::CodePage& code_page, platform::Clock& clock);
 
 // Length of the complete central record that begins with these bytes of its fixed part.
 std::size_t CentralRecordLength(std::string_view fixed_part);

@@ -1,0 +1,151 @@
+#include "zip/reader/archive_search.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "zip/reader/entry_probe.h"
+#include "zip/reader/extraction_plan.h"
+#include "zip/reader/found_entries.h"
+#include "zip/reader/record_scanner.h"
+
+namespace vantrel::zip {
+
+namespace {
+
+// Checks that fail may cost this many times the archive's size, and this many bytes.
+constexpr std::uint64_t kFailedShare = 8;
+constexpr std::uint64_t kFailedBytes = std::uint64_t{64} << 20;
+// Entries; an archive of nothing but headers would need memory without end.
+constexpr std::uint64_t kMaxFound = std::uint64_t{1} << 23;
+
+// No deflate stream becomes larger by more: 258 bytes take 2 bits at least (RFC 1951, 3.2.5).
+constexpr std::uint64_t kMaxDeflateRatio = 1032;
+
+class Search {
+  public:
+    Search(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
+           const SearchProgress& progress)
+        : code_page_(code_page),
+          clock_(clock),
+          progress_(progress),
+          size_(source.Size()),
+          scanner_(source, size_, [this] { progress_(done_); }),
+          probe_(source, size_, [this] { progress_(done_); }),
+          found_(probe_, size_) {}
+
+    void Run(Directory& directory) {
+        for (auto hit = scanner_.Next(0); hit; hit = scanner_.Next(done_)) {
+            done_ = Take(*hit);
+            progress_(done_);
+        }
+        found_.Finish(directory);
+    }
+
+  private:
+    // Returns where the search continues.
+    std::uint64_t Take(const RecordScanner::Hit& hit) {
+        switch (hit.signature) {
+            case kLocalSignature:
+                return TakeLocal(hit.at);
+            case kCentralSignature:
+                return TakeCentral(hit.at);
+            case kEndSignature:
+                return TakeEnd(hit.at);
+            default:
+                return hit.at + kSignatureSize;
+        }
+    }
+
+    std::uint64_t TakeLocal(std::uint64_t at) {
+        const std::uint64_t behind = at + kSignatureSize;
+        const std::string_view fixed = scanner_.Peek(at, local_header::kFixedSize);
+        if (fixed.size() < local_header::kFixedSize || locals_ == kMaxFound) {
+            return behind;
+        }
+        auto record =
+            ParseLocalRecord(scanner_.Peek(at, LocalHeaderLength(fixed)), at, code_page_, clock_);
+        if (!record) {
+            return behind;
+        }
+        const std::uint64_t stated_end = record->data_at + record->entry.packed_size;
+        const bool lands = record->states_sizes && stated_end >= record->data_at &&
+                           scanner_.IsRecordAt(stated_end);
+        const bool affordable =
+            probe_.FailedCost() / kFailedShare <= size_ + kFailedBytes / kFailedShare;
+        ProbeResult result;
+        if (lands || affordable) {
+            result = probe_.Check(*record, lands);
+        } else {
+            result.why = "too much of the archive is damaged to check it";
+        }
+        // There is no data that proves it intact.
+        if (result.IsIntact() && record->entry.packed_size == 0 && !lands &&
+            !record->entry.raw_name.empty()) {
+            result.why = "its local header is damaged";
+        }
+        ++locals_;
+        const std::uint64_t next = result.IsIntact() ? result.end : lands ? stated_end : behind;
+        found_.AddLocal(std::move(*record), std::move(result));
+        return next;
+    }
+
+    std::uint64_t TakeCentral(std::uint64_t at) {
+        using namespace central_record;
+        const std::string_view fixed = scanner_.Peek(at, kFixedSize);
+        if (fixed.size() < kFixedSize || GetNumber<std::uint16_t>(fixed, kNameLength) == 0) {
+            return at + kSignatureSize;
+        }
+        const std::size_t length = CentralRecordLength(fixed);
+        const std::string_view record = scanner_.Peek(at, length);
+        if (record.size() < length) {
+            return at + kSignatureSize;
+        }
+        found_.AddCentral(ParseCentralRecord(record, code_page_, clock_), at, length);
+        // A damaged length must not hide the next record.
+        return scanner_.IsRecordAt(at + length) ? at + length : at + kSignatureSize;
+    }
+
+    std::uint64_t TakeEnd(std::uint64_t at) {
+        using namespace end_record;
+        const std::string_view record = scanner_.Peek(at, kFixedSize);
+        if (record.size() == kFixedSize) {
+            found_.AddEnd(at, GetNumber<std::uint16_t>(record, kEntries),
+                          GetNumber<std::uint32_t>(record, kDirectoryOffset));
+        }
+        return at + kSignatureSize;
+    }
+
+    platform::CodePage& code_page_;
+    platform::Clock& clock_;
+    const SearchProgress& progress_;
+    const std::uint64_t size_;
+    std::uint64_t done_ = 0;
+    RecordScanner scanner_;
+    EntryProbe probe_;
+    FoundEntries found_;
+    std::uint64_t locals_ = 0;
+};
+
+}  // namespace
+
+bool NeedsSearch(const Directory& directory) {
+    if (!directory.IsComplete()) {
+        return true;
+    }
+    const auto cannot_be = [](const StoredEntry& entry) {
+        const bool too_large =
+            entry.method == Method::kDeflated && entry.size / kMaxDeflateRatio > entry.packed_size;
+        const bool two_sizes = entry.method == Method::kStored && entry.size != entry.packed_size;
+        return (two_sizes || too_large) && UnreadableBecause(entry).empty();
+    };
+    return std::any_of(directory.entries.begin(), directory.entries.end(), cannot_be) ||
+           HasOverlaps(directory);
+}
+
+void SearchArchive(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
+                   const SearchProgress& progress, Directory& directory) {
+    Search(source, code_page, clock, progress).Run(directory);
+}
+
+}  // namespace vantrel::zip
