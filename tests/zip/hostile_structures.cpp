@@ -204,11 +204,14 @@ Tricks HostileDirectories() {
         // As in front of other data, it is found where it has to stand: before its locator.
         {"Zip64EndElsewhere", With(zip64, locator + 8, std::string(8, '\x7F')), {"good", "other"}},
         Failing("Zip64EndOfASetWithTooManyEntries",
-                With(With(zip64, end64 + 16, Number32(0x77)), end64 + 24, std::string(16, '\x7F'))),
+                With(With(With(zip64, 0, "x"), end64 + 16, Number32(0x77)), end64 + 24,
+                     std::string(16, '\x7F'))),
         Failing("FirstDiskOfASetAlone", std::string("PK\7\x8") + two.substr(0, second)),
-        Failing("LastDiskOfASetAlone", With(two, end + 4, Number16(1) + Number16(0))),
+        // The only disk begins with an entry, the last one of a set does not.
+        {"DamagedDiskNumber", With(two, end + 4, Number16(1) + Number16(0)), {"good", "other"}},
+        Failing("LastDiskOfASetAlone", With(With(two, 0, "x"), end + 4, Number16(1) + Number16(0))),
         Failing("SetOfMoreDisksThanThereCanBe",
-                With(two, end + 4, Number16(0xFFFE) + Number16(0xFFFD))),
+                With(With(two, 0, "x"), end + 4, Number16(0xFFFE) + Number16(0xFFFD))),
         Failing("Zip64DirectoryElsewhere", With(zip64, end64 + 48, std::string(8, '\x7F'))),
         {"CommentThatIsAnArchive", commented.Bytes(), {"good"}},
         {"PrefixThatIsAnArchive",

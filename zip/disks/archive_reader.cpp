@@ -231,9 +231,9 @@ std::size_t ArchiveReader::ReadOnce(std::uint64_t offset, void* out, std::size_t
             position_ = offset;
         }
         try {
-            const std::size_t got = file.Read(out, count);
-            position_ += got;
-            return got;
+            const std::size_t read = file.Read(out, count);
+            position_ += read;
+            return read;
         } catch (const Error& error) {
             if (clock_ == nullptr || error.number() != error_number::kDeviceIo) {
                 throw;
