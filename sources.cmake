@@ -432,6 +432,7 @@ set(END_TO_END_TESTS
     tests/end_to_end/recipes_test.py
     tests/end_to_end/refusal_test.py
     tests/end_to_end/restore_test.py
+    tests/end_to_end/searched_archive_test.py
     tests/end_to_end/run_windows_test.py
     tests/end_to_end/second_backup_test.py
     tests/end_to_end/spanning_test.py
@@ -453,6 +454,7 @@ set(FUZZ_TARGETS
     tests/fuzz/mask_fuzz.cpp
     tests/fuzz/path_fuzz.cpp
     tests/fuzz/profile_fuzz.cpp
+    tests/fuzz/search_fuzz.cpp
     tests/fuzz/trim_fuzz.cpp)
 # Compiled alone: each defines a name that another source of its target defines as well.
 set(NOT_IN_UNITY
