@@ -9,10 +9,10 @@ namespace vantrel::forms {
 
 class Form;
 
-enum class Buttons { kOk, kYesNo, kRetryCancel, kSearchCancel };
+enum class Buttons { kOk, kYesNo, kRetryCancel, kRetryContinueCancel, kSearchCancel };
 enum class Icon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 // kNotShown: the system could not show the box.
-enum class Answer { kOk, kCancel, kRetry, kYes, kNo, kSearch, kNotShown };
+enum class Answer { kOk, kCancel, kRetry, kYes, kNo, kSearch, kContinue, kNotShown };
 enum class Pointer { kDefault, kHourglass };
 
 // A message box. An empty title means the program's name.

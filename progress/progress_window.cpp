@@ -94,19 +94,37 @@ void ProgressWindow::ShowSummary(const RunEnd& end, const std::string& location)
 RunDisplay::Time ProgressWindow::Now() const { return program().machine.clock.SteadyNow(); }
 
 bool ProgressWindow::AskRetry(const std::string& text) {
+    return Ask({.text = text,
+                .buttons = forms::Buttons::kRetryCancel,
+                .icon = forms::Icon::kExclamation,
+                .title = question_title_}) == DiskAnswer::kRetry;
+}
+
+zip::Questions::DiskAnswer ProgressWindow::AskForDisk(const std::string& text) {
+    return Ask(
+        {.text = text + "\r\n\r\nPress Continue to restore the other files without this disk.",
+         .buttons = forms::Buttons::kRetryContinueCancel,
+         .icon = forms::Icon::kExclamation,
+         .title = question_title_});
+}
+
+zip::Questions::DiskAnswer ProgressWindow::Ask(const forms::Box& box) {
     // A press of Cancel that waits in the queue would be lost while the box is open.
     program().desktop.DoEvents();
     if (!Cmd_Cancel.Enabled()) {
-        return false;
+        return DiskAnswer::kCancel;
     }
     display_.Pause(Now());
-    const bool retry = ConfirmRetry(program().desktop, text, question_title_);
+    const forms::Answer answer = program().desktop.Show(box);
     display_.Resume(Now());
-    if (retry) {
-        return true;
+    if (answer == forms::Answer::kRetry) {
+        return DiskAnswer::kRetry;
+    }
+    if (answer == forms::Answer::kContinue) {
+        return DiskAnswer::kContinue;
     }
     Cmd_Cancel.SetEnabled(false);
-    return false;
+    return DiskAnswer::kCancel;
 }
 
 void ProgressWindow::LogRecord(const std::string& text) {

@@ -80,6 +80,7 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     void Figures(const zip::RunFigures& figures);
     // Shows no box when Cancel has been pressed: the answer is Cancel.
     bool AskRetry(const std::string& text) override;
+    DiskAnswer AskForDisk(const std::string& text) override;
 
     void LogRecord(const std::string& text);
     // The run begins; `location` is the line about the archive or the destination.
@@ -96,6 +97,8 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     bool cancelled_ = false;  // the component knows of the cancel
 
   private:
+    DiskAnswer Ask(const forms::Box& box);
+
     RunDisplay::Time Now() const;
 
     std::string question_title_;

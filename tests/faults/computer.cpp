@@ -64,7 +64,8 @@ void Computer::Answer(const forms::Box& shown) {
     if (shown.buttons == forms::Buttons::kYesNo) {
         desktop.answers = {forms::Answer::kYes};
     }
-    if (shown.buttons == forms::Buttons::kRetryCancel) {
+    if (shown.buttons == forms::Buttons::kRetryCancel ||
+        shown.buttons == forms::Buttons::kRetryContinueCancel) {
         asked_.push_back(shown.text);
         const bool again = std::count(asked_.begin(), asked_.end(), shown.text) <= kPatience &&
                            asked_.size() <= kLongPatience;

@@ -26,6 +26,7 @@ Answer DefaultAnswer(const forms::Box& box) {
         case Buttons::kYesNo:
             return first ? Answer::kYes : Answer::kNo;
         case Buttons::kRetryCancel:
+        case Buttons::kRetryContinueCancel:
             return first ? Answer::kRetry : Answer::kCancel;
         case Buttons::kSearchCancel:
             return Answer::kCancel;

@@ -24,6 +24,7 @@ class Feeder : public zip::Questions {
     std::vector<std::string> asked;
     std::map<std::size_t, std::function<bool()>> at;  // as in DiskChanger
     int disks = 0;
+    int missing = -1;  // this disk, from 0
 
     bool AskRetry(const std::string& text) override {
         asked.push_back(text);
@@ -35,6 +36,13 @@ class Feeder : public zip::Questions {
             return false;
         }
         return PutIn(Wanted(text));
+    }
+    DiskAnswer AskForDisk(const std::string& text) override {
+        if (Wanted(text) == missing) {
+            asked.push_back(text);
+            return DiskAnswer::kContinue;
+        }
+        return Questions::AskForDisk(text);
     }
     // The disk that a prompt asks for, from 0.
     int Wanted(const std::string& text) const {
@@ -219,6 +227,40 @@ TEST_F(SpanningRead, DriveThatIsEmptyOrHoldsNoArchive) {
     EXPECT_EQ(Feeder::Note(feeder.asked.at(2)),
               "The disk in the drive does not hold A:\\Weekly.zip.");
     ExpectRestored();
+}
+
+// Each disk of a set in turn: the files that are on it, in part too, are lost and named.
+TEST_F(SpanningRead, MissingDiskCostsTheFilesOnIt) {
+    for (int i = 0; i < 12; ++i) {
+        files.Put("C:\\Data\\f" + std::to_string(i), Noise(700, static_cast<std::uint64_t>(i)));
+    }
+    const int disks = MakeSet(2500);
+    ASSERT_GE(disks, 4);
+    for (int missing = 0; missing + 1 < disks; ++missing) {
+        box.Insert(disks - 1);
+        feeder.missing = missing;
+        ASSERT_EQ(Restore(), RunOutcome::kComplete);
+        EXPECT_EQ(std::ranges::count(feeder.Wants(), std::to_string(missing + 1)), 1);
+        EXPECT_GE(failed, 1);
+        EXPECT_LE(failed, 5);
+        const std::string reason =
+            " is not restored: disk " + std::to_string(missing + 1) + " is missing.";
+        const Strings warnings = restored_events.Texts(MessageKind::kWarning);
+        EXPECT_EQ(warnings.size(), static_cast<std::size_t>(failed));
+        for (const std::string& warning : warnings) {
+            EXPECT_TRUE(warning.ends_with(reason)) << warning;
+        }
+        int restored = 0;
+        for (int i = 0; i < 12; ++i) {
+            const std::string path = "C:\\Out\\f" + std::to_string(i);
+            if (files.Exists(path)) {
+                ++restored;
+                EXPECT_EQ(files.Content(path), Noise(700, static_cast<std::uint64_t>(i)));
+            }
+        }
+        EXPECT_EQ(restored, 12 - failed);
+        files.Remove("C:\\Out");
+    }
 }
 
 TEST_F(SpanningRead, CancelAtEveryPrompt) {

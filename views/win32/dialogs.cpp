@@ -163,6 +163,9 @@ UINT StyleOf(const forms::Box& box) {
         case Buttons::kRetryCancel:
             style |= MB_RETRYCANCEL;
             break;
+        case Buttons::kRetryContinueCancel:
+            style |= MB_CANCELTRYCONTINUE | MB_DEFBUTTON2;
+            break;
         case Buttons::kSearchCancel:
             style |= MB_OKCANCEL;
             break;
@@ -189,20 +192,21 @@ UINT StyleOf(const forms::Box& box) {
     return style;
 }
 
-// Renames the OK button of the next message box of this thread.
-class RenamedOk {
+// Renames buttons of message boxes of this thread: OK to Search, Try Again to Retry.
+class RenamedButtons {
   public:
-    RenamedOk() : hook_(SetWindowsHookExW(WH_CBT, &OnEvent, nullptr, GetCurrentThreadId())) {}
-    ~RenamedOk() { UnhookWindowsHookEx(hook_); }
-    RenamedOk(const RenamedOk&) = delete;
-    RenamedOk& operator=(const RenamedOk&) = delete;
+    RenamedButtons() : hook_(SetWindowsHookExW(WH_CBT, &OnEvent, nullptr, GetCurrentThreadId())) {}
+    ~RenamedButtons() { UnhookWindowsHookEx(hook_); }
+    RenamedButtons(const RenamedButtons&) = delete;
+    RenamedButtons& operator=(const RenamedButtons&) = delete;
 
   private:
     static LRESULT CALLBACK OnEvent(int code, WPARAM wparam, LPARAM lparam) {
         if (code == HCBT_ACTIVATE) {
             const HWND box = reinterpret_cast<HWND>(wparam);
-            if (GetDlgItem(box, IDOK) != nullptr && GetDlgItem(box, IDCANCEL) != nullptr) {
+            if (GetDlgItem(box, IDCANCEL) != nullptr) {
                 SetDlgItemTextW(box, IDOK, L"&Search");
+                SetDlgItemTextW(box, IDTRYAGAIN, L"&Retry");
             }
         }
         return CallNextHookEx(nullptr, code, wparam, lparam);
@@ -220,7 +224,10 @@ Answer AnswerOf(Buttons buttons, int pressed) {
             return Answer::kYes;
         case IDNO:
             return Answer::kNo;
+        case IDCONTINUE:
+            return Answer::kContinue;
         case IDRETRY:
+        case IDTRYAGAIN:
             return Answer::kRetry;
         case IDCANCEL:
             return Answer::kCancel;
@@ -238,8 +245,8 @@ Answer Win32Desktop::ShowBox(const forms::Box& box) {
     const HWND owner = BoxOwner();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
     const BoxFitting fitting;
-    std::optional<RenamedOk> renamed;
-    if (box.buttons == Buttons::kSearchCancel) {
+    std::optional<RenamedButtons> renamed;
+    if (box.buttons == Buttons::kSearchCancel || box.buttons == Buttons::kRetryContinueCancel) {
         renamed.emplace();
     }
     return AnswerOf(box.buttons, MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));

@@ -86,6 +86,12 @@ class Questions {
     // True: repeat that step. False: cancel; the component then raises one more overall-progress
     // event, which must return the cancel.
     virtual bool AskRetry(const std::string& text) = 0;
+
+    enum class DiskAnswer { kRetry, kContinue, kCancel };
+    // The same for a disk without which the run can continue; what is on it is then left out.
+    virtual DiskAnswer AskForDisk(const std::string& text) {
+        return AskRetry(text) ? DiskAnswer::kRetry : DiskAnswer::kCancel;
+    }
 };
 
 // Receives the events of a run, on the caller's thread. An exception thrown by a member ends the

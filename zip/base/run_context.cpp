@@ -30,6 +30,7 @@ std::string FailureText(const std::string& what, const std::string& path, const 
 struct RunContext::PendingEvents {
     std::vector<ComponentMessage> messages;
     std::optional<std::string> question;
+    bool may_continue = false;
     bool last_event = false;
     bool finished = false;
 };
@@ -106,11 +107,21 @@ void RunContext::Report(ComponentMessage message) {
 }
 
 void RunContext::AskRetryOrStop(const ComponentMessage& failure, const std::string& unattended) {
+    AskOrStop(failure, false, unattended);
+}
+
+bool RunContext::AskForDiskOrStop(const ComponentMessage& failure) {
+    return AskOrStop(failure, true, "");
+}
+
+bool RunContext::AskOrStop(const ComponentMessage& failure, bool may_continue,
+                           const std::string& unattended) {
     const std::lock_guard one_at_a_time(asking_);
     CheckStop();
     std::unique_lock lock(mutex_);
     question_ = failure.text;
     asked_disk_ = failure.disk;
+    may_continue_ = may_continue;
     answer_.reset();
     caller_.notify_one();
     WaitUntil(background_, lock, Token(), [this] { return answer_.has_value(); });
@@ -121,9 +132,10 @@ void RunContext::AskRetryOrStop(const ComponentMessage& failure, const std::stri
     if (answer == Answer::kUnattended) {
         Fail(Failure(failure.code, failure.path, unattended.empty() ? failure.text : unattended));
     }
-    if (answer != Answer::kRetry) {
+    if (answer != Answer::kRetry && answer != Answer::kContinue) {
         throw RunStopped{};
     }
+    return answer == Answer::kRetry;
 }
 
 void RunContext::RaiseLastEvent() {
@@ -164,6 +176,7 @@ RunContext::PendingEvents RunContext::WaitForEvents(platform::Clock& clock) {
     pending.messages.swap(messages_);
     if (!answer_) {
         pending.question = question_;
+        pending.may_continue = may_continue_;
     }
     pending.last_event = last_event_ == LastEvent::kWanted;
     pending.finished = finished_;
@@ -188,7 +201,7 @@ void RunContext::Serve(RunEvents& events, PendingEvents& pending) {
         RaiseProgress(events);
     }
     if (pending.question) {
-        AnswerQuestion(events, *pending.question);
+        AnswerQuestion(events, *pending.question, pending.may_continue);
     }
 }
 
@@ -263,20 +276,25 @@ void RunContext::RaiseLast(RunEvents& events) {
 }
 
 // A stopping run asks nothing: a step may fail just before its thread notices the cancel.
-void RunContext::AnswerQuestion(RunEvents& events, const std::string& text) {
-    const Answer answer = stop_.stop_requested() ? Answer::kCancel : Ask(events, text);
+void RunContext::AnswerQuestion(RunEvents& events, const std::string& text, bool may_continue) {
+    const Answer answer =
+        stop_.stop_requested() ? Answer::kCancel : Ask(events, text, may_continue);
     const std::lock_guard lock(mutex_);
     answer_ = answer;
     background_.notify_all();
 }
 
-RunContext::Answer RunContext::Ask(RunEvents& events, const std::string& text) {
+RunContext::Answer RunContext::Ask(RunEvents& events, const std::string& text, bool may_continue) {
     Questions* const questions = events.QuestionHandler();
     if (questions == nullptr) {
         return Answer::kUnattended;
     }
-    if (questions->AskRetry(text)) {
-        return Answer::kRetry;
+    using DiskAnswer = Questions::DiskAnswer;
+    const DiskAnswer answer = may_continue                ? questions->AskForDisk(text)
+                              : questions->AskRetry(text) ? DiskAnswer::kRetry
+                                                          : DiskAnswer::kCancel;
+    if (answer != DiskAnswer::kCancel) {
+        return answer == DiskAnswer::kRetry ? Answer::kRetry : Answer::kContinue;
     }
     RaiseOverall(events, shown_percent_);
     Cancel();

@@ -63,6 +63,8 @@ class RunContext {
     // RunStopped otherwise: an unattended run has failed, with `unattended` as the text if it is
     // not ""; an attended one is cancelled. A run that is stopping asks nothing.
     void AskRetryOrStop(const ComponentMessage& failure, const std::string& unattended = "");
+    // The same for a disk without which the run can continue: false when it is to do so.
+    bool AskForDiskOrStop(const ComponentMessage& failure);
 
     // Ends the run for a reason that no retry can change. The first failure counts.
     void Fail(const ComponentMessage& failure);
@@ -96,7 +98,7 @@ class RunContext {
     void RaiseLastEvent();
 
   private:
-    enum class Answer { kRetry, kCancel, kUnattended };
+    enum class Answer { kRetry, kContinue, kCancel, kUnattended };
     enum class LastEvent { kNotYet, kWanted, kRaised };
     struct PendingEvents;  // of one round of the caller's loop
 
@@ -106,8 +108,10 @@ class RunContext {
     void RaiseProgress(RunEvents& events);
     void RaiseOverall(RunEvents& events, int percent);
     void RaiseLast(RunEvents& events);
-    void AnswerQuestion(RunEvents& events, const std::string& text);
-    Answer Ask(RunEvents& events, const std::string& text);
+    bool AskOrStop(const ComponentMessage& failure, bool may_continue,
+                   const std::string& unattended);
+    void AnswerQuestion(RunEvents& events, const std::string& text, bool may_continue);
+    Answer Ask(RunEvents& events, const std::string& text, bool may_continue);
     RunFigures Figures();
     RunOutcome Outcome();
 
@@ -131,6 +135,7 @@ class RunContext {
     std::vector<ComponentMessage> messages_;
     std::optional<std::string> question_;
     std::uint32_t asked_disk_ = 0;  // of question_
+    bool may_continue_ = false;     // of question_
     std::optional<Answer> answer_;
     LastEvent last_event_ = LastEvent::kNotYet;
     bool finished_ = false;

@@ -68,6 +68,10 @@ void DiskSet::RequireDisk(std::uint32_t disk) {
     if (file_ && disk_ == disk) {
         return;
     }
+    if (missing_.count(disk) > 0) {
+        throw Error(error_number::kDeviceIo, "",
+                    "disk " + std::to_string(disk + 1) + " is missing");
+    }
     for (;;) {
         file_.reset();  // so that the disk can be taken out
         const std::string why = OpenDisk(disk);
@@ -86,7 +90,12 @@ void DiskSet::Ask(int code, std::uint32_t disk, const std::string& note) {
     ComponentMessage question =
         Failure(code, path_, PromptToRead(disk + 1, identity_.disks, path_, note));
     question.disk = disk + 1;
-    ask_(question);
+    try {
+        ask_(question);
+    } catch (const Error&) {
+        missing_.insert(disk);
+        throw;
+    }
 }
 
 // Opens the archive's file on the disk in the drive; returns why that is not disk `disk`, "" if it
@@ -158,7 +167,12 @@ void ArchiveReader::AskOn(RunContext& channel, const Directory& directory, platf
     clock_ = &clock;
     expected_size_ = directory.archive_size;
     if (directory.disks.IsSpanned()) {
-        ask_ = [&channel](const ComponentMessage& failure) { channel.AskRetryOrStop(failure); };
+        ask_ = [&channel](const ComponentMessage& failure) {
+            if (!channel.AskForDiskOrStop(failure)) {
+                throw Error(error_number::kDeviceIo, "",
+                            "disk " + std::to_string(failure.disk) + " is missing");
+            }
+        };
         OpenAsSpanned(directory.disks);
     }
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,7 +20,8 @@
 
 namespace vantrel::zip {
 
-// Asks whether to retry; returns when yes, throws otherwise.
+// Asks whether to retry; returns when yes, throws otherwise. An Error means that the disk is
+// missing: what is on it cannot be read, and the disk is not asked for again.
 using AskForDisk = std::function<void(const ComponentMessage& failure)>;
 
 // The disks of a spanned archive, which are inserted into one drive one after the other.
@@ -59,6 +61,7 @@ class DiskSet {
     platform::Clock* clock_;
     std::unique_ptr<platform::File> file_;  // of disk_
     std::uint32_t disk_ = 0;
+    std::set<std::uint32_t> missing_;   // no longer asked for
     std::vector<std::uint64_t> sizes_;  // of disks that were in the drive, otherwise 0
     // Files that were in the drive, for disks that the directory does not identify.
     struct Seen {
