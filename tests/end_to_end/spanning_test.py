@@ -229,10 +229,51 @@ class WrongDisks(Spanned):
                   p.visible("Frm_Restore_Cmd_Ok") and
                   p.text("Frm_Restore_Lbl_RestorePath") == "Restore Complete")
         self.assertEqual(12, len(refused))
-        self.assertTrue(all(text.endswith("The disk in the drive is another one.")
+        self.assertTrue(all("The disk in the drive is another one." in text
                             for text in refused), refused)
         program.click("Frm_Restore_Cmd_Ok")
         self.assertEqual(archives.tree(self.source), archives.tree(destination))
+
+
+class Incomplete(Spanned):
+    def test_five_disks_without_the_third_return_the_files_on_the_others(self):
+        destination = self.pc.drive("r") / "Here"
+        destination.mkdir()
+        for index in range(12):
+            (self.source / f"{index:02}.bin").write_bytes(self.random.randbytes(500_000))
+        program = self.start_backup()
+        self.back_up(program)
+        self.assertEqual(5, len(self.disks))
+        program.show_tab("Restore")
+        program.choose("Cmb_RestoreFile", "Job.INI")
+        program.wait_for(lambda: int(program.text("Fld_Total")) > 12, "the files of the set")
+        self.choose_destination(program)
+        program.click("Cmd_Restore")
+        asked = []
+        while (box := self.next_box(program, self.restore_is_over)) != "over":
+            number = int(re.match(r"Please insert disk (\d+) of the 5 disks ", box.text)[1])
+            asked.append(number)
+            self.assertEqual({"Cancel", "Retry", "Continue"}, set(box.buttons))
+            if number != 3:
+                self.pc.put_in("a", self.disks[number - 1])
+            program.answer("Continue" if number == 3 else "Retry", box.text)
+        self.assertEqual([1, 2, 3, 4, 5], asked)
+        program.click("Frm_Restore_Cmd_Ok")
+        program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
+        self.assert_exit_code(0, program.close())
+        source, copy = archives.tree(self.source), archives.tree(destination)
+        lost = set(source) - set(copy)
+        self.assertEqual({name: source[name] for name in copy}, copy)
+        self.assertTrue(2 <= len(lost) <= 4, lost)
+        records = self.pc.log.undated()
+        for name in lost:
+            self.assertIn(f"{name} is not restored: disk 3 is missing.", records)
+        self.assertIn(f"{len(lost)} files not restored", records)
+
+    @staticmethod
+    def restore_is_over(program):
+        return (program.exists("Frm_Restore_Cmd_Ok") and program.visible("Frm_Restore_Cmd_Ok") and
+                program.text("Frm_Restore_Lbl_RestorePath") == "Restore Complete")
 
 
 class Cancelled(Spanned):
