@@ -72,6 +72,7 @@ set(ZIP_SOURCES
     zip/records/directory_location.cpp
     zip/records/directory_reader.cpp
     zip/records/disk_identity.cpp
+    zip/records/entry_list.cpp
     zip/records/entry_name.cpp
     zip/records/entry_records.cpp
     zip/records/record_parser.cpp
@@ -302,6 +303,7 @@ set(ZIP_TESTS
     tests/zip/deflate_test.cpp
     tests/zip/disk_prompt_test.cpp
     tests/zip/earlier_hostile_test.cpp
+    tests/zip/entry_list_test.cpp
     tests/zip/entry_records_test.cpp
     tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp

@@ -174,7 +174,7 @@ int ListArchive(const platform::Machine& machine, const std::vector<std::string>
     zip::ArchiveReader source(machine.files, PlatformPath(operands[0]));
     const zip::Directory directory =
         zip::ReadDamagedDirectory(machine, source, [](std::uint64_t) {});
-    for (const zip::StoredEntry& entry : directory.entries) {
+    for (const zip::StoredEntry entry : directory.entries) {
         std::printf("%12llu  %s\n", static_cast<unsigned long long>(entry.size),
                     EscapeControls(entry.name).c_str());
     }

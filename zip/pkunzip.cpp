@@ -88,9 +88,9 @@ std::string PKUNZIP::CountEntries(const std::string& archive) {
     const Directory& directory = searched ? *searched : read;
     auto names = std::make_shared<Names>();
     names->reserve(directory.entries.size());
-    for (const StoredEntry& entry : directory.entries) {
+    for (StoredEntry entry : directory.entries) {
         counted_bytes_ += entry.size;
-        names->push_back({entry.name, entry.is_folder});
+        names->push_back({std::move(entry.name), entry.is_folder});
     }
     names_ = std::move(names);
     return directory.searched ? "" : directory.trouble;

@@ -15,7 +15,7 @@ namespace {
 
 using vantrel::test::Demand;
 using vantrel::zip::Directory;
-using vantrel::zip::ExtractionPlan;
+using vantrel::zip::ExtractionPlanner;
 
 // A path below the destination: no component that Windows or a host takes for something else.
 bool IsSafe(std::string_view path) {
@@ -37,11 +37,12 @@ bool IsSafe(std::string_view path) {
     return true;
 }
 
-void CheckPlan(const Directory& directory, const ExtractionPlan& plan) {
+void CheckPlan(const Directory& directory, const ExtractionPlanner& planner) {
+    const auto& plan = planner.Plan();
     for (const auto* list : {&plan.files, &plan.folders}) {
         for (const auto& planned : *list) {
             Demand(planned.index < directory.entries.size());
-            Demand(IsSafe(planned.path));
+            Demand(IsSafe(planner.PathOf(planned)));
         }
     }
     Demand(plan.files.size() + plan.folders.size() <= directory.entries.size());
@@ -58,8 +59,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A record takes 46 bytes, whatever an archive states.
     Demand(directory.entries.size() <= size / 46);
     const vantrel::DosMask everything("*.*");
-    vantrel::zip::ExtractionPlanner planner(directory, everything, code_page, [](auto) {});
+    ExtractionPlanner planner(directory, everything, code_page, [](auto) {});
     planner.PlanAll();
-    CheckPlan(directory, planner.Plan());
+    CheckPlan(directory, planner);
     return 0;
 }

@@ -18,7 +18,7 @@ inline zip::Directory DirectoryOf(const std::vector<std::string>& names, std::ui
         entry.size = entry.packed_size = size;
         entry.offset = directory.start;
         directory.start += zip::local_header::kFixedSize + name.size() + size;
-        directory.entries.push_back(entry);
+        directory.entries.Append(entry);
     }
     return directory;
 }

@@ -37,7 +37,8 @@ class DirectoryReading : public ::testing::Test {
         one.entries = {entry};
         const zip::Directory directory = Read(one.Bytes());
         EXPECT_TRUE(directory.IsComplete()) << directory.trouble;
-        return directory.entries.at(0);
+        EXPECT_FALSE(directory.entries.empty());
+        return directory.entries[0];
     }
     // Where the first entry's local header really is.
     void ExpectOffsetsLeadToHeaders(const std::string& bytes) {

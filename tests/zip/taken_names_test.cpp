@@ -3,30 +3,44 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "zip/reader/target_folders.h"
 
 namespace vantrel::zip {
 namespace {
 
-TEST(TakenNames, EachNameIsNewOnceAndKeepsItsNumber) {
-    TakenNames names(2);
-    EXPECT_TRUE(names.Take("a").is_new);
-    EXPECT_TRUE(names.Take("").is_new);
-    EXPECT_TRUE(names.Take(std::string_view("a\0", 2)).is_new);
-    EXPECT_FALSE(names.Take("a").is_new);
-    EXPECT_EQ(names.Take("a").number, 0u);
-    EXPECT_EQ(names.Take("").number, 1u);
-    EXPECT_EQ(names.Take(std::string_view("a\0", 2)).number, 2u);
+// Gives every key an owner, who remembers it.
+class TakenNamesTest : public ::testing::Test {
+  protected:
+    TakenNames Names(std::size_t expected) {
+        return {expected, [this](std::uint32_t owner) { return keys_.at(owner); }};
+    }
+    // Whether the key is new.
+    bool Take(TakenNames& names, std::string_view key) {
+        const auto owner = static_cast<std::uint32_t>(keys_.size());
+        keys_.emplace_back(key);
+        return names.Take(key, owner) == owner;
+    }
+    std::vector<std::string> keys_;
+};
+
+TEST_F(TakenNamesTest, EachNameIsNewOnceAndKeepsItsOwner) {
+    TakenNames names = Names(2);
+    const std::string_view with_nul("a\0", 2);
+    EXPECT_TRUE(Take(names, "a"));
+    EXPECT_TRUE(Take(names, ""));
+    EXPECT_TRUE(Take(names, with_nul));
+    EXPECT_EQ(names.Take("a", 9), 0u);
+    EXPECT_EQ(names.Take("", 9), 1u);
+    EXPECT_EQ(names.Take(with_nul, 9), 2u);
 }
 
-TEST(TakenNames, MoreThanExpectedFit) {
-    TakenNames names(0);
-    for (std::size_t round = 0; round < 2; ++round) {
-        for (std::size_t i = 0; i < 10'000; ++i) {
-            const auto place = names.Take("name " + std::to_string(i));
-            ASSERT_EQ(place.number, i);
-            ASSERT_EQ(place.is_new, round == 0);
+TEST_F(TakenNamesTest, MoreThanExpectedFit) {
+    TakenNames names = Names(0);
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 10'000; ++i) {
+            ASSERT_EQ(Take(names, "name " + std::to_string(i)), round == 0);
         }
     }
 }

@@ -66,7 +66,7 @@ std::shared_ptr<const Directory> ReadDirectoryOrAsk(const platform::Machine& mac
         RetryOrAsk(channel, DescribeFailure("The archive cannot be read", options.archive), read);
     if (options.keep_broken) {
         for (LostEntry& lost : directory->lost) {
-            directory->entries.push_back(std::move(lost.entry));
+            directory->entries.Append(lost.entry);
         }
         directory->lost.clear();
         directory->start = ~std::uint64_t{0};  // their data may end behind the archive
@@ -180,7 +180,7 @@ class Extractor {
         std::uint64_t bytes = 0;
         for (const PlannedEntry& planned : run_.plan.files) {
             channel_.CheckStop();
-            bytes += SizeOf(path::Join(options_.destination, planned.path));
+            bytes += SizeOf(path::Join(options_.destination, run_.planner.PathOf(planned)));
         }
         return std::min(bytes, run_.plan.bytes);
     }
@@ -244,7 +244,7 @@ class Extractor {
         std::vector<std::string> paths(planned.size());
         for (std::size_t i = 0; i < paths.size(); ++i) {
             run_.Restore(planned[i].index,
-                         [&] { paths[i] = run_.folders.Ensure(planned[i].path); });
+                         [&] { paths[i] = run_.folders.Ensure(run_.planner.PathOf(planned[i])); });
         }
         for (std::size_t i = 0; i < paths.size(); ++i) {
             channel_.CheckStop();

@@ -87,16 +87,19 @@ void ExtractWorker::Work() {
         }
         if (batch.bytes > 0) {
             const PlannedEntry& first = run_.plan.files[batch.begin];
-            data_.Prefetch(run_.directory.entries[first.index].offset, batch.bytes);
+            data_.Prefetch(run_.directory.entries.ExtentOf(first.index).offset, batch.bytes);
         }
         for (std::size_t i = batch.begin; i < batch.end; ++i) {
-            RestoreFile(run_.plan.files[i]);
+            const PlannedEntry& planned = run_.plan.files[i];
+            StoredEntry entry = run_.directory.entries[planned.index];
+            std::string path = run_.planner.PathOf(planned, entry.name);
+            RestoreFile({planned.index, std::move(entry), std::move(path)});
         }
         LeaveFolder();
     }
 }
 
-void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
+void ExtractWorker::RestoreFile(const PlannedFile& planned) {
     counted_ = 0;
     const bool restored = run_.Restore(planned.index, [&] {
         try {
@@ -109,7 +112,7 @@ void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
             throw;
         }
     });
-    const std::uint64_t size = run_.directory.entries[planned.index].size;
+    const std::uint64_t size = planned.entry.size;
     if (restored) {
         run_.channel.AddDone(size - std::min(size, counted_));
         run_.channel.AddFile();
@@ -119,8 +122,8 @@ void ExtractWorker::RestoreFile(const PlannedEntry& planned) {
 }
 
 // Where the directory does not agree with the data the local header may.
-void ExtractWorker::Restore(const PlannedEntry& planned) {
-    const StoredEntry& entry = run_.directory.entries[planned.index];
+void ExtractWorker::Restore(const PlannedFile& planned) {
+    const StoredEntry& entry = planned.entry;
     const auto restore = [&](const StoredEntry& described) {
         run_.options.verify_only ? VerifyOnce(planned, described) : RestoreOnce(planned, described);
     };
@@ -189,7 +192,7 @@ void ExtractWorker::Count(std::uint64_t written, std::uint64_t size) {
     run_.channel.SetFilePercent(static_cast<int>(share * 100));
 }
 
-void ExtractWorker::VerifyOnce(const PlannedEntry& planned, const StoredEntry& entry) {
+void ExtractWorker::VerifyOnce(const PlannedFile& planned, const StoredEntry& entry) {
     std::uint64_t checked = 0;
     const auto count = [&](const std::uint8_t*, std::size_t bytes) {
         checked += bytes;
@@ -199,7 +202,7 @@ void ExtractWorker::VerifyOnce(const PlannedEntry& planned, const StoredEntry& e
 }
 
 // Writes what can be read of a damaged file, unless that is nothing.
-void ExtractWorker::KeepBroken(const PlannedEntry& planned) {
+void ExtractWorker::KeepBroken(const PlannedFile& planned) {
     const path::Halves path = path::Split(planned.path);
     std::optional<TargetFile> target;
     EntryData data(source_);
@@ -213,7 +216,7 @@ void ExtractWorker::KeepBroken(const PlannedEntry& planned) {
         }
         target->Write(bytes, count);
     };
-    const StoredEntry& entry = run_.directory.entries[planned.index];
+    const StoredEntry& entry = planned.entry;
     try {
         data.Read(entry, std::ref(put));
     } catch (const Error& error) {
@@ -229,7 +232,7 @@ void ExtractWorker::KeepBroken(const PlannedEntry& planned) {
     }
 }
 
-void ExtractWorker::RestoreOnce(const PlannedEntry& planned, const StoredEntry& entry) {
+void ExtractWorker::RestoreOnce(const PlannedFile& planned, const StoredEntry& entry) {
     std::optional<TargetFile> target;
     const auto open = [&] {
         if (!target) {
@@ -266,10 +269,10 @@ void ExtractWorker::EnterFolder(std::string_view name) {
     }
 }
 
-void ExtractWorker::ReportRestored(const PlannedEntry& planned, const std::string& path,
+void ExtractWorker::ReportRestored(const PlannedFile& planned, const std::string& path,
                                    const std::string& disagreement) {
     const std::uint32_t index = planned.index;
-    const std::string& name = run_.directory.entries[index].name;
+    const std::string& name = planned.entry.name;
     if (!disagreement.empty()) {
         run_.channel.Report(EntryWarning(run_.directory, index, 0,
                                          name + " has another " + disagreement +

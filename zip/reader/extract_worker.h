@@ -66,18 +66,23 @@ class ExtractWorker {
     void Work();
 
   private:
-    void RestoreFile(const PlannedEntry& planned);
-    void Restore(const PlannedEntry& planned);
-    void RestoreOnce(const PlannedEntry& planned, const StoredEntry& entry);
-    void VerifyOnce(const PlannedEntry& planned, const StoredEntry& entry);
+    struct PlannedFile {
+        std::uint32_t index = 0;  // in the directory
+        StoredEntry entry;
+        std::string path;  // below the destination
+    };
+    void RestoreFile(const PlannedFile& planned);
+    void Restore(const PlannedFile& planned);
+    void RestoreOnce(const PlannedFile& planned, const StoredEntry& entry);
+    void VerifyOnce(const PlannedFile& planned, const StoredEntry& entry);
     std::optional<StoredEntry> ByLocalHeader(const StoredEntry& entry);
-    void KeepBroken(const PlannedEntry& planned);
+    void KeepBroken(const PlannedFile& planned);
     void Count(std::uint64_t written, std::uint64_t size);
     // Makes the folder unless it exists, and opens it; at most for a batch, because an open folder
     // cannot be removed or renamed by others.
     void EnterFolder(std::string_view name);
     void LeaveFolder() { folder_.reset(); }
-    void ReportRestored(const PlannedEntry& planned, const std::string& path,
+    void ReportRestored(const PlannedFile& planned, const std::string& path,
                         const std::string& disagreement);
 
     Extraction& run_;

@@ -15,6 +15,9 @@ namespace vantrel::zip {
 
 namespace {
 
+// The owner of a name is a file or, with this bit, a folder (ExtractionPlanner::KeyOf).
+constexpr std::uint32_t kFolderBit = 0x80000000;
+
 // Which entries share bytes of the archive with another one, or reach into the directory.
 class Overlaps {
   public:
@@ -25,7 +28,7 @@ class Overlaps {
             order[i] = i;
         }
         const auto earlier = [this](std::uint32_t a, std::uint32_t b) {
-            return directory_.entries[a].offset < directory_.entries[b].offset;
+            return directory_.entries.ExtentOf(a).offset < directory_.entries.ExtentOf(b).offset;
         };
         in_order_ = std::is_sorted(order.begin(), order.end(), earlier);
         if (!in_order_) {
@@ -41,12 +44,9 @@ class Overlaps {
 
   private:
     void Add(std::uint32_t index) {
-        const StoredEntry& entry = directory_.entries[index];
-        // Without a local header there is only the data.
-        const bool has_header = entry.data_at == 0;
-        const std::uint64_t header =
-            has_header ? local_header::kFixedSize + entry.RawName().size() : 0;
-        if (!has_header && entry.packed_size == 0) {
+        const EntryList::Extent entry = directory_.entries.ExtentOf(index);
+        const std::uint64_t header = entry.header_length;
+        if (header == 0 && entry.packed_size == 0) {
             return;
         }
         const std::uint64_t available = directory_.start - std::min(directory_.start, entry.offset);
@@ -100,12 +100,13 @@ ExtractionPlanner::ExtractionPlanner(const Directory& directory, const DosMask& 
       mask_(mask),
       code_page_(code_page),
       report_(std::move(report)),
-      names_(directory.entries.size()) {
+      names_(directory.entries.size(), [this](std::uint32_t owner) { return KeyOf(owner); }) {
     Overlaps overlaps(directory);
     in_order_ = overlaps.IsInOrder();
     overlaps_ = overlaps.Take();
     // The maximum: what is planned may not move any more.
     plan_.files.reserve(directory.entries.size());
+    folder_keys_.emplace_back();  // the destination has none
 }
 
 bool ExtractionPlanner::PlanMore(std::size_t count) {
@@ -127,19 +128,25 @@ void ExtractionPlanner::PlanAll() {
     }
 }
 
-const StoredEntry& ExtractionPlanner::Of(const PlannedEntry& planned) const {
-    return directory_.entries[planned.index];
+void ExtractionPlanner::SortFiles() {
+    const auto offset = [this](const PlannedEntry& planned) {
+        return directory_.entries.ExtentOf(planned.index).offset;
+    };
+    std::stable_sort(
+        plan_.files.begin(), plan_.files.end(),
+        [&](const PlannedEntry& a, const PlannedEntry& b) { return offset(a) < offset(b); });
 }
 
-void ExtractionPlanner::SortFiles() {
-    std::stable_sort(plan_.files.begin(), plan_.files.end(),
-                     [this](const PlannedEntry& a, const PlannedEntry& b) {
-                         return Of(a).offset < Of(b).offset;
-                     });
+std::string ExtractionPlanner::PathOf(const PlannedEntry& planned, const std::string& name) const {
+    if (planned.renamed == 0) {
+        return MakeSafeName(name).path;
+    }
+    const std::lock_guard lock(mutex_);
+    return renamed_[planned.renamed - 1];
 }
 
 void ExtractionPlanner::Add(std::uint32_t index) {
-    const StoredEntry& entry = directory_.entries[index];
+    const StoredEntry entry = directory_.entries[index];
     SafeName name = MakeSafeName(entry.name);
     if (!mask_.IsEverything() &&
         (entry.is_folder || !mask_.Matches(code_page_.Fold(path::Name(name.path))))) {
@@ -161,61 +168,77 @@ void ExtractionPlanner::Add(std::uint32_t index) {
         return Refuse(index, "its data overlaps other data of the archive");
     }
     if (entry.is_folder) {
-        return AddFolder(index, std::move(name));
+        return AddFolder(entry, index, std::move(name));
     }
-    AddFile(index, std::move(name));
+    AddFile(entry, index, std::move(name));
 }
 
-void ExtractionPlanner::AddFolder(std::uint32_t index, SafeName name) {
-    if (!TakeFolders(name.path)) {
+void ExtractionPlanner::AddFolder(const StoredEntry& entry, std::uint32_t index, SafeName name) {
+    const auto number = TakeFolders(name.path);
+    if (!number) {
         return Refuse(index, "a file of the archive has its name");
     }
     WarnOfChanges(index, name);
-    if (directory_.entries[index].size != 0) {
+    if (entry.size != 0) {
         Warn(index, "is a folder, and the data stored with it is left out");
     }
-    plan_.folders.push_back({index, std::move(name.path)});
+    plan_.folders.push_back({index, *number, 0});
 }
 
-void ExtractionPlanner::AddFile(std::uint32_t index, SafeName name) {
+void ExtractionPlanner::AddFile(const StoredEntry& entry, std::uint32_t index, SafeName name) {
     const path::Halves path = path::Split(name.path);
     const auto folder = TakeFolders(path.folder);
     if (!folder) {
         return Refuse(index, "a file of the archive has the name of its folder");
     }
-    const auto [number, is_new] = Take(*folder, path.name);
-    if (!is_new) {
-        if (taken_[number].folder != 0) {
+    const auto position = static_cast<std::uint32_t>(plan_.files.size());
+    const std::uint32_t owner = TakeForNextFile(*folder, path.name);
+    std::uint32_t renamed = 0;
+    if (owner != position) {
+        if ((owner & kFolderBit) != 0) {
             return Refuse(index, "a folder of the archive has its name");
         }
-        name.path = FreePath(*folder, name.path, number);
+        name.path = FreePath(*folder, name.path, owner);
         name.changes.push_back("another entry has its name already");
+        renamed = KeepRenamed(name.path);
     }
     WarnOfChanges(index, name);
-    const StoredEntry& entry = directory_.entries[index];
     if (UnreadableBecause(entry).empty()) {
         plan_.bytes += std::min(entry.size, ~plan_.bytes);
     }
-    plan_.files.push_back({index, std::move(name.path)});
+    plan_.files.push_back({index, *folder, renamed});
 }
 
-TakenNames::Taken ExtractionPlanner::Take(std::uint32_t folder, std::string_view name) {
-    const auto place = names_.Take(KeyInFolder(code_page_, folder, std::string(name)));
-    if (place.is_new) {
-        taken_.emplace_back();
+// The key that the owner of a name took it with.
+std::string ExtractionPlanner::KeyOf(std::uint32_t owner) const {
+    if ((owner & kFolderBit) != 0) {
+        return folder_keys_[owner - kFolderBit];
     }
-    return place;
+    const PlannedEntry& file = plan_.files[owner];
+    return KeyInFolder(code_page_, file.folder, std::string(path::Name(PathOf(file))));
 }
 
-// For an entry whose own name has `taken` already.
+std::uint32_t ExtractionPlanner::TakeForNextFile(std::uint32_t folder, std::string_view name) {
+    return names_.Take(KeyInFolder(code_page_, folder, std::string(name)),
+                       static_cast<std::uint32_t>(plan_.files.size()));
+}
+
+// For the next file, whose own name has an owner.
 std::string ExtractionPlanner::FreePath(std::uint32_t folder, const std::string& path,
-                                        std::size_t taken) {
+                                        std::uint32_t owner) {
+    int& next = next_numbers_.try_emplace(owner, 2).first->second;
     for (;;) {
-        std::string numbered = NumberedPath(path, taken_[taken].next_number++);
-        if (Take(folder, path::Name(numbered)).is_new) {
+        std::string numbered = NumberedPath(path, next++);
+        if (TakeForNextFile(folder, path::Name(numbered)) == plan_.files.size()) {
             return numbered;
         }
     }
+}
+
+std::uint32_t ExtractionPlanner::KeepRenamed(std::string path) {
+    const std::lock_guard lock(mutex_);
+    renamed_.push_back(std::move(path));
+    return static_cast<std::uint32_t>(renamed_.size());
 }
 
 // Takes a folder and all folders above it, and returns its number (0 for the destination); nothing
@@ -227,14 +250,17 @@ std::optional<std::uint32_t> ExtractionPlanner::TakeFolders(std::string_view pat
     std::uint32_t number = 0;
     for (std::size_t start = 0; start < path.size();) {
         const std::size_t end = std::min(path.find('\\', start), path.size());
-        const auto [place, is_new] = Take(number, path.substr(start, end - start));
-        if (is_new) {
-            taken_[place].folder = ++folders_;
-        }
-        if (taken_[place].folder == 0) {
+        const auto next = static_cast<std::uint32_t>(folder_keys_.size());
+        std::string key =
+            KeyInFolder(code_page_, number, std::string(path.substr(start, end - start)));
+        const std::uint32_t owner = names_.Take(key, kFolderBit | next);
+        if ((owner & kFolderBit) == 0) {
             return std::nullopt;
         }
-        number = taken_[place].folder;
+        number = owner - kFolderBit;
+        if (number == next) {
+            folder_keys_.push_back(std::move(key));
+        }
         start = end + 1;
     }
     last_folder_ = path;

@@ -5,9 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "common/dos_mask.h"
@@ -19,9 +21,11 @@
 
 namespace vantrel::zip {
 
+// The path of a planned entry is not kept: see ExtractionPlanner::PathOf.
 struct PlannedEntry {
-    std::uint32_t index = 0;  // in the directory
-    std::string path;         // below the destination
+    std::uint32_t index = 0;    // in the directory
+    std::uint32_t folder = 0;   // number of the folder that it is in; 0 is the destination
+    std::uint32_t renamed = 0;  // 0: its path is the safe form of its name
 };
 
 struct ExtractionPlan {
@@ -53,23 +57,26 @@ class ExtractionPlanner {
     bool PlanMore(std::size_t count);
     void PlanAll();
 
+    // The path below the destination of a planned entry, whose stored name is `name`. May be called
+    // from any thread.
+    std::string PathOf(const PlannedEntry& planned, const std::string& name) const;
+    std::string PathOf(const PlannedEntry& planned) const {
+        return PathOf(planned, directory_.entries[planned.index].name);
+    }
+
     // What is planned so far. With entries in order a planned file never moves, so that other
     // threads may read it meanwhile; without, the order is right only after the last entry.
     const ExtractionPlan& Plan() const { return plan_; }
 
   private:
-    struct Taken {
-        std::uint32_t folder = 0;  // its number, 0 for a file
-        int next_number = 2;
-    };
-
-    const StoredEntry& Of(const PlannedEntry& planned) const;
     void SortFiles();
     void Add(std::uint32_t index);
-    void AddFolder(std::uint32_t index, SafeName name);
-    void AddFile(std::uint32_t index, SafeName name);
-    TakenNames::Taken Take(std::uint32_t folder, std::string_view name);
-    std::string FreePath(std::uint32_t folder, const std::string& path, std::size_t taken);
+    void AddFolder(const StoredEntry& entry, std::uint32_t index, SafeName name);
+    void AddFile(const StoredEntry& entry, std::uint32_t index, SafeName name);
+    std::string KeyOf(std::uint32_t owner) const;
+    std::uint32_t TakeForNextFile(std::uint32_t folder, std::string_view name);
+    std::string FreePath(std::uint32_t folder, const std::string& path, std::uint32_t owner);
+    std::uint32_t KeepRenamed(std::string path);
     std::optional<std::uint32_t> TakeFolders(std::string_view path);
     void WarnOfChanges(std::uint32_t index, const SafeName& name);
     void Warn(std::uint32_t index, const std::string& what);
@@ -83,9 +90,12 @@ class ExtractionPlanner {
     bool in_order_ = false;
     ExtractionPlan plan_;
     std::uint32_t next_ = 0;  // entry to decide about
+    // Files are owners of their names by their position in the plan, folders by their number.
     TakenNames names_;
-    std::vector<Taken> taken_;  // by the numbers of names_
-    std::uint32_t folders_ = 0;
+    std::vector<std::string> folder_keys_;                 // by the number of the folder, from 1
+    std::unordered_map<std::uint32_t, int> next_numbers_;  // by owner of a name that others want
+    mutable std::mutex mutex_;                             // guards renamed_
+    std::vector<std::string> renamed_;
     std::string last_folder_;
     std::uint32_t last_number_ = 0;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "common/path.h"
 #include "zip/base/run_context.h"
 
 namespace vantrel::zip {
@@ -13,8 +12,8 @@ namespace {
 // cancel.
 constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 20;
 constexpr std::size_t kBatchEntries = 64;
-// Local header and usual extra fields.
-constexpr std::uint64_t kHeaderBytes = local_header::kFixedSize + 512;
+// Usual extra fields of a local header.
+constexpr std::uint64_t kExtraBytes = 512;
 // A thread stays in a folder for this many bytes of the archive. More would move threads far apart
 // in it, which costs seeks on a rotating disk, and gain nothing where files are large.
 constexpr std::uint64_t kRangeBytes = std::uint64_t{32} << 20;
@@ -59,13 +58,13 @@ FileQueue::Batch FileQueue::Next(FileRange& range) {
 }
 
 std::uint64_t FileQueue::Reach(std::size_t first, std::size_t last) const {
-    const StoredEntry& entry = Entry(last);
-    return entry.offset - Entry(first).offset + kHeaderBytes + entry.RawName().size() +
+    const EntryList::Extent entry = ExtentOf(last);
+    return entry.offset - ExtentOf(first).offset + kExtraBytes + entry.header_length +
            entry.packed_size;
 }
 
 bool FileQueue::InOneFolder(std::size_t one, std::size_t other) const {
-    return path::Split(plan_.files[one].path).folder == path::Split(plan_.files[other].path).folder;
+    return plan_.files[one].folder == plan_.files[other].folder;
 }
 
 FileQueue::FileRange FileQueue::NextRange() {

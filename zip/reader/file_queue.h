@@ -44,8 +44,8 @@ class FileQueue {
     Batch Next(FileRange& range);
 
   private:
-    const StoredEntry& Entry(std::size_t file) const {
-        return directory_.entries[plan_.files[file].index];
+    EntryList::Extent ExtentOf(std::size_t file) const {
+        return directory_.entries.ExtentOf(plan_.files[file].index);
     }
     // Bytes of the archive from the local header of one file to the end of another one's data.
     std::uint64_t Reach(std::size_t first, std::size_t last) const;

@@ -325,7 +325,7 @@ void FoundEntries::AddLost(Directory& directory, StoredEntry entry, std::string 
 
 void FoundEntries::Finish(Directory& directory) {
     FindNested();
-    directory.entries.clear();
+    std::vector<const StoredEntry*> intact;
     for (Orphan& orphan : orphans_) {
         const Run& run = runs_[orphan.run - 1];
         if (run.nested || At(Shifted(orphan.entry.offset, run.base.value_or(0))) != nullptr) {
@@ -333,26 +333,30 @@ void FoundEntries::Finish(Directory& directory) {
         }
         std::string why;
         if (Recover(orphan.entry, run.base.value_or(0), why)) {
-            directory.entries.push_back(std::move(orphan.entry));
+            intact.push_back(&orphan.entry);
         } else {
             AddLost(directory, std::move(orphan.entry), std::move(why));
         }
     }
-    orphans_.clear();
     for (Found& found : found_) {
         if (found.dropped) {
             continue;
         }
         if (found.why.empty()) {
-            directory.entries.push_back(std::move(found.entry));
+            intact.push_back(&found.entry);
         } else {
             AddLost(directory, std::move(found.entry), std::move(found.why));
         }
     }
+    std::stable_sort(intact.begin(), intact.end(), [](const StoredEntry* a, const StoredEntry* b) {
+        return a->offset < b->offset;
+    });
+    directory.entries = {};
+    for (const StoredEntry* entry : intact) {
+        directory.entries.Append(*entry);
+    }
+    orphans_.clear();
     found_.clear();
-    std::stable_sort(
-        directory.entries.begin(), directory.entries.end(),
-        [](const StoredEntry& a, const StoredEntry& b) { return a.offset < b.offset; });
     directory.lost_unnamed = orphans_unnamed_;
     directory.start = size_;
     directory.searched = true;

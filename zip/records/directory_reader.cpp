@@ -11,9 +11,6 @@ namespace vantrel::zip {
 
 namespace {
 
-// Entries for which memory is reserved at once: the length of a spanned directory is only stated.
-constexpr std::uint64_t kMaxReserved = 1 << 17;
-
 class DirectoryReader {
   public:
     DirectoryReader(ByteSource& source, const DirectoryLocation& location,
@@ -24,9 +21,6 @@ class DirectoryReader {
           bytes_(source, location.start, location.end) {}
 
     void Read(Directory& directory) {
-        directory.entries.reserve(static_cast<std::size_t>(std::min(
-            {location_.entries, (location_.end - location_.start) / central_record::kFixedSize,
-             kMaxReserved})));
         while (ReadOne(directory)) {
         }
         if (directory.trouble.empty() && !CountFits(directory.entries.size())) {
@@ -65,7 +59,7 @@ class DirectoryReader {
         }
         bytes_.Skip(length);
         parsed.entry.offset += location_.prefix;
-        directory.entries.push_back(std::move(parsed.entry));
+        directory.entries.Append(parsed.entry);
         return true;
     }
 

@@ -4,12 +4,11 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "platform/machine.h"
 #include "zip/base/bytes.h"
 #include "zip/records/disk_identity.h"
-#include "zip/records/record_parser.h"
+#include "zip/records/entry_list.h"
 
 namespace vantrel::zip {
 
@@ -20,10 +19,10 @@ struct LostEntry {
 };
 
 struct Directory {
-    std::vector<StoredEntry> entries;  // in the archive's order
-    std::uint64_t start = 0;           // of the directory; no entry's data reaches beyond it
-    std::uint64_t archive_size = 0;    // of a spanned archive, the last disk's
-    DiskIdentity disks;                // when IsSpanned, offsets hold their disk
+    EntryList entries;               // in the archive's order
+    std::uint64_t start = 0;         // of the directory; no entry's data reaches beyond it
+    std::uint64_t archive_size = 0;  // of a spanned archive, the last disk's
+    DiskIdentity disks;              // when IsSpanned, offsets hold their disk
     // Empty when the directory was read to its end; otherwise where and why it stops, for the user.
     std::string trouble;
 
