@@ -13,8 +13,9 @@ namespace {
 
 // Longest time between two events, and so between the user's cancel and its effect.
 constexpr std::chrono::milliseconds kTick{50};
-// Queued messages; a longer queue would let memory grow with the number of files.
-constexpr std::size_t kMaxMessages = 8192;
+// Queued messages. A window handles them more slowly than files are stored: with a longer queue the
+// figures of the run would be thousands of files ahead of the newest message.
+constexpr std::size_t kMaxMessages = 1024;
 // This many queued messages wake the caller's thread before its tick ends.
 constexpr std::size_t kManyMessages = kMaxMessages / 2;
 // Messages raised between two progress events when many are queued.

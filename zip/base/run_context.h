@@ -56,7 +56,7 @@ class RunContext {
     void CheckStop() const;
 
     // Queues a message, its text with control characters made visible: a line break in a name must
-    // not begin a new line of a log. Blocks while thousands of messages are queued.
+    // not begin a new line of a log. Blocks while many messages are queued.
     void Report(ComponentMessage message);
 
     // Asks whether to repeat a step that failed. Returns when it is to be repeated; throws
