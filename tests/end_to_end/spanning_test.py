@@ -246,7 +246,7 @@ class Incomplete(Spanned):
         self.assertEqual(5, len(self.disks))
         program.show_tab("Restore")
         program.choose("Cmb_RestoreFile", "Job.INI")
-        program.wait_for(lambda: int(program.text("Fld_Total")) > 12, "the files of the set")
+        program.wait_for(lambda: int(program.text("Fld_Total") or 0) > 12, "the files of the set")
         self.choose_destination(program)
         program.click("Cmd_Restore")
         asked = []
