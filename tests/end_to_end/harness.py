@@ -245,21 +245,25 @@ def _every_test(suite):
             yield f"{type(each).__name__}.{each._testMethodName}"
 
 
-def _run_alone(name):
+def _run_alone(name, environment):
     """Runs one test in a process of its own; its name, success and output."""
     done = subprocess.run([sys.executable, *sys.argv, name], stdin=subprocess.DEVNULL,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False,
+                          env=environment)
     return name, done.returncode == 0, done.stdout.decode("utf-8", errors="replace")
 
 
-def _run_side_by_side():
+def _run_side_by_side(own_screens):
     """The program waits more than it works, so that several tests at a time cost little more than
     one. Every test has its own computer, so none sees another."""
     names = list(_every_test(unittest.defaultTestLoader.loadTestsFromModule(
         sys.modules["__main__"])))
     failures = 0
+    environment = dict(os.environ)
+    if own_screens:
+        environment.pop("DISPLAY", None)  # `prepare` then starts a screen
     with ThreadPoolExecutor(SIDE_BY_SIDE) as pool:
-        for name, passed, output in pool.map(_run_alone, names):
+        for name, passed, output in pool.map(lambda each: _run_alone(each, environment), names):
             failures += not passed
             print(f"{name} ... {'ok' if passed else 'FAILED'}", flush=True)
             if not passed:
@@ -276,10 +280,11 @@ def prepare():
         os.execv(screen, [screen, sys.executable, *sys.argv])
 
 
-def main():
+def main(own_screens=False):
     """What a test file calls: `prepare`, then its tests. Names of tests on the command line are run
-    one by one, here."""
+    one by one, here. With `own_screens` each test has a screen of its own: tests that move the mouse
+    need it, since a screen has one pointer, and windows of other tests may lie on top."""
     prepare()
     if len(sys.argv) == 1:
-        _run_side_by_side()
+        _run_side_by_side(own_screens)
     unittest.main(verbosity=2)

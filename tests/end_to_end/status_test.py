@@ -172,4 +172,4 @@ class LargeDrives(MainWindow):
 
 
 if __name__ == "__main__":
-    harness.main()
+    harness.main(own_screens=True)
