@@ -168,12 +168,13 @@ void ExtractionPlanner::Add(std::uint32_t index) {
         return Refuse(index, "its data overlaps other data of the archive");
     }
     if (entry.is_folder) {
-        return AddFolder(entry, index, std::move(name));
+        return AddFolder(entry, index, name);
     }
     AddFile(entry, index, std::move(name));
 }
 
-void ExtractionPlanner::AddFolder(const StoredEntry& entry, std::uint32_t index, SafeName name) {
+void ExtractionPlanner::AddFolder(const StoredEntry& entry, std::uint32_t index,
+                                  const SafeName& name) {
     const auto number = TakeFolders(name.path);
     if (!number) {
         return Refuse(index, "a file of the archive has its name");

@@ -71,7 +71,7 @@ class ExtractionPlanner {
   private:
     void SortFiles();
     void Add(std::uint32_t index);
-    void AddFolder(const StoredEntry& entry, std::uint32_t index, SafeName name);
+    void AddFolder(const StoredEntry& entry, std::uint32_t index, const SafeName& name);
     void AddFile(const StoredEntry& entry, std::uint32_t index, SafeName name);
     std::string KeyOf(std::uint32_t owner) const;
     std::uint32_t TakeForNextFile(std::uint32_t folder, std::string_view name);

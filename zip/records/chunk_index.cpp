@@ -20,7 +20,8 @@ std::size_t MaxChunkIndexItems(std::size_t name_length) {
     // The complete record is limited as well (4.4.12), for readers that hold it in a buffer.
     const std::size_t taken =
         central_record::kFixedSize + name_length + kOtherFields + kFieldHeader + kChunkIndexHeader;
-    return taken < kSaturated16 ? (kSaturated16 - taken) / kChunkIndexItem : 0;
+    constexpr auto kMaxRecord = static_cast<std::size_t>(kSaturated16);
+    return taken < kMaxRecord ? (kMaxRecord - taken) / kChunkIndexItem : 0;
 }
 
 void ChunkIndexBuilder::Add(const ChunkIndexItem& chunk) {
