@@ -19,6 +19,11 @@ namespace {
 
 HMODULE Program() { return GetModuleHandleW(nullptr); }
 
+BOOL CALLBACK SendSystemColorsChanged(HWND control, LPARAM) {
+    SendMessageW(control, WM_SYSCOLORCHANGE, 0, 0);
+    return TRUE;
+}
+
 // Newer systems scale dialogs by themselves; these windows do it better, with another typeface.
 void KeepSystemFromScaling(HWND dialog) {
     using Setter = BOOL(WINAPI*)(HWND, int, int);
@@ -139,11 +144,7 @@ void WindowView::NameControls() {
 
 // Windows sends it to top windows only, and common controls keep brushes of their own.
 void WindowView::SystemColorsChanged() {
-    const auto forward = [](HWND control, LPARAM) -> BOOL {
-        SendMessageW(control, WM_SYSCOLORCHANGE, 0, 0);
-        return TRUE;
-    };
-    EnumChildWindows(window_, forward, 0);
+    EnumChildWindows(window_, SendSystemColorsChanged, 0);
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 

@@ -32,20 +32,21 @@ SIZE InsideOf(HWND window) {
     return {area.right, area.bottom};
 }
 
+BOOL CALLBACK AddWorkArea(HMONITOR screen, HDC, RECT*, LPARAM areas) {
+    auto& found = *reinterpret_cast<std::vector<Area>*>(areas);
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (GetMonitorInfoW(screen, &info)) {
+        const bool main = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
+        found.insert(main ? found.begin() : found.end(), AreaOf(info.rcWork));
+    }
+    return TRUE;
+}
+
 // The screens without their taskbars, the main screen first.
 std::vector<Area> WorkAreas() {
     std::vector<Area> areas;
-    const auto add = [](HMONITOR screen, HDC, RECT*, LPARAM data) -> BOOL {
-        auto& found = *reinterpret_cast<std::vector<Area>*>(data);
-        MONITORINFO info{};
-        info.cbSize = sizeof info;
-        if (GetMonitorInfoW(screen, &info)) {
-            const bool main = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
-            found.insert(main ? found.begin() : found.end(), AreaOf(info.rcWork));
-        }
-        return TRUE;
-    };
-    EnumDisplayMonitors(nullptr, nullptr, add, reinterpret_cast<LPARAM>(&areas));
+    EnumDisplayMonitors(nullptr, nullptr, AddWorkArea, reinterpret_cast<LPARAM>(&areas));
     return areas;
 }
 
