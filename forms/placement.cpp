@@ -45,7 +45,7 @@ bool IsSensible(const Placement& placement) {
 
 }  // namespace
 
-Area Stretched(const Area& designed, const Anchors& anchors, int extra_width, int extra_height) {
+Area Resized(const Area& designed, const Anchors& anchors, int extra_width, int extra_height) {
     return {designed.left + Share(extra_width, anchors.left),
             designed.top + Share(extra_height, anchors.top),
             designed.right + Share(extra_width, anchors.right),

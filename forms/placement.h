@@ -28,7 +28,7 @@ struct Anchors {
 
 // The place of a control in a window that is larger than designed. Controls whose edges have the
 // same share stay aligned and keep their distances.
-Area Stretched(const Area& designed, const Anchors& anchors, int extra_width, int extra_height);
+Area Resized(const Area& designed, const Anchors& anchors, int extra_width, int extra_height);
 
 // Size and position of a window, without its being maximized, and the dpi that they were taken at.
 struct Placement {

@@ -119,15 +119,15 @@ class Packages(harness.EndToEndTest):
         self.assertIn("Successful Backup", self.pc.log.dated())
 
     def run_quietly(self, *command):
-        """A program under Wine; its exit code and what it said."""
+        """A program under Wine; its exit code and what it printed."""
         process = self.pc.start(*command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
-        said = process.stdout.read().decode("utf-8", errors="replace")
-        return self.pc.finish(process), said
+        printed = process.stdout.read().decode("utf-8", errors="replace")
+        return self.pc.finish(process), printed
 
     def registered(self, key, name):
         """A text of the registry; None when it is not there."""
-        code, said = self.run_quietly("reg", "query", key, "/v", name)
-        found = re.search(rf"{name}\s+REG_\w+\s+(.*?)\r?$", said, re.M)
+        code, printed = self.run_quietly("reg", "query", key, "/v", name)
+        found = re.search(rf"{name}\s+REG_\w+\s+(.*?)\r?$", printed, re.M)
         return found.group(1) if code == 0 and found else None
 
 
@@ -246,8 +246,8 @@ class NotInstalled(Packages):
     def test_folder_that_cannot_be_written_is_refused(self):
         disk = self.pc.drive("r", size=30 * 1024 * 1024)
         self.pc.make_read_only(disk)
-        code, said = self.run_quietly(str(package("x64", "exe")), "/S", "/D=R:\\Vantrel")
-        self.assertEqual((CANNOT_WRITE, ""), (code, said))
+        code, printed = self.run_quietly(str(package("x64", "exe")), "/S", "/D=R:\\Vantrel")
+        self.assertEqual((CANNOT_WRITE, ""), (code, printed))
         self.assertIsNone(self.registered(UNINSTALL_KEY, "DisplayName"))
         self.assertEqual([], list((self.pc.prefix / "drive_c" / "users").rglob("Vantrel*.lnk")))
 

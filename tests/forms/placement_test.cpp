@@ -13,31 +13,31 @@ using forms::Area;
 using forms::Centered;
 using forms::OnScreen;
 using forms::Placement;
-using forms::Stretched;
+using forms::Resized;
 
 const Area kScreen{0, 0, 1280, 984};
 const Area kSecondScreen{1280, 0, 2880, 1200};
 constexpr const char* kKey = "Startup/Frm_Mainmenu Placement";
 
-TEST(Stretched, ControlWithoutAnchorsStaysAsDesigned) {
-    EXPECT_EQ((Area{10, 20, 110, 40}), Stretched({10, 20, 110, 40}, {}, 300, 200));
+TEST(Resized, ControlWithoutAnchorsStaysAsDesigned) {
+    EXPECT_EQ((Area{10, 20, 110, 40}), Resized({10, 20, 110, 40}, {}, 300, 200));
 }
 
-TEST(Stretched, ControlOfTheDesignedWindowStaysAsDesigned) {
-    EXPECT_EQ((Area{10, 20, 110, 40}), Stretched({10, 20, 110, 40}, {50, 100, 100, 100}, 0, 0));
+TEST(Resized, ControlOfTheDesignedWindowStaysAsDesigned) {
+    EXPECT_EQ((Area{10, 20, 110, 40}), Resized({10, 20, 110, 40}, {50, 100, 100, 100}, 0, 0));
 }
 
-TEST(Stretched, EdgesMoveByTheirShares) {
-    EXPECT_EQ((Area{10, 20, 410, 240}), Stretched({10, 20, 110, 40}, {0, 0, 100, 100}, 300, 200));
+TEST(Resized, EdgesMoveByTheirShares) {
+    EXPECT_EQ((Area{10, 20, 410, 240}), Resized({10, 20, 110, 40}, {0, 0, 100, 100}, 300, 200));
     EXPECT_EQ((Area{310, 220, 410, 240}),
-              Stretched({10, 20, 110, 40}, {100, 100, 100, 100}, 300, 200));
-    EXPECT_EQ((Area{160, 20, 410, 40}), Stretched({10, 20, 110, 40}, {50, 0, 100, 0}, 300, 200));
+              Resized({10, 20, 110, 40}, {100, 100, 100, 100}, 300, 200));
+    EXPECT_EQ((Area{160, 20, 410, 40}), Resized({10, 20, 110, 40}, {50, 0, 100, 0}, 300, 200));
 }
 
-TEST(Stretched, NeighboursKeepTheirDistanceForEveryExtraWidth) {
+TEST(Resized, NeighboursKeepTheirDistanceForEveryExtraWidth) {
     for (int extra = 0; extra < 200; ++extra) {
-        const Area left = Stretched({0, 0, 50, 10}, {0, 0, 25, 0}, extra, 0);
-        const Area right = Stretched({54, 0, 90, 10}, {25, 0, 100, 0}, extra, 0);
+        const Area left = Resized({0, 0, 50, 10}, {0, 0, 25, 0}, extra, 0);
+        const Area right = Resized({54, 0, 90, 10}, {25, 0, 100, 0}, extra, 0);
         EXPECT_EQ(4, right.left - left.right) << extra;
         EXPECT_EQ(90 + extra, right.right) << extra;
     }

@@ -123,13 +123,13 @@ TEST_F(ArchiveSearch, HoleAtAnyPositionCostsWhatLiesInIt) {
 
 TEST_F(ArchiveSearch, HoleAndALostDirectoryCostWhatLiesInIt) {
     PutInner();
-    const std::string whole = archive.Bytes();
-    const std::string bytes = whole.substr(0, Starts(whole).back());
+    const std::string undamaged = archive.Bytes();
+    const std::string bytes = undamaged.substr(0, Starts(undamaged).back());
     for (std::size_t at = 0; at + 40 < bytes.size(); at += 5) {
         std::string damaged = bytes;
         damaged.replace(at, 40, std::string(40, '\0'));
         RunOn(damaged);
-        ExpectRight(IntactBesides(whole, at, at + 40));
+        ExpectRight(IntactBesides(undamaged, at, at + 40));
         ASSERT_FALSE(HasFailure()) << at;
     }
 }

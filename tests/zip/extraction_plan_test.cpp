@@ -18,7 +18,7 @@ class GrowingPlan : public ReaderTest {
   protected:
     ExtractionPlanner PlannerOf(const zip::Directory& directory) {
         return {directory, everything, machine.code_page(),
-                [this](const zip::ComponentMessage& message) { told.push_back(message.text); }};
+                [this](const zip::ComponentMessage& message) { reported.push_back(message.text); }};
     }
     static Strings Paths(const ExtractionPlanner& planner) {
         Strings paths;
@@ -29,14 +29,14 @@ class GrowingPlan : public ReaderTest {
     }
 
     DosMask everything{"*.*"};
-    Strings told;
+    Strings reported;
 };
 
 TEST_F(GrowingPlan, InPortionsIsTheSameAsAtOnce) {
     const zip::Directory directory = DirectoryOf({"a/b.txt", "a", "A/B.TXT", "../c", "d", "D/e"});
-    ExtractionPlanner whole = PlannerOf(directory);
-    whole.PlanAll();
-    const Strings told_of_whole = std::exchange(told, {});
+    ExtractionPlanner at_once = PlannerOf(directory);
+    at_once.PlanAll();
+    const Strings reported_at_once = std::exchange(reported, {});
     ExtractionPlanner planner = PlannerOf(directory);
     for (int i = 1; i < 6; ++i) {
         EXPECT_TRUE(planner.PlanMore(1));
@@ -44,10 +44,10 @@ TEST_F(GrowingPlan, InPortionsIsTheSameAsAtOnce) {
     EXPECT_FALSE(planner.PlanMore(1));
     EXPECT_FALSE(planner.PlanMore(1));
     EXPECT_EQ(Paths(planner), (Strings{"a\\b.txt", "A\\B (2).TXT", "d"}));
-    EXPECT_EQ(Paths(planner), Paths(whole));
+    EXPECT_EQ(Paths(planner), Paths(at_once));
     EXPECT_EQ(planner.Plan().failed, 3);
     EXPECT_EQ(planner.Plan().bytes, 30u);
-    EXPECT_EQ(told, told_of_whole);
+    EXPECT_EQ(reported, reported_at_once);
 }
 
 TEST_F(GrowingPlan, FilesStayWhereTheyAre) {

@@ -102,15 +102,15 @@ SIZE Layout::Apply(HFONT font) {
                          MulDiv(units.x + units.width, base.x, 4),
                          MulDiv(units.y + units.height, base.y, 8)};
     }
-    Stretch(0, 0);
+    Resize(0, 0);
     return {MulDiv(dialog_.width, base.x, 4), MulDiv(dialog_.height, base.y, 8)};
 }
 
-void Layout::Stretch(int extra_width, int extra_height) const {
+void Layout::Resize(int extra_width, int extra_height) const {
     HDWP moves = BeginDeferWindowPos(static_cast<int>(items_.size()));
     for (const Item& item : items_) {
         const forms::Area area =
-            forms::Stretched(item.designed, AnchorsOf(item.id), extra_width, extra_height);
+            forms::Resized(item.designed, AnchorsOf(item.id), extra_width, extra_height);
         // Copied bits would keep the shortened text of a label and the frame of a box.
         moves = moves
                     ? DeferWindowPos(moves, item.window, nullptr, area.left, area.top, area.Width(),

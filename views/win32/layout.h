@@ -23,7 +23,7 @@ class Layout {
     // the dialog's inside.
     SIZE Apply(HFONT font);
     // Moves every child to its position in a dialog that is larger than designed by these pixels.
-    void Stretch(int extra_width, int extra_height) const;
+    void Resize(int extra_width, int extra_height) const;
 
   private:
     struct Units {

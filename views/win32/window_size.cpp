@@ -124,7 +124,7 @@ void WindowView::Arrange() {
     const SIZE inside = InsideOf(window_);
     extra_ = {std::max<LONG>(0, inside.cx - designed_inside_.cx),
               std::max<LONG>(0, inside.cy - designed_inside_.cy)};
-    layout_.Stretch(extra_.cx, extra_.cy);
+    layout_.Resize(extra_.cx, extra_.cy);
     if (Binder* bar = Find(Sta_Mainmenu)) {
         bar->Rescale(dpi_);
     }
@@ -143,7 +143,7 @@ void WindowView::PlacePages() {
     for (const Page& page : pages_) {
         SetWindowPos(page.window, HWND_TOP, area.left, area.top, area.right - area.left,
                      area.bottom - area.top, SWP_NOACTIVATE);
-        page.layout.Stretch(extra_.cx, extra_.cy);
+        page.layout.Resize(extra_.cx, extra_.cy);
     }
 }
 
