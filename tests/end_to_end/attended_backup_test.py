@@ -203,11 +203,11 @@ class RunsThatDoNotComplete(Attended):
         """A run that is in the middle of its work, with a destination that could take it all."""
         self.destination = self.pc.drive("h")
         (self.destination / "JOB.zip").write_bytes(b"the earlier archive")
-        self.grow(400)
+        harness.write_endless_file(self.documents / "big.bin")
         program = self.open_set(destination="H:\\")
         self.start(program)
-        program.wait_for(lambda: program.exists("Frm_Backup_Cmd_Cancel") and
-                         program.value("Frm_Backup_PB_Folder") > 0, "the run's first progress")
+        program.wait_for(lambda: program.exists("Frm_Backup_Lbl_Figures") and
+                         " of 256 GB" in program.text("Frm_Backup_Lbl_Figures"), "the first figures")
         return program
 
     def test_full_destination_retried_after_space_was_made_succeeds(self):

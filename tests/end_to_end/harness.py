@@ -66,6 +66,12 @@ def wait_until(condition, what, longest_pause=0.002):
         pause = min(2 * pause, longest_pause)
 
 
+def write_endless_file(path):
+    """A file of zeros that no run reads to its end before the hang time; it takes no space."""
+    with open(path, "wb") as file:
+        file.truncate(256 * 2**30)
+
+
 class Computer:
     """A Wine prefix with its own drives. Give it its drives before the first program runs."""
 

@@ -10,7 +10,7 @@ MIB = 1024 * 1024
 SURE = "Are you sure that you wish to start the backup now?"
 FLOPPY = 1440 * 1024
 NUMBER = r"\d{1,3}(?:,\d{3})*"
-SIZE = r"(?:\d\.\d|" + NUMBER + r") (?:bytes?|KB|MB)"
+SIZE = r"(?:\d\.\d|" + NUMBER + r") (?:bytes?|KB|MB|GB)"
 FIGURES = re.compile(rf"({NUMBER}) of ({NUMBER}) files?, {SIZE} of {SIZE}"
                      rf"(?:, finishing|(?:, {SIZE}/s)?(?:, (?:\d+ min )?(?:\d+ s )?left)?)$")
 
@@ -111,13 +111,13 @@ class RunWindows(harness.EndToEndTest):
     def test_cancelled_run_has_the_earlier_archive(self):
         destination = self.pc.drive("e")
         (destination / "JOB.zip").write_bytes(b"the earlier archive")
-        self.fill("large.bin", 300 * MIB)
+        harness.write_endless_file(self.source / "large.bin")
         program = self.start_backup()
-        program.wait_for(lambda: program.exists("Frm_Backup_PB_Folder") and
-                         program.value("Frm_Backup_PB_Folder") > 0, "the run's first progress")
+        program.wait_for(lambda: program.exists("Frm_Backup_Lbl_Figures") and
+                         " of 256 GB" in program.text("Frm_Backup_Lbl_Figures"), "the first figures")
         program.click("Frm_Backup_Cmd_Cancel")
         figures, location, _ = self.wait_for_end(program, "Backup Cancelled by User")
-        self.assertRegex(figures, rf"^Cancelled after 0 of 1 file, {SIZE} of 300 MB, \d+ s$")
+        self.assertRegex(figures, rf"^Cancelled after 0 of 1 file, {SIZE} of 256 GB, \d+ s$")
         self.assertEqual("Earlier archive, unchanged: E:\\JOB.zip", location)
         self.leave(program)
         self.assertEqual(b"the earlier archive", (destination / "JOB.zip").read_bytes())
