@@ -170,6 +170,19 @@ class LargeDrives(MainWindow):
         self.assertTrue(read < 30100, read)
         self.assert_exit_code(0, program.close())
 
+    def test_keys_pressed_during_the_reading_are_handled_afterwards_with_ctrl(self):
+        drive = self.pc.drive("t")
+        for parent in range(60):
+            for child in range(60):
+                (drive / f"{parent:03}" / f"{child:03}").mkdir(parents=True)
+        program = window.Attended(self.pc)
+        program.show_tab("Secure Data")
+        program.wait_for(lambda: program.visible("TV_SecureMode"), "the tree")
+        program.choose("Dri_SecureMode", "t:")
+        program.keys("Ctrl+Tab")
+        program.wait_for(lambda: program.shown_tab() == "About", "the next tab")
+        self.assert_exit_code(0, program.close())
+
 
 if __name__ == "__main__":
     harness.main(own_screens=True)

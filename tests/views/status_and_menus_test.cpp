@@ -187,6 +187,14 @@ class Reading : public AskedScreen {
         return DefSubclassProc(window, message, wparam, lparam);
     }
     bool IsPainted() const { return !GetUpdateRect(button, nullptr, FALSE); }
+    // The key of the keyboard, whichever window has it.
+    static void HoldKey(WORD key, bool down) {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = key;
+        input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+        SendInput(1, &input, sizeof input);
+    }
     // As a reading does it, until `done` or Esc; whether it was Esc.
     bool ReadUntil(const std::function<bool()>& done) {
         constexpr int kEntries = 100'000'000;
@@ -211,12 +219,19 @@ TEST_F(Reading, PaintsAndHandlesEverythingElseAfterwards) {
     EXPECT_EQ((Lines{"Cmd_Backup Click", "Cmd_Backup Click", "Cmd_Backup Click"}), Happened());
 }
 
-TEST_F(Reading, IsStoppedByEscapeBehindOtherKeys) {
-    PressKey(button, VK_SPACE);
+TEST_F(Reading, IsStoppedByEscape) {
     PressKey(button, VK_ESCAPE);
     EXPECT_TRUE(ReadUntil([] { return false; }));
     EXPECT_EQ(Lines{}, window.happened);
     EXPECT_FALSE(program.desktop.PaintAndCheckEscape()) << "one key stops once";
+}
+
+TEST_F(Reading, IsStoppedByEscapeHeldDownBehindOtherKeys) {
+    PressKey(button, VK_SPACE);
+    HoldKey(VK_ESCAPE, true);
+    EXPECT_TRUE(ReadUntil([] { return false; }));
+    HoldKey(VK_ESCAPE, false);
+    EXPECT_EQ(Lines{}, window.happened);
 }
 
 }  // namespace

@@ -174,22 +174,27 @@ bool Win32Desktop::ServePainting() {
     return TakeEscape();
 }
 
-// Other keys go back into the queue in their order; they are handled after the reading.
+// Looks no further than the first other key that is pressed: taken out and posted again, it would
+// lose the state of Ctrl and Shift. Behind it Esc is seen while it is held down.
 bool Win32Desktop::TakeEscape() {
-    std::vector<MSG> others;
+    std::vector<MSG> others;  // releases, and characters of keys that were handled before
     bool escape = false;
+    bool waits = false;
     MSG message;
-    while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
-        if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
-            escape = true;
-        } else {
+    while (!waits && PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_NOREMOVE)) {
+        const bool is_press = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+        const bool is_escape = is_press && message.wParam == VK_ESCAPE;
+        waits = is_press && !is_escape;
+        if (!waits && PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE) &&
+            !is_escape) {
             others.push_back(message);
         }
+        escape = escape || is_escape;
     }
     for (const MSG& each : others) {
         PostMessageW(each.hwnd, each.message, each.wParam, each.lParam);
     }
-    return escape;
+    return escape || (waits && GetAsyncKeyState(VK_ESCAPE) < 0);
 }
 
 void Win32Desktop::ShowPointer(forms::Pointer pointer) {
