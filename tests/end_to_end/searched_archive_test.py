@@ -1,5 +1,5 @@
 """Archives with a damaged directory, in the real windows: the question, the search, its cancel, a restore."""
-import random
+import os
 
 import archives
 import harness
