@@ -71,7 +71,14 @@ void OpenEditor(Computer& computer) {
     window.Edit.Fld_INI.UserType(Replaced(text, "BackupFileName=WEEKLY", "BackupFileName=Monthly"));
 }
 
-void SaveInEditor(Computer& computer) { computer.window().Edit.Cmd_Save.UserPress(); }
+void SaveInEditor(Computer& computer) {
+    const EditTab& edit = computer.window().Edit;
+    computer.window().Edit.Cmd_Save.UserPress();
+    if (computer.Content(kSetPath) == computer.before[kSetPath]) {
+        EXPECT_TRUE(edit.Cmd_Save.Enabled());
+        EXPECT_FALSE(edit.SaveAccepted);
+    }
+}
 
 std::vector<std::string> EditedTexts() {
     std::string typed = SetText("Monthly", "C:\\BACKUPS\\");

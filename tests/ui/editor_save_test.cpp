@@ -334,36 +334,6 @@ TEST_F(ScratchSet, WhatWasLeftInTheScratchFileIsNoPartOfTheNextSave) {
 }
 
 // At every step of a save that fails, the set holds its old text or the new one, whole.
-class EditorSaveFaults : public EditorSave {};
-
-TEST_F(EditorSaveFaults, SetIsOldOrNewAfterAnyFailingCall) {
-    const std::string before = SetText({.name = "DAILY"});
-    const std::string after = SetText({.name = "EDITED"});
-    for (int at = 1;; ++at) {
-        PutSet("DAILY.INI", {.name = "DAILY"});
-        FaultyFileSystem faulty(machine.files());
-        platform::Machine failing = WithFiles(machine.machine(), faulty);
-        ScriptedDesktop its_desktop;
-        forms::Program its_program{failing, its_desktop, program.globals};
-        Frm_Mainmenu its_window(its_program);
-        EditDaily(its_window);
-        faulty.plan.Inject({.at = at, .from_then_on = true, .number = error_number::kDeviceIo});
-        its_window.Edit.Cmd_Save.UserPress();
-        const std::string text = Saved();
-        // After the new text has come, its values may still be written one by one.
-        const bool new_one = text.find("BackupFileName=EDITED\r\n") != std::string::npos &&
-                             text.size() >= after.size();
-        EXPECT_TRUE(text == before || new_one) << "call " << at << ":\n" << text;
-        if (text == before) {
-            EXPECT_TRUE(its_window.Edit.Cmd_Save.Enabled()) << "call " << at;
-            EXPECT_FALSE(its_window.Edit.SaveAccepted) << "call " << at;
-        }
-        if (faulty.plan.Fired() == 0) {
-            break;
-        }
-    }
-}
-
 TEST_F(EditorSave, GivenValidationComesBeforeTheLengthOfValues) {
     Open();
     PickAndType("DAILY.INI", SetText({.files = "C:\\" + std::string(300, 'X'), .time = "MAYBE"}));
