@@ -288,7 +288,7 @@ TEST(MatchChunk, FindsTheEndForRandomDataLevelsAndSizes) {
 TEST(MatchChunk, AcceptsNoBitThatBreaksTheStream) {
     const ThreeChunks chunks;
     for (std::size_t i = 0; i < 3; ++i) {
-        for (std::size_t at = i == 0 ? 0 : chunks.ends[i - 1]; at < chunks.ends[i]; ++at) {
+        for (std::size_t at = i == 0 ? 0 : chunks.ends[i - 1]; at < chunks.ends[i]; at += 7) {
             std::string damaged = chunks.packed;
             damaged[at] = static_cast<char>(damaged[at] ^ (1 << (at % 8)));
             // Some bits of a stream have no meaning.
