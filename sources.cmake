@@ -1,6 +1,5 @@
 # The one source list, room by room, for every compiler. Tests stand beside the room they test.
 set(COMMON_SOURCES
-    common/dated_folder.cpp
     common/display_text.cpp
     common/dos_mask.cpp
     common/error.cpp
@@ -183,7 +182,6 @@ set(TEST_SUPPORT_HOST_SOURCES
     tests/support/test_machine.cpp
     tests/support/test_services.cpp)
 set(COMMON_TESTS
-    tests/common/dated_folder_test.cpp
     tests/common/display_text_test.cpp
     tests/common/dos_mask_test.cpp
     tests/common/error_test.cpp

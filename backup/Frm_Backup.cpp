@@ -4,8 +4,8 @@
 
 #include "backupset/clsFiles.h"
 #include "backupset/clsINI.h"
-#include "common/dated_folder.h"
 #include "common/error.h"
+#include "common/file_name.h"
 #include "log/clsLog.h"
 #include "system/clsDrives.h"
 

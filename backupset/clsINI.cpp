@@ -2,8 +2,8 @@
 
 #include <iterator>
 
-#include "common/dated_folder.h"
 #include "common/error.h"
+#include "common/file_name.h"
 #include "common/path.h"
 #include "common/product.h"
 #include "common/utf.h"

@@ -1,5 +1,6 @@
 #include "common/file_name.h"
 
+#include <cstdio>
 #include <string>
 
 #include "common/utf.h"
@@ -7,6 +8,8 @@
 namespace vantrel {
 
 namespace {
+
+constexpr std::size_t kUnderscore = 8;  // its position in the name of a dated folder
 
 std::string UpperAscii(std::string_view text) {
     std::string upper(text);
@@ -58,6 +61,21 @@ bool IsValidFileName(std::string_view name) {
     return std::none_of(name.begin(), name.end(), IsForbiddenInName) &&
            name.find_first_of("\\/") == std::string_view::npos && !IsDeviceName(name) &&
            !utf::IsLongerThan(name, kMaxFileNameLength);
+}
+
+std::string DatedFolderName(int year, int month, int day, int hour, int minute, int second) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d%02d%02d_%02d%02d%02d", year, month, day, hour, minute,
+                  second);
+    return text;
+}
+
+bool IsDatedFolderName(std::string_view name) {
+    if (name.size() != kDatedFolderNameLength || name[kUnderscore] != '_') {
+        return false;
+    }
+    const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
+    return std::count_if(name.begin(), name.end(), is_digit) == kDatedFolderNameLength - 1;
 }
 
 }  // namespace vantrel

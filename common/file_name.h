@@ -1,9 +1,11 @@
-// The rules of Windows for names of files and folders, on any file system.
+// Names of files and folders: the rules of Windows, on any file system, and the names of dated
+// backups.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -37,5 +39,15 @@ bool IsDeviceName(std::string_view name);
 // UTF-16 units, no forbidden character and no slash, no device's name, no dot or space at the end.
 // UTF-8.
 bool IsValidFileName(std::string_view name);
+
+// Each dated backup has a folder of its own, named by the local time of its start:
+// "YYYYMMDD_HHNNSS".
+constexpr std::size_t kDatedFolderNameLength = 15;  // characters, all of them ASCII
+
+// Arguments as on a calendar and a 24-hour clock: month and day from 1, hour from 0.
+std::string DatedFolderName(int year, int month, int day, int hour, int minute, int second);
+
+// Whether `name` has the form of such a name; its digits may be no real date.
+bool IsDatedFolderName(std::string_view name);
 
 }  // namespace vantrel

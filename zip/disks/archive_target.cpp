@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "common/dated_folder.h"
+#include "common/file_name.h"
 #include "common/path.h"
 #include "zip/base/bytes.h"
 #include "zip/base/folders.h"
