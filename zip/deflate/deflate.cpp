@@ -39,6 +39,10 @@ class LibdeflateCompressor : public RawCompressor {
     std::size_t Bound(std::size_t size) override {
         return libdeflate_deflate_compress_bound(handle_.get(), size);
     }
+    std::uint8_t* Scratch(std::size_t size) override {
+        return is_tuned_ ? static_cast<std::uint8_t*>(vantrel_scratch(handle_.get(), size))
+                         : nullptr;
+    }
 
   private:
     bool is_tuned_;
@@ -111,9 +115,11 @@ struct Deflater::Verifier {
     std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor{
         libdeflate_alloc_decompressor(), libdeflate_free_decompressor};
     z_stream stream{};
-    Buffer output;
+    RawCompressor& compressor;
+    Buffer own_output;  // for a compressor without scratch memory
+    std::uint8_t* output = nullptr;
 
-    Verifier() {
+    explicit Verifier(RawCompressor& for_output) : compressor(for_output) {
         if (!decompressor || inflateInit2(&stream, -MAX_WBITS) != Z_OK) {
             throw std::bad_alloc();
         }
@@ -124,13 +130,13 @@ struct Deflater::Verifier {
 
     bool IsStreamOf(const std::uint8_t* in, std::size_t size, const std::uint8_t* packed,
                     std::size_t packed_size) {
-        output.Resize(size);
+        SetOutput(size);
         std::size_t used = 0;
         std::size_t made = 0;
         const auto result = libdeflate_deflate_decompress_ex(
-            decompressor.get(), packed, packed_size, output.data(), size, &used, &made);
+            decompressor.get(), packed, packed_size, output, size, &used, &made);
         return result == LIBDEFLATE_SUCCESS && used == packed_size && made == size &&
-               std::memcmp(output.data(), in, size) == 0;
+               std::memcmp(output, in, size) == 0;
     }
 
     // Decompresses block by block: zlib stops after each block and states how many bits of the last
@@ -152,9 +158,8 @@ struct Deflater::Verifier {
                 return std::nullopt;
             }
             const std::size_t made = size + 1 - stream.avail_out;
-            if (made > size ||
-                (made > compared &&
-                 std::memcmp(output.data() + compared, in + compared, made - compared) != 0)) {
+            if (made > size || (made > compared && std::memcmp(output + compared, in + compared,
+                                                               made - compared) != 0)) {
                 return std::nullopt;
             }
             compared = made;
@@ -185,19 +190,27 @@ struct Deflater::Verifier {
     }
 
   private:
+    void SetOutput(std::size_t size) {
+        output = compressor.Scratch(size);
+        if (output == nullptr) {
+            own_output.Resize(size);
+            output = own_output.data();
+        }
+    }
+
     void Prepare(std::size_t size, const std::uint8_t* packed, std::size_t packed_size) {
         // One byte more than needed, to detect too much output.
-        output.Resize(size + 1);
+        SetOutput(size + 1);
         inflateReset(&stream);
         stream.next_in = const_cast<Bytef*>(packed);
         stream.avail_in = static_cast<uInt>(packed_size);
-        stream.next_out = output.data();
+        stream.next_out = output;
         stream.avail_out = static_cast<uInt>(size + 1);
     }
 };
 
 Deflater::Deflater(std::unique_ptr<RawCompressor> compressor)
-    : compressor_(std::move(compressor)), verifier_(std::make_unique<Verifier>()) {}
+    : compressor_(std::move(compressor)), verifier_(std::make_unique<Verifier>(*compressor_)) {}
 
 Deflater::~Deflater() = default;
 

@@ -37,6 +37,9 @@ class RawCompressor {
     }
     // Capacity that always suffices for `size` bytes.
     virtual std::size_t Bound(std::size_t size) = 0;
+    // At least `size` bytes that the compressor itself uses only while it compresses; null when it
+    // has none. They save each thread memory for a complete chunk.
+    virtual std::uint8_t* Scratch(std::size_t /*size*/) { return nullptr; }
 };
 
 // The tuned level, in place of the library's level 7: a little slower, and 0.7 % smaller; small

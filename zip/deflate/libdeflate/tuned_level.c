@@ -63,7 +63,6 @@ static bool has_capacity(const struct tuned_state* t, const struct search* s, u3
 static u32 parse_window(struct tuned_state* t, struct search* s, const u8* in) {
     u32 units = 0;
 
-    s->window = in;
     s->found = t->candidates;
     while (in != s->in_end && has_capacity(t, s, units)) {
         struct deflate_freqs* const freqs = &t->spans[units].freqs;
@@ -81,11 +80,10 @@ static u32 parse_window(struct tuned_state* t, struct search* s, const u8* in) {
 }
 
 /*
- * Writes `span` as one block. `unit` is its first unit, which begins at `in`, `start` bytes into
- * its window.
+ * Writes `span` as one block. `unit` is its first unit, which begins at `in`.
  */
 static void write_span(struct libdeflate_compressor* c, struct deflate_output_bitstream* os,
-                       const u8* in, u32 start, const struct span* span, const struct unit* unit,
+                       const u8* in, const struct span* span, const struct unit* unit,
                        bool is_final) {
     struct tuned_state* const t = state_of(c);
     const struct unit* const units_end = unit + span->units;
@@ -99,10 +97,9 @@ static void write_span(struct libdeflate_compressor* c, struct deflate_output_bi
     for (; unit != units_end; unit++) {
         struct candidate* const end = t->candidates + unit->candidates_end;
 
-        mark_cheapest(t, next, unit->length, start, begin, end);
-        sequence = take_marked(c, next, unit->length, start, begin, end, sequence);
+        mark_cheapest(t, next, unit->length, begin, end);
+        sequence = take_marked(c, next, unit->length, begin, end, sequence);
         next += unit->length;
-        start += unit->length;
         begin = end;
     }
     deflate_flush_block(c, os, in, span->length, t->sequences, is_final);
@@ -113,16 +110,14 @@ static const u8* write_window(struct libdeflate_compressor* c, struct deflate_ou
                               const u8* in, const u8* in_end) {
     struct tuned_state* const t = state_of(c);
     const struct unit* unit = t->units;
-    u32 start = 0;
     u32 i = 0;
 
     do {
         const struct span* const span = &t->spans[i];
         const bool is_final = (size_t)(in_end - in) == span->length;
 
-        write_span(c, os, in, start, span, unit, is_final);
+        write_span(c, os, in, span, unit, is_final);
         in += span->length;
-        start += span->length;
         unit += span->units;
         i = span->next;
     } while (i != 0);
@@ -172,4 +167,8 @@ size_t vantrel_compress_after(struct libdeflate_compressor* c, size_t history, c
     packed = libdeflate_deflate_compress(c, in, size, out, capacity);
     state_of(c)->history = 0;
     return packed;
+}
+
+void* vantrel_scratch(struct libdeflate_compressor* c, size_t size) {
+    return size <= sizeof(state_of(c)->candidates) ? state_of(c)->candidates : NULL;
 }

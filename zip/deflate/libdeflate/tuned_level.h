@@ -25,6 +25,12 @@ static inline size_t vantrel_compress_after(struct libdeflate_compressor* compre
     return libdeflate_deflate_compress(compressor, in, size, out, capacity);
 }
 
+static inline void* vantrel_scratch(struct libdeflate_compressor* compressor, size_t size) {
+    (void)compressor;
+    (void)size;
+    return NULL;
+}
+
 #else
 
 #define VANTREL_TUNED_LEVEL_NAME "tuned level"
@@ -43,6 +49,12 @@ struct libdeflate_compressor* vantrel_alloc_tuned_compressor(void);
  */
 size_t vantrel_compress_after(struct libdeflate_compressor* compressor, size_t history,
                               const void* in, size_t size, void* out, size_t capacity);
+
+/*
+ * At least `size` bytes that the compressor itself uses only while it compresses. Returns NULL when
+ * it has fewer.
+ */
+void* vantrel_scratch(struct libdeflate_compressor* compressor, size_t size);
 
 #ifdef __cplusplus
 }
