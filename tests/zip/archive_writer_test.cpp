@@ -83,7 +83,7 @@ TEST_F(ArchiveWriter, OutputIsTheSameForAnyNumberOfThreads) {
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     const std::string alone = files.Content(options.archive);
     const std::vector<std::string> texts = events.Texts(MessageKind::kInformation);
-    for (const int threads : {2, 5, 16}) {
+    for (const int threads : {2, 5, 16, 32}) {
         events.messages.clear();
         options.threads = threads;
         ASSERT_EQ(Run(), RunOutcome::kComplete);

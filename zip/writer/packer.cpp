@@ -1,5 +1,6 @@
 #include "zip/writer/packer.h"
 
+#include <cstring>
 #include <utility>
 
 #include "common/path.h"
@@ -21,7 +22,7 @@ Packer::Packer(SourceFolder& reader, RunContext& channel, std::unique_ptr<Deflat
     }
 }
 
-PackedJob Packer::Pack(const Job& job, Buffer recycled) {
+PackedJob Packer::Pack(Job& job, Buffer recycled) {
     PackedJob packed;
     packed.bytes = std::move(recycled);
     packed.bytes.Clear();
@@ -42,12 +43,14 @@ Entry Packer::MakeEntry(const SourceItem& item) {
     return entry;
 }
 
-void Packer::PackBatch(const Job& job, PackedJob& packed) {
+void Packer::PackBatch(Job& job, PackedJob& packed) {
     packed.entries.reserve(job.items.size());
+    std::swap(input_, job.data);  // one buffer for files and chunks: fresh memory is slow
     for (const SourceItem& item : job.items) {
         channel_.CheckStop();
         packed.entries.push_back(CompressItem(item, packed.bytes));
     }
+    std::swap(input_, job.data);
 }
 
 PackedEntry Packer::CompressItem(const SourceItem& item, Buffer& bytes) {
@@ -107,30 +110,37 @@ void Packer::AppendEntry(PackedEntry& result, Buffer& bytes) {
     Entry& entry = result.entry;
     entry.crc = Crc32(input_.data(), input_.size());
     entry.size = input_.size();
-    const auto equal = earlier_ ? earlier_->FindEqual(input_, entry.crc) : std::nullopt;
-    result.reused = equal.has_value();
-    const PackedData data = equal ? *equal : CompressInput(result.path);
-    entry.method = data.method;
-    entry.packed_size = data.bytes.size();
     entry.offset = bytes.size();
     header_.clear();
     AppendLocalHeader(header_, entry);
     result.header_size = header_.size();
     bytes.Append(header_);
-    bytes.Append(data.bytes);
+    entry.method = AppendData(result, bytes);
+    entry.packed_size = bytes.size() - entry.offset - header_.size();
+    // Again, with method and size; its length is the same.
+    header_.clear();
+    AppendLocalHeader(header_, entry);
+    std::memcpy(bytes.data() + entry.offset, header_.data(), header_.size());
     result.stored = true;
 }
 
-// input_ or, when that is smaller, its compressed form in output_.
-PackedData Packer::CompressInput(const std::string& path) {
-    output_.Clear();
+// Appends the data of input_ as the earlier archive has it, or compressed when that is smaller.
+Method Packer::AppendData(PackedEntry& result, Buffer& bytes) {
+    const auto equal = earlier_ ? earlier_->FindEqual(input_, result.entry.crc) : std::nullopt;
+    result.reused = equal.has_value();
+    if (equal) {
+        bytes.Append(equal->bytes);
+        return equal->method;
+    }
     const bool worth_it = deflater_ && !sampler_.LooksIncompressible(input_.data(), input_.size());
     const bool smaller =
-        worth_it && RetryOrAsk(channel_, DescribeFailure(kNotCompressed, path), [&] {
-            return deflater_->Compress(input_.data(), input_.size(), output_);
+        worth_it && RetryOrAsk(channel_, DescribeFailure(kNotCompressed, result.path), [&] {
+            return deflater_->Compress(input_.data(), input_.size(), bytes);
         });
-    return smaller ? PackedData{Method::kDeflated, output_.View()}
-                   : PackedData{Method::kStored, input_.View()};
+    if (!smaller) {
+        bytes.Append(input_.View());
+    }
+    return smaller ? Method::kDeflated : Method::kStored;
 }
 
 void Packer::PackChunk(const Job& job, PackedJob& packed) {
@@ -145,14 +155,18 @@ void Packer::PackChunk(const Job& job, PackedJob& packed) {
         // decides whether 64-bit fields are needed.
         packed.entry.zip64_sizes = NeedsWideSizes(chunk.file_size, 0);
     }
+    packed.raw_size = job.ChunkSize();
+    packed.crc = Crc32(job.ChunkData(), job.ChunkSize());
+    packed.check = CombineCrc32(Crc32(job.data.data(), job.history), packed.crc, packed.raw_size);
+    if (!chunk.unreadable) {
+        AppendChunk(job, packed);
+    }
+}
+
+void Packer::AppendChunk(const Job& job, PackedJob& packed) {
+    const Chunk& chunk = *job.chunk;
     const std::uint8_t* const data = job.ChunkData();
     const std::size_t size = job.ChunkSize();
-    packed.raw_size = size;
-    packed.crc = Crc32(data, size);
-    packed.check = CombineCrc32(Crc32(job.data.data(), job.history), packed.crc, size);
-    if (chunk.unreadable) {
-        return;
-    }
     packed.reused = chunk.earlier && earlier_ &&
                     earlier_->AppendEqualChunk(job, packed.check, channel_.Token(), packed.bytes);
     if (packed.reused) {

@@ -23,17 +23,19 @@ class Packer {
 
     // Returns the packed job. `recycled` becomes its `bytes`; the content is dropped. A file that
     // cannot be read is skipped with a warning; one that has grown above kChunkSize is deferred.
-    // Data that fails its verification is a question. Throws RunStopped.
-    PackedJob Pack(const Job& job, Buffer recycled);
+    // Data that fails its verification is a question. The data of the job is lost. Throws
+    // RunStopped.
+    PackedJob Pack(Job& job, Buffer recycled);
 
   private:
-    void PackBatch(const Job& job, PackedJob& packed);
+    void PackBatch(Job& job, PackedJob& packed);
     void PackChunk(const Job& job, PackedJob& packed);
+    void AppendChunk(const Job& job, PackedJob& packed);
     PackedEntry CompressItem(const SourceItem& item, Buffer& bytes);
     void PackFile(const SourceItem& item, PackedEntry& result, Buffer& bytes);
     bool ReadFile(PackedEntry& result);
     void AppendEntry(PackedEntry& result, Buffer& bytes);
-    PackedData CompressInput(const std::string& path);
+    Method AppendData(PackedEntry& result, Buffer& bytes);
     Entry MakeEntry(const SourceItem& item);
 
     SourceFolder& reader_;
@@ -42,9 +44,7 @@ class Packer {
     std::unique_ptr<EarlierData> earlier_;  // null when nothing is compressed
     Sampler sampler_;
 
-    // Buffers of the file in progress, kept because fresh memory is slow.
-    Buffer input_;
-    Buffer output_;
+    Buffer input_;  // the file in progress
     std::string header_;
 };
 
