@@ -266,6 +266,7 @@ set(ZIP_THREAD_TESTS
     tests/zip/earlier_chunks_test.cpp
     tests/zip/file_queue_test.cpp
     tests/zip/folder_queue_test.cpp
+    tests/zip/large_entries_test.cpp
     tests/zip/leftovers_test.cpp
     tests/zip/message_text_test.cpp
     tests/zip/no_question_test.cpp

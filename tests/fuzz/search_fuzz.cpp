@@ -21,7 +21,9 @@ constexpr std::uint64_t kFailedBytes = std::uint64_t{80} << 20;
 void CheckEntry(StringSource& source, const StoredEntry& entry) {
     std::uint32_t crc = 0;
     std::uint64_t size = 0;
-    vantrel::zip::EntryData(source).Read(entry, [&](const std::uint8_t* data, std::size_t count) {
+    vantrel::zip::HeldMemory memory(1);
+    vantrel::zip::EntryData reader(source, memory);
+    reader.Read(entry, [&](const std::uint8_t* data, std::size_t count) {
         crc = vantrel::zip::CombineCrc32(crc, vantrel::zip::Crc32(data, count), count);
         size += count;
     });

@@ -21,6 +21,7 @@ class Buffer {
     std::uint8_t* data() { return bytes_.get(); }
     const std::uint8_t* data() const { return bytes_.get(); }
     std::size_t size() const { return size_; }
+    std::size_t capacity() const { return capacity_; }
     bool empty() const { return size_ == 0; }
     std::string_view View() const { return {reinterpret_cast<const char*>(bytes_.get()), size_}; }
 

@@ -17,18 +17,11 @@ namespace vantrel::zip {
 
 namespace {
 
-// A thread holds up to kMaxHeld bytes while it restores large files.
-constexpr int kMaxThreads = 8;
 // Work for a file besides its bytes, in bytes that are decompressed in the same time: creating and
 // closing it (docs/performance.md).
 constexpr std::uint64_t kFileCost = 128 * 1024;
 // Entries planned before the other threads are notified: a few batches for each.
 constexpr std::size_t kPlannedAtOnce = 512;
-
-int ThreadCount(int wanted, platform::Process& process, std::size_t files) {
-    const int max = static_cast<int>(std::min<std::size_t>(files, kMaxThreads));
-    return std::clamp(wanted > 0 ? wanted : process.Processors(), 1, std::max(max, 1));
-}
 
 // Throws when the archive has other entries than those that were listed.
 void RequireListed(const Directory& directory, const std::vector<EntryName>* listed) {
@@ -40,36 +33,43 @@ void RequireListed(const Directory& directory, const std::vector<EntryName>* lis
     }
 }
 
+Directory ReadOnce(const platform::Machine& machine, const ExtractOptions& options,
+                   RunContext& channel) {
+    ArchiveReader source(machine.files, options.archive);
+    source.AskForDisks(machine.drives, [&channel](const ComponentMessage& failure) {
+        channel.AskRetryOrStop(failure);
+    });
+    const auto check_stop = [&channel](std::uint64_t) { channel.CheckStop(); };
+    Directory directory = options.search
+                              ? ReadDamagedDirectory(machine, source, check_stop)
+                              : ReadDirectory(source, &source, machine.code_page, machine.clock);
+    if (directory.entries.empty() && directory.lost.empty() && !directory.IsComplete()) {
+        throw Error(error_number::kDeviceIo, "", directory.trouble);
+    }
+    RequireListed(directory, options.listed);
+    return directory;
+}
+
+// Entries that cannot be restored completely become entries like the others.
+void AddLost(Directory& directory) {
+    for (const LostEntry& lost : directory.lost) {
+        directory.entries.Append(lost.entry);
+    }
+    directory.lost.clear();
+    directory.start = ~std::uint64_t{0};  // their data may end behind the archive
+}
+
 std::shared_ptr<const Directory> ReadDirectoryOrAsk(const platform::Machine& machine,
                                                     const ExtractOptions& options,
                                                     RunContext& channel) {
-    const auto read = [&] {
-        ArchiveReader source(machine.files, options.archive);
-        source.AskForDisks(machine.drives, [&channel](const ComponentMessage& failure) {
-            channel.AskRetryOrStop(failure);
-        });
-        Directory directory =
-            options.search
-                ? ReadDamagedDirectory(machine, source,
-                                       [&channel](std::uint64_t) { channel.CheckStop(); })
-                : ReadDirectory(source, &source, machine.code_page, machine.clock);
-        if (directory.entries.empty() && directory.lost.empty() && !directory.IsComplete()) {
-            throw Error(error_number::kDeviceIo, "", directory.trouble);
-        }
-        RequireListed(directory, options.listed);
-        return std::make_shared<Directory>(std::move(directory));
-    };
     if (options.searched) {
         return options.searched;
     }
-    const auto directory =
-        RetryOrAsk(channel, DescribeFailure("The archive cannot be read", options.archive), read);
+    const auto directory = std::make_shared<Directory>(
+        RetryOrAsk(channel, DescribeFailure("The archive cannot be read", options.archive),
+                   [&] { return ReadOnce(machine, options, channel); }));
     if (options.keep_broken) {
-        for (LostEntry& lost : directory->lost) {
-            directory->entries.Append(lost.entry);
-        }
-        directory->lost.clear();
-        directory->start = ~std::uint64_t{0};  // their data may end behind the archive
+        AddLost(*directory);
     }
     return directory;
 }
@@ -82,19 +82,25 @@ class Extractor {
 
     void Run() {
         ReportLost();
-        // If everything fits on the disk, files are restored before planning ends.
-        if (options_.verify_only) {
-            return VerifyFiles();
-        }
-        if (!run_.planner.IsInOrder() || !EverythingFits()) {
+        const bool fits = options_.verify_only || EverythingFits();
+        // Otherwise files are restored before planning ends.
+        if (!fits || !run_.planner.IsInOrder()) {
             run_.planner.PlanAll();
+        }
+        if (!fits) {
             RequireSpace();
         }
-        MakeDestination();
+        if (!options_.verify_only) {
+            MakeDestination();
+        }
         RestoreFiles();
         channel_.CheckStop();
         channel_.SetFinishing();
-        RestoreFolders();
+        if (options_.verify_only) {
+            run_.restored += run_.plan.folders.size();
+        } else {
+            RestoreFolders();
+        }
         channel_.RaiseLastEvent();
         if (!run_.directory.IsComplete() && !run_.directory.searched) {
             channel_.Fail(
@@ -103,13 +109,6 @@ class Extractor {
     }
 
   private:
-    void VerifyFiles() {
-        RestoreFiles();
-        channel_.CheckStop();
-        run_.restored += run_.plan.folders.size();
-        channel_.RaiseLastEvent();
-    }
-
     // What a search has found and cannot be restored.
     void ReportLost() {
         const Directory& directory = run_.directory;
@@ -119,11 +118,9 @@ class Extractor {
         }
         for (const LostEntry& lost : directory.lost) {
             ++run_.failed;
-            ComponentMessage message =
-                Warning(lost.entry.name, NotRestored(options_, lost.entry.name, lost.why),
-                        error_number::kDeviceIo);
-            message.left_out = true;
-            channel_.Report(std::move(message));
+            channel_.Report(LeftOutWarning(lost.entry.name,
+                                           NotRestored(options_, lost.entry.name, lost.why),
+                                           error_number::kDeviceIo));
         }
         if (directory.lost_unnamed > 0) {
             run_.failed += static_cast<std::int32_t>(
@@ -217,10 +214,7 @@ class Extractor {
     void RestoreFiles() {
         std::vector<std::jthread> others;
         channel_.FailOnError([&] {
-            // The disks of a set are inserted, and read, one after the other.
-            const int wanted = run_.directory.disks.IsSpanned() ? 1 : options_.threads;
-            for (int i = ThreadCount(wanted, machine_.process, run_.directory.entries.size());
-                 i > 1; --i) {
+            for (int i = run_.threads; i > 1; --i) {
                 others.emplace_back(
                     [this] { channel_.FailOnError([this] { ExtractWorker(run_).Work(); }); });
             }

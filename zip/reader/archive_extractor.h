@@ -9,7 +9,8 @@
 //  2. One thread plans (extraction_plan.h): safe names, refusals, the order of the data. Planning
 //     needs no disk. Where the free space may not suffice, or the directory is not in the order of
 //     the data, the complete plan is made first and compared with the free space.
-//  3. Meanwhile up to 8 threads restore what is planned (extract_worker.h). Each takes files of one
+//  3. Meanwhile up to 32 threads restore what is planned (extract_worker.h). Each takes files of
+//  one
 //     folder from a queue (file_queue.h), because file creation is serialized per folder, reads and
 //     checks their data (entry_data.h), makes folders (target_folders.h) and writes the files
 //     (target_file.h). A spanned archive is read by one thread.
@@ -32,7 +33,7 @@ struct ExtractOptions {
     std::string archive;       // full path
     std::string destination;   // folder; made when it is missing
     std::string mask = "*.*";  // which files, by their own names; "*.*" is every entry
-    int threads = 0;           // 0: one for each processor
+    int threads = 0;           // at most 32; 0: one for each processor
     // An archive with a damaged directory is searched (archive_search.h); unsearched, the entries
     // before the damage are restored, and the run fails.
     bool search = false;

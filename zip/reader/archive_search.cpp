@@ -31,7 +31,7 @@ class Search {
           progress_(progress),
           size_(source.Size()),
           scanner_(source, size_, [this] { progress_(done_); }),
-          probe_(source, size_, [this] { progress_(done_); }),
+          probe_(source, memory_, size_, [this] { progress_(done_); }),
           found_(probe_, size_) {}
 
     void Run(Directory& directory) {
@@ -122,6 +122,7 @@ class Search {
     const std::uint64_t size_;
     std::uint64_t done_ = 0;
     RecordScanner scanner_;
+    HeldMemory memory_{1};
     EntryProbe probe_;
     FoundEntries found_;
     std::uint64_t locals_ = 0;

@@ -3,6 +3,7 @@
 #include <libdeflate.h>
 
 #include <algorithm>
+#include <bit>
 #include <map>
 #include <new>
 #include <string_view>
@@ -14,7 +15,10 @@ namespace vantrel::zip {
 
 namespace {
 
-constexpr std::size_t kUsualHeld = std::size_t{1} << 20;  // enough for most entries
+// Bytes of an entry, packed and unpacked ones together, for which each thread has memory of its
+// own.
+constexpr std::size_t kSmall = std::size_t{1} << 19;
+static_assert(kSmall >= kStreamChunk);
 
 [[noreturn]] void Damaged(const std::string& why) { throw Error(error_number::kDeviceIo, "", why); }
 
@@ -107,11 +111,39 @@ void EntryData::FreeDecompressor::operator()(libdeflate_decompressor* decompress
     libdeflate_free_decompressor(decompressor);
 }
 
-EntryData::EntryData(ByteSource& source)
-    : source_(source), decompressor_(libdeflate_alloc_decompressor()) {
+// Capacities are powers of two, so that a later entry is likely to find one of its size.
+HeldMemory::Loan HeldMemory::TryBorrow(std::size_t size) {
+    size = std::min(std::bit_ceil(size), kMaxHeld);
+    const std::lock_guard lock(mutex_);
+    auto found = std::find_if(free_.begin(), free_.end(),
+                              [size](const auto& one) { return one->capacity() == size; });
+    if (found == free_.end()) {
+        for (; left_ < size && !free_.empty(); free_.pop_back()) {
+            left_ += free_.back()->capacity();
+        }
+        if (left_ < size) {
+            return {nullptr, {this}};
+        }
+        found = free_.insert(free_.end(), std::make_unique<Buffer>());
+        (*found)->Reserve(size);
+        left_ -= size;
+    }
+    Loan loan(found->release(), {this});
+    free_.erase(found);
+    return loan;
+}
+
+void HeldMemory::GiveBack::operator()(Buffer* buffer) const {
+    const std::lock_guard lock(memory->mutex_);
+    memory->free_.emplace_back(buffer);
+}
+
+EntryData::EntryData(ByteSource& source, HeldMemory& memory)
+    : source_(source), memory_(memory), decompressor_(libdeflate_alloc_decompressor()) {
     if (!decompressor_) {
         throw std::bad_alloc();
     }
+    held_.Reserve(kSmall);
 }
 
 void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
@@ -129,24 +161,16 @@ void EntryData::Prefetch(std::uint64_t offset, std::size_t count) {
     }
 }
 
-// Valid until the next call; reserves `unpacked` bytes at the start of held_.
-const std::uint8_t* EntryData::View(std::uint64_t offset, std::size_t count, std::size_t unpacked) {
+// These bytes of the archive, in the window or in `space`.
+const std::uint8_t* EntryData::View(std::uint64_t offset, std::size_t count, std::uint8_t* space) {
     if (offset >= window_at_ && offset - window_at_ <= window_.size() &&
         window_.size() - (offset - window_at_) >= count) {
-        ReserveHeld(unpacked);
         return window_.data() + (offset - window_at_);
     }
-    ReserveHeld(unpacked + count);
-    if (source_.ReadAt(offset, held_.data() + unpacked, count) != count) {
+    if (source_.ReadAt(offset, space, count) != count) {
         Damaged("the archive ends before its data");
     }
-    return held_.data() + unpacked;
-}
-
-// Reserves the maximum at once: untouched pages cost nothing, growing does.
-void EntryData::ReserveHeld(std::size_t count) {
-    held_.Clear();
-    held_.Reserve(count <= kUsualHeld ? kUsualHeld : std::max<std::size_t>(count, kMaxHeld + 1));
+    return space;
 }
 
 EntryData::DataLocation EntryData::FindData(const StoredEntry& entry) {
@@ -154,16 +178,17 @@ EntryData::DataLocation EntryData::FindData(const StoredEntry& entry) {
         return {entry.data_at, ""};
     }
     constexpr std::size_t kFixedSize = local_header::kFixedSize;
-    const std::string_view fixed(reinterpret_cast<const char*>(View(entry.offset, kFixedSize)),
-                                 kFixedSize);
+    const std::string_view fixed(
+        reinterpret_cast<const char*>(View(entry.offset, kFixedSize, held_.data())), kFixedSize);
     const auto header = ParseLocalHeader(fixed);
     if (!header) {
         Damaged("its local header is not where the directory says");
     }
     DataLocation data{0, NumbersThatDiffer(*header, entry)};
     const std::uint64_t name_at = entry.offset + kFixedSize;
-    const std::string_view name(reinterpret_cast<const char*>(View(name_at, header->name_length)),
-                                header->name_length);
+    const std::string_view name(
+        reinterpret_cast<const char*>(View(name_at, header->name_length, held_.data())),
+        header->name_length);
     if (name != entry.RawName()) {
         data.disagreement = "name";
     }
@@ -179,30 +204,46 @@ std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
     if (entry.method == Method::kStored && entry.size != entry.packed_size) {
         Damaged("its two sizes differ although it is stored");
     }
-    const bool held = entry.packed_size <= kMaxHeld && entry.size <= kMaxHeld - entry.packed_size;
-    if (held && !passes_damaged_ && entry.method != Method::kDeflated64) {
-        ReadUnsplit(entry, data_at, sink);
-    } else {
+    if (!TryHold(entry, data_at, sink)) {
         Stream(entry, data_at, sink);
     }
     return disagreement;
 }
 
-void EntryData::ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
+// False when the entry has to stream.
+bool EntryData::TryHold(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
+    if (passes_damaged_ || entry.method == Method::kDeflated64 || entry.packed_size >= kMaxHeld ||
+        entry.size >= kMaxHeld - entry.packed_size) {
+        return false;
+    }
+    const auto needed = static_cast<std::size_t>(entry.packed_size + entry.size);
+    if (needed <= kSmall) {
+        ReadUnsplit(entry, data_at, held_.data(), sink);
+        return true;
+    }
+    const HeldMemory::Loan large = memory_.TryBorrow(needed);
+    if (large) {
+        ReadUnsplit(entry, data_at, large->data(), sink);
+    }
+    return large != nullptr;
+}
+
+// `space` is for the unpacked bytes, and the packed ones that are not in the window behind them.
+void EntryData::ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, std::uint8_t* space,
+                            const Sink& sink) {
     const auto size = static_cast<std::size_t>(entry.size);
     const auto packed_size = static_cast<std::size_t>(entry.packed_size);
-    // One byte more than needed, so that there is always a place to point to.
-    const std::size_t unpacked = entry.method == Method::kDeflated ? size + 1 : 0;
-    const std::uint8_t* data = View(data_at, packed_size, unpacked);
+    const std::size_t unpacked = entry.method == Method::kDeflated ? size : 0;
+    const std::uint8_t* data = View(data_at, packed_size, space + unpacked);
     if (entry.method == Method::kDeflated) {
         const auto result = libdeflate_deflate_decompress(decompressor_.get(), data, packed_size,
-                                                          held_.data(), size, nullptr);
+                                                          space, size, nullptr);
         if (result != LIBDEFLATE_SUCCESS) {
             Damaged(result == LIBDEFLATE_SHORT_OUTPUT         ? "it holds less data than stated"
                     : result == LIBDEFLATE_INSUFFICIENT_SPACE ? "it holds more data than stated"
                                                               : "its data is damaged");
         }
-        data = held_.data();
+        data = space;
     }
     if (Crc32(data, size) != entry.crc) {
         Damaged("its checksum is wrong");

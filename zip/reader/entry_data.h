@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <vector>
 
 #include "zip/base/bytes.h"
 #include "zip/records/record_parser.h"
@@ -15,9 +17,37 @@ struct libdeflate_decompressor;
 
 namespace vantrel::zip {
 
-// An entry of up to this many bytes, packed and unpacked ones together, is held in memory
-// completely; larger ones stream, which takes twice the time. The maximum that one thread holds.
-constexpr std::uint64_t kMaxHeld = std::uint64_t{32} << 20;
+// An entry of fewer bytes than these, packed and unpacked ones together, can be held in memory
+// completely; others stream, which takes twice the time.
+constexpr std::size_t kMaxHeld = std::size_t{28} << 20;
+
+// The memory in which all threads of an extraction together hold entries. Buffers are kept for
+// later entries, because touching fresh pages costs as much as holding an entry saves. May be used
+// by several threads at once.
+class HeldMemory {
+  public:
+    // Bytes, whatever the number of threads.
+    static constexpr std::size_t kLimit = std::size_t{64} << 20;
+    // What an EntryData has of its own, for small entries and for streams.
+    static constexpr std::size_t kOfEachThread = std::size_t{1} << 20;
+
+    explicit HeldMemory(int threads)
+        : left_(kLimit - static_cast<std::size_t>(threads) * kOfEachThread) {}
+
+    struct GiveBack {
+        HeldMemory* memory;
+        void operator()(Buffer* buffer) const;
+    };
+    using Loan = std::unique_ptr<Buffer, GiveBack>;
+    // A buffer with a capacity of `size` bytes, at most kMaxHeld; null while other threads hold too
+    // much.
+    Loan TryBorrow(std::size_t size);
+
+  private:
+    std::mutex mutex_;  // guards the members below
+    std::size_t left_;  // bytes in no buffer
+    std::vector<std::unique_ptr<Buffer>> free_;
+};
 
 // Why an entry's data cannot be read at all, by its flags and method ("it is encrypted"); "" when
 // it may be readable.
@@ -25,7 +55,8 @@ std::string UnreadableBecause(const StoredEntry& entry);
 
 class EntryData {
   public:
-    explicit EntryData(ByteSource& source);
+    // Both are borrowed.
+    EntryData(ByteSource& source, HeldMemory& memory);
     EntryData(const EntryData&) = delete;
     EntryData& operator=(const EntryData&) = delete;
 
@@ -39,8 +70,8 @@ class EntryData {
 
     // Passes all data of the entry to `sink`, in order; what `sink` throws is passed on. Raises 57
     // with a description for the user when data, size or CRC are not as the directory states, 52
-    // for an entry that UnreadableBecause refuses;
-    // stored or deflated data of up to kMaxHeld bytes has been checked before `sink` gets it.
+    // for an entry that UnreadableBecause refuses. An entry that is held in memory has been checked
+    // before `sink` gets it.
     // Returns how the local header disagrees with the directory, "" when it does not.
     std::string Read(const StoredEntry& entry, const Sink& sink);
 
@@ -53,17 +84,19 @@ class EntryData {
         std::string disagreement;
     };
 
-    const std::uint8_t* View(std::uint64_t offset, std::size_t count, std::size_t unpacked = 0);
-    void ReserveHeld(std::size_t count);
+    const std::uint8_t* View(std::uint64_t offset, std::size_t count, std::uint8_t* space);
     DataLocation FindData(const StoredEntry& entry);
-    void ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
+    bool TryHold(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
+    void ReadUnsplit(const StoredEntry& entry, std::uint64_t data_at, std::uint8_t* space,
+                     const Sink& sink);
     void Stream(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink);
 
     ByteSource& source_;
+    HeldMemory& memory_;
     std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor_;
     Buffer window_;  // of the archive, from window_at_ on
     std::uint64_t window_at_ = 0;
-    Buffer held_;      // unpacked bytes, then packed ones that are not in the window
+    Buffer held_;      // a small entry, or the packed bytes of one step of a stream
     Buffer unpacked_;  // of one step of a stream
     bool passes_damaged_ = false;
 };

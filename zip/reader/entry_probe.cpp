@@ -61,11 +61,12 @@ std::optional<DescriptorNumbers> ReadDescriptor(std::string_view bytes,
 
 }  // namespace
 
-EntryProbe::EntryProbe(ByteSource& source, std::uint64_t size, std::function<void()> check_stop)
+EntryProbe::EntryProbe(ByteSource& source, HeldMemory& memory, std::uint64_t size,
+                       std::function<void()> check_stop)
     : source_(source),
       size_(size),
       check_stop_(check_stop),
-      data_(source),
+      data_(source, memory),
       scanner_(source, size, std::move(check_stop)) {}
 
 ProbeResult EntryProbe::Check(LocalRecord& record, bool lands) {

@@ -22,7 +22,8 @@ struct ProbeResult {
 class EntryProbe {
   public:
     // `size` is that of the archive. `check_stop` is called often, and may throw.
-    EntryProbe(ByteSource& source, std::uint64_t size, std::function<void()> check_stop);
+    EntryProbe(ByteSource& source, HeldMemory& memory, std::uint64_t size,
+               std::function<void()> check_stop);
 
     // Decompresses the data of `record` and compares it with the numbers of the header, or of the
     // descriptor that follows. Sizes that are unknown, or that one number contradicts, are found:

@@ -9,14 +9,25 @@
 #include "common/path.h"
 #include "zip/disks/disk_prompt.h"
 #include "zip/reader/entry_probe.h"
-#include "zip/reader/target_file.h"
 
 namespace vantrel::zip {
 
 namespace {
 
+constexpr int kMaxThreads = 32;
 // Added to the name of a file that is damaged.
 constexpr const char* kBrokenSuffix = ".damaged";
+
+int ThreadCount(const Directory& directory, const ExtractOptions& options,
+                platform::Process& process) {
+    if (directory.disks.IsSpanned()) {
+        return 1;  // its disks are inserted, and read, one after the other
+    }
+    const auto files =
+        static_cast<int>(std::min<std::size_t>(directory.entries.size(), kMaxThreads));
+    return std::clamp(options.threads > 0 ? options.threads : process.Processors(), 1,
+                      std::max(files, 1));
+}
 
 }  // namespace
 
@@ -33,6 +44,7 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
       channel(run),
       held(std::move(listed)),
       directory(*held),
+      threads(ThreadCount(directory, options, machine.process)),
       mask(machine.code_page.Fold(options.mask)),
       planner(directory, mask, machine.code_page,
               [this](ComponentMessage message) { channel.Report(std::move(message)); }),
@@ -43,15 +55,15 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
                   channel.Report(Warning(path, "A folder is restored as " + path +
                                                    ": its name is another folder's short name."));
               }),
-      queue(directory, plan, channel.Token()) {}
+      queue(directory, plan, channel.Token()),
+      memory(threads) {}
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
     ComponentMessage message =
-        NotRestoredWarning(directory, index, error.number(), error.description());
-    if (options.verify_only) {
-        message.text = NotRestored(options, directory.entries[index].name, error.description());
-    }
+        EntryWarning(directory, index, error.number(),
+                     NotRestored(options, directory.entries[index].name, error.description()));
+    message.left_out = true;
     channel.Report(std::move(message));
 }
 
@@ -74,7 +86,7 @@ ExtractWorker::ExtractWorker(Extraction& run)
     : run_(run),
       range_(run.queue.Join()),
       source_(run.machine.files, run.options.archive),
-      data_(source_) {
+      data_(source_, run.memory) {
     source_.AskOn(run.channel, run.directory, run.machine.clock);
 }
 
@@ -153,33 +165,36 @@ std::optional<StoredEntry> ExtractWorker::ByLocalHeader(const StoredEntry& entry
         empty.data_at = entry.offset + local_header::kFixedSize;
         return empty;
     }
+    auto record = ReadLocalRecord(entry);
+    const std::uint64_t size =
+        run_.directory.disks.IsSpanned() ? ~std::uint64_t{0} : source_.Size();
+    EntryProbe probe(source_, run_.memory, size, [this] { run_.channel.CheckStop(); });
+    if (!record || !probe.Check(*record, false).IsIntact()) {
+        return std::nullopt;
+    }
+    const StoredEntry& local = record->entry;
+    if (local.crc == entry.crc && local.size == entry.size &&
+        local.packed_size == entry.packed_size && UnreadableBecause(entry).empty()) {
+        return std::nullopt;  // they agree: something else has failed
+    }
+    StoredEntry described = entry;
+    described.method = local.method;
+    described.flags = local.flags;
+    described.crc = local.crc;
+    described.size = local.size;
+    described.packed_size = local.packed_size;
+    return described;
+}
+
+// Nothing when there is no local header with the entry's name.
+std::optional<LocalRecord> ExtractWorker::ReadLocalRecord(const StoredEntry& entry) {
     const std::string fixed = source_.Bytes(entry.offset, local_header::kFixedSize);
     if (!ParseLocalHeader(fixed)) {
         return std::nullopt;
     }
-    const std::string header = source_.Bytes(entry.offset, LocalHeaderLength(fixed));
-    auto record =
-        ParseLocalRecord(header, entry.offset, run_.machine.code_page, run_.machine.clock);
-    if (!record || record->entry.RawName() != entry.RawName()) {
-        return std::nullopt;
-    }
-    const std::uint64_t size =
-        run_.directory.disks.IsSpanned() ? ~std::uint64_t{0} : source_.Size();
-    EntryProbe probe(source_, size, [this] { run_.channel.CheckStop(); });
-    if (!probe.Check(*record, false).IsIntact()) {
-        return std::nullopt;
-    }
-    if (record->entry.crc == entry.crc && record->entry.size == entry.size &&
-        record->entry.packed_size == entry.packed_size && UnreadableBecause(entry).empty()) {
-        return std::nullopt;  // they agree: something else has failed
-    }
-    StoredEntry described = entry;
-    described.method = record->entry.method;
-    described.flags = record->entry.flags;
-    described.crc = record->entry.crc;
-    described.size = record->entry.size;
-    described.packed_size = record->entry.packed_size;
-    return described;
+    auto record = ParseLocalRecord(source_.Bytes(entry.offset, LocalHeaderLength(fixed)),
+                                   entry.offset, run_.machine.code_page, run_.machine.clock);
+    return record && record->entry.RawName() == entry.RawName() ? std::move(record) : std::nullopt;
 }
 
 void ExtractWorker::Count(std::uint64_t written, std::uint64_t size) {
@@ -203,17 +218,12 @@ void ExtractWorker::VerifyOnce(const PlannedFile& planned, const StoredEntry& en
 
 // Writes what can be read of a damaged file, unless that is nothing.
 void ExtractWorker::KeepBroken(const PlannedFile& planned) {
-    const path::Halves path = path::Split(planned.path);
     std::optional<TargetFile> target;
-    EntryData data(source_);
+    EntryData data(source_, run_.memory);
     data.PassDamaged();
     const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
         run_.channel.CheckStop();
-        if (!target) {
-            EnterFolder(path.folder);
-            target.emplace(run_.machine, *folder_, folder_path_,
-                           std::string(path.name) + kBrokenSuffix, run_.options.archive);
-        }
+        Open(target, planned.path + kBrokenSuffix);
         target->Write(bytes, count);
     };
     const StoredEntry& entry = planned.entry;
@@ -234,25 +244,17 @@ void ExtractWorker::KeepBroken(const PlannedFile& planned) {
 
 void ExtractWorker::RestoreOnce(const PlannedFile& planned, const StoredEntry& entry) {
     std::optional<TargetFile> target;
-    const auto open = [&] {
-        if (!target) {
-            const path::Halves path = path::Split(planned.path);
-            EnterFolder(path.folder);
-            target.emplace(run_.machine, *folder_, folder_path_, std::string(path.name),
-                           run_.options.archive);
-        }
-    };
     std::uint64_t written = 0;
     const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
         run_.channel.CheckStop();
-        open();
+        Open(target, planned.path);
         target->Write(bytes, count);
         written += count;
         Count(written, entry.size);
     };
     // std::ref: a copy of `put` would be allocated for each file.
     const std::string disagreement = data_.Read(entry, std::ref(put));
-    open();
+    Open(target, planned.path);
     target->Commit(entry.times, entry.attributes);
     ReportRestored(planned, target->Path(), disagreement);
 }
@@ -266,6 +268,15 @@ void ExtractWorker::EnterFolder(std::string_view name) {
     }
     if (!folder_) {
         folder_ = run_.machine.files.OpenFolder(folder_path_);
+    }
+}
+
+void ExtractWorker::Open(std::optional<TargetFile>& target, std::string_view path) {
+    if (!target) {
+        const path::Halves halves = path::Split(path);
+        EnterFolder(halves.folder);
+        target.emplace(run_.machine, *folder_, folder_path_, std::string(halves.name),
+                       run_.options.archive);
     }
 }
 

@@ -18,6 +18,7 @@
 #include "zip/reader/entry_data.h"
 #include "zip/reader/extraction_plan.h"
 #include "zip/reader/file_queue.h"
+#include "zip/reader/target_file.h"
 #include "zip/reader/target_folders.h"
 #include "zip/records/directory_reader.h"
 
@@ -37,11 +38,13 @@ struct Extraction {
     RunContext& channel;
     const std::shared_ptr<const Directory> held;
     const Directory& directory;
+    const int threads;
     const DosMask mask;
     ExtractionPlanner planner;
     const ExtractionPlan& plan;
     FolderMaker folders;
     FileQueue queue;
+    HeldMemory memory;
     std::atomic<std::uint64_t> restored{0};
     std::atomic<std::int32_t> failed{0};  // besides those of the plan
 
@@ -76,11 +79,14 @@ class ExtractWorker {
     void RestoreOnce(const PlannedFile& planned, const StoredEntry& entry);
     void VerifyOnce(const PlannedFile& planned, const StoredEntry& entry);
     std::optional<StoredEntry> ByLocalHeader(const StoredEntry& entry);
+    std::optional<LocalRecord> ReadLocalRecord(const StoredEntry& entry);
     void KeepBroken(const PlannedFile& planned);
     void Count(std::uint64_t written, std::uint64_t size);
     // Makes the folder unless it exists, and opens it; at most for a batch, because an open folder
     // cannot be removed or renamed by others.
     void EnterFolder(std::string_view name);
+    // Opens the target with this path below the destination, unless it is open.
+    void Open(std::optional<TargetFile>& target, std::string_view path);
     void LeaveFolder() { folder_.reset(); }
     void ReportRestored(const PlannedFile& planned, const std::string& path,
                         const std::string& disagreement);

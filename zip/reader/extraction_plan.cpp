@@ -86,14 +86,6 @@ ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, i
         directory.entries[index].name, text, static_cast<std::int32_t>(directory.entries.size())};
 }
 
-ComponentMessage NotRestoredWarning(const Directory& directory, std::uint32_t index, int code,
-                                    const std::string& why) {
-    ComponentMessage message = EntryWarning(
-        directory, index, code, directory.entries[index].name + " is not restored: " + why + ".");
-    message.left_out = true;
-    return message;
-}
-
 ExtractionPlanner::ExtractionPlanner(const Directory& directory, const DosMask& mask,
                                      platform::CodePage& code_page, Report report)
     : directory_(directory),
@@ -283,7 +275,11 @@ void ExtractionPlanner::Warn(std::uint32_t index, const std::string& what) {
 }
 void ExtractionPlanner::Refuse(std::uint32_t index, const std::string& why) {
     ++plan_.failed;
-    report_(NotRestoredWarning(directory_, index, error_number::kBadFileName, why));
+    ComponentMessage message =
+        EntryWarning(directory_, index, error_number::kBadFileName,
+                     directory_.entries[index].name + " is not restored: " + why + ".");
+    message.left_out = true;
+    report_(std::move(message));
 }
 
 }  // namespace vantrel::zip

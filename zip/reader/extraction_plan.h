@@ -106,8 +106,5 @@ bool HasOverlaps(const Directory& directory);
 // A warning about entry `index` of the directory (numbered from 1 for the user).
 ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, int code,
                               const std::string& text);
-// The same for an entry that is not restored.
-ComponentMessage NotRestoredWarning(const Directory& directory, std::uint32_t index, int code,
-                                    const std::string& why);
 
 }  // namespace vantrel::zip

@@ -9,8 +9,9 @@ namespace vantrel::zip {
 namespace {
 
 // Small entries are read together, up to these limits: fewer reads, and still frequent checks for a
-// cancel.
-constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 20;
+// cancel. More bytes gain nothing (docs/performance.md) and take memory on each thread
+// (HeldMemory::kOfEachThread).
+constexpr std::uint64_t kBatchBytes = std::uint64_t{1} << 18;
 constexpr std::size_t kBatchEntries = 64;
 // Usual extra fields of a local header.
 constexpr std::uint64_t kExtraBytes = 512;
