@@ -304,6 +304,7 @@ set(ZIP_TESTS
     tests/zip/earlier_hostile_test.cpp
     tests/zip/entry_list_test.cpp
     tests/zip/entry_records_test.cpp
+    tests/zip/equal_files_test.cpp
     tests/zip/extraction_plan_test.cpp
     tests/zip/hostile_archives_test.cpp
     tests/zip/inflate64_test.cpp

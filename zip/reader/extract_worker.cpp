@@ -223,7 +223,7 @@ void ExtractWorker::KeepBroken(const PlannedFile& planned) {
     data.PassDamaged();
     const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
         run_.channel.CheckStop();
-        Open(target, planned.path + kBrokenSuffix);
+        Open(target, planned.path + kBrokenSuffix, planned.entry.size);
         target->Write(bytes, count);
     };
     const StoredEntry& entry = planned.entry;
@@ -247,14 +247,14 @@ void ExtractWorker::RestoreOnce(const PlannedFile& planned, const StoredEntry& e
     std::uint64_t written = 0;
     const auto put = [&](const std::uint8_t* bytes, std::size_t count) {
         run_.channel.CheckStop();
-        Open(target, planned.path);
+        Open(target, planned.path, entry.size);
         target->Write(bytes, count);
         written += count;
         Count(written, entry.size);
     };
     // std::ref: a copy of `put` would be allocated for each file.
     const std::string disagreement = data_.Read(entry, std::ref(put));
-    Open(target, planned.path);
+    Open(target, planned.path, entry.size);
     target->Commit(entry.times, entry.attributes);
     ReportRestored(planned, target->Path(), disagreement);
 }
@@ -271,12 +271,13 @@ void ExtractWorker::EnterFolder(std::string_view name) {
     }
 }
 
-void ExtractWorker::Open(std::optional<TargetFile>& target, std::string_view path) {
+void ExtractWorker::Open(std::optional<TargetFile>& target, std::string_view path,
+                         std::uint64_t size) {
     if (!target) {
         const path::Halves halves = path::Split(path);
         EnterFolder(halves.folder);
         target.emplace(run_.machine, *folder_, folder_path_, std::string(halves.name),
-                       run_.options.archive);
+                       run_.options.archive, size);
     }
 }
 

@@ -85,8 +85,8 @@ class ExtractWorker {
     // Makes the folder unless it exists, and opens it; at most for a batch, because an open folder
     // cannot be removed or renamed by others.
     void EnterFolder(std::string_view name);
-    // Opens the target with this path below the destination, unless it is open.
-    void Open(std::optional<TargetFile>& target, std::string_view path);
+    // Opens the target with this path below the destination, for `size` bytes, unless it is open.
+    void Open(std::optional<TargetFile>& target, std::string_view path, std::uint64_t size);
     void LeaveFolder() { folder_.reset(); }
     void ReportRestored(const PlannedFile& planned, const std::string& path,
                         const std::string& disagreement);
