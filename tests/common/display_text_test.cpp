@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 using namespace std::string_literals;
 
 namespace vantrel::test {
@@ -41,13 +44,19 @@ TEST(Counted, OneIsSingular) {
     EXPECT_EQ(Counted(~std::uint64_t{0}, "byte", "bytes"), "18446744073709551615 bytes");
 }
 
+using Rows = std::vector<std::pair<std::uint64_t, std::string>>;
+void ExpectInEnglish(std::string (*text)(std::uint64_t, const NumberFormat&), const Rows& rows) {
+    for (const auto& [value, expected] : rows) {
+        EXPECT_EQ(text(value, NumberFormat()), expected);
+    }
+}
+
 TEST(NumberText, HasGroupsOfThreeInEnglish) {
-    const NumberFormat english;
-    EXPECT_EQ(NumberText(0, english), "0");
-    EXPECT_EQ(NumberText(999, english), "999");
-    EXPECT_EQ(NumberText(1000, english), "1,000");
-    EXPECT_EQ(NumberText(16909, english), "16,909");
-    EXPECT_EQ(NumberText(18'446'744'073'709'551'615u, english), "18,446,744,073,709,551,615");
+    ExpectInEnglish(NumberText, {{0, "0"},
+                                 {999, "999"},
+                                 {1000, "1,000"},
+                                 {16909, "16,909"},
+                                 {18'446'744'073'709'551'615u, "18,446,744,073,709,551,615"}});
 }
 
 TEST(NumberText, HasTheGroupsOfTheRegion) {
@@ -62,22 +71,20 @@ TEST(NumberText, HasTheGroupsOfTheRegion) {
 }
 
 TEST(SizeText, HasOneDecimalBelowTen) {
-    const NumberFormat english;
-    EXPECT_EQ(SizeText(0, english), "0 bytes");
-    EXPECT_EQ(SizeText(1, english), "1 byte");
-    EXPECT_EQ(SizeText(1023, english), "1,023 bytes");
-    EXPECT_EQ(SizeText(1024, english), "1.0 KB");
-    EXPECT_EQ(SizeText(10188, english), "9.9 KB");
-    EXPECT_EQ(SizeText(10189, english), "10 KB");
-    EXPECT_EQ(SizeText(287ull << 20, english), "287 MB");
+    ExpectInEnglish(SizeText, {{0, "0 bytes"},
+                               {1, "1 byte"},
+                               {1023, "1,023 bytes"},
+                               {1024, "1.0 KB"},
+                               {10188, "9.9 KB"},
+                               {10189, "10 KB"},
+                               {287ull << 20, "287 MB"}});
     EXPECT_EQ(SizeText(5ull << 30, {",", ".", 3, 3}), "5,0 GB");
 }
 
 TEST(SizeText, RoundsUpToTheNextUnit) {
-    const NumberFormat english;
-    EXPECT_EQ(SizeText((1ull << 20) - 513, english), "1,023 KB");
-    EXPECT_EQ(SizeText((1ull << 20) - 512, english), "1.0 MB");
-    EXPECT_EQ(SizeText(~0ull, english), "16 EB");
+    ExpectInEnglish(
+        SizeText,
+        {{(1ull << 20) - 513, "1,023 KB"}, {(1ull << 20) - 512, "1.0 MB"}, {~0ull, "16 EB"}});
 }
 
 }  // namespace

@@ -27,6 +27,9 @@ MainStatus OfRestore(const RestoreStatus& restore) {
 }
 MainStatus OfEdit(const EditStatus& edit) { return {.tab = Tab::kEdit, .edit = edit}; }
 MainStatus OfLog(const LastRun& run) { return {.tab = Tab::kLog, .last_run = run}; }
+MainStatus OfRun(LastRun::Outcome outcome, const std::string& detail = "") {
+    return OfLog({.outcome = outcome, .name = "Backup A.INI", .when = "1/1", .detail = detail});
+}
 MainStatus OfSecure(const SecureStatus& secure) {
     return {.tab = Tab::kSecureData, .secure = secure};
 }
@@ -102,26 +105,13 @@ const StatusRow kStatusRows[] = {
      "DAILY.INI has unsaved changes. Press Save to keep them."},
 
     {"NoRun", OfLog({}), "The log has no backup or restore yet."},
-    {"Complete",
-     OfLog({.outcome = LastRun::Outcome::kComplete, .name = "Backup A.INI", .when = "1/1"}),
-     "Last run: Backup A.INI, 1/1: complete."},
-    {"FilesLeftOut",
-     OfLog({.outcome = LastRun::Outcome::kComplete,
-            .name = "Backup A.INI",
-            .when = "1/1",
-            .detail = "3 files not backed up"}),
+    {"Complete", OfRun(LastRun::Outcome::kComplete), "Last run: Backup A.INI, 1/1: complete."},
+    {"FilesLeftOut", OfRun(LastRun::Outcome::kComplete, "3 files not backed up"),
      "Last run: Backup A.INI, 1/1: 3 files not backed up."},
-    {"Cancelled",
-     OfLog({.outcome = LastRun::Outcome::kCancelled, .name = "Backup A.INI", .when = "1/1"}),
-     "Last run: Backup A.INI, 1/1: cancelled."},
-    {"Failed",
-     OfLog({.outcome = LastRun::Outcome::kFailed,
-            .name = "Backup A.INI",
-            .when = "1/1",
-            .detail = "Unable to locate E:\\"}),
+    {"Cancelled", OfRun(LastRun::Outcome::kCancelled), "Last run: Backup A.INI, 1/1: cancelled."},
+    {"Failed", OfRun(LastRun::Outcome::kFailed, "Unable to locate E:\\"),
      "Last run: Backup A.INI, 1/1: failed, Unable to locate E:\\."},
-    {"Unfinished",
-     OfLog({.outcome = LastRun::Outcome::kUnfinished, .name = "Backup A.INI", .when = "1/1"}),
+    {"Unfinished", OfRun(LastRun::Outcome::kUnfinished),
      "Last run: Backup A.INI, 1/1: not finished."},
 
     {"Reading", OfSecure({.drive = "D:\\", .is_reading = true}),
