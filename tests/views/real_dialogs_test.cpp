@@ -71,15 +71,9 @@ class RealDialogs : public RealProgram {
     static void ExpectFits(forms::Label& label, const std::wstring& text) {
         const HWND handle = HandleOf(label);
         const RECT area = ClientOf(handle);
-        RECT needed{0, 0, area.right, 0};
-        const HDC device = GetDC(handle);
-        const HGDIOBJ before =
-            SelectObject(device, reinterpret_cast<HFONT>(Send(handle, WM_GETFONT)));
-        DrawTextW(device, text.c_str(), -1, &needed, DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
-        SelectObject(device, before);
-        ReleaseDC(handle, device);
-        EXPECT_LE(needed.right, area.right) << label.name();
-        EXPECT_LE(needed.bottom, area.bottom) << label.name();
+        const SIZE needed = views::TextDevice(handle).SizeInLines(text, area.right);
+        EXPECT_LE(needed.cx, area.right) << label.name();
+        EXPECT_LE(needed.cy, area.bottom) << label.name();
     }
     static LONG WeightOf(forms::Label& label) {
         LOGFONTW font{};

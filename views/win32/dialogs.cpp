@@ -6,7 +6,6 @@
 #include <commdlg.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 #include "common/product.h"
@@ -58,6 +57,7 @@ class InputBox {
         layout_.Attach(window);
         font_ = WindowFont(static_cast<int>(GetDpiForWindow(window)));
         const SIZE inside = layout_.Apply(font_.get());
+        layout_.Resize(0, 0);
         SetTextOf(window, title_);
         SetTextOf(GetDlgItem(window, Frm_Input_Lbl_Prompt), prompt_);
         const HWND answer = GetDlgItem(window, Frm_Input_Fld_Answer);
@@ -86,34 +86,39 @@ class InputBox {
     std::string prompt_, title_, text_;
 };
 
-// Some systems measure the text of a message box less wide than they draw it, and clip its end.
-// While this lives, the next box that opens on this thread is widened where its text needs it.
-class BoxFitting {
+// While this lives, the next message box that opens on this thread gets the captions of its
+// buttons: Search for OK, Retry for Try Again. It is widened where its text needs it: some systems
+// measure the text less wide than they draw it, and clip its end.
+class OpeningBox {
   public:
-    BoxFitting() : hook_(SetWindowsHookExW(WH_CBT, Opening, nullptr, GetCurrentThreadId())) {}
-    ~BoxFitting() { UnhookWindowsHookEx(hook_); }
-    BoxFitting(const BoxFitting&) = delete;
-    BoxFitting& operator=(const BoxFitting&) = delete;
+    OpeningBox() : hook_(SetWindowsHookExW(WH_CBT, OnEvent, nullptr, GetCurrentThreadId())) {}
+    ~OpeningBox() { UnhookWindowsHookEx(hook_); }
+    OpeningBox(const OpeningBox&) = delete;
+    OpeningBox& operator=(const OpeningBox&) = delete;
 
   private:
-    static LRESULT CALLBACK Opening(int code, WPARAM wparam, LPARAM lparam) {
+    static LRESULT CALLBACK OnEvent(int code, WPARAM wparam, LPARAM lparam) {
         const auto box = reinterpret_cast<HWND>(wparam);
-        if (code == HCBT_ACTIVATE) {
-            if (const HWND text = GetDlgItem(box, kBoxText)) {
-                Fit(box, text);
-            }
+        const HWND text = code == HCBT_ACTIVATE ? GetDlgItem(box, kBoxText) : nullptr;
+        if (text) {
+            Fit(box, text);
+            RenameButtons(box);
         }
         return CallNextHookEx(nullptr, code, wparam, lparam);
+    }
+
+    // OK with Cancel is a search; a box with OK only has no other button.
+    static void RenameButtons(HWND box) {
+        if (GetDlgItem(box, IDCANCEL)) {
+            SetDlgItemTextW(box, IDOK, L"&Search");
+            SetDlgItemTextW(box, IDTRYAGAIN, L"&Retry");
+        }
     }
 
     static void Fit(HWND box, HWND text) {
         RECT inside{};
         GetClientRect(text, &inside);
-        const int slack = TextDevice(text).WidthOf(L"W");
-        int missing = 0;
-        while (missing < 4 * slack && !HasSpace(text, inside, missing, slack)) {
-            ++missing;
-        }
+        const int missing = MissingWidth(text, inside);
         if (missing == 0) {
             return;
         }
@@ -126,17 +131,19 @@ class BoxFitting {
         Move(nullptr, box, -missing / 2, missing);
     }
 
-    // Whether the text, in lines that end `slack` before the right edge, has all its lines in view.
-    static bool HasSpace(HWND text, const RECT& inside, int wider, int slack) {
-        const HDC device = GetDC(text);
-        const HGDIOBJ font_before =
-            SelectObject(device, reinterpret_cast<HGDIOBJ>(SendMessageW(text, WM_GETFONT, 0, 0)));
-        RECT needed{0, 0, inside.right + wider, 0};
-        DrawTextW(device, Wide(TextOf(text)).c_str(), -1, &needed,
-                  DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_CALCRECT);
-        SelectObject(device, font_before);
-        ReleaseDC(text, device);
-        return needed.bottom <= inside.bottom && needed.right + slack <= inside.right + wider;
+    // By how much the area must become wider so that all lines of the text are in it and end a
+    // letter's width before its right edge.
+    static int MissingWidth(HWND text, const RECT& inside) {
+        const TextDevice device(text);
+        const int slack = device.WidthOf(L"W");
+        const std::wstring words = Wide(TextOf(text));
+        for (int missing = 0; missing < 4 * slack; ++missing) {
+            const SIZE needed = device.SizeInLines(words, inside.right + missing);
+            if (needed.cy <= inside.bottom && needed.cx + slack <= inside.right + missing) {
+                return missing;
+            }
+        }
+        return 4 * slack;
     }
 
     static void Move(HWND parent, HWND window, int right, int wider) {
@@ -192,29 +199,6 @@ UINT StyleOf(const forms::Box& box) {
     return style;
 }
 
-// Renames buttons of message boxes of this thread: OK to Search, Try Again to Retry.
-class RenamedButtons {
-  public:
-    RenamedButtons() : hook_(SetWindowsHookExW(WH_CBT, &OnEvent, nullptr, GetCurrentThreadId())) {}
-    ~RenamedButtons() { UnhookWindowsHookEx(hook_); }
-    RenamedButtons(const RenamedButtons&) = delete;
-    RenamedButtons& operator=(const RenamedButtons&) = delete;
-
-  private:
-    static LRESULT CALLBACK OnEvent(int code, WPARAM wparam, LPARAM lparam) {
-        if (code == HCBT_ACTIVATE) {
-            const HWND box = reinterpret_cast<HWND>(wparam);
-            if (GetDlgItem(box, IDCANCEL) != nullptr) {
-                SetDlgItemTextW(box, IDOK, L"&Search");
-                SetDlgItemTextW(box, IDTRYAGAIN, L"&Retry");
-            }
-        }
-        return CallNextHookEx(nullptr, code, wparam, lparam);
-    }
-
-    HHOOK hook_;
-};
-
 Answer AnswerOf(Buttons buttons, int pressed) {
     if (buttons == Buttons::kSearchCancel) {
         return pressed == IDOK ? Answer::kSearch : Answer::kCancel;
@@ -244,11 +228,7 @@ Answer Win32Desktop::ShowBox(const forms::Box& box) {
     const std::wstring title = Wide(box.title.empty() ? product::kName : box.title);
     const HWND owner = BoxOwner();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));
-    const BoxFitting fitting;
-    std::optional<RenamedButtons> renamed;
-    if (box.buttons == Buttons::kSearchCancel || box.buttons == Buttons::kRetryContinueCancel) {
-        renamed.emplace();
-    }
+    const OpeningBox opening;
     return AnswerOf(box.buttons, MessageBoxW(owner, Wide(box.text).c_str(), title.c_str(), style));
 }
 

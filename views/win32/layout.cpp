@@ -102,7 +102,6 @@ SIZE Layout::Apply(HFONT font) {
                          MulDiv(units.x + units.width, base.x, 4),
                          MulDiv(units.y + units.height, base.y, 8)};
     }
-    Resize(0, 0);
     return {MulDiv(dialog_.width, base.x, 4), MulDiv(dialog_.height, base.y, 8)};
 }
 

@@ -19,8 +19,8 @@ class Layout {
 
     // Takes the children that the template has made in `dialog`; call it before adding others.
     void Attach(HWND dialog);
-    // Moves every child to its designed position and gives it `font`. Returns the designed size of
-    // the dialog's inside.
+    // Computes the designed positions for `font`, and gives it to every child. Returns the designed
+    // size of the dialog's inside. Resize moves the children.
     SIZE Apply(HFONT font);
     // Moves every child to its position in a dialog that is larger than designed by these pixels.
     void Resize(int extra_width, int extra_height) const;

@@ -51,6 +51,13 @@ int TextDevice::WidthOf(const std::wstring& text) const {
     return static_cast<int>(extent.cx);
 }
 
+SIZE TextDevice::SizeInLines(const std::wstring& text, int width) const {
+    RECT needed{0, 0, width, 0};
+    DrawTextW(device_, text.c_str(), -1, &needed,
+              DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX | DT_CALCRECT);
+    return {needed.right, needed.bottom};
+}
+
 int TextDevice::LineHeight() const {
     TEXTMETRICW metrics{};
     GetTextMetricsW(device_, &metrics);

@@ -27,6 +27,9 @@ class TextDevice {
 
     // Pixels.
     int WidthOf(const std::wstring& text) const;
+    // Of the text in lines that are broken between words to be at most `width` wide, as far as
+    // single words allow it.
+    SIZE SizeInLines(const std::wstring& text, int width) const;
     int LineHeight() const;
 
   private:

@@ -70,11 +70,7 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
         page.layout.Apply(font.get());
     }
     font_ = std::move(font);
-    for (const auto& binder : binders_) {
-        binder->Rescale(dpi);
-    }
-    LoadIcons();
-    tooltips_.SetWidth(MulDiv(kMaxTipWidth, dpi, USER_DEFAULT_SCREEN_DPI));
+    sizing_ = true;
     if (suggested && IsZoomed(window_)) {
         MoveTo(window_, AreaOf(*suggested));
     } else {
@@ -87,8 +83,13 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
         SetInsideSize(inside);
         SetInsideSize(inside);
     }
-    // The size may be the one that the window has already.
+    sizing_ = false;
     Arrange();
+    for (const auto& binder : binders_) {
+        binder->Rescale(dpi);
+    }
+    LoadIcons();
+    tooltips_.SetWidth(MulDiv(kMaxTipWidth, dpi, USER_DEFAULT_SCREEN_DPI));
     MarkSize();
     InvalidateRect(window_, nullptr, TRUE);
 }

@@ -243,7 +243,9 @@ INT_PTR WindowView::HandleForTop(UINT message, WPARAM wparam, LPARAM lparam) {
             if (wparam == SIZE_MINIMIZED) {
                 return TRUE;
             }
-            Arrange();
+            if (!sizing_) {
+                Arrange();
+            }
             TrackPlacement();
             if (form_->Visible()) {
                 Resized();

@@ -149,6 +149,7 @@ class WindowView : public forms::ControlView, public BinderWindow {
     SIZE designed_inside_{};  // pixels at dpi_
     SIZE extra_{};            // what the inside is larger than that
     forms::Area normal_{};    // the window while it is neither maximized nor minimized
+    bool sizing_ = false;     // the controls are moved once the window has its size
     bool shown_ = false;
     bool activation_posted_ = false;
     bool help_key_held_ = false;
