@@ -82,9 +82,9 @@ class Dialogs(unittest.TestCase):
         self.designed = dict(self.dialogs)
         shares = read_anchors()
         self.assertLess(70, len(shares))
-        # The pages of the main window and the windows of a run, larger in one way and in both.
+        # The windows that can be resized, larger in one way and in both.
         for name in [each for each in self.dialogs if
-                     re.fullmatch(r"Frm_Mainmenu(_\d)?|Frm_Backup|Frm_Restore", each)]:
+                     re.fullmatch(r"Frm_Mainmenu(_\d)?|Frm_(Backup|Restore)(Where)?", each)]:
             width, height, controls = self.dialogs[name]
             for wider, higher in ((101, 0), (0, 101), (333, 222), (1500, 900)):
                 self.dialogs[f"{name} +{wider} +{higher}"] = (

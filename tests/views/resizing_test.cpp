@@ -193,6 +193,17 @@ TEST_F(Resizing, UnattendedRunNeitherReadsNorWritesPlacements) {
     EXPECT_EQ(0, settings.writes);
 }
 
+TEST_F(Resizing, FoldersOfADialogTakeItsGrowth) {
+    WhereWindow dialog(program);
+    program.desktop.ShowModeless(dialog);
+    const RECT list = PlaceOf(dialog.Dir_DirList);
+    const RECT ok = PlaceOf(dialog.Cmd_Ok);
+    Enlarge(TopOf(dialog), 120, 80);
+    EXPECT_EQ("0 0 120 80", Moved(list, PlaceOf(dialog.Dir_DirList)));
+    EXPECT_EQ("120 80 120 80", Moved(ok, PlaceOf(dialog.Cmd_Ok)));
+    program.desktop.Unload(dialog);
+}
+
 TEST_F(Resizing, RunWindowIsResizedAndComesBackInThatSize) {
     const Run run(*this);
     RECT before{};

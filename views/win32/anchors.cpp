@@ -140,6 +140,18 @@ constexpr Line kLines[] = {
     {Frm_Restore_Lbl_LeftOut, kBottomWide},
     {Frm_Restore_Cmd_Ok, kBottomRight},
     {Frm_Restore_Cmd_Cancel, kBottomRight},
+    // Backup destination
+    {Frm_BackupWhere_Dri_DriveList, kWide},
+    {Frm_BackupWhere_Dir_DirList, kFill},
+    {Frm_BackupWhere_Cmd_NewFolder, kBottom},
+    {Frm_BackupWhere_Cmd_Ok, kBottomRight},
+    {Frm_BackupWhere_Cmd_Cancel, kBottomRight},
+    // Restore destination
+    {Frm_RestoreWhere_Dri_DriveList, kWide},
+    {Frm_RestoreWhere_Dir_DirList, kFill},
+    {Frm_RestoreWhere_Cmd_NewFolder, kBottom},
+    {Frm_RestoreWhere_Cmd_Ok, kBottomRight},
+    {Frm_RestoreWhere_Cmd_Cancel, kBottomRight},
 };
 
 }  // namespace
