@@ -59,37 +59,42 @@ void Frm_Backup::Form_Activate() {
     if (!problem.empty()) {
         throw Error(error_number::kBadFileName, name(), problem);
     }
-    const Target target = MakeTarget(set);
+    target_ = MakeTarget(set);
     if (!program().Unattended()) {
-        StartRun(ArchiveText(ArchiveState::kComplete, target.Path()));
+        StartRun(ArchiveText(ArchiveState::kComplete, target_.Path()));
     }
-    RunComponent(set, target);
+    RunComponent(set);
     messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);
-    Finish(target);
+    Finish();
     if (program().Unattended()) {
         program().desktop.Hide(*this);
     } else {
-        ShowEnd(target);
+        ShowEnd();
     }
 }
 
-void Frm_Backup::ShowEnd(const Target& target) {
+void Frm_Backup::ShowEnd() {
     ShowOutcome(cancelled_ ? "Backup Cancelled by User" : "Backup Complete");
     Lbl_BackingUp.SetVisible(false);
-    ShowSummary(EndOfRun(), ArchiveText(StateOf(target), target.Path()));
+    const ArchiveState state = cancelled_ ? EarlierArchive() : ArchiveState::kComplete;
+    ShowSummary(EndOfRun(), ArchiveText(state, target_.Path()));
 }
 
-// After a cancel the earlier archive is what it was. Of a spanned one the disk that is in the drive
-// may be any disk.
-ArchiveState Frm_Backup::StateOf(const Target& target) const {
-    if (!cancelled_) {
-        return ArchiveState::kComplete;
-    }
-    if (target.spanned) {
+void Frm_Backup::ShowFailure(const std::string& reason) {
+    program().desktop.Show(
+        {.text = reason + "\r\n\r\n" + ArchiveText(EarlierArchive(), target_.Path()),
+         .icon = forms::Icon::kCritical,
+         .title = "Backup"});
+}
+
+// The earlier archive is what it was. Of a spanned one the disk that is in the drive may be any
+// disk.
+ArchiveState Frm_Backup::EarlierArchive() const {
+    if (target_.spanned) {
         return ArchiveState::kIncomplete;
     }
-    return clsFiles(program()).Exist(target.Path(), true) ? ArchiveState::kEarlier
-                                                          : ArchiveState::kNone;
+    return clsFiles(program()).Exist(target_.Path(), true) ? ArchiveState::kEarlier
+                                                           : ArchiveState::kNone;
 }
 
 Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
@@ -101,13 +106,13 @@ Frm_Backup::Target Frm_Backup::MakeTarget(clsINI& set) const {
 }
 
 // The order of the properties is given. The action is the last; setting it runs the backup.
-void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
+void Frm_Backup::RunComponent(clsINI& set) {
     namespace id = zip::zip_id;
-    const bool multi_volume = target.spanned;
+    const bool multi_volume = target_.spanned;
     PKZIP.Set(id::kLevel, std::int16_t{9});
     PKZIP.Set(id::kMultiVolume, multi_volume ? id::kSpanVolumes : std::int32_t{0});
     PKZIP.Set(id::kSubFolders, set.BackupSubDirectories() == "ON");
-    program().globals.TextBuffer = target.Path();
+    program().globals.TextBuffer = target_.Path();
     PKZIP.Set(id::kArchive, program().globals.TextBuffer);
     LogRecord("Creating Backup File " + std::get<std::string>(PKZIP.Get(id::kArchive)));
     const bool low_space =
@@ -125,7 +130,7 @@ void Frm_Backup::RunComponent(clsINI& set, const Target& target) {
     PKZIP.Set(id::kAction, id::kActionAdd);
 }
 
-void Frm_Backup::Finish(const Target& target) {
+void Frm_Backup::Finish() {
     if (cancelled_) {
         LogRecord("Finished Backup " + set_name_);
         LogRecord("Cancelled by User");
@@ -134,8 +139,8 @@ void Frm_Backup::Finish(const Target& target) {
     }
     Cmd_Cancel.SetVisible(false);
     Cmd_Ok.SetVisible(true);
-    clsFiles(program()).WriteINI({{"RESTORE SOURCE", "RestoreFromDrive", target.folder},
-                                  {"RESTORE SOURCE", "RestoreFileName", target.file}},
+    clsFiles(program()).WriteINI({{"RESTORE SOURCE", "RestoreFromDrive", target_.folder},
+                                  {"RESTORE SOURCE", "RestoreFileName", target_.file}},
                                  SetPath());
     LogRecord("Finished Backup " + set_name_);
     LogRecord("Successful Backup");
@@ -151,7 +156,13 @@ void Frm_Backup::PKZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
 
 void Frm_Backup::PKZIP_FileProgress(std::int32_t& percent) { FileProgress(percent); }
 
-void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) { Message(message); }
+// The fatal stop that follows an error ends the program at once.
+void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) {
+    Message(message);
+    if (message.kind == zip::MessageKind::kError && !program().Unattended()) {
+        ShowFailure(message.text);
+    }
+}
 
 void Frm_Backup::PKZIP_FatalStop() {
     messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);

@@ -44,14 +44,17 @@ class Frm_Backup : public ProgressWindow {
         std::string Path() const { return folder + file; }
     };
     Target MakeTarget(clsINI& set) const;
-    void RunComponent(clsINI& set, const Target& target);
-    void Finish(const Target& target);
+    void RunComponent(clsINI& set);
+    void Finish();
     // What the user sees of the end, until OK.
-    void ShowEnd(const Target& target);
-    ArchiveState StateOf(const Target& target) const;
+    void ShowEnd();
+    void ShowFailure(const std::string& reason);
+    // What is on the disk after a cancel or a failure.
+    ArchiveState EarlierArchive() const;
     std::string SetPath() const;
 
     std::string set_name_;
+    Target target_;
     std::unique_ptr<zip::PKZIP> component_;
 };
 

@@ -138,6 +138,7 @@ void ProgressWindow::ShowOutcome(const std::string& text) {
     PB_File.SetValue(0);
     SetTaskProgress(kNoTaskProgress);
     Lst_Details.Clear();
+    Cmd_Ok.SetFocus();
 }
 
 void ComponentMessages::Handle(const zip::ComponentMessage& message) {

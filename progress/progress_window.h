@@ -89,7 +89,8 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     RunEnd EndOfRun() const;
     // Replaces the figures by the summary. `location`: as in StartRun.
     void ShowSummary(const RunEnd& end, const std::string& location);
-    // Shows the outcome, stops the animation, resets the bars and clears the list.
+    // Shows the outcome, stops the animation, resets the bars and clears the list. OK gets the
+    // keyboard.
     void ShowOutcome(const std::string& text);
 
     forms::Label path_label_;

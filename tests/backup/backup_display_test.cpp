@@ -212,6 +212,25 @@ TEST_F(BackupDisplay, CancelledRunOntoDisksClaimsNothingAboutTheDiskInTheDrive) 
     EXPECT_EQ(location, "No complete archive was made, earlier ones are unchanged: A:\\WEEKLY.zip");
 }
 
+// The fatal stop leaves no time for a summary.
+TEST_F(BackupDisplay, FailedRunShowsTheReasonAndWhatIsOnTheDiskBeforeTheFatalStop) {
+    machine.PutFile("C:\\Backups\\WEEKLY.zip", "earlier");
+    zip.action = [](RecordingZip& component) {
+        component.Say("Out of memory", zip::MessageKind::kError);
+        component.FatalStop();
+    };
+    EXPECT_THROW(Run({}), ProgramEnded);
+    ASSERT_EQ(desktop.boxes.size(), 1u);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "Out of memory\r\n\r\nEarlier archive, unchanged: C:\\Backups\\WEEKLY.zip");
+    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
+}
+
+TEST_F(BackupDisplay, KeyboardIsAtOkAtTheEnd) {
+    desktop.idle.push_back([this] { EXPECT_EQ(window->ActiveControl(), &window->Cmd_Ok); });
+    Run({});
+}
+
 TEST_F(BackupDisplay, UnattendedRunPaysNothingForIt) {
     Unattended("WEEKLY.INI");
     zip.action = [](RecordingZip& component) { EXPECT_FALSE(component.Figures); };
