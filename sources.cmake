@@ -250,7 +250,6 @@ set(VIEWS_WIN32_TESTS
     tests/views/accessibility_test.cpp
     tests/views/looks_test.cpp
     tests/views/menu_person.cpp
-    tests/views/modal_screen_test.cpp
     tests/views/poisoned_memory.cpp
     tests/views/real_dialogs_test.cpp
     tests/views/real_windows_test.cpp

@@ -100,6 +100,49 @@ TEST_F(RunLooks, WideLineTakesNoRowFromTheDetails) {
     EXPECT_EQ(before.bottom, ClientOf(HandleOf(window.Lst_Details)).bottom);
 }
 
+TEST_F(RunLooks, EmptyDetailsHaveNoFocusRectangle) {
+    const HWND list = HandleOf(window.Lst_Details);
+    const auto expect_plain = [&] {
+        Happened();
+        const RECT inside = ClientOf(list);
+        EXPECT_EQ(inside.right * inside.bottom, PixelsOf(list, inside, GetSysColor(COLOR_WINDOW)));
+    };
+    window.Cmd_Cancel.SetFocus();
+    Happened();
+    window.Lst_Details.SetFocus();
+    expect_plain();
+    window.Lst_Details.Add("Adding a.txt");
+    window.Lst_Details.SetIndex(0);
+    Happened();
+    window.Lst_Details.Clear();
+    expect_plain();
+}
+
+// Selecting scrolls, and a scrolled list is painted at once where painting is on.
+TEST_F(RunLooks, NewestDetailIsSelectedBeforeTheListIsPainted) {
+    static bool g_paints;
+    static Lines g_selected;
+    const auto note = [](HWND list, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
+                         DWORD_PTR) -> LRESULT {
+        if (message == WM_SETREDRAW) {
+            g_paints = wparam != 0;
+        } else if (message == LB_SETCURSEL && !g_paints) {
+            g_selected.push_back(std::to_string(wparam));
+        }
+        return DefSubclassProc(list, message, wparam, lparam);
+    };
+    g_paints = true;
+    g_selected.clear();
+    SetWindowSubclass(HandleOf(window.Lst_Details), note, 0, 0);
+    for (int i = 0; i < 50; ++i) {
+        window.Lst_Details.Add("Adding file " + std::to_string(i));
+    }
+    window.Lst_Details.SetIndex(49);
+    Happened();
+    RemoveWindowSubclass(HandleOf(window.Lst_Details), note, 0);
+    EXPECT_EQ(Lines{"49"}, g_selected);
+}
+
 // From the first to the last column that is not plain background.
 int PaintedWidth(HWND control) {
     const RECT inside = ClientOf(control);

@@ -7,6 +7,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -151,19 +152,36 @@ inline std::vector<std::string> ItemsOf(HWND list) {
     return items;
 }
 
-// Of the pixels of a part of `window`, how many have this colour.
-inline int PixelsOf(HWND window, const RECT& part, COLORREF color) {
+// The pixels of a part of `window`, row by row. One copy of all of them: each GetPixel would ask
+// the screen.
+inline std::vector<COLORREF> PixelsIn(HWND window, const RECT& part) {
+    const LONG width = part.right - part.left;
+    const LONG height = part.bottom - part.top;
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     const HDC device = GetDC(window);
-    int count = 0;
-    for (LONG y = part.top; y < part.bottom; ++y) {
-        for (LONG x = part.left; x < part.right; ++x) {
-            if (GetPixel(device, x, y) == color) {
-                ++count;
-            }
-        }
+    const HDC copy = CreateCompatibleDC(device);
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(copy, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ before = SelectObject(copy, bitmap);
+    BitBlt(copy, 0, 0, width, height, device, part.left, part.top, SRCCOPY);
+    GdiFlush();
+    std::vector<COLORREF> pixels;
+    const auto* const quads = static_cast<const RGBQUAD*>(bits);
+    for (LONG i = 0; i < width * height; ++i) {
+        pixels.push_back(RGB(quads[i].rgbRed, quads[i].rgbGreen, quads[i].rgbBlue));
     }
+    SelectObject(copy, before);
+    DeleteObject(bitmap);
+    DeleteDC(copy);
     ReleaseDC(window, device);
-    return count;
+    return pixels;
+}
+
+// How many of them have this colour.
+inline int PixelsOf(HWND window, const RECT& part, COLORREF color) {
+    const std::vector<COLORREF> pixels = PixelsIn(window, part);
+    return static_cast<int>(std::count(pixels.begin(), pixels.end(), color));
 }
 
 // A tree's items from top to bottom, as (level, item).

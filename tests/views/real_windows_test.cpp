@@ -226,15 +226,11 @@ class RealSplash : public RealProgram {
     // From the top to the bottom of the window, at `x`; the whole column is one blue darker or the
     // same as the one above.
     void ExpectGradientAt(int x) const {
-        const HDC device = GetDC(top);
-        const RECT inside = ClientOf(top);
         std::vector<int> blues;
-        for (LONG y = 0; y < inside.bottom; ++y) {
-            const COLORREF color = GetPixel(device, x, y);
-            EXPECT_EQ(0, GetRValue(color) | GetGValue(color)) << x << ", " << y;
+        for (const COLORREF color : PixelsIn(top, {x, 0, x + 1, ClientOf(top).bottom})) {
+            EXPECT_EQ(0, GetRValue(color) | GetGValue(color)) << x << ", " << blues.size();
             blues.push_back(GetBValue(color));
         }
-        ReleaseDC(top, device);
         EXPECT_TRUE(std::is_sorted(blues.rbegin(), blues.rend())) << x;
         EXPECT_EQ(255, blues.front()) << x;
         EXPECT_GE(11, blues.back()) << x;

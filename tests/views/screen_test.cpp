@@ -1,9 +1,9 @@
 // What only a screen has: what scrolls, what has the keyboard, what is shown when.
 #include <algorithm>
 
+#include "tests/views/modal_window.h"
 #include "tests/views/real_controls.h"
 #include "tests/views/win32_user.h"
-#include "tests/views/windows_under_test.h"
 
 namespace vantrel::test {
 
@@ -91,6 +91,22 @@ TEST_F(RunOnScreen, ClipIsSeenToMove) {
     const int before = background();
     static_cast<Win32User&>(*user).WaitUntil([&] { return background() != before; });
     EXPECT_TRUE(user->Playing(window.Ani_File));
+}
+
+TEST_F(RunOnScreen, ClipRestsOnItsFirstPicture) {
+    window.Ani_File.Open(program.InApplicationFolder("app\\System\\FileCopy.AVI"));
+    window.Ani_File.Stop();
+    const HWND clip = HandleOf(window.Ani_File);
+    const auto picture = [&] {
+        program.desktop.DoEvents();
+        return PixelsIn(clip, ClientOf(clip));
+    };
+    const auto first = picture();
+    window.Ani_File.Open(window.Ani_File.Path());
+    static_cast<Win32User&>(*user).WaitUntil([&] { return picture() != first; });
+    window.Ani_File.Stop();
+    EXPECT_EQ(first, picture());
+    EXPECT_LT(1000, std::count(first.begin(), first.end(), first.front()));
 }
 
 TEST_F(MainOnScreen, TextScrollsByLines) {
@@ -218,10 +234,7 @@ TEST_F(MainOnScreen, PictureIsPainted) {
     const HWND picture = HandleOf(window.Img_Set);
     program.desktop.DoEvents();
     const RECT all = ClientOf(picture);
-    const HDC device = GetDC(picture);
-    const COLORREF corner = GetPixel(device, all.right - 1, all.bottom - 1);
-    ReleaseDC(picture, device);
-    EXPECT_NE(CLR_INVALID, corner);
+    const COLORREF corner = PixelsIn(picture, all).back();
     EXPECT_LT(100, all.right * all.bottom - PixelsOf(picture, all, corner));
 }
 
@@ -232,6 +245,23 @@ TEST_F(MainOnScreen, ControlsThatTheDialogLacksAreAnError) {
     } lacking{program};
     EXPECT_EQ(380, ErrorOf([&] { program.desktop.Load(lacking); }));
     EXPECT_FALSE(lacking.Loaded());
+}
+
+TEST_F(ModalRun, OwnerStaysDisabledUntilTheRunHasEnded) {
+    const HWND owner = TopOf(window);
+    bool ran = false;
+    run_window.run = [&] {
+        EXPECT_FALSE(IsWindowEnabled(owner));
+        user->Click(run_window.Cmd_Ok);
+        EXPECT_FALSE(run_window.Visible());
+        program.desktop.DoEvents();
+        EXPECT_FALSE(IsWindowEnabled(owner));
+        ran = true;
+    };
+    ShowRun();
+    EXPECT_TRUE(ran);
+    EXPECT_TRUE(IsWindowEnabled(owner));
+    EXPECT_FALSE(run_window.Loaded());
 }
 
 }  // namespace

@@ -15,7 +15,6 @@ namespace vantrel::test {
 class Win32User : public ControlUser {
   public:
     Win32User();
-    ~Win32User() override;
     forms::Desktop& desktop() override { return desktop_; }
 
     void Click(forms::Control& control) override;
@@ -58,11 +57,7 @@ class Win32User : public ControlUser {
     POINT PlaceOf(HWND list, int index);
     SeenEntry LookAtEntry(forms::Control& entry);
 
-    // Records the answers of real clips to play messages, which cannot be queried later.
-    static LRESULT CALLBACK Overhear(int code, WPARAM wparam, LPARAM lparam);
-
     views::Win32Desktop desktop_;
-    HHOOK hook_;
     // Entries of pop-up menus, as they were when the menu was open last.
     std::map<int, SeenEntry> in_pop_ups_;
 };

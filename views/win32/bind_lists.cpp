@@ -112,16 +112,39 @@ class TextListBinder : public ListBinder {
     int removals_ = -1;
 };
 
-// A list of messages: they come by the thousand, and their long lines can be scrolled to.
+// A list of messages: they come by the thousand, and their long lines can be scrolled to. Empty, it
+// has no focus rectangle, which would look like an empty line.
 class WideListBinder : public TextListBinder {
   public:
-    using TextListBinder::TextListBinder;
+    WideListBinder(BinderWindow& window, forms::List& list, HWND handle, int id)
+        : TextListBinder(window, list, handle, id, kListBox) {
+        SetWindowSubclass(handle, PaintEmpty, 0, 0);
+    }
+    ~WideListBinder() override { RemoveWindowSubclass(handle(), PaintEmpty, 0); }
 
   protected:
     bool Defers(Aspect aspect) const override {
         return aspect == Aspect::kItems || aspect == Aspect::kSelection;
     }
     void Added(const std::wstring& text) override { WidenFor(text); }
+
+  private:
+    static LRESULT CALLBACK PaintEmpty(HWND list, UINT message, WPARAM wparam, LPARAM lparam,
+                                       UINT_PTR, DWORD_PTR) {
+        const bool paints = message == WM_PAINT || message == WM_SETFOCUS;
+        const bool is_empty = paints && SendMessageW(list, LB_GETCOUNT, 0, 0) == 0;
+        if (is_empty && message == WM_PAINT) {
+            PAINTSTRUCT paint{};
+            FillRect(BeginPaint(list, &paint), &paint.rcPaint, GetSysColorBrush(COLOR_WINDOW));
+            EndPaint(list, &paint);
+            return 0;
+        }
+        const LRESULT result = DefSubclassProc(list, message, wparam, lparam);
+        if (is_empty) {
+            InvalidateRect(list, nullptr, TRUE);
+        }
+        return result;
+    }
 };
 
 class DriveListBinder : public ListBinder {
@@ -181,7 +204,7 @@ OwnedBinder BindComboBox(BinderWindow& window, forms::ComboBox& combo, HWND hand
 }
 
 OwnedBinder BindListBox(BinderWindow& window, forms::ListBox& list, HWND handle, int id) {
-    return std::make_unique<WideListBinder>(window, list, handle, id, kListBox);
+    return std::make_unique<WideListBinder>(window, list, handle, id);
 }
 
 OwnedBinder BindDriveList(BinderWindow& window, forms::DriveList& list, HWND handle, int id) {

@@ -153,6 +153,8 @@ class AnimationBinder : public Binder {
             SendMessageW(handle(), ACM_PLAY, static_cast<WPARAM>(-1), MAKELPARAM(0, -1));
         } else {
             SendMessageW(handle(), ACM_STOP, 0, 0);
+            // It rests on its first picture, not on the one that was shown by chance.
+            SendMessageW(handle(), ACM_PLAY, 1, MAKELPARAM(0, 0));
         }
     }
 
