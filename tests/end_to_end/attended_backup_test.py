@@ -226,23 +226,21 @@ class RunsThatDoNotComplete(Attended):
         self.assertEqual("Successful Backup", self.pc.log.dated()[-1])
         self.leave(program)
 
-    def test_full_destination_cancelled_leaves_the_earlier_archive(self):
-        self.grow(40)
+    def assert_cancel_leaves_the_earlier_archive(self, question):
         program = self.open_set()
         self.start(program)
-        program.answer("Cancel", "full")
+        program.answer("Cancel", question)
         self.wait_for_outcome(program, "Backup Cancelled by User")
         self.leave(program)
         self.assert_cancelled()
 
+    def test_full_destination_cancelled_leaves_the_earlier_archive(self):
+        self.grow(40)
+        self.assert_cancel_leaves_the_earlier_archive("full")
+
     def test_write_protected_destination_asks_and_cancels(self):
         self.pc.make_read_only(self.destination)
-        program = self.open_set()
-        self.start(program)
-        program.answer("Cancel", "E:")
-        self.wait_for_outcome(program, "Backup Cancelled by User")
-        self.leave(program)
-        self.assert_cancelled()
+        self.assert_cancel_leaves_the_earlier_archive("E:")
 
     def test_nothing_to_back_up_asks_and_cancels(self):
         program = self.open_set(source="S:\\Documents\\empty\\*.*")

@@ -319,21 +319,21 @@ class BadInput(MainWindow):
         program.wait_for(lambda: program.text("Fld_BackupWhere") == "R:\\There\\", "the set")
         self.assertEqual("v:", program.selected("Dri_DriveList"))
         self.assertEqual(before, file.read_bytes())
+        self.assert_refused(program, "R:\\There\\")
+        self.assert_exit_code(0, program.close())
+
+    def assert_refused(self, program, missing):
         program.click("Cmd_Backup")
         self.assert_box(program.answer("OK"), "Backup",
-                        "Unable to continue with the Backup as R:\\There\\ does not appear to "
+                        f"Unable to continue with the Backup as {missing} does not appear to "
                         "exist.")
-        self.assert_exit_code(0, program.close())
 
     def test_destination_that_vanishes_before_the_press(self):
         (self.destination / "There").mkdir()
         program = self.open(BackupToDrive="E:\\There\\")
         program.wait_for(lambda: program.text("Fld_BackupWhere") == "E:\\There\\", "the set")
         (self.destination / "There").rmdir()
-        program.click("Cmd_Backup")
-        self.assert_box(program.answer("OK"), "Backup",
-                        "Unable to continue with the Backup as E:\\There\\ does not appear to "
-                        "exist.")
+        self.assert_refused(program, "E:\\There\\")
         self.assert_exit_code(0, program.close())
 
     def test_cdrom_is_not_refused_before_the_question(self):

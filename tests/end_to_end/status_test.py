@@ -151,15 +151,20 @@ class Menus(MainWindow):
 
 
 class LargeDrives(MainWindow):
-    def test_escape_stops_the_reading_and_the_folders_read_so_far_stay(self):
+    def read(self, parents, children):
+        """Shows the folders of a drive with so many of them; it is being read."""
         drive = self.pc.drive("t")
-        for parent in range(100):
-            for child in range(300):
+        for parent in range(parents):
+            for child in range(children):
                 (drive / f"{parent:03}" / f"{child:03}").mkdir(parents=True)
         program = window.Attended(self.pc)
         program.show_tab("Secure Data")
         program.wait_for(lambda: program.visible("TV_SecureMode"), "the tree")
         program.choose("Dri_SecureMode", "t:")
+        return program
+
+    def test_escape_stops_the_reading_and_the_folders_read_so_far_stay(self):
+        program = self.read(100, 300)
         program.wait_for(lambda: program.visible("SSP_PleaseWait"), "the reading")
         self.assertEqual("Reading the folders of T:\\. Press Esc to stop.", program.status())
         program.keys("Esc", None)
@@ -171,14 +176,7 @@ class LargeDrives(MainWindow):
         self.assert_exit_code(0, program.close())
 
     def test_keys_pressed_during_the_reading_are_handled_afterwards_with_ctrl(self):
-        drive = self.pc.drive("t")
-        for parent in range(60):
-            for child in range(60):
-                (drive / f"{parent:03}" / f"{child:03}").mkdir(parents=True)
-        program = window.Attended(self.pc)
-        program.show_tab("Secure Data")
-        program.wait_for(lambda: program.visible("TV_SecureMode"), "the tree")
-        program.choose("Dri_SecureMode", "t:")
+        program = self.read(60, 60)
         program.keys("Ctrl+Tab")
         program.wait_for(lambda: program.shown_tab() == "About", "the next tab")
         self.assert_exit_code(0, program.close())

@@ -2,26 +2,21 @@
 
 #include <algorithm>
 
-#include "backupset/clsINI.h"
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
 constexpr const char* kUnstorable = "C:\\\xE6\x96\x87";  // a Chinese character
 
-class BackupLists : public ProgramFixture {
+class BackupLists : public MainWindowFixture {
   protected:
     BackupLists() {
         MakeSourceAndDestination();
         PutSet("ALL.INI", {});
     }
-    void Open() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-    }
+    void Open() { LoadWindow(); }
     void Select(const std::string& name) {
         Tab().Cmb_BackupSet.SetText(name);
         Tab().Cmd_Change.Press();
@@ -40,11 +35,6 @@ class BackupLists : public ProgramFixture {
         EXPECT_NE(found, names.end()) << name;
         return static_cast<int>(found - names.begin());
     }
-    std::string StoredSource(const std::string& name) {
-        clsINI set(program);
-        set.Read_INI("C:\\Vantrel\\" + name);
-        return set.BackupFiles();
-    }
     std::vector<std::string> Told() {
         std::vector<std::string> texts;
         for (const forms::Box& box : desktop.boxes) {
@@ -52,7 +42,6 @@ class BackupLists : public ProgramFixture {
         }
         return texts;
     }
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 TEST_F(BackupLists, OpeningAFolderThatIsGoneIsToldAndThePathStays) {

@@ -1,30 +1,17 @@
-#include "backupset/clsINI.h"
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
 #include "tests/support/redraw_watch.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
-class BackupTabTest : public ProgramFixture {
+class BackupTabTest : public MainWindowFixture {
   protected:
     BackupTabTest() { MakeSourceAndDestination(); }
 
-    Frm_Mainmenu& Open() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-        return *window;
-    }
+    void Open() { LoadWindow(); }
     BackupTab& Tab() { return window->Backup; }
     void Select(const std::string& name) { Tab().Cmb_BackupSet.SetText(name); }
-    std::string StoredSource(const std::string& name) {
-        clsINI set(program);
-        set.Read_INI("C:\\Vantrel\\" + name);
-        return set.BackupFiles();
-    }
-
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 TEST_F(BackupTabTest, SelectingASetShowsItsFourValues) {
@@ -203,20 +190,14 @@ TEST_F(BackupTabTest, SetWithoutASourceIsGivenNoneByBeingShown) {
     EXPECT_EQ(StoredSource("EMPTY.INI"), "");
 }
 
-TEST_F(BackupTabTest, ChoosingAFolderWritesItWithTheMaskShown) {
+TEST_F(BackupTabTest, ChoosingAFolderWritesItWithTheMaskShownAndARootDoublesNoBackslash) {
     PutSet("DOCS.INI", {.files = "C:\\Data\\*.DOC"});
     Open();
     Select("DOCS.INI");
     Tab().Dir_DirList.SetPath("C:\\Data\\Sub");
     EXPECT_EQ(StoredSource("DOCS.INI"), "C:\\Data\\Sub\\*.DOC");
-}
-
-TEST_F(BackupTabTest, ChoosingARootDoublesNoBackslash) {
-    PutSet("ALL.INI", {});
-    Open();
-    Select("ALL.INI");
     Tab().Dir_DirList.SetPath("C:\\");
-    EXPECT_EQ(StoredSource("ALL.INI"), "C:\\*.*");
+    EXPECT_EQ(StoredSource("DOCS.INI"), "C:\\*.DOC");
 }
 
 TEST_F(BackupTabTest, ChoosingAFolderWithNoSetSelectedWritesNothing) {

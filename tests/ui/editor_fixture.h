@@ -8,36 +8,26 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/program_fixture.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 
-class EditorFixture : public ProgramFixture {
+class EditorFixture : public MainWindowFixture {
   protected:
     EditorFixture() { MakeSourceAndDestination(); }
 
     // With the INI Edit tab in front.
     EditTab& Open() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
+        LoadWindow();
         window->TAB_Backup.SetTab(2);
         return window->Edit;
     }
     EditTab& Tab() { return window->Edit; }
-    static std::string PathOf(const std::string& name) { return "C:\\Vantrel\\" + name; }
 
     std::vector<std::string> Listed() const {
         std::vector<std::string> names;
         for (int i = 0; i < window->Edit.Fil_INI.Count(); ++i) {
             names.push_back(window->Edit.Fil_INI.Item(i));
-        }
-        return names;
-    }
-    static std::vector<std::string> EntriesOf(const forms::ComboBox& combo) {
-        std::vector<std::string> names;
-        for (int i = 0; i < combo.Count(); ++i) {
-            names.push_back(combo.Item(i));
         }
         return names;
     }
@@ -61,8 +51,6 @@ class EditorFixture : public ProgramFixture {
         Pick(name);
         window->Edit.Fld_INI.UserType(text);
     }
-
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 }  // namespace vantrel::test

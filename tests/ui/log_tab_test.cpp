@@ -1,7 +1,6 @@
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
 #include "tests/support/redraw_watch.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
@@ -9,19 +8,15 @@ namespace {
 constexpr const char* kLog = "C:\\Vantrel\\Vantrel.Log";
 const std::string kHint = "The Vantrel Log File is being limited to a File Size of 50K.";
 
-class LogTabTest : public ProgramFixture {
+class LogTabTest : public MainWindowFixture {
   protected:
-    LogTabTest() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-    }
+    LogTabTest() { LoadWindow(); }
     LogTab& Tab() { return window->Log; }
     std::string HintFor(std::size_t bytes) {
         machine.PutFile(kLog, std::string(bytes, 'x'));
         Tab().Cmd_Refresh.UserPress();
         return Tab().Lbl_LogHint.Caption();
     }
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 TEST_F(LogTabTest, ShowingTheTabShowsTheWholeLogAsItStands) {

@@ -2,7 +2,6 @@
 // the editor.
 #include <tuple>
 
-#include "backupset/clsINI.h"
 #include "tests/support/matchers.h"
 #include "tests/ui/editor_fixture.h"
 
@@ -13,17 +12,7 @@ namespace {
 
 class LongSources : public EditorFixture {
   protected:
-    void OpenWindow() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-    }
-    BackupTab& Backup() { return window->Backup; }
     void Select(const std::string& name) { Backup().Cmb_BackupSet.SetText(name); }
-    std::string StoredSource(const std::string& name) {
-        clsINI set(program);
-        set.Read_INI(PathOf(name));
-        return set.BackupFiles();
-    }
     static std::string LongFolder(std::size_t bytes) {
         const std::string parent = "C:\\" + std::string(120, 'A');
         return parent + "\\" + std::string(bytes - parent.size() - 1, 'B');
@@ -36,7 +25,7 @@ TEST_F(LongSources, ChosenFolderWhoseSourceIsTooLongIsRefusedAndNotStored) {
     machine.MakeFolders(fits);
     machine.MakeFolders(too_long);
     PutSet("DAILY.INI", {});
-    OpenWindow();
+    LoadWindow();
     Select("DAILY.INI");
     Backup().Cmd_Change.UserPress();
     Backup().Dir_DirList.SetPath(fits);
@@ -54,7 +43,7 @@ TEST_F(LongSources, AreShownAsReadAndNeverWrittenBack) {
     machine.MakeFolders(cut);
     const std::string source = cut + "\\" + std::string(100, 'D') + "\\*.*";
     PutSet("DAILY.INI", {.files = source});
-    OpenWindow();
+    LoadWindow();
     Select("DAILY.INI");
     window->TAB_Backup.SetTab(1);
     window->TAB_Backup.SetTab(0);
@@ -68,7 +57,7 @@ TEST_F(LongSources, CutMaskIsNotWrittenIntoTheSetThatIsSelectedNext) {
     machine.MakeFolders("C:\\Notes");
     PutSet("DAILY.INI", {.files = "C:\\Data\\*." + std::string(300, 'D')});
     PutSet("NOTES.INI", {.files = "C:\\Notes\\*.TXT"});
-    OpenWindow();
+    LoadWindow();
     Select("DAILY.INI");
     Select("NOTES.INI");
     EXPECT_EQ(StoredSource("NOTES.INI"), "C:\\Notes\\*.TXT");
@@ -81,7 +70,7 @@ TEST_F(LongSources, MaskShownBeforeThatMakesTheNextSourceTooLongLeavesTheNextSet
     machine.MakeFolders(long_folder);
     PutSet("DAILY.INI", {.files = "C:\\Data\\" + std::string(20, 'D') + ".TXT"});
     PutSet("NOTES.INI", {.files = long_folder + "\\*.TXT"});
-    OpenWindow();
+    LoadWindow();
     Select("DAILY.INI");
     Select("NOTES.INI");
     EXPECT_EQ(StoredSource("NOTES.INI"), long_folder + "\\*.TXT");

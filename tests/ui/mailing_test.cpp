@@ -2,8 +2,7 @@
 
 #include "common/product.h"
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
@@ -12,20 +11,15 @@ constexpr const char* kLog = "C:\\Vantrel\\Vantrel.Log";
 constexpr const char* kLastMonth = "C:\\Vantrel\\Vantrel.Bak";
 const std::string kAddress = product::kSupportAddress;
 
-class MailingTest : public ProgramFixture {
+class MailingTest : public MainWindowFixture {
   protected:
-    MailingTest() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-    }
+    MailingTest() { LoadWindow(); }
     void MailTheLog() {
         desktop.answers = {forms::Answer::kYes};
         window->Log.Cmd_Email.UserPress();
     }
     void Contact() { window->About.Cmd_ContactUs.UserPress(); }
     const std::vector<std::string>& Happened() const { return machine.mail.happened; }
-
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 class MailTheLogTest : public MailingTest {};

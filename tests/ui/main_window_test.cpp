@@ -1,28 +1,15 @@
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
-class MainWindow : public ProgramFixture {
+class MainWindow : public MainWindowFixture {
   protected:
     MainWindow() { MakeSourceAndDestination(); }
-    Frm_Mainmenu& Open() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-        return *window;
-    }
-    std::vector<std::string> Sets() const {
-        std::vector<std::string> names;
-        const auto& list = window->Backup.Cmb_BackupSet;
-        for (int i = 0; i < list.Count(); ++i) {
-            names.push_back(list.Item(i));
-        }
-        return names;
-    }
+    Frm_Mainmenu& Open() { return LoadWindow(); }
+    std::vector<std::string> Sets() { return EntriesOf(Backup().Cmb_BackupSet); }
     static constexpr const char* kRemembered = "Startup/INI File";
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 TEST_F(MainWindow, CaptionIsTheExecutablesBaseName) {
@@ -76,25 +63,13 @@ TEST_F(MainWindow, RememberedSetIsSelectedAndShown) {
     EXPECT_EQ(window->Backup.Dir_DirList.Path(), "C:\\Data");
 }
 
-TEST_F(MainWindow, RememberedNameInOtherCaseSelectsNothing) {
+TEST_F(MainWindow, RememberedNameInOtherCaseGoneOrEmptySelectsNothing) {
     PutSet("Daily.ini", {});
-    machine.settings.values[kRemembered] = "DAILY.INI";
-    Open();
-    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
-}
-
-TEST_F(MainWindow, RememberedNameThatIsGoneSelectsNothing) {
-    PutSet("Daily.ini", {});
-    machine.settings.values[kRemembered] = "Gone.ini";
-    Open();
-    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
-}
-
-TEST_F(MainWindow, StoredEmptyNameSelectsNothing) {
-    PutSet("Daily.ini", {});
-    machine.settings.values[kRemembered] = "";
-    Open();
-    EXPECT_EQ(window->Backup.Cmb_BackupSet.Index(), -1);
+    for (const char* name : {"DAILY.INI", "Gone.ini", ""}) {
+        machine.settings.values[kRemembered] = name;
+        Open();
+        EXPECT_EQ(Backup().Cmb_BackupSet.Index(), -1) << name;
+    }
 }
 
 TEST_F(MainWindow, NothingRememberedSelectsNothing) {

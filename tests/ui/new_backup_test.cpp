@@ -6,18 +6,13 @@ namespace {
 
 class NewBackup : public EditorFixture {
   protected:
-    void OpenWindow() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-    }
     void Type(const std::string& name) {
         if (!window) {
-            OpenWindow();
+            LoadWindow();
         }
         desktop.inputs = {name};
         window->Backup.Cmd_AddNew.UserPress();
     }
-    BackupTab& Backup() { return window->Backup; }
     void ExpectBadName(const std::string& name) {
         Type(name);
         ASSERT_EQ(desktop.boxes.size(), 1u) << name;
@@ -91,7 +86,7 @@ TEST_F(NewBackup, SelectionShowsWhatTheFileSays) {
 
 // The summary shown before the selection is not what the file says; both are meant.
 TEST_F(NewBackup, SummaryBeforeTheSelectionIsAnotherAndTheListsStandAtTheRoot) {
-    OpenWindow();
+    LoadWindow();
     Backup().Dir_DirList.SetPath("C:\\Data");
     std::vector<std::string> seen;
     Backup().Cmb_BackupSet.Click = [&] {
@@ -104,7 +99,7 @@ TEST_F(NewBackup, SummaryBeforeTheSelectionIsAnotherAndTheListsStandAtTheRoot) {
 
 TEST_F(NewBackup, SetThatWasSelectedBeforeKeepsItsSource) {
     PutSet("DAILY.INI", {});
-    OpenWindow();
+    LoadWindow();
     Backup().Cmb_BackupSet.SetText("DAILY.INI");
     Type("Weekly");
     EXPECT_EQ(machine.Content(PathOf("DAILY.INI")), SetText({}));
@@ -123,7 +118,7 @@ TEST_F(NewBackup, NameOfAnExistingFileInOtherCaseIsRefusedAndThatSetSelected) {
 }
 
 TEST_F(NewBackup, FileThatCameAfterTheListsWereFilledIsRefusedInOneBoxAndNotSelected) {
-    OpenWindow();
+    LoadWindow();
     PutSet("Late.INI", {.name = "LATE"});
     Type("Late");
     ASSERT_EQ(desktop.boxes.size(), 1u);
@@ -209,7 +204,7 @@ TEST_F(NewBackup, DeletedSetCanBeMadeAgain) {
 
 TEST_F(NewBackup, SetThatCannotBeMadeIsInNoListAndTheShownOneStays) {
     PutSet("DAILY.INI", {});
-    OpenWindow();
+    LoadWindow();
     Backup().Cmb_BackupSet.SetText("DAILY.INI");
     for (int i = 0; i < 1000; ++i) {  // where the file would be written first
         const std::string number = i == 0 ? "" : std::to_string(i);

@@ -6,8 +6,7 @@
 #include "tests/support/error_of.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
@@ -19,20 +18,25 @@ constexpr const char* kList = "C:\\Vantrel\\Vantrel.Cfg";
 constexpr const char* kDamaged = "Input past end of file: C:\\Vantrel\\Vantrel.Cfg";
 constexpr int kTab = 4;
 
-class SecureTabTest : public ProgramFixture {
+class SecureTabTest : public MainWindowFixture {
   protected:
     SecureTabTest() {
         machine.MakeFolders("C:\\Data\\Sub");
         machine.MakeFolders("C:\\WINDOWS\\TEMP");
     }
 
-    Frm_Mainmenu& Load() {
-        window = std::make_unique<Frm_Mainmenu>(program);
-        desktop.Load(*window);
-        return *window;
-    }
-    void Open() { Load().TAB_Backup.SetTab(kTab); }
+    void Open() { LoadWindow().TAB_Backup.SetTab(kTab); }
     SecureTab& Tab() { return window->Secure; }
+    // The only box is this error; the tree is shown again.
+    void ExpectErrorBesideTheTree(const std::string& text) {
+        ASSERT_EQ(desktop.boxes.size(), 1u);
+        EXPECT_EQ(desktop.boxes[0].text, text);
+        EXPECT_EQ(desktop.boxes[0].icon, Icon::kCritical);
+        EXPECT_EQ(desktop.boxes[0].title, "Error");
+        EXPECT_TRUE(Tab().TV_SecureMode.Visible());
+        EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
+        EXPECT_EQ(desktop.pointer, Pointer::kDefault);
+    }
     std::vector<std::string> Tags() {
         std::vector<std::string> tags;
         for (int i = 1; i <= Tab().TV_SecureMode.Count(); ++i) {
@@ -51,8 +55,6 @@ class SecureTabTest : public ProgramFixture {
         return Tab().TV_SecureMode.At(Tab().TV_SecureMode.Selected()).selected_image;
     }
     std::vector<std::string> Entries() { return clsCfg(program).ReturnProtected(); }
-
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 // What the screen shows of the tab at the moment when a control changes.
@@ -73,7 +75,7 @@ struct Moments : forms::ControlView {
 };
 
 TEST_F(SecureTabTest, LoadWritesTheHelpTextAndLoadsNoFolder) {
-    Load();
+    LoadWindow();
     EXPECT_EQ(Tab().Fld_SecureData.Text().substr(0, 52),
               "When restoring files, the User MUST be sure that the");
     EXPECT_TRUE(Tab().Fld_SecureData.ReadOnly());
@@ -115,7 +117,7 @@ TEST_F(SecureTabTest, EnteringKeepsAListThatIsThere) {
 }
 
 TEST_F(SecureTabTest, ListThatCannotBeMadeIsShownAsAnErrorAndNoTreeIsLoaded) {
-    Load();
+    LoadWindow();
     machine.process.application_folder = "C:\\Gone";
     window->TAB_Backup.SetTab(kTab);
     ASSERT_EQ(desktop.boxes.size(), 1u);
@@ -164,7 +166,7 @@ TEST_F(SecureTabTest, ChoosingAnEmptyRemovableDriveClearsTheTreeWithoutAMessage)
 }
 
 TEST_F(SecureTabTest, WhileLoadingThePanelStandsInForTheTree) {
-    Load();
+    LoadWindow();
     Moments moments(Tab(), desktop);
     window->TAB_Backup.SetTab(kTab);
     EXPECT_TRUE(moments.waiting);
@@ -203,13 +205,7 @@ TEST_F(SecureTabTest, ListThatVanishedIsShownAsAnErrorAndTheTreeComesBack) {
     Open();
     machine.files().RemoveFile(kList);
     Tab().Dri_SecureMode.UserChoose(1);
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, ErrorText(error_number::kFileNotFound));
-    EXPECT_EQ(desktop.boxes[0].icon, Icon::kCritical);
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
-    EXPECT_TRUE(Tab().TV_SecureMode.Visible());
-    EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
-    EXPECT_EQ(desktop.pointer, Pointer::kDefault);
+    ExpectErrorBesideTheTree(ErrorText(error_number::kFileNotFound));
 }
 
 TEST_F(SecureTabTest, MenuOfAnOrdinaryFolderOffersOnlyToAdd) {
@@ -344,14 +340,8 @@ class SecureTabWithDamagedList : public SecureTabTest,
 TEST_P(SecureTabWithDamagedList, EnteringShowsTheErrorAndKeepsTheList) {
     machine.PutFile(kList, GetParam().text);
     Open();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, kDamaged);
-    EXPECT_EQ(desktop.boxes[0].icon, Icon::kCritical);
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectErrorBesideTheTree(kDamaged);
     EXPECT_EQ(machine.Content(kList), GetParam().text);
-    EXPECT_TRUE(Tab().TV_SecureMode.Visible());
-    EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
-    EXPECT_EQ(desktop.pointer, Pointer::kDefault);
 }
 
 TEST_P(SecureTabWithDamagedList, MenuHandlersTrapNothingAndKeepTheList) {

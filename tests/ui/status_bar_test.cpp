@@ -2,13 +2,12 @@
 // the way from a fresh installation to the first backup.
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
-#include "ui/Frm_Mainmenu.h"
+#include "tests/ui/main_window_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
-class StatusBarTest : public ProgramFixture {
+class StatusBarTest : public MainWindowFixture {
   protected:
     StatusBarTest() { MakeSourceAndDestination(); }
 
@@ -19,8 +18,6 @@ class StatusBarTest : public ProgramFixture {
     }
     std::string Status() const { return window->Sta_Mainmenu.Caption(); }
     BackupTab& Tab() { return window->Backup; }
-
-    std::unique_ptr<Frm_Mainmenu> window;
 };
 
 TEST_F(StatusBarTest, NoteNamesTheGuide) {
