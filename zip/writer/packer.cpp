@@ -10,6 +10,10 @@ namespace vantrel::zip {
 namespace {
 
 constexpr const char* kNotCompressed = "A file could not be compressed";
+// Capacities of the buffers of a thread, from the start: untouched pages cost nothing, and growing
+// leaves gaps between the blocks of the heap.
+constexpr std::size_t kInputCapacity = kHistory + kChunkSize + 1;
+constexpr std::size_t kOutputCapacity = 2 * kChunkSize + kChunkSize / 4;
 
 }  // namespace
 
@@ -26,6 +30,8 @@ PackedJob Packer::Pack(Job& job, Buffer recycled) {
     PackedJob packed;
     packed.bytes = std::move(recycled);
     packed.bytes.Clear();
+    packed.bytes.Reserve(kOutputCapacity);
+    job.data.Reserve(kInputCapacity);
     if (job.chunk) {
         PackChunk(job, packed);
     } else {
