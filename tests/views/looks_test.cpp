@@ -63,6 +63,7 @@ TEST_F(MainLooks, OnlyTheButtonWithTheKeyboardLooksLikeTheDefault) {
 TEST_F(MainLooks, ButtonOfAnotherPageDoesNotKeepTheLook) {
     window.Cmd_Backup.SetFocus();
     Happened();
+    ASSERT_EQ(Lines{"&Backup Now"}, MarkedButtons());
     window.TAB_Backup.SetTab(MainWindow::kLog);
     Happened();
     window.TAB_Backup.SetTab(MainWindow::kBackup);
@@ -73,6 +74,7 @@ TEST_F(MainLooks, ButtonOfAnotherPageDoesNotKeepTheLook) {
 TEST_F(MainLooks, WindowBehindADialogHasNoDefaultButton) {
     window.Cmd_AddNew.SetFocus();
     Happened();
+    ASSERT_EQ(Lines{"New Backup"}, MarkedButtons());
     OptionsWindow options(program);
     program.desktop.ShowModeless(options);
     Happened();
