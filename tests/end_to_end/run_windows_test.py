@@ -131,6 +131,21 @@ class RunWindows(harness.EndToEndTest):
         self.assertEqual("No archive was made: E:\\JOB.zip", location)
         self.leave(program)
 
+    def test_disk_that_is_full_at_the_end_of_a_run_is_named_with_the_space(self):
+        """The entries fit, the archive's directory does not."""
+        self.pc.drive("e", size=4 * MIB)
+        count = 12000
+        for number in range(count):
+            (self.source / f"{number:0200}.txt").write_bytes(b"a")
+        program = self.start_backup()
+        box = program.answer("Cancel", "full")
+        self.assertRegex(box.text, r"^The disk in drive E: is full: E:\\JOB\.zip needs about "
+                                   rf"{SIZE} more \({SIZE} free\)\.$")
+        figures, location, _ = self.wait_for_end(program, "Backup Cancelled by User")
+        self.assertTrue(figures.startswith(f"Cancelled after {count:,} of {count:,} files"), figures)
+        self.assertEqual("No archive was made: E:\\JOB.zip", location)
+        self.leave(program)
+
     def test_number_of_the_disk_is_shown_while_it_is_asked_for(self):
         self.pc.drive("a", "floppy", size=FLOPPY)
         self.fill("large.bin", 3 * MIB)
