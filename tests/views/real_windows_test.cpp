@@ -4,6 +4,7 @@
 #include <map>
 
 #include "app/Frm_Splash.h"
+#include "common/product.h"
 #include "tests/views/real_program.h"
 #include "ui/Frm_Mainmenu.h"
 #include "views/win32/own_texts.h"
@@ -181,6 +182,22 @@ TEST_F(RealMainWindow, TextViewsAreInCourierTheProductInArialAllElseInSansSerif)
     EXPECT_EQ(Seen(wanted), Seen([](auto& each) { return FaceOf(HandleOf(each)); }));
 }
 
+// Line heights, and so the heights of controls, do not grow with the dpi as pictures do.
+TEST_F(RealMainWindow, PicturesAreNotClippedAtAnyDpi) {
+    for (const int dpi : {144, 192}) {
+        RECT place = ClientOf(TopOf(window));
+        Send(TopOf(window), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        for (const forms::Control* control : window.controls()) {
+            if (control->kind() == Kind::kPicture) {
+                const RECT area = ClientOf(HandleOf(*control));
+                const LONG size = MulDiv(control->name() == "Img_Logo" ? 48 : 32, dpi, 96);
+                EXPECT_LE(size, area.right) << control->name() << dpi;
+                EXPECT_LE(size, area.bottom) << control->name() << dpi;
+            }
+        }
+    }
+}
+
 TEST_F(RealMainWindow, TabKeyGoesThroughEachTabFromTopToBottomAndBack) {
     window.Backup.SetEditMode(true);
     ExpectTabOrder(
@@ -256,6 +273,19 @@ TEST_F(RealSplash, GradientIsPaintedAnewOverWhateverStoodInFront) {
     InvalidateRect(top, nullptr, TRUE);
     program.desktop.DoEvents();
     ExpectGradientToTheEdges();
+}
+
+TEST_F(RealSplash, TextsAreNotPaintedOverEarlierOnes) {
+    const HWND label = HandleOf(splash.Lbl_Version);
+    const auto before = PixelsIn(label, ClientOf(label));
+    splash.Lbl_Version.SetCaption("Version 8.8.8");
+    program.desktop.DoEvents();
+    splash.Lbl_Version.SetCaption("Version " + product::VersionText());
+    program.desktop.DoEvents();
+    EXPECT_EQ(before, PixelsIn(label, ClientOf(label)));
+    RedrawWindow(top, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    program.desktop.DoEvents();
+    EXPECT_EQ(before, PixelsIn(label, ClientOf(label)));
 }
 
 TEST_F(RealSplash, GradientFillsTheWindowInAnotherSize) {

@@ -68,7 +68,12 @@ class LabelBinder : public CaptionBinder {
     bool Defers(Aspect aspect) const override { return aspect == Aspect::kText; }
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
-        if (aspect == Aspect::kColor || aspect == Aspect::kText) {
+        if (aspect != Aspect::kColor && aspect != Aspect::kText) {
+            return;
+        }
+        if (window_.HasBoxes()) {
+            RedrawArea();  // the label is transparent: the text before would stay
+        } else {
             InvalidateRect(handle(), nullptr, TRUE);
         }
     }

@@ -87,18 +87,22 @@ void Binder::Enable(bool enabled) {
 // The area behind a hidden control is painted at once: long handlers show their waiting panel by
 // hiding a control, and handle no event meanwhile.
 void Binder::ShowOrHide(bool show) {
-    const HWND parent = GetParent(handle_);
-    RECT area{};
-    GetWindowRect(handle_, &area);
-    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
     if (!show) {
         MoveFocusAway();
     }
     ShowWindow(handle_, show ? SW_SHOWNA : SW_HIDE);
     if (!show) {
-        RedrawWindow(parent, &area, nullptr,
-                     RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        RedrawArea();
     }
+}
+
+void Binder::RedrawArea() const {
+    const HWND parent = GetParent(handle_);
+    RECT area{};
+    GetWindowRect(handle_, &area);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
+    RedrawWindow(parent, &area, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
 // Moves the focus first: hiding or disabling the focused control would lose the keyboard.

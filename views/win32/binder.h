@@ -83,6 +83,8 @@ class Binder : public forms::ControlView {
     // The full text of a control that shows it shortened; "" for any other.
     virtual std::string ShortenedText() const { return ""; }
     bool ShouldShow() const;
+    // Paints the control's area of the window, what is behind the control first.
+    void RedrawArea() const;
 
     BinderWindow& window_;
 
