@@ -108,12 +108,10 @@ set(BACKUP_SOURCES
     backup/Frm_Backup.cpp
     backup/Frm_BackupOptions.cpp
     backup/Frm_BackupWhere.cpp
-    backup/backup_controls.cpp
     backup/preflight.cpp)
 set(RESTORE_SOURCES
     restore/Frm_Restore.cpp
     restore/Frm_RestoreWhere.cpp
-    restore/Frm_Search.cpp
     restore/archive_contents.cpp
     restore/protected_pass.cpp
     restore/restore_actions.cpp)
@@ -216,8 +214,7 @@ set(PLATFORM_WIN32_TESTS
     tests/platform/win32_retry_test.cpp
     tests/platform/win32_process_test.cpp
     tests/platform/win32_services_test.cpp
-    tests/platform/win32_sharing_test.cpp
-    tests/platform/win32_shell_test.cpp)
+    tests/platform/win32_sharing_test.cpp)
 set(FORMS_TESTS
     tests/forms/controls_test.cpp
     tests/forms/drive_list_test.cpp
@@ -395,10 +392,8 @@ set(APP_TESTS
 # Everything that can fail, at every call, through the windows and the unattended entry.
 set(FAULTS_TESTS
     tests/faults/backup_faults_test.cpp
-    tests/faults/backup_steps.cpp
     tests/faults/checks_test.cpp
     tests/faults/computer.cpp
-    tests/faults/fault_kinds.cpp
     tests/faults/fault_sweep.cpp
     tests/faults/list_faults_test.cpp
     tests/faults/log_faults_test.cpp

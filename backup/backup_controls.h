@@ -18,6 +18,12 @@ struct BackupControls {
 };
 
 // Shows the set's mask, the name of its archive and its three switches.
-void ShowOptions(const BackupControls& controls, const clsINI& set);
+inline void ShowOptions(const BackupControls& controls, const clsINI& set) {
+    controls.Lbl_FilestoBackup.SetCaption(set.Backup_Parts(set.BackupFiles(), clsINI::kFile));
+    controls.Lbl_BackupFileName.SetCaption(set.BackupFileName());
+    controls.Fld_BackupOptions.SetCaption("SubDir=" + set.BackupSubDirectories() +
+                                          ", MultiVolume=" + set.MultiVolumeBackup() +
+                                          ", Time=" + set.TimeBackup());
+}
 
 }  // namespace vantrel

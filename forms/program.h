@@ -2,9 +2,22 @@
 // and the exit code. Used on the user-interface thread only.
 #pragma once
 
-#include "common/globals.h"
+#include <string>
+
 #include "forms/desktop.h"
 #include "platform/machine.h"
+
+namespace vantrel {
+
+// The process-wide values that start-up sets before anything else runs. None is saved.
+struct Globals {
+    std::string LogFilePath;  // application folder + "\" + executable base name + ".Log"
+    std::string CrLf;         // carriage return + line feed
+    std::string MessageText;  // where message-box and log texts are built
+    std::string TextBuffer;   // a new set file's text; the archive path of a backup run
+};
+
+}  // namespace vantrel
 
 namespace vantrel::forms {
 

@@ -60,4 +60,22 @@ class Frm_Restore : public ProgressWindow {
     std::unique_ptr<zip::PKUNZIP> component_;
 };
 
+// The window of a search: its activation searches the archive that was listed last, with progress
+// and Cancel. Then it closes.
+class Frm_Search : public ProgressWindow {
+  public:
+    // `component` is borrowed, and has counted the archive.
+    Frm_Search(forms::Program& program, zip::PKUNZIP& component);
+    ~Frm_Search() override;
+
+    void Form_Activate() override;
+    void Cmd_Ok_Click() override;
+
+  private:
+    zip::PKUNZIP& component_;
+};
+
+// Asks whether the archive at `path`, whose directory is damaged, is to be searched for its files.
+bool ConfirmSearch(forms::Desktop& desktop, const std::string& path);
+
 }  // namespace vantrel

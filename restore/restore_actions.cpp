@@ -12,7 +12,6 @@
 #include "protect/clsCfg.h"
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
-#include "restore/Frm_Search.h"
 #include "restore/protected_pass.h"
 
 namespace vantrel {

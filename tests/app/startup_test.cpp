@@ -18,6 +18,13 @@ class StartUp : public ProgramFixture {
         application = std::make_unique<Application>(machine.machine(), desktop);
         application->Main();
     }
+    void ExpectNoSuchSet(const std::string& command_line) {
+        Unattended(command_line);
+        Start();
+        EXPECT_THAT(LogRecords()[2],
+                    "Unable to Start Backup - File " + command_line + " does not exist.");
+        EXPECT_EQ(application->ExitCode(), 4);
+    }
     // Starts, and returns all that it did in its order: the desktop's steps, redraws of the splash,
     // and the log's records, which are looked at before each step.
     Lines OrderOfStart() {
@@ -155,19 +162,11 @@ TEST_F(StartUp, MissingSetIsToldInTheLogOnly) {
     EXPECT_FALSE(application->main_window().Loaded());
 }
 
-TEST_F(StartUp, CommandLineOfBlanksIsLookedUpAsAName) {
-    Unattended("  ");
-    Start();
-    EXPECT_THAT(LogRecords()[2], "Unable to Start Backup - File    does not exist.");
-    EXPECT_EQ(application->ExitCode(), 4);
-}
+TEST_F(StartUp, CommandLineOfBlanksIsLookedUpAsAName) { ExpectNoSuchSet("  "); }
 
 TEST_F(StartUp, QuotesAroundTheNameAreNotRemoved) {
     PutSet("DAILY.INI", {});
-    Unattended("\"DAILY.INI\"");
-    Start();
-    EXPECT_THAT(LogRecords()[2], "Unable to Start Backup - File \"DAILY.INI\" does not exist.");
-    EXPECT_EQ(application->ExitCode(), 4);
+    ExpectNoSuchSet("\"DAILY.INI\"");
 }
 
 TEST_F(StartUp, NameInOtherLetterCaseIsFoundAndLoggedAsListed) {

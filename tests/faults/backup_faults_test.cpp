@@ -1,7 +1,7 @@
 // Backups of one set over a disk on which everything fails once, and for good.
 #include <gtest/gtest.h>
 
-#include "tests/faults/backup_steps.h"
+#include "tests/faults/computer.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 #include "zip/pkzip.h"
@@ -64,12 +64,16 @@ TEST(Faults, BackupWithSomebodyThere) {
 }
 
 // Its calls are those of a start, which the log's sweeps try one by one, and of a backup, as above.
-TEST(Faults, BackupFromItsStartWithNobodyThere) {
-    ExpectNothingLost(Sweep({.name = "Backup, unattended, from the start",
-                             .arrange = FurnishForBackup,
+void SweepUnattended(const std::string& name, void (*arrange)(Computer&)) {
+    ExpectNothingLost(Sweep({.name = name,
+                             .arrange = arrange,
                              .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
                              .judge = Judge,
                              .step = 3}));
+}
+
+TEST(Faults, BackupFromItsStartWithNobodyThere) {
+    SweepUnattended("Backup, unattended, from the start", FurnishForBackup);
 }
 
 // The archive that is replaced is one of the program's own, and data of it is reused.
@@ -88,11 +92,7 @@ void ArrangeSecondRun(Computer& computer) {
 }
 
 TEST(Faults, BackupOverAnArchiveThatIsReused) {
-    ExpectNothingLost(Sweep({.name = "Backup, unattended, the earlier archive reused",
-                             .arrange = ArrangeSecondRun,
-                             .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
-                             .judge = Judge,
-                             .step = 3}));
+    SweepUnattended("Backup, unattended, the earlier archive reused", ArrangeSecondRun);
 }
 
 }  // namespace

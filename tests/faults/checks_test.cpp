@@ -4,7 +4,7 @@
 
 #include "log/clsLog.h"
 #include "platform/text_file.h"
-#include "tests/faults/backup_steps.h"
+#include "tests/faults/computer.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 #include "tests/support/matchers.h"

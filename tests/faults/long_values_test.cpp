@@ -9,7 +9,7 @@
 #include "backup/Frm_Backup.h"
 #include "backupset/clsFiles.h"
 #include "backupset/profile_text.h"
-#include "tests/faults/backup_steps.h"
+#include "tests/faults/computer.h"
 #include "tests/zip/archive_reader.h"
 
 namespace vantrel::test {
@@ -134,24 +134,24 @@ class LongSources : public LongValues, public ::testing::WithParamInterface<Sour
         }
         Furnish();
     }
+    void ExpectOutcome() {
+        if (GetParam().bytes <= kLimit) {
+            return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
+        }
+        ExpectNothingArchived("BackupFiles is longer than 254 bytes");
+    }
 };
 
 TEST_P(LongSources, UnattendedAreArchivedAsTheyAreOrNotAtAll) {
     FurnishSource();
     RunUnattended();
-    if (GetParam().bytes <= kLimit) {
-        return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
-    }
-    ExpectNothingArchived("BackupFiles is longer than 254 bytes");
+    ExpectOutcome();
 }
 
 TEST_P(LongSources, AttendedAreArchivedAsTheyAreOrNotAtAll) {
     FurnishSource();
     RunAttended();
-    if (GetParam().bytes <= kLimit) {
-        return ExpectArchived("C:\\Backups\\WEEKLY.zip", {"right.txt"});
-    }
-    ExpectNothingArchived("BackupFiles is longer than 254 bytes");
+    ExpectOutcome();
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "restore/Frm_Restore.h"
-#include "tests/faults/backup_steps.h"
+#include "tests/faults/computer.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <regex>
 
-#include "tests/faults/backup_steps.h"
+#include "tests/faults/computer.h"
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 #include "tests/zip/archive_reader.h"

@@ -1,5 +1,5 @@
-// For the tests of the Windows machine: the machine, a folder to work in, what scripts/wine-test
-// has arranged, and a second opinion straight from the system.
+// For the tests of the Windows machine: what scripts/wine-test has arranged, and a second opinion
+// straight from the system.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,14 +7,10 @@
 
 #include <cstdlib>
 #include <string>
-#include <vector>
 
-#include "platform/text_file.h"
 #include "platform/win32/disk_path.h"
 #include "platform/win32/handles.h"
-#include "platform/win32/win32_machine.h"
-#include "tests/platform/work_folder.h"
-#include "tests/support/error_of.h"
+#include "tests/platform/seam_fixture.h"
 
 namespace vantrel::test {
 
@@ -38,29 +34,6 @@ inline platform::FileHandle Held(const std::string& path, DWORD access, DWORD sh
     return handle;
 }
 
-class Win32Test : public ::testing::Test {
-  protected:
-    Win32Test() {
-        folder_ = Arranged("VANTREL_WORK_DRIVE") + "\\" + NameOfThisTest();
-        files().MakeFolder(folder_);
-    }
-    ~Win32Test() override { RemoveAll(files(), folder_); }
-
-    platform::Machine& machine() { return machine_.machine(); }
-    platform::FileSystem& files() { return machine().files; }
-    const std::string& folder() const { return folder_; }
-    std::string In(const std::string& name) const { return folder_ + "\\" + name; }
-
-    std::string Put(const std::string& name, const std::string& bytes = "text") {
-        platform::WriteWholeFile(files(), In(name), bytes);
-        return In(name);
-    }
-    std::string Content(const std::string& path) { return platform::ReadWholeFile(files(), path); }
-    std::vector<std::string> Names(const std::string& where) { return NamesIn(files(), where); }
-
-  private:
-    platform::Win32Machine machine_;
-    std::string folder_;
-};
+using Win32Test = Seam;
 
 }  // namespace vantrel::test
