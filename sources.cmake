@@ -351,7 +351,6 @@ set(BACKUP_TESTS
     tests/backup/run_order_test.cpp)
 set(RESTORE_TESTS
     tests/restore/damaged_list_test.cpp
-    tests/restore/destination_test.cpp
     tests/restore/partly_listed_test.cpp
     tests/restore/protected_names_test.cpp
     tests/restore/protected_pass_test.cpp

@@ -9,7 +9,7 @@
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
 #include "tests/app/caption_table.h"
-#include "tests/backup/selected_set.h"
+#include "tests/backup/dialog_fixture.h"
 #include "tests/restore/restore_tab_fixture.h"
 #include "tests/support/matchers.h"
 

@@ -1,7 +1,6 @@
 // What the backup window shows of a run's figures, while it works and at its end.
 #include "common/error.h"
 #include "tests/backup/backup_run_fixture.h"
-#include "tests/support/diary.h"
 #include "tests/support/matchers.h"
 
 namespace vantrel::test {
@@ -9,43 +8,13 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::uint64_t kMb = 1024 * 1024;
-
 class BackupDisplay : public BackupRun {
   protected:
-    BackupDisplay() {
-        figures.files_total = 20012;
-        figures.bytes_total = 721 * kMb;
-        figures.files_done = 16909;
-        figures.bytes_done = 287 * kMb;
-    }
-    // The user looks at the summary before OK.
-    void RunAndLook(const SetValues& set = {}) {
-        desktop.idle.push_back([this] {
-            summary = window->Lbl_Figures.Caption();
-            location = window->Lbl_Location.Caption();
-            left_out = window->Lbl_LeftOut.Caption();
-            backing_up_visible = window->Lbl_BackingUp.Visible();
-            backing_up = window->Lbl_BackingUp.Caption();
-        });
-        Run(set);
-    }
+    BackupDisplay() { SetFigures(20012, 721, 16909, 287); }
     void Cancel(RecordingZip& component) {
         PressCancel();
         component.RaiseOverall(10);
     }
-    void LeaveOut(RecordingZip& component, const std::string& path) {
-        component.Message(zip::LeftOutWarning(path, "Skipped " + path, 70));
-        ++figures.left_out;
-    }
-    void Tick(RecordingZip& component, milliseconds time) {
-        machine.clock.Advance(time);
-        component.Figures(figures);
-    }
-
-    zip::RunFigures figures;
-    std::string summary, location, left_out, backing_up;
-    bool backing_up_visible = true;
 };
 
 TEST_F(BackupDisplay, ShowsFiguresSpeedAndRemainingTime) {
@@ -61,7 +30,7 @@ TEST_F(BackupDisplay, ShowsFiguresSpeedAndRemainingTime) {
         EXPECT_EQ(window->Lbl_Figures.Caption(),
                   "16,800 of 20,012 files, 287 MB of 721 MB, 41 MB/s, 11 s left");
     };
-    RunAndLook();
+    Run();
 }
 
 TEST_F(BackupDisplay, IsUpdatedAtMostTenTimesASecond) {
@@ -80,7 +49,7 @@ TEST_F(BackupDisplay, IsUpdatedAtMostTenTimesASecond) {
         }
         window->Lbl_Figures.Bind(nullptr);
     };
-    RunAndLook();
+    Run();
     EXPECT_EQ(changes, 10);
 }
 
@@ -94,7 +63,7 @@ TEST_F(BackupDisplay, NumberOfADiskIsShownAtOnceAndBeforeItsQuestion) {
         component.Figures(figures);
         EXPECT_THAT(window->Lbl_Figures.Caption(), EndsWith("721 MB"));
     };
-    RunAndLook();
+    Run();
 }
 
 TEST_F(BackupDisplay, ShowsFilesThatAreLeftOutFromTheFirstOn) {
@@ -105,7 +74,7 @@ TEST_F(BackupDisplay, ShowsFilesThatAreLeftOutFromTheFirstOn) {
         Tick(component, milliseconds(100));
         EXPECT_EQ(window->Lbl_LeftOut.Caption(), "1 file left out: ledger.xls");
     };
-    RunAndLook();
+    Run();
 }
 
 TEST_F(BackupDisplay, WarningAboutAFileThatIsInTheArchiveLeavesNothingOut) {
@@ -113,15 +82,15 @@ TEST_F(BackupDisplay, WarningAboutAFileThatIsInTheArchiveLeavesNothingOut) {
         component.Say("Changed while it was read", zip::MessageKind::kWarning);
         Tick(component, milliseconds(100));
     };
-    RunAndLook();
-    EXPECT_EQ(left_out, "");
+    Run();
+    EXPECT_EQ(at_end.left_out, "");
 }
 
 TEST_F(BackupDisplay, ShowsTheArchiveWhileItIsWritten) {
     zip.action = [this](RecordingZip&) {
         EXPECT_EQ(window->Lbl_Location.Caption(), "Archive: C:\\Backups\\WEEKLY.zip");
     };
-    RunAndLook();
+    Run();
 }
 
 TEST_F(BackupDisplay, NumbersAreInTheUsersFormat) {
@@ -130,7 +99,7 @@ TEST_F(BackupDisplay, NumbersAreInTheUsersFormat) {
         Tick(component, milliseconds(100));
         EXPECT_EQ(window->Lbl_Figures.Caption(), "16.909 of 20.012 files, 287 MB of 721 MB");
     };
-    RunAndLook();
+    Run();
 }
 
 TEST_F(BackupDisplay, SummaryStaysUntilOk) {
@@ -141,11 +110,11 @@ TEST_F(BackupDisplay, SummaryStaysUntilOk) {
         LeaveOut(component, "C:\\Data\\ledger.xls");
         Tick(component, milliseconds(18'000));
     };
-    RunAndLook();
+    Run();
     EXPECT_EQ(at_end.status, "Backup Complete");
-    EXPECT_EQ(summary, "20,011 files, 721 MB, archive of 287 MB, 18 s");
-    EXPECT_EQ(location, "Archive: C:\\Backups\\WEEKLY.zip");
-    EXPECT_EQ(left_out, "1 file left out: ledger.xls. See the Log tab.");
+    EXPECT_EQ(at_end.summary, "20,011 files, 721 MB, archive of 287 MB, 18 s");
+    EXPECT_EQ(at_end.location, "Archive: C:\\Backups\\WEEKLY.zip");
+    EXPECT_EQ(at_end.left_out, "1 file left out: ledger.xls. See the Log tab.");
 }
 
 TEST_F(BackupDisplay, FirstThreeNamesStandForAllThatWereLeftOut) {
@@ -155,8 +124,8 @@ TEST_F(BackupDisplay, FirstThreeNamesStandForAllThatWereLeftOut) {
         }
         component.Figures(figures);
     };
-    RunAndLook();
-    EXPECT_EQ(left_out, "5 files left out: a, b, Sub and 2 more. See the Log tab.");
+    Run();
+    EXPECT_EQ(at_end.left_out, "5 files left out: a, b, Sub and 2 more. See the Log tab.");
 }
 
 TEST_F(BackupDisplay, ControlCharactersOfANameAreVisible) {
@@ -164,15 +133,15 @@ TEST_F(BackupDisplay, ControlCharactersOfANameAreVisible) {
         LeaveOut(component, "C:\\Data\\a\rb");
         component.Figures(figures);
     };
-    RunAndLook();
-    EXPECT_EQ(left_out, "1 file left out: a\\x0db. See the Log tab.");
+    Run();
+    EXPECT_EQ(at_end.left_out, "1 file left out: a\\x0db. See the Log tab.");
 }
 
 TEST_F(BackupDisplay, LabelAboveTheBarsIsHiddenAtTheEndWithItsCaption) {
     zip.action = [this](RecordingZip&) { EXPECT_TRUE(window->Lbl_BackingUp.Visible()); };
-    RunAndLook();
-    EXPECT_FALSE(backing_up_visible);
-    EXPECT_EQ(backing_up, "Backing Up Files.......");
+    Run();
+    EXPECT_FALSE(window->Lbl_BackingUp.Visible());
+    EXPECT_EQ(window->Lbl_BackingUp.Caption(), "Backing Up Files.......");
 }
 
 TEST_F(BackupDisplay, TimeOfAQuestionIsNotPartOfTheDuration) {
@@ -182,8 +151,8 @@ TEST_F(BackupDisplay, TimeOfAQuestionIsNotPartOfTheDuration) {
         component.questions->AskRetry("The disk is full.");
         Tick(component, milliseconds(7000));
     };
-    RunAndLook();
-    EXPECT_THAT(summary, EndsWith(", 7 s"));
+    Run();
+    EXPECT_THAT(at_end.summary, EndsWith(", 7 s"));
 }
 
 TEST_F(BackupDisplay, CancelledRunHasTheEarlierArchiveUnchanged) {
@@ -192,15 +161,15 @@ TEST_F(BackupDisplay, CancelledRunHasTheEarlierArchiveUnchanged) {
         Tick(component, milliseconds(8000));
         Cancel(component);
     };
-    RunAndLook();
-    EXPECT_EQ(summary, "Cancelled after 16,909 of 20,012 files, 287 MB of 721 MB, 8 s");
-    EXPECT_EQ(location, "Earlier archive, unchanged: C:\\Backups\\WEEKLY.zip");
+    Run();
+    EXPECT_EQ(at_end.summary, "Cancelled after 16,909 of 20,012 files, 287 MB of 721 MB, 8 s");
+    EXPECT_EQ(at_end.location, "Earlier archive, unchanged: C:\\Backups\\WEEKLY.zip");
 }
 
 TEST_F(BackupDisplay, CancelledRunWithoutAnEarlierArchiveHasNone) {
     zip.action = [this](RecordingZip& component) { Cancel(component); };
-    RunAndLook();
-    EXPECT_EQ(location, "No archive was made: C:\\Backups\\WEEKLY.zip");
+    Run();
+    EXPECT_EQ(at_end.location, "No archive was made: C:\\Backups\\WEEKLY.zip");
 }
 
 // The file in the drive may be a part of the archive that was not finished.
@@ -208,8 +177,9 @@ TEST_F(BackupDisplay, CancelledRunOntoDisksClaimsNothingAboutTheDiskInTheDrive) 
     machine.AddDrive('A', platform::drive_type::kRemovable);
     machine.PutFile("A:\\WEEKLY.zip", "a part");
     zip.action = [this](RecordingZip& component) { Cancel(component); };
-    RunAndLook({.multi_volume = "ON", .to_drive = "A:\\"});
-    EXPECT_EQ(location, "No complete archive was made, earlier ones are unchanged: A:\\WEEKLY.zip");
+    Run({.multi_volume = "ON", .to_drive = "A:\\"});
+    EXPECT_EQ(at_end.location,
+              "No complete archive was made, earlier ones are unchanged: A:\\WEEKLY.zip");
 }
 
 // The fatal stop leaves no time for a summary.
@@ -234,7 +204,7 @@ TEST_F(BackupDisplay, KeyboardIsAtOkAtTheEnd) {
 TEST_F(BackupDisplay, UnattendedRunPaysNothingForIt) {
     Unattended("WEEKLY.INI");
     zip.action = [](RecordingZip& component) { EXPECT_FALSE(component.Figures); };
-    Run({});
+    Run();
     EXPECT_EQ(window->Lbl_Figures.Caption(), "");
     EXPECT_EQ(window->Lbl_Location.Caption(), "");
     EXPECT_TRUE(window->Lbl_BackingUp.Visible());
@@ -250,7 +220,7 @@ TEST_F(BackupDisplay, EventsComeInTheirGivenOrder) {
         component.RaiseOverall(42);
         EXPECT_THAT(diary.Lines(), ElementsAre("Lbl_Figures changed", "events", "PB_Folder value"));
     };
-    RunAndLook();
+    Run();
 }
 
 }  // namespace

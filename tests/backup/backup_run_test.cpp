@@ -20,9 +20,7 @@ TEST_F(BackupRun, MultiVolumeAsksForSpannedVolumesWithItsControlWord) {
 }
 
 TEST_F(BackupRun, SetThatCannotBeReadAnyMoreIsNotRunWithEmptyValues) {
-    window = std::make_unique<Frm_Backup>(program, "GONE.INI",
-                                          std::make_unique<RecordingZip>(machine.machine(), zip));
-    EXPECT_EQ(ErrorOf([&] { desktop.ShowModal(*window); }), error_number::kPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { RunSet("GONE.INI", program); }), error_number::kPermissionDenied);
     EXPECT_THAT(zip.sets, IsEmpty());
 }
 
@@ -93,19 +91,19 @@ TEST_F(BackupRun, VolumeOptionStaysOnForASingleVolumeWithLittleSpace) {
 
 TEST_F(BackupRun, FreeSpaceThatOverflowsIsNotTrapped) {
     machine.drives.drives['C'].space = {64, 512, 65536, 65536};
-    EXPECT_EQ(ErrorOf([&] { Run({}); }), error_number::kOverflow);
+    EXPECT_EQ(ErrorOf([&] { Run(); }), error_number::kOverflow);
     EXPECT_THAT(zip.sets, Not(Contains("40=4")));
 }
 
 TEST_F(BackupRun, LogsStartArchiveFinishAndSuccess) {
-    Run({});
+    Run();
     EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
                                           "Creating Backup File C:\\Backups\\WEEKLY.zip",
                                           "Finished Backup WEEKLY.INI", "Successful Backup"));
 }
 
 TEST_F(BackupRun, RecordsAreDated) {
-    Run({});
+    Run();
     EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
                 ::testing::EndsWith("\r\n15/11/2026 13:05:09 Starting Backup WEEKLY.INI\r\n"
                                     "15/11/2026 13:05:09 Creating Backup File "
@@ -121,12 +119,12 @@ TEST_F(BackupRun, CancelOnlyDisablesItsButton) {
         EXPECT_TRUE(window->Cmd_Cancel.Visible());
         EXPECT_FALSE(window->Cmd_Ok.Visible());
     };
-    Run({});
+    Run();
 }
 
 TEST_F(BackupRun, CancelWithoutAnotherOverallEventCompletesAsSuccessful) {
     zip.action = [this](RecordingZip&) { PressCancel(); };
-    Run({});
+    Run();
     EXPECT_EQ(LogRecords().back(), "Successful Backup");
     EXPECT_EQ(RestoreKey("RestoreFileName"), "WEEKLY.zip");
     EXPECT_EQ(at_end.status, "Backup Complete");
@@ -140,7 +138,7 @@ TEST_F(BackupRun, CancelIsHandedOverAtTheNextOverallEvent) {
         EXPECT_TRUE(window->Cmd_Ok.Visible());
         EXPECT_FALSE(window->Cmd_Cancel.Visible());
     };
-    Run({});
+    Run();
     EXPECT_THAT(LogRecords(), ElementsAre("Starting Backup WEEKLY.INI",
                                           "Creating Backup File C:\\Backups\\WEEKLY.zip",
                                           "Finished Backup WEEKLY.INI", "Cancelled by User"));
@@ -152,7 +150,7 @@ TEST_F(BackupRun, RunAfterACancelledOneIsNotCancelled) {
         PressCancel();
         component.RaiseOverall(1);
     };
-    Run({});
+    Run();
     zip.action = nullptr;
     window->Form_Activate();
     EXPECT_EQ(LogRecords().back(), "Successful Backup");
@@ -161,7 +159,7 @@ TEST_F(BackupRun, RunAfterACancelledOneIsNotCancelled) {
 TEST_F(BackupRun, CancelPressedDuringTheYieldOfAnEventCountsInThatEvent) {
     desktop.on_events.push_back([this] { PressCancel(); });
     zip.action = [](RecordingZip& component) { EXPECT_TRUE(component.RaiseOverall(5)); };
-    Run({});
+    Run();
     EXPECT_EQ(LogRecords().back(), "Cancelled by User");
 }
 
@@ -170,19 +168,8 @@ TEST_F(BackupRun, CancelledRunWritesNothingIntoTheSet) {
         PressCancel();
         component.RaiseOverall(1);
     };
-    Run({});
+    Run();
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
-}
-
-TEST_F(BackupRun, ProgressEventsMoveTheBarsUnchanged) {
-    zip.action = [this](RecordingZip& component) {
-        component.RaiseOverall(42);
-        std::int32_t percent = 17;
-        component.FileProgress(percent);
-        EXPECT_EQ(window->PB_Folder.Value(), 42);
-        EXPECT_EQ(window->PB_File.Value(), 17);
-    };
-    Run({});
 }
 
 TEST_F(BackupRun, TaskbarButtonShowsTheOverallProgressUntilTheEnd) {
@@ -191,7 +178,7 @@ TEST_F(BackupRun, TaskbarButtonShowsTheOverallProgressUntilTheEnd) {
         component.RaiseOverall(47);
         shown = window->TaskProgress();
     };
-    Run({});
+    Run();
     EXPECT_EQ(shown, 47);
     EXPECT_EQ(window->TaskProgress(), forms::Form::kNoTaskProgress);
 }
@@ -204,7 +191,7 @@ TEST_F(BackupRun, MessagesShowTheirTextAndScrollTheDetails) {
         EXPECT_EQ(window->Lst_Details.Count(), 2);
         EXPECT_EQ(window->Lst_Details.Index(), 1);
     };
-    Run({});
+    Run();
     EXPECT_THAT(LogRecords(), Not(Contains("Adding b.txt")));
 }
 
@@ -214,7 +201,7 @@ TEST_F(BackupRun, WarningsAndErrorsAreLoggedUndated) {
         component.Say("a.txt: Permission denied", zip::MessageKind::kWarning);
         component.Say("b.txt: Device I/O error", zip::MessageKind::kError);
     };
-    Run({});
+    Run();
     EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
                 ::testing::HasSubstr("\r\n                    a.txt: Permission denied\r\n"
                                      "                    b.txt: Device I/O error\r\n"
@@ -223,12 +210,7 @@ TEST_F(BackupRun, WarningsAndErrorsAreLoggedUndated) {
 
 TEST_F(BackupRun, AtMostFiftyWarningsAreLoggedAndTheOthersCounted) {
     zip.skipped = 53;
-    zip.action = [](RecordingZip& component) {
-        for (int i = 0; i < 53; ++i) {
-            component.Say("no " + std::to_string(i), zip::MessageKind::kWarning);
-        }
-    };
-    Run({});
+    RunWithWarnings(53);
     const auto records = LogRecords();
     EXPECT_THAT(records, Contains("no 49"));
     EXPECT_THAT(records, Not(Contains("no 50")));
@@ -241,23 +223,16 @@ TEST_F(BackupRun, AttendedEndEmptiesTheDetailsResetsTheBarsAndWaitsForOk) {
     zip.action = [](RecordingZip& component) {
         component.Say("Adding a.txt");
         component.RaiseOverall(100);
-        std::int32_t percent = 100;
-        component.FileProgress(percent);
+        component.RaiseFile(100);
     };
-    Run({});
-    EXPECT_EQ(at_end.status, "Backup Complete");
-    EXPECT_EQ(at_end.overall, 0);
-    EXPECT_EQ(at_end.file, 0);
-    EXPECT_EQ(at_end.details, 0);
-    EXPECT_TRUE(at_end.ok_visible);
-    EXPECT_FALSE(at_end.cancel_visible);
-    EXPECT_FALSE(at_end.playing);
+    Run();
+    ExpectReset("Backup Complete");
 }
 
 TEST_F(BackupRun, UnattendedWindowClosesItselfWithTheDetailsLeft) {
     Unattended("WEEKLY.INI");
     zip.action = [](RecordingZip& component) { component.Say("Adding a.txt"); };
-    Run({});
+    Run();
     EXPECT_FALSE(window->Visible());
     EXPECT_EQ(window->Lst_Details.Count(), 1);
     EXPECT_EQ(program.exit_code, forms::exit_code::kComplete);
@@ -266,7 +241,7 @@ TEST_F(BackupRun, UnattendedWindowClosesItselfWithTheDetailsLeft) {
 TEST_F(BackupRun, UnattendedRunThatSkippedFilesExitsWithOne) {
     Unattended("WEEKLY.INI");
     zip.skipped = 1;
-    Run({});
+    Run();
     EXPECT_EQ(program.exit_code, forms::exit_code::kSomeFilesSkipped);
     EXPECT_EQ(LogRecords().back(), "Successful Backup");
 }
@@ -277,7 +252,7 @@ TEST_F(BackupRun, UnattendedCancelExitsWithThree) {
         PressCancel();
         component.RaiseOverall(1);
     };
-    Run({});
+    Run();
     EXPECT_EQ(program.exit_code, forms::exit_code::kCancelled);
 }
 
@@ -287,12 +262,12 @@ TEST_F(BackupRun, AnimationPlaysWhenItsClipIsThere) {
         EXPECT_EQ(window->Ani_File.Path(), "C:\\Vantrel\\System\\FileCopy.AVI");
         EXPECT_TRUE(window->Ani_File.Playing());
     };
-    Run({});
+    Run();
 }
 
 TEST_F(BackupRun, MissingAnimationIsSilentlyAccepted) {
     zip.action = [this](RecordingZip&) { EXPECT_EQ(window->Ani_File.Path(), ""); };
-    Run({});
+    Run();
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(LogRecords().back(), "Successful Backup");
 }
@@ -305,7 +280,7 @@ TEST_F(BackupRun, FatalStopEndsTheProgramAtOnceAfterTheSummary) {
         component.FatalStop();
     };
     try {
-        Run({});
+        Run();
         FAIL() << "the program went on";
     } catch (const ProgramEnded& end) {
         EXPECT_EQ(end.exit_code, forms::exit_code::kFailed);
@@ -321,7 +296,7 @@ TEST_F(BackupRun, ComponentsQuestionOffersRetryAndCancel) {
     zip.action = [](RecordingZip& component) {
         EXPECT_TRUE(component.questions->AskRetry("The disk is full."));
     };
-    Run({});
+    Run();
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].text, "The disk is full.");
     EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kRetryCancel);
@@ -333,7 +308,7 @@ TEST_F(BackupRun, CancellingAQuestionDisablesCancelSoThatTheNextEventHandsItOver
         EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
         EXPECT_TRUE(component.RaiseOverall(50));
     };
-    Run({});
+    Run();
     EXPECT_EQ(LogRecords().back(), "Cancelled by User");
 }
 
@@ -344,7 +319,7 @@ TEST_F(BackupRun, NoQuestionIsShownOnceCancelIsPressed) {
         EXPECT_TRUE(component.RaiseOverall(50));
         EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
     };
-    Run({});
+    Run();
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(LogRecords().back(), "Cancelled by User");
 }
@@ -355,18 +330,13 @@ TEST_F(BackupRun, PressOfCancelThatStillWaitsIsTheAnswerToAQuestion) {
         EXPECT_FALSE(component.questions->AskRetry("The disk is full."));
         EXPECT_TRUE(component.RaiseOverall(50));
     };
-    Run({});
+    Run();
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
 TEST_F(BackupRun, OneOfEachIsCountedInTheSingular) {
     zip.skipped = 1;
-    zip.action = [](RecordingZip& component) {
-        for (int i = 0; i < 51; ++i) {
-            component.Say("no " + std::to_string(i), zip::MessageKind::kWarning);
-        }
-    };
-    Run({});
+    RunWithWarnings(51);
     EXPECT_THAT(LogRecords(), Contains("1 more message not written"));
     EXPECT_THAT(LogRecords(), Contains("1 file not backed up"));
 }
@@ -374,7 +344,7 @@ TEST_F(BackupRun, OneOfEachIsCountedInTheSingular) {
 TEST_F(BackupRun, UnattendedThereIsNobodyToAsk) {
     Unattended("WEEKLY.INI");
     zip.action = [](RecordingZip& component) { EXPECT_EQ(component.questions, nullptr); };
-    Run({});
+    Run();
 }
 
 }  // namespace

@@ -9,15 +9,7 @@
 namespace vantrel::test {
 namespace {
 
-class DestinationDialog : public DialogTest {
-  protected:
-    Frm_BackupWhere& Open() {
-        dialog = std::make_unique<Frm_BackupWhere>(program, window.Controls());
-        desktop.Load(*dialog);
-        return *dialog;
-    }
-    std::unique_ptr<Frm_BackupWhere> dialog;
-};
+using DestinationDialog = DialogTest<Frm_BackupWhere>;
 
 TEST_F(DestinationDialog, OpensAtTheDestinationShownAndItsDrive) {
     machine.AddDrive('D', platform::drive_type::kFixed);

@@ -5,13 +5,8 @@
 namespace vantrel::test {
 namespace {
 
-class OptionsDialog : public DialogTest {
+class OptionsDialog : public DialogTest<Frm_BackupOptions> {
   protected:
-    Frm_BackupOptions& Open() {
-        dialog = std::make_unique<Frm_BackupOptions>(program, window.Controls());
-        desktop.Load(*dialog);
-        return *dialog;
-    }
     // Presses OK on `name` and other entries that are not those of the set.
     void ExpectRefusalKeepsWhatIsEntered(const std::string& name) {
         dialog->Fld_BackupFileName.SetText(name);
@@ -34,7 +29,6 @@ class OptionsDialog : public DialogTest {
         EXPECT_TRUE(dialog->Loaded());
         EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({}));
     }
-    std::unique_ptr<Frm_BackupOptions> dialog;
 };
 
 TEST_F(OptionsDialog, ShowsTheSet) {

@@ -1,10 +1,9 @@
 #include "backup/preflight.h"
 
 #include "common/error.h"
-#include "tests/backup/selected_set.h"
+#include "tests/backup/dialog_fixture.h"
 #include "tests/support/error_of.h"
 #include "tests/support/matchers.h"
-#include "tests/support/program_fixture.h"
 
 namespace vantrel::test {
 namespace {
@@ -12,17 +11,8 @@ namespace {
 constexpr std::uint32_t kSectors = 1;
 constexpr std::uint32_t kBytes = 1;
 
-class Preflight : public ProgramFixture {
+class Preflight : public SelectedSetTest {
   protected:
-    Preflight() { MakeSourceAndDestination(); }
-
-    void Select(const SetValues& set) {
-        PutSet("WEEKLY.INI", set);
-        window.Cmb_BackupSet.Add("WEEKLY.INI");
-        window.Cmb_BackupSet.SetText("WEEKLY.INI");
-        window.Fld_BackupWhere.SetCaption(set.to_drive);
-        window.Dir_DirList.SetPath("C:\\Data");
-    }
     // The folder list shows C:\Brief, which is not there any more.
     void LoseTheShownFolder() {
         machine.MakeFolders("C:\\Brief");
@@ -30,6 +20,15 @@ class Preflight : public ProgramFixture {
         machine.files().RemoveFolder("C:\\Brief");
     }
     void Press() { Cmd_Backup_Click(program, window.Controls()); }
+    void PressWithoutTheShownFolder(const SetValues& set) {
+        Select(set);
+        LoseTheShownFolder();
+        Press();
+    }
+    void ExpectMissing(const std::string& path) {
+        ExpectOneBox("Unable to continue with the Backup as " + path + " does not appear to exist.",
+                     forms::Icon::kExclamation);
+    }
     void FreeOn(char letter, std::uint32_t bytes) {
         machine.drives.drives[letter].space = {kSectors, kBytes, bytes, bytes};
     }
@@ -64,17 +63,13 @@ class Preflight : public ProgramFixture {
         EXPECT_EQ(program.exit_code, forms::exit_code::kFailed);
     }
     void ExpectOneBox(const std::string& text, forms::Icon icon) {
-        ASSERT_EQ(desktop.boxes.size(), 1u);
-        EXPECT_EQ(desktop.boxes[0].text, text);
-        EXPECT_EQ(desktop.boxes[0].icon, icon);
-        EXPECT_EQ(desktop.boxes[0].title, "Backup");
+        ExpectBox(text, icon, "Backup");
+        ASSERT_FALSE(desktop.boxes.empty());
         EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kOk);
         EXPECT_EQ(program.globals.MessageText, text);
         EXPECT_FALSE(machine.Exists("C:\\Vantrel\\Vantrel.Log"));
         EXPECT_FALSE(BackupWindowShown());
     }
-
-    SelectedSet window{program};
 };
 
 TEST_F(Preflight, AttendedEmptySelectionShowsTwoLinesAndNothingElse) {
@@ -94,27 +89,18 @@ TEST_F(Preflight, AttendedMissingDestinationIsNamedAsShown) {
 }
 
 TEST_F(Preflight, AttendedMissingSourceIsTheFolderListsPath) {
-    Select({});
-    LoseTheShownFolder();
-    Press();
-    ExpectOneBox("Unable to continue with the Backup as C:\\Brief does not appear to exist.",
-                 forms::Icon::kExclamation);
+    PressWithoutTheShownFolder({});
+    ExpectMissing("C:\\Brief");
 }
 
 TEST_F(Preflight, AttendedMissingDestinationIsReportedBeforeTheMissingSource) {
-    Select({.to_drive = "C:\\Gone\\"});
-    LoseTheShownFolder();
-    Press();
-    ExpectOneBox("Unable to continue with the Backup as C:\\Gone\\ does not appear to exist.",
-                 forms::Icon::kExclamation);
+    PressWithoutTheShownFolder({.to_drive = "C:\\Gone\\"});
+    ExpectMissing("C:\\Gone\\");
 }
 
 TEST_F(Preflight, AttendedMissingSourceIsReportedBeforeTheVolumeRules) {
-    Select({.multi_volume = "ON"});
-    LoseTheShownFolder();
-    Press();
-    ExpectOneBox("Unable to continue with the Backup as C:\\Brief does not appear to exist.",
-                 forms::Icon::kExclamation);
+    PressWithoutTheShownFolder({.multi_volume = "ON"});
+    ExpectMissing("C:\\Brief");
 }
 
 TEST_F(Preflight, AttendedSingleVolumeOntoRemovableDriveIsRefused) {

@@ -1,7 +1,6 @@
 // What a backup does first and what next, and which archive is the one before.
 
 #include "tests/backup/backup_run_fixture.h"
-#include "tests/support/diary.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
 
@@ -29,27 +28,18 @@ TEST_F(BackupRunOrder, LogsTheStartReadsTheSetAndWritesTheRestoreSourceBeforeThe
 }
 
 TEST_F(BackupRunOrder, ProgressEventsYieldBeforeTheBarsMove) {
-    zip.action = [this](RecordingZip& component) {
-        Diary diary(desktop);
-        diary.Follow(window->PB_Folder);
-        diary.Follow(window->PB_File);
-        component.RaiseOverall(42);
-        std::int32_t percent = 17;
-        component.FileProgress(percent);
-        EXPECT_THAT(diary.Lines(),
-                    ElementsAre("events", "PB_Folder value", "events", "PB_File value"));
-    };
-    Run({});
+    zip.action = [this](RecordingZip& component) { ExpectYieldsBeforeTheBarsMove(component); };
+    Run();
 }
 
 TEST_F(BackupRunOrder, ArchiveIsLoggedAsTheComponentHasIt) {
     zip.reads_back[zip::zip_id::kArchive] = std::string("C:\\Backups\\AsTaken.zip");
-    Run({});
+    Run();
     EXPECT_THAT(LogRecords(), Contains("Creating Backup File C:\\Backups\\AsTaken.zip"));
 }
 
 TEST_F(BackupRunOrder, ArchivesPathIsLeftInTheSharedTextBuffer) {
-    Run({});
+    Run();
     EXPECT_EQ(program.globals.TextBuffer, "C:\\Backups\\WEEKLY.zip");
 }
 
@@ -64,9 +54,7 @@ TEST_F(BackupRunOrder, DatedFoldersReuseTheArchiveThatTheSetNames) {
     Unattended("WEEKLY.INI");
     const auto run = [&](const std::string& text) {
         machine.PutFile("C:\\Vantrel\\WEEKLY.INI", text);
-        window = std::make_unique<Frm_Backup>(program, "WEEKLY.INI",
-                                              std::make_unique<RecordingZip>(program.machine, zip));
-        desktop.ShowModal(*window);
+        RunSet("WEEKLY.INI", program);
         return window->PKZIP.earlier_archive;
     };
     EXPECT_EQ(run(named), "C:\\Backups\\20261114_120000\\WEEKLY.zip");

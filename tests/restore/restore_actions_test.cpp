@@ -231,10 +231,7 @@ TEST_F(RestoreTabTest, RestoredSetRemembersTheDestination) {
 
 TEST_F(RestoreTabTest, ProtectedFolderIsRenamedBeforeTheRestoreWritesIntoIt) {
     Archive();
-    clsCfg cfg(program);
-    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
-    machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
-    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    ProtectSub();
     Browse(kArchive);
     Restore();
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "beta");
@@ -244,10 +241,7 @@ TEST_F(RestoreTabTest, ProtectedFolderIsRenamedBeforeTheRestoreWritesIntoIt) {
 // What could not be listed when it was chosen is listed again, so that the pass knows of it.
 TEST_F(RestoreTabTest, ListingThatFailedIsTriedAgainBeforeThePass) {
     Archive();
-    clsCfg cfg(program);
-    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
-    machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
-    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    ProtectSub();
     const std::string whole = machine.Content(kArchive);
     const auto times = machine.files().Find(kArchive)->times;
     machine.PutFile(kArchive, std::string(whole.size(), '?'));
@@ -262,10 +256,7 @@ TEST_F(RestoreTabTest, ListingThatFailedIsTriedAgainBeforeThePass) {
 TEST_F(RestoreTabTest, ListingThatIsOutOfDateIsListedAnewBeforeThePass) {
     machine.PutFile("C:\\Old\\top.txt", "old");
     Archive("C:\\Old");
-    tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
-    machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
-    clsCfg cfg(program);
-    platform::AppendToFile(machine.files(), cfg.ListPath(), "C:\\RESTORE\\SUB\r\n");
+    ProtectSub();
     Browse(kArchive);
     Archive();  // another backup has replaced it since it was listed
     Restore();

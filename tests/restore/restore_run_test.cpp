@@ -2,8 +2,6 @@
 
 #include "restore/archive_contents.h"
 #include "tests/restore/restore_run_fixture.h"
-#include "tests/support/diary.h"
-#include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
 
 namespace vantrel::test {
@@ -25,22 +23,12 @@ TEST_F(RestoreRun, ArchiveOfAChosenSetIsTheOneThatTheSetNames) {
 }
 
 TEST_F(RestoreRun, ProgressEventsYieldBeforeTheBarsMove) {
-    unzip.extraction = [this](RecordingUnzip& component) {
-        Diary diary(desktop);
-        diary.Follow(window->PB_Folder);
-        diary.Follow(window->PB_File);
-        component.RaiseOverall(42);
-        component.RaiseFile(17);
-        EXPECT_THAT(diary.Lines(),
-                    ElementsAre("events", "PB_Folder value", "events", "PB_File value"));
-        EXPECT_EQ(window->PB_Folder.Value(), 42);
-        EXPECT_EQ(window->PB_File.Value(), 17);
-    };
+    unzip.action = [this](RecordingUnzip& component) { ExpectYieldsBeforeTheBarsMove(component); };
     Run();
 }
 
 TEST_F(RestoreRun, CancelIsHandedOverAtTheNextOverallEvent) {
-    unzip.extraction = [this](RecordingUnzip& component) {
+    unzip.action = [this](RecordingUnzip& component) {
         EXPECT_FALSE(component.RaiseOverall(10));
         window->Cmd_Cancel.UserPress();
         EXPECT_FALSE(window->Cmd_Cancel.Enabled());
@@ -54,30 +42,31 @@ TEST_F(RestoreRun, CancelIsHandedOverAtTheNextOverallEvent) {
 }
 
 TEST_F(RestoreRun, NoQuestionIsShownOnceCancelIsPressed) {
-    unzip.extraction = [this](RecordingUnzip& component) {
+    unzip.action = [this](RecordingUnzip& component) {
         window->Cmd_Cancel.UserPress();
         EXPECT_FALSE(component.questions->AskRetry("Please insert disk 2."));
         EXPECT_TRUE(component.RaiseOverall(11));
         EXPECT_FALSE(component.questions->AskRetry("Please insert disk 2."));
     };
     Run();
-    EXPECT_THAT(desktop.boxes, ::testing::IsEmpty());
+    EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_EQ(at_end.status, "Restore Cancelled by User");
+    EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
 }
 
 TEST_F(RestoreRun, RunAfterACancelledOneIsNotCancelled) {
-    unzip.extraction = [this](RecordingUnzip& component) {
+    unzip.action = [this](RecordingUnzip& component) {
         window->Cmd_Cancel.UserPress();
         component.RaiseOverall(1);
     };
     Run();
-    unzip.extraction = nullptr;
+    unzip.action = nullptr;
     window->Form_Activate();
     EXPECT_EQ(window->Lbl_RestorePath.Caption(), "Restore Complete");
 }
 
 TEST_F(RestoreRun, MessagesShowTheirTextAndScrollTheDetails) {
-    unzip.extraction = [this](RecordingUnzip& component) {
+    unzip.action = [this](RecordingUnzip& component) {
         component.Say("Extracting a.txt");
         component.Say("Extracting b.txt");
         EXPECT_EQ(window->Lbl_RestorePath.Caption(), "Extracting b.txt");
@@ -89,26 +78,20 @@ TEST_F(RestoreRun, MessagesShowTheirTextAndScrollTheDetails) {
 
 TEST_F(RestoreRun, EndEmptiesTheDetailsResetsTheBarsAndWaitsForOk) {
     machine.PutFile("C:\\Vantrel\\System\\FileCopy.AVI", "clip");
-    unzip.extraction = [this](RecordingUnzip& component) {
+    unzip.action = [this](RecordingUnzip& component) {
         EXPECT_TRUE(window->Ani_File.Playing());
         component.Say("Extracting a.txt");
         component.RaiseOverall(100);
         component.RaiseFile(100);
     };
     Run();
-    EXPECT_EQ(at_end.status, "Restore Complete");
-    EXPECT_EQ(at_end.overall, 0);
-    EXPECT_EQ(at_end.file, 0);
-    EXPECT_EQ(at_end.details, 0);
-    EXPECT_FALSE(at_end.playing);
-    EXPECT_TRUE(at_end.ok_visible);
-    EXPECT_FALSE(at_end.cancel_visible);
+    ExpectReset("Restore Complete");
     EXPECT_FALSE(window->Loaded());
 }
 
 TEST_F(RestoreRun, EmptiedDetailsArePaintedAtOnce) {
     Diary diary(desktop);
-    unzip.extraction = [&](RecordingUnzip& component) {
+    unzip.action = [&](RecordingUnzip& component) {
         component.Say("Extracting a.txt");
         diary.Note("end");
         diary.Follow(window->Lst_Details);
@@ -121,7 +104,6 @@ TEST_F(RestoreRun, EmptiedDetailsArePaintedAtOnce) {
 }
 
 TEST_F(RestoreRun, RecordsAreDated) {
-    machine.clock.Set(2026, 11, 15, 13, 5, 9);  // making the archive has advanced it
     Run();
     EXPECT_THAT(machine.Content("C:\\Vantrel\\Vantrel.Log"),
                 EndsWith("\r\n15/11/2026 13:05:09 Starting Restore from ZIP File - "
@@ -132,13 +114,11 @@ TEST_F(RestoreRun, RecordsAreDated) {
 // Whoever finds the finished record in the log finds the destination in the set.
 TEST_F(RestoreRun, DestinationIsWrittenBeforeTheFinishedRecord) {
     ChooseSetOfAnotherArchive();
-    FaultyFileSystem files(machine.files());
-    platform::Machine watched = WithFiles(machine.machine(), files);
-    forms::Program there{watched, desktop, program.globals};
+    FaultyTab over(machine, program);
     Diary diary(desktop);
-    diary.FollowFiles(files.plan, {"Vantrel.Log", "WEEKLY.INI"});
-    unzip.extraction = [&diary](RecordingUnzip&) { diary.Note("extracted"); };
-    Run(there);
+    diary.FollowFiles(over.faulty.plan, {"Vantrel.Log", "WEEKLY.INI"});
+    unzip.action = [&diary](RecordingUnzip&) { diary.Note("extracted"); };
+    Run(over.there);
     const auto lines = diary.Lines();
     EXPECT_THAT(std::vector(std::find(lines.begin(), lines.end(), "Vantrel.Log written"),
                             std::find(lines.begin(), lines.end(), "hide Frm_Restore")),
@@ -147,17 +127,14 @@ TEST_F(RestoreRun, DestinationIsWrittenBeforeTheFinishedRecord) {
 }
 
 TEST_F(RestoreRun, PassRunsUnderTheHourglassAndTheWindowOpensUnderThePointer) {
-    platform::AppendToFile(machine.files(), clsCfg(program).ListPath(), "C:\\RESTORE\\SUB\r\n");
-    machine.MakeFolders("C:\\RESTORE\\SUB");
-    FaultyFileSystem files(machine.files());
-    platform::Machine watched = WithFiles(machine.machine(), files);
-    forms::Program there{watched, desktop, program.globals};
-    Tab shown(there);
-    shown.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    ProtectSub();
+    Archive();
+    FaultyTab over(machine, program);
+    Tab& shown = over.tab;
     desktop.files = {kArchive};
     shown.actions.Cmd_RestoreFile_Click();
     Diary diary(desktop);
-    files.plan.before_call = [&diary](const CallRecord& call) {
+    over.faulty.plan.before_call = [&diary](const CallRecord& call) {
         if (call.kind == Call::kRename && call.path == "C:\\RESTORE\\SUB") {
             diary.Note("rename");
         }
@@ -172,7 +149,11 @@ TEST_F(RestoreRun, PassRunsUnderTheHourglassAndTheWindowOpensUnderThePointer) {
 
 class Listing : public RestoreTabTest {
   protected:
-    Listing() { Archive(); }
+    Listing() {
+        machine.PutFile(kArchive, "");
+        unzip.reads_back[zip::unzip_id::kEntryCount] = std::int32_t{3};
+        unzip.reads_back[zip::unzip_id::kEntryName] = std::string("a.txt");
+    }
     void List() {
         RecordingUnzip component(machine.machine(), unzip);
         const RestoreControls controls{

@@ -10,6 +10,7 @@
 #include "forms/form.h"
 #include "protect/clsCfg.h"
 #include "restore/restore_actions.h"
+#include "tests/support/faulty_file_system.h"
 #include "tests/support/program_fixture.h"
 #include "zip/pkzip.h"
 
@@ -47,6 +48,20 @@ class Tab : public forms::Form {
     RestoreActions actions;
 };
 
+// Another tab, for restores to C:\RESTORE, over the same disk, which can fail.
+struct FaultyTab {
+    FaultyTab(TestMachine& machine, forms::Program& program)
+        : faulty(machine.files()),
+          with_faults(WithFiles(machine.machine(), faulty)),
+          there{with_faults, program.desktop, program.globals} {
+        tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    }
+    FaultyFileSystem faulty;
+    platform::Machine with_faults;
+    forms::Program there;
+    Tab tab{there};
+};
+
 class RestoreTabTest : public ProgramFixture {
   protected:
     RestoreTabTest() {
@@ -63,6 +78,15 @@ class RestoreTabTest : public ProgramFixture {
         component.Set(id::kFileSpec, "\"" + folder + "\\*.*\"");
         component.Set(id::kAction, id::kActionAdd);
         ASSERT_TRUE(machine.Exists(kArchive));
+    }
+    void Protect(const std::string& folder) {
+        platform::AppendToFile(machine.files(), clsCfg(program).ListPath(), folder + "\r\n");
+    }
+    // The folder that a restore to C:\RESTORE writes b.txt of the archive into; it has a newer one.
+    void ProtectSub() {
+        Protect("C:\\RESTORE\\SUB");
+        machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
+        tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
     }
     void PutSetWithArchive(const std::string& from, const std::string& name) {
         machine.PutFile("C:\\Vantrel\\WEEKLY.INI", "[RESTORE SOURCE]\r\nRestoreFromDrive=" + from +

@@ -1,80 +1,39 @@
-// The restore window over a component that still works though the cancel has been handed over, and
-// over one that warns.
-
-#include "restore/Frm_Restore.h"
-#include "tests/restore/restore_tab_fixture.h"
+// The windows of a restore: the run, when it is cancelled and when it warns, and the dialog for the
+// destination where it differs from that of a backup.
+#include "restore/Frm_RestoreWhere.h"
+#include "tests/restore/restore_run_fixture.h"
 #include "tests/support/matchers.h"
 
 namespace vantrel::test {
 namespace {
 
-// Raises two more events after the cancel, like workers that finish their current files.
-class SlowToStop : public zip::PKUNZIP {
-  public:
-    using PKUNZIP::PKUNZIP;
-    void Set(int id, const zip::Value& value) override {
-        namespace unzip = zip::unzip_id;
-        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) {
-            return;
+// Two more events are raised after the cancel, as by workers that finish their current files.
+TEST_F(RestoreRun, OkWhileACancelledRunEndsDoesNotTakeItsWindowAway) {
+    bool cancel = false;
+    unzip.action = [&](RecordingUnzip& component) {
+        for (const std::int32_t percent : {10, 20, 30}) {
+            cancel = component.RaiseOverall(percent);
+            component.RaiseFile(percent);
         }
-        bool cancel = false;
-        for (std::int32_t percent : {10, 20, 30}) {
-            OverallProgress(percent, cancel);
-            FileProgress(percent);
-        }
-        EXPECT_TRUE(cancel);
-    }
-};
-
-TEST_F(RestoreTabTest, OkWhileACancelledRunEndsDoesNotTakeItsWindowAway) {
-    tab.Fld_RestoreFile.SetCaption(kArchive);
-    Frm_Restore window(program, tab.Controls(), std::make_unique<SlowToStop>(machine.machine()));
-    desktop.on_events.push_back([&] { window.Cmd_Cancel.UserPress(); });
+    };
+    desktop.on_events.push_back([this] { PressCancel(); });
     bool pressed = false;
     desktop.on_events.push_back([&] {
-        pressed = window.Cmd_Ok.Visible();
-        window.Cmd_Ok.UserPress();
-        EXPECT_TRUE(window.Loaded());
-        EXPECT_FALSE(window.Visible());
+        pressed = window->Cmd_Ok.Visible();
+        window->Cmd_Ok.UserPress();
+        EXPECT_TRUE(window->Loaded());
+        EXPECT_FALSE(window->Visible());
         EXPECT_THAT(LogRecords(), ElementsAre("Starting Restore from ZIP File - "
-                                              "C:\\Backups\\WEEKLY.zip"));
+                                              "C:\\Browsed.zip"));
     });
-    desktop.ShowModal(window);
+    Run();
+    EXPECT_TRUE(cancel);
     EXPECT_TRUE(pressed);
-    EXPECT_FALSE(window.Loaded());
+    EXPECT_FALSE(window->Loaded());
     EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
     EXPECT_THAT(desktop.happened,
                 ElementsAre("load Frm_Restore", "show Frm_Restore", "activate Frm_Restore",
                             "hide Frm_Restore", "unload Frm_Restore"));
-}
-
-// The user cancels; before the next event of progress the component has a question.
-class AsksAfterTheCancel : public zip::PKUNZIP {
-  public:
-    using PKUNZIP::PKUNZIP;
-    void Set(int id, const zip::Value& value) override {
-        namespace unzip = zip::unzip_id;
-        if (id != unzip::kAction || std::get<std::int16_t>(value) != unzip::kActionExtract) {
-            return;
-        }
-        std::int32_t percent = 10;
-        bool cancel = false;
-        FileProgress(percent);
-        EXPECT_FALSE(questions->AskRetry("The archive cannot be read."));
-        OverallProgress(percent, cancel);
-        EXPECT_TRUE(cancel);
-    }
-};
-
-TEST_F(RestoreTabTest, NoQuestionIsShownAfterTheCancel) {
-    tab.Fld_RestoreFile.SetCaption(kArchive);
-    Frm_Restore window(program, tab.Controls(),
-                       std::make_unique<AsksAfterTheCancel>(machine.machine()));
-    desktop.on_events.push_back([&] { window.Cmd_Cancel.UserPress(); });
-    desktop.idle.push_back([&] { window.Cmd_Ok.UserPress(); });
-    desktop.ShowModal(window);
-    EXPECT_THAT(desktop.boxes, ::testing::IsEmpty());
-    EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));
 }
 
 // Counting and extracting both need the disk; only counting may ask for it.
@@ -115,6 +74,46 @@ TEST_F(RestoreTabTest, LineBreakInAnEntryNameMakesNoRecordOfItsOwn) {
     EXPECT_THAT(details, Contains(warning));
     EXPECT_THAT(LogRecords(), Contains(warning));
     EXPECT_THAT(LogRecords(), Not(Contains(StartsWith("Successful Backup"))));
+}
+
+class RestoreDestination : public RestoreTabTest {
+  protected:
+    void Open() {
+        dialog = std::make_unique<Frm_RestoreWhere>(program, tab.Fld_RestoreTo);
+        desktop.Load(*dialog);
+    }
+    std::unique_ptr<Frm_RestoreWhere> dialog;
+};
+
+TEST_F(RestoreDestination, OpensAtTheDestinationShown) {
+    machine.AddDrive('D', platform::drive_type::kFixed);
+    machine.MakeFolders("D:\\Here");
+    tab.Fld_RestoreTo.SetCaption("D:\\HERE");
+    Open();
+    EXPECT_EQ(dialog->Dri_DriveList.Drive(), "d:");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "D:\\HERE");
+}
+
+TEST_F(RestoreDestination, FolderThatTheCodePageCannotHoldIsRefused) {
+    const std::string folder = "C:\\\xE6\x96\x87";
+    machine.MakeFolders(folder);
+    Open();
+    dialog->Dir_DirList.SetPath(folder);
+    dialog->Cmd_Ok.UserPress();
+    ExpectBox("Unable to use the folder " + folder +
+                  ".\r\nIts name holds characters that a Backup Set cannot store.",
+              forms::Icon::kExclamation, "Backup");
+    EXPECT_TRUE(dialog->Loaded());
+    EXPECT_EQ(tab.Fld_RestoreTo.Caption(), "");
+    dialog->Cmd_Cancel.UserPress();
+}
+
+TEST_F(RestoreDestination, VanishedOneIsTold) {
+    tab.Fld_RestoreTo.SetCaption("C:\\GONE");
+    Open();
+    ExpectBox("Unable to find C:\\GONE\r\nPlease select an available path.",
+              forms::Icon::kExclamation, "Restore To Where");
+    EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Vantrel");
 }
 
 }  // namespace

@@ -18,12 +18,7 @@ class UnlistedArchive : public RestoreTabTest {
     UnlistedArchive() {
         Archive();
         whole_ = machine.Content(kArchive);
-        machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
-        tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
-        Protect("C:\\RESTORE\\SUB");
-    }
-    void Protect(const std::string& folder) {
-        platform::AppendToFile(machine.files(), clsCfg(program).ListPath(), folder + "\r\n");
+        ProtectSub();
     }
     void ProtectNothing() { clsCfg(program).Create_CFG(clsCfg(program).ListPath()); }
     void TakeArchiveAway() { machine.files().RemoveFile(kArchive); }

@@ -3,7 +3,6 @@
 #include <functional>
 
 #include "tests/restore/unlisted_archive_fixture.h"
-#include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
 
 namespace vantrel::test {
@@ -159,14 +158,11 @@ class UnlistedArchiveQuestion : public UnlistedArchive {
     // The box that is shown over this disk, in which the archive is listed first.
     forms::Box Question(const std::function<void(FaultyFileSystem&)>& damage) {
         machine.PutFile(kArchive, whole_);
-        FaultyFileSystem faulty(machine.files());
-        platform::Machine failing = WithFiles(machine.machine(), faulty);
-        forms::Program there{failing, desktop, program.globals};
-        Tab shown(there);
-        shown.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+        FaultyTab over(machine, program);
+        Tab& shown = over.tab;
         desktop.files.push_back(kArchive);
         shown.actions.Cmd_RestoreFile_Click();
-        damage(faulty);
+        damage(over.faulty);
         desktop.boxes.clear();
         AnswerWith({Answer::kCancel});
         PressOkWhenIdle();

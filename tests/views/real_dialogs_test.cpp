@@ -7,7 +7,7 @@
 #include "backup/Frm_BackupWhere.h"
 #include "restore/Frm_Restore.h"
 #include "restore/Frm_RestoreWhere.h"
-#include "tests/backup/selected_set.h"
+#include "tests/backup/dialog_fixture.h"
 #include "tests/restore/restore_tab_fixture.h"
 #include "tests/views/real_program.h"
 // Needs the types of windows.h.
