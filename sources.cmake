@@ -245,6 +245,7 @@ set(VIEWS_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
     tests/support/test_services.cpp
     tests/views/accessibility_test.cpp
+    tests/views/listing_test.cpp
     tests/views/looks_test.cpp
     tests/views/menu_person.cpp
     tests/views/poisoned_memory.cpp
@@ -254,7 +255,8 @@ set(VIEWS_WIN32_TESTS
     tests/views/screen_test.cpp
     tests/views/status_and_menus_test.cpp
     tests/views/win32_doing.cpp
-    tests/views/win32_seeing.cpp)
+    tests/views/win32_seeing.cpp
+    tests/zip/zip_builder.cpp)
 # Those that the race detector looks at as well.
 set(ZIP_THREAD_TESTS
     tests/zip/archive_writer_test.cpp
@@ -356,7 +358,6 @@ set(RESTORE_TESTS
     tests/restore/protected_pass_test.cpp
     tests/restore/restore_actions_test.cpp
     tests/restore/restore_display_test.cpp
-    tests/restore/restore_failure_test.cpp
     tests/restore/restore_meanwhile_test.cpp
     tests/restore/restore_run_test.cpp
     tests/restore/restore_window_test.cpp

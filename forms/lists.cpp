@@ -96,6 +96,7 @@ void Tree::SetImages(int index, int image, int selected_image) {
 
 void Tree::Clear() {
     nodes_.clear();
+    ++clears_;
     selected_ = 0;
     Notify(Aspect::kItems);
 }

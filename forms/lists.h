@@ -73,6 +73,7 @@ class Tree : public Control {
     int Add(Node node);
     void SetImages(int index, int image, int selected_image);
     void Clear();
+    int Clears() const { return clears_; }      // how often it was cleared
     int Selected() const { return selected_; }  // 0 for none
     // 0 selects none. Out of range: error 380.
     void Select(int index);
@@ -85,6 +86,7 @@ class Tree : public Control {
     void MarkSelected(int index);
     std::vector<Node> nodes_;
     int selected_ = 0;
+    int clears_ = 0;
 };
 
 }  // namespace vantrel::forms

@@ -39,19 +39,24 @@ void RestoreActions::ShowMessage(const std::string& text) {
     program_.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Restore"});
 }
 
-void RestoreActions::List(const std::string& archive) {
+// False when another listing has replaced it.
+bool RestoreActions::List(const std::string& archive) {
+    listing_ = {};
     // Looked at before the listing: an archive that changes meanwhile is not the listed one.
     const ListedArchive looked_at = LookAtArchive(program_, archive);
-    listing_ = ShowZipContents(program_, controls_, archive);
+    const ListingOutcome listing = ShowZipContents(program_, controls_, archive);
+    if (listing.replaced) {
+        return false;
+    }
+    listing_ = listing;
     listed_ = looked_at;
+    return true;
 }
 
 // For an archive that was chosen just now: one with a damaged directory is searched if the user
 // wants it, and the entries found are listed.
 void RestoreActions::ListOrSearch(const std::string& archive) {
-    List(archive);
-    if (listing_.cancelled || !controls_.PKUNZIP.CanBeSearched() ||
-        controls_.Fld_RestoreFile.Caption() != archive ||
+    if (!List(archive) || listing_.cancelled || !controls_.PKUNZIP.CanBeSearched() ||
         !ConfirmSearch(program_.desktop, archive)) {
         return;
     }
@@ -117,6 +122,7 @@ void RestoreActions::TakeSet() {
 void RestoreActions::SelectNothing() {
     controls_.Cmb_RestoreFile.SetIndex(-1);
     controls_.TV_Restore.Clear();
+    controls_.TV_Restore.SetVisible(true);
     controls_.Fld_Total.SetCaption("0");
     controls_.Fld_RestoreFile.SetCaption("");
 }
@@ -141,7 +147,9 @@ void RestoreActions::Browse() {
     }
     controls_.Fld_RestoreFile.SetCaption(chosen);
     ListOrSearch(chosen);
-    ForgetSetUnlessItNames(chosen);
+    if (controls_.Fld_RestoreFile.Caption() == chosen) {
+        ForgetSetUnlessItNames(chosen);
+    }
 }
 
 void RestoreActions::ForgetSetUnlessItNames(const std::string& archive) {
@@ -209,14 +217,11 @@ bool RestoreActions::ListArchiveToRestore() {
         if (listing_.complete && LookAtArchive(program_, archive) == listed_) {
             return true;
         }
-        List(archive);
-        if (window_was_there != WindowIsLoaded()) {
+        const bool is_listed = List(archive);
+        if (window_was_there != WindowIsLoaded() || !ValidateChoices()) {
             return false;
         }
-        if (!ValidateChoices()) {
-            return false;
-        }
-        if (ArchiveToRestore() != archive) {
+        if (!is_listed || ArchiveToRestore() != archive) {
             continue;
         }
         if (!listing_.cancelled) {

@@ -10,6 +10,8 @@
 
 namespace vantrel {
 
+// Waiting events are handled during a listing: a handler may list another archive, which then is
+// the one that counts.
 class RestoreActions {
   public:
     RestoreActions(forms::Program& program, const RestoreControls& controls)
@@ -23,8 +25,7 @@ class RestoreActions {
     void Cmd_RestoreTo_Click();
     // Checks, runs the protected-folder pass and shows the restore window. While folders are
     // protected, an archive that cannot be listed is a question before the pass; its Cancel is
-    // logged as a cancelled restore. Traps no errors. Pending events run during a listing; the
-    // button does nothing meanwhile.
+    // logged as a cancelled restore. Traps no errors. Does nothing while another press is served.
     void Cmd_Restore_Click();
 
   private:
@@ -32,7 +33,7 @@ class RestoreActions {
     void SelectNothing();
     void Browse();
     void ForgetSetUnlessItNames(const std::string& archive);
-    void List(const std::string& archive);
+    bool List(const std::string& archive);
     void ListOrSearch(const std::string& archive);
     std::string SetPath() const;
     std::string ArchiveOfSet() const;

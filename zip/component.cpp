@@ -31,8 +31,9 @@ std::string Component::FullPath(const std::string& path) const {
 
 void Component::OnProgress(int percent, bool& cancel) {
     std::int32_t value = percent;
-    if (OverallProgress) {
-        OverallProgress(value, cancel);
+    // A copy, because the handler may put another in its place.
+    if (const auto handler = OverallProgress) {
+        handler(value, cancel);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/searched_archive.h"
+#include "zip/reader/target_folders.h"
 
 namespace vantrel::zip {
 
@@ -41,7 +42,7 @@ bool PKUNZIP::IsAcceptable(int id, const Value& value) const {
 void PKUNZIP::RunAction(std::int16_t action) {
     switch (action) {
         case unzip_id::kActionCount:
-            return ReadNames();
+            return CountEntries();
         case unzip_id::kActionEntry:
             return ReadEntry();
         case unzip_id::kActionSearch:
@@ -52,48 +53,46 @@ void PKUNZIP::RunAction(std::int16_t action) {
 }
 
 // Damage is only information here: an extraction reports it again, as an error.
-void PKUNZIP::ReadNames() {
+void PKUNZIP::CountEntries() {
     const std::string archive = FullPath(Property<std::string>(unzip_id::kArchive));
-    names_ = std::make_shared<Names>();
-    counted_bytes_ = 0;
-    can_be_searched_ = false;
-    std::string trouble;
-    try {
-        trouble = CountEntries(archive);
-    } catch (const Error& error) {
-        can_be_searched_ = error.number() == error_number::kDeviceIo;
-        trouble = FailureText("The archive cannot be read", archive, error);
+    counted_ = {};
+    Keep(unzip_id::kEntryCount, std::int32_t{1});
+    Counted counted{.directory = SearchResultFor(archive)};
+    RunContext channel;
+    const RunOutcome outcome = channel.Run(machine().clock, *this, [&] {
+        try {
+            ReadEntries(archive, channel, counted);
+        } catch (const Error& error) {
+            counted = {.can_be_searched = error.number() == error_number::kDeviceIo,
+                       .trouble = FailureText("The archive cannot be read", archive, error)};
+        }
+    });
+    if (outcome != RunOutcome::kComplete) {
+        return;
     }
-    const auto count = static_cast<std::int32_t>(names_->size());
+    counted_ = std::move(counted);
+    const auto count = static_cast<std::int32_t>(counted_.directory->entries.size());
     Keep(unzip_id::kEntryCount, count + 1);
-    if (!trouble.empty()) {
-        OnMessage({MessageKind::kInformation, 0, 0, archive, trouble, count});
+    if (!counted_.trouble.empty()) {
+        OnMessage({MessageKind::kInformation, 0, 0, archive, counted_.trouble, count});
     }
 }
 
-// Returns what is wrong with the directory, "" when it is complete.
-std::string PKUNZIP::CountEntries(const std::string& archive) {
-    const auto searched = SearchResultFor(archive);
-    Directory read;
-    if (!searched) {
+// `counted` has the result of a search, or none. Runs on a background thread.
+void PKUNZIP::ReadEntries(const std::string& archive, RunContext& channel, Counted& counted) const {
+    if (!counted.directory) {
         ArchiveReader source(machine().files, archive);
-        source.AskForDisks(machine().drives, [this](const ComponentMessage& failure) {
-            if (questions == nullptr || !questions->AskRetry(failure.text)) {
-                throw Error(failure.code, "", ErrorText(failure.code));
-            }
+        source.AskForDisks(machine().drives, [&channel](const ComponentMessage& failure) {
+            channel.AskRetryOrStop(failure);
         });
-        read = ReadDirectory(source, &source, machine().code_page, machine().clock);
-        can_be_searched_ = !read.disks.IsSpanned() && NeedsSearch(read);
+        Directory read = ReadDirectory(source, &source, machine().code_page, machine().clock);
+        counted.can_be_searched = !read.disks.IsSpanned() && NeedsSearch(read);
+        counted.trouble = read.trouble;
+        counted.directory = std::make_shared<Directory>(std::move(read));
     }
-    const Directory& directory = searched ? *searched : read;
-    auto names = std::make_shared<Names>();
-    names->reserve(directory.entries.size());
-    for (StoredEntry entry : directory.entries) {
-        counted_bytes_ += entry.size;
-        names->push_back({std::move(entry.name), entry.is_folder});
+    for (const StoredEntry& entry : counted.directory->entries) {
+        counted.bytes += entry.size;
     }
-    names_ = std::move(names);
-    return directory.searched ? "" : directory.trouble;
 }
 
 std::shared_ptr<const Directory> PKUNZIP::SearchResultFor(const std::string& archive) const {
@@ -121,16 +120,17 @@ void PKUNZIP::Search() {
 }
 
 void PKUNZIP::RestoreListed(const PKUNZIP& listed) {
-    listed_ = listed.names_;
+    listed_ = listed.counted_.directory;
     searched_ = listed.searched_;
 }
 
 // The archive itself is entry 0, and has no name in it.
 void PKUNZIP::ReadEntry() {
     const auto index = Property<std::int32_t>(unzip_id::kEntryIndex);
-    const bool exists = index > 0 && static_cast<std::size_t>(index) <= names_->size();
+    const EntryList& entries = counted_.directory->entries;
+    const bool exists = index > 0 && static_cast<std::size_t>(index) <= entries.size();
     Keep(unzip_id::kEntryName,
-         exists ? (*names_)[static_cast<std::size_t>(index) - 1].name : std::string());
+         exists ? entries[static_cast<std::size_t>(index) - 1].name : std::string());
 }
 
 void PKUNZIP::Extract() {
@@ -142,13 +142,13 @@ void PKUNZIP::Extract() {
     }
     options.use_local_headers = true;
     options.searched = SearchResultFor(options.archive);
-    options.listed = listed_.get();
+    options.listed = listed_ ? &listed_->entries : nullptr;
     failed_ = 0;
     failed_ = ExtractArchive(machine(), options, *this).failed;
 }
 
 std::vector<std::string> PKUNZIP::TargetFolders(const std::string& destination) const {
-    return zip::TargetFolders(machine(), *names_, FullPath(destination));
+    return zip::TargetFolders(machine(), counted_.directory->entries, FullPath(destination));
 }
 
 }  // namespace vantrel::zip

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "zip/base/run_context.h"
 #include "zip/component.h"
-#include "zip/reader/target_folders.h"
 #include "zip/records/directory_reader.h"
 
 namespace vantrel::zip {
@@ -22,7 +22,9 @@ constexpr int kDestination = 4;  // text: folder to extract into
 constexpr int kEntryCount = 16;  // 32-bit integer: entries + 1, the archive itself being entry 0
 constexpr int kEntryName = 32;   // text: stored name, "/" between folder levels
 constexpr int kAction = 34;      // 16-bit integer
-constexpr std::int16_t kActionCount = 1;    // reads the directory; an unreadable archive counts 1
+// Reads the directory, with progress events; an unreadable archive counts 1. Ended by a cancel,
+// it leaves what a handler may have counted meanwhile, or 1.
+constexpr std::int16_t kActionCount = 1;
 constexpr std::int16_t kActionEntry = 2;    // reads the entry at kEntryIndex
 constexpr std::int16_t kActionSearch = 3;   // searches an archive with a damaged directory
 constexpr std::int16_t kActionExtract = 8;  // extracts; existing files are overwritten
@@ -37,11 +39,11 @@ class PKUNZIP : public Component {
     // order. They differ from the stored names where no file can have those.
     virtual std::vector<std::string> TargetFolders(const std::string& destination) const;
     // The size of all entries counted last, not compressed.
-    std::uint64_t CountedBytes() const { return counted_bytes_; }
+    std::uint64_t CountedBytes() const { return counted_.bytes; }
     // Whether the archive counted last has a damaged directory, and can be searched. What
     // kActionSearch finds is counted, read and extracted as long as path, size and time of the
     // archive are the same. A search that is cancelled or fails changes nothing.
-    virtual bool CanBeSearched() const { return can_be_searched_; }
+    virtual bool CanBeSearched() const { return counted_.can_be_searched; }
     // An extraction restores only the entries that `listed` has counted last, by its search if
     // there is one: with other entries in the archive it asks, and restores nothing.
     void RestoreListed(const PKUNZIP& listed);
@@ -61,20 +63,23 @@ class PKUNZIP : public Component {
         platform::Ticks modified = 0;
         std::shared_ptr<const Directory> directory;
     };
-    using Names = std::vector<EntryName>;
+    struct Counted {
+        std::shared_ptr<const Directory> directory = std::make_shared<Directory>();
+        std::uint64_t bytes = 0;
+        bool can_be_searched = false;
+        std::string trouble{};  // "" when the directory is complete
+    };
 
-    void ReadNames();
-    std::string CountEntries(const std::string& archive);
+    void CountEntries();
+    void ReadEntries(const std::string& archive, RunContext& channel, Counted& counted) const;
     void ReadEntry();
     void Search();
     void Extract();
     std::shared_ptr<const Directory> SearchResultFor(const std::string& archive) const;
 
-    std::shared_ptr<const Names> names_ = std::make_shared<Names>();  // of the entries counted last
-    std::shared_ptr<const Names> listed_;  // that an extraction is limited to; null: all
+    Counted counted_;
+    std::shared_ptr<const Directory> listed_;  // that an extraction is limited to; null: all
     Searched searched_;
-    bool can_be_searched_ = false;
-    std::uint64_t counted_bytes_ = 0;
     std::int32_t failed_ = 0;
 };
 

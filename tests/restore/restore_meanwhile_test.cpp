@@ -1,9 +1,9 @@
-// What else is done, or goes wrong, while Restore Now lists the archive once more.
+// What else is done, or goes wrong, while an archive is listed.
 
 #include "common/error.h"
 #include "tests/restore/restore_tab_fixture.h"
-#include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
+#include "tests/zip/zip_builder.h"
 
 namespace vantrel::test {
 namespace {
@@ -12,11 +12,7 @@ constexpr const char* kOther = "C:\\Backups\\OTHER.zip";
 
 class RestoreMeanwhile : public RestoreTabTest {
   protected:
-    RestoreMeanwhile() {
-        platform::AppendToFile(machine.files(), clsCfg(program).ListPath(), "C:\\RESTORE\\SUB\r\n");
-        machine.PutFile("C:\\RESTORE\\Sub\\b.txt", "newer work");
-        tab.Fld_RestoreTo.SetCaption("C:\\RESTORE");
-    }
+    RestoreMeanwhile() { ProtectSub(); }
     // An archive with nothing for the protected folder, as `path`, which has been listed.
     void BrowseHarmless(const char* path) {
         machine.PutFile("C:\\Harmless\\top.txt", "old");
@@ -89,31 +85,152 @@ TEST_F(RestoreMeanwhile, WindowThatIsClosedMeanwhileRestoresNothing) {
     EXPECT_THAT(desktop.boxes, IsEmpty());
 }
 
+// An archive of so many entries that events are handled between them.
+class LongListing : public RestoreMeanwhile {
+  protected:
+    static constexpr int kEntries = 2000;
+    LongListing() {
+        BuiltArchive archive;
+        for (int i = 0; i < kEntries; ++i) {
+            archive.entries.push_back({.name = "Sub/" + std::to_string(i)});
+        }
+        machine.PutFile(kOther, archive.Bytes());
+        Archive();
+    }
+    // Runs `step` when a part of the entries is listed.
+    void Meanwhile(std::function<void()> step) {
+        desktop.on_events.push_back([this, step = std::move(step)] {
+            if (tab.TV_Restore.Count() == 0) {
+                return Meanwhile(step);
+            }
+            listed_before_ = tab.TV_Restore.Count();
+            step();
+        });
+    }
+    int listed_before_ = 0;
+};
+
+TEST_F(LongListing, HandlesEventsBetweenTheEntries) {
+    int handled = 0;
+    const std::function<void()> count = [&] {
+        ++handled;
+        Meanwhile(count);
+    };
+    Meanwhile(count);
+    Browse(kOther);
+    EXPECT_EQ(tab.TV_Restore.Count(), kEntries);
+    EXPECT_GE(handled, 3);
+}
+
+TEST_F(LongListing, ArchiveChosenMeanwhileIsTheOneThatIsListed) {
+    Meanwhile([this] { Browse(kArchive); });
+    Browse(kOther);
+    EXPECT_LT(listed_before_, kEntries);
+    EXPECT_THAT(Listed(), ElementsAre("a.txt", "Sub/b.txt"));
+    EXPECT_EQ(tab.Fld_Total.Caption(), "2");
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), kArchive);
+    EXPECT_TRUE(tab.TV_Restore.Visible());
+    EXPECT_EQ(tab.SSP_TotalFiles.FloodPercent(), 0);
+    EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
+}
+
+TEST_F(LongListing, SetChosenMeanwhileStaysChosen) {
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    Meanwhile([this] { ChooseSet(); });
+    Browse(kOther);
+    EXPECT_EQ(tab.Cmb_RestoreFile.Text(), "WEEKLY.INI");
+    EXPECT_EQ(tab.Fld_RestoreFile.Caption(), kArchive);
+    EXPECT_THAT(Listed(), ElementsAre("a.txt", "Sub/b.txt"));
+}
+
+TEST_F(LongListing, SetWithoutAnArchiveChosenMeanwhileLeavesNothing) {
+    PutSetWithArchive("", "");
+    Meanwhile([this] { ChooseSet(); });
+    Browse(kOther);
+    EXPECT_THAT(Listed(), IsEmpty());
+    EXPECT_EQ(tab.Fld_Total.Caption(), "0");
+    EXPECT_TRUE(tab.TV_Restore.Visible());
+    EXPECT_EQ(tab.SSP_TotalFiles.FloodPercent(), 0);
+}
+
+TEST_F(LongListing, RestoreMeanwhilePassesTheProtectedFoldersFirst) {
+    Meanwhile([this] { Restore(); });
+    Browse(kOther);
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
+    EXPECT_TRUE(machine.Exists("C:\\RESTORE\\Sub\\1999"));
+    EXPECT_EQ(tab.TV_Restore.Count(), kEntries);
+}
+
+TEST_F(LongListing, ErrorMeanwhileLeavesNothingToRestore) {
+    Meanwhile([] { RaiseError(error_number::kPermissionDenied); });
+    Browse(kOther);
+    EXPECT_LT(tab.TV_Restore.Count(), kEntries);
+    Restore();
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\SUB_001\\b.txt"), "newer work");
+}
+
+TEST_F(LongListing, EndsWhenTheWindowIsClosed) {
+    desktop.Load(tab);
+    Meanwhile([this] { desktop.Unload(tab); });
+    Browse(kOther);
+    EXPECT_EQ(tab.TV_Restore.Count(), listed_before_);
+}
+
 TEST_F(RestoreMeanwhile, ArchiveThatMayNotBeLookedAtIsAMissingOne) {
     Archive();
-    FaultyFileSystem faulty(machine.files());
-    platform::Machine failing = WithFiles(machine.machine(), faulty);
-    forms::Program there{failing, desktop, program.globals};
-    Tab shown(there);
-    shown.Fld_RestoreTo.SetCaption("C:\\RESTORE");
+    FaultyTab over(machine, program);
+    Tab& shown = over.tab;
     desktop.files.push_back(kArchive);
     shown.actions.Cmd_RestoreFile_Click();
     ASSERT_EQ(shown.TV_Restore.Count(), 2);
-    faulty.plan.Inject({.kind = Call::kFind,
-                        .from_then_on = true,
-                        .number = error_number::kPermissionDenied,
-                        .path_part = "WEEKLY.zip"});
-    faulty.plan.Inject({.kind = Call::kList,
-                        .from_then_on = true,
-                        .number = error_number::kPathFileAccess,
-                        .path_part = "C:\\Backups"});
+    over.faulty.plan.Inject({.kind = Call::kFind,
+                             .from_then_on = true,
+                             .number = error_number::kPermissionDenied,
+                             .path_part = "WEEKLY.zip"});
+    over.faulty.plan.Inject({.kind = Call::kList,
+                             .from_then_on = true,
+                             .number = error_number::kPathFileAccess,
+                             .path_part = "C:\\Backups"});
     desktop.answers = {forms::Answer::kCancel};
     shown.actions.Cmd_Restore_Click();
-    EXPECT_GT(faulty.plan.Fired(), 0);
+    EXPECT_GT(over.faulty.plan.Fired(), 0);
     ASSERT_EQ(desktop.boxes.size(), 1u);
     ExpectBox("The archive cannot be read: C:\\Backups\\WEEKLY.zip (File not found).",
               forms::Icon::kExclamation, "Restore");
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Sub\\b.txt"), "newer work");
+}
+
+// Fails the n-th call to the disk, for every n, while `act` runs on a tab of its own.
+template <typename Act>
+void SweepFailures(TestMachine& machine, forms::Program& program, ScriptedDesktop& desktop,
+                   Act&& act) {
+    for (int n = 1, fired = 1; fired > 0; ++n) {
+        FaultyTab over(machine, program);
+        over.tab.Cmb_RestoreFile.Add("WEEKLY.INI");
+        over.faulty.plan.Inject({.kind = Call::kAny, .at = n});
+        EXPECT_NO_THROW(act(over.tab)) << n;
+        EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault) << n;
+        fired = over.faulty.plan.Fired();
+        if (fired == 0) {
+            EXPECT_EQ(over.tab.Fld_Total.Caption(), "2");
+            EXPECT_GT(n, 5);
+        }
+    }
+}
+
+TEST_F(RestoreTabTest, WhateverFailsWhileASetIsTakenThePointerComesBack) {
+    Archive();
+    PutSetWithArchive("C:\\Backups\\", "WEEKLY.zip");
+    SweepFailures(machine, program, desktop,
+                  [](Tab& shown) { shown.Cmb_RestoreFile.SetText("WEEKLY.INI"); });
+}
+
+TEST_F(RestoreTabTest, WhateverFailsWhileAnArchiveIsBrowsedThePointerComesBack) {
+    Archive();
+    SweepFailures(machine, program, desktop, [this](Tab& shown) {
+        desktop.files.assign(1, kArchive);
+        shown.actions.Cmd_RestoreFile_Click();
+    });
 }
 
 }  // namespace

@@ -24,9 +24,9 @@ constexpr std::uint64_t kFileCost = 128 * 1024;
 constexpr std::size_t kPlannedAtOnce = 512;
 
 // Throws when the archive has other entries than those that were listed.
-void RequireListed(const Directory& directory, const std::vector<EntryName>* listed) {
-    const auto same = [](const StoredEntry& entry, const EntryName& name) {
-        return entry.name == name.name && entry.is_folder == name.is_folder;
+void RequireListed(const Directory& directory, const EntryList* listed) {
+    const auto same = [](const StoredEntry& entry, const StoredEntry& other) {
+        return entry.name == other.name && entry.is_folder == other.is_folder;
     };
     if (listed != nullptr && !std::ranges::equal(directory.entries, *listed, same)) {
         throw Error(error_number::kDeviceIo, "", "It is another archive than the one listed");

@@ -42,7 +42,7 @@ struct ExtractOptions {
     // The result of an earlier search, instead of the archive's directory.
     std::shared_ptr<const Directory> searched{};
     // Entries that were listed: an archive with others is not restored, but a question.
-    const std::vector<EntryName>* listed = nullptr;
+    const EntryList* listed = nullptr;
     // What can be read of a damaged file is written, under its name with ".damaged".
     bool keep_broken = false;
     // Every file is read and checked, and nothing is written; `destination` means nothing.

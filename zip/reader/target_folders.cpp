@@ -207,13 +207,12 @@ void TakenNames::Grow() {
     }
 }
 
-std::vector<std::string> TargetFolders(const platform::Machine& machine,
-                                       const std::vector<EntryName>& entries,
+std::vector<std::string> TargetFolders(const platform::Machine& machine, const EntryList& entries,
                                        const std::string& destination) {
     FolderFinder finder(machine, destination);
     std::vector<std::string> folders;
     std::set<std::string> seen;
-    for (const EntryName& entry : entries) {
+    for (const StoredEntry& entry : entries) {
         const SafeName name = MakeSafeName(entry.name);
         if (name.path.empty()) {
             continue;

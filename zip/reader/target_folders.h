@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/machine.h"
+#include "zip/records/entry_list.h"
 
 namespace vantrel::zip {
 
@@ -87,17 +88,11 @@ class FolderMaker {
     std::unordered_map<std::string, Made> made_;  // by KeyInFolder
 };
 
-struct EntryName {
-    std::string name;  // as stored
-    bool is_folder = false;
-};
-
 // The folders that extracting `entries` into `destination` makes or writes into, by the rules of
 // FolderMaker, for callers who must unprotect them first. Paths below the destination ("" is that
 // itself), each once, in the order of the entries. An entry whose name is refused has none. Changes
 // nothing and raises nothing: of a folder that cannot be looked at the name is taken unchanged.
-std::vector<std::string> TargetFolders(const platform::Machine& machine,
-                                       const std::vector<EntryName>& entries,
+std::vector<std::string> TargetFolders(const platform::Machine& machine, const EntryList& entries,
                                        const std::string& destination);
 
 }  // namespace vantrel::zip
