@@ -1,4 +1,6 @@
 // Earlier archives that are damaged or made to do harm: the new archive is right all the same.
+#include <functional>
+
 #include "tests/zip/earlier_samples.h"
 #include "tests/zip/hostile_tables.h"
 #include "tests/zip/writer_fixture.h"
@@ -8,22 +10,6 @@ namespace vantrel::test {
 namespace {
 
 constexpr std::size_t kStep = 64;  // bytes from one damage to the next
-
-std::string Number16(std::uint16_t value) {
-    std::string text;
-    zip::Put16(text, value);
-    return text;
-}
-std::string Number32(std::uint32_t value) {
-    std::string text;
-    zip::Put32(text, value);
-    return text;
-}
-std::string Number64(std::uint64_t value) {
-    std::string text;
-    zip::Put64(text, value);
-    return text;
-}
 
 class EarlierHostile : public ::testing::Test {
   protected:
@@ -109,14 +95,10 @@ TEST_F(EarlierHostile, AFileThatIsTruncatedAtEvery64thByte) {
 // The table: what is done to the good archive, or an archive in its place.
 struct Trick {
     const char* name;
-    std::string (*make)(const std::string& good);
+    std::function<std::string(const std::string& good)> make;
     bool reuses_something;
 };
 
-// `bytes` with `value` put over what stands `at`.
-std::string Over(std::string bytes, std::size_t at, const std::string& value) {
-    return bytes.replace(at, value.size(), value);
-}
 std::size_t CentralOf(const std::string& bytes, const std::string& name) {
     const std::size_t directory = ReadArchive(bytes).directory_offset;
     return bytes.find(name, directory) - zip::central_record::kFixedSize;
@@ -146,12 +128,17 @@ std::string WithDataBehind(const std::string& more) {
     return Over(bytes, bytes.find("PK\1\2") + zip::central_record::kMethod, Number16(8));
 }
 
+// A field of a central record of the good archive is overwritten.
+Trick InCentral(const char* name, const char* entry, std::size_t field, const std::string& value,
+                bool reuses_something) {
+    const auto make = [=](const std::string& good) {
+        return Over(good, CentralOf(good, entry) + field, value);
+    };
+    return {name, make, reuses_something};
+}
+
 const Trick kTricks[] = {
-    {"WrongChecksumInTheDirectory",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kCrc, "evil");
-     },
-     true},
+    InCentral("WrongChecksumInTheDirectory", "a.txt", zip::central_record::kCrc, "evil", true),
     {"OtherDataWithTheRightChecksum",
      [](const std::string&) {
          return Built({Marked({.name = "a.txt",
@@ -180,45 +167,20 @@ const Trick kTricks[] = {
                        {.name = "c", .content = "", .size = 700, .packed_size = 600, .offset = 9}});
      },
      true},
-    {"HeadersBehindTheEnd",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kOffset,
-                     Number32(0x7FFFFFFF));
-     },
-     true},
+    InCentral("HeadersBehindTheEnd", "a.txt", zip::central_record::kOffset, Number32(0x7FFFFFFF),
+              true),
     {"HeaderThatIsNone", [](const std::string& good) { return Over(good, 0, "evil"); }, true},
     {"LocalNameOfHugeLength",
      [](const std::string& good) {
          return Over(good, zip::local_header::kNameLength, Number16(0xFFFF) + Number16(0xFFFF));
      },
      true},
-    {"PackedSizeBeyondTheData",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kPackedSize,
-                     Number32(2999));
-     },
-     true},
-    {"PackedSizeOfZero",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kPackedSize,
-                     Number32(0));
-     },
-     true},
-    {"EncryptedEntry",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kFlags, Number16(1));
-     },
-     false},
-    {"UnknownMethod",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kMethod, Number16(9));
-     },
-     false},
-    {"EntryOnAnotherDisk",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "a.txt") + zip::central_record::kDisk, Number16(3));
-     },
-     false},
+    InCentral("PackedSizeBeyondTheData", "a.txt", zip::central_record::kPackedSize, Number32(2999),
+              true),
+    InCentral("PackedSizeOfZero", "a.txt", zip::central_record::kPackedSize, Number32(0), true),
+    InCentral("EncryptedEntry", "a.txt", zip::central_record::kFlags, Number16(1), false),
+    InCentral("UnknownMethod", "a.txt", zip::central_record::kMethod, Number16(9), false),
+    InCentral("EntryOnAnotherDisk", "a.txt", zip::central_record::kDisk, Number16(3), false),
     {"FinalBlockInTheFirstChunk",
      [](const std::string& good) {
          const std::size_t at = DataOf(good, "big");
@@ -240,12 +202,8 @@ const Trick kTricks[] = {
      [](const std::string& good) { return Over(good, IndexOf(good) - 1, "\x2C"); }, true},
     {"IndexOfImpossibleItems",
      [](const std::string& good) { return Over(good, IndexOf(good) - 1, "\xFF"); }, true},
-    {"ChunkedFileOfHugeSize",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "big") + zip::central_record::kSize,
-                     Number32(0xFFFFFFFE));
-     },
-     true},
+    InCentral("ChunkedFileOfHugeSize", "big", zip::central_record::kSize, Number32(0xFFFFFFFE),
+              true),
     {"ChunksBehindTheEnd",
      [](const std::string& good) {
          return Over(good, CentralOf(good, "big") + zip::central_record::kOffset,
@@ -273,12 +231,8 @@ const Trick kTricks[] = {
          return Over(good, good.size() - 14, Number16(3) + Number16(3));
      },
      false},
-    {"LengthsBehindTheDirectory",
-     [](const std::string& good) {
-         return Over(good, CentralOf(good, "z") + zip::central_record::kNameLength,
-                     Number16(0xFFFF) + Number16(0xFFFF) + Number16(0xFFFF));
-     },
-     false},
+    InCentral("LengthsBehindTheDirectory", "z", zip::central_record::kNameLength,
+              Number16(0xFFFF) + Number16(0xFFFF) + Number16(0xFFFF), false),
 };
 
 class EarlierTrick : public EarlierHostile, public ::testing::WithParamInterface<Trick> {};

@@ -15,23 +15,6 @@ HostileArchive Failing(const std::string& trick, std::string bytes, Strings rest
     return {trick, std::move(bytes), std::move(restored), failed, reported, RunOutcome::kFailed};
 }
 
-// `bytes` with `value` put over what stands `at`.
-std::string With(std::string bytes, std::size_t at, const std::string& value) {
-    return bytes.replace(at, value.size(), value);
-}
-
-std::string Number16(std::uint16_t value) {
-    std::string text;
-    zip::Put16(text, value);
-    return text;
-}
-
-std::string Number32(std::uint32_t value) {
-    std::string text;
-    zip::Put32(text, value);
-    return text;
-}
-
 const BuiltEntry kGood{.name = "good", .content = "good content"};
 const BuiltEntry kOther{.name = "other", .content = "other content", .method = 8};
 
@@ -135,7 +118,7 @@ Tricks HostileData() {
          1,
          1},
         {"NoDeflateStream",
-         With(Built({{.name = "a", .content = "0123456789", .method = 8}}), 31, "\xFF\xFF\xFF\xFF"),
+         Over(Built({{.name = "a", .content = "0123456789", .method = 8}}), 31, "\xFF\xFF\xFF\xFF"),
          {},
          1,
          1},
@@ -164,9 +147,9 @@ Tricks HostileData() {
          {"a"},
          0,
          1},
-        {"LocalHeaderThatIsNone", With(Built({{.name = "a", .content = "x"}}), 0, "QQ"), {}, 1, 1},
+        {"LocalHeaderThatIsNone", Over(Built({{.name = "a", .content = "x"}}), 0, "QQ"), {}, 1, 1},
         {"LocalNameBehindTheEnd",
-         With(Built({{.name = "a", .content = "x"}}), 26, Number16(0xFFFF)),
+         Over(Built({{.name = "a", .content = "x"}}), 26, Number16(0xFFFF)),
          {},
          1,
          1},
@@ -190,29 +173,29 @@ Tricks HostileDirectories() {
     return {
         Failing("NoArchive", "This is no archive."),
         Failing("Empty", ""),
-        Failing("DirectoryCutInARecord", With(two, second, "XX"), {"good"}),
-        Failing("DirectoryBehindTheEnd", With(two, end + 16, Number32(0x7FFFFFFF))),
+        Failing("DirectoryCutInARecord", Over(two, second, "XX"), {"good"}),
+        Failing("DirectoryBehindTheEnd", Over(two, end + 16, Number32(0x7FFFFFFF))),
         // Its entries are complete, and where the end record states.
-        {"DirectoryOfHugeSize", With(two, end + 12, Number32(0x7FFFFFFF)), {"good", "other"}},
-        Failing("MoreEntriesStated", With(two, end + 8, Number16(9) + Number16(9)),
+        {"DirectoryOfHugeSize", Over(two, end + 12, Number32(0x7FFFFFFF)), {"good", "other"}},
+        Failing("MoreEntriesStated", Over(two, end + 8, Number16(9) + Number16(9)),
                 {"good", "other"}),
-        Failing("NameBehindTheDirectory", With(two, second + 28, Number16(0xFFFF)), {"good"}),
-        Failing("ExtraBehindTheDirectory", With(two, second + 30, Number16(0xFFFF)), {"good"}),
+        Failing("NameBehindTheDirectory", Over(two, second + 28, Number16(0xFFFF)), {"good"}),
+        Failing("ExtraBehindTheDirectory", Over(two, second + 30, Number16(0xFFFF)), {"good"}),
         Failing("Zip64EndOfHugeCount",
-                With(zip64, end64 + 24, std::string(8, '\x7F') + std::string(8, '\x7F')),
+                Over(zip64, end64 + 24, std::string(8, '\x7F') + std::string(8, '\x7F')),
                 {"good", "other"}),
         // As in front of other data, it is found where it has to stand: before its locator.
-        {"Zip64EndElsewhere", With(zip64, locator + 8, std::string(8, '\x7F')), {"good", "other"}},
+        {"Zip64EndElsewhere", Over(zip64, locator + 8, std::string(8, '\x7F')), {"good", "other"}},
         Failing("Zip64EndOfASetWithTooManyEntries",
-                With(With(With(zip64, 0, "x"), end64 + 16, Number32(0x77)), end64 + 24,
+                Over(Over(Over(zip64, 0, "x"), end64 + 16, Number32(0x77)), end64 + 24,
                      std::string(16, '\x7F'))),
         Failing("FirstDiskOfASetAlone", std::string("PK\7\x8") + two.substr(0, second)),
         // The only disk begins with an entry, the last one of a set does not.
-        {"DamagedDiskNumber", With(two, end + 4, Number16(1) + Number16(0)), {"good", "other"}},
-        Failing("LastDiskOfASetAlone", With(With(two, 0, "x"), end + 4, Number16(1) + Number16(0))),
+        {"DamagedDiskNumber", Over(two, end + 4, Number16(1) + Number16(0)), {"good", "other"}},
+        Failing("LastDiskOfASetAlone", Over(Over(two, 0, "x"), end + 4, Number16(1) + Number16(0))),
         Failing("SetOfMoreDisksThanThereCanBe",
-                With(With(two, 0, "x"), end + 4, Number16(0xFFFE) + Number16(0xFFFD))),
-        Failing("Zip64DirectoryElsewhere", With(zip64, end64 + 48, std::string(8, '\x7F'))),
+                Over(Over(two, 0, "x"), end + 4, Number16(0xFFFE) + Number16(0xFFFD))),
+        Failing("Zip64DirectoryElsewhere", Over(zip64, end64 + 48, std::string(8, '\x7F'))),
         {"CommentThatIsAnArchive", commented.Bytes(), {"good"}},
         {"PrefixThatIsAnArchive",
          Built({{.name = "../evil", .content = "evil"}}) + two,

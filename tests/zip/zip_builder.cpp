@@ -20,6 +20,13 @@ std::uint64_t Or(std::int64_t lie, std::uint64_t truth) {
     return lie < 0 ? truth : static_cast<std::uint64_t>(lie);
 }
 
+template <typename Value>
+std::string Number(Value value) {
+    std::string bytes;
+    zip::PutNumber(bytes, value);
+    return bytes;
+}
+
 struct Numbers {
     std::uint32_t crc;
     std::uint32_t packed_size;
@@ -72,6 +79,14 @@ std::string RawDeflate(const std::string& content) {
     out.resize(stream.total_out);
     deflateEnd(&stream);
     return out;
+}
+
+std::string Number16(std::uint16_t value) { return Number(value); }
+std::string Number32(std::uint32_t value) { return Number(value); }
+std::string Number64(std::uint64_t value) { return Number(value); }
+
+std::string Over(std::string bytes, std::size_t at, const std::string& value) {
+    return bytes.replace(at, value.size(), value);
 }
 
 std::string ExtraField(std::uint16_t id, const std::string& body) {

@@ -41,6 +41,12 @@ struct BuiltArchive {
     std::string Bytes() const;
 };
 
+// Numbers as they stand in a record.
+std::string Number16(std::uint16_t value);
+std::string Number32(std::uint32_t value);
+std::string Number64(std::uint64_t value);
+// `bytes` with `value` put over what stands `at`.
+std::string Over(std::string bytes, std::size_t at, const std::string& value);
 // An extra field with its header.
 std::string ExtraField(std::uint16_t id, const std::string& body);
 // A complete raw deflate stream.
