@@ -278,6 +278,7 @@ set(ZIP_THREAD_TESTS
     tests/zip/spanning_progress_test.cpp
     tests/zip/spanning_prompts_test.cpp
     tests/zip/spanning_read_test.cpp
+    tests/zip/spanning_search_test.cpp
     tests/zip/spanning_write_test.cpp
     tests/zip/unreadable_files_test.cpp
     tests/zip/writer_close_test.cpp

@@ -101,11 +101,7 @@ bool ProgressWindow::AskRetry(const std::string& text) {
 }
 
 zip::Questions::DiskAnswer ProgressWindow::AskForDisk(const std::string& text) {
-    return Ask(
-        {.text = text + "\r\n\r\nPress Continue to restore the other files without this disk.",
-         .buttons = forms::Buttons::kRetryContinueCancel,
-         .icon = forms::Icon::kExclamation,
-         .title = question_title_});
+    return Ask(DiskQuestion(text, question_title_));
 }
 
 zip::Questions::DiskAnswer ProgressWindow::Ask(const forms::Box& box) {
@@ -115,16 +111,12 @@ zip::Questions::DiskAnswer ProgressWindow::Ask(const forms::Box& box) {
         return DiskAnswer::kCancel;
     }
     display_.Pause(Now());
-    const forms::Answer answer = program().desktop.Show(box);
+    const DiskAnswer answer = ShowQuestion(program().desktop, box);
     display_.Resume(Now());
-    if (answer == forms::Answer::kRetry) {
-        return DiskAnswer::kRetry;
+    if (answer == DiskAnswer::kCancel) {
+        Cmd_Cancel.SetEnabled(false);
     }
-    if (answer == forms::Answer::kContinue) {
-        return DiskAnswer::kContinue;
-    }
-    Cmd_Cancel.SetEnabled(false);
-    return DiskAnswer::kCancel;
+    return answer;
 }
 
 void ProgressWindow::LogRecord(const std::string& text) {
@@ -174,6 +166,21 @@ bool ConfirmRetry(forms::Desktop& desktop, const std::string& text, const std::s
                          .buttons = forms::Buttons::kRetryCancel,
                          .icon = forms::Icon::kExclamation,
                          .title = title}) == forms::Answer::kRetry;
+}
+
+forms::Box DiskQuestion(const std::string& text, const std::string& title) {
+    return {.text = text + "\r\n\r\nPress Continue to restore the other files without this disk.",
+            .buttons = forms::Buttons::kRetryContinueCancel,
+            .icon = forms::Icon::kExclamation,
+            .title = title};
+}
+
+zip::Questions::DiskAnswer ShowQuestion(forms::Desktop& desktop, const forms::Box& box) {
+    using DiskAnswer = zip::Questions::DiskAnswer;
+    const forms::Answer answer = desktop.Show(box);
+    return answer == forms::Answer::kRetry      ? DiskAnswer::kRetry
+           : answer == forms::Answer::kContinue ? DiskAnswer::kContinue
+                                                : DiskAnswer::kCancel;
 }
 
 }  // namespace vantrel

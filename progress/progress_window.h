@@ -41,6 +41,9 @@ class ComponentMessages {
 
 // Shows a component's question with Retry and Cancel. True for Retry.
 bool ConfirmRetry(forms::Desktop& desktop, const std::string& text, const std::string& title);
+// The question for a disk without which the run can continue, and the answer to a box.
+forms::Box DiskQuestion(const std::string& text, const std::string& title);
+zip::Questions::DiskAnswer ShowQuestion(forms::Desktop& desktop, const forms::Box& box);
 
 class ProgressWindow : public forms::Form, protected zip::Questions {
   public:

@@ -19,13 +19,17 @@ class DiskQuestions : public zip::Questions {
     explicit DiskQuestions(forms::Program& program) : desktop_(program.desktop) {}
 
     bool AskRetry(const std::string& text) override {
+        return AskForDisk(text) == DiskAnswer::kRetry;
+    }
+    DiskAnswer AskForDisk(const std::string& text) override {
         if (cancelled) {
-            return false;
+            return DiskAnswer::kCancel;
         }
         desktop_.SetPointer(forms::Pointer::kDefault);
-        cancelled = !ConfirmRetry(desktop_, text, "Restore");
+        const DiskAnswer answer = ShowQuestion(desktop_, DiskQuestion(text, "Restore"));
         desktop_.SetPointer(forms::Pointer::kHourglass);
-        return !cancelled;
+        cancelled = answer == DiskAnswer::kCancel;
+        return answer;
     }
 
     bool cancelled = false;

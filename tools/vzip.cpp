@@ -9,12 +9,20 @@
 
 #ifdef _WIN32
 #include "platform/win32/win32_machine.h"
-using NativeMachine = vantrel::platform::Win32Machine;
+struct NativeMachine : vantrel::platform::Win32Machine {
+    explicit NativeMachine(bool /*has_disks*/) {}
+};
 #else
 #include "platform/host/host_machine.h"
-// File names exactly as the system's other tools see them.
+// File names exactly as the system's other tools see them. `has_disks`: for an archive on several
+// disks each folder counts as one that is removable.
 struct NativeMachine : vantrel::platform::HostMachine {
-    NativeMachine() : HostMachine({{'Z', {.folder = "/", .exact_names = true}}}) {}
+    explicit NativeMachine(bool has_disks)
+        : HostMachine({{'Z',
+                        {.folder = "/",
+                         .type = has_disks ? vantrel::platform::drive_type::kRemovable
+                                           : vantrel::platform::drive_type::kFixed,
+                         .exact_names = true}}}) {}
 };
 #endif
 
@@ -22,17 +30,19 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: vzip create ARCHIVE.zip FOLDER [--level 0-9] [--mask MASK] [--no-sub-folders]\n"
-    "                   [--earlier ARCHIVE | --fresh] [--threads N] [--quiet]\n"
+    "                   [--earlier ARCHIVE | --fresh] [--disks] [--threads N] [--quiet]\n"
     "       vzip list ARCHIVE.zip\n"
-    "       vzip extract ARCHIVE.zip FOLDER [--threads N] [--keep-broken] [--quiet]\n"
-    "       vzip verify ARCHIVE.zip [--threads N] [--quiet]\n"
+    "       vzip extract ARCHIVE.zip FOLDER [--disks] [--threads N] [--keep-broken] [--quiet]\n"
+    "       vzip verify ARCHIVE.zip [--disks] [--threads N] [--quiet]\n"
     "       vzip --version\n"
     "exit code: 0 complete, 1 some files skipped, damaged or not restored, 2 failed\n";
 
 int Run(int count, char** words) {
-    NativeMachine native;
     const std::string command = count > 1 ? words[1] : "";
     const std::vector<std::string> arguments(words + std::min(count, 2), words + count);
+    const bool has_disks =
+        std::find(arguments.begin(), arguments.end(), "--disks") != arguments.end();
+    NativeMachine native(has_disks);
     if (command == "create") {
         return vantrel::tools::CreateArchive(native.machine(), arguments);
     }

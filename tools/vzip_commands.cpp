@@ -10,7 +10,6 @@
 #include "common/display_text.h"
 #include "common/product.h"
 #include "zip/deflate/deflate.h"
-#include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/searched_archive.h"
 #include "zip/records/directory_reader.h"
@@ -61,10 +60,36 @@ void RequireOperands(const std::vector<std::string>& operands, std::size_t count
     }
 }
 
-// Warnings and errors go to standard error; so do information and a line of progress, if wanted.
+// Asks on standard error and reads the answer from standard input; its end means Cancel.
+class Terminal : public zip::Questions {
+  public:
+    bool AskRetry(const std::string& text) override {
+        return Ask(text + "\n[r]etry or [q]uit? ") == 'r';
+    }
+    DiskAnswer AskForDisk(const std::string& text) override {
+        switch (Ask(text + "\n[r]etry, [c]ontinue without this disk, or [q]uit? ")) {
+            case 'r':
+                return DiskAnswer::kRetry;
+            case 'c':
+                return DiskAnswer::kContinue;
+            default:
+                return DiskAnswer::kCancel;
+        }
+    }
+
+  private:
+    static int Ask(const std::string& question) {
+        std::fputs(question.c_str(), stderr);
+        char line[80];
+        return std::fgets(line, sizeof line, stdin) == nullptr ? 'q' : line[0];
+    }
+};
+
+// Warnings and errors go to standard error; so do information and a line of progress, if wanted,
+// and questions for disks.
 class Console : public zip::RunEvents {
   public:
-    explicit Console(bool shows_progress) : shows_progress_(shows_progress) {}
+    Console(bool shows_progress, bool asks) : shows_progress_(shows_progress), asks_(asks) {}
 
     void OnProgress(int percent, bool&) override {
         if (shows_progress_ && percent != percent_) {
@@ -81,7 +106,7 @@ class Console : public zip::RunEvents {
         }
     }
     bool WantsEachFile() const override { return false; }
-    zip::Questions* QuestionHandler() override { return nullptr; }
+    zip::Questions* QuestionHandler() override { return asks_ ? &terminal_ : nullptr; }
 
     void EndLine() {
         if (percent_ >= 0) {
@@ -92,6 +117,8 @@ class Console : public zip::RunEvents {
 
   private:
     bool shows_progress_;
+    bool asks_;
+    Terminal terminal_;
     int percent_ = -1;
 };
 
@@ -147,6 +174,8 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
             options.earlier = PlatformPath(value());
         } else if (name == "--fresh") {
             fresh = true;
+        } else if (name == "--disks") {
+            options.spanning = true;
         } else {
             quiet |= name == "--quiet";
             return name == "--quiet";
@@ -162,7 +191,7 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
     if (!fresh && options.earlier.empty()) {
         options.earlier = options.archive;
     }
-    Console console(!quiet);
+    Console console(!quiet, options.spanning);
     const zip::WriterResult result = zip::WriteArchive(machine, options, console);
     console.EndLine();
     return Report({result.outcome, result.entries, result.skipped, "skipped"}, quiet);
@@ -171,9 +200,8 @@ int CreateArchive(const platform::Machine& machine, const std::vector<std::strin
 int ListArchive(const platform::Machine& machine, const std::vector<std::string>& arguments) {
     const auto operands = ParseOptions(arguments, [](const std::string&, auto) { return false; });
     RequireOperands(operands, 1);
-    zip::ArchiveReader source(machine.files, PlatformPath(operands[0]));
     const zip::Directory directory =
-        zip::ReadDamagedDirectory(machine, source, [](std::uint64_t) {});
+        zip::ReadDamagedDirectory(machine, PlatformPath(operands[0]), {}, [](std::uint64_t) {});
     for (const zip::StoredEntry entry : directory.entries) {
         std::printf("%12llu  %s\n", static_cast<unsigned long long>(entry.size),
                     EscapeControls(entry.name).c_str());
@@ -195,6 +223,7 @@ namespace {
 int RunExtraction(const platform::Machine& machine, const std::vector<std::string>& arguments,
                   zip::ExtractOptions options, const char* left_out_means) {
     bool quiet = false;
+    bool asks = false;
     options.search = true;
     options.use_local_headers = true;
     const auto operands = ParseOptions(arguments, [&](const std::string& name, auto value) {
@@ -202,6 +231,8 @@ int RunExtraction(const platform::Machine& machine, const std::vector<std::strin
             options.threads = Number(name, value(), 1, 256);
         } else if (name == "--keep-broken" && !options.verify_only) {
             options.keep_broken = true;
+        } else if (name == "--disks") {
+            asks = true;
         } else {
             quiet |= name == "--quiet";
             return name == "--quiet";
@@ -211,7 +242,7 @@ int RunExtraction(const platform::Machine& machine, const std::vector<std::strin
     RequireOperands(operands, options.verify_only ? 1 : 2);
     options.archive = PlatformPath(operands[0]);
     options.destination = options.verify_only ? "" : PlatformPath(operands[1]);
-    Console console(false);
+    Console console(false, asks);
     const zip::ExtractResult result = zip::ExtractArchive(machine, options, console);
     const int exit_code =
         Report({result.outcome, result.entries, result.failed, left_out_means}, quiet);

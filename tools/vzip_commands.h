@@ -19,7 +19,8 @@ constexpr int kExitFailed = 2;
 // "a.zip", "D:\Data").
 std::string PlatformPath(const std::string& path);
 
-// `arguments` are the words after the command's name.
+// `arguments` are the words after the command's name. With `--disks` the archive may be on several
+// disks, which `create`, `extract` and `verify` ask for on the terminal.
 //
 // `vzip create ARCHIVE FOLDER`: makes or replaces an archive of a folder. Reuses compressed data of
 // the archive that it replaces, with `--earlier PATH` of another one, with `--fresh` of none.

@@ -1,5 +1,6 @@
 #include "zip/pkunzip.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "zip/disks/archive_reader.h"
@@ -63,7 +64,10 @@ void PKUNZIP::CountEntries() {
         try {
             ReadEntries(archive, channel, counted);
         } catch (const Error& error) {
-            counted = {.can_be_searched = error.number() == error_number::kDeviceIo,
+            auto unread = std::make_shared<Directory>();
+            unread->trouble = "The archive's directory is damaged: it cannot be read.";
+            counted = {.directory = std::move(unread),
+                       .can_be_searched = error.number() == error_number::kDeviceIo,
                        .trouble = FailureText("The archive cannot be read", archive, error)};
         }
     });
@@ -82,11 +86,9 @@ void PKUNZIP::CountEntries() {
 void PKUNZIP::ReadEntries(const std::string& archive, RunContext& channel, Counted& counted) const {
     if (!counted.directory) {
         ArchiveReader source(machine().files, archive);
-        source.AskForDisks(machine().drives, [&channel](const ComponentMessage& failure) {
-            channel.AskRetryOrStop(failure);
-        });
+        source.AskForDisks(machine().drives, AskWith(channel));
         Directory read = ReadDirectory(source, &source, machine().code_page, machine().clock);
-        counted.can_be_searched = !read.disks.IsSpanned() && NeedsSearch(read);
+        counted.can_be_searched = NeedsSearch(read);
         counted.trouble = read.trouble;
         counted.directory = std::make_shared<Directory>(std::move(read));
     }
@@ -95,14 +97,22 @@ void PKUNZIP::ReadEntries(const std::string& archive, RunContext& channel, Count
     }
 }
 
-std::shared_ptr<const Directory> PKUNZIP::SearchResultFor(const std::string& archive) const {
-    if (!searched_.directory || searched_.path != archive) {
-        return nullptr;
+bool PKUNZIP::IsSearched(const std::string& archive) const {
+    const auto found = machine().files.Find(archive);
+    const auto& disks = searched_.directory->disks.listed;
+    if (!found || disks.empty()) {
+        return found && found->size == searched_.size &&
+               found->times.modified == searched_.modified;
     }
+    const auto file = machine().files.Open(archive, platform::OpenMode::kRead);
+    const DiskIdentity::Listed here{found->size, DiskIdentity::HeadCrc(*file)};
+    return std::any_of(disks.begin(), disks.end(),
+                       [&](const auto& disk) { return disk.second == here; });
+}
+
+std::shared_ptr<const Directory> PKUNZIP::SearchResultFor(const std::string& archive) const {
     try {
-        const auto found = machine().files.Find(archive);
-        const bool same =
-            found && found->size == searched_.size && found->times.modified == searched_.modified;
+        const bool same = searched_.directory && searched_.path == archive && IsSearched(archive);
         return same ? searched_.directory : nullptr;
     } catch (const Error&) {
         return nullptr;
@@ -111,9 +121,13 @@ std::shared_ptr<const Directory> PKUNZIP::SearchResultFor(const std::string& arc
 
 void PKUNZIP::Search() {
     const std::string archive = FullPath(Property<std::string>(unzip_id::kArchive));
+    Directory damaged;
+    damaged.disks = counted_.directory->disks;
+    damaged.trouble = counted_.directory->trouble;
     // Looked at before the search: an archive that changes meanwhile is not the searched one.
-    const auto found = machine().files.Find(archive);
-    SearchResult result = FindEntries(machine(), archive, *this);
+    const bool is_file = damaged.disks.disks == 1;
+    const auto found = is_file ? machine().files.Find(archive) : platform::FileInfo{};
+    SearchResult result = FindEntries(machine(), archive, damaged, *this);
     if (found && result.directory) {
         searched_ = {archive, found->size, found->times.modified, std::move(result.directory)};
     }

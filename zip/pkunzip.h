@@ -56,7 +56,7 @@ class PKUNZIP : public Component {
     void RunAction(std::int16_t action) override;
 
   private:
-    // The result of a search, and the archive that it is about.
+    // The result of a search, and the archive that it is about; of a set, its disks identify it.
     struct Searched {
         std::string path;
         std::uint64_t size = 0;
@@ -75,6 +75,7 @@ class PKUNZIP : public Component {
     void ReadEntry();
     void Search();
     void Extract();
+    bool IsSearched(const std::string& archive) const;
     std::shared_ptr<const Directory> SearchResultFor(const std::string& archive) const;
 
     Counted counted_;

@@ -337,9 +337,10 @@ TEST_F(RestoreTabTest, ListingASetOfDisksAsksForTheLastOne) {
     ASSERT_EQ(desktop.boxes.size(), 2u);
     EXPECT_EQ(desktop.boxes[1].text,
               "Please insert the last disk of SET.zip into drive C: and press Retry.\r\n\r\n"
-              "The disk in the drive is not the last one of an archive.");
+              "The disk in the drive is not the last one of an archive.\r\n\r\n"
+              "Press Continue to restore the other files without this disk.");
     EXPECT_EQ(desktop.boxes[1].title, "Restore");
-    EXPECT_EQ(desktop.boxes[1].buttons, forms::Buttons::kRetryCancel);
+    EXPECT_EQ(desktop.boxes[1].buttons, forms::Buttons::kRetryContinueCancel);
     EXPECT_EQ(desktop.boxes[1].icon, forms::Icon::kExclamation);
     EXPECT_THAT(Listed(), IsEmpty());
     EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);

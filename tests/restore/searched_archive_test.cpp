@@ -102,6 +102,35 @@ TEST_F(SearchedArchive, CancelledSearchListsNothing) {
     EXPECT_THAT(Listed(), IsEmpty());
 }
 
+// Each restore asks for the disks again; the result of the search is used whichever is in the
+// drive.
+TEST_F(SearchedArchive, SetWithoutItsLastDiskIsSearchedFromTheFirstOn) {
+    const std::string bytes = archive_.Bytes();
+    const std::size_t second = bytes.rfind("PK\3\4");
+    const std::string disks[] = {"PK\7\x8" + bytes.substr(0, second),
+                                 bytes.substr(second, bytes.find("PK\1\2") - second)};
+    machine.PutFile(kArchive, disks[0]);
+    desktop.on_box = [&](const forms::Box& box) {
+        for (const std::size_t disk : {0u, 1u}) {
+            if (box.text.starts_with("Please insert disk " + std::to_string(disk + 1))) {
+                machine.PutFile(kArchive, disks[disk]);
+            }
+        }
+    };
+    AnswerWith(
+        {Answer::kContinue, Answer::kSearch, Answer::kRetry, Answer::kContinue, Answer::kContinue});
+    Browse(kArchive);
+    EXPECT_THAT(desktop.boxes, SizeIs(5));
+    EXPECT_THAT(Listed(), ElementsAre("Sub/b.txt", "Sub/bad.txt", "Other/c.txt"));
+    AnswerWith({Answer::kRetry, Answer::kRetry});
+    Restore();
+    EXPECT_THAT(desktop.boxes, SizeIs(7));
+    ExpectRestored();
+    EXPECT_EQ(machine.Content("C:\\RESTORE\\Other\\c.txt"), "delta");
+    EXPECT_THAT(LogRecords(), Contains("The archive is incomplete: its last disk is missing. It "
+                                       "was searched for its files."));
+}
+
 TEST_F(SearchedArchive, ResultIsNotUsedForAnArchiveThatHasChanged) {
     BrowseAndSearch();
     machine.PutFile(kArchive, whole_);

@@ -257,6 +257,7 @@ void ReadFile(Cursor& cursor, ReadEntry& entry, SetContents& contents) {
     }
     contents.files[entry.name] = entry.content;
     contents.names.push_back(entry.name);
+    contents.disks[entry.name] = {static_cast<int>(start_disk), static_cast<int>(cursor.disk)};
 }
 
 }  // namespace

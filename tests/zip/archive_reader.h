@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vantrel::test {
@@ -51,6 +52,8 @@ inline std::string InflateAll(const std::string& packed) { return InflateAfter("
 struct SetContents {
     std::map<std::string, std::string> files;  // by stored name
     std::vector<std::string> names;            // in the directory's order
+    // First and last disk, from 0, of local header, data and descriptor.
+    std::map<std::string, std::pair<int, int>> disks;
     std::uint32_t directory_disk = 0;
     int crossing = 0;  // files whose data lies on more than one disk
     int descriptors = 0;

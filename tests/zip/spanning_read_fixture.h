@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,7 @@ class Feeder : public zip::Questions {
     std::vector<std::string> asked;
     std::map<std::size_t, std::function<bool()>> at;  // as in DiskChanger
     int disks = 0;
-    int missing = -1;  // this disk, from 0
+    std::set<int> missing;  // these disks, from 0
 
     bool AskRetry(const std::string& text) override {
         asked.push_back(text);
@@ -33,7 +34,8 @@ class Feeder : public zip::Questions {
         return PutIn(Wanted(text));
     }
     DiskAnswer AskForDisk(const std::string& text) override {
-        if (Wanted(text) == missing) {
+        if (at.count(asked.size() + 1) == 0 &&
+            (Wanted(text) >= disks || missing.contains(Wanted(text)))) {
             asked.push_back(text);
             return DiskAnswer::kContinue;
         }

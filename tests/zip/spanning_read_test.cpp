@@ -133,7 +133,7 @@ TEST_F(SpanningRead, MissingDiskCostsTheFilesOnIt) {
     ASSERT_GE(disks, 4);
     for (int missing = 0; missing + 1 < disks; ++missing) {
         box.Insert(disks - 1);
-        feeder.missing = missing;
+        feeder.missing = {missing};
         ASSERT_EQ(Restore(), RunOutcome::kComplete);
         EXPECT_EQ(std::ranges::count(feeder.Wants(), std::to_string(missing + 1)), 1);
         EXPECT_GE(failed, 1);

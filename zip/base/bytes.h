@@ -93,11 +93,14 @@ std::uint32_t CombineCrc32(std::uint32_t first, std::uint32_t second, std::uint6
 // Reads from the file's position until `count` bytes or the end of the file; returns how many.
 std::size_t ReadFully(platform::File& file, std::uint8_t* out, std::size_t count);
 
+// The size of a source whose end has not been read yet.
+constexpr std::uint64_t kUnknownSize = std::uint64_t{1} << 62;
+
 // Random access to the bytes of an archive. An object belongs to one thread.
 class ByteSource {
   public:
     virtual ~ByteSource() = default;
-    // Bytes of the file; of a spanned archive, of its last disk.
+    // Bytes of the source; kUnknownSize for several disks of which not all were in the drive.
     virtual std::uint64_t Size() = 0;
     // Reads up to `count` bytes from `offset`; fewer only at the end of the archive. Raises when
     // the medium fails.
@@ -112,6 +115,22 @@ class ByteSource {
     virtual std::string WhyUnreadable(std::uint64_t /*begin*/, std::uint64_t /*end*/) const {
         return "";
     }
+
+    // Bytes from `offset` on that can be read without a change of the disk.
+    virtual std::uint64_t Available(std::uint64_t /*offset*/) const { return kUnknownSize; }
+    // `count`, reduced to these bytes unless there are none.
+    std::size_t OnThisDisk(std::uint64_t offset, std::size_t count) const {
+        const std::uint64_t available = Available(offset);
+        return available == 0 ? count
+                              : static_cast<std::size_t>(std::min<std::uint64_t>(count, available));
+    }
+
+    // A source that joins several disks: the offset here of one on a disk, and the reverse, as an
+    // offset that holds its disk (records/disk_identity.h).
+    virtual std::uint64_t PositionOf(std::uint32_t /*disk*/, std::uint64_t offset) const {
+        return offset;
+    }
+    virtual std::uint64_t AddressOf(std::uint64_t position) const { return position; }
 
     // The bytes at `offset`: `count`, or as many as there are.
     std::string Bytes(std::uint64_t offset, std::size_t count);

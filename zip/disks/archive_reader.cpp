@@ -8,6 +8,11 @@
 
 namespace vantrel::zip {
 
+AskForDisk AskWith(RunContext& channel) {
+    return
+        [&channel](const ComponentMessage& failure) { return channel.AskForDiskOrStop(failure); };
+}
+
 // The position of an offset that may be past the end of its disk.
 DiskSet::Position DiskSet::Find(std::uint64_t offset) {
     Position at{DiskOfOffset(offset), offset - OffsetOnDisk(DiskOfOffset(offset), 0)};
@@ -65,12 +70,11 @@ std::size_t DiskSet::ReadOnDisk(Position at, char* out, std::size_t count) {
 }
 
 void DiskSet::RequireDisk(std::uint32_t disk) {
-    if (file_ && disk_ == disk) {
+    if (IsOpen(disk)) {
         return;
     }
-    if (missing_.count(disk) > 0) {
-        throw Error(error_number::kDeviceIo, "",
-                    "disk " + std::to_string(disk + 1) + " is missing");
+    if (IsMissing(disk)) {
+        RaiseMissing(disk);
     }
     for (;;) {
         file_.reset();  // so that the disk can be taken out
@@ -86,15 +90,33 @@ void DiskSet::RequireDisk(std::uint32_t disk) {
     }
 }
 
+std::uint64_t DiskSet::SizeOf(std::uint32_t disk) {
+    RequireDisk(disk);
+    return sizes_[disk];
+}
+
+std::map<std::uint32_t, DiskIdentity::Listed> DiskSet::SeenFiles() const {
+    std::map<std::uint32_t, DiskIdentity::Listed> files;
+    for (const auto& [disk, seen] : seen_) {
+        files[disk] = seen.file;
+    }
+    return files;
+}
+
+void DiskSet::RaiseMissing(std::uint32_t disk) const {
+    throw Error(clock_ == nullptr ? error_number::kDiskNotReady : error_number::kDeviceIo, "",
+                MissingText(disk));
+}
+
 void DiskSet::Ask(int code, std::uint32_t disk, const std::string& note) {
     ComponentMessage question =
-        Failure(code, path_, PromptToRead(disk + 1, identity_.disks, path_, note));
+        Failure(code, path_,
+                PromptForDisk(disk + 1, identity_.disks, path_,
+                              identity_.disks == 0 ? note + UnknownNumberNote() : note));
     question.disk = disk + 1;
-    try {
-        ask_(question);
-    } catch (const Error&) {
+    if (!ask_(question)) {
         missing_.insert(disk);
-        throw;
+        RaiseMissing(disk);
     }
 }
 
@@ -167,12 +189,7 @@ void ArchiveReader::AskOn(RunContext& channel, const Directory& directory, platf
     clock_ = &clock;
     expected_size_ = directory.archive_size;
     if (directory.disks.IsSpanned()) {
-        ask_ = [&channel](const ComponentMessage& failure) {
-            if (!channel.AskForDiskOrStop(failure)) {
-                throw Error(error_number::kDeviceIo, "",
-                            "disk " + std::to_string(failure.disk) + " is missing");
-            }
-        };
+        ask_ = AskWith(channel);
         OpenAsSpanned(directory.disks);
     }
 }
@@ -191,25 +208,24 @@ bool ArchiveReader::OpenAsSpanned(const DiskIdentity& disks) {
     return true;
 }
 
-bool ArchiveReader::MayBeSpanned() {
-    const bool starts_like_one = HasSignature(Bytes(0, kSignatureSize), kSpannedMarker);
-    return removable_ || starts_like_one;
-}
-
-bool ArchiveReader::ChangeToLastDisk() {
-    if (!ask_ || !MayBeSpanned()) {
-        return false;
+DiskChanger::LastDisk ArchiveReader::ChangeToLastDisk() {
+    const std::string start = Bytes(0, kSignatureSize);
+    if (!ask_ || (!removable_ && !HasSignature(start, kSpannedMarker))) {
+        return LastDisk::kNone;
     }
     std::string note = NotLastNote();
     for (;;) {
         file_.reset();  // so that the disk can be taken out
         ComponentMessage question =
-            Failure(error_number::kDiskNotReady, path_, PromptToRead(0, 0, path_, note));
+            Failure(error_number::kDiskNotReady, path_, PromptForDisk(0, 0, path_, note));
         question.disk = kLastDisk;
-        ask_(question);
+        if (!ask_(question)) {
+            // An archive in one file begins like this, and a disk of a set hardly ever.
+            return HasSignature(start, kLocalSignature) ? LastDisk::kNone : LastDisk::kMissing;
+        }
         try {
             Opened();
-            return true;
+            return LastDisk::kInserted;
         } catch (const Error& error) {
             const int number = error.number();
             const bool missing =
@@ -220,7 +236,7 @@ bool ArchiveReader::ChangeToLastDisk() {
 }
 
 std::uint64_t ArchiveReader::Size() {
-    return Try([](platform::File& file) { return file.Size(); });
+    return set_ ? kUnknownSize : Try([](platform::File& file) { return file.Size(); });
 }
 
 std::size_t ArchiveReader::ReadAhead(std::uint64_t offset, void* out, std::size_t count) {

@@ -20,16 +20,18 @@
 
 namespace vantrel::zip {
 
-// Asks whether to retry; returns when yes, throws otherwise. An Error means that the disk is
-// missing: what is on it cannot be read, and the disk is not asked for again.
-using AskForDisk = std::function<void(const ComponentMessage& failure)>;
+// Asks whether to retry. False: the disk is missing; what is on it cannot be read, and it is not
+// asked for again. Throws when the run is to end.
+using AskForDisk = std::function<bool(const ComponentMessage& failure)>;
+// Asks with the questions of a run.
+AskForDisk AskWith(RunContext& channel);
 
 // The disks of a spanned archive, which are inserted into one drive one after the other.
 class DiskSet {
   public:
     // `identity` may still grow; it is consulted whenever a disk is inserted.
-    // `clock`, unless null: bytes that a disk cannot read are retried briefly, and raise 57;
-    // otherwise they are a question.
+    // `clock`, unless null: bytes that a disk cannot read are retried briefly, and raise 57, as
+    // does a missing disk; otherwise they are a question, and a missing disk raises 71.
     DiskSet(platform::FileSystem& files, std::string path, const DiskIdentity& identity,
             AskForDisk ask, platform::Clock* clock)
         : files_(files),
@@ -42,14 +44,22 @@ class DiskSet {
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count);
     std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count);
 
-  private:
+    // One disk of the set.
     struct Position {
         std::uint32_t disk = 0;
         std::uint64_t offset = 0;
     };
-    Position Find(std::uint64_t offset);
     std::size_t ReadOnDisk(Position at, char* out, std::size_t count);
+    std::uint64_t SizeOf(std::uint32_t disk);
+    bool IsMissing(std::uint32_t disk) const { return missing_.count(disk) > 0; }
+    bool IsOpen(std::uint32_t disk) const { return file_ && disk_ == disk; }
+    // What identifies the disks that were in the drive.
+    std::map<std::uint32_t, DiskIdentity::Listed> SeenFiles() const;
+
+  private:
+    Position Find(std::uint64_t offset);
     void RequireDisk(std::uint32_t disk);
+    [[noreturn]] void RaiseMissing(std::uint32_t disk) const;
     void Ask(int code, std::uint32_t disk, const std::string& note);
     std::string OpenDisk(std::uint32_t disk);
     bool IsAnother(const platform::FileInfo& info, std::uint32_t disk);
@@ -83,14 +93,14 @@ class ArchiveReader : public ByteSource, public DiskChanger {
     // read are none: they are retried briefly, then 57 is raised. The references are borrowed.
     void AskOn(RunContext& channel, const Directory& directory, platform::Clock& clock);
 
-    // From now on the disks of a spanned archive are asked for. A file without an end record is
-    // taken for one when it begins like one, or lies on a removable drive.
+    // From now on the disks of a spanned archive are asked for, unless `ask` is empty. A file
+    // without an end record is taken for one when it begins like one, or lies on a removable drive.
     void AskForDisks(platform::Drives& drives, AskForDisk ask);
 
     std::uint64_t Size() override;
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count) override;
     std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count) override;
-    bool ChangeToLastDisk() override;
+    LastDisk ChangeToLastDisk() override;
     bool OpenAsSpanned(const DiskIdentity& disks) override;
 
   private:
@@ -98,7 +108,6 @@ class ArchiveReader : public ByteSource, public DiskChanger {
     auto Try(Step step);
     platform::File& Opened();
     std::size_t ReadOnce(std::uint64_t offset, void* out, std::size_t count);
-    bool MayBeSpanned();
 
     platform::FileSystem& files_;
     std::string path_;

@@ -5,15 +5,6 @@
 
 namespace vantrel::zip {
 
-namespace {
-
-std::string Prompt(const std::string& which, const std::string& path, const std::string& note) {
-    return "Please insert " + which + " of " + path::Name(path) + " into drive " + DriveOf(path) +
-           " and press Retry." + (note.empty() ? "" : "\r\n\r\n" + note);
-}
-
-}  // namespace
-
 std::string DriveOf(const std::string& path) {
     std::string root = path::Root(path);
     while (!root.empty() && root.back() == '\\') {
@@ -22,16 +13,12 @@ std::string DriveOf(const std::string& path) {
     return root;
 }
 
-std::string PromptToWrite(std::uint32_t disk, const std::string& path, const std::string& note) {
-    return Prompt("disk " + std::to_string(disk), path, note);
-}
-
-std::string PromptToRead(std::uint32_t disk, std::uint32_t disks, const std::string& path,
-                         const std::string& note) {
-    return Prompt(
-        disks == 0 ? "the last disk"
-                   : "disk " + std::to_string(disk) + " of the " + std::to_string(disks) + " disks",
-        path, note);
+std::string PromptForDisk(std::uint32_t disk, std::uint32_t disks, const std::string& path,
+                          const std::string& note) {
+    const std::string which = disk == 0 ? "the last disk" : "disk " + std::to_string(disk);
+    const std::string of_all = disks == 0 ? "" : " of the " + std::to_string(disks) + " disks";
+    return "Please insert " + which + of_all + " of " + path::Name(path) + " into drive " +
+           DriveOf(path) + " and press Retry." + (note.empty() ? "" : "\r\n\r\n" + note);
 }
 
 std::string FullDriveText(const std::string& path, std::uint64_t needed, std::uint64_t free) {
@@ -65,6 +52,14 @@ std::string MissingNote(const std::string& path) {
 std::string OtherDiskNote() { return "The disk in the drive is another one."; }
 
 std::string NotLastNote() { return "The disk in the drive is not the last one of an archive."; }
+
+std::string UnknownNumberNote() {
+    return " The number of disks is unknown: the search ends when two in succession are left out.";
+}
+
+std::string MissingText(std::uint32_t disk) {
+    return "disk " + std::to_string(disk + 1) + " is missing";
+}
 
 std::string ReadErrorNote(const Error& error) {
     const int number = error.number();

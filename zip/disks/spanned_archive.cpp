@@ -170,7 +170,7 @@ void SpannedArchive::FinishDisk() {
 void SpannedArchive::Ask(std::uint32_t disk, const std::string& note) {
     const std::string number = std::to_string(disk + 1);
     ComponentMessage question = Failure(error_number::kDiskFull, target_.Archive(),
-                                        PromptToWrite(disk + 1, target_.Archive(), note));
+                                        PromptForDisk(disk + 1, 0, target_.Archive(), note));
     question.disk = disk + 1;
     channel_.AskRetryOrStop(
         question, "The archive needs disk " + number +

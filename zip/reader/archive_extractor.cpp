@@ -35,13 +35,12 @@ void RequireListed(const Directory& directory, const EntryList* listed) {
 
 Directory ReadOnce(const platform::Machine& machine, const ExtractOptions& options,
                    RunContext& channel) {
+    const AskForDisk ask = AskWith(channel);
     ArchiveReader source(machine.files, options.archive);
-    source.AskForDisks(machine.drives, [&channel](const ComponentMessage& failure) {
-        channel.AskRetryOrStop(failure);
-    });
+    source.AskForDisks(machine.drives, ask);
     const auto check_stop = [&channel](std::uint64_t) { channel.CheckStop(); };
     Directory directory = options.search
-                              ? ReadDamagedDirectory(machine, source, check_stop)
+                              ? ReadDamagedDirectory(machine, options.archive, ask, check_stop)
                               : ReadDirectory(source, &source, machine.code_page, machine.clock);
     if (directory.entries.empty() && directory.lost.empty() && !directory.IsComplete()) {
         throw Error(error_number::kDeviceIo, "", directory.trouble);

@@ -13,9 +13,6 @@ namespace vantrel::zip {
 
 namespace {
 
-// Checks that fail may cost this many times the archive's size, and this many bytes.
-constexpr std::uint64_t kFailedShare = 8;
-constexpr std::uint64_t kFailedBytes = std::uint64_t{64} << 20;
 // Entries; an archive of nothing but headers would need memory without end.
 constexpr std::uint64_t kMaxFound = std::uint64_t{1} << 23;
 
@@ -26,13 +23,13 @@ class Search {
   public:
     Search(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
            const SearchProgress& progress)
-        : code_page_(code_page),
+        : source_(source),
+          code_page_(code_page),
           clock_(clock),
           progress_(progress),
-          size_(source.Size()),
-          scanner_(source, size_, [this] { progress_(done_); }),
-          probe_(source, memory_, size_, [this] { progress_(done_); }),
-          found_(probe_, size_) {}
+          scanner_(source, [this] { progress_(done_); }),
+          probe_(source, memory_, [this] { progress_(done_); }),
+          found_(probe_, source) {}
 
     void Run(Directory& directory) {
         for (auto hit = scanner_.Next(0); hit; hit = scanner_.Next(done_)) {
@@ -71,14 +68,7 @@ class Search {
         const std::uint64_t stated_end = record->data_at + record->entry.packed_size;
         const bool lands = record->states_sizes && stated_end >= record->data_at &&
                            scanner_.IsRecordAt(stated_end);
-        const bool affordable =
-            probe_.FailedCost() / kFailedShare <= size_ + kFailedBytes / kFailedShare;
-        ProbeResult result;
-        if (lands || affordable) {
-            result = probe_.Check(*record, lands);
-        } else {
-            result.why = "too much of the archive is damaged to check it";
-        }
+        ProbeResult result = probe_.Check(*record, lands);
         // There is no data that proves it intact.
         if (result.IsIntact() && record->entry.packed_size == 0 && !lands &&
             !record->entry.raw_name.empty()) {
@@ -101,7 +91,9 @@ class Search {
         if (record.size() < length) {
             return at + kSignatureSize;
         }
-        found_.AddCentral(ParseCentralRecord(record, code_page_, clock_), at, length);
+        CentralRecord parsed = ParseCentralRecord(record, code_page_, clock_);
+        parsed.entry.offset = source_.PositionOf(parsed.disk, parsed.entry.offset);
+        found_.AddCentral(std::move(parsed.entry), at, length);
         // A damaged length must not hide the next record.
         return scanner_.IsRecordAt(at + length) ? at + length : at + kSignatureSize;
     }
@@ -111,15 +103,16 @@ class Search {
         const std::string_view record = scanner_.Peek(at, kFixedSize);
         if (record.size() == kFixedSize) {
             found_.AddEnd(at, GetNumber<std::uint16_t>(record, kEntries),
-                          GetNumber<std::uint32_t>(record, kDirectoryOffset));
+                          source_.PositionOf(GetNumber<std::uint16_t>(record, kDirectoryDisk),
+                                             GetNumber<std::uint32_t>(record, kDirectoryOffset)));
         }
         return at + kSignatureSize;
     }
 
+    ByteSource& source_;
     platform::CodePage& code_page_;
     platform::Clock& clock_;
     const SearchProgress& progress_;
-    const std::uint64_t size_;
     std::uint64_t done_ = 0;
     RecordScanner scanner_;
     HeldMemory memory_{1};

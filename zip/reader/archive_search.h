@@ -18,13 +18,13 @@ bool NeedsSearch(const Directory& directory);
 // Called often with the bytes that were searched so far; may throw, to stop.
 using SearchProgress = std::function<void(std::uint64_t done)>;
 
-// Replaces the entries of `directory`, which was read from `source`, by those that the local
-// headers and what is left of the directory describe together, each checked by size and CRC-32;
-// the others are `lost`. An archive that is stored inside the archive is one entry. Reads the
-// archive once; a damaged entry is read up to its stated end and its data then searched, until the
-// archive has been read 8 times more (an archive that is made to waste time). Memory follows the
-// records found: about 300 bytes and the name for each entry; of damaged ones at most 2^20, with 32
-// MB of names, are kept. Raises what `source` raises.
+// Replaces the entries of `directory` by those of `source` that the local headers and what is left
+// of the directory describe together, each checked by size and CRC-32; the others are `lost`. An
+// archive that is stored inside the archive is one entry. Reads the archive once; a damaged entry
+// is read up to its stated end and its data then searched, until the archive has been read 8 times
+// more (an archive that is made to waste time). Memory follows the records found: about 300 bytes
+// and the name for each entry; of damaged ones at most 2^20, with 32 MB of names, are kept. Raises
+// what `source` raises.
 void SearchArchive(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
                    const SearchProgress& progress, Directory& directory);
 

@@ -14,6 +14,9 @@ namespace vantrel::zip {
 
 namespace {
 
+// Checks that fail may cost this many times the archive's size, and this many bytes.
+constexpr std::uint64_t kFailedShare = 8;
+constexpr std::uint64_t kFailedBytes = std::uint64_t{64} << 20;
 // Decompressing is that much cheaper for each byte than reading.
 constexpr std::uint64_t kUnpackedShare = 16;
 // The first read of a stream; small, because most bytes that look like a header are none.
@@ -33,20 +36,13 @@ struct DescriptorForm {
 constexpr std::array<DescriptorForm, 4> kDescriptorForms = {
     {{true, false}, {true, true}, {false, false}, {false, true}}};
 
-struct DescriptorNumbers {
-    std::uint32_t crc = 0;
-    std::uint64_t packed_size = 0;
-    std::uint64_t size = 0;
-};
-
-std::optional<DescriptorNumbers> ReadDescriptor(std::string_view bytes,
-                                                const DescriptorForm& form) {
+std::optional<DataNumbers> ReadDescriptor(std::string_view bytes, const DescriptorForm& form) {
     if (bytes.size() < form.Length() ||
         (form.has_signature && !HasSignature(bytes, kDescriptorSignature))) {
         return std::nullopt;
     }
     bytes.remove_prefix(form.has_signature ? kSignatureSize : 0);
-    DescriptorNumbers numbers;
+    DataNumbers numbers;
     numbers.crc = GetNumber<std::uint32_t>(bytes, 0);
     constexpr std::size_t kSizes = sizeof(std::uint32_t);
     if (form.wide) {
@@ -61,13 +57,11 @@ std::optional<DescriptorNumbers> ReadDescriptor(std::string_view bytes,
 
 }  // namespace
 
-EntryProbe::EntryProbe(ByteSource& source, HeldMemory& memory, std::uint64_t size,
-                       std::function<void()> check_stop)
+EntryProbe::EntryProbe(ByteSource& source, HeldMemory& memory, std::function<void()> check_stop)
     : source_(source),
-      size_(size),
       check_stop_(check_stop),
       data_(source, memory),
-      scanner_(source, size, std::move(check_stop)) {}
+      scanner_(source, std::move(check_stop)) {}
 
 ProbeResult EntryProbe::Check(LocalRecord& record, bool lands) {
     ProbeResult result;
@@ -75,6 +69,9 @@ ProbeResult EntryProbe::Check(LocalRecord& record, bool lands) {
         result.end = record.data_at + record.entry.packed_size;
     }
     result.why = UnreadableBecause(record.entry);
+    if (result.IsIntact() && !lands && !IsAffordable(record.data_at)) {
+        result.why = "too much of the archive is damaged to check it";
+    }
     if (!result.IsIntact()) {
         return result;
     }
@@ -95,6 +92,12 @@ ProbeResult EntryProbe::Check(LocalRecord& record, bool lands) {
     return result;
 }
 
+bool EntryProbe::IsAffordable(std::uint64_t at) {
+    const std::uint64_t size = source_.Size();
+    const std::uint64_t known = size == kUnknownSize ? at : size;
+    return failed_cost_ / kFailedShare <= known + kFailedBytes / kFailedShare;
+}
+
 // The usual case, and the fastest: everything is as the header states.
 bool EntryProbe::CheckAsStated(LocalRecord& record) {
     if (!record.states_sizes) {
@@ -103,7 +106,7 @@ bool EntryProbe::CheckAsStated(LocalRecord& record) {
     const StoredEntry& entry = record.entry;
     try {
         data_.Read(entry, [this](const std::uint8_t*, std::size_t) { check_stop_(); });
-        Take(record, {entry.packed_size, entry.size, entry.crc});
+        Take(record, {entry.crc, entry.packed_size, entry.size});
         return true;
     } catch (const Error&) {
         cost_ += entry.packed_size + entry.size / kUnpackedShare;
@@ -119,11 +122,12 @@ void EntryProbe::CheckStored(LocalRecord& record) {
         }
         return;
     }
+    const std::uint64_t end = source_.Size();
     for (const std::uint64_t size : {entry.packed_size, entry.size}) {
-        if (size > size_ - std::min(size_, record.data_at)) {
+        if (size > end - std::min(end, record.data_at)) {
             continue;
         }
-        Measured data;
+        DataNumbers data;
         MeasureStored(record.data_at, size, data);
         if (data.crc == entry.crc) {
             return Take(record, data);
@@ -132,14 +136,14 @@ void EntryProbe::CheckStored(LocalRecord& record) {
             Damaged("its checksum is wrong");
         }
     }
-    Damaged(record.data_at + std::min(entry.packed_size, entry.size) > size_
+    Damaged(record.data_at + std::min(entry.packed_size, entry.size) > end
                 ? "the archive ends before its data"
                 : "its checksum is wrong");
 }
 
 void EntryProbe::CheckStream(LocalRecord& record) {
     const StoredEntry& entry = record.entry;
-    const Measured data = MeasureStream(record);
+    const DataNumbers data = MeasureStream(record);
     const bool as_stated = record.states_sizes && data.crc == entry.crc &&
                            (data.size == entry.size || data.packed_size == entry.packed_size);
     if (!as_stated && DescriptorLength(record.data_at + data.packed_size, data) == 0) {
@@ -151,11 +155,11 @@ void EntryProbe::CheckStream(LocalRecord& record) {
 // Stored data whose length only a descriptor behind it states. A descriptor has a signature, or is
 // followed by a record. The checksum is continued from one candidate to the next.
 bool EntryProbe::FindStoredEnd(LocalRecord& record) {
-    Measured data;
+    DataNumbers data;
     for (std::uint64_t from = record.data_at;;) {
         const auto hit = scanner_.Next(from);
         if (!hit) {
-            cost_ += size_ - record.data_at;
+            cost_ += source_.Size() - record.data_at;
             return false;
         }
         from = hit->at + 1;
@@ -183,9 +187,9 @@ bool EntryProbe::FindStoredEnd(LocalRecord& record) {
 bool EntryProbe::FindBareDescriptor(LocalRecord& record) {
     constexpr DescriptorForm kForm{false, false};
     constexpr std::size_t kSizeAt = sizeof(std::uint32_t);
-    Measured data;
+    DataNumbers data;
     std::string bytes;
-    for (std::uint64_t at = record.data_at; at + kForm.Length() <= size_;) {
+    for (std::uint64_t at = record.data_at; at + kForm.Length() <= source_.Size();) {
         check_stop_();
         bytes = source_.Bytes(at, kStreamChunk);
         cost_ += bytes.size();
@@ -211,7 +215,7 @@ bool EntryProbe::FindBareDescriptor(LocalRecord& record) {
 }
 
 // Continues `data`, which begins at `at`, up to `count` bytes.
-void EntryProbe::MeasureStored(std::uint64_t at, std::uint64_t count, Measured& data) {
+void EntryProbe::MeasureStored(std::uint64_t at, std::uint64_t count, DataNumbers& data) {
     packed_.Reserve(kStreamChunk);
     while (data.size < count) {
         check_stop_();
@@ -228,15 +232,16 @@ void EntryProbe::MeasureStored(std::uint64_t at, std::uint64_t count, Measured& 
     data.packed_size = data.size;
 }
 
-EntryProbe::Measured EntryProbe::MeasureStream(const LocalRecord& record) {
-    Measured data;
+DataNumbers EntryProbe::MeasureStream(const LocalRecord& record) {
+    DataNumbers data;
     std::uint64_t next = record.data_at;
     std::size_t portion = kFirstPortion;
     packed_.Reserve(kStreamChunk);
     const auto more = [&]() -> std::string_view {
         check_stop_();
-        packed_.Resize(portion);
-        packed_.Resize(next < size_ ? source_.ReadAt(next, packed_.data(), portion) : 0);
+        packed_.Resize(source_.OnThisDisk(next, portion));
+        packed_.Resize(next < source_.Size() ? source_.ReadAt(next, packed_.data(), packed_.size())
+                                             : 0);
         portion = std::min(portion * 4, kStreamChunk);
         next += packed_.size();
         cost_ += packed_.size();
@@ -255,19 +260,18 @@ EntryProbe::Measured EntryProbe::MeasureStream(const LocalRecord& record) {
 }
 
 // Length of the descriptor of `data` that begins at `at`, 0 when there is none.
-std::uint64_t EntryProbe::DescriptorLength(std::uint64_t at, const Measured& data) {
-    const std::string bytes = source_.Bytes(at, descriptor::kFixedSize64);
+std::uint64_t EntryProbe::DescriptorLength(std::uint64_t at, const DataNumbers& data) {
+    const std::string bytes = source_.Bytes(at, source_.OnThisDisk(at, descriptor::kFixedSize64));
     for (const DescriptorForm& form : kDescriptorForms) {
         const auto stated = ReadDescriptor(bytes, form);
-        if (stated && stated->crc == data.crc && stated->packed_size == data.packed_size &&
-            stated->size == data.size) {
+        if (stated == data) {
             return form.Length();
         }
     }
     return 0;
 }
 
-void EntryProbe::Take(LocalRecord& record, const Measured& data) {
+void EntryProbe::Take(LocalRecord& record, const DataNumbers& data) {
     record.entry.packed_size = data.packed_size;
     record.entry.size = data.size;
     record.entry.crc = data.crc;

@@ -19,49 +19,48 @@ struct ProbeResult {
     bool IsIntact() const { return why.empty(); }
 };
 
+// What a descriptor states of an entry's data, or what was measured.
+struct DataNumbers {
+    std::uint32_t crc = 0;
+    std::uint64_t packed_size = 0;
+    std::uint64_t size = 0;
+    bool operator==(const DataNumbers&) const = default;
+};
+
 class EntryProbe {
   public:
-    // `size` is that of the archive. `check_stop` is called often, and may throw.
-    EntryProbe(ByteSource& source, HeldMemory& memory, std::uint64_t size,
-               std::function<void()> check_stop);
+    // `check_stop` is called often, and may throw.
+    EntryProbe(ByteSource& source, HeldMemory& memory, std::function<void()> check_stop);
 
     // Decompresses the data of `record` and compares it with the numbers of the header, or of the
     // descriptor that follows. Sizes that are unknown, or that one number contradicts, are found:
     // compressed data ends by itself, and stored data ends where a descriptor states its length.
     // The result stands in `record` when the data is intact. `lands`: a record follows the data as
-    // the header states it.
+    // the header states it; otherwise nothing is read once checks that failed have read the archive
+    // 8 times.
     ProbeResult Check(LocalRecord& record, bool lands);
 
-    // What all checks that failed have cost so far, in bytes; decompressed ones count a sixteenth.
-    std::uint64_t FailedCost() const { return failed_cost_; }
-
   private:
-    struct Measured {
-        std::uint64_t packed_size = 0;
-        std::uint64_t size = 0;
-        std::uint32_t crc = 0;
-    };
-
+    bool IsAffordable(std::uint64_t at);
     bool CheckAsStated(LocalRecord& record);
     void CheckStored(LocalRecord& record);
     void CheckStream(LocalRecord& record);
     bool FindStoredEnd(LocalRecord& record);
     bool FindBareDescriptor(LocalRecord& record);
-    void MeasureStored(std::uint64_t at, std::uint64_t count, Measured& data);
-    Measured MeasureStream(const LocalRecord& record);
-    std::uint64_t DescriptorLength(std::uint64_t at, const Measured& data);
-    void Take(LocalRecord& record, const Measured& data);
+    void MeasureStored(std::uint64_t at, std::uint64_t count, DataNumbers& data);
+    DataNumbers MeasureStream(const LocalRecord& record);
+    std::uint64_t DescriptorLength(std::uint64_t at, const DataNumbers& data);
+    void Take(LocalRecord& record, const DataNumbers& data);
 
     ByteSource& source_;
-    const std::uint64_t size_;
     std::function<void()> check_stop_;
     EntryData data_;
     RecordScanner scanner_;  // of the ends of stored data
     Buffer packed_;
     Buffer scratch_;
-    std::uint64_t cost_ = 0;  // of the current check
-    std::uint64_t failed_cost_ = 0;
-    std::uint64_t end_ = 0;  // of the current entry
+    std::uint64_t cost_ = 0;         // of the current check
+    std::uint64_t failed_cost_ = 0;  // of all that failed; decompressed bytes count a sixteenth
+    std::uint64_t end_ = 0;          // of the current entry
 };
 
 }  // namespace vantrel::zip

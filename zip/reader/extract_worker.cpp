@@ -8,7 +8,6 @@
 
 #include "common/path.h"
 #include "zip/disks/disk_prompt.h"
-#include "zip/reader/entry_probe.h"
 
 namespace vantrel::zip {
 
@@ -166,10 +165,11 @@ std::optional<StoredEntry> ExtractWorker::ByLocalHeader(const StoredEntry& entry
         return empty;
     }
     auto record = ReadLocalRecord(entry);
-    const std::uint64_t size =
-        run_.directory.disks.IsSpanned() ? ~std::uint64_t{0} : source_.Size();
-    EntryProbe probe(source_, run_.memory, size, [this] { run_.channel.CheckStop(); });
-    if (!record || !probe.Check(*record, false).IsIntact()) {
+    if (!probe_) {
+        probe_ = std::make_unique<EntryProbe>(source_, run_.memory,
+                                              [this] { run_.channel.CheckStop(); });
+    }
+    if (!record || !probe_->Check(*record, false).IsIntact()) {
         return std::nullopt;
     }
     const StoredEntry& local = record->entry;

@@ -16,6 +16,7 @@
 #include "zip/disks/archive_reader.h"
 #include "zip/reader/archive_extractor.h"
 #include "zip/reader/entry_data.h"
+#include "zip/reader/entry_probe.h"
 #include "zip/reader/extraction_plan.h"
 #include "zip/reader/file_queue.h"
 #include "zip/reader/target_file.h"
@@ -95,8 +96,9 @@ class ExtractWorker {
     FileQueue::FileRange& range_;
     ArchiveReader source_;
     EntryData data_;
-    std::string folder_name_;  // below the destination, of the last file
-    std::string folder_path_;  // its full path; "" before the first
+    std::unique_ptr<EntryProbe> probe_;  // when needed; one for all, which bounds what it reads
+    std::string folder_name_;            // below the destination, of the last file
+    std::string folder_path_;            // its full path; "" before the first
     std::unique_ptr<platform::Folder> folder_;
     std::uint64_t counted_ = 0;  // bytes of the current file that the progress includes
 };

@@ -63,21 +63,21 @@ FoundEntries::Run& FoundEntries::CurrentRun(std::uint64_t at) {
     return runs_.back();
 }
 
-void FoundEntries::AddCentral(CentralRecord record, std::uint64_t at, std::uint64_t length) {
+void FoundEntries::AddCentral(StoredEntry entry, std::uint64_t at, std::uint64_t length) {
     Run& run = CurrentRun(at);
     run.end = at + length;
     ++run.records;
     const auto number = static_cast<std::uint32_t>(runs_.size());
-    if (Found* const found = Match(record.entry, run); found != nullptr) {
+    if (Found* const found = Match(entry, run); found != nullptr) {
         found->run = number;
-        return Describe(*found, record.entry);
+        return Describe(*found, std::move(entry));
     }
-    name_bytes_ += record.entry.name.size();
+    name_bytes_ += entry.name.size();
     if (orphans_.size() == kMaxLost || name_bytes_ > kMaxNameBytes) {
         ++orphans_unnamed_;
         return;
     }
-    orphans_.push_back({std::move(record.entry), number});
+    orphans_.push_back({std::move(entry), number});
 }
 
 void FoundEntries::AddEnd(std::uint64_t at, std::uint64_t entries, std::uint64_t directory_offset) {
@@ -122,8 +122,10 @@ FoundEntries::Found* FoundEntries::ByName(const StoredEntry& described) {
         by_name_.emplace(HashOfName(found_[named_].entry), static_cast<std::uint32_t>(named_));
     }
     Found* best = nullptr;
-    auto [next, end] = by_name_.equal_range(HashOfName(described));
-    for (int tries = kMaxSameName; next != end && tries > 0; ++next, --tries) {
+    const std::size_t hash = HashOfName(described);
+    auto next = by_name_.find(hash);  // equal_range would count all
+    for (int tries = kMaxSameName; next != by_name_.end() && next->first == hash && tries > 0;
+         ++next, --tries) {
         Found& one = found_[next->second];
         const bool same = one.entry.crc == described.crc && one.entry.size == described.size;
         const bool fits = one.run == 0 && one.entry.RawName() == described.RawName() &&
@@ -137,19 +139,16 @@ FoundEntries::Found* FoundEntries::ByName(const StoredEntry& described) {
 
 // The directory's data is kept. Where the data did not agree with the local header it is compared
 // with the directory as well.
-void FoundEntries::Describe(Found& found, const StoredEntry& described) {
-    StoredEntry entry = described;
+void FoundEntries::Describe(Found& found, StoredEntry entry) {
     entry.offset = found.entry.offset;
     if (!found.why.empty()) {
-        LocalRecord record{entry, found.data_at, true};
-        const ProbeResult result = probe_.Check(record, false);
+        LocalRecord record{std::move(entry), found.data_at, true};
+        const ProbeResult result = CheckDescribed(record);
         if (result.IsIntact()) {
             found.why.clear();
             found.end = result.end;
-            found.entry = std::move(record.entry);
-        } else {
-            found.entry = std::move(entry);
         }
+        found.entry = std::move(record.entry);
         found.states_sizes = true;
         return;
     }
@@ -164,30 +163,34 @@ void FoundEntries::Describe(Found& found, const StoredEntry& described) {
     found.entry.is_link = entry.is_link;
 }
 
+// Reads nothing when the bytes that the directory states cannot be read.
+ProbeResult FoundEntries::CheckDescribed(LocalRecord& record) {
+    const std::uint64_t size = std::min(record.entry.packed_size, ~record.data_at);
+    ProbeResult result;
+    result.why = source_.WhyUnreadable(record.data_at, record.data_at + size);
+    return result.IsIntact() ? probe_.Check(record, false) : result;
+}
+
 // A directory that other records follow is that of an archive inside this one, unless it describes
 // the archive from its first byte on (then others were appended to it).
 void FoundEntries::FindNested() {
     const std::uint64_t last_local = found_.empty() ? 0 : found_.back().entry.offset;
-    for (std::size_t i = 0; i < runs_.size(); ++i) {
+    std::vector<Range> nested;
+    bool directory_follows = false;
+    for (std::size_t i = runs_.size(); i-- > 0;) {
         Run& run = runs_[i];
         const bool followed = i + 1 < runs_.size() || run.end < last_local;
-        const bool directory_follows =
-            std::any_of(runs_.begin() + static_cast<std::ptrdiff_t>(i) + 1, runs_.end(),
-                        [](const Run& later) { return later.IsIntact(); });
         run.nested =
             followed && (directory_follows || (run.end_record != 0 && run.base.value_or(0) != 0));
-    }
-    for (const Run& run : runs_) {
+        directory_follows |= run.IsIntact();
         if (run.nested) {
-            DropInside(static_cast<std::uint64_t>(std::max<std::int64_t>(run.base.value_or(0), 0)),
-                       std::max(run.end_record, run.end));
+            nested.push_back(run.Contents());
         }
     }
+    DropInside(std::move(nested));
     if (!runs_.empty() && LastIsNested()) {
-        Run& last = runs_.back();
-        last.nested = true;
-        DropInside(static_cast<std::uint64_t>(std::max<std::int64_t>(last.base.value_or(0), 0)),
-                   last.end);
+        runs_.back().nested = true;
+        DropInside({runs_.back().Contents()});
     }
     DropContentOfDamaged();
     DropContentOfOrphans();
@@ -197,68 +200,78 @@ void FoundEntries::FindNested() {
 // lost. So it is as well when it describes none of the entries before it.
 bool FoundEntries::LastIsNested() const {
     const Run& last = runs_.back();
-    if (last.base.value_or(0) <= 0) {
-        return false;
-    }
-    const auto base = static_cast<std::uint64_t>(*last.base);
-    const auto number = static_cast<std::uint32_t>(runs_.size());
-    for (const Found& found : found_) {
-        if (found.entry.offset >= base) {
-            break;
-        }
-        if (found.dropped || found.run == number) {
-            continue;
+    const std::uint64_t base = last.Contents().begin;
+    return std::any_of(found_.begin(), found_.end(), [&](const Found& found) {
+        if (found.entry.offset >= base || found.dropped || found.run == runs_.size()) {
+            return false;
         }
         const bool contains =
             found.states_sizes
                 ? found.data_at <= base && last.end - found.data_at <= found.entry.packed_size
                 : found.data_at == base || found.data_at + kStoredBlockHeader == base;
-        if (contains || last.IsIntact()) {
-            return true;
-        }
-    }
-    return false;
+        return contains || last.IsIntact();
+    });
 }
 
 // Drops what no directory of this archive describes.
-void FoundEntries::DropInside(std::uint64_t begin, std::uint64_t end) {
-    auto found = std::lower_bound(
-        found_.begin(), found_.end(), begin,
-        [](const Found& one, std::uint64_t offset) { return one.entry.offset < offset; });
-    for (; found != found_.end() && found->entry.offset < end; ++found) {
-        found->dropped |= found->run == 0 || runs_[found->run - 1].nested;
+void FoundEntries::DropInside(std::vector<Range> ranges) {
+    std::sort(ranges.begin(), ranges.end(),
+              [](const Range& one, const Range& other) { return one.begin < other.begin; });
+    auto next = ranges.begin();
+    std::uint64_t end = 0;
+    for (Found& found : found_) {
+        for (; next != ranges.end() && next->begin <= found.entry.offset; ++next) {
+            end = std::max(end, next->end);
+        }
+        found.dropped |= found.entry.offset < end && IsUndescribed(found);
     }
 }
 
-// What a damaged file contains is dropped up to its stated end: where an intact directory
-// describes the file and not its content, and where the data begins with a local header, because
-// the file is an archive then. The directory of that archive ends it earlier.
+bool FoundEntries::IsUndescribed(const Found& found) const {
+    return found.run == 0 || runs_[found.run - 1].nested;
+}
+
+// Whether the content of a damaged file is that of an archive: an intact directory describes the
+// file and not its content, or the data begins with a local header.
+bool FoundEntries::IsArchive(const Found& found, const Found& next) const {
+    const std::uint64_t start = next.entry.offset - found.data_at;
+    const bool begins_like_one =
+        next.run == 0 &&
+        (start == 0 || (start == kStoredBlockHeader && found.entry.method != Method::kStored));
+    return begins_like_one || (found.run != 0 && found.run == runs_.size() &&
+                               !runs_.back().nested && runs_.back().IsIntact());
+}
+
+// What a damaged file contains is dropped up to its stated end, or to that of the directory of the
+// archive that it is.
 void FoundEntries::DropContentOfDamaged() {
-    const bool has_directory = !runs_.empty() && !runs_.back().nested && runs_.back().IsIntact();
-    for (std::size_t i = 0; i + 1 < found_.size(); ++i) {
-        const Found& found = found_[i];
-        if (found.why.empty() || found.dropped || !found.states_sizes) {
-            continue;
+    std::vector<Range> nested;  // directories; they do not overlap
+    for (const Run& run : runs_) {
+        if (run.nested) {
+            nested.push_back({run.start, run.end});
         }
-        const Found& next = found_[i + 1];
-        const std::uint64_t start = next.entry.offset - found.data_at;
-        const bool is_archive =
-            next.run == 0 &&
-            (start == 0 || (start == kStoredBlockHeader && found.entry.method != Method::kStored));
-        if (!is_archive && !(has_directory && found.run == runs_.size())) {
+    }
+    std::uint64_t drop_end = 0;
+    for (std::size_t i = 0; i < found_.size(); ++i) {
+        Found& found = found_[i];
+        found.dropped |= found.entry.offset < drop_end && IsUndescribed(found);
+        if (found.why.empty() || found.dropped || !found.states_sizes || i + 1 == found_.size() ||
+            !IsArchive(found, found_[i + 1])) {
             continue;
         }
         const std::uint64_t stated_end =
             found.data_at + std::min(found.entry.packed_size, ~found.data_at);
-        const auto own = std::find_if(runs_.begin(), runs_.end(), [&](const Run& run) {
-            return run.nested && run.start >= found.data_at && run.end <= stated_end;
-        });
-        DropInside(found.data_at, own == runs_.end() ? stated_end : own->end);
+        const auto own = std::lower_bound(
+            nested.begin(), nested.end(), found.data_at,
+            [](const Range& one, std::uint64_t offset) { return one.begin < offset; });
+        const bool has_own = own != nested.end() && own->end <= stated_end;
+        drop_end = std::max(drop_end, has_own ? own->end : stated_end);
     }
 }
 
 // The same for files of which the local header is lost.
 void FoundEntries::DropContentOfOrphans() {
+    std::vector<Range> contents;
     for (const Orphan& orphan : orphans_) {
         const Run& run = runs_[orphan.run - 1];
         if (run.nested || !run.IsIntact() || orphan.run != runs_.size() || !run.base) {
@@ -266,99 +279,99 @@ void FoundEntries::DropContentOfOrphans() {
         }
         const StoredEntry& entry = orphan.entry;
         const std::uint64_t end = entry.offset + std::min(entry.packed_size, ~entry.offset);
-        DropInside(Shifted(entry.offset, *run.base), Shifted(end, *run.base));
+        contents.push_back({Shifted(entry.offset, *run.base), Shifted(end, *run.base)});
     }
+    DropInside(std::move(contents));
 }
 
+// The position of the first record behind `position`, or the end of the archive.
 std::uint64_t FoundEntries::NextRecord(std::uint64_t position) const {
     const auto found = std::upper_bound(
         found_.begin(), found_.end(), position,
         [](std::uint64_t offset, const Found& one) { return offset < one.entry.offset; });
-    std::uint64_t next = found == found_.end() ? size_ : found->entry.offset;
-    for (const Run& run : runs_) {
-        if (run.start > position) {
-            return std::min(next, run.start);
-        }
-    }
-    return next;
+    const auto run =
+        std::upper_bound(runs_.begin(), runs_.end(), position,
+                         [](std::uint64_t offset, const Run& one) { return offset < one.start; });
+    return std::min(found == found_.end() ? source_.Size() : found->entry.offset,
+                    run == runs_.end() ? source_.Size() : run->start);
 }
 
 // Looks for the data of an entry whose local header is damaged: behind a header of the usual
-// length, or before the next record. True when it is intact.
-bool FoundEntries::Recover(StoredEntry& entry, std::int64_t base, std::string& why) {
+// length, or before the next record. Returns why it is lost, "" when it is intact.
+std::string FoundEntries::Recover(StoredEntry& entry, std::int64_t base) {
     const std::uint64_t position = Shifted(entry.offset, base);
     if (base < 0 && position == 0) {
-        why = "the archive's beginning is missing";
-        return false;
+        return "the archive's beginning is missing";
     }
-    if (position >= size_) {
-        why = "the archive ends before its data";
-        return false;
+    if (position >= source_.Size()) {
+        return "the archive ends before its data";
     }
-    why = "its local header is damaged";
-    const std::uint64_t header = local_header::kFixedSize + entry.RawName().size();
+    const std::uint64_t data_at = position + local_header::kFixedSize + entry.RawName().size();
     const std::uint64_t next = NextRecord(position);
-    std::vector<std::uint64_t> starts = {position + header};
+    std::vector<std::uint64_t> starts = {data_at};
     for (const std::uint64_t descriptor : kDescriptorLengths) {
-        const std::uint64_t length = std::min(entry.packed_size, size_) + descriptor;
-        if (next >= length && next - length >= position + header) {
+        const std::uint64_t length = std::min(entry.packed_size, source_.Size()) + descriptor;
+        if (next >= length && next - length >= data_at) {
             starts.push_back(next - length);
         }
     }
+    entry.offset = position;
+    entry.flags &= static_cast<std::uint16_t>(~flag::kDescriptor);
     for (const std::uint64_t start : starts) {
         LocalRecord record{entry, start, true};
-        record.entry.offset = position;
-        record.entry.flags &= static_cast<std::uint16_t>(~flag::kDescriptor);
-        const ProbeResult result = probe_.Check(record, false);
+        const ProbeResult result = CheckDescribed(record);
         if (result.IsIntact()) {
             entry = std::move(record.entry);
             entry.data_at = entry.offset = start;
-            return true;
+            return "";
         }
     }
-    return false;
+    const std::string unreadable = source_.WhyUnreadable(position, data_at + 1);
+    return unreadable.empty() ? "its local header is damaged" : unreadable;
 }
 
-void FoundEntries::AddLost(Directory& directory, StoredEntry entry, std::string why) {
+void FoundEntries::AddOrphans(Entries& intact, Directory& directory) {
+    for (Orphan& orphan : orphans_) {
+        const Run& run = runs_[orphan.run - 1];
+        const std::int64_t base = run.base.value_or(0);
+        if (run.nested || At(Shifted(orphan.entry.offset, base)) != nullptr) {
+            continue;  // the local header there is another's, or has its own name
+        }
+        Add(orphan.entry, Recover(orphan.entry, base), intact, directory);
+    }
+}
+
+void FoundEntries::Add(StoredEntry& entry, std::string why, Entries& intact, Directory& directory) {
+    if (why.empty()) {
+        intact.push_back(&entry);
+        return;
+    }
+    entry.offset = source_.AddressOf(entry.offset);
     directory.lost.push_back({std::move(entry), std::move(why)});
 }
 
 void FoundEntries::Finish(Directory& directory) {
     FindNested();
-    std::vector<const StoredEntry*> intact;
-    for (Orphan& orphan : orphans_) {
-        const Run& run = runs_[orphan.run - 1];
-        if (run.nested || At(Shifted(orphan.entry.offset, run.base.value_or(0))) != nullptr) {
-            continue;  // the local header there is another's, or has its own name
-        }
-        std::string why;
-        if (Recover(orphan.entry, run.base.value_or(0), why)) {
-            intact.push_back(&orphan.entry);
-        } else {
-            AddLost(directory, std::move(orphan.entry), std::move(why));
-        }
-    }
+    Entries intact;
+    AddOrphans(intact, directory);
     for (Found& found : found_) {
-        if (found.dropped) {
-            continue;
-        }
-        if (found.why.empty()) {
-            intact.push_back(&found.entry);
-        } else {
-            AddLost(directory, std::move(found.entry), std::move(found.why));
+        if (!found.dropped) {
+            Add(found.entry, std::move(found.why), intact, directory);
         }
     }
     std::stable_sort(intact.begin(), intact.end(), [](const StoredEntry* a, const StoredEntry* b) {
         return a->offset < b->offset;
     });
     directory.entries = {};
-    for (const StoredEntry* entry : intact) {
+    for (StoredEntry* const entry : intact) {
+        entry->offset = source_.AddressOf(entry->offset);
+        entry->data_at = entry->data_at == 0 ? 0 : source_.AddressOf(entry->data_at);
         directory.entries.Append(*entry);
     }
     orphans_.clear();
     found_.clear();
     directory.lost_unnamed = orphans_unnamed_;
-    directory.start = size_;
+    directory.start = source_.AddressOf(source_.Size());
     directory.searched = true;
 }
 

@@ -8,6 +8,7 @@
 // it. Its local headers are no entries.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -23,13 +24,13 @@ namespace vantrel::zip {
 
 class FoundEntries {
   public:
-    // `probe` is borrowed; `size` is that of the archive.
-    FoundEntries(EntryProbe& probe, std::uint64_t size) : probe_(probe), size_(size) {}
+    // Both are borrowed.
+    FoundEntries(EntryProbe& probe, ByteSource& source) : probe_(probe), source_(source) {}
 
     // Records in the order of their positions. A local header comes with its check; a central
     // record with its position and length.
     void AddLocal(LocalRecord record, ProbeResult result);
-    void AddCentral(CentralRecord record, std::uint64_t at, std::uint64_t length);
+    void AddCentral(StoredEntry entry, std::uint64_t at, std::uint64_t length);
     // An end record that states this many entries and this offset of the directory.
     void AddEnd(std::uint64_t at, std::uint64_t entries, std::uint64_t directory_offset);
 
@@ -46,6 +47,10 @@ class FoundEntries {
         bool states_sizes = false;
         bool dropped = false;  // of an archive inside of this one
     };
+    struct Range {
+        std::uint64_t begin = 0;
+        std::uint64_t end = 0;
+    };
     // Central records that follow each other: a directory, or what is left of one.
     struct Run {
         std::uint64_t start = 0;
@@ -56,28 +61,40 @@ class FoundEntries {
         std::optional<std::int64_t> base;  // real offset minus stated one
         bool nested = false;
         bool IsIntact() const { return end_record != 0 && (records & 0xFFFF) == (stated & 0xFFFF); }
+        // The archive of which this is the directory.
+        Range Contents() const {
+            return {static_cast<std::uint64_t>(std::max<std::int64_t>(base.value_or(0), 0)),
+                    std::max(end_record, end)};
+        }
     };
     struct Orphan {  // a central record without a local header
         StoredEntry entry;
         std::uint32_t run = 0;
     };
 
+    using Entries = std::vector<StoredEntry*>;
+
     Run& CurrentRun(std::uint64_t at);
     Found* Match(const StoredEntry& described, Run& run);
     Found* At(std::uint64_t position);
     Found* ByName(const StoredEntry& described);
-    void Describe(Found& found, const StoredEntry& described);
+    void Describe(Found& found, StoredEntry entry);
+    ProbeResult CheckDescribed(LocalRecord& record);
     void FindNested();
     bool LastIsNested() const;
-    void DropInside(std::uint64_t begin, std::uint64_t end);
+    void DropInside(std::vector<Range> ranges);
+    bool IsUndescribed(const Found& found) const;
+    bool IsArchive(const Found& found, const Found& next) const;
     void DropContentOfDamaged();
     void DropContentOfOrphans();
-    bool Recover(StoredEntry& entry, std::int64_t base, std::string& why);
+    std::string Recover(StoredEntry& entry, std::int64_t base);
     std::uint64_t NextRecord(std::uint64_t position) const;
-    void AddLost(Directory& directory, StoredEntry entry, std::string why);
+    void AddOrphans(Entries& intact, Directory& directory);
+    // To the intact entries, or to those that are lost.
+    void Add(StoredEntry& entry, std::string why, Entries& intact, Directory& directory);
 
     EntryProbe& probe_;
-    const std::uint64_t size_;
+    ByteSource& source_;
     std::vector<Found> found_;  // by position
     std::vector<Run> runs_;
     std::vector<Orphan> orphans_;

@@ -1,6 +1,5 @@
 #include "zip/reader/record_scanner.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "zip/records/format.h"
@@ -20,24 +19,31 @@ bool IsRecord(std::uint32_t signature) {
 
 }  // namespace
 
-// Reads the window that begins at `at`; false when nothing is there.
-bool RecordScanner::Load(std::uint64_t at) {
+// Reads the window that begins at `at` and ends on the same disk.
+void RecordScanner::Load(std::uint64_t at) {
     check_stop_();
-    const auto count =
-        static_cast<std::size_t>(std::min<std::uint64_t>(size_ - std::min(at, size_), kWindow));
     window_.Clear();
-    window_.Resize(count);
     window_at_ = at;
-    window_.Resize(count == 0 ? 0 : source_.ReadAt(at, window_.data(), count));
-    return window_.size() > 0;
+    if (at >= source_.Size()) {
+        return;
+    }
+    if (source_.Available(at) == 0) {
+        source_.Bytes(at, 1);  // asks for the disk
+    }
+    window_.Resize(source_.OnThisDisk(at, kWindow));
+    window_.Resize(source_.ReadAt(at, window_.data(), window_.size()));
 }
 
 std::optional<RecordScanner::Hit> RecordScanner::Next(std::uint64_t from) {
     for (;;) {
         if (from < window_at_ || from + kSignatureSize > window_at_ + window_.size()) {
-            if (size_ - std::min(from, size_) < kSignatureSize || !Load(from) ||
-                window_.size() < kSignatureSize) {
+            Load(from);
+            if (window_.empty()) {
                 return std::nullopt;
+            }
+            if (window_.size() < kSignatureSize) {
+                from += window_.size();  // no record is split over two disks
+                continue;
             }
         }
         const auto* const begin = window_.data() + (from - window_at_);
@@ -60,8 +66,9 @@ std::optional<RecordScanner::Hit> RecordScanner::Next(std::uint64_t from) {
 
 std::string_view RecordScanner::Peek(std::uint64_t at, std::size_t count) {
     const std::uint64_t window_end = window_at_ + window_.size();
-    const bool ends_archive = window_end == size_ && at <= window_end;
-    if (at < window_at_ || (at + count > window_end && !ends_archive)) {
+    // A smaller window ends with the archive or its disk.
+    const bool is_last = !window_.empty() && window_.size() < kWindow && at <= window_end;
+    if (at < window_at_ || (at + count > window_end && !is_last)) {
         Load(at);
     }
     const auto start = static_cast<std::size_t>(at - window_at_);
@@ -69,13 +76,17 @@ std::string_view RecordScanner::Peek(std::uint64_t at, std::size_t count) {
 }
 
 bool RecordScanner::IsRecordAt(std::uint64_t at) {
-    if (at >= size_) {
-        return at == size_;
+    const std::uint64_t size = source_.Size();
+    if (at >= size) {
+        return at == size;
+    }
+    if (source_.Available(at) == 0) {
+        return source_.Available(at - 1) == 1;
     }
     // Far away, only these bytes are read.
     const bool is_near = at >= window_at_ && at + kSignatureSize <= window_at_ + window_.size();
-    const std::string bytes =
-        is_near ? std::string(Peek(at, kSignatureSize)) : source_.Bytes(at, kSignatureSize);
+    const std::string bytes = is_near ? std::string(Peek(at, kSignatureSize))
+                                      : source_.Bytes(at, source_.OnThisDisk(at, kSignatureSize));
     return bytes.size() == kSignatureSize && IsRecord(GetNumber<std::uint32_t>(bytes, 0));
 }
 

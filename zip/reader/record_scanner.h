@@ -15,8 +15,8 @@ namespace vantrel::zip {
 class RecordScanner {
   public:
     // `check_stop` is called before each read of a window, and may throw.
-    RecordScanner(ByteSource& source, std::uint64_t size, std::function<void()> check_stop)
-        : source_(source), size_(size), check_stop_(std::move(check_stop)) {}
+    RecordScanner(ByteSource& source, std::function<void()> check_stop)
+        : source_(source), check_stop_(std::move(check_stop)) {}
 
     struct Hit {
         std::uint64_t at = 0;
@@ -26,18 +26,18 @@ class RecordScanner {
     // later; nothing when there is none. Signatures inside of data are found as well.
     std::optional<Hit> Next(std::uint64_t from);
 
-    // The bytes at `at`: `count`, or fewer at the end. Valid until the next call. Cheap for bytes
-    // near the last hit.
+    // The bytes at `at`: `count`, or fewer at the end of the archive or of a disk, where no record
+    // is split. Valid until the next call. Cheap for bytes near the last hit.
     std::string_view Peek(std::uint64_t at, std::size_t count);
 
-    // Whether a record, or the end of the archive, is at `at`.
+    // Whether a record, or the end of the archive or of the disk in the drive, is at `at`. False
+    // for what is on another disk.
     bool IsRecordAt(std::uint64_t at);
 
   private:
-    bool Load(std::uint64_t at);
+    void Load(std::uint64_t at);
 
     ByteSource& source_;
-    const std::uint64_t size_;
     std::function<void()> check_stop_;
     Buffer window_;
     std::uint64_t window_at_ = 0;

@@ -14,19 +14,21 @@
 
 namespace vantrel::zip {
 
-// The directory of the archive that `source` reads. A sector that cannot be read is damage. Raises
-// what `source` raises otherwise.
-Directory ReadDamagedDirectory(const platform::Machine& machine, ArchiveReader& source,
-                               const SearchProgress& progress);
+// The directory of the archive at `path`, and what a search finds if it is damaged; so is one with
+// a sector that cannot be read, or with a disk that is missing. Raises what the file system raises
+// otherwise.
+Directory ReadDamagedDirectory(const platform::Machine& machine, const std::string& path,
+                               const AskForDisk& ask, const SearchProgress& progress);
 
 struct SearchResult {
     RunOutcome outcome = RunOutcome::kFailed;
     std::shared_ptr<const Directory> directory;  // null unless the search is complete
 };
 
-// Searches the archive at `path`, with progress. An archive that cannot be opened is a question.
-// Blocks until the end of the run; throws only what `events` throws.
+// Searches the archive at `path`, of which `damaged` was read, with progress. An archive that
+// cannot be opened is a question. Blocks until the end of the run; throws only what `events`
+// throws.
 SearchResult FindEntries(const platform::Machine& machine, const std::string& path,
-                         RunEvents& events);
+                         const Directory& damaged, RunEvents& events);
 
 }  // namespace vantrel::zip

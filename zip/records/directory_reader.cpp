@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "common/display_text.h"
+#include "common/error.h"
 #include "zip/records/buffered_range.h"
 #include "zip/records/directory_location.h"
 
@@ -21,7 +22,15 @@ class DirectoryReader {
           bytes_(source, location.start, location.end) {}
 
     void Read(Directory& directory) {
-        while (ReadOne(directory)) {
+        try {
+            while (ReadOne(directory)) {
+            }
+        } catch (const Error& error) {
+            // All other failures to read a disk are questions.
+            if (!directory.disks.IsSpanned() || error.number() != error_number::kDiskNotReady) {
+                throw;
+            }
+            Stop(directory, error.description());
         }
         if (directory.trouble.empty() && !CountFits(directory.entries.size())) {
             directory.trouble =
@@ -106,7 +115,16 @@ Directory ReadDirectory(ByteSource& source, DiskChanger* changer, platform::Code
                         platform::Clock& clock) {
     Directory directory;
     auto location = FindDirectory(source);
-    while ((!location || !location->found) && changer != nullptr && changer->ChangeToLastDisk()) {
+    while ((!location || !location->found) && changer != nullptr) {
+        const auto last = changer->ChangeToLastDisk();
+        if (last == DiskChanger::LastDisk::kMissing) {
+            directory.disks.disks = 0;
+            directory.trouble = "The archive is incomplete: its last disk is missing.";
+            return directory;
+        }
+        if (last == DiskChanger::LastDisk::kNone) {
+            break;
+        }
         location = FindDirectory(source);
     }
     directory.archive_size = source.Size();

@@ -68,8 +68,9 @@ bool DiskIdentity::Matches(platform::File& file, std::uint32_t disk) const {
     if (disk > directory_disk) {
         return HasRecord(file, {0, "", 0, true});
     }
-    // Nothing but the middle of one file's data: it can only be shown to be no other disk.
-    return (disk == 0 || !IsLikeDiskOne(file)) && size > 0 &&
+    // Nothing but the middle of one file's data, or nothing is known of the set: it can only be
+    // shown to be no other disk.
+    return (disk == 0) == IsLikeDiskOne(file) && size > 0 &&
            std::none_of(records.begin(), records.end(),
                         [&](const auto& other) { return HasRecord(file, other.second); });
 }

@@ -33,7 +33,7 @@ struct DiskRecord {
 };
 
 struct DiskIdentity {
-    std::uint32_t disks = 1;           // 1: not spanned
+    std::uint32_t disks = 1;           // 1: not spanned; 0: their number is unknown
     std::uint32_t directory_disk = 0;  // where the directory starts; it ends on the last disk
     std::map<std::uint32_t, DiskRecord> records;
 
@@ -61,9 +61,11 @@ struct DiskIdentity {
 class DiskChanger {
   public:
     virtual ~DiskChanger() = default;
-    // For a file that an archive does not end in. True when another disk was inserted instead;
-    // throws when that was refused; false when no disk can be asked for.
-    virtual bool ChangeToLastDisk() = 0;
+    enum class LastDisk { kNone, kInserted, kMissing };
+    // For a file that an archive does not end in. kInserted: another disk is in the drive now.
+    // kMissing: the last disk of a set cannot be had. kNone: this is no set, or no disk can be
+    // asked for.
+    virtual LastDisk ChangeToLastDisk() = 0;
     // The file is the last disk of the set that `disks` describes, now and in the future. From now
     // on offsets hold their disk, and disks are asked for. False when no disk can be asked for.
     virtual bool OpenAsSpanned(const DiskIdentity& disks) = 0;
