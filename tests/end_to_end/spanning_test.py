@@ -60,7 +60,7 @@ class Spanned(harness.EndToEndTest):
 
     def next_box(self, program, over):
         """The box that comes, None when the run is over first."""
-        return program.wait_for(lambda: program.box() or (over(program) and "over"),
+        return program.wait_for(lambda: (over(program) and "over") or program.box(),
                                 "a prompt or the end")
 
     def back_up(self, program):
@@ -236,39 +236,81 @@ class WrongDisks(Spanned):
 
 
 class Incomplete(Spanned):
-    def test_five_disks_without_the_third_return_the_files_on_the_others(self):
-        destination = self.pc.drive("r") / "Here"
-        destination.mkdir()
+    """A set of five disks of which one is lost."""
+
+    def back_up_five_disks(self):
+        self.destination = self.pc.drive("r") / "Here"
+        self.destination.mkdir()
         for index in range(12):
             (self.source / f"{index:02}.bin").write_bytes(self.random.randbytes(500_000))
         program = self.start_backup()
         self.back_up(program)
         self.assertEqual(5, len(self.disks))
         program.show_tab("Restore")
-        program.choose("Cmb_RestoreFile", "Job.INI")
-        program.wait_for(lambda: int(program.text("Fld_Total") or 0) > 12, "the files of the set")
+        return program
+
+    def feed_without(self, program, missing, over):
+        """Inserts each disk that is asked for, and continues without those that are missing."""
+        asked = []
+        while (box := self.next_box(program, over)) != "over":
+            found = re.match(r"Please insert (?:the last disk|disk (\d+))", box.text)
+            self.assertTrue(found, box.text)
+            number = int(found[1]) if found[1] else 5
+            asked.append(number if found[1] else "last")
+            self.assertEqual({"Cancel", "Retry", "Continue"}, set(box.buttons))
+            if number not in missing:
+                self.pc.put_in("a", self.disks[number - 1])
+            program.answer("Continue" if number in missing else "Retry", box.text)
+        return asked
+
+    def restore_without(self, program, missing):
+        """Restores the files that were listed; returns what was asked, and the files that are lost."""
         self.choose_destination(program)
         program.click("Cmd_Restore")
-        asked = []
-        while (box := self.next_box(program, self.restore_is_over)) != "over":
-            number = int(re.match(r"Please insert disk (\d+) of the 5 disks ", box.text)[1])
-            asked.append(number)
-            self.assertEqual({"Cancel", "Retry", "Continue"}, set(box.buttons))
-            if number != 3:
-                self.pc.put_in("a", self.disks[number - 1])
-            program.answer("Continue" if number == 3 else "Retry", box.text)
-        self.assertEqual([1, 2, 3, 4, 5], asked)
+        asked = self.feed_without(program, missing, self.restore_is_over)
         program.click("Frm_Restore_Cmd_Ok")
         program.wait_for(lambda: program.enabled("TAB_Backup"), "the main window again")
         self.assert_exit_code(0, program.close())
-        source, copy = archives.tree(self.source), archives.tree(destination)
+        source, copy = archives.tree(self.source), archives.tree(self.destination)
         lost = set(source) - set(copy)
         self.assertEqual({name: source[name] for name in copy}, copy)
+        records = self.pc.log.undated()
+        named = {name for name in lost
+                 if any(record.startswith(f"{name} is not restored: ") for record in records)}
+        files = "file" if len(named) == 1 else "files"
+        self.assertIn(f"{len(named)} {files} not restored", records)
+        return asked, lost
+
+    def test_five_disks_without_the_third_return_the_files_on_the_others(self):
+        program = self.back_up_five_disks()
+        program.choose("Cmb_RestoreFile", "Job.INI")
+        program.wait_for(lambda: int(program.text("Fld_Total") or 0) > 12, "the files of the set")
+        asked, lost = self.restore_without(program, {3})
+        self.assertEqual([1, 2, 3, 4, 5], asked)
         self.assertTrue(2 <= len(lost) <= 4, lost)
         records = self.pc.log.undated()
         for name in lost:
             self.assertIn(f"{name} is not restored: disk 3 is missing.", records)
-        self.assertIn(f"{len(lost)} files not restored", records)
+
+    def test_five_disks_without_the_last_are_searched(self):
+        program = self.back_up_five_disks()
+        self.pc.put_in("a", self.disks[0])
+        program.choose("Cmb_RestoreFile", "Job.INI")
+        self.assertEqual(["last"], self.feed_without(
+            program, {5}, lambda p: p.box() and p.box().text.startswith("The list of files")))
+        program.answer("Search", "The list of files in this archive is damaged or missing:")
+        asked = self.feed_without(program, {5, 6}, self.files_are_listed)
+        self.assertEqual([2, 3, 4, 5, 6], asked)
+        asked, lost = self.restore_without(program, {5})
+        self.assertEqual([1, 2, 3, 4], asked)
+        self.assertTrue(1 <= len(lost) <= 5, lost)
+        self.assertIn("The archive is incomplete: its last disk is missing. It was searched for its "
+                      "files.", self.pc.log.undated())
+
+    @staticmethod
+    def files_are_listed(program):
+        return (not program.exists("Frm_Restore_Cmd_Cancel") and program.enabled("TAB_Backup") and
+                int(program.text("Fld_Total") or 0) > 6)
 
     @staticmethod
     def restore_is_over(program):
