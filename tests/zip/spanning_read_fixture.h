@@ -102,6 +102,16 @@ class SpanningRead : public SpanningTest {
         }
         files.Remove("C:\\Out");
     }
+    // From now on this read of disk 2 fails, counted from 1 in `reads`.
+    void FailAtRead(int number, int error) {
+        reads = 0;
+        files.before = [=, this](const std::string& call, const std::string& path) {
+            if (call == "Read" && path.starts_with("A:") && box.Inserted() == 1 &&
+                ++reads == number) {
+                RaiseError(error);
+            }
+        };
+    }
     void PutFiles() {
         files.Put("C:\\Data\\a.txt", "first");
         files.Put("C:\\Data\\big", Noise(5000, 7));
@@ -115,6 +125,7 @@ class SpanningRead : public SpanningTest {
     zip::ExtractOptions extract;
     Recorder restored_events;
     std::int32_t failed = 0;
+    int reads = 0;
 };
 
 }  // namespace vantrel::test

@@ -186,12 +186,7 @@ TEST_F(SpanningRead, UnattendedRunFailsWithTheQuestion) {
 TEST_F(SpanningRead, DiskThatFailsWhileItIsReadIsAskedForAgain) {
     PutFiles();
     MakeSet(3000);
-    int reads = 0;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Read" && path.starts_with("A:") && box.Inserted() == 1 && ++reads == 4) {
-            RaiseError(error_number::kDiskNotReady);
-        }
-    };
+    FailAtRead(4, error_number::kDiskNotReady);
     ASSERT_EQ(Restore(), RunOutcome::kComplete);
     files.before = nullptr;
     EXPECT_GE(reads, 4);
@@ -206,13 +201,7 @@ TEST_F(SpanningRead, DiskThatFailsAtAnyReadIsAskedForAgainWithTheReason) {
     constexpr const char* kReason = "The disk in the drive cannot be read (Device I/O error).";
     int with_reason = 0;
     for (int failing = 1;; ++failing) {
-        int reads = 0;
-        files.before = [&](const std::string& call, const std::string& path) {
-            if (call == "Read" && path.starts_with("A:") && box.Inserted() == 1 &&
-                ++reads == failing) {
-                RaiseError(error_number::kDeviceIo);
-            }
-        };
+        FailAtRead(failing, error_number::kDeviceIo);
         ASSERT_EQ(Restore(), RunOutcome::kComplete) << "read " << failing;
         files.before = nullptr;
         ExpectRestored();

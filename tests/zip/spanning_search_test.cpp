@@ -121,13 +121,7 @@ TEST_F(SpanningSearch, DamagedDirectoryCostsNothing) {
 TEST_F(SpanningSearch, ReadThatFailsOnceCostsNothing) {
     MakeSetOf(0, 2500);
     for (int failing = 1;; ++failing) {
-        int reads = 0;
-        files.before = [&](const std::string& call, const std::string& path) {
-            if (call == "Read" && path.starts_with("A:") && box.Inserted() == 1 &&
-                ++reads == failing) {
-                RaiseError(error_number::kDeviceIo);
-            }
-        };
+        FailAtRead(failing, error_number::kDeviceIo);
         ExpectWithout({feeder.disks - 1}, 0);
         files.before = nullptr;
         ASSERT_FALSE(HasFailure()) << failing;

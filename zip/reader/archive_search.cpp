@@ -14,7 +14,7 @@ namespace vantrel::zip {
 namespace {
 
 // Entries; an archive of nothing but headers would need memory without end.
-constexpr std::uint64_t kMaxFound = std::uint64_t{1} << 23;
+constexpr std::uint64_t kMaxFound = std::uint64_t{1} << 22;
 
 // No deflate stream becomes larger by more: 258 bytes take 2 bits at least (RFC 1951, 3.2.5).
 constexpr std::uint64_t kMaxDeflateRatio = 1032;

@@ -23,8 +23,8 @@ using SearchProgress = std::function<void(std::uint64_t done)>;
 // archive that is stored inside the archive is one entry. Reads the archive once; a damaged entry
 // is read up to its stated end and its data then searched, until the archive has been read 8 times
 // more (an archive that is made to waste time). Memory follows the records found: about 300 bytes
-// and the name for each entry; of damaged ones at most 2^20, with 32 MB of names, are kept. Raises
-// what `source` raises.
+// and the name for each of at most 2^22 entries; of damaged ones at most 2^20, with 32 MB of names,
+// are kept. Raises what `source` raises.
 void SearchArchive(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
                    const SearchProgress& progress, Directory& directory);
 
