@@ -19,8 +19,9 @@ namespace vantrel::zip {
 
 namespace {
 
-// A thread has up to 6 MB. More threads would exceed the target of 128 MB (docs/performance.md).
-constexpr int kMaxThreads = 16;
+// A thread has up to 6 MB. With more threads a second backup of a million files would exceed 128 MB
+// (docs/performance.md).
+constexpr int kMaxThreads = 12;
 // The level of MakeCompressor for each WriterOptions::level. The library's levels 8 and 9 are not
 // used: the tuned level is faster than either, and its archives are smaller (docs/performance.md).
 constexpr int kCompressorLevel[] = {0, 1, 2, 3, 4, 5, 6, 6, kTunedLevel, kTunedLevel};

@@ -42,7 +42,7 @@ struct WriterOptions {
     SourceSpec source;
     int level = 9;          // 0 stores everything uncompressed, 1 is fast, 9 is small
     bool spanning = false;  // continue on the next disk when one is full
-    int threads = 0;        // worker threads, at most 16; 0: one for each processor
+    int threads = 0;        // worker threads, at most 12; 0: one for each processor
     // Full path of an archive whose compressed data is reused where it is proved equal; "": none.
     // The result is the same, only faster, or slower by little.
     std::string earlier;
