@@ -208,6 +208,16 @@ TEST_F(MainLooks, BlinkingAddressHasABackgroundOfItsOwnWhileItIsHighlighted) {
     EXPECT_EQ(0, highlight());
 }
 
+TEST_F(MainLooks, DropDownListIsAsHighAsAFieldAtEachDpi) {
+    for (const int dpi : {96, 144, 192}) {
+        RECT place = ClientOf(TopOf(window));
+        Send(TopOf(window), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        EXPECT_NEAR(ClientOf(HandleOf(window.Fld_BackupWhere)).bottom,
+                    ClientOf(HandleOf(window.Cmb_BackupSet)).bottom, 1)
+            << dpi;
+    }
+}
+
 TEST_F(MainLooks, ValuesStandOnTheColorOfWhatCannotBeEdited) {
     const HWND value = HandleOf(window.Fld_BackupWhere);
     const RECT inside = ClientOf(value);

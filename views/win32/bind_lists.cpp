@@ -35,6 +35,19 @@ class ListBinder : public Binder {
         Choose(chosen);
     }
 
+    // Drop-down lists are as high as the fields beside them; by themselves they are as high as
+    // their font needs, which is less at more than 96 dpi.
+    void Rescale(int dpi) override {
+        Binder::Rescale(dpi);
+        if (&messages_ == &kCombo) {
+            constexpr int kFieldUnits = 13;  // of 8 for the height of a line
+            constexpr int kFrame = 6;        // pixels around the selected entry
+            constexpr auto kSelectedEntry = static_cast<WPARAM>(-1);
+            const int height = MulDiv(TextDevice(handle()).LineHeight(), kFieldUnits, 8);
+            Send(CB_SETITEMHEIGHT, kSelectedEntry, height - kFrame);
+        }
+    }
+
   protected:
     virtual int Count() const = 0;
     virtual std::string Entry(int index) const = 0;

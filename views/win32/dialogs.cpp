@@ -158,40 +158,42 @@ class OpeningBox {
     HHOOK hook_;
 };
 
-UINT StyleOf(const forms::Box& box) {
-    UINT style = box.right_aligned ? MB_RIGHT : 0U;
-    switch (box.buttons) {
+UINT StyleOf(Buttons buttons) {
+    switch (buttons) {
         case Buttons::kOk:
-            style |= MB_OK;
-            break;
+            return MB_OK;
         case Buttons::kYesNo:
-            style |= MB_YESNO;
-            break;
+            return MB_YESNO;
         case Buttons::kRetryCancel:
-            style |= MB_RETRYCANCEL;
-            break;
+            return MB_RETRYCANCEL;
         case Buttons::kRetryContinueCancel:
-            style |= MB_CANCELTRYCONTINUE | MB_DEFBUTTON2;
-            break;
+            return MB_CANCELTRYCONTINUE | MB_DEFBUTTON2;
         case Buttons::kSearchCancel:
-            style |= MB_OKCANCEL;
-            break;
+            return MB_OKCANCEL;
     }
-    switch (box.icon) {
+    return 0;
+}
+
+UINT StyleOf(Icon icon) {
+    switch (icon) {
         case Icon::kNone:
-            break;
+            return 0;
         case Icon::kCritical:
-            style |= MB_ICONERROR;
-            break;
+            return MB_ICONERROR;
         case Icon::kQuestion:
-            style |= MB_ICONQUESTION;
-            break;
+            return MB_ICONQUESTION;
         case Icon::kExclamation:
-            style |= MB_ICONEXCLAMATION;
-            break;
+            return MB_ICONEXCLAMATION;
         case Icon::kInformation:
-            style |= MB_ICONINFORMATION;
-            break;
+            return MB_ICONINFORMATION;
+    }
+    return 0;
+}
+
+UINT StyleOf(const forms::Box& box) {
+    UINT style = StyleOf(box.buttons) | StyleOf(box.icon);
+    if (box.right_aligned) {
+        style |= MB_RIGHT;
     }
     if (box.default_button == 2) {
         style |= MB_DEFBUTTON2;

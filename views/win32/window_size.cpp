@@ -70,6 +70,18 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
         page.layout.Apply(font.get());
     }
     font_ = std::move(font);
+    TakeSizeOfDpi(suggested);
+    Arrange();
+    for (const auto& binder : binders_) {
+        binder->Rescale(dpi);
+    }
+    LoadIcons();
+    tooltips_.SetWidth(MulDiv(kMaxTipWidth, dpi, USER_DEFAULT_SCREEN_DPI));
+    MarkSize();
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+void WindowView::TakeSizeOfDpi(const RECT* suggested) {
     sizing_ = true;
     if (suggested && IsZoomed(window_)) {
         MoveTo(window_, AreaOf(*suggested));
@@ -84,14 +96,6 @@ void WindowView::TakeDpi(int dpi, const RECT* suggested) {
         SetInsideSize(inside);
     }
     sizing_ = false;
-    Arrange();
-    for (const auto& binder : binders_) {
-        binder->Rescale(dpi);
-    }
-    LoadIcons();
-    tooltips_.SetWidth(MulDiv(kMaxTipWidth, dpi, USER_DEFAULT_SCREEN_DPI));
-    MarkSize();
-    InvalidateRect(window_, nullptr, TRUE);
 }
 
 void WindowView::LoadIcons() {

@@ -115,7 +115,9 @@ class WindowView : public forms::ControlView, public BinderWindow {
 
     // Size and position: window_size.cpp.
     bool IsResizable() const;
+    // `suggested`: the area that the system wants for the window, nullptr while it is made.
     void TakeDpi(int dpi, const RECT* suggested);
+    void TakeSizeOfDpi(const RECT* suggested);
     void LoadIcons();
     SIZE FrameSize() const;
     void SetInsideSize(SIZE inside) const;
