@@ -24,6 +24,12 @@ class States : public WindowFixture<Window> {
         }
         return lines;
     }
+    // After `changed` was: each control is as its object is, and not all are as before.
+    void ExpectStatesOfObjects(const Lines& before, const forms::Control& changed) {
+        const Lines seen = Look();
+        EXPECT_EQ(LookAtObjects(), seen);
+        EXPECT_NE(before, seen) << changed.name();
+    }
     Lines LookAtObjects() {
         Lines lines;
         for (const forms::Control* control : this->window.controls()) {
@@ -56,8 +62,7 @@ TYPED_TEST(States, DisablingOneIsSeenAndTouchesNoOther) {
             continue;
         }
         control->SetEnabled(false);
-        EXPECT_EQ(this->LookAtObjects(), this->Look());
-        EXPECT_NE(before, this->Look()) << control->name();
+        this->ExpectStatesOfObjects(before, *control);
         control->SetEnabled(true);
         EXPECT_EQ(before, this->Look()) << control->name();
     }
@@ -73,8 +78,7 @@ TYPED_TEST(States, HidingOneIsSeenAndTouchesNoOther) {
         }
         const bool visible = control->Visible();
         control->SetVisible(!visible);
-        EXPECT_EQ(this->LookAtObjects(), this->Look());
-        EXPECT_NE(before, this->Look()) << control->name();
+        this->ExpectStatesOfObjects(before, *control);
         control->SetVisible(visible);
         EXPECT_EQ(before, this->Look()) << control->name();
     }
