@@ -95,7 +95,7 @@ if(VANTREL_EXE_SOURCES)
     add_dependencies(Vantrel vantrel_clip vantrel_guide)
 
     # The files of a package, without those that a user has added: `cmake --install`.
-    install(TARGETS Vantrel RUNTIME DESTINATION .)
+    install(TARGETS Vantrel vzip RUNTIME DESTINATION .)
     install(FILES ${VANTREL_GENERATED}/Vantrel.Cfg ${VANTREL_APP}/guide.html DESTINATION .)
     install(FILES ${VANTREL_CLIPS} DESTINATION System)
 endif()

@@ -1,5 +1,7 @@
-// The archive engine as a command-line program, for experiments, measurements and scripts.
+// The archive engine as a command-line program: for checking and restoring old archives, for
+// scripts and for measurements.
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -8,10 +10,27 @@
 #include "tools/vzip_commands.h"
 
 #ifdef _WIN32
+#include <windows.h>
+// Needs the types of windows.h.
+#include <shellapi.h>
+
+#include "platform/win32/disk_path.h"
 #include "platform/win32/win32_machine.h"
 struct NativeMachine : vantrel::platform::Win32Machine {
     explicit NativeMachine(bool /*has_disks*/) {}
 };
+// In UTF-8, as everything that is printed; those of main() are in the ANSI code page.
+std::vector<std::string> CommandLine(int /*count*/, char** /*words*/) {
+    SetConsoleOutputCP(CP_UTF8);
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> texts;
+    for (int i = 0; i < count; ++i) {
+        texts.push_back(vantrel::platform::Narrow(words[i]));
+    }
+    LocalFree(words);
+    return texts;
+}
 #else
 #include "platform/host/host_machine.h"
 // File names exactly as the system's other tools see them. `has_disks`: for an archive on several
@@ -24,6 +43,7 @@ struct NativeMachine : vantrel::platform::HostMachine {
                                            : vantrel::platform::drive_type::kFixed,
                          .exact_names = true}}}) {}
 };
+std::vector<std::string> CommandLine(int count, char** words) { return {words, words + count}; }
 #endif
 
 namespace {
@@ -37,9 +57,11 @@ constexpr const char* kUsage =
     "       vzip --version\n"
     "exit code: 0 complete, 1 some files skipped, damaged or not restored, 2 failed\n";
 
-int Run(int count, char** words) {
-    const std::string command = count > 1 ? words[1] : "";
-    const std::vector<std::string> arguments(words + std::min(count, 2), words + count);
+int Run(const std::vector<std::string>& words) {
+    const std::string command = words.size() > 1 ? words[1] : "";
+    const std::vector<std::string> arguments(
+        words.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(words.size(), 2)),
+        words.end());
     const bool has_disks =
         std::find(arguments.begin(), arguments.end(), "--disks") != arguments.end();
     NativeMachine native(has_disks);
@@ -66,7 +88,7 @@ int Run(int count, char** words) {
 
 int main(int count, char** words) {
     try {
-        return Run(count, words);
+        return Run(CommandLine(count, words));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "vzip: %s\n%s", error.what(), kUsage);
         return vantrel::tools::kExitFailed;

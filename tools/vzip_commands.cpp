@@ -145,7 +145,10 @@ int Report(const Summary& summary, bool quiet) {
 }  // namespace
 
 std::string PlatformPath(const std::string& path) {
-    std::string full = std::filesystem::absolute(path).lexically_normal().string();
+    // As UTF-8 also where the system's texts are UTF-16.
+    const std::filesystem::path given(std::u8string(path.begin(), path.end()));
+    const std::u8string absolute = std::filesystem::absolute(given).lexically_normal().u8string();
+    std::string full(absolute.begin(), absolute.end());
 #ifndef _WIN32
     full = "Z:" + full;
 #endif

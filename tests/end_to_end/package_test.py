@@ -8,6 +8,7 @@ import os
 import re
 import struct
 import subprocess
+import zipfile
 from pathlib import Path
 
 import archives
@@ -17,7 +18,7 @@ import window
 
 PACKAGES = Path(os.environ.get("VANTREL_PACKAGES", harness.ROOT / "build" / "packages-quick"))
 CONTENTS = ["System/FileCopy-144.AVI", "System/FileCopy-192.AVI", "System/FileCopy.AVI",
-            "Vantrel.Cfg", "Vantrel.exe", "guide.html"]
+            "Vantrel.Cfg", "Vantrel.exe", "guide.html", "vzip.exe"]
 UNPACK_FIRST = "Unpack this archive first.txt"
 MACHINES = {"x64": 0x8664, "x86": 0x14C}
 RUNNING, CANNOT_WRITE = 3, 5  # exit codes of the installer
@@ -139,6 +140,20 @@ class Portable(Packages):
         self.assert_backs_up(drive / "Vantrel", "P:\\Vantrel\\Vantrel.exe")
         self.assertEqual(sorted([*CONTENTS, "Job.INI", "System", "Vantrel.Log"]),
                          sorted(archives.tree(drive / "Vantrel")))
+
+    def test_vzip_checks_an_archive_whose_name_is_in_no_ansi_code_page(self):
+        drive = self.pc.drive("p")
+        subprocess.run(["unzip", "-q", package("x64", "zip"), "-d", drive], check=True)
+        archive = self.destination / "архив 文.zip"
+        with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as made:
+            made.writestr("письмо.txt", "Dear Sir\n" * 100)
+        vzip = "P:\\Vantrel\\vzip.exe"
+        code, printed = self.run_quietly(vzip, "list", f"E:\\{archive.name}")
+        self.assertEqual(0, code, printed)
+        self.assertIn("письмо.txt", printed)
+        self.assertEqual(0, self.run_quietly(vzip, "verify", f"E:\\{archive.name}")[0])
+        archive.write_bytes(archive.read_bytes().replace(b"PK\1\2", b"PK\1\1"))
+        self.assertEqual(1, self.run_quietly(vzip, "verify", f"E:\\{archive.name}")[0])
 
 
 class Installed(Packages):

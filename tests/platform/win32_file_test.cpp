@@ -1,4 +1,5 @@
 // What the system's own ways with open files and times must not change.
+#include "platform/win32/win32_machine.h"
 #include "tests/platform/win32_support.h"
 
 namespace vantrel::test {
