@@ -10,26 +10,12 @@
 #include "tools/vzip_commands.h"
 
 #ifdef _WIN32
-#include <windows.h>
-// Needs the types of windows.h.
-#include <shellapi.h>
-
-#include "platform/win32/disk_path.h"
 #include "platform/win32/win32_machine.h"
 struct NativeMachine : vantrel::platform::Win32Machine {
     explicit NativeMachine(bool /*has_disks*/) {}
 };
-// In UTF-8, as everything that is printed; those of main() are in the ANSI code page.
 std::vector<std::string> CommandLine(int /*count*/, char** /*words*/) {
-    SetConsoleOutputCP(CP_UTF8);
-    int count = 0;
-    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::string> texts;
-    for (int i = 0; i < count; ++i) {
-        texts.push_back(vantrel::platform::Narrow(words[i]));
-    }
-    LocalFree(words);
-    return texts;
+    return vantrel::platform::CommandLineWords();
 }
 #else
 #include "platform/host/host_machine.h"

@@ -1,7 +1,10 @@
 #include "platform/win32/win32_machine.h"
 
 #include <windows.h>
+// Needs the types of windows.h.
+#include <shellapi.h>
 
+#include "platform/win32/disk_path.h"
 #include "platform/win32/win32_code_page.h"
 #include "platform/win32/win32_file_system.h"
 #include "platform/win32/win32_mail.h"
@@ -34,5 +37,17 @@ Win32Machine::~Win32Machine() = default;
 Machine& Win32Machine::machine() { return services_->machine; }
 
 void Win32Machine::ReleaseInstance() { Win32Process::ReleaseInstance(); }
+
+std::vector<std::string> CommandLineWords() {
+    SetConsoleOutputCP(CP_UTF8);
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> texts;
+    for (int i = 0; i < count; ++i) {
+        texts.push_back(Narrow(words[i]));
+    }
+    LocalFree(words);
+    return texts;
+}
 
 }  // namespace vantrel::platform

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/machine.h"
 
@@ -26,5 +28,9 @@ class Win32Machine {
     struct Services;
     std::unique_ptr<Services> services_;
 };
+
+// For programs of a console: the words of the command line in UTF-8, the program's name first
+// (those of main() are in the ANSI code page). What is printed from now on counts as UTF-8, too.
+std::vector<std::string> CommandLineWords();
 
 }  // namespace vantrel::platform

@@ -97,7 +97,7 @@ constexpr const char* kEarlierArchive = "an earlier archive";
 // A furnished computer that has an earlier archive. Remembers what is there.
 void FurnishForBackup(Computer& computer);
 
-// Queues what somebody does when the backup's window waits: reads how it ended, for
+// Queues what the user does when the backup's window waits: reads how it ended, for
 // Computer::outcome, and presses the button that is left.
 void CloseWhenOver(Computer& computer);
 
