@@ -21,16 +21,19 @@ using OwnedImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageL
 // Picture numbers of nodes count from 1, in this order.
 constexpr int kPictures[] = {IDI_Folder, IDI_OpenFolder, IDI_ProtectedFolder};
 
+// The window procedure of all trees.
+WNDPROC g_tree_procedure = nullptr;
+
 class TreeBinder : public Binder {
   public:
     TreeBinder(BinderWindow& window, forms::Tree& tree, HWND handle, int id)
         : Binder(window, tree, handle, id), tree_(tree) {
-        SetWindowSubclass(handle, MenuMessages, 0, 0);
+        // A subclass of the common controls would look up a property for each message, under Wine
+        // five requests to its server for each node.
+        g_tree_procedure = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrW(handle, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(MenuMessages)));
     }
-    ~TreeBinder() override {
-        RemoveWindowSubclass(handle(), MenuMessages, 0);
-        TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL);
-    }
+    ~TreeBinder() override { TreeView_SetImageList(handle(), nullptr, TVSIL_NORMAL); }
 
     void Notify(const NMHDR& header) override {
         if (header.code != TVN_SELCHANGEDW || showing_) {
@@ -99,8 +102,7 @@ class TreeBinder : public Binder {
     // The control itself would paint the node under the pointer like a selected one until the menu
     // is closed. The system makes a WM_CONTEXTMENU of the button's release; some trees make none of
     // Shift+F10.
-    static LRESULT CALLBACK MenuMessages(HWND tree, UINT message, WPARAM wparam, LPARAM lparam,
-                                         UINT_PTR, DWORD_PTR) {
+    static LRESULT CALLBACK MenuMessages(HWND tree, UINT message, WPARAM wparam, LPARAM lparam) {
         constexpr LPARAM kFromKeyboard = -1;
         switch (message) {
             case WM_RBUTTONDOWN:
@@ -117,7 +119,7 @@ class TreeBinder : public Binder {
             default:
                 break;
         }
-        return DefSubclassProc(tree, message, wparam, lparam);
+        return CallWindowProcW(g_tree_procedure, tree, message, wparam, lparam);
     }
 
     HTREEITEM ItemOf(int node) const { return shown_[static_cast<std::size_t>(node - 1)].item; }

@@ -15,7 +15,7 @@ void Tooltips::Attach(HWND window) {
 void Tooltips::Add(HWND control) {
     TTTOOLINFOW tool{};
     tool.cbSize = sizeof tool;
-    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.uFlags = TTF_IDISHWND;
     tool.hwnd = GetParent(control);
     tool.uId = reinterpret_cast<UINT_PTR>(control);
     tool.lpszText = LPSTR_TEXTCALLBACKW;
@@ -42,13 +42,12 @@ void Tooltips::Relay(const MSG& message) const {
         return;
     }
     MSG relayed = message;
-    relayed.hwnd = DisabledAt(message.hwnd, message.pt);
-    if (!relayed.hwnd) {
-        return;
+    if (const HWND disabled = DisabledAt(message.hwnd, message.pt)) {
+        relayed.hwnd = disabled;
+        POINT at = message.pt;
+        ScreenToClient(disabled, &at);
+        relayed.lParam = MAKELPARAM(at.x, at.y);
     }
-    POINT at = message.pt;
-    ScreenToClient(relayed.hwnd, &at);
-    relayed.lParam = MAKELPARAM(at.x, at.y);
     SendMessageW(tips_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
 }
 

@@ -22,8 +22,9 @@ class Tooltips {
     static HWND AskedFor(const NMHDR& notification);
     // Answers it. An empty text shows no tip.
     void Answer(const NMHDR& notification, const std::string& text);
-    // Takes the messages of the mouse: Windows sends those over a disabled control to the window
-    // behind it.
+    // Takes the messages of the mouse, from the message loop. Windows sends those over a disabled
+    // control to the window behind it. (TTF_SUBCLASS would do without this function, but makes
+    // each message to a control look up a property: under Wine, a request to its server.)
     void Relay(const MSG& message) const;
 
   private:

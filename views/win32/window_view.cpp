@@ -163,6 +163,9 @@ INT_PTR WindowView::Handle(HWND window, UINT message, WPARAM wparam, LPARAM lpar
             return TRUE;
         case WM_NOTIFY: {
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
+            if (header.code == TVN_DELETEITEMW) {
+                return FALSE;  // one for each node of a tree that is cleared
+            }
             if (const HWND control = Tooltips::AskedFor(header)) {
                 const Binder* binder = Find(GetDlgCtrlID(control));
                 tooltips_.Answer(header, binder ? binder->Tip() : "");
