@@ -49,6 +49,18 @@ TEST(HeldMemory, LendsNoMoreThanItsLimit) {
     }
 }
 
+TEST(HeldMemory, ManyEntriesLeaveLess) {
+    constexpr std::size_t kMillion = 1'000'000;
+    const auto lends = [](int threads, std::size_t entries, std::size_t size) {
+        return zip::HeldMemory(threads, entries).TryBorrow(size) != nullptr;
+    };
+    EXPECT_TRUE(lends(2, kMillion / 2, zip::kMaxHeld));
+    EXPECT_TRUE(lends(2, kMillion, 4 << 20));
+    EXPECT_FALSE(lends(2, kMillion, 16 << 20));
+    EXPECT_FALSE(lends(32, kMillion, 1));
+    EXPECT_FALSE(lends(1, std::size_t{1} << 40, 1));
+}
+
 TEST(HeldMemory, LendsTheSameBufferAgain) {
     zip::HeldMemory memory(1);
     auto loan = memory.TryBorrow(3 << 20);

@@ -111,6 +111,13 @@ void EntryData::FreeDecompressor::operator()(libdeflate_decompressor* decompress
     libdeflate_free_decompressor(decompressor);
 }
 
+HeldMemory::HeldMemory(int threads, std::size_t entries) {
+    const std::size_t taken =
+        entries < kLimitWithEntries / kOfEachEntry ? entries * kOfEachEntry : kLimitWithEntries;
+    const std::size_t limit = std::min(kLimit, kLimitWithEntries - taken);
+    left_ = limit - std::min(limit, static_cast<std::size_t>(threads) * kOfEachThread);
+}
+
 // Capacities are powers of two, so that a later entry is likely to find one of its size.
 HeldMemory::Loan HeldMemory::TryBorrow(std::size_t size) {
     size = std::min(std::bit_ceil(size), kMaxHeld);

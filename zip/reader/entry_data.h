@@ -28,11 +28,14 @@ class HeldMemory {
   public:
     // Bytes, whatever the number of threads.
     static constexpr std::size_t kLimit = std::size_t{64} << 20;
+    // Of these bytes, those that the list and the plan of many entries leave (kOfEachEntry).
+    static constexpr std::size_t kLimitWithEntries = std::size_t{108} << 20;
+    static constexpr std::size_t kOfEachEntry = 104;
     // What an EntryData has of its own, for small entries and for streams.
     static constexpr std::size_t kOfEachThread = std::size_t{1} << 20;
 
-    explicit HeldMemory(int threads)
-        : left_(kLimit - static_cast<std::size_t>(threads) * kOfEachThread) {}
+    // For an archive of so many entries.
+    explicit HeldMemory(int threads, std::size_t entries = 0);
 
     struct GiveBack {
         HeldMemory* memory;

@@ -55,7 +55,7 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
                                                    ": its name is another folder's short name."));
               }),
       queue(directory, plan, channel.Token()),
-      memory(threads) {}
+      memory(threads, directory.entries.size()) {}
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
