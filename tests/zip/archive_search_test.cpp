@@ -9,9 +9,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::MessageKind;
-using zip::RunOutcome;
-
 class ArchiveSearch : public ReaderTest {
   protected:
     ArchiveSearch() {

@@ -15,10 +15,15 @@ namespace {
 
 using platform::FileInfo;
 using zip::kChunkSize;
-using zip::MessageKind;
-using zip::RunOutcome;
 
-class ArchiveWriter : public WriterTest {};
+class ArchiveWriter : public WriterTest {
+  protected:
+    void ExpectArchived(const std::string& archive, const Strings& names) {
+        options.archive = archive;
+        ASSERT_EQ(Run(), RunOutcome::kComplete);
+        EXPECT_EQ(Archive().Names(), names) << archive;
+    }
+};
 
 TEST_F(ArchiveWriter, NamesAreRelativeToTheSourceWithSlashes) {
     files.Put("C:\\Data\\a.txt", "first");
@@ -252,9 +257,7 @@ TEST_F(ArchiveWriter, NamesOutsideAsciiAreUtf8) {
 
 TEST_F(ArchiveWriter, CreatesMissingFoldersOfTheArchivePath) {
     files.Put("C:\\Data\\a", "x");
-    options.archive = "C:\\Backup\\20261115_130509\\Deeper\\Weekly.zip";
-    ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(Archive().Names(), (Strings{"a"}));
+    ExpectArchived("C:\\Backup\\20261115_130509\\Deeper\\Weekly.zip", {"a"});
 }
 
 TEST_F(ArchiveWriter, ReplacesTheEarlierArchiveInOneStepAtTheEnd) {
@@ -296,10 +299,8 @@ TEST_F(ArchiveWriter, OwnFilesAreNotPartOfTheBackup) {
     files.Put("C:\\Data\\a", "x");
     options.archive = "C:\\Data\\Out\\Weekly.zip";
     files.Put(options.archive, "earlier");
-    ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(Archive().Names(), (Strings{"a"}));
-    ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(Archive().Names(), (Strings{"a"}));
+    ExpectArchived(options.archive, {"a"});
+    ExpectArchived(options.archive, {"a"});
 }
 
 TEST_F(ArchiveWriter, OwnFilesAreRecognizedInAnySpelling) {
@@ -307,27 +308,20 @@ TEST_F(ArchiveWriter, OwnFilesAreRecognizedInAnySpelling) {
     files.Alias("S:", "C:\\Data");
     for (const char* spelling :
          {"S:\\Weekly.zip", "c:\\DATA\\WEEKLY.ZIP", "C:\\Data\\Weekly.zip"}) {
-        options.archive = spelling;
-        ASSERT_EQ(Run(), RunOutcome::kComplete);
-        EXPECT_EQ(Archive().Names(), (Strings{"a"})) << spelling;
+        ExpectArchived(spelling, {"a"});
     }
     options.source.folder = "S:\\";
-    ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(Archive().Names(), (Strings{"a"}));
+    ExpectArchived(options.archive, {"a"});
 }
 
 TEST_F(ArchiveWriter, AnotherArchiveIsAnOrdinaryFile) {
     files.Put("C:\\Data\\Monthly.zip", "other");
-    options.archive = "C:\\Data\\Weekly.zip";
-    ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(Archive().Names(), (Strings{"Monthly.zip"}));
+    ExpectArchived("C:\\Data\\Weekly.zip", {"Monthly.zip"});
 }
 
 TEST_F(ArchiveWriter, ANewFolderForTheArchiveIsNotPartOfTheBackup) {
     files.Put("C:\\Data\\a", "x");
-    options.archive = "C:\\Data\\Backups\\20261115_130509\\Weekly.zip";
-    ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(Archive().Names(), (Strings{"a"}));
+    ExpectArchived("C:\\Data\\Backups\\20261115_130509\\Weekly.zip", {"a"});
 }
 
 TEST_F(ArchiveWriter, EachEntryIsReportedOnceInOrder) {

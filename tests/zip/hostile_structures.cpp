@@ -5,8 +5,6 @@ namespace vantrel::test {
 
 namespace {
 
-using zip::RunOutcome;
-
 constexpr std::uint32_t kUnixLink = 0120777u << 16;
 constexpr std::uint32_t kReparse = 0x400;
 

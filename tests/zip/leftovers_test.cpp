@@ -5,8 +5,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::RunOutcome;
-
 class Leftovers : public WriterTest {
   protected:
     Leftovers() { files.Put("C:\\Data\\a", "x"); }

@@ -6,7 +6,6 @@ namespace vantrel::test {
 namespace {
 
 using namespace std::string_literals;
-using zip::MessageKind;
 
 class RestoreTexts : public ReaderTest {};
 

@@ -6,8 +6,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::RunOutcome;
-
 // Answers every question with Retry, so that the next one follows, until an event cancels.
 class RetryUntilCancel : public Recorder, public zip::Questions {
   public:

@@ -1,37 +1,25 @@
 // Archives on a real disk, read by other people's programs.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
-#include "tests/support/test_machine.h"
 #include "tests/zip/writer_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::RunOutcome;
 
-class OtherReaders : public ::testing::Test {
+class OtherReaders : public RealFilesTest {
   protected:
     OtherReaders() {
-        machine.PutFile("C:\\Data\\a.txt", "first");
-        machine.PutFile("C:\\Data\\empty.txt", "");
-        machine.PutFile("C:\\Data\\Docs\\prose.txt", Prose(70000));
         machine.PutFile("C:\\Data\\Docs\\noise", Noise(70000));
         machine.PutFile("C:\\Data\\big prose", Prose(5 * kChunkSize + 17));
         machine.PutFile("C:\\Data\\big noise", Noise(3 * kChunkSize + 17));
-        machine.PutFile("C:\\Data\\\xC3\xA4\xE2\x82\xAC.txt", "umlaut and euro");
-        machine.MakeFolders("C:\\Data\\Empty");
         options.archive = "C:\\Backup\\Weekly.zip";
-        options.source = {"C:\\Data", "*.*", true};
     }
-    // Runs `command` with the archive's host path in place of "@"; 0 is success.
-    int Shell(std::string command) const {
-        const std::string path = machine.HostPath(options.archive);
-        command.replace(command.find('@'), 1, "'" + path + "'");
-        return std::system((command + " >/dev/null").c_str());
+    int Shell(const std::string& command) const {
+        return RealFilesTest::Shell(command, options.archive);
     }
     void ExpectAllReadersContent() {
         EXPECT_EQ(Shell("unzip -tqq @"), 0);
@@ -40,10 +28,6 @@ class OtherReaders : public ::testing::Test {
                         "sys.exit(zipfile.ZipFile(sys.argv[1]).testzip() is not None)' @"),
                   0);
     }
-
-    TestMachine machine;
-    zip::WriterOptions options;
-    Recorder events;
 };
 
 TEST_F(OtherReaders, ReadAnArchiveOfAllKinds) {

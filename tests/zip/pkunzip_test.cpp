@@ -8,7 +8,6 @@ namespace vantrel::test {
 namespace {
 
 using namespace zip::unzip_id;
-using zip::MessageKind;
 using zip::Value;
 
 class PkUnzip : public ReaderTest {

@@ -8,7 +8,6 @@ namespace vantrel::test {
 namespace {
 
 using namespace zip::zip_id;
-using zip::MessageKind;
 using zip::Value;
 
 class PkZip : public WriterTest {

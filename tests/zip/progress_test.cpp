@@ -7,7 +7,6 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::RunOutcome;
 
 class Progress : public WriterTest {
   protected:

@@ -4,9 +4,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::MessageKind;
-using zip::RunOutcome;
-
 class ExtractionFailure : public ReaderTest {
   protected:
     ExtractionFailure() {

@@ -1,52 +1,36 @@
 // Archives made by other people's programs and by our own writer, on a real disk.
-#include <cstdlib>
-
 #include "tests/zip/reader_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
 namespace attribute = platform::attribute;
-using zip::RunOutcome;
 
-class OtherWriters : public ::testing::Test {
+class OtherWriters : public RealFilesTest {
   protected:
     OtherWriters() {
-        machine.PutFile("C:\\Data\\a.txt", "first");
-        machine.PutFile("C:\\Data\\empty.txt", "");
-        machine.PutFile("C:\\Data\\Docs\\prose.txt", Prose(70000));
         machine.PutFile("C:\\Data\\Docs\\noise", Noise(3000000));
-        machine.PutFile("C:\\Data\\\xC3\xA4\xE2\x82\xAC.txt", "umlaut and euro");
         machine.MakeFolders("C:\\Data\\Empty\\Deeper");
         options.archive = "C:\\In.zip";
-        options.destination = "C:\\Out";
     }
     // Makes the archive with `command` in the data folder, the archive's host path for "@".
-    void MakeWith(std::string command) {
-        const std::string path = machine.HostPath(options.archive);
-        command.replace(command.find('@'), 1, "'" + path + "'");
-        command = "cd '" + machine.HostPath("C:\\Data") + "' && rm -f '" + path + "' && " + command;
-        ASSERT_EQ(std::system((command + " >/dev/null").c_str()), 0) << command;
+    void MakeWith(const std::string& command) {
+        const std::string start =
+            "cd " + Quoted("C:\\Data") + " && rm -f " + Quoted(options.archive) + " && ";
+        ASSERT_EQ(Shell(start + command, options.archive), 0) << command;
     }
     void Extract() {
-        const auto result = zip::ExtractArchive(machine.machine(), options, events);
+        const auto result =
+            zip::ExtractArchive(machine.machine(), {options.archive, "C:\\Out"}, events);
         EXPECT_EQ(result.outcome, RunOutcome::kComplete);
         EXPECT_EQ(result.failed, 0);
         EXPECT_TRUE(events.Texts(zip::MessageKind::kWarning).empty());
     }
     // Compares the host's folders with a tool that knows nothing of us.
-    void ExpectSameTree() {
-        const std::string command =
-            "diff -r '" + machine.HostPath("C:\\Data") + "' '" + machine.HostPath("C:\\Out") + "'";
-        EXPECT_EQ(std::system(command.c_str()), 0);
-    }
+    void ExpectSameTree() { EXPECT_EQ(Shell("diff -r @ " + Quoted("C:\\Data"), "C:\\Out"), 0); }
     platform::FileInfo Info(const std::string& path) {
         return machine.files().Find(path).value_or(platform::FileInfo{});
     }
-
-    TestMachine machine;
-    zip::ExtractOptions options;
-    Recorder events;
 };
 
 TEST_F(OtherWriters, InfoZip) {
@@ -101,10 +85,7 @@ TEST_F(OtherWriters, OurOwnRoundTripKeepsTimesAttributesAndEmptyFolders) {
     files.SetAttributes("C:\\Data\\a.txt", attribute::kReadOnly | attribute::kHidden);
     files.SetTimes("C:\\Data\\Docs\\noise", {kOdd, kOdd + 1, 0});
     files.SetTimes("C:\\Data\\Empty\\Deeper", {kOdd + 2, kOdd + 3, 0});
-    zip::WriterOptions writing;
-    writing.archive = options.archive;
-    writing.source = {"C:\\Data", "*.*", true};
-    ASSERT_EQ(zip::WriteArchive(machine.machine(), writing, events).outcome, RunOutcome::kComplete);
+    ASSERT_EQ(zip::WriteArchive(machine.machine(), options, events).outcome, RunOutcome::kComplete);
     // Twice: into nothing, and over what is there.
     for (int round = 0; round < 2; ++round) {
         Extract();

@@ -7,7 +7,6 @@ namespace {
 
 using zip::kChunkSize;
 using zip::RunFigures;
-using zip::RunOutcome;
 
 TEST(RunFigures, CostIsTheBytesAndAFixedPartForEachFile) {
     RunFigures figures;

@@ -7,8 +7,6 @@ namespace vantrel::test {
 namespace {
 
 using platform::FileInfo;
-using zip::MessageKind;
-using zip::RunOutcome;
 
 class SourceScan : public WriterTest {
   protected:
@@ -169,16 +167,19 @@ TEST_F(SourceScan, APathTooLongForAHeaderIsSkippedWithAWarning) {
 }
 
 TEST(FileSpec, QuotesAreRemovedAndFolderAndMaskSplit) {
-    EXPECT_EQ(zip::ParseFileSpec("\"C:\\My Data\\*.txt\"").folder, "C:\\My Data");
-    EXPECT_EQ(zip::ParseFileSpec("\"C:\\My Data\\*.txt\"").mask, "*.txt");
-    EXPECT_EQ(zip::ParseFileSpec("C:\\Data\\*.*").folder, "C:\\Data");
-    EXPECT_EQ(zip::ParseFileSpec("\"C:\\*.*\"").folder, "C:\\");
-    EXPECT_EQ(zip::ParseFileSpec("\"C:\\Data\\\"").mask, "*.*");
-    EXPECT_EQ(zip::ParseFileSpec("\"\\\\s\\d\\x\\*.*\"").folder, "\\\\s\\d\\x");
-    EXPECT_EQ(zip::ParseFileSpec("\"\\\\s\\d\\*.*\"").folder, "\\\\s\\d\\");
-    EXPECT_EQ(zip::ParseFileSpec("\"\\*.*\"").folder, "\\");
-    EXPECT_EQ(zip::ParseFileSpec("\"\\Data\\*.*\"").folder, "\\Data");
-    EXPECT_EQ(zip::ParseFileSpec("").folder, "");
+    const char* const rows[][3] = {{R"("C:\My Data\*.txt")", R"(C:\My Data)", "*.txt"},
+                                   {R"(C:\Data\*.*)", R"(C:\Data)", "*.*"},
+                                   {R"("C:\*.*")", R"(C:\)", "*.*"},
+                                   {R"("C:\Data\")", R"(C:\Data)", "*.*"},
+                                   {R"("\\s\d\x\*.*")", R"(\\s\d\x)", "*.*"},
+                                   {R"("\\s\d\*.*")", R"(\\s\d\)", "*.*"},
+                                   {R"("\*.*")", R"(\)", "*.*"},
+                                   {R"("\Data\*.*")", R"(\Data)", "*.*"},
+                                   {"", "", "*.*"}};
+    for (const auto& [spec, folder, mask] : rows) {
+        EXPECT_EQ(zip::ParseFileSpec(spec).folder, folder) << spec;
+        EXPECT_EQ(zip::ParseFileSpec(spec).mask, mask) << spec;
+    }
 }
 
 TEST(RecordList, ReturnsRecordsInOrder) {

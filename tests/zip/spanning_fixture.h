@@ -26,14 +26,19 @@ class DiskChanger : public zip::Questions {
             ADD_FAILURE() << "asked without end: " << text;
             return false;
         }
-        return Next();
+        return AnswerByDefault(text);
     }
-    bool Next() {
-        box_.Insert(++last_);
+    bool Next() { return Insert(last_ + 1); }
+    bool Insert(int number) {
+        SetLast(number);
+        box_.Insert(number);
         return true;
     }
     // From now on this was the last disk.
     void SetLast(int number) { last_ = number; }
+
+  protected:
+    virtual bool AnswerByDefault(const std::string& /*text*/) { return Next(); }
 
   private:
     DiskBox& box_;
@@ -56,6 +61,11 @@ class SpanningTest : public WriterTest {
     zip::RunOutcome Run() {
         result = zip::WriteArchive(Machine(), options, events);
         return result.outcome;
+    }
+    // The prompt for this disk.
+    static std::string Prompt(const std::string& disk, const std::string& note) {
+        return "Please insert " + disk + " of Weekly.zip into drive A: and press Retry.\r\n\r\n" +
+               note;
     }
     std::vector<std::string> Volumes() { return box.Volumes(options.archive); }
     // Starts over with an empty box of disks of this size.

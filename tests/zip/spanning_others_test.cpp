@@ -1,5 +1,4 @@
 // Sets of disks on real folders, one for each disk, read by another program's reader.
-#include <cstdlib>
 #include <filesystem>
 
 #include "tests/zip/spanning_fixture.h"
@@ -8,9 +7,8 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::RunOutcome;
 
-class SpanningOthers : public ::testing::Test {
+class SpanningOthers : public RealFilesTest {
   protected:
     // Free bytes of the real drive A:, as if it were so large.
     class SmallDrives : public TestDrives {
@@ -47,15 +45,10 @@ class SpanningOthers : public ::testing::Test {
     SpanningOthers() {
         machine.AddDrive('A', platform::drive_type::kRemovable);
         machine.MakeFolders("C:\\Set");
-        machine.PutFile("C:\\Data\\a.txt", "first");
-        machine.PutFile("C:\\Data\\empty.txt", "");
         machine.PutFile("C:\\Data\\Docs\\prose.txt", Prose(700000));
         machine.PutFile("C:\\Data\\big prose", Prose(2 * kChunkSize + 17));
         machine.PutFile("C:\\Data\\big noise", Noise(3 * kChunkSize + 17));
-        machine.PutFile("C:\\Data\\\xC3\xA4.txt", "umlaut");
-        machine.MakeFolders("C:\\Data\\Empty");
         options.archive = "A:\\Weekly.zip";
-        options.source = {"C:\\Data", "*.*", true};
         options.spanning = true;
         events.questions = &collector;
     }
@@ -64,9 +57,7 @@ class SpanningOthers : public ::testing::Test {
         std::string number = std::to_string(disks);
         number = number.size() < 2 ? "0" + number : number;
         const std::string name = last ? "Weekly.zip" : "Weekly.z" + number;
-        const std::string command = "mv '" + machine.HostPath("A:\\Weekly.zip") + "' '" +
-                                    machine.HostPath("C:\\Set") + "/" + name + "'";
-        return std::system(command.c_str()) == 0;
+        return Shell("mv @ " + Quoted("C:\\Set\\" + name), "A:\\Weekly.zip") == 0;
     }
     void ExpectSet(std::uint64_t disk_size, int least, int most) {
         drives.size = disk_size;
@@ -75,25 +66,17 @@ class SpanningOthers : public ::testing::Test {
         MoveAside(true);
         EXPECT_GE(disks, least);
         EXPECT_LE(disks, most);
-        const std::string set = "'" + machine.HostPath("C:\\Set\\Weekly.zip") + "'";
-        const std::string said = "'" + machine.HostPath("C:\\Set") + "/said'";
-        EXPECT_EQ(std::system(("7zz t " + set + " >" + said).c_str()), 0);
-        EXPECT_EQ(std::system(("grep -q '^Everything is Ok' " + said).c_str()), 0);
-        EXPECT_EQ(
-            std::system(("grep -q '^Volumes = " + std::to_string(disks) + "$' " + said).c_str()),
-            0);
-        const std::string out = machine.HostPath("C:\\Set") + "/out";
-        EXPECT_EQ(std::system(("7zz x -o'" + out + "' " + set + " >/dev/null").c_str()), 0);
-        EXPECT_EQ(
-            std::system(("diff -r '" + out + "' '" + machine.HostPath("C:\\Data") + "'").c_str()),
-            0);
+        const std::string set = "C:\\Set\\Weekly.zip";
+        EXPECT_EQ(Shell("(7zz t @ >" + Quoted("C:\\Set\\said") + ")", set), 0);
+        EXPECT_EQ(Shell("grep '^Everything is Ok' @", "C:\\Set\\said"), 0);
+        EXPECT_EQ(Shell("grep '^Volumes = " + std::to_string(disks) + "$' @", "C:\\Set\\said"), 0);
+        const std::string out = Quoted("C:\\Set\\out");
+        EXPECT_EQ(Shell("7zz x @ -o" + out, set), 0);
+        EXPECT_EQ(Shell("diff -r @ " + out, "C:\\Data"), 0);
     }
 
-    TestMachine machine;
     SmallDrives drives{machine};
     Collector collector{*this};
-    zip::WriterOptions options;
-    Recorder events;
     int disks = 0;
 };
 

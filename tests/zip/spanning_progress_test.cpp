@@ -6,7 +6,6 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::RunOutcome;
 
 class SpanningProgress : public SpanningTest, public ::testing::WithParamInterface<const char*> {
   protected:

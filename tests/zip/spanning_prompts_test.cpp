@@ -5,12 +5,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::MessageKind;
-using zip::RunOutcome;
-
-constexpr const char* kSecond =
-    "Please insert disk 2 of Weekly.zip into drive A: and press Retry.\r\n\r\n";
-
 class SpanningPrompts : public SpanningTest {
   protected:
     SpanningPrompts() {
@@ -26,8 +20,42 @@ class SpanningPrompts : public SpanningTest {
         changer.at[2] = [this] { return changer.Next(); };
         ASSERT_EQ(Run(), RunOutcome::kComplete);
         ASSERT_GE(changer.asked.size(), 3u);
-        EXPECT_EQ(changer.asked[1], kSecond + note);
+        EXPECT_EQ(changer.asked[1], Prompt("disk 2", note));
         ExpectSource(ReadSet(Volumes()));
+    }
+    // The same with a disk that holds something already, and keeps it.
+    void ExpectRefusedAndKept(const DiskBox::Disk& disk, const std::string& note) {
+        ExpectRefused([&] { InsertOther(7, disk); }, note);
+        EXPECT_EQ(box.disks[7].files, disk.files);
+    }
+    void InsertOther(int number, const DiskBox::Disk& disk) {
+        box.Insert(number);
+        box.Eject();
+        box.disks[static_cast<std::size_t>(number)] = disk;
+        box.Insert(number);
+    }
+    // Inserts a disk on which this call fails.
+    void ExpectRefusedWhen(const std::string& failing, int error, const std::string& note) {
+        const auto fail = [=, this](const std::string& call, const std::string& path) {
+            if (call == failing && path.starts_with("A:") && box.Inserted() == 8) {
+                RaiseError(error);
+            }
+        };
+        ExpectRefused(
+            [&] {
+                box.Insert(8);
+                files.before = fail;
+            },
+            note);
+    }
+    // Losing this byte is noticed at the n-th prompt, and these disks keep their files.
+    void ExpectLossAtPrompt(std::size_t n, int disk, std::size_t offset, const Strings& kept) {
+        LoseAByteOn(disk, offset);
+        changer.at[n] = [] { return false; };
+        EXPECT_EQ(Run(), RunOutcome::kCancelled);
+        ASSERT_EQ(changer.asked.size(), n);
+        EXPECT_NE(changer.asked.back().find("cannot be read back"), std::string::npos);
+        EXPECT_EQ(Everywhere(), kept);
     }
     // Once, the byte at `offset` on the disk with this number, from 0, is no longer what was
     // written when its file is closed.
@@ -64,38 +92,20 @@ TEST_F(SpanningPrompts, NoDisk) {
 }
 
 TEST_F(SpanningPrompts, DiskOfAnotherArchiveOfThisNameIsNotTouched) {
-    const DiskBox::Disk other{.size = 9000, .files = {{"A:\\WEEKLY.ZIP", "of last week"}}};
-    ExpectRefused(
-        [&] {
-            box.Insert(7);
-            box.Eject();
-            box.disks[7] = other;
-            box.Insert(7);
-        },
+    ExpectRefusedAndKept(
+        {.size = 9000, .files = {{"A:\\WEEKLY.ZIP", "of last week"}}},
         "The disk in the drive holds A:\\Weekly.zip already, and no file is overwritten.");
-    EXPECT_EQ(box.disks[7].files, other.files);
 }
 
 TEST_F(SpanningPrompts, FullDiskIsNotTouched) {
-    const DiskBox::Disk full{.size = 1000, .files = {{"A:\\letters.doc", std::string(1000, 'x')}}};
-    ExpectRefused(
-        [&] {
-            box.Insert(7);
-            box.Eject();
-            box.disks[7] = full;
-            box.Insert(7);
-        },
-        "The disk in the drive is full: it has 0 bytes free.");
-    EXPECT_EQ(box.disks[7].files, full.files);
+    ExpectRefusedAndKept({.size = 1000, .files = {{"A:\\letters.doc", std::string(1000, 'x')}}},
+                         "The disk in the drive is full: it has 0 bytes free.");
 }
 
 TEST_F(SpanningPrompts, DiskWithOtherFilesKeepsThemAndIsFilled) {
     changer.at[1] = [this] {
-        box.Insert(1);
-        box.Eject();
-        box.disks[1].files = {{"A:\\letters.doc", std::string(600, 'x')}};
+        InsertOther(1, {.size = 2000, .files = {{"A:\\letters.doc", std::string(600, 'x')}}});
         changer.SetLast(1);
-        box.Insert(1);
         return true;
     };
     ASSERT_EQ(Run(), RunOutcome::kComplete);
@@ -107,29 +117,14 @@ TEST_F(SpanningPrompts, DiskWithOtherFilesKeepsThemAndIsFilled) {
 }
 
 TEST_F(SpanningPrompts, WriteProtectedDisk) {
-    ExpectRefused(
-        [this] {
-            box.Insert(8);
-            files.before = [this](const std::string& call, const std::string& path) {
-                if (call == "Open" && path.starts_with("A:") && box.Inserted() == 8) {
-                    RaiseError(error_number::kPermissionDenied);
-                }
-            };
-        },
-        "The disk in the drive is write-protected.");
+    ExpectRefusedWhen("Open", error_number::kPermissionDenied,
+                      "The disk in the drive is write-protected.");
 }
 
 TEST_F(SpanningPrompts, WriteProtectedDiskWithAFolderToMake) {
     options.archive = "A:\\20261115_130509\\Weekly.zip";
-    ExpectRefused(
-        [this] {
-            box.Insert(8);
-            files.before = [this](const std::string& call, const std::string& path) {
-                if (call == "MakeFolder" && path.starts_with("A:") && box.Inserted() == 8) {
-                    RaiseError(error_number::kPathFileAccess);
-                }
-            };
-        },
+    ExpectRefusedWhen(
+        "MakeFolder", error_number::kPathFileAccess,
         "The disk in the drive is write-protected, or a folder cannot be made on it.");
 }
 
@@ -140,9 +135,7 @@ TEST_F(SpanningPrompts, FirstDiskIsAskedForWhenTheDriveIsEmpty) {
         return true;
     };
     ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(changer.asked[0],
-              "Please insert disk 1 of Weekly.zip into drive A: and press Retry.\r\n\r\n"
-              "There is no disk in the drive.");
+    EXPECT_EQ(changer.asked[0], Prompt("disk 1", "There is no disk in the drive."));
     ExpectSource(ReadSet(Volumes()));
 }
 
@@ -170,21 +163,11 @@ TEST_F(SpanningPrompts, DiskThatDoesNotReadBackAsWrittenIsReportedAndReadAgain) 
 }
 
 TEST_F(SpanningPrompts, DiskThatLosesAByteIsFoundBeforeTheNextIsAskedFor) {
-    LoseAByteOn(0, 1000);
-    changer.at[1] = [] { return false; };
-    EXPECT_EQ(Run(), RunOutcome::kCancelled);
-    ASSERT_EQ(changer.asked.size(), 1u);
-    EXPECT_NE(changer.asked[0].find("cannot be read back"), std::string::npos);
-    EXPECT_EQ(Everywhere(), Strings{});
+    ExpectLossAtPrompt(1, 0, 1000, {});
 }
 
 TEST_F(SpanningPrompts, LastDiskThatLosesAByteIsFoundBeforeTheArchiveIsComplete) {
-    LoseAByteOn(2, 100);
-    changer.at[3] = [] { return false; };
-    EXPECT_EQ(Run(), RunOutcome::kCancelled);
-    ASSERT_EQ(changer.asked.size(), 3u);
-    EXPECT_NE(changer.asked[2].find("cannot be read back"), std::string::npos);
-    EXPECT_EQ(Everywhere(), (Strings{"1 A:\\Weekly.zip", "2 A:\\Weekly.zip"}));
+    ExpectLossAtPrompt(3, 2, 100, {"1 A:\\Weekly.zip", "2 A:\\Weekly.zip"});
     EXPECT_EQ(events.Texts(MessageKind::kWarning),
               Strings{"2 disks hold parts of an archive that was not finished: A:\\Weekly.zip"});
 }
@@ -258,11 +241,9 @@ TEST_F(SpanningPrompts, UnattendedRunFailsAndLeavesTheDiskUnchanged) {
 
 class EarlierArchiveOnDiskOne : public SpanningPrompts {
   protected:
-    EarlierArchiveOnDiskOne() {
-        box.Eject();
-        box.disks[0].size = 3000;
-        box.disks[0].files = {{"A:\\Weekly.zip", kEarlier}};
-        box.Insert(0);
+    EarlierArchiveOnDiskOne() { InsertEarlier(); }
+    void InsertEarlier() {
+        InsertOther(0, {.size = 3000, .files = {{"A:\\Weekly.zip", kEarlier}}});
     }
     const std::string kEarlier = std::string(900, 'e');
 };
@@ -294,11 +275,10 @@ TEST_F(EarlierArchiveOnDiskOne, IsReplacedAtTheVeryEndWhenThereAreMoreDisks) {
     ASSERT_EQ(changer.asked.size(), 4u);
     EXPECT_EQ(seen, kEarlier);
     EXPECT_EQ(changer.asked[2],
-              "Please insert disk 1 of Weekly.zip into drive A: and press Retry.\r\n\r\n"
-              "The archive is complete, and is to replace the earlier one on that disk.");
+              Prompt("disk 1",
+                     "The archive is complete, and is to replace the earlier one on that disk."));
     EXPECT_EQ(changer.asked[3],
-              "Please insert disk 1 of Weekly.zip into drive A: and press Retry.\r\n\r\n"
-              "The disk in the drive is not disk 1 of this archive.");
+              Prompt("disk 1", "The disk in the drive is not disk 1 of this archive."));
     ExpectSource(ReadSet(Volumes()));
     EXPECT_EQ(box.disks[0].files.size(), 1u);
 }
@@ -306,10 +286,7 @@ TEST_F(EarlierArchiveOnDiskOne, IsReplacedAtTheVeryEndWhenThereAreMoreDisks) {
 TEST_F(EarlierArchiveOnDiskOne, StaysUntilThen) {
     for (std::size_t n = 1; n <= 3; ++n) {
         NewBox(2000);
-        box.Eject();
-        box.disks[0].size = 3000;
-        box.disks[0].files = {{"A:\\Weekly.zip", kEarlier}};
-        box.Insert(0);
+        InsertEarlier();
         changer.at = {{n, [] { return false; }}};
         EXPECT_EQ(Run(), RunOutcome::kCancelled);
         box.Eject();

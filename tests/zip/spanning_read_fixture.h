@@ -13,26 +13,13 @@
 namespace vantrel::test {
 
 // A user who inserts the disk that a prompt names, unless a test defines another answer.
-class Feeder : public zip::Questions {
+class Feeder : public DiskChanger {
   public:
-    explicit Feeder(DiskBox& box) : box_(box) {}
+    using DiskChanger::DiskChanger;
 
-    std::vector<std::string> asked;
-    std::map<std::size_t, std::function<bool()>> at;  // as in DiskChanger
     int disks = 0;
     std::set<int> missing;  // these disks, from 0
 
-    bool AskRetry(const std::string& text) override {
-        asked.push_back(text);
-        if (const auto found = at.find(asked.size()); found != at.end()) {
-            return found->second();
-        }
-        if (asked.size() > 500 || !text.starts_with("Please insert ")) {
-            ADD_FAILURE() << "asked without end, or for something else: " << text;
-            return false;
-        }
-        return PutIn(Wanted(text));
-    }
     DiskAnswer AskForDisk(const std::string& text) override {
         if (at.count(asked.size() + 1) == 0 &&
             (Wanted(text) >= disks || missing.contains(Wanted(text)))) {
@@ -47,10 +34,6 @@ class Feeder : public zip::Questions {
                    ? disks - 1
                    : std::atoi(text.c_str() + std::string("Please insert disk ").size()) - 1;
     }
-    bool PutIn(int disk) {
-        box_.Insert(disk);
-        return true;
-    }
     // What was asked for, "last" or a number from 1, and the notes.
     Strings Wants() const {
         Strings wants;
@@ -62,8 +45,11 @@ class Feeder : public zip::Questions {
     }
     static std::string Note(const std::string& text) { return text.substr(text.find("\r\n") + 4); }
 
-  private:
-    DiskBox& box_;
+  protected:
+    bool AnswerByDefault(const std::string& text) override {
+        EXPECT_TRUE(text.starts_with("Please insert ")) << text;
+        return text.starts_with("Please insert ") && Insert(Wanted(text));
+    }
 };
 
 class SpanningRead : public SpanningTest {

@@ -10,8 +10,6 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::MessageKind;
-using zip::RunOutcome;
 
 constexpr const char* kAnother = "The disk in the drive is another one.";
 
@@ -22,11 +20,8 @@ TEST_F(SpanningRead, AsksForTheLastDiskThenForEachInTurn) {
     ASSERT_EQ(Restore(), RunOutcome::kComplete);
     EXPECT_EQ(feeder.Wants(), (Strings{"last", "1", "2", "3"}));
     EXPECT_EQ(feeder.asked[0],
-              "Please insert the last disk of Weekly.zip into drive A: and press Retry.\r\n\r\n"
-              "The disk in the drive is not the last one of an archive.");
-    EXPECT_EQ(feeder.asked[2],
-              "Please insert disk 2 of the 3 disks of Weekly.zip into drive A: and press "
-              "Retry.\r\n\r\nThe disk in the drive is another one.");
+              Prompt("the last disk", "The disk in the drive is not the last one of an archive."));
+    EXPECT_EQ(feeder.asked[2], Prompt("disk 2 of the 3 disks", kAnother));
     ExpectRestored();
     EXPECT_TRUE(std::is_sorted(restored_events.overall.begin(), restored_events.overall.end()));
     EXPECT_EQ(restored_events.overall.back(), 100);
@@ -82,7 +77,7 @@ TEST_F(SpanningRead, EveryWrongDiskAtEveryPrompt) {
         for (int wrong = 0; wrong < disks; ++wrong) {
             box.Insert(disks - 1);
             feeder.at.clear();
-            feeder.at[static_cast<std::size_t>(prompt)] = [&] { return feeder.PutIn(wrong); };
+            feeder.at[static_cast<std::size_t>(prompt)] = [&] { return feeder.Insert(wrong); };
             ASSERT_EQ(Restore(), RunOutcome::kComplete);
             ExpectRestored();
             const std::string& text = feeder.asked.at(static_cast<std::size_t>(prompt - 1));
@@ -103,7 +98,7 @@ TEST_F(SpanningRead, DiskOfAnotherSetIsNoticed) {
     files.Put("C:\\Data\\big", Noise(5000, 8));
     const int disks = MakeSet(2000);
     box.disks.push_back(other);
-    feeder.at[2] = [&] { return feeder.PutIn(disks); };
+    feeder.at[2] = [&] { return feeder.Insert(disks); };
     ASSERT_EQ(Restore(), RunOutcome::kComplete);
     EXPECT_EQ(Feeder::Note(feeder.asked.at(2)), kAnother);
     ExpectRestored();
@@ -116,7 +111,7 @@ TEST_F(SpanningRead, DriveThatIsEmptyOrHoldsNoArchive) {
         box.Eject();
         return true;
     };
-    feeder.at[2] = [&] { return feeder.PutIn(disks); };  // an unused one
+    feeder.at[2] = [&] { return feeder.Insert(disks); };  // an unused one
     ASSERT_EQ(Restore(), RunOutcome::kComplete);
     EXPECT_EQ(Feeder::Note(feeder.asked.at(1)), "There is no disk in the drive.");
     EXPECT_EQ(Feeder::Note(feeder.asked.at(2)),

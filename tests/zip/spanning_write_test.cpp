@@ -7,8 +7,6 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::MessageKind;
-using zip::RunOutcome;
 
 class SpanningWrite : public SpanningTest {
   protected:
@@ -59,9 +57,7 @@ TEST_F(SpanningWrite, PromptNamesDiskDriveAndFreeSpace) {
     files.Put("C:\\Data\\noise", Noise(3000));
     NewBox(2000);
     ASSERT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(changer.asked,
-              Strings{"Please insert disk 2 of Weekly.zip into drive A: and press Retry.\r\n\r\n"
-                      "The disk in the drive has 0 bytes free."});
+    EXPECT_EQ(changer.asked, Strings{Prompt("disk 2", "The disk in the drive has 0 bytes free.")});
 }
 
 TEST_F(SpanningWrite, FirstDiskEndingAtAnyByteOfEveryRecord) {

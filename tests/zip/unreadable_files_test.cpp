@@ -5,8 +5,6 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::MessageKind;
-using zip::RunOutcome;
 
 class UnreadableFiles : public WriterTest {
   protected:

@@ -4,8 +4,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::RunOutcome;
-
 // A file can be closed only once; its content then shows whether anything was lost.
 TEST_F(WriterFailure, ArchiveIsCheckedWhenClosingFailed) {
     events.questions = &questions;

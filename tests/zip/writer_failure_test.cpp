@@ -7,8 +7,6 @@ namespace vantrel::test {
 namespace {
 
 using zip::kChunkSize;
-using zip::MessageKind;
-using zip::RunOutcome;
 
 TEST_F(WriterFailure, FullDiskUnattendedLeavesTheEarlierArchive) {
     files.capacity = 8 * kChunkSize;
@@ -175,27 +173,34 @@ struct Fault {
     }
 };
 
-class FaultSweep : public WriterFailure, public ::testing::WithParamInterface<int> {};
+class FaultSweep : public WriterFailure, public ::testing::WithParamInterface<int> {
+  protected:
+    // A run whose n-th call fails, or all from the n-th on; whether there was such a call.
+    bool RunWithFault(int n, bool lasting) {
+        Fault fault;
+        fault.at = n;
+        fault.lasting = lasting;
+        fault.number = GetParam();
+        files.before = [&](const std::string&, const std::string&) { fault(); };
+        events = {};
+        Run();
+        files.before = nullptr;
+        return fault.fired;
+    }
+};
 
 TEST_P(FaultSweep, AnyOneCallFails) {
     bool fired = true;
     for (int n = 1; fired; ++n) {
-        Fault fault;
-        fault.at = n;
-        fault.number = GetParam();
-        files.before = [&](const std::string&, const std::string&) { fault(); };
-        events = {};
-        const RunOutcome outcome = Run();
-        files.before = nullptr;
-        fired = fault.fired;
-        if (outcome == RunOutcome::kComplete) {
+        fired = RunWithFault(n, false);
+        if (result.outcome == RunOutcome::kComplete) {
             ASSERT_NO_THROW(Archive()) << "call " << n;
             ASSERT_EQ(files.Everything(), before_) << "call " << n;
             ASSERT_EQ(Archive().entries.size() + static_cast<std::size_t>(result.skipped), 3u)
                 << "call " << n;
             files.Put(options.archive, kEarlier);
         } else {
-            ASSERT_EQ(outcome, RunOutcome::kFailed) << "call " << n;
+            ASSERT_EQ(result.outcome, RunOutcome::kFailed) << "call " << n;
             ASSERT_EQ(files.Content(options.archive), kEarlier) << "call " << n;
             ASSERT_EQ(files.Everything(), before_) << "call " << n;
         }
@@ -206,16 +211,8 @@ TEST_P(FaultSweep, EverythingFailsFromACallOn) {
     options.archive = "C:\\Backup\\20261115_130509\\Weekly.zip";
     bool fired = true;
     for (int n = 1; fired; ++n) {
-        Fault fault;
-        fault.at = n;
-        fault.lasting = true;
-        fault.number = GetParam();
-        files.before = [&](const std::string&, const std::string&) { fault(); };
-        events = {};
-        const RunOutcome outcome = Run();
-        files.before = nullptr;
-        fired = fault.fired;
-        if (outcome == RunOutcome::kComplete) {
+        fired = RunWithFault(n, true);
+        if (result.outcome == RunOutcome::kComplete) {
             ASSERT_NO_THROW(Archive()) << "call " << n;
             files.Remove("C:\\Backup\\20261115_130509");
             continue;

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -20,6 +21,10 @@
 #include "zip/writer/archive_writer.h"
 
 namespace vantrel::test {
+
+using zip::MessageKind;
+using zip::RunOutcome;
+using Strings = std::vector<std::string>;
 
 // Answers questions in order with the results of `answers`, then with Cancel.
 class ScriptedQuestions : public zip::Questions {
@@ -100,6 +105,28 @@ class WriterTest : public ::testing::Test {
     zip::WriterResult result;
 };
 
-using Strings = std::vector<std::string>;
+// Files on a real disk, for other programs to read.
+class RealFilesTest : public ::testing::Test {
+  protected:
+    RealFilesTest() {
+        machine.PutFile("C:\\Data\\a.txt", "first");
+        machine.PutFile("C:\\Data\\empty.txt", "");
+        machine.PutFile("C:\\Data\\Docs\\prose.txt", Prose(70000));
+        machine.PutFile("C:\\Data\\\xC3\xA4\xE2\x82\xAC.txt", "umlaut and euro");
+        machine.MakeFolders("C:\\Data\\Empty");
+        options.source = {"C:\\Data", "*.*", true};
+    }
+    // The path on the host, quoted.
+    std::string Quoted(const std::string& path) const { return "'" + machine.HostPath(path) + "'"; }
+    // Runs `command` with `file` in place of "@"; 0 is success.
+    int Shell(std::string command, const std::string& file) const {
+        command.replace(command.find('@'), 1, Quoted(file));
+        return std::system((command + " >/dev/null").c_str());
+    }
+
+    TestMachine machine;
+    zip::WriterOptions options;
+    Recorder events;
+};
 
 }  // namespace vantrel::test

@@ -5,8 +5,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::RunOutcome;
-
 constexpr std::uint64_t kFourGigabytes = std::uint64_t{1} << 32;
 
 class Zip64 : public WriterTest {

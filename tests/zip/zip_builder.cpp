@@ -96,6 +96,14 @@ std::string ExtraField(std::uint16_t id, const std::string& body) {
     return field + body;
 }
 
+std::vector<BuiltEntry> EntriesNamed(const std::vector<std::string>& names) {
+    std::vector<BuiltEntry> entries;
+    for (const std::string& name : names) {
+        entries.push_back({.name = name, .content = "x"});
+    }
+    return entries;
+}
+
 std::string BuiltArchive::Bytes() const {
     std::string out;
     std::string directory;

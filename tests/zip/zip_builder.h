@@ -28,6 +28,9 @@ struct BuiltEntry {
     std::string local_name{};  // "" is `name`
 };
 
+// Files with these names that hold "x".
+std::vector<BuiltEntry> EntriesNamed(const std::vector<std::string>& names);
+
 struct BuiltArchive {
     std::string prefix;  // before the archive; offsets do not count it
     std::vector<BuiltEntry> entries;

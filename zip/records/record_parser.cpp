@@ -206,6 +206,33 @@ LocalTime FromDos(std::uint32_t date_time) {
     return time;
 }
 
+// A central record has the numbers of a local header, at positions that are higher by this.
+constexpr std::size_t kCentralShift = central_record::kFlags - local_header::kFlags;
+static_assert(central_record::kExtraLength - local_header::kExtraLength == kCentralShift);
+
+// Of a local header, or of the bytes of a central record from kCentralShift on.
+LocalHeader ParseHeaderNumbers(std::string_view bytes) {
+    using namespace local_header;
+    LocalHeader header;
+    header.method = static_cast<Method>(GetNumber<std::uint16_t>(bytes, kMethod));
+    header.flags = GetNumber<std::uint16_t>(bytes, kFlags);
+    header.dos_time = GetNumber<std::uint32_t>(bytes, kDosTime);
+    header.crc = GetNumber<std::uint32_t>(bytes, kCrc);
+    header.packed_size = GetNumber<std::uint32_t>(bytes, kPackedSize);
+    header.size = GetNumber<std::uint32_t>(bytes, kSize);
+    header.name_length = GetNumber<std::uint16_t>(bytes, kNameLength);
+    header.extra_length = GetNumber<std::uint16_t>(bytes, kExtraLength);
+    return header;
+}
+
+void SetNumbers(const LocalHeader& header, StoredEntry& entry) {
+    entry.method = header.method;
+    entry.flags = header.flags;
+    entry.crc = header.crc;
+    entry.size = header.size;
+    entry.packed_size = header.packed_size;
+}
+
 }  // namespace
 
 Ticks TicksOfDosTime(std::uint32_t date_time, platform::Clock& clock) {
@@ -219,20 +246,10 @@ Ticks TicksOfDosTime(std::uint32_t date_time, platform::Clock& clock) {
 }
 
 std::optional<LocalHeader> ParseLocalHeader(std::string_view bytes) {
-    using namespace local_header;
-    if (bytes.size() < kFixedSize || !HasSignature(bytes, kLocalSignature)) {
+    if (bytes.size() < local_header::kFixedSize || !HasSignature(bytes, kLocalSignature)) {
         return std::nullopt;
     }
-    LocalHeader header;
-    header.method = static_cast<Method>(GetNumber<std::uint16_t>(bytes, kMethod));
-    header.flags = GetNumber<std::uint16_t>(bytes, kFlags);
-    header.dos_time = GetNumber<std::uint32_t>(bytes, kDosTime);
-    header.crc = GetNumber<std::uint32_t>(bytes, kCrc);
-    header.packed_size = GetNumber<std::uint32_t>(bytes, kPackedSize);
-    header.size = GetNumber<std::uint32_t>(bytes, kSize);
-    header.name_length = GetNumber<std::uint16_t>(bytes, kNameLength);
-    header.extra_length = GetNumber<std::uint16_t>(bytes, kExtraLength);
-    return header;
+    return ParseHeaderNumbers(bytes);
 }
 
 std::size_t LocalHeaderLength(std::string_view fixed_part) {
@@ -251,11 +268,7 @@ std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_
     }
     LocalRecord record;
     StoredEntry& entry = record.entry;
-    entry.method = header->method;
-    entry.flags = header->flags;
-    entry.crc = header->crc;
-    entry.size = header->size;
-    entry.packed_size = header->packed_size;
+    SetNumbers(*header, entry);
     entry.offset = offset;
     const std::string_view raw = bytes.substr(local_header::kFixedSize, header->name_length);
     const std::string_view extra =
@@ -283,15 +296,12 @@ CentralRecord ParseCentralNumbers(std::string_view record) {
     using namespace central_record;
     CentralRecord result;
     StoredEntry& entry = result.entry;
-    entry.flags = GetNumber<std::uint16_t>(record, kFlags);
-    entry.method = static_cast<Method>(GetNumber<std::uint16_t>(record, kMethod));
-    result.dos_time = GetNumber<std::uint32_t>(record, kDosTime);
-    entry.crc = GetNumber<std::uint32_t>(record, kCrc);
-    entry.packed_size = GetNumber<std::uint32_t>(record, kPackedSize);
-    entry.size = GetNumber<std::uint32_t>(record, kSize);
+    const LocalHeader numbers = ParseHeaderNumbers(record.substr(kCentralShift));
+    SetNumbers(numbers, entry);
+    result.dos_time = numbers.dos_time;
     result.disk = GetNumber<std::uint16_t>(record, kDisk);
     entry.offset = GetNumber<std::uint32_t>(record, kOffset);
-    result.raw_name = record.substr(kFixedSize, GetNumber<std::uint16_t>(record, kNameLength));
+    result.raw_name = record.substr(kFixedSize, numbers.name_length);
     const std::string_view extra = ExtraFields(record);
     ReadZip64(extra, result);
     result.disk_list = FindField(extra, kDiskListField).value_or("");
