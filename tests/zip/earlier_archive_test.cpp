@@ -94,7 +94,11 @@ TEST_F(EarlierArchiveTest, OutputIsTheSameForAnyNumberOfThreads) {
     }
 }
 
-TEST_F(EarlierArchiveTest, AMissingArchiveIsOneLine) { ExpectUnused("it does not exist"); }
+TEST_F(EarlierArchiveTest, AMissingArchiveIsNotReported) {
+    RunSecond();
+    EXPECT_EQ(result.reused_bytes, 0u);
+    EXPECT_EQ(Lines(), Strings{});
+}
 
 TEST_F(EarlierArchiveTest, ALockedArchiveIsNotUsedAndNotWaitedFor) {
     RunFirst();
@@ -175,6 +179,10 @@ TEST_F(EarlierArchiveTest, ABackupOnSeveralDisksUsesNone) {
     EXPECT_EQ(Lines(), Strings{"The earlier archive is not reused: " + std::string(kEarlier) +
                                " (this backup continues on further disks). Everything is "
                                "compressed."});
+    options.earlier = options.archive = "C:\\Backup\\First.zip";
+    events.messages.clear();
+    ASSERT_EQ(Run(), RunOutcome::kComplete);
+    EXPECT_EQ(Lines(), Strings{}) << "a first backup";
     EXPECT_EQ(files.Content(options.archive).find(std::string("VG\7\0", 4)), std::string::npos);
 }
 

@@ -111,7 +111,8 @@ class ArchiveRun {
         }
         if (unusable_drive_.empty()) {
             earlier_.Open(machine_.files, options_.earlier, Mark());
-        } else {
+        } else if (options_.earlier != options_.archive) {
+            // The archive to be replaced may not exist: this drive is not asked.
             earlier_.ReportUnused(options_.earlier, unusable_drive_);
         }
     }

@@ -50,7 +50,11 @@ void EarlierArchive::Open(platform::FileSystem& files, const std::string& path,
     path_ = path;
     std::string why;
     try {
-        why = OpenAndRead(files, mark);
+        const auto found = files.Find(path);
+        if (!found) {
+            return;  // the first backup: there is nothing to report
+        }
+        why = OpenAndRead(files, *found, mark);
     } catch (const Error& error) {
         why = error.description();
     }
@@ -62,16 +66,13 @@ void EarlierArchive::Open(platform::FileSystem& files, const std::string& path,
     ReportUnused(path, why);
 }
 
-std::string EarlierArchive::OpenAndRead(platform::FileSystem& files, const std::string& mark) {
-    const auto before = files.Find(path_);
-    if (!before) {
-        return "it does not exist";
-    }
+std::string EarlierArchive::OpenAndRead(platform::FileSystem& files,
+                                        const platform::FileInfo& before, const std::string& mark) {
     source_ = std::make_unique<Source>(files.Open(path_, platform::OpenMode::kReadUnchanging));
     std::string why = directory_.Read(*source_, mark, kChunkSize);
     const auto after = files.Find(path_);
     const bool same =
-        after && after->size == before->size && after->times.modified == before->times.modified;
+        after && after->size == before.size && after->times.modified == before.times.modified;
     return why.empty() && !same ? "it is being changed" : why;
 }
 

@@ -86,7 +86,8 @@ class EarlierArchive {
   private:
     class Source;
 
-    std::string OpenAndRead(platform::FileSystem& files, const std::string& mark);
+    std::string OpenAndRead(platform::FileSystem& files, const platform::FileInfo& before,
+                            const std::string& mark);
     std::optional<std::uint64_t> FindDataAt(const ChunkedData& data);
 
     RunContext& context_;
