@@ -14,6 +14,9 @@ Answer WindowManager::Show(const Box& box) {
     if (session_ends_) {
         return box.buttons == Buttons::kYesNo ? Answer::kNo : Answer::kCancel;
     }
+    for (Form* form : windows_) {
+        form->AfterEvent();  // the box is inside a handler; the windows behind it show their state
+    }
     return ShowBox(box);
 }
 

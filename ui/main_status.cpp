@@ -86,6 +86,9 @@ StatusLine RestoreText(const RestoreStatus& status, const NumberFormat& numbers)
     if (status.archive.empty()) {
         return {"Choose a set under What to Restore?, or press ... and choose a zip file."};
     }
+    if (status.entries == 0) {
+        return {"No entries are listed. Choose another set or zip file."};
+    }
     const std::string listed = Number(status.entries, "entry", "entries", numbers) + ", " +
                                SizeText(status.bytes, numbers) + ". ";
     if (status.destination.empty()) {

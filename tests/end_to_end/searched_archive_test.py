@@ -19,7 +19,13 @@ class SearchedArchives(restore_test.Restoring):
     def choose(self, button):
         program = self.start()
         program.show_tab("Restore")
+        self.zip("sound.zip", {"one.txt": "1", "two.txt": "2"})
+        self.browse("E:\\sound.zip")
+        program.wait_for(lambda: program.text("Fld_Total") == "2", "the entries")
         self.browse("E:\\old.zip")
+        program.wait_for_box(QUESTION)
+        self.assertEqual("0", program.text("Fld_Total"), "of the archive that the question is about")
+        self.assertIn("No entries are listed.", program.status())
         box = program.answer(button, QUESTION)
         self.assertEqual(("Restore", True), (box.title, box.has_icon))
         self.assertEqual({"Search", "Cancel"}, set(box.buttons))

@@ -87,6 +87,8 @@ const StatusRow kStatusRows[] = {
 
     {"NothingToRestore", OfRestore({}),
      "Choose a set under What to Restore?, or press ... and choose a zip file."},
+    {"NoEntries", OfRestore({.archive = "E:\\A.zip", .destination = "C:\\BACK"}),
+     "No entries are listed. Choose another set or zip file."},
     {"NowhereToRestoreTo", OfRestore({.archive = "E:\\A.zip", .entries = 1234, .bytes = 5'000'000}),
      "1,234 entries, 4.8 MB. Press ... under Where to Restore To? and choose a folder."},
     {"ReadyToRestore",

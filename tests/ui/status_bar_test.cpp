@@ -3,6 +3,7 @@
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/matchers.h"
 #include "tests/ui/main_window_fixture.h"
+#include "tests/zip/zip_builder.h"
 
 namespace vantrel::test {
 namespace {
@@ -18,6 +19,9 @@ class StatusBarTest : public MainWindowFixture {
     }
     std::string Status() const { return window->Sta_Mainmenu.Caption(); }
     BackupTab& Tab() { return window->Backup; }
+
+    const std::string archive_ =
+        BuiltArchive{.prefix = "", .entries = {{.name = "a.txt", .content = "alpha"}}}.Bytes();
 };
 
 TEST_F(StatusBarTest, NoteNamesTheGuide) {
@@ -146,6 +150,20 @@ TEST_F(StatusBarTest, LogTabReportsTheLastRun) {
     Open();
     window->TAB_Backup.SetTab(3);
     EXPECT_EQ(Status(), "Last run: Backup DAILY.INI, 15/11/2026 13:05:10: complete.");
+}
+
+TEST_F(StatusBarTest, BoxOfAHandlerLiesOverTheStateThatTheHandlerHasMade) {
+    machine.PutFile("C:\\Backups\\GOOD.zip", archive_);
+    machine.PutFile("C:\\Backups\\CUT.zip", archive_.substr(0, archive_.find("PK\1\2")));
+    Open();
+    window->TAB_Backup.SetTab(1);
+    desktop.files = {"C:\\Backups\\GOOD.zip", "C:\\Backups\\CUT.zip"};
+    window->Restore.Cmd_RestoreFile.UserPress();
+    EXPECT_THAT(Status(), StartsWith("1 entry, 5 bytes."));
+    std::string behind_the_box;
+    desktop.on_box = [&](const forms::Box&) { behind_the_box = Status(); };
+    window->Restore.Cmd_RestoreFile.UserPress();
+    EXPECT_THAT(behind_the_box, StartsWith("No entries are listed."));
 }
 
 TEST_F(StatusBarTest, SecureDataNamesTheSelectedFolderAndItsProtection) {

@@ -247,6 +247,18 @@ TEST_F(MainOnScreen, ControlsThatTheDialogLacksAreAnError) {
     EXPECT_FALSE(lacking.Loaded());
 }
 
+TEST_F(ModalRun, WindowIsPaintedBeforeItsRunBegins) {
+    bool waits_for_paint = true;
+    run_window.run = [&] {
+        const HWND top = TopOf(run_window);
+        waits_for_paint = GetUpdateRect(top, nullptr, FALSE) ||
+                          GetUpdateRect(HandleOf(run_window.Cmd_Cancel), nullptr, FALSE);
+        program.desktop.Unload(run_window);
+    };
+    ShowRun();
+    EXPECT_FALSE(waits_for_paint);
+}
+
 TEST_F(ModalRun, OwnerStaysDisabledUntilTheRunHasEnded) {
     const HWND owner = TopOf(window);
     bool ran = false;

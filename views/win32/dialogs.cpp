@@ -227,6 +227,7 @@ Answer AnswerOf(Buttons buttons, int pressed) {
 }  // namespace
 
 Answer Win32Desktop::ShowBox(const forms::Box& box) {
+    Flush();
     const std::wstring title = Wide(box.title.empty() ? product::kName : box.title);
     const HWND owner = BoxOwner();
     const UINT style = StyleOf(box) | (owner ? 0U : static_cast<UINT>(MB_TASKMODAL));

@@ -96,6 +96,8 @@ void WindowView::PostActivation() {
 
 void WindowView::Activate() {
     activation_posted_ = false;
+    // Painting would wait for the first look at the message queue, and a run begins here.
+    Changed(Aspect::kRedraw);
     manager_.RunActivation(*form_);
 }
 
