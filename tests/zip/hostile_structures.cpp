@@ -3,6 +3,8 @@
 
 namespace vantrel::test {
 
+using zip::RunOutcome;
+
 namespace {
 
 constexpr std::uint32_t kUnixLink = 0120777u << 16;

@@ -111,8 +111,7 @@ class ArchiveRun {
         }
         if (unusable_drive_.empty()) {
             earlier_.Open(machine_.files, options_.earlier, Mark());
-        } else if (options_.earlier != options_.archive) {
-            // The archive to be replaced may not exist: this drive is not asked.
+        } else {
             earlier_.ReportUnused(options_.earlier, unusable_drive_);
         }
     }

@@ -52,7 +52,9 @@ void EarlierArchive::Open(platform::FileSystem& files, const std::string& path,
     try {
         const auto found = files.Find(path);
         if (!found) {
-            return;  // the first backup: there is nothing to report
+            context_.Report(Information(
+                path, "There is no earlier archive to reuse. Everything is compressed."));
+            return;
         }
         why = OpenAndRead(files, *found, mark);
     } catch (const Error& error) {
