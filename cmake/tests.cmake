@@ -120,7 +120,7 @@ else()
     vantrel_tests(backup SOURCES ${BACKUP_TESTS} LINK vantrel_backup)
     vantrel_tests(restore SOURCES ${RESTORE_TESTS}
                   LINK vantrel_restore vantrel_archive_test_support)
-    vantrel_tests(ui SOURCES ${UI_TESTS} LINK vantrel_ui)
+    vantrel_tests(ui SOURCES ${UI_TESTS} LINK vantrel_ui vantrel_archive_test_support)
     vantrel_tests(app SOURCES ${APP_TESTS} LINK vantrel_app)
     vantrel_tests(faults SOURCES ${FAULTS_TESTS} LINK vantrel_app vantrel_archive_test_support)
     # The longest ones first; they wait for the disk.

@@ -248,15 +248,16 @@ TEST_F(MainOnScreen, ControlsThatTheDialogLacksAreAnError) {
 }
 
 TEST_F(ModalRun, WindowIsPaintedBeforeItsRunBegins) {
-    bool waits_for_paint = true;
-    run_window.run = [&] {
-        const HWND top = TopOf(run_window);
-        waits_for_paint = GetUpdateRect(top, nullptr, FALSE) ||
-                          GetUpdateRect(HandleOf(run_window.Cmd_Cancel), nullptr, FALSE);
+    run_window.load = [this] { run_window.Lbl_Location.SetCaption("Archive: E:\\A.zip"); };
+    run_window.run = [this] {
+        for (const forms::Control* control : run_window.controls()) {
+            EXPECT_FALSE(GetUpdateRect(HandleOf(*control), nullptr, FALSE)) << control->name();
+        }
+        run_window.happened.push_back("run");
         program.desktop.Unload(run_window);
     };
     ShowRun();
-    EXPECT_FALSE(waits_for_paint);
+    EXPECT_EQ(run_window.happened, (Lines{"run", "Unload"}));
 }
 
 TEST_F(ModalRun, OwnerStaysDisabledUntilTheRunHasEnded) {
