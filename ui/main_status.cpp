@@ -64,7 +64,8 @@ StatusLine ArchiveLine(const LastArchive& archive, const NumberFormat& numbers,
             return {"Last archive: " + archive.path + ". " + rest, archive.path};
         default:
             return {"Last archive: " + archive.path + ", " + archive.when + ", " +
-                        SizeText(archive.bytes, numbers) + ". " + rest,
+                        SizeText(archive.bytes, numbers) +
+                        (archive.is_spanned ? " on this disk. " : ". ") + rest,
                     archive.path};
     }
 }

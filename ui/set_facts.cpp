@@ -74,6 +74,7 @@ class FactReader {
         if (found && !found->IsFolder()) {
             archive.state = LastArchive::State::kThere;
             archive.bytes = found->size;
+            archive.is_spanned = set_.MultiVolumeBackup() == "ON";
             archive.when = ShortTime(program_.machine.clock.ToLocal(found->times.modified));
         }
         return archive;

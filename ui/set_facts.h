@@ -21,6 +21,8 @@ struct LastArchive {
     std::string path{};
     std::uint64_t bytes = 0;
     std::string when{};  // "15/11/2026 13:05", local time
+    // Multi Volume is on: `bytes` and `when` are of the disk in the drive.
+    bool is_spanned = false;
 };
 
 struct SetFacts {

@@ -45,6 +45,11 @@ const SetFacts kArchive{.archive = {.state = Archive::kThere,
                                     .path = "E:\\Backup\\DAILY.zip",
                                     .bytes = 1'300'000,
                                     .when = "15/11/2026 13:05"}};
+const SetFacts kSpanned{.archive = {.state = Archive::kThere,
+                                    .path = "A:\\DAILY.zip",
+                                    .bytes = 948'000,
+                                    .when = "15/11/2026 13:05",
+                                    .is_spanned = true}};
 const SetFacts kMissingArchive{.archive = {.state = Archive::kMissing, .path = "E:\\DAILY.zip"}};
 const SetFacts kShare{.archive = {.state = Archive::kNotLooked, .path = "\\\\NAS\\B\\DAILY.zip"}};
 
@@ -80,6 +85,9 @@ const StatusRow kStatusRows[] = {
      "Last archive: E:\\Backup\\DAILY.zip, 15/11/2026 13:05, 1.2 MB. Settings locked: press "
      "Change Settings.",
      "E:\\Backup\\DAILY.zip"},
+    {"ArchiveOnSeveralDisks", OfSet(false, kSpanned),
+     "Last archive: A:\\DAILY.zip, 15/11/2026 13:05, 926 KB on this disk. Press Backup Now.",
+     "A:\\DAILY.zip"},
     {"MissingArchive", OfSet(false, kMissingArchive),
      "The last archive is missing: E:\\DAILY.zip. Press Backup Now.", "E:\\DAILY.zip"},
     {"ArchiveOnAShare", OfSet(false, kShare),

@@ -20,8 +20,9 @@ class SetFactsTest : public ProgramFixture {
         return ReadSetFacts(program, "A.INI");
     }
     // The last archive of a set that names this one.
-    LastArchive ArchiveNamed(const std::string& folder, const std::string& file) {
-        std::string text = SetText({});
+    LastArchive ArchiveNamed(const std::string& folder, const std::string& file,
+                             const std::string& multi_volume = "OFF") {
+        std::string text = SetText({.multi_volume = multi_volume});
         text.replace(text.find("RestoreFromDrive="), 17, "RestoreFromDrive=" + folder);
         text.replace(text.find("RestoreFileName="), 16, "RestoreFileName=" + file);
         machine.PutFile("C:\\Vantrel\\A.INI", text);
@@ -84,6 +85,8 @@ TEST_F(SetFactsTest, LastArchiveHasItsSizeAndTime) {
     EXPECT_EQ(archive.path, "C:\\Backups\\WEEKLY.zip");
     EXPECT_EQ(archive.bytes, 5000u);
     EXPECT_EQ(archive.when, "15/11/2026 13:05");
+    EXPECT_FALSE(archive.is_spanned);
+    EXPECT_TRUE(ArchiveNamed("C:\\Backups\\", "WEEKLY.zip", "ON").is_spanned);
 }
 
 TEST_F(SetFactsTest, LastArchiveOnTheApplicationsDriveIsFoundWithoutADrive) {

@@ -30,6 +30,13 @@ TEST_F(RestoreTexts, NameThatAFileCanHaveIsEscapedInItsMessageOnly) {
     EXPECT_EQ(Content("\xC2\x85\x7F\xC3\xA4.txt"), "x");
 }
 
+TEST_F(RestoreTexts, FileIsNamedBeforeItsDataIsRead) {
+    Extract({{.name = "a", .content = "alpha", .crc = 1}});
+    EXPECT_EQ(events.Texts(MessageKind::kInformation), Strings{"Extracting C:\\Out\\a"});
+    EXPECT_EQ(events.Texts(MessageKind::kWarning),
+              Strings{"a is not restored: its checksum is wrong."});
+}
+
 TEST_F(RestoreTexts, QuestionAboutAnEntry) {
     BuiltArchive archive;
     archive.entries = {{.name = "a\r\nb", .content = "alpha"}};

@@ -158,8 +158,9 @@ TEST_F(ExtractionFailure, TooLittleSpaceIsReportedBeforeTheFirstByte) {
         return true;
     }};
     EXPECT_EQ(Run(), RunOutcome::kComplete);
-    EXPECT_EQ(questions.asked,
-              Strings{"The destination is too small: C:\\Out (3004 bytes needed, 3003 free)."});
+    EXPECT_EQ(
+        questions.asked,
+        Strings{"The destination is too small: C:\\Out needs about 1 byte more (2.9 KB free)."});
     EXPECT_EQ(Content("Sub\\b.txt"), "beta");
 }
 

@@ -149,14 +149,19 @@ class Extractor {
         const ExtractionPlan& plan = run_.plan;
         for (;;) {
             const std::uint64_t free = FreeBytes();
-            if (IsUnknown(free) || plan.bytes <= free || plan.bytes - ReplacedBytes() <= free) {
+            if (IsUnknown(free) || plan.bytes <= free) {
                 return;
             }
+            const std::uint64_t needed = plan.bytes - ReplacedBytes();
+            if (needed <= free) {
+                return;
+            }
+            const NumberFormat numbers;
             channel_.AskRetryOrStop(
                 Failure(error_number::kDiskFull, options_.destination,
-                        "The destination is too small: " + options_.destination + " (" +
-                            Counted(plan.bytes, "byte", "bytes") + " needed, " +
-                            std::to_string(free) + " free)."));
+                        "The destination is too small: " + options_.destination + " needs about " +
+                            SizeText(needed - free, numbers) + " more (" + SizeText(free, numbers) +
+                            " free)."));
         }
     }
     // 0 is also reported where the free space is unknown; a full disk fails by itself.

@@ -110,7 +110,21 @@ void ExtractWorker::Work() {
     }
 }
 
+// Before its data: a large file takes minutes.
+void ExtractWorker::ReportFile(const PlannedFile& planned) {
+    if (!run_.channel.WantsEachFile()) {
+        return;
+    }
+    const std::string path = run_.options.verify_only
+                                 ? planned.path
+                                 : path::Join(run_.options.destination, planned.path);
+    run_.channel.Report({MessageKind::kInformation, 0, static_cast<std::int32_t>(planned.index + 1),
+                         path, "Extracting " + path,
+                         static_cast<std::int32_t>(run_.directory.entries.size())});
+}
+
 void ExtractWorker::RestoreFile(const PlannedFile& planned) {
+    ReportFile(planned);
     counted_ = 0;
     const bool restored = run_.Restore(planned.index, [&] {
         try {
@@ -294,11 +308,6 @@ void ExtractWorker::ReportRestored(const PlannedFile& planned, const std::string
         run_.channel.Report(EntryWarning(
             run_.directory, index, 0,
             name + " is restored as " + path + ": its name is another file's short name."));
-    }
-    if (run_.channel.WantsEachFile()) {
-        run_.channel.Report({MessageKind::kInformation, 0, static_cast<std::int32_t>(index + 1),
-                             path, "Extracting " + path,
-                             static_cast<std::int32_t>(run_.directory.entries.size())});
     }
 }
 

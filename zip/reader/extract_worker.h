@@ -76,6 +76,7 @@ class ExtractWorker {
         std::string path;  // below the destination
     };
     void RestoreFile(const PlannedFile& planned);
+    void ReportFile(const PlannedFile& planned);
     void Restore(const PlannedFile& planned);
     void RestoreOnce(const PlannedFile& planned, const StoredEntry& entry);
     void VerifyOnce(const PlannedFile& planned, const StoredEntry& entry);
