@@ -1,6 +1,7 @@
 #include "platform/machine_support.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "common/error.h"
 
@@ -38,6 +39,18 @@ class FolderByPath : public Folder {
 };
 
 }  // namespace
+
+std::chrono::milliseconds SteadyClock::SteadyNow() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
+void SteadyClock::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+
+void SteadyClock::Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
+                       std::chrono::milliseconds time) {
+    signal.wait_for(lock, time);
+}
 
 std::string ParameterText(std::string_view whole_line) {
     const std::string_view text = whole_line.substr(EndOfName(whole_line));

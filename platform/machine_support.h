@@ -1,12 +1,24 @@
 // Rules that every implementation of the machine shares.
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <string>
 #include <string_view>
 
 #include "platform/machine.h"
 
 namespace vantrel::platform {
+
+// The part of a clock that does not depend on the time zone. Safe from any thread.
+class SteadyClock : public Clock {
+  public:
+    std::chrono::milliseconds SteadyNow() override;
+    void Sleep(std::chrono::milliseconds time) override;
+    void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
+              std::chrono::milliseconds time) override;
+};
 
 // The parameters of a command line: the text after the executable's name. The name ends at the
 // first space or tab outside quotation marks. Spaces before the first other character separate it

@@ -1,9 +1,10 @@
-// The host folder of each drive letter, and answers about drives from that map and the host's file
-// systems. The map may change while others use it (a disk is taken out).
-// Safe from any thread.
+// The host folder of each drive letter, and from that map and the host's file systems: answers
+// about drives, and files in Windows' terms. The map may change while others use it (a disk is
+// taken out). Safe from any thread.
 #pragma once
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -48,5 +49,8 @@ class HostDrives : public Drives {
   private:
     const HostDriveMap& drives_;
 };
+
+// Must not outlive the map.
+std::unique_ptr<FileSystem> NewHostFileSystem(const HostDriveMap& drives);
 
 }  // namespace vantrel::platform

@@ -1,5 +1,3 @@
-#include "platform/host/host_file_system.h"
-
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/stat.h>
@@ -8,6 +6,7 @@
 #include <string_view>
 
 #include "common/error.h"
+#include "platform/host/host_drives.h"
 #include "platform/host/host_file.h"
 #include "platform/host/host_info.h"
 #include "platform/host/host_path.h"
@@ -87,6 +86,12 @@ std::optional<FileInfo> FindAt(HostLocation& location) {
     FileInfo info = InfoFromStatus(location.Leaf(), status);
     AddStoredAttributes(location.Path(), info);
     return info;
+}
+
+void CheckSameDrive(const HostPath& from, const HostPath& to) {
+    if (from.letter != to.letter) {
+        RaiseError(kAcrossDrives);
+    }
 }
 
 void CheckMovable(const struct stat& status) {
@@ -206,143 +211,152 @@ void HostFolder::Open() {
         HostFd(::openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 
+// See host_path.h for names and host_info.h for attributes.
+class HostFileSystem : public FileSystem {
+  public:
+    explicit HostFileSystem(const HostDriveMap& drives) : drives_(drives) {}
+
+    std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override {
+        HostLocation location(drives_, HostPath(path));
+        return HostFile::Open(location, mode);
+    }
+
+    std::unique_ptr<Folder> OpenFolder(const std::string& path) override {
+        return std::make_unique<HostFolder>(drives_, path, FileSystem::OpenFolder(path));
+    }
+
+    std::optional<FileInfo> Find(const std::string& path) override {
+        try {
+            HostLocation location(drives_, HostPath(path));
+            return FindAt(location);
+        } catch (const Error& error) {
+            if (IsAbsence(error.number())) {
+                return std::nullopt;
+            }
+            throw;
+        }
+    }
+
+    void List(const std::string& folder,
+              const std::function<bool(const FileInfo&)>& each) override {
+        HostLocation location(drives_, HostPath(folder));
+        ListHostFolder(location, each);
+    }
+
+    void MakeFolder(const std::string& path) override {
+        HostPath parsed = [&] {
+            try {
+                return HostPath(path);
+            } catch (const Error& error) {
+                RaiseError(error.number() == kBadFileName ? kPathFileAccess : error.number());
+            }
+        }();
+        HostLocation location(drives_, parsed);
+        const bool in_one_go = location.ExactNames() && !parsed.IsRoot();
+        // All that can be known about a new name is known when this works.
+        if (in_one_go && ::mkdirat(location.Folder(), location.Name(), 0777) == 0) {
+            return;
+        }
+        if (parsed.IsRoot() || location.Respell()) {
+            RaiseError(kPathFileAccess);
+        }
+        CheckHost(::mkdirat(location.Folder(), location.Name(), 0777) == 0, FileOperation::kFolder);
+    }
+
+    void Rename(const std::string& from, const std::string& to) override {
+        const HostPath from_path(from);
+        const HostPath to_path(to);
+        HostLocation source(drives_, from_path);
+        const struct stat status = Needed(source, FileOperation::kFile);
+        CheckSameDrive(from_path, to_path);
+        const FileOperation operation =
+            S_ISDIR(status.st_mode) ? FileOperation::kFolder : FileOperation::kFile;
+        if (from_path.IsRoot()) {
+            RaiseError(kPathFileAccess);
+        }
+        HostLocation target(drives_, to_path);
+        const std::string wanted = target.Path();
+        struct stat taken;
+        // A name may change its letters' case only, which finds itself under the new name.
+        if (Status(target, taken, AT_SYMLINK_NOFOLLOW)) {
+            const bool itself = target.Path() == source.Path() && wanted != source.Path();
+            if (!itself) {
+                RaiseError(kFileExists);
+            }
+            target.SpellLeaf(to_path.Leaf());
+        }
+        CheckMovable(status);
+        if (::renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(),
+                        RENAME_NOREPLACE) != 0) {
+            RaiseHostError(errno, errno == EEXIST ? FileOperation::kFile : operation);
+        }
+    }
+
+    void Replace(const std::string& from, const std::string& to) override {
+        const HostPath from_path(from);
+        const HostPath to_path(to);
+        HostLocation source(drives_, from_path);
+        const struct stat status = Needed(source, FileOperation::kFile);
+        CheckSameDrive(from_path, to_path);
+        if (S_ISDIR(status.st_mode)) {
+            RaiseError(kPermissionDenied);
+        }
+        CheckMovable(status);
+        HostLocation target(drives_, to_path);
+        CheckReplaceable(target);
+        CheckHost(::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) == 0);
+    }
+
+    void RemoveFile(const std::string& path) override {
+        HostLocation location(drives_, HostPath(path));
+        const struct stat status = Needed(location, FileOperation::kFile);
+        const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
+        if (S_ISDIR(status.st_mode) || read_only) {
+            RaiseError(kPermissionDenied);
+        }
+        CheckMovable(status);
+        CheckHost(::unlinkat(location.Folder(), location.Name(), 0) == 0);
+    }
+
+    void RemoveFolder(const std::string& path) override {
+        const HostPath parsed(path);
+        HostLocation location(drives_, parsed);
+        if (parsed.IsRoot()) {
+            RaiseError(kPathFileAccess);
+        }
+        const bool removed = InAnySpelling(location, [&] {
+            return ::unlinkat(location.Folder(), location.Name(), AT_REMOVEDIR) == 0;
+        });
+        CheckHost(removed, FileOperation::kFolder);
+    }
+
+    void SetAttributes(const std::string& path, std::uint32_t attributes) override {
+        HostLocation location(drives_, HostPath(path));
+        Needed(location, FileOperation::kFile);
+        StoreAttributes(location, attributes);
+    }
+
+    void SetTimes(const std::string& path, const FileTimes& times) override {
+        HostLocation location(drives_, HostPath(path));
+        // The host does not even look where neither time is to change.
+        Needed(location, FileOperation::kFile);
+        CheckHost(::utimensat(location.Folder(), location.Name(), HostTimes(times).values, 0) == 0);
+    }
+
+    bool SameFile(const std::string& one, const std::string& other) override {
+        const auto first = Identity(drives_, one);
+        const auto second = first ? Identity(drives_, other) : std::nullopt;
+        return second && first->st_dev == second->st_dev && first->st_ino == second->st_ino;
+    }
+
+  private:
+    const HostDriveMap& drives_;
+};
+
 }  // namespace
 
-std::unique_ptr<File> HostFileSystem::Open(const std::string& path, OpenMode mode) {
-    HostLocation location(drives_, HostPath(path));
-    return HostFile::Open(location, mode);
-}
-
-std::unique_ptr<Folder> HostFileSystem::OpenFolder(const std::string& path) {
-    return std::make_unique<HostFolder>(drives_, path, FileSystem::OpenFolder(path));
-}
-
-std::optional<FileInfo> HostFileSystem::Find(const std::string& path) {
-    try {
-        HostLocation location(drives_, HostPath(path));
-        return FindAt(location);
-    } catch (const Error& error) {
-        if (IsAbsence(error.number())) {
-            return std::nullopt;
-        }
-        throw;
-    }
-}
-
-void HostFileSystem::List(const std::string& folder,
-                          const std::function<bool(const FileInfo&)>& each) {
-    HostLocation location(drives_, HostPath(folder));
-    ListHostFolder(location, each);
-}
-
-void HostFileSystem::MakeFolder(const std::string& path) {
-    HostPath parsed = [&] {
-        try {
-            return HostPath(path);
-        } catch (const Error& error) {
-            RaiseError(error.number() == kBadFileName ? kPathFileAccess : error.number());
-        }
-    }();
-    HostLocation location(drives_, parsed);
-    const bool in_one_go = location.ExactNames() && !parsed.IsRoot();
-    // All that can be known about a new name is known when this works.
-    if (in_one_go && ::mkdirat(location.Folder(), location.Name(), 0777) == 0) {
-        return;
-    }
-    if (parsed.IsRoot() || location.Respell()) {
-        RaiseError(kPathFileAccess);
-    }
-    CheckHost(::mkdirat(location.Folder(), location.Name(), 0777) == 0, FileOperation::kFolder);
-}
-
-void HostFileSystem::Rename(const std::string& from, const std::string& to) {
-    const HostPath from_path(from);
-    const HostPath to_path(to);
-    HostLocation source(drives_, from_path);
-    const struct stat status = Needed(source, FileOperation::kFile);
-    if (from_path.letter != to_path.letter) {
-        RaiseError(kAcrossDrives);
-    }
-    const FileOperation operation =
-        S_ISDIR(status.st_mode) ? FileOperation::kFolder : FileOperation::kFile;
-    if (from_path.IsRoot()) {
-        RaiseError(kPathFileAccess);
-    }
-    HostLocation target(drives_, to_path);
-    const std::string wanted = target.Path();
-    struct stat taken;
-    // A name may change its letters' case only, which finds itself under the new name.
-    if (Status(target, taken, AT_SYMLINK_NOFOLLOW)) {
-        const bool itself = target.Path() == source.Path() && wanted != source.Path();
-        if (!itself) {
-            RaiseError(kFileExists);
-        }
-        target.SpellLeaf(to_path.Leaf());
-    }
-    CheckMovable(status);
-    if (::renameat2(source.Folder(), source.Name(), target.Folder(), target.Name(),
-                    RENAME_NOREPLACE) != 0) {
-        RaiseHostError(errno, errno == EEXIST ? FileOperation::kFile : operation);
-    }
-}
-
-void HostFileSystem::Replace(const std::string& from, const std::string& to) {
-    const HostPath from_path(from);
-    const HostPath to_path(to);
-    HostLocation source(drives_, from_path);
-    const struct stat status = Needed(source, FileOperation::kFile);
-    if (from_path.letter != to_path.letter) {
-        RaiseError(kAcrossDrives);
-    }
-    if (S_ISDIR(status.st_mode)) {
-        RaiseError(kPermissionDenied);
-    }
-    CheckMovable(status);
-    HostLocation target(drives_, to_path);
-    CheckReplaceable(target);
-    CheckHost(::renameat(source.Folder(), source.Name(), target.Folder(), target.Name()) == 0);
-}
-
-void HostFileSystem::RemoveFile(const std::string& path) {
-    HostLocation location(drives_, HostPath(path));
-    const struct stat status = Needed(location, FileOperation::kFile);
-    const bool read_only = S_ISREG(status.st_mode) && IsReadOnlyMode(status.st_mode);
-    if (S_ISDIR(status.st_mode) || read_only) {
-        RaiseError(kPermissionDenied);
-    }
-    CheckMovable(status);
-    CheckHost(::unlinkat(location.Folder(), location.Name(), 0) == 0);
-}
-
-void HostFileSystem::RemoveFolder(const std::string& path) {
-    const HostPath parsed(path);
-    HostLocation location(drives_, parsed);
-    if (parsed.IsRoot()) {
-        RaiseError(kPathFileAccess);
-    }
-    const bool removed = InAnySpelling(location, [&] {
-        return ::unlinkat(location.Folder(), location.Name(), AT_REMOVEDIR) == 0;
-    });
-    CheckHost(removed, FileOperation::kFolder);
-}
-
-void HostFileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
-    HostLocation location(drives_, HostPath(path));
-    Needed(location, FileOperation::kFile);
-    StoreAttributes(location, attributes);
-}
-
-void HostFileSystem::SetTimes(const std::string& path, const FileTimes& times) {
-    HostLocation location(drives_, HostPath(path));
-    // The host does not even look where neither time is to change.
-    Needed(location, FileOperation::kFile);
-    CheckHost(::utimensat(location.Folder(), location.Name(), HostTimes(times).values, 0) == 0);
-}
-
-bool HostFileSystem::SameFile(const std::string& one, const std::string& other) {
-    const auto first = Identity(drives_, one);
-    const auto second = first ? Identity(drives_, other) : std::nullopt;
-    return second && first->st_dev == second->st_dev && first->st_ino == second->st_ino;
+std::unique_ptr<FileSystem> NewHostFileSystem(const HostDriveMap& drives) {
+    return std::make_unique<HostFileSystem>(drives);
 }
 
 }  // namespace vantrel::platform

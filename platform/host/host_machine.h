@@ -2,11 +2,11 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "platform/host/host_code_page.h"
 #include "platform/host/host_drives.h"
-#include "platform/host/host_file_system.h"
 #include "platform/host/host_services.h"
 #include "platform/machine.h"
 
@@ -27,7 +27,7 @@ class HostMachine {
   private:
     HostDriveMap drive_map_;
     HostProcess process_;
-    HostFileSystem files_{drive_map_};
+    std::unique_ptr<FileSystem> files_ = NewHostFileSystem(drive_map_);
     HostDrives drives_{drive_map_};
     HostClock clock_;
     HostSettings settings_;
@@ -35,8 +35,8 @@ class HostMachine {
     HostShell shell_;
     HostMailSession mail_session_;
     HostMailMessages mail_messages_;
-    Machine machine_{process_,   files_, drives_,       clock_,        settings_,
-                     code_page_, shell_, mail_session_, mail_messages_};
+    Machine machine_{process_,   *files_, drives_,       clock_,        settings_,
+                     code_page_, shell_,  mail_session_, mail_messages_};
 };
 
 }  // namespace vantrel::platform

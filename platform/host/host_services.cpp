@@ -25,18 +25,6 @@ LocalTime HostClock::ToLocal(Ticks utc) {
             local.tm_hour,        local.tm_min,     local.tm_sec};
 }
 
-std::chrono::milliseconds HostClock::SteadyNow() {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(
-        std::chrono::steady_clock::now().time_since_epoch());
-}
-
-void HostClock::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
-
-void HostClock::Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
-                     std::chrono::milliseconds time) {
-    signal.wait_for(lock, time);
-}
-
 std::optional<std::string> HostSettings::Read(const std::string& section, const std::string& key) {
     const std::lock_guard lock(mutex_);
     const auto found = values_.find({section, key});

@@ -6,20 +6,16 @@
 #include <string>
 #include <utility>
 
-#include "platform/machine.h"
+#include "platform/machine_support.h"
 #include "platform/mail.h"
 
 namespace vantrel::platform {
 
 // The host's clock, in the host's time zone. Safe from any thread.
-class HostClock : public Clock {
+class HostClock : public SteadyClock {
   public:
     LocalTime Now() override;
     LocalTime ToLocal(Ticks utc) override;
-    std::chrono::milliseconds SteadyNow() override;
-    void Sleep(std::chrono::milliseconds time) override;
-    void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
-              std::chrono::milliseconds time) override;
 };
 
 // Settings that last as long as the process. Safe from any thread.

@@ -1,4 +1,5 @@
-// An open file of the system.
+// Files and folders of the system. Retries calls that fail because another program holds the file,
+// except to open for reading; see platform/retry.h.
 #pragma once
 
 #include <memory>
@@ -11,6 +12,10 @@
 
 namespace vantrel::platform {
 
+// Any thread may call it.
+std::unique_ptr<FileSystem> NewWin32FileSystem(Pause pause = ::Sleep);
+
+// An open file.
 class Win32File final : public File {
   public:
     // As FileSystem::Open. Retries while the file is locked, for kWrite and kAppend.

@@ -1,5 +1,3 @@
-#include "platform/win32/win32_file_system.h"
-
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -185,130 +183,146 @@ void ListFolder(const DiskPath& folder, const std::function<bool(const FileInfo&
     }
 }
 
+class Win32FileSystem : public FileSystem {
+  public:
+    explicit Win32FileSystem(Pause pause) : pause_(std::move(pause)) {}
+
+    std::unique_ptr<File> Open(const std::string& path, OpenMode mode) override {
+        const DiskPath file(path);
+        if (mode == OpenMode::kWrite || mode == OpenMode::kAppend) {
+            RefuseReadOnly(file);
+        }
+        return Win32File::Open(file, mode, pause_);
+    }
+
+    std::optional<FileInfo> Find(const std::string& path) override {
+        const auto disk_path = PathOrNothing(path);
+        return disk_path ? FindOne(*disk_path) : std::nullopt;
+    }
+
+    void List(const std::string& folder,
+              const std::function<bool(const FileInfo&)>& each) override {
+        ListFolder(DiskPath(folder), each);
+    }
+
+    void MakeFolder(const std::string& path) override {
+        const auto folder = PathOrNothing(path);
+        if (!folder) {
+            RaiseError(error_number::kPathFileAccess);
+        }
+        if (!CreateDirectoryW(folder->c_str(), nullptr)) {
+            RaiseSystemError(GetLastError(), FileOperation::kFolder, *folder);
+        }
+    }
+
+    void Rename(const std::string& from, const std::string& to) override {
+        const DiskPath source(from);
+        const DiskPath target(to);
+        const FileOperation operation =
+            IsFolder(Needed(source)) ? FileOperation::kFolder : FileOperation::kFile;
+        // Two letters may be one volume, but Rename never changes the drive letter.
+        if (!source.OnSameDrive(target)) {
+            RaiseError(error_number::kAcrossDrives);
+        }
+        if (source.IsRoot()) {
+            RaiseError(error_number::kPathFileAccess);
+        }
+        // The system allows renaming a file to its own name, which is wanted for letter case only.
+        if (source.Text() == target.Text()) {
+            RaiseError(error_number::kFileExists);
+        }
+        const DWORD code = Retry([&] {
+            return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
+        });
+        const bool taken = ErrorNumber(code, FileOperation::kFile) == error_number::kFileExists;
+        RaiseUnless(code, taken ? FileOperation::kFile : operation, target);
+    }
+
+    void Replace(const std::string& from, const std::string& to) override {
+        const DiskPath source(from);
+        const DiskPath target(to);
+        const bool folder = IsFolder(Needed(source));
+        if (!source.OnSameDrive(target)) {
+            RaiseError(error_number::kAcrossDrives);
+        }
+        if (folder) {
+            RaiseError(error_number::kPermissionDenied);
+        }
+        RefuseReadOnly(target);
+        const DWORD code = Retry([&] {
+            return MoveFileExW(source.c_str(), target.c_str(),
+                               MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+        });
+        RaiseUnless(code, FileOperation::kFile, target);
+    }
+
+    void RemoveFile(const std::string& path) override {
+        const DiskPath file(path);
+        RefuseReadOnly(file);
+        RaiseUnless(Retry([&] { return ::DeleteFileW(file.c_str()) != 0; }), FileOperation::kFile,
+                    file);
+    }
+
+    void RemoveFolder(const std::string& path) override {
+        const DiskPath folder(path);
+        if (folder.IsRoot()) {
+            RaiseError(error_number::kPathFileAccess);
+        }
+        RaiseUnless(Retry([&] { return RemoveDirectoryW(folder.c_str()) != 0; }),
+                    FileOperation::kFolder, folder);
+    }
+
+    void SetAttributes(const std::string& path, std::uint32_t attributes) override {
+        constexpr DWORD kOurs = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
+                                FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+        // Further attributes that SetFileAttributes would clear.
+        constexpr DWORD kKept =
+            FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_OFFLINE | FILE_ATTRIBUTE_TEMPORARY;
+        const DiskPath item(path);
+        const DWORD after = (Needed(item) & kKept) | (attributes & kOurs);
+        if (!SetFileAttributesW(item.c_str(), after == 0 ? FILE_ATTRIBUTE_NORMAL : after)) {
+            RaiseSystemError(GetLastError(), FileOperation::kFile, item);
+        }
+    }
+
+    void SetTimes(const std::string& path, const FileTimes& times) override {
+        const DiskPath item(path);
+        const FileHandle handle = OpenForFacts(item, FILE_WRITE_ATTRIBUTES);
+        if (!handle.IsValid() || !ApplyTimes(handle.Get(), times)) {
+            RaiseSystemError(GetLastError(), FileOperation::kFile, item);
+        }
+    }
+
+    bool SameFile(const std::string& one, const std::string& other) override {
+        const auto one_path = PathOrNothing(one);
+        const auto other_path = PathOrNothing(other);
+        if (!one_path || !other_path) {
+            return false;
+        }
+        // Both stay open until they are compared, so that no file number is reused meanwhile.
+        const FileHandle one_handle = OpenForFacts(*one_path, FILE_READ_ATTRIBUTES);
+        const auto one_facts = Identity(one_handle, *one_path);
+        if (!one_facts) {
+            return false;
+        }
+        const FileHandle other_handle = OpenForFacts(*other_path, FILE_READ_ATTRIBUTES);
+        const auto other_facts = Identity(other_handle, *other_path);
+        return other_facts &&
+               one_facts->dwVolumeSerialNumber == other_facts->dwVolumeSerialNumber &&
+               one_facts->nFileIndexHigh == other_facts->nFileIndexHigh &&
+               one_facts->nFileIndexLow == other_facts->nFileIndexLow;
+    }
+
+  private:
+    DWORD Retry(const std::function<bool()>& call) const { return RetryWhileLocked(call, pause_); }
+
+    Pause pause_;
+};
+
 }  // namespace
 
-std::unique_ptr<File> Win32FileSystem::Open(const std::string& path, OpenMode mode) {
-    const DiskPath file(path);
-    if (mode == OpenMode::kWrite || mode == OpenMode::kAppend) {
-        RefuseReadOnly(file);
-    }
-    return Win32File::Open(file, mode, pause_);
-}
-
-std::optional<FileInfo> Win32FileSystem::Find(const std::string& path) {
-    const auto disk_path = PathOrNothing(path);
-    return disk_path ? FindOne(*disk_path) : std::nullopt;
-}
-
-void Win32FileSystem::List(const std::string& folder,
-                           const std::function<bool(const FileInfo&)>& each) {
-    ListFolder(DiskPath(folder), each);
-}
-
-void Win32FileSystem::MakeFolder(const std::string& path) {
-    const auto folder = PathOrNothing(path);
-    if (!folder) {
-        RaiseError(error_number::kPathFileAccess);
-    }
-    if (!CreateDirectoryW(folder->c_str(), nullptr)) {
-        RaiseSystemError(GetLastError(), FileOperation::kFolder, *folder);
-    }
-}
-
-void Win32FileSystem::Rename(const std::string& from, const std::string& to) {
-    const DiskPath source(from);
-    const DiskPath target(to);
-    const FileOperation operation =
-        IsFolder(Needed(source)) ? FileOperation::kFolder : FileOperation::kFile;
-    // Two letters may be one volume, but Rename never changes the drive letter.
-    if (!source.OnSameDrive(target)) {
-        RaiseError(error_number::kAcrossDrives);
-    }
-    if (source.IsRoot()) {
-        RaiseError(error_number::kPathFileAccess);
-    }
-    // The system allows renaming a file to its own name, which is wanted for letter case only.
-    if (source.Text() == target.Text()) {
-        RaiseError(error_number::kFileExists);
-    }
-    const DWORD code = Retry(
-        [&] { return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0; });
-    const bool taken = ErrorNumber(code, FileOperation::kFile) == error_number::kFileExists;
-    RaiseUnless(code, taken ? FileOperation::kFile : operation, target);
-}
-
-void Win32FileSystem::Replace(const std::string& from, const std::string& to) {
-    const DiskPath source(from);
-    const DiskPath target(to);
-    const bool folder = IsFolder(Needed(source));
-    if (!source.OnSameDrive(target)) {
-        RaiseError(error_number::kAcrossDrives);
-    }
-    if (folder) {
-        RaiseError(error_number::kPermissionDenied);
-    }
-    RefuseReadOnly(target);
-    const DWORD code = Retry([&] {
-        return MoveFileExW(source.c_str(), target.c_str(),
-                           MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
-    });
-    RaiseUnless(code, FileOperation::kFile, target);
-}
-
-void Win32FileSystem::RemoveFile(const std::string& path) {
-    const DiskPath file(path);
-    RefuseReadOnly(file);
-    RaiseUnless(Retry([&] { return ::DeleteFileW(file.c_str()) != 0; }), FileOperation::kFile,
-                file);
-}
-
-void Win32FileSystem::RemoveFolder(const std::string& path) {
-    const DiskPath folder(path);
-    if (folder.IsRoot()) {
-        RaiseError(error_number::kPathFileAccess);
-    }
-    RaiseUnless(Retry([&] { return RemoveDirectoryW(folder.c_str()) != 0; }),
-                FileOperation::kFolder, folder);
-}
-
-void Win32FileSystem::SetAttributes(const std::string& path, std::uint32_t attributes) {
-    constexpr DWORD kOurs = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
-                            FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-    // Further attributes that SetFileAttributes would clear.
-    constexpr DWORD kKept =
-        FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_OFFLINE | FILE_ATTRIBUTE_TEMPORARY;
-    const DiskPath item(path);
-    const DWORD after = (Needed(item) & kKept) | (attributes & kOurs);
-    if (!SetFileAttributesW(item.c_str(), after == 0 ? FILE_ATTRIBUTE_NORMAL : after)) {
-        RaiseSystemError(GetLastError(), FileOperation::kFile, item);
-    }
-}
-
-void Win32FileSystem::SetTimes(const std::string& path, const FileTimes& times) {
-    const DiskPath item(path);
-    const FileHandle handle = OpenForFacts(item, FILE_WRITE_ATTRIBUTES);
-    if (!handle.IsValid() || !ApplyTimes(handle.Get(), times)) {
-        RaiseSystemError(GetLastError(), FileOperation::kFile, item);
-    }
-}
-
-bool Win32FileSystem::SameFile(const std::string& one, const std::string& other) {
-    const auto one_path = PathOrNothing(one);
-    const auto other_path = PathOrNothing(other);
-    if (!one_path || !other_path) {
-        return false;
-    }
-    // Both stay open until they are compared, so that no file number is reused meanwhile.
-    const FileHandle one_handle = OpenForFacts(*one_path, FILE_READ_ATTRIBUTES);
-    const auto one_facts = Identity(one_handle, *one_path);
-    if (!one_facts) {
-        return false;
-    }
-    const FileHandle other_handle = OpenForFacts(*other_path, FILE_READ_ATTRIBUTES);
-    const auto other_facts = Identity(other_handle, *other_path);
-    return other_facts && one_facts->dwVolumeSerialNumber == other_facts->dwVolumeSerialNumber &&
-           one_facts->nFileIndexHigh == other_facts->nFileIndexHigh &&
-           one_facts->nFileIndexLow == other_facts->nFileIndexLow;
+std::unique_ptr<FileSystem> NewWin32FileSystem(Pause pause) {
+    return std::make_unique<Win32FileSystem>(std::move(pause));
 }
 
 }  // namespace vantrel::platform

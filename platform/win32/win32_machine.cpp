@@ -6,7 +6,7 @@
 
 #include "platform/win32/disk_path.h"
 #include "platform/win32/win32_code_page.h"
-#include "platform/win32/win32_file_system.h"
+#include "platform/win32/win32_file.h"
 #include "platform/win32/win32_mail.h"
 #include "platform/win32/win32_services.h"
 
@@ -14,7 +14,7 @@ namespace vantrel::platform {
 
 struct Win32Machine::Services {
     Win32Process process;
-    Win32FileSystem files;
+    std::unique_ptr<FileSystem> files = NewWin32FileSystem();
     Win32Drives drives;
     Win32Clock clock;
     Win32Settings settings;
@@ -23,8 +23,8 @@ struct Win32Machine::Services {
     MapiLibrary mapi;
     Win32MailSession mail_session{mapi};
     Win32MailMessages mail_messages{mapi};
-    Machine machine{process,   files, drives,       clock,        settings,
-                    code_page, shell, mail_session, mail_messages};
+    Machine machine{process,   *files, drives,       clock,        settings,
+                    code_page, shell,  mail_session, mail_messages};
 };
 
 Win32Machine::Win32Machine() {

@@ -182,18 +182,6 @@ LocalTime Win32Clock::ToLocal(Ticks utc) {
     return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
 }
 
-std::chrono::milliseconds Win32Clock::SteadyNow() {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(
-        std::chrono::steady_clock::now().time_since_epoch());
-}
-
-void Win32Clock::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
-
-void Win32Clock::Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
-                      std::chrono::milliseconds time) {
-    signal.wait_for(lock, time);
-}
-
 int Win32Drives::Type(const std::string& root) {
     return static_cast<int>(GetDriveTypeW(Wide(root).c_str()));
 }

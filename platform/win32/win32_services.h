@@ -4,21 +4,17 @@
 
 #include <memory>
 
-#include "platform/machine.h"
+#include "platform/machine_support.h"
 
 namespace vantrel::platform {
 
 // The system's clock, in the user's time zone.
-class Win32Clock final : public Clock {
+class Win32Clock final : public SteadyClock {
   public:
     Win32Clock();
     ~Win32Clock() override;
     LocalTime Now() override;
     LocalTime ToLocal(Ticks utc) override;
-    std::chrono::milliseconds SteadyNow() override;
-    void Sleep(std::chrono::milliseconds time) override;
-    void Wait(std::condition_variable& signal, std::unique_lock<std::mutex>& lock,
-              std::chrono::milliseconds time) override;
 
   private:
     class Zone;

@@ -1,5 +1,5 @@
 // A virus scanner holds a file for a moment and releases it between two tries.
-#include "platform/win32/win32_file_system.h"
+#include "platform/win32/win32_file.h"
 #include "tests/platform/win32_support.h"
 
 namespace vantrel::test {
@@ -18,12 +18,17 @@ class Win32LockedFile : public Win32Test {
     void ReleaseFile() { holder_.Close(); }
     int Paused() const { return paused_; }
 
-    platform::Win32FileSystem retrying{[this](DWORD) {
-        ++paused_;
-        if (--left_ == 0) {
-            ReleaseFile();
-        }
-    }};
+  private:
+    const std::unique_ptr<platform::FileSystem> retrying_ =
+        platform::NewWin32FileSystem([this](DWORD) {
+            ++paused_;
+            if (--left_ == 0) {
+                ReleaseFile();
+            }
+        });
+
+  protected:
+    platform::FileSystem& retrying = *retrying_;
 
   private:
     platform::FileHandle holder_;

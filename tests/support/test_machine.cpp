@@ -9,7 +9,6 @@
 #include "common/error.h"
 #include "platform/host/host_code_page.h"
 #include "platform/host/host_drives.h"
-#include "platform/host/host_file_system.h"
 #include "platform/host/host_path.h"
 #include "platform/text_file.h"
 
@@ -40,7 +39,8 @@ struct TestMachine::State {
 
     std::string folder = NewFolder();
     platform::HostDriveMap map;
-    platform::HostFileSystem files{map};
+    const std::unique_ptr<platform::FileSystem> host_files = platform::NewHostFileSystem(map);
+    platform::FileSystem& files = *host_files;
     platform::HostCodePage code_page;
     platform::Machine machine;
 };
