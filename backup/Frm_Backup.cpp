@@ -6,6 +6,7 @@
 #include "backupset/clsINI.h"
 #include "common/error.h"
 #include "common/file_name.h"
+#include "common/product.h"
 #include "log/clsLog.h"
 #include "system/clsDrives.h"
 
@@ -81,10 +82,11 @@ void Frm_Backup::ShowEnd() {
 }
 
 void Frm_Backup::ShowFailure(const std::string& reason) {
-    program().desktop.Show(
-        {.text = reason + "\r\n\r\n" + ArchiveText(EarlierArchive(), target_.Path()),
-         .icon = forms::Icon::kCritical,
-         .title = "Backup"});
+    program().desktop.Show({.text = "The backup has failed, and " + std::string(product::kName) +
+                                    " ends after OK.\r\n\r\n" + reason + "\r\n" +
+                                    ArchiveText(EarlierArchive(), target_.Path()),
+                            .icon = forms::Icon::kCritical,
+                            .title = "Backup"});
 }
 
 // The earlier archive is what it was. Of a spanned one the disk that is in the drive may be any

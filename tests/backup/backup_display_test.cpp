@@ -192,7 +192,8 @@ TEST_F(BackupDisplay, FailedRunShowsTheReasonAndWhatIsOnTheDiskBeforeTheFatalSto
     EXPECT_THROW(Run({}), ProgramEnded);
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].text,
-              "Out of memory\r\n\r\nEarlier archive, unchanged: C:\\Backups\\WEEKLY.zip");
+              "The backup has failed, and Vantrel ends after OK.\r\n\r\nOut of memory\r\nEarlier "
+              "archive, unchanged: C:\\Backups\\WEEKLY.zip");
     EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
 }
 
