@@ -44,22 +44,11 @@ std::string Header() {
 // Includes its line end. A mode without a reason has neither text nor line end, so that the rule
 // follows on the same line.
 std::string UnloadReason(int mode) {
-    switch (mode) {
-        case 0:
-            return std::string("Close on Control menu.") + kLineEnd;
-        case 1:
-            return std::string("Invoked from code.") + kLineEnd;
-        case 2:
-            return std::string("Windows O/S is ending.") + kLineEnd;
-        case 3:
-            return std::string("Windows Task Manager is ending.") + kLineEnd;
-        case 4:
-            return std::string("Child MDI form is closing.") + kLineEnd;
-        case 5:
-            return std::string("Parent Form is closing.") + kLineEnd;
-        default:
-            return "";
-    }
+    constexpr std::array kReasons = {
+        "Close on Control menu.",          "Invoked from code.",         "Windows O/S is ending.",
+        "Windows Task Manager is ending.", "Child MDI form is closing.", "Parent Form is closing."};
+    const auto index = static_cast<std::size_t>(mode);  // that of a negative mode is large
+    return index < kReasons.size() ? std::string(kReasons[index]) + kLineEnd : "";
 }
 
 int UnloadMode(const std::string& text) {

@@ -118,31 +118,24 @@ BackupStatus BackupTab::Status() const {
             .facts = facts_};
 }
 
-bool BackupTab::RequireSelectedSet(const std::string& request) {
-    if (!Cmb_BackupSet.Text().empty()) {
-        return true;
+template <typename Dialog>
+void BackupTab::ShowDialog(const std::string& request) {
+    forms::Program& program = window_.program();
+    if (Cmb_BackupSet.Text().empty()) {
+        program.desktop.Show({.text = request, .icon = Icon::kInformation, .title = "Backup"});
+        return;
     }
-    window_.program().desktop.Show(
-        {.text = request, .icon = Icon::kInformation, .title = "Backup"});
-    return false;
+    Dialog dialog(program, Controls());
+    program.desktop.ShowModal(dialog);
+    UpdateFacts();
 }
 
 void BackupTab::Cmd_Navigate_Click() {
-    if (!RequireSelectedSet("Please select a Backup Configuration.")) {
-        return;
-    }
-    Frm_BackupWhere dialog(window_.program(), Controls());
-    window_.program().desktop.ShowModal(dialog);
-    UpdateFacts();
+    ShowDialog<Frm_BackupWhere>("Please select a Backup Configuration.");
 }
 
 void BackupTab::Cmd_Options_Click() {
-    if (!RequireSelectedSet("Please select a Backup Configuration first.")) {
-        return;
-    }
-    Frm_BackupOptions dialog(window_.program(), Controls());
-    window_.program().desktop.ShowModal(dialog);
-    UpdateFacts();
+    ShowDialog<Frm_BackupOptions>("Please select a Backup Configuration first.");
 }
 
 std::string BackupTab::SetPath() const {

@@ -81,8 +81,9 @@ class BackupTab {
     std::string SetPath() const;
     BackupControls Controls();
     void UpdateFacts();
-    // False, with the message `request`, when no set is selected.
-    bool RequireSelectedSet(const std::string& request);
+    // Shows a dialog of the selected set, or the message `request` when none is selected.
+    template <typename Dialog>
+    void ShowDialog(const std::string& request);
 
     forms::Form& window_;
     Moves moves_ = Moves::kChosen;

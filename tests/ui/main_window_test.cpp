@@ -143,24 +143,17 @@ TEST_F(MainWindow, PointerIsAnHourglassUntilTheFirstActivation) {
     EXPECT_EQ(desktop.pointer, forms::Pointer::kDefault);
 }
 
-TEST_F(MainWindow, ShowingTheBackupTabReadsTheSetAgain) {
+TEST_F(MainWindow, ShowingTheBackupTabReadsTheSetAgainUnlessItIsShown) {
     PutSet("Daily.ini", {.name = "OLD"});
     Open();
     window->Backup.Cmb_BackupSet.SetText("Daily.ini");
     PutSet("Daily.ini", {.name = "NEW"});
-    window->TAB_Backup.SetTab(3);
-    EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "OLD");
+    for (const int still : {0, 3}) {
+        window->TAB_Backup.SetTab(still);
+        EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "OLD");
+    }
     window->TAB_Backup.SetTab(0);
     EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "NEW");
-}
-
-TEST_F(MainWindow, ShowingTheTabThatIsShownRaisesNothing) {
-    PutSet("Daily.ini", {.name = "OLD"});
-    Open();
-    window->Backup.Cmb_BackupSet.SetText("Daily.ini");
-    PutSet("Daily.ini", {.name = "NEW"});
-    window->TAB_Backup.SetTab(0);
-    EXPECT_EQ(window->Backup.Lbl_BackupFileName.Caption(), "OLD");
 }
 
 }  // namespace

@@ -50,6 +50,14 @@ class SecureTabTest : public MainWindowFixture {
         ASSERT_NE(found, tags.end()) << tag;
         Tab().TV_SecureMode.UserSelect(static_cast<int>(found - tags.begin()) + 1);
     }
+    void Add(const std::string& tag) {
+        Select(tag);
+        window->Menu_Secure_Add.UserChoose();
+    }
+    void ExpectNotProtected() {
+        EXPECT_THAT(Entries(), IsEmpty());
+        EXPECT_EQ(Picture(), 1);
+    }
     int Picture() { return Tab().TV_SecureMode.At(Tab().TV_SecureMode.Selected()).image; }
     int SelectedPicture() {
         return Tab().TV_SecureMode.At(Tab().TV_SecureMode.Selected()).selected_image;
@@ -219,8 +227,7 @@ TEST_F(SecureTabTest, MenuOfAnOrdinaryFolderOffersOnlyToAdd) {
 
 TEST_F(SecureTabTest, MenuOfAProtectedFolderOffersOnlyToDelete) {
     Open();
-    Select("C:\\Data");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\Data");
     Tab().TV_SecureMode.UserMouseDown(2);
     EXPECT_FALSE(window->Menu_Secure_Add.Enabled());
     EXPECT_TRUE(window->Menu_Secure_Delete.Enabled());
@@ -237,8 +244,7 @@ TEST_F(SecureTabTest, MenuDoesNotAppearWithoutASelectedNodeNorForOtherButtons) {
 
 TEST_F(SecureTabTest, AddingStoresThePathInCapitalsAndMarksTheNode) {
     Open();
-    Select("C:\\Data\\Sub");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\Data\\Sub");
     EXPECT_THAT(Entries(), ElementsAre("C:\\DATA\\SUB"));
     EXPECT_EQ(Picture(), 3);
     EXPECT_EQ(SelectedPicture(), 3);
@@ -248,74 +254,59 @@ TEST_F(SecureTabTest, AddingStoresThePathInCapitalsAndMarksTheNode) {
 TEST_F(SecureTabTest, AddingCreatesAMissingList) {
     Open();
     machine.files().RemoveFile(kList);
-    Select("C:\\Data");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\Data");
     EXPECT_THAT(Entries(), ElementsAre("C:\\DATA"));
 }
 
 TEST_F(SecureTabTest, WindowsFolderIsRefusedInAnyLetterCase) {
     machine.process.windows_folder = "c:\\Windows";
     Open();
-    Select("C:\\WINDOWS");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\WINDOWS");
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].text,
               "This folder is maintained by your Operating System.  "
               "You may not Protect System Folders.");
     EXPECT_EQ(desktop.boxes[0].icon, Icon::kExclamation);
     EXPECT_EQ(desktop.boxes[0].title, "Protected Folders");
-    EXPECT_THAT(Entries(), IsEmpty());
-    EXPECT_EQ(Picture(), 1);
+    ExpectNotProtected();
 }
 
 TEST_F(SecureTabTest, RefusingTheWindowsFolderCreatesNoList) {
     Open();
     machine.files().RemoveFile(kList);
-    Select("C:\\WINDOWS");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\WINDOWS");
     EXPECT_FALSE(machine.Exists(kList));
 }
 
 TEST_F(SecureTabTest, FoldersInTheWindowsFolderMayBeProtected) {
     Open();
-    Select("C:\\WINDOWS\\TEMP");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\WINDOWS\\TEMP");
     EXPECT_THAT(Entries(), ElementsAre("C:\\WINDOWS\\TEMP"));
 }
 
 TEST_F(SecureTabTest, FolderThatTheCodePageCannotHoldIsRefusedWithAMessage) {
     machine.MakeFolders("C:\\Data\\\xE6\x97\xA5");
     Open();
-    Select("C:\\Data\\\xE6\x97\xA5");
-    window->Menu_Secure_Add.UserChoose();
+    Add("C:\\Data\\\xE6\x97\xA5");
     ASSERT_EQ(desktop.boxes.size(), 1u);
     EXPECT_EQ(desktop.boxes[0].text,
               "Unable to use the folder C:\\Data\\\xE6\x97\xA5.\r\nIts name holds characters that "
               "the list of Protected Folders cannot store.");
-    EXPECT_THAT(Entries(), IsEmpty());
-    EXPECT_EQ(Picture(), 1);
+    ExpectNotProtected();
 }
 
-TEST_F(SecureTabTest, DeletingDropsTheEntryAndTheMark) {
+TEST_F(SecureTabTest, DeletingDropsTheEntryAndTheMarkAndCreatesAMissingList) {
     Open();
-    Select("C:\\Data");
-    window->Menu_Secure_Add.UserChoose();
-    window->Menu_Secure_Delete.UserChoose();
-    EXPECT_THAT(Entries(), IsEmpty());
-    EXPECT_EQ(Picture(), 1);
-    EXPECT_EQ(SelectedPicture(), 2);
-}
-
-TEST_F(SecureTabTest, DeletingWithoutAListCreatesOneAndDropsTheMark) {
-    Open();
-    Select("C:\\Data");
-    window->Menu_Secure_Add.UserChoose();
-    machine.files().RemoveFile(kList);
-    window->Menu_Secure_Delete.UserChoose();
-    EXPECT_TRUE(machine.Exists(kList));
-    EXPECT_THAT(Entries(), IsEmpty());
-    EXPECT_EQ(Picture(), 1);
-    EXPECT_EQ(SelectedPicture(), 2);
+    for (const bool has_list : {true, false}) {
+        Add("C:\\Data");
+        if (!has_list) {
+            machine.files().RemoveFile(kList);
+        }
+        window->Menu_Secure_Delete.UserChoose();
+        EXPECT_TRUE(machine.Exists(kList));
+        ExpectNotProtected();
+        EXPECT_EQ(SelectedPicture(), 2);
+    }
 }
 
 TEST_F(SecureTabTest, MenuHandlersTrapNothing) {
