@@ -73,7 +73,7 @@ class HandlerScope {
 class Control {
   public:
     // Registers itself with `owner`; `name` is the control's given name, array members as "Name_0".
-    Control(Form& owner, Kind kind, std::string name);
+    Control(Form& owner, Kind kind, std::string name, std::string caption = "");
     virtual ~Control() = default;
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
@@ -83,11 +83,11 @@ class Control {
     const std::string& name() const { return name_; }
 
     bool Enabled() const { return enabled_; }
-    void SetEnabled(bool enabled);
+    void SetEnabled(bool enabled) { Update(enabled_, enabled, Aspect::kEnabled); }
     bool Visible() const { return visible_; }
-    void SetVisible(bool visible);
+    void SetVisible(bool visible) { Update(visible_, visible, Aspect::kVisible); }
     const std::string& Caption() const { return caption_; }
-    void SetCaption(const std::string& caption);
+    void SetCaption(const std::string& caption) { Update(caption_, caption, Aspect::kText); }
     const std::string& Tooltip() const { return tooltip_; }
     void SetTooltip(const std::string& tooltip) { tooltip_ = tooltip; }
     void Refresh() { Notify(Aspect::kRedraw); }
@@ -100,6 +100,16 @@ class Control {
 
   protected:
     void Notify(Aspect aspect);
+    // Takes a value and shows it; false when it is the one that it has.
+    template <typename Value>
+    bool Update(Value& value, const Value& wanted, Aspect aspect) {
+        if (value == wanted) {
+            return false;
+        }
+        value = wanted;
+        Notify(aspect);
+        return true;
+    }
     // Runs the handler, if there is one; its errors travel to the caller.
     template <typename... Arguments>
     void Raise(const std::function<void(Arguments...)>& event, Arguments... arguments) {

@@ -2,9 +2,11 @@
 // named User... do what the mouse or the keyboard does, and respect Enabled().
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "forms/control.h"
@@ -15,11 +17,12 @@ namespace vantrel::forms {
 class Label : public Control {
   public:
     enum class Color { kButtonText, kHighlightText };
-    Label(Form& owner, std::string name, const std::string& caption = "");
+    Label(Form& owner, std::string name, std::string caption = "")
+        : Control(owner, Kind::kLabel, std::move(name), std::move(caption)) {}
     Event Click;
     void UserClick();
     Color ForeColor() const { return color_; }
-    void SetForeColor(Color color);
+    void SetForeColor(Color color) { Update(color_, color, Aspect::kColor); }
 
   private:
     Color color_ = Color::kButtonText;
@@ -27,7 +30,8 @@ class Label : public Control {
 
 class Button : public Control {
   public:
-    Button(Form& owner, std::string name, const std::string& caption);
+    Button(Form& owner, std::string name, std::string caption)
+        : Control(owner, Kind::kButton, std::move(name), std::move(caption)) {}
     Event Click;
     // Press raises Click even when the button is disabled; UserPress, for mouse and keyboard,
     // respects Enabled().
@@ -37,7 +41,8 @@ class Button : public Control {
 
 class CheckBox : public Control {
   public:
-    CheckBox(Form& owner, std::string name, const std::string& caption);
+    CheckBox(Form& owner, std::string name, std::string caption)
+        : Control(owner, Kind::kCheckBox, std::move(name), std::move(caption)) {}
     Event Click;  // whenever the mark becomes a different one
     bool Checked() const { return checked_; }
     void SetChecked(bool checked);
@@ -50,7 +55,10 @@ class CheckBox : public Control {
 // An edit field. Change is raised whenever the text becomes a different one.
 class TextBox : public Control {
   public:
-    TextBox(Form& owner, std::string name, bool multi_line = false, bool read_only = false);
+    TextBox(Form& owner, std::string name, bool multi_line = false, bool read_only = false)
+        : Control(owner, Kind::kTextBox, std::move(name)),
+          multi_line_(multi_line),
+          read_only_(read_only) {}
     Event Change;
     const std::string& Text() const { return text_; }
     void SetText(const std::string& text);
@@ -73,18 +81,19 @@ class TextBox : public Control {
 
 class Frame : public Control {
   public:
-    Frame(Form& owner, std::string name, const std::string& caption = "");
+    Frame(Form& owner, std::string name, std::string caption = "")
+        : Control(owner, Kind::kFrame, std::move(name), std::move(caption)) {}
 };
 
 class Picture : public Control {
   public:
-    Picture(Form& owner, std::string name);
+    Picture(Form& owner, std::string name) : Control(owner, Kind::kPicture, std::move(name)) {}
 };
 
 // Its caption is the line that it shows, as wide as the window allows.
 class StatusBar : public Control {
   public:
-    StatusBar(Form& owner, std::string name);
+    StatusBar(Form& owner, std::string name) : Control(owner, Kind::kStatusBar, std::move(name)) {}
     // `path` is a part of `text` that may be shortened in its middle, "" for none.
     void SetLine(const std::string& text, const std::string& path);
     const std::string& Path() const { return path_; }
@@ -100,9 +109,10 @@ class StatusBar : public Control {
 // 0 to 100; values outside are clamped.
 class ProgressBar : public Control {
   public:
-    ProgressBar(Form& owner, std::string name);
+    ProgressBar(Form& owner, std::string name)
+        : Control(owner, Kind::kProgressBar, std::move(name)) {}
     int Value() const { return value_; }
-    void SetValue(int value);
+    void SetValue(int value) { Update(value_, std::clamp(value, 0, 100), Aspect::kValue); }
 
   private:
     int value_ = 0;
@@ -111,9 +121,12 @@ class ProgressBar : public Control {
 // A panel whose fill shows a percentage, 0 to 100.
 class Panel : public Control {
   public:
-    Panel(Form& owner, std::string name, const std::string& caption = "");
+    Panel(Form& owner, std::string name, std::string caption = "")
+        : Control(owner, Kind::kPanel, std::move(name), std::move(caption)) {}
     double FloodPercent() const { return percent_; }
-    void SetFloodPercent(double percent);
+    void SetFloodPercent(double percent) {
+        Update(percent_, std::clamp(percent, 0.0, 100.0), Aspect::kValue);
+    }
 
   private:
     double percent_ = 0;
@@ -122,7 +135,7 @@ class Panel : public Control {
 // A clip in a file; an empty path shows nothing.
 class Animation : public Control {
   public:
-    Animation(Form& owner, std::string name);
+    Animation(Form& owner, std::string name) : Control(owner, Kind::kAnimation, std::move(name)) {}
     const std::string& Path() const { return path_; }
     bool Playing() const { return playing_; }
     void Open(const std::string& path);  // and plays it
@@ -148,7 +161,8 @@ class Timer : public Control {
 // An entry of the menu bar or of a pop-up menu, or such a menu itself.
 class MenuItem : public Control {
   public:
-    MenuItem(Form& owner, std::string name, const std::string& caption);
+    MenuItem(Form& owner, std::string name, std::string caption)
+        : Control(owner, Kind::kMenu, std::move(name), std::move(caption)) {}
     Event Click;
     void UserChoose();
     // Opens this menu at the mouse pointer and returns when it is closed; the handler of the chosen

@@ -24,6 +24,16 @@ bool IsListed(int type) {
     return type >= platform::drive_type::kRemovable && type <= platform::drive_type::kRamDisk;
 }
 
+// The folder that `path` leads to. Raises error 76, which names `path`, when it is not there.
+std::string ExistingFolder(platform::Machine& machine, const std::string& path) {
+    std::string folder =
+        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
+    if (folder.empty() || !IsFolder(machine.files, folder)) {
+        RaiseError(error_number::kPathNotFound, path);
+    }
+    return folder;
+}
+
 // A drive without a disk is not ready; a drive whose root denies access is.
 bool IsReady(platform::FileSystem& files, const std::string& root) {
     try {
@@ -97,12 +107,9 @@ void DriveList::UserChoose(int index) {
     if (index < 0 || index >= static_cast<int>(entries_.size())) {
         RaiseError(error_number::kInvalidPropertyValue);
     }
-    if (index == index_) {
-        return;
+    if (Update(index_, index, Aspect::kSelection)) {
+        Raise(Change);
     }
-    index_ = index;
-    Notify(Aspect::kSelection);
-    Raise(Change);
 }
 
 FolderList::FolderList(Form& owner_form, std::string name)
@@ -119,11 +126,7 @@ void FolderList::SetPath(const std::string& path) {
 
 bool FolderList::Enter(const std::string& path) {
     platform::Machine& machine = owner().program().machine;
-    const std::string folder =
-        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
-    if (folder.empty() || !IsFolder(machine.files, folder)) {
-        RaiseError(error_number::kPathNotFound, path);
-    }
+    const std::string folder = ExistingFolder(machine, path);
     const bool same = SamePath(machine.code_page, folder, path_);
     path_ = folder;
     Reload();
@@ -197,19 +200,13 @@ bool FolderReading::KeepReading() {
 }
 
 FileList::FileList(Form& owner_form, std::string name, std::string pattern)
-    : Control(owner_form, Kind::kFileList, std::move(name)), pattern_(std::move(pattern)) {
+    : List(owner_form, Kind::kFileList, std::move(name)), pattern_(std::move(pattern)) {
     path_ = path::Normalize(owner().program().machine.process.ApplicationFolder());
-    Fill();
+    Reload();
 }
 
 void FileList::SetPath(const std::string& path) {
-    platform::Machine& machine = owner().program().machine;
-    const std::string folder =
-        path::Normalize(path::OnDriveOf(machine.process.ApplicationFolder(), path));
-    if (folder.empty() || !IsFolder(machine.files, folder)) {
-        RaiseError(error_number::kPathNotFound, path);
-    }
-    path_ = folder;
+    path_ = ExistingFolder(owner().program().machine, path);
     Reload();
 }
 
@@ -218,47 +215,25 @@ void FileList::SetPattern(const std::string& pattern) {
     Reload();
 }
 
-std::string FileList::Item(int index) const {
-    return index >= 0 && index < Count() ? names_[static_cast<std::size_t>(index)] : std::string();
-}
-
-void FileList::SetIndex(int index) {
-    RestoreIndex(index);
-    Raise(Click);
-}
-
-void FileList::RestoreIndex(int index) {
-    if (index < -1 || index >= Count()) {
-        RaiseError(error_number::kInvalidPropertyValue);
-    }
-    index_ = index;
-    Notify(Aspect::kSelection);
-}
-
 void FileList::Reload() {
-    Fill();
-    Notify(Aspect::kItems);
-}
-
-void FileList::Fill() {
     platform::Machine& machine = owner().program().machine;
     const DosMask mask(machine.code_page.Fold(pattern_));
-    names_.clear();
-    index_ = -1;
+    std::vector<std::string> names;
     try {
         machine.files.List(path_, [&](const platform::FileInfo& info) {
             if (!info.IsFolder() && !info.IsHiddenOrSystem() &&
                 mask.Matches(machine.code_page.Fold(info.name))) {
-                names_.push_back(info.name);
+                names.push_back(info.name);
             }
             return true;
         });
     } catch (const Error&) {
-        names_.clear();  // a folder that went away shows nothing
+        names.clear();  // a folder that went away shows nothing
     }
-    std::sort(names_.begin(), names_.end(), [&](const std::string& one, const std::string& other) {
+    std::sort(names.begin(), names.end(), [&](const std::string& one, const std::string& other) {
         return machine.code_page.Fold(one) < machine.code_page.Fold(other);
     });
+    Replace(std::move(names));
 }
 
 }  // namespace vantrel::forms

@@ -7,6 +7,7 @@
 
 #include "common/error.h"
 #include "forms/control.h"
+#include "forms/lists.h"
 #include "forms/program.h"
 #include "platform/machine.h"
 
@@ -93,29 +94,20 @@ class FolderReading {
 
 // The files of a folder that match a pattern: plain ones, neither hidden nor system, sorted. A new
 // list shows the application folder.
-class FileList : public Control {
+class FileList : public List {
   public:
     FileList(Form& owner, std::string name, std::string pattern);
-    Event Click;
     std::function<void(int button)> MouseDown;  // 2: right button, or the menu key
     const std::string& Path() const { return path_; }
     void SetPath(const std::string& path);  // paths and error as for a folder list
     void SetPattern(const std::string& pattern);
-    int Count() const { return static_cast<int>(names_.size()); }
-    std::string Item(int index) const;
-    int Index() const { return index_; }
-    void SetIndex(int index);      // raises Click
-    void RestoreIndex(int index);  // does not
-    std::string FileName() const { return Item(index_); }
+    std::string FileName() const { return Text(); }
     void Reload();  // reads the folder again; nothing is selected afterwards
     void UserMouseDown(int button) { Raise(MouseDown, button); }
 
   private:
-    void Fill();
     std::string path_;
     std::string pattern_;
-    std::vector<std::string> names_;
-    int index_ = -1;
 };
 
 }  // namespace vantrel::forms

@@ -5,8 +5,6 @@
 
 namespace vantrel::forms {
 
-List::List(Form& owner, Kind kind, std::string name) : Control(owner, kind, std::move(name)) {}
-
 std::string List::Item(int index) const {
     return index >= 0 && index < Count() ? items_[static_cast<std::size_t>(index)] : std::string();
 }
@@ -43,14 +41,12 @@ void List::Remove(int index) {
     Notify(Aspect::kItems);
 }
 
-void List::Clear() {
-    items_.clear();
+void List::Replace(std::vector<std::string> items) {
+    items_ = std::move(items);
     ++removals_;
     index_ = -1;
     Notify(Aspect::kItems);
 }
-
-ComboBox::ComboBox(Form& owner, std::string name) : List(owner, Kind::kComboBox, std::move(name)) {}
 
 int ComboBox::IndexOf(const std::string& text) const {
     platform::CodePage& code_page = owner().program().machine.code_page;
@@ -70,10 +66,6 @@ void ComboBox::SetText(const std::string& text) {
     }
     SetIndex(index);
 }
-
-ListBox::ListBox(Form& owner, std::string name) : List(owner, Kind::kListBox, std::move(name)) {}
-
-Tree::Tree(Form& owner, std::string name) : Control(owner, Kind::kTree, std::move(name)) {}
 
 int Tree::Add(Node node) {
     if (node.parent < 0 || node.parent > Count()) {

@@ -3,13 +3,15 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "forms/control.h"
 
 namespace vantrel::forms {
 
-// What both lists share: entries, a selected index (-1 for none), Click when an entry is chosen.
+// What these lists and the file list share: entries, a selected index (-1 for none), Click when an
+// entry is chosen.
 class List : public Control {
   public:
     Event Click;
@@ -22,7 +24,7 @@ class List : public Control {
     void Add(const std::string& text);
     // Removes an entry. The selected one leaves no selection and raises no event.
     void Remove(int index);
-    void Clear();
+    void Clear() { Replace({}); }
     // The number of removals. While it stays the same, entries were only added at the end, and a
     // view adds the new ones instead of reading all again.
     int Removals() const { return removals_; }
@@ -32,7 +34,9 @@ class List : public Control {
     void RestoreIndex(int index);
 
   protected:
-    List(Form& owner, Kind kind, std::string name);
+    List(Form& owner, Kind kind, std::string name) : Control(owner, kind, std::move(name)) {}
+    // Takes other entries, of which none is selected.
+    void Replace(std::vector<std::string> items);
 
   private:
     std::vector<std::string> items_;
@@ -43,7 +47,7 @@ class List : public Control {
 // A drop-down list: the text is always one of the entries, or empty.
 class ComboBox : public List {
   public:
-    ComboBox(Form& owner, std::string name);
+    ComboBox(Form& owner, std::string name) : List(owner, Kind::kComboBox, std::move(name)) {}
     // Selects the first entry equal to `text` without regard to case ("" selects none) and raises
     // Click; the text is then the entry as listed. No such entry: error 383.
     void SetText(const std::string& text);
@@ -53,7 +57,7 @@ class ComboBox : public List {
 
 class ListBox : public List {
   public:
-    ListBox(Form& owner, std::string name);
+    ListBox(Form& owner, std::string name) : List(owner, Kind::kListBox, std::move(name)) {}
 };
 
 // A tree of nodes, with indices from 1 in the order of adding.
@@ -66,7 +70,7 @@ class Tree : public Control {
         int image = 0;   // picture numbers from 1, 0 for none
         int selected_image = 0;
     };
-    Tree(Form& owner, std::string name);
+    Tree(Form& owner, std::string name) : Control(owner, Kind::kTree, std::move(name)) {}
     int Count() const { return static_cast<int>(nodes_.size()); }
     const Node& At(int index) const { return nodes_.at(static_cast<std::size_t>(index - 1)); }
     // Adds a node below an earlier one and returns its index. No such parent: error 380.
