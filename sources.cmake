@@ -133,7 +133,6 @@ set(APP_SOURCES
     app/application.cpp)
 set(VIEWS_WIN32_SOURCES
     views/win32/anchors.cpp
-    views/win32/annotations.cpp
     views/win32/bind_folders.cpp
     views/win32/bind_lists.cpp
     views/win32/bind_pictures.cpp
@@ -143,6 +142,7 @@ set(VIEWS_WIN32_SOURCES
     views/win32/bind_tree.cpp
     views/win32/bind_window.cpp
     views/win32/binder.cpp
+    views/win32/com_services.cpp
     views/win32/dialogs.cpp
     views/win32/layout.cpp
     views/win32/own_texts.cpp

@@ -7,6 +7,10 @@ namespace {
 
 class ProgressBars : public WindowFixture<RunWindow> {
   protected:
+    void SetAndExpect(int set, int value) {
+        window.PB_File.SetValue(set);
+        Expect(value);
+    }
     void Expect(int value) {
         EXPECT_EQ(value, window.PB_File.Value());
         EXPECT_EQ(value, user->Percent(window.PB_File));
@@ -16,6 +20,10 @@ class ProgressBars : public WindowFixture<RunWindow> {
 class Panels : public WindowFixture<MainWindow> {
   protected:
     Panels() { window.TAB_Backup.SetTab(MainWindow::kRestore); }
+    void SetAndExpect(double set, double percent) {
+        window.SSP_TotalFiles.SetFloodPercent(set);
+        Expect(percent);
+    }
     void Expect(double percent) {
         constexpr double kOnePixel = 0.75;
         EXPECT_EQ(percent, window.SSP_TotalFiles.FloodPercent());
@@ -29,32 +37,24 @@ class Animations : public WindowFixture<RunWindow> {
 
 TEST_F(ProgressBars, ShowTheirValue) {
     Expect(0);
-    window.PB_File.SetValue(35);
-    Expect(35);
-    window.PB_File.SetValue(34);
-    Expect(34);
+    SetAndExpect(35, 35);
+    SetAndExpect(34, 34);
 }
 
 TEST_F(ProgressBars, StayBetweenNothingAndAll) {
-    window.PB_File.SetValue(101);
-    Expect(100);
-    window.PB_File.SetValue(-1);
-    Expect(0);
+    SetAndExpect(101, 100);
+    SetAndExpect(-1, 0);
 }
 
 TEST_F(Panels, AreFilledFromTheLeftAsFarAsTheyAreTold) {
     Expect(0);
-    window.SSP_TotalFiles.SetFloodPercent(40);
-    Expect(40);
-    window.SSP_TotalFiles.SetFloodPercent(33.25);
-    Expect(33.25);
+    SetAndExpect(40, 40);
+    SetAndExpect(33.25, 33.25);
 }
 
 TEST_F(Panels, StayBetweenNothingAndAll) {
-    window.SSP_TotalFiles.SetFloodPercent(100.5);
-    Expect(100);
-    window.SSP_TotalFiles.SetFloodPercent(-1);
-    Expect(0);
+    SetAndExpect(100.5, 100);
+    SetAndExpect(-1, 0);
 }
 
 TEST_F(Animations, PlayOnceOpenedAndUntilStopped) {

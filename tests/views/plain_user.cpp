@@ -62,8 +62,6 @@ class PlainUser : public ControlUser {
                 case Kind::kDriveList:
                     As<forms::DriveList>(list).Reload();  // it opens
                     return As<forms::DriveList>(list).UserChoose(index);
-                case Kind::kFileList:
-                    return As<forms::FileList>(list).SetIndex(index);
                 case Kind::kFolderList:
                     clicked_[&list] = {As<forms::FolderList>(list).Path(), index};
                     return;
@@ -147,10 +145,11 @@ class PlainUser : public ControlUser {
                     items.push_back(entry.name);
                 }
                 return items;
-            case Kind::kFileList:
-                return ItemsOf(As<forms::FileList>(list));
             default:
-                return ItemsOf(As<forms::List>(list));
+                for (int i = 0; i < As<forms::List>(list).Count(); ++i) {
+                    items.push_back(As<forms::List>(list).Item(i));
+                }
+                return items;
         }
     }
     int Highlighted(forms::Control& list) override {
@@ -159,8 +158,6 @@ class PlainUser : public ControlUser {
                 return As<forms::DriveList>(list).Index();
             case Kind::kFolderList:
                 return HighlightedFolder(As<forms::FolderList>(list));
-            case Kind::kFileList:
-                return As<forms::FileList>(list).Index();
             default:
                 return As<forms::List>(list).Index();
         }
@@ -212,15 +209,6 @@ class PlainUser : public ControlUser {
         if (control.Enabled() && control.Visible()) {
             Do(body);
         }
-    }
-
-    template <typename AnyList>
-    static std::vector<std::string> ItemsOf(const AnyList& list) {
-        std::vector<std::string> items;
-        for (int i = 0; i < list.Count(); ++i) {
-            items.push_back(list.Item(i));
-        }
-        return items;
     }
 
     // Highlighting is the screen's: until another folder is opened it is where the user clicked,

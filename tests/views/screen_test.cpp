@@ -131,24 +131,18 @@ TEST_F(MainOnScreen, CaretStaysWhileTheUserTypes) {
     EXPECT_EQ(MAKELONG(2, 2), Send(box, EM_GETSEL));
 }
 
-TEST_F(MainOnScreen, DisablingTheControlWithTheKeyboardPassesTheKeyboardOn) {
-    window.Cmd_Backup.SetFocus();
-    window.Cmd_Backup.SetEnabled(false);
-    const HWND focus = GetFocus();
-    ASSERT_NE(nullptr, focus);
-    EXPECT_NE(HandleOf(window.Cmd_Backup), focus);
-    EXPECT_TRUE(IsWindowEnabled(focus));
-    EXPECT_TRUE(IsChild(TopOf(window), focus));
-}
-
-TEST_F(MainOnScreen, HidingTheControlWithTheKeyboardPassesTheKeyboardOn) {
-    window.Cmd_Backup.SetFocus();
-    window.Cmd_Backup.SetVisible(false);
-    const HWND focus = GetFocus();
-    ASSERT_NE(nullptr, focus);
-    EXPECT_NE(HandleOf(window.Cmd_Backup), focus);
-    EXPECT_TRUE(IsWindowVisible(focus));
-    EXPECT_TRUE(IsChild(TopOf(window), focus));
+TEST_F(MainOnScreen, DisablingOrHidingTheControlWithTheKeyboardPassesTheKeyboardOn) {
+    for (const auto take_away : {&forms::Control::SetEnabled, &forms::Control::SetVisible}) {
+        window.Cmd_Backup.SetFocus();
+        (window.Cmd_Backup.*take_away)(false);
+        const HWND focus = GetFocus();
+        ASSERT_NE(nullptr, focus);
+        EXPECT_NE(HandleOf(window.Cmd_Backup), focus);
+        EXPECT_TRUE(IsWindowEnabled(focus));
+        EXPECT_TRUE(IsWindowVisible(focus));
+        EXPECT_TRUE(IsChild(TopOf(window), focus));
+        (window.Cmd_Backup.*take_away)(true);
+    }
 }
 
 TEST_F(MainOnScreen, FormKnowsWhereTheUserTookTheKeyboard) {

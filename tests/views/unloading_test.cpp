@@ -19,6 +19,12 @@ class Unloading : public WindowFixture<Window> {
         this->program.desktop.ShowModeless(this->window);
         EXPECT_TRUE(this->window.Loaded());
     }
+    // The handler of `event`, which `act` raises, unloads the window.
+    void UnloadsBy(forms::Event& event, const std::function<void()>& act) {
+        event = Unloads();
+        act();
+        ExpectGone();
+    }
     void ShowPage(int page) {
         this->window.TAB_Backup.SetTab(page);
         this->Happened();
@@ -30,23 +36,17 @@ using UnloadingOptions = Unloading<OptionsWindow>;
 using UnloadingWhere = Unloading<WhereWindow>;
 
 TEST_F(UnloadingMain, FromAButton) {
-    window.Cmd_Backup.Click = Unloads();
-    user->Click(window.Cmd_Backup);
-    ExpectGone();
+    UnloadsBy(window.Cmd_Backup.Click, [&] { user->Click(window.Cmd_Backup); });
 }
 
 TEST_F(UnloadingMain, FromALabel) {
     ShowPage(MainWindow::kAbout);
-    window.Lbl_WebAddress.Click = Unloads();
-    user->Click(window.Lbl_WebAddress);
-    ExpectGone();
+    UnloadsBy(window.Lbl_WebAddress.Click, [&] { user->Click(window.Lbl_WebAddress); });
 }
 
 TEST_F(UnloadingMain, FromACombo) {
     window.Cmb_BackupSet.Add("Daily.ini");
-    window.Cmb_BackupSet.Click = Unloads();
-    user->Choose(window.Cmb_BackupSet, 0);
-    ExpectGone();
+    UnloadsBy(window.Cmb_BackupSet.Click, [&] { user->Choose(window.Cmb_BackupSet, 0); });
 }
 
 TEST_F(UnloadingMain, FromATab) {
@@ -56,15 +56,13 @@ TEST_F(UnloadingMain, FromATab) {
 }
 
 TEST_F(UnloadingMain, FromTheMenuBar) {
-    window.Menu_File_Exit.Click = Unloads();
-    user->ChooseInMenuBar(window.Menu_File_Exit);
-    ExpectGone();
+    UnloadsBy(window.Menu_File_Exit.Click, [&] { user->ChooseInMenuBar(window.Menu_File_Exit); });
 }
 
 TEST_F(UnloadingMain, FromAPopUpMenu) {
-    window.Menu_Options_Delete.Click = Unloads();
-    user->ChooseInPopUp(window.Menu_Options_Delete, [&] { window.Menu_Options.PopUp(); });
-    ExpectGone();
+    UnloadsBy(window.Menu_Options_Delete.Click, [&] {
+        user->ChooseInPopUp(window.Menu_Options_Delete, [&] { window.Menu_Options.PopUp(); });
+    });
 }
 
 TEST_F(UnloadingMain, FromATimer) {
@@ -91,21 +89,15 @@ TEST_F(UnloadingMain, FromTheRightButtonOnAFileList) {
 
 TEST_F(UnloadingRun, FromAListBox) {
     window.Lst_Details.Add("Adding a.txt");
-    window.Lst_Details.Click = Unloads();
-    user->Choose(window.Lst_Details, 0);
-    ExpectGone();
+    UnloadsBy(window.Lst_Details.Click, [&] { user->Choose(window.Lst_Details, 0); });
 }
 
 TEST_F(UnloadingOptions, FromACheckBox) {
-    window.Chk_TimeBackup.Click = Unloads();
-    user->Click(window.Chk_TimeBackup);
-    ExpectGone();
+    UnloadsBy(window.Chk_TimeBackup.Click, [&] { user->Click(window.Chk_TimeBackup); });
 }
 
 TEST_F(UnloadingOptions, FromATextBox) {
-    window.Fld_BackupFile.Change = Unloads();
-    user->Type(window.Fld_BackupFile, "x");
-    ExpectGone();
+    UnloadsBy(window.Fld_BackupFile.Change, [&] { user->Type(window.Fld_BackupFile, "x"); });
 }
 
 TEST_F(UnloadingWhere, FromADriveList) {
@@ -122,9 +114,7 @@ TEST_F(UnloadingWhere, FromAFolderList) {
         program.machine.files.MakeFolder(folder);
     }
     window.Dir_DirList.SetPath(folder);
-    window.Dir_DirList.Change = Unloads();
-    user->DoubleClick(window.Dir_DirList, 0);
-    ExpectGone();
+    UnloadsBy(window.Dir_DirList.Change, [&] { user->DoubleClick(window.Dir_DirList, 0); });
     program.machine.files.RemoveFolder(folder);
 }
 

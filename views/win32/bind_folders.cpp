@@ -12,17 +12,17 @@ using forms::Aspect;
 
 namespace {
 
-class FolderListBinder : public Binder {
+class FolderListBinder : public BinderOf<forms::FolderList> {
   public:
-    FolderListBinder(BinderWindow& window, forms::FolderList& list, HWND handle, int id)
-        : Binder(window, list, handle, id), list_(list) {
+    FolderListBinder(BinderWindow& window, forms::Control& control, HWND handle, int id)
+        : BinderOf(window, control, handle, id) {
         SetWindowSubclass(handle, Keys, 0, 0);
     }
     ~FolderListBinder() override { RemoveWindowSubclass(handle(), Keys, 0); }
 
     void Command(WORD code) override {
         if (code == LBN_DBLCLK) {
-            list_.UserOpen(Send(LB_GETCURSEL));
+            object().UserOpen(Send(LB_GETCURSEL));
         }
     }
 
@@ -37,10 +37,10 @@ class FolderListBinder : public Binder {
     }
 
     void Draw(const DRAWITEMSTRUCT& item) override {
-        if (item.itemID >= list_.Entries().size()) {
+        if (item.itemID >= object().Entries().size()) {
             return;
         }
-        const forms::FolderList::Entry& entry = list_.Entries()[item.itemID];
+        const forms::FolderList::Entry& entry = object().Entries()[item.itemID];
         const bool selected = (item.itemState & ODS_SELECTED) != 0;
         const bool disabled = (item.itemState & ODS_DISABLED) != 0;
         FillRect(item.hDC, &item.rcItem,
@@ -72,7 +72,7 @@ class FolderListBinder : public Binder {
         SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
         Send(LB_RESETCONTENT);
         int current = -1;
-        for (const forms::FolderList::Entry& entry : list_.Entries()) {
+        for (const forms::FolderList::Entry& entry : object().Entries()) {
             const std::wstring name = Wide(entry.name);
             const int index = Send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
             if (entry.open) {
@@ -99,11 +99,6 @@ class FolderListBinder : public Binder {
         return DefSubclassProc(list, message, wparam, lparam);
     }
 
-    int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
-        return static_cast<int>(SendMessageW(handle(), message, wparam, lparam));
-    }
-
-    forms::FolderList& list_;
     OwnedIcon closed_, open_;
     int size_ = 16;
     int gap_ = 3;
@@ -111,8 +106,6 @@ class FolderListBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindFolderList(BinderWindow& window, forms::FolderList& list, HWND handle, int id) {
-    return std::make_unique<FolderListBinder>(window, list, handle, id);
-}
+const BinderMaker kFolderListBinder = NewBinder<FolderListBinder>;
 
 }  // namespace vantrel::views

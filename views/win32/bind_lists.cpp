@@ -20,12 +20,10 @@ constexpr Messages kListBox{LB_RESETCONTENT, LB_ADDSTRING, LB_GETCOUNT, LB_SETCU
 
 class ListBinder : public Binder {
   public:
-    ListBinder(BinderWindow& window, forms::Control& control, HWND handle, int id,
-               const Messages& messages)
-        : Binder(window, control, handle, id), messages_(messages) {}
+    using Binder::Binder;
 
     void Command(WORD code) override {
-        if (code != (&messages_ == &kCombo ? CBN_SELCHANGE : LBN_SELCHANGE)) {
+        if (code != (IsDropDown() ? CBN_SELCHANGE : LBN_SELCHANGE)) {
             return;
         }
         const int chosen = Send(messages_.selection);
@@ -39,7 +37,7 @@ class ListBinder : public Binder {
     // their font needs, which is less at more than 96 dpi.
     void Rescale(int dpi) override {
         Binder::Rescale(dpi);
-        if (&messages_ == &kCombo) {
+        if (IsDropDown()) {
             constexpr int kFieldUnits = 13;  // of 8 for the height of a line
             constexpr int kFrame = 6;        // pixels around the selected entry
             constexpr auto kSelectedEntry = static_cast<WPARAM>(-1);
@@ -57,9 +55,6 @@ class ListBinder : public Binder {
     // Whether the shown entries are unchanged, apart from new ones at the end.
     virtual bool OnlyAdded() { return false; }
 
-    int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
-        return static_cast<int>(SendMessageW(handle(), message, wparam, lparam));
-    }
     // A list box can be scrolled as far as its widest entry.
     void WidenFor(const std::wstring& text) const {
         constexpr int kMargin = 4;  // what the list leaves beside its entries
@@ -85,7 +80,7 @@ class ListBinder : public Binder {
         SendMessageW(handle(), WM_SETREDRAW, FALSE, 0);
         if (!OnlyAdded() || shown > Count()) {
             Send(messages_.reset);
-            if (&messages_ == &kListBox) {
+            if (!IsDropDown()) {
                 Send(LB_SETHORIZONTALEXTENT, 0);
             }
             shown = 0;
@@ -101,27 +96,29 @@ class ListBinder : public Binder {
         InvalidateRect(handle(), nullptr, TRUE);
     }
 
-    const Messages& messages_;
+    bool IsDropDown() const {
+        return control().kind() == forms::Kind::kComboBox ||
+               control().kind() == forms::Kind::kDriveList;
+    }
+
+    const Messages& messages_ = IsDropDown() ? kCombo : kListBox;
 };
 
-class TextListBinder : public ListBinder {
+class TextListBinder : public BinderOf<forms::List, ListBinder> {
   public:
-    TextListBinder(BinderWindow& window, forms::List& list, HWND handle, int id,
-                   const Messages& messages)
-        : ListBinder(window, list, handle, id, messages), list_(list) {}
+    using BinderOf::BinderOf;
 
   protected:
-    int Count() const override { return list_.Count(); }
-    std::string Entry(int index) const override { return list_.Item(index); }
-    int Selected() const override { return list_.Index(); }
-    void Choose(int index) override { list_.SetIndex(index); }
+    int Count() const override { return object().Count(); }
+    std::string Entry(int index) const override { return object().Item(index); }
+    int Selected() const override { return object().Index(); }
+    void Choose(int index) override { object().SetIndex(index); }
     bool OnlyAdded() override {
-        const int before = std::exchange(removals_, list_.Removals());
+        const int before = std::exchange(removals_, object().Removals());
         return before == removals_;
     }
 
   private:
-    forms::List& list_;
     int removals_ = -1;
 };
 
@@ -129,8 +126,8 @@ class TextListBinder : public ListBinder {
 // has no focus rectangle, which would look like an empty line.
 class WideListBinder : public TextListBinder {
   public:
-    WideListBinder(BinderWindow& window, forms::List& list, HWND handle, int id)
-        : TextListBinder(window, list, handle, id, kListBox) {
+    WideListBinder(BinderWindow& window, forms::Control& control, HWND handle, int id)
+        : TextListBinder(window, control, handle, id) {
         SetWindowSubclass(handle, PaintEmpty, 0, 0);
     }
     ~WideListBinder() override { RemoveWindowSubclass(handle(), PaintEmpty, 0); }
@@ -160,72 +157,49 @@ class WideListBinder : public TextListBinder {
     }
 };
 
-class DriveListBinder : public ListBinder {
+class DriveListBinder : public BinderOf<forms::DriveList, ListBinder> {
   public:
-    DriveListBinder(BinderWindow& window, forms::DriveList& list, HWND handle, int id)
-        : ListBinder(window, list, handle, id, kCombo), list_(list) {}
+    using BinderOf::BinderOf;
 
     // Drives come and go while the window is open.
     void Command(WORD code) override {
         if (code == CBN_DROPDOWN) {
-            return list_.Reload();
+            return object().Reload();
         }
         ListBinder::Command(code);
     }
 
   protected:
-    int Count() const override { return static_cast<int>(list_.Entries().size()); }
+    int Count() const override { return static_cast<int>(object().Entries().size()); }
     std::string Entry(int index) const override {
-        return list_.Entries()[static_cast<std::size_t>(index)];
+        return object().Entries()[static_cast<std::size_t>(index)];
     }
-    int Selected() const override { return list_.Index(); }
-    void Choose(int index) override { list_.UserChoose(index); }
-
-  private:
-    forms::DriveList& list_;
+    int Selected() const override { return object().Index(); }
+    void Choose(int index) override { object().UserChoose(index); }
 };
 
-class FileListBinder : public ListBinder {
+class FileListBinder : public BinderOf<forms::FileList, TextListBinder> {
   public:
-    FileListBinder(BinderWindow& window, forms::FileList& list, HWND handle, int id)
-        : ListBinder(window, list, handle, id, kListBox), list_(list) {}
-    void RightClick() override { list_.UserMouseDown(2); }
+    using BinderOf::BinderOf;
+    void RightClick() override { object().UserMouseDown(2); }
     POINT MenuPosition() const override {
         RECT entry{};
-        if (list_.Index() >= 0) {
-            Send(LB_GETITEMRECT, static_cast<WPARAM>(list_.Index()),
+        if (object().Index() >= 0) {
+            Send(LB_GETITEMRECT, static_cast<WPARAM>(object().Index()),
                  reinterpret_cast<LPARAM>(&entry));
         }
         return BelowInside(handle(), entry);
     }
 
   protected:
-    int Count() const override { return list_.Count(); }
-    std::string Entry(int index) const override { return list_.Item(index); }
-    int Selected() const override { return list_.Index(); }
-    void Choose(int index) override { list_.SetIndex(index); }
     void Added(const std::wstring& text) override { WidenFor(text); }
-
-  private:
-    forms::FileList& list_;
 };
 
 }  // namespace
 
-OwnedBinder BindComboBox(BinderWindow& window, forms::ComboBox& combo, HWND handle, int id) {
-    return std::make_unique<TextListBinder>(window, combo, handle, id, kCombo);
-}
-
-OwnedBinder BindListBox(BinderWindow& window, forms::ListBox& list, HWND handle, int id) {
-    return std::make_unique<WideListBinder>(window, list, handle, id);
-}
-
-OwnedBinder BindDriveList(BinderWindow& window, forms::DriveList& list, HWND handle, int id) {
-    return std::make_unique<DriveListBinder>(window, list, handle, id);
-}
-
-OwnedBinder BindFileList(BinderWindow& window, forms::FileList& list, HWND handle, int id) {
-    return std::make_unique<FileListBinder>(window, list, handle, id);
-}
+const BinderMaker kComboBoxBinder = NewBinder<TextListBinder>;
+const BinderMaker kListBoxBinder = NewBinder<WideListBinder>;
+const BinderMaker kDriveListBinder = NewBinder<DriveListBinder>;
+const BinderMaker kFileListBinder = NewBinder<FileListBinder>;
 
 }  // namespace vantrel::views

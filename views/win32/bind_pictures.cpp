@@ -59,10 +59,9 @@ class PictureBinder : public Binder {
 
 // Caption in the middle, filled from the left; letters over the fill take its text colour. With
 // neither it is part of the page: a frame around nothing would look like an empty field.
-class PanelBinder : public Binder {
+class PanelBinder : public BinderOf<forms::Panel> {
   public:
-    PanelBinder(BinderWindow& window, forms::Panel& panel, HWND handle, int id)
-        : Binder(window, panel, handle, id), panel_(panel) {}
+    using BinderOf::BinderOf;
 
     void Draw(const DRAWITEMSTRUCT& item) override {
         RECT area = item.rcItem;
@@ -83,7 +82,7 @@ class PanelBinder : public Binder {
   protected:
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kText) {
-            SetTextOf(handle(), panel_.Caption());
+            SetTextOf(handle(), object().Caption());
         }
         // Thousands of steps a second come here: only those that can be seen are painted.
         RECT area{};
@@ -102,11 +101,11 @@ class PanelBinder : public Binder {
         bool operator==(const Look&) const = default;
     };
 
-    bool IsIdle() const { return panel_.FloodPercent() == 0 && panel_.Caption().empty(); }
+    bool IsIdle() const { return object().FloodPercent() == 0 && object().Caption().empty(); }
     // Of `whole` pixels.
     LONG FilledWidth(LONG whole) const {
         return static_cast<LONG>(
-            std::lround(static_cast<double>(whole) * panel_.FloodPercent() / 100));
+            std::lround(static_cast<double>(whole) * object().FloodPercent() / 100));
     }
 
     void PaintPart(HDC device, const RECT& area, const RECT& part, int fill, int letters) const {
@@ -115,7 +114,7 @@ class PanelBinder : public Binder {
         IntersectClipRect(device, part.left, part.top, part.right, part.bottom);
         SetBkMode(device, TRANSPARENT);
         SetTextColor(device, GetSysColor(letters));
-        const std::wstring text = Wide(panel_.Caption());
+        const std::wstring text = Wide(object().Caption());
         RECT needed = area;
         DrawTextW(device, text.c_str(), -1, &needed, DT_CENTER | DT_NOPREFIX | DT_CALCRECT);
         RECT middle = area;
@@ -124,14 +123,12 @@ class PanelBinder : public Binder {
         RestoreDC(device, saved);
     }
 
-    forms::Panel& panel_;
     Look shown_;
 };
 
-class AnimationBinder : public Binder {
+class AnimationBinder : public BinderOf<forms::Animation> {
   public:
-    AnimationBinder(BinderWindow& window, forms::Animation& clip, HWND handle, int id)
-        : Binder(window, clip, handle, id), clip_(clip) {}
+    using BinderOf::BinderOf;
 
     void Rescale(int dpi) override {
         if (std::exchange(dpi_, dpi) != dpi && !open_.empty()) {
@@ -145,11 +142,11 @@ class AnimationBinder : public Binder {
         if (aspect != Aspect::kValue) {
             return;
         }
-        if (clip_.Path() != open_) {
-            open_ = clip_.Path();
+        if (object().Path() != open_) {
+            open_ = object().Path();
             OpenForDpi();
         }
-        if (clip_.Playing()) {
+        if (object().Playing()) {
             SendMessageW(handle(), ACM_PLAY, static_cast<WPARAM>(-1), MAKELPARAM(0, -1));
         } else {
             SendMessageW(handle(), ACM_STOP, 0, 0);
@@ -178,23 +175,14 @@ class AnimationBinder : public Binder {
                             path.empty() ? 0 : reinterpret_cast<LPARAM>(wide.c_str())) != 0;
     }
 
-    forms::Animation& clip_;
     std::string open_;
     int dpi_ = USER_DEFAULT_SCREEN_DPI;
 };
 
 }  // namespace
 
-OwnedBinder BindPicture(BinderWindow& window, forms::Picture& picture, HWND handle, int id) {
-    return std::make_unique<PictureBinder>(window, picture, handle, id);
-}
-
-OwnedBinder BindPanel(BinderWindow& window, forms::Panel& panel, HWND handle, int id) {
-    return std::make_unique<PanelBinder>(window, panel, handle, id);
-}
-
-OwnedBinder BindAnimation(BinderWindow& window, forms::Animation& clip, HWND handle, int id) {
-    return std::make_unique<AnimationBinder>(window, clip, handle, id);
-}
+const BinderMaker kPictureBinder = NewBinder<PictureBinder>;
+const BinderMaker kPanelBinder = NewBinder<PanelBinder>;
+const BinderMaker kAnimationBinder = NewBinder<AnimationBinder>;
 
 }  // namespace vantrel::views

@@ -28,14 +28,13 @@ class CaptionBinder : public Binder {
     }
 };
 
-class LabelBinder : public CaptionBinder {
+class LabelBinder : public BinderOf<forms::Label, CaptionBinder> {
   public:
-    LabelBinder(BinderWindow& window, forms::Label& label, HWND handle, int id)
-        : CaptionBinder(window, label, handle, id), label_(label) {}
+    using BinderOf::BinderOf;
 
     void Command(WORD code) override {
         if (code == STN_CLICKED || code == STN_DBLCLK) {
-            label_.UserClick();
+            object().UserClick();
         }
     }
     HBRUSH Colors(HDC device) override {
@@ -60,8 +59,8 @@ class LabelBinder : public CaptionBinder {
         GetClientRect(handle(), &area);
         area = TextArea(area);
         const bool fits =
-            TextDevice(handle()).WidthOf(Wide(label_.Caption())) <= area.right - area.left;
-        return fits || !ShortensText() ? "" : label_.Caption();
+            TextDevice(handle()).WidthOf(Wide(object().Caption())) <= area.right - area.left;
+        return fits || !ShortensText() ? "" : object().Caption();
     }
 
   protected:
@@ -98,8 +97,8 @@ class LabelBinder : public CaptionBinder {
     // colour of the page.
     void DrawBlinking(HDC device, RECT area) const {
         DrawThemeParentBackground(handle(), device, &area);
-        const std::wstring text = Wide(label_.Caption());
-        const bool highlighted = label_.ForeColor() == forms::Label::Color::kHighlightText;
+        const std::wstring text = Wide(object().Caption());
+        const bool highlighted = object().ForeColor() == forms::Label::Color::kHighlightText;
         if (highlighted) {
             RECT behind = area;
             DrawTextW(device, text.c_str(), -1, &behind, DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
@@ -118,37 +117,30 @@ class LabelBinder : public CaptionBinder {
         FrameRect(device, &area, GetSysColorBrush(COLOR_BTNSHADOW));
         area = TextArea(area);
         SetTextColor(device, GetSysColor(COLOR_BTNTEXT));
-        const bool path = label_.Caption().find('\\') != std::string::npos;
-        DrawTextW(device, Wide(label_.Caption()).c_str(), -1, &area,
+        const bool path = object().Caption().find('\\') != std::string::npos;
+        DrawTextW(device, Wide(object().Caption()).c_str(), -1, &area,
                   DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER |
                       static_cast<UINT>(path ? DT_PATH_ELLIPSIS : DT_END_ELLIPSIS));
     }
-
-    forms::Label& label_;
 };
 
-class ButtonBinder : public CaptionBinder {
+class ButtonBinder : public BinderOf<forms::Button, CaptionBinder> {
   public:
-    ButtonBinder(BinderWindow& window, forms::Button& button, HWND handle, int id)
-        : CaptionBinder(window, button, handle, id), button_(button) {}
+    using BinderOf::BinderOf;
     void Command(WORD code) override {
         if (code == BN_CLICKED) {
-            button_.UserPress();
+            object().UserPress();
         }
     }
-
-  private:
-    forms::Button& button_;
 };
 
 // The resource's box must not check itself (BS_CHECKBOX): the object decides.
-class CheckBoxBinder : public CaptionBinder {
+class CheckBoxBinder : public BinderOf<forms::CheckBox, CaptionBinder> {
   public:
-    CheckBoxBinder(BinderWindow& window, forms::CheckBox& box, HWND handle, int id)
-        : CaptionBinder(window, box, handle, id), box_(box) {}
+    using BinderOf::BinderOf;
     void Command(WORD code) override {
         if (code == BN_CLICKED) {
-            box_.UserToggle();
+            object().UserToggle();
         }
     }
 
@@ -156,53 +148,31 @@ class CheckBoxBinder : public CaptionBinder {
     void Show(Aspect aspect) override {
         CaptionBinder::Show(aspect);
         if (aspect == Aspect::kValue) {
-            SendMessageW(handle(), BM_SETCHECK, box_.Checked() ? BST_CHECKED : BST_UNCHECKED, 0);
+            SendMessageW(handle(), BM_SETCHECK, object().Checked() ? BST_CHECKED : BST_UNCHECKED,
+                         0);
         }
     }
-
-  private:
-    forms::CheckBox& box_;
 };
 
-class ProgressBarBinder : public Binder {
+class ProgressBarBinder : public BinderOf<forms::ProgressBar> {
   public:
-    ProgressBarBinder(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id)
-        : Binder(window, bar, handle, id), bar_(bar) {
-        SendMessageW(handle, PBM_SETRANGE32, 0, 100);
-    }
+    using BinderOf::BinderOf;
 
   protected:
     bool Defers(Aspect aspect) const override { return aspect == Aspect::kValue; }
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kValue) {
-            SendMessageW(handle(), PBM_SETPOS, static_cast<WPARAM>(bar_.Value()), 0);
+            SendMessageW(handle(), PBM_SETPOS, static_cast<WPARAM>(object().Value()), 0);
         }
     }
-
-  private:
-    forms::ProgressBar& bar_;
 };
 
 }  // namespace
 
-OwnedBinder BindLabel(BinderWindow& window, forms::Label& label, HWND handle, int id) {
-    return std::make_unique<LabelBinder>(window, label, handle, id);
-}
-
-OwnedBinder BindButton(BinderWindow& window, forms::Button& button, HWND handle, int id) {
-    return std::make_unique<ButtonBinder>(window, button, handle, id);
-}
-
-OwnedBinder BindCheckBox(BinderWindow& window, forms::CheckBox& box, HWND handle, int id) {
-    return std::make_unique<CheckBoxBinder>(window, box, handle, id);
-}
-
-OwnedBinder BindFrame(BinderWindow& window, forms::Frame& frame, HWND handle, int id) {
-    return std::make_unique<CaptionBinder>(window, frame, handle, id);
-}
-
-OwnedBinder BindProgressBar(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id) {
-    return std::make_unique<ProgressBarBinder>(window, bar, handle, id);
-}
+const BinderMaker kLabelBinder = NewBinder<LabelBinder>;
+const BinderMaker kButtonBinder = NewBinder<ButtonBinder>;
+const BinderMaker kCheckBoxBinder = NewBinder<CheckBoxBinder>;
+const BinderMaker kFrameBinder = NewBinder<CaptionBinder>;
+const BinderMaker kProgressBarBinder = NewBinder<ProgressBarBinder>;
 
 }  // namespace vantrel::views

@@ -23,10 +23,9 @@ std::wstring WithoutMiddle(const std::wstring& text, const std::wstring& path,
     return shorter.replace(at, removed, kDots);
 }
 
-class StatusBarBinder : public Binder {
+class StatusBarBinder : public BinderOf<forms::StatusBar> {
   public:
-    StatusBarBinder(BinderWindow& window, forms::StatusBar& bar, HWND handle, int id)
-        : Binder(window, bar, handle, id), bar_(bar) {}
+    using BinderOf::BinderOf;
 
     // The window has another size.
     void Rescale(int) override {
@@ -35,7 +34,7 @@ class StatusBarBinder : public Binder {
     }
 
   protected:
-    std::string ShortenedText() const override { return is_shortened_ ? bar_.Caption() : ""; }
+    std::string ShortenedText() const override { return is_shortened_ ? object().Caption() : ""; }
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kText) {
             Arrange();
@@ -50,8 +49,8 @@ class StatusBarBinder : public Binder {
         const int width = static_cast<int>(inside.right);
         const int border = static_cast<int>(inside.bottom) / 2;
         const TextDevice device(handle());
-        const std::wstring line = Wide(bar_.Caption());
-        std::wstring note = Wide(bar_.Note());
+        const std::wstring line = Wide(object().Caption());
+        std::wstring note = Wide(object().Note());
         // The last border is that of the corner by which a window is resized.
         int line_end = width - (note.empty() ? 0 : device.WidthOf(note) + 2 * border);
         if (device.WidthOf(line) > line_end - border) {
@@ -77,7 +76,7 @@ class StatusBarBinder : public Binder {
         if (device.WidthOf(line) <= width) {
             return line;
         }
-        const std::wstring path = Wide(bar_.Path());
+        const std::wstring path = Wide(object().Path());
         for (std::size_t removed = 4; removed + 3 < path.size(); ++removed) {
             std::wstring shorter = WithoutMiddle(line, path, removed);
             if (device.WidthOf(shorter) <= width) {
@@ -91,14 +90,11 @@ class StatusBarBinder : public Binder {
         return shorter + kDots;
     }
 
-    forms::StatusBar& bar_;
     bool is_shortened_ = false;
 };
 
 }  // namespace
 
-OwnedBinder BindStatusBar(BinderWindow& window, forms::StatusBar& bar, HWND handle, int id) {
-    return std::make_unique<StatusBarBinder>(window, bar, handle, id);
-}
+const BinderMaker kStatusBarBinder = NewBinder<StatusBarBinder>;
 
 }  // namespace vantrel::views

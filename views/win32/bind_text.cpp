@@ -49,17 +49,17 @@ int LinesOnScreen(HWND edit) {
     return std::max(1, static_cast<int>(area.bottom - area.top) / TextDevice(edit).LineHeight());
 }
 
-class TextBoxBinder : public Binder {
+class TextBoxBinder : public BinderOf<forms::TextBox> {
   public:
-    TextBoxBinder(BinderWindow& window, forms::TextBox& box, HWND handle, int id)
-        : Binder(window, box, handle, id), box_(box) {
+    TextBoxBinder(BinderWindow& window, forms::Control& control, HWND handle, int id)
+        : BinderOf(window, control, handle, id) {
         SendMessageW(handle, EM_SETLIMITTEXT, 0, 0);  // as much as there is memory for
-        SetWindowSubclass(handle, EditProcedure, 0, box.MultiLine());
+        SetWindowSubclass(handle, EditProcedure, 0, object().MultiLine());
     }
 
     void Command(WORD code) override {
         if (code == EN_CHANGE && !showing_) {
-            box_.UserType(TextOf(handle()));
+            object().UserType(TextOf(handle()));
         }
     }
     // Read-only text has the same background as other text.
@@ -76,7 +76,7 @@ class TextBoxBinder : public Binder {
     void Show(Aspect aspect) override {
         if (aspect == Aspect::kText || aspect == Aspect::kAppended) {
             showing_ = true;
-            SetTextOf(handle(), box_.Text());
+            SetTextOf(handle(), object().Text());
             showing_ = false;
         } else if (aspect == Aspect::kScroll) {
             Flush();
@@ -90,17 +90,14 @@ class TextBoxBinder : public Binder {
         const int first = static_cast<int>(SendMessageW(handle(), EM_GETFIRSTVISIBLELINE, 0, 0));
         const int lines = static_cast<int>(SendMessageW(handle(), EM_GETLINECOUNT, 0, 0));
         const int furthest = std::max(0, lines - LinesOnScreen(handle()) - first);
-        SendMessageW(handle(), EM_LINESCROLL, 0, std::min(box_.ScrolledLines(), furthest));
+        SendMessageW(handle(), EM_LINESCROLL, 0, std::min(object().ScrolledLines(), furthest));
     }
 
-    forms::TextBox& box_;
     bool showing_ = false;
 };
 
 }  // namespace
 
-OwnedBinder BindTextBox(BinderWindow& window, forms::TextBox& box, HWND handle, int id) {
-    return std::make_unique<TextBoxBinder>(window, box, handle, id);
-}
+const BinderMaker kTextBoxBinder = NewBinder<TextBoxBinder>;
 
 }  // namespace vantrel::views

@@ -24,10 +24,10 @@ constexpr int kPictures[] = {IDI_Folder, IDI_OpenFolder, IDI_ProtectedFolder};
 // The window procedure of all trees.
 WNDPROC g_tree_procedure = nullptr;
 
-class TreeBinder : public Binder {
+class TreeBinder : public BinderOf<forms::Tree> {
   public:
-    TreeBinder(BinderWindow& window, forms::Tree& tree, HWND handle, int id)
-        : Binder(window, tree, handle, id), tree_(tree) {
+    TreeBinder(BinderWindow& window, forms::Control& control, HWND handle, int id)
+        : BinderOf(window, control, handle, id) {
         // A subclass of the common controls would look up a property for each message, under Wine
         // five requests to its server for each node.
         g_tree_procedure = reinterpret_cast<WNDPROC>(
@@ -40,14 +40,14 @@ class TreeBinder : public Binder {
             return;
         }
         const auto& change = reinterpret_cast<const NMTREEVIEWW&>(header);
-        tree_.UserSelect(static_cast<int>(change.itemNew.lParam));
+        object().UserSelect(static_cast<int>(change.itemNew.lParam));
     }
     // The menu acts on the selected node, which may have been scrolled out of the view.
     void RightClick() override {
         if (const HTREEITEM selected = TreeView_GetSelection(handle())) {
             TreeView_EnsureVisible(handle(), selected);
         }
-        tree_.UserMouseDown(2);
+        object().UserMouseDown(2);
     }
     POINT MenuPosition() const override {
         RECT node{};
@@ -78,7 +78,7 @@ class TreeBinder : public Binder {
         // A hidden tree is one that is being filled: the control would look at all of its items
         // for each new one.
         if (aspect == Aspect::kVisible) {
-            SendMessageW(handle(), WM_SETREDRAW, tree_.Visible() ? TRUE : FALSE, 0);
+            SendMessageW(handle(), WM_SETREDRAW, object().Visible() ? TRUE : FALSE, 0);
         }
         showing_ = true;
         if (aspect == Aspect::kItems) {
@@ -88,7 +88,8 @@ class TreeBinder : public Binder {
             ShowImages();
         }
         if (aspect == Aspect::kSelection) {
-            TreeView_SelectItem(handle(), tree_.Selected() ? ItemOf(tree_.Selected()) : nullptr);
+            TreeView_SelectItem(handle(),
+                                object().Selected() ? ItemOf(object().Selected()) : nullptr);
         }
         showing_ = false;
     }
@@ -126,17 +127,17 @@ class TreeBinder : public Binder {
 
     // Nodes are only ever added at the end, or all removed.
     void ShowNodes() {
-        if (tree_.Count() <= static_cast<int>(shown_.size())) {
+        if (object().Count() <= static_cast<int>(shown_.size())) {
             TreeView_DeleteAllItems(handle());
             shown_.clear();
         }
-        while (static_cast<int>(shown_.size()) < tree_.Count()) {
+        while (static_cast<int>(shown_.size()) < object().Count()) {
             Insert(static_cast<int>(shown_.size()) + 1);
         }
     }
 
     void Insert(int index) {
-        const forms::Tree::Node& node = tree_.At(index);
+        const forms::Tree::Node& node = object().At(index);
         if (node.image && !has_images_) {
             has_images_ = true;
             TreeView_SetImageList(handle(), images_.get(), TVSIL_NORMAL);
@@ -158,9 +159,9 @@ class TreeBinder : public Binder {
     static int ImageIndex(int picture) { return picture ? picture - 1 : I_IMAGENONE; }
 
     void ShowImages() {
-        const int count = std::min(tree_.Count(), static_cast<int>(shown_.size()));
+        const int count = std::min(object().Count(), static_cast<int>(shown_.size()));
         for (int index = 1; index <= count; ++index) {
-            const forms::Tree::Node& node = tree_.At(index);
+            const forms::Tree::Node& node = object().At(index);
             Shown& shown = shown_[static_cast<std::size_t>(index - 1)];
             if (shown.image == node.image && shown.selected_image == node.selected_image) {
                 continue;
@@ -175,7 +176,6 @@ class TreeBinder : public Binder {
         }
     }
 
-    forms::Tree& tree_;
     OwnedImageList images_;
     std::vector<Shown> shown_;
     bool has_images_ = false;
@@ -184,8 +184,6 @@ class TreeBinder : public Binder {
 
 }  // namespace
 
-OwnedBinder BindTree(BinderWindow& window, forms::Tree& tree, HWND handle, int id) {
-    return std::make_unique<TreeBinder>(window, tree, handle, id);
-}
+const BinderMaker kTreeBinder = NewBinder<TreeBinder>;
 
 }  // namespace vantrel::views

@@ -9,12 +9,12 @@ using forms::Aspect;
 
 namespace {
 
-class TabsBinder : public Binder {
+class TabsBinder : public BinderOf<forms::Tabs> {
   public:
-    TabsBinder(BinderWindow& window, forms::Tabs& tabs, HWND handle, int id)
-        : Binder(window, tabs, handle, id), tabs_(tabs) {
+    TabsBinder(BinderWindow& window, forms::Control& control, HWND handle, int id)
+        : BinderOf(window, control, handle, id) {
         int index = 0;
-        for (const std::string& caption : tabs.Captions()) {
+        for (const std::string& caption : object().Captions()) {
             std::wstring text = Wide(caption);
             TCITEMW item{};
             item.mask = TCIF_TEXT;
@@ -26,7 +26,7 @@ class TabsBinder : public Binder {
 
     void Notify(const NMHDR& header) override {
         if (header.code == TCN_SELCHANGE) {
-            tabs_.SetTab(static_cast<int>(SendMessageW(handle(), TCM_GETCURSEL, 0, 0)));
+            object().SetTab(static_cast<int>(SendMessageW(handle(), TCM_GETCURSEL, 0, 0)));
         }
     }
 
@@ -35,29 +35,25 @@ class TabsBinder : public Binder {
         if (aspect != Aspect::kSelection) {
             return;
         }
-        SendMessageW(handle(), TCM_SETCURSEL, static_cast<WPARAM>(tabs_.Tab()), 0);
-        window_.ShowPage(tabs_.Tab());
+        SendMessageW(handle(), TCM_SETCURSEL, static_cast<WPARAM>(object().Tab()), 0);
+        window_.ShowPage(object().Tab());
     }
-
-  private:
-    forms::Tabs& tabs_;
 };
 
-class MenuBinder : public Binder {
+class MenuBinder : public BinderOf<forms::MenuItem> {
   public:
-    MenuBinder(BinderWindow& window, forms::MenuItem& item, int id)
-        : Binder(window, item, nullptr, id), item_(item) {}
+    using BinderOf::BinderOf;
 
-    void Command(WORD) override { item_.UserChoose(); }
+    void Command(WORD) override { object().UserChoose(); }
 
   protected:
     void Show(Aspect aspect) override {
         switch (aspect) {
             case Aspect::kText:
-                window_.SetMenuText(id(), item_.Caption());
+                window_.SetMenuText(id(), object().Caption());
                 break;
             case Aspect::kEnabled:
-                window_.EnableMenuEntry(id(), item_.Enabled());
+                window_.EnableMenuEntry(id(), object().Enabled());
                 break;
             case Aspect::kPopUp:
                 window_.PopUpMenu(id());
@@ -66,26 +62,22 @@ class MenuBinder : public Binder {
                 break;
         }
     }
-
-  private:
-    forms::MenuItem& item_;
 };
 
-class TimerBinder : public Binder {
+class TimerBinder : public BinderOf<forms::Timer> {
   public:
-    TimerBinder(BinderWindow& window, forms::Timer& timer)
-        : Binder(window, timer, nullptr, 0), timer_(timer) {}
+    using BinderOf::BinderOf;
     ~TimerBinder() override { KillTimer(window_.handle(), Number()); }
 
-    void Tick() override { timer_.Elapse(); }
+    void Tick() override { object().Elapse(); }
 
   protected:
     void Show(Aspect aspect) override {
         if (aspect != Aspect::kEnabled) {
             return;
         }
-        if (timer_.Enabled()) {
-            SetTimer(window_.handle(), Number(), static_cast<UINT>(timer_.Interval().count()),
+        if (object().Enabled()) {
+            SetTimer(window_.handle(), Number(), static_cast<UINT>(object().Interval().count()),
                      nullptr);
         } else {
             KillTimer(window_.handle(), Number());
@@ -94,21 +86,12 @@ class TimerBinder : public Binder {
 
   private:
     UINT_PTR Number() const { return reinterpret_cast<UINT_PTR>(static_cast<const Binder*>(this)); }
-    forms::Timer& timer_;
 };
 
 }  // namespace
 
-OwnedBinder BindTabs(BinderWindow& window, forms::Tabs& tabs, HWND handle, int id) {
-    return std::make_unique<TabsBinder>(window, tabs, handle, id);
-}
-
-OwnedBinder BindMenu(BinderWindow& window, forms::MenuItem& item, int id) {
-    return std::make_unique<MenuBinder>(window, item, id);
-}
-
-OwnedBinder BindTimer(BinderWindow& window, forms::Timer& timer) {
-    return std::make_unique<TimerBinder>(window, timer);
-}
+const BinderMaker kTabsBinder = NewBinder<TabsBinder>;
+const BinderMaker kMenuBinder = NewBinder<MenuBinder>;
+const BinderMaker kTimerBinder = NewBinder<TimerBinder>;
 
 }  // namespace vantrel::views

@@ -136,9 +136,48 @@ POINT BelowInside(HWND list, const RECT& entry) {
 
 namespace {
 
-template <typename T>
-T& As(forms::Control& control) {
-    return static_cast<T&>(control);
+BinderMaker MakerFor(Kind kind) {
+    switch (kind) {
+        case Kind::kLabel:
+            return kLabelBinder;
+        case Kind::kButton:
+            return kButtonBinder;
+        case Kind::kCheckBox:
+            return kCheckBoxBinder;
+        case Kind::kFrame:
+            return kFrameBinder;
+        case Kind::kPicture:
+            return kPictureBinder;
+        case Kind::kStatusBar:
+            return kStatusBarBinder;
+        case Kind::kProgressBar:
+            return kProgressBarBinder;
+        case Kind::kPanel:
+            return kPanelBinder;
+        case Kind::kAnimation:
+            return kAnimationBinder;
+        case Kind::kTextBox:
+            return kTextBoxBinder;
+        case Kind::kTabs:
+            return kTabsBinder;
+        case Kind::kComboBox:
+            return kComboBoxBinder;
+        case Kind::kListBox:
+            return kListBoxBinder;
+        case Kind::kDriveList:
+            return kDriveListBinder;
+        case Kind::kFolderList:
+            return kFolderListBinder;
+        case Kind::kFileList:
+            return kFileListBinder;
+        case Kind::kTree:
+            return kTreeBinder;
+        case Kind::kMenu:
+            return kMenuBinder;
+        case Kind::kTimer:
+            break;
+    }
+    return kTimerBinder;
 }
 
 }  // namespace
@@ -146,55 +185,12 @@ T& As(forms::Control& control) {
 std::unique_ptr<Binder> MakeBinder(BinderWindow& window, forms::Control& control, HWND handle,
                                    int id) {
     const Kind kind = control.kind();
-    if (kind == Kind::kTimer) {
-        return BindTimer(window, As<forms::Timer>(control));
-    }
-    if (id == 0 || (!handle && kind != Kind::kMenu)) {
+    if (kind != Kind::kTimer && (id == 0 || (!handle && kind != Kind::kMenu))) {
         throw Error(error_number::kInvalidPropertyValue, "MakeBinder",
                     "The window " + control.owner().name() + " has no real control \"" +
                         control.name() + "\"");
     }
-    switch (kind) {
-        case Kind::kLabel:
-            return BindLabel(window, As<forms::Label>(control), handle, id);
-        case Kind::kButton:
-            return BindButton(window, As<forms::Button>(control), handle, id);
-        case Kind::kCheckBox:
-            return BindCheckBox(window, As<forms::CheckBox>(control), handle, id);
-        case Kind::kFrame:
-            return BindFrame(window, As<forms::Frame>(control), handle, id);
-        case Kind::kPicture:
-            return BindPicture(window, As<forms::Picture>(control), handle, id);
-        case Kind::kStatusBar:
-            return BindStatusBar(window, As<forms::StatusBar>(control), handle, id);
-        case Kind::kProgressBar:
-            return BindProgressBar(window, As<forms::ProgressBar>(control), handle, id);
-        case Kind::kPanel:
-            return BindPanel(window, As<forms::Panel>(control), handle, id);
-        case Kind::kAnimation:
-            return BindAnimation(window, As<forms::Animation>(control), handle, id);
-        case Kind::kTextBox:
-            return BindTextBox(window, As<forms::TextBox>(control), handle, id);
-        case Kind::kTabs:
-            return BindTabs(window, As<forms::Tabs>(control), handle, id);
-        case Kind::kComboBox:
-            return BindComboBox(window, As<forms::ComboBox>(control), handle, id);
-        case Kind::kListBox:
-            return BindListBox(window, As<forms::ListBox>(control), handle, id);
-        case Kind::kDriveList:
-            return BindDriveList(window, As<forms::DriveList>(control), handle, id);
-        case Kind::kFolderList:
-            return BindFolderList(window, As<forms::FolderList>(control), handle, id);
-        case Kind::kFileList:
-            return BindFileList(window, As<forms::FileList>(control), handle, id);
-        case Kind::kTree:
-            return BindTree(window, As<forms::Tree>(control), handle, id);
-        case Kind::kMenu:
-            return BindMenu(window, As<forms::MenuItem>(control), id);
-        case Kind::kTimer:
-            break;
-    }
-    return nullptr;
+    return MakerFor(kind)(window, control, handle, id);
 }
 
 }  // namespace vantrel::views

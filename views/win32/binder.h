@@ -82,6 +82,9 @@ class Binder : public forms::ControlView {
     virtual bool Defers(forms::Aspect) const { return false; }
     // The full text of a control that shows it shortened; "" for any other.
     virtual std::string ShortenedText() const { return ""; }
+    int Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
+        return static_cast<int>(SendMessageW(handle_, message, wparam, lparam));
+    }
     bool ShouldShow() const;
     // Paints the control's area of the window, what is behind the control first.
     void RedrawArea() const;
@@ -101,6 +104,16 @@ class Binder : public forms::ControlView {
     bool released_ = false;
 };
 
+// A binder that knows its control's class.
+template <typename Object, typename Base = Binder>
+class BinderOf : public Base {
+  public:
+    using Base::Base;
+
+  protected:
+    Object& object() const { return static_cast<Object&>(this->control()); }
+};
+
 // Where the menu of an entry opens: below the entry's left half, but inside `list`. Both are in the
 // list's coordinates.
 POINT BelowInside(HWND list, const RECT& entry);
@@ -109,26 +122,16 @@ POINT BelowInside(HWND list, const RECT& entry);
 std::unique_ptr<Binder> MakeBinder(BinderWindow& window, forms::Control& control, HWND handle,
                                    int id);
 
-// Binders of each kind of control, for MakeBinder.
-using OwnedBinder = std::unique_ptr<Binder>;
-OwnedBinder BindLabel(BinderWindow& window, forms::Label& label, HWND handle, int id);
-OwnedBinder BindButton(BinderWindow& window, forms::Button& button, HWND handle, int id);
-OwnedBinder BindCheckBox(BinderWindow& window, forms::CheckBox& box, HWND handle, int id);
-OwnedBinder BindFrame(BinderWindow& window, forms::Frame& frame, HWND handle, int id);
-OwnedBinder BindPicture(BinderWindow& window, forms::Picture& picture, HWND handle, int id);
-OwnedBinder BindStatusBar(BinderWindow& window, forms::StatusBar& bar, HWND handle, int id);
-OwnedBinder BindProgressBar(BinderWindow& window, forms::ProgressBar& bar, HWND handle, int id);
-OwnedBinder BindPanel(BinderWindow& window, forms::Panel& panel, HWND handle, int id);
-OwnedBinder BindAnimation(BinderWindow& window, forms::Animation& clip, HWND handle, int id);
-OwnedBinder BindTextBox(BinderWindow& window, forms::TextBox& box, HWND handle, int id);
-OwnedBinder BindTabs(BinderWindow& window, forms::Tabs& tabs, HWND handle, int id);
-OwnedBinder BindComboBox(BinderWindow& window, forms::ComboBox& combo, HWND handle, int id);
-OwnedBinder BindListBox(BinderWindow& window, forms::ListBox& list, HWND handle, int id);
-OwnedBinder BindDriveList(BinderWindow& window, forms::DriveList& list, HWND handle, int id);
-OwnedBinder BindFolderList(BinderWindow& window, forms::FolderList& list, HWND handle, int id);
-OwnedBinder BindFileList(BinderWindow& window, forms::FileList& list, HWND handle, int id);
-OwnedBinder BindTree(BinderWindow& window, forms::Tree& tree, HWND handle, int id);
-OwnedBinder BindMenu(BinderWindow& window, forms::MenuItem& item, int id);
-OwnedBinder BindTimer(BinderWindow& window, forms::Timer& timer);
+// Makes the binder of one kind of control, for MakeBinder.
+using BinderMaker = std::unique_ptr<Binder> (*)(BinderWindow&, forms::Control&, HWND, int);
+template <typename T>
+std::unique_ptr<Binder> NewBinder(BinderWindow& window, forms::Control& control, HWND handle,
+                                  int id) {
+    return std::make_unique<T>(window, control, handle, id);
+}
+extern const BinderMaker kLabelBinder, kButtonBinder, kCheckBoxBinder, kFrameBinder, kPictureBinder,
+    kStatusBarBinder, kProgressBarBinder, kPanelBinder, kAnimationBinder, kTextBoxBinder,
+    kTabsBinder, kComboBoxBinder, kListBoxBinder, kDriveListBinder, kFolderListBinder,
+    kFileListBinder, kTreeBinder, kMenuBinder, kTimerBinder;
 
 }  // namespace vantrel::views

@@ -5,8 +5,6 @@
 #pragma once
 
 #include <windows.h>
-// Needs the types of windows.h.
-#include <shobjidl.h>
 
 #include <map>
 #include <memory>
@@ -16,32 +14,12 @@
 
 #include "forms/form.h"
 #include "forms/window_manager.h"
-#include "views/win32/annotations.h"
 #include "views/win32/binder.h"
+#include "views/win32/com_services.h"
 #include "views/win32/layout.h"
 #include "views/win32/tooltips.h"
 
 namespace vantrel::views {
-
-// The program's button on the taskbar, which shows the progress of a long run.
-class Taskbar {
-  public:
-    Taskbar() = default;
-    ~Taskbar();
-    Taskbar(const Taskbar&) = delete;
-    Taskbar& operator=(const Taskbar&) = delete;
-
-    // `window` has the button; `percent` is 0 to 100, less than 0 for nothing to show. Systems
-    // without such buttons show nothing.
-    void ShowProgress(HWND window, int percent);
-
-  private:
-    bool Connect();
-
-    ITaskbarList3* list_ = nullptr;
-    bool tried_ = false;
-    bool initialized_ = false;
-};
 
 class WindowView : public forms::ControlView, public BinderWindow {
   public:
