@@ -121,8 +121,6 @@ std::string HostCodePage::Upper(const std::string& utf8) {
     });
 }
 
-std::string HostCodePage::Fold(const std::string& utf8) { return HostFold(utf8); }
-
 std::string HostFold(const std::string& utf8) {
     if (auto ascii = utf::UpperOfAscii(utf8)) {
         return std::move(*ascii);
