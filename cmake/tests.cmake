@@ -1,10 +1,13 @@
-# GoogleTest from its Debian source package, so that one package serves every compiler.
-set(INSTALL_GTEST OFF)
-set(gtest_force_shared_crt ON)
-set(BUILD_GMOCK ON)
-add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
-
-if(NOT WIN32)
+# GoogleTest is installed for the host. For Windows it is built from its Debian source package, without
+# optimisation, since it is not under test.
+if(WIN32)
+    set(INSTALL_GTEST OFF)
+    add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
+    foreach(package gtest gtest_main gmock)
+        target_compile_options(${package} PRIVATE -O0)
+    endforeach()
+else()
+    find_package(GTest REQUIRED)
     list(APPEND TEST_SUPPORT_SOURCES ${TEST_SUPPORT_HOST_SOURCES})
 endif()
 vantrel_module(test_support SOURCES ${TEST_SUPPORT_SOURCES}
@@ -13,14 +16,6 @@ if(NOT WIN32)
     vantrel_module(archive_test_support SOURCES ${ARCHIVE_SUPPORT_SOURCES}
                    BELOW vantrel_test_support vantrel_zip)
 endif()
-
-# The test library is not under test: without optimisation, and without the address sanitizer.
-foreach(package gtest gtest_main gmock)
-    target_compile_options(${package} PRIVATE -O0)
-    if(VANTREL_SANITIZE MATCHES address)
-        target_compile_options(${package} PRIVATE -fno-sanitize=all)
-    endif()
-endforeach()
 
 # Compiling tests takes longer than running them, so their own code is neither optimised nor checked for
 # undefined behaviour; the code under test is.
