@@ -5,7 +5,6 @@ namespace vantrel::test {
 namespace {
 
 using namespace error_number;
-using platform::FileTimes;
 using platform::OpenMode;
 using platform::Ticks;
 namespace attribute = platform::attribute;

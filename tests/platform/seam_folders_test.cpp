@@ -8,7 +8,6 @@ namespace {
 
 using namespace error_number;
 using platform::FileInfo;
-using platform::OpenMode;
 namespace attribute = platform::attribute;
 
 class SeamFind : public Seam {};

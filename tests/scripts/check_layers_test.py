@@ -180,6 +180,11 @@ class CheckLayers(unittest.TestCase):
                           {"tests/zip/z_test.cpp": '#include "zip/z.h"\n'
                                                    "TEST(Z, DISABLED_Works) {}\n"})
 
+    def test_using_declaration_without_a_use(self):
+        source = '#include "common/a.h"\nusing other::Unused;\nusing other::Used;\nUsed value;\n'
+        self.assert_finds("common/a.cpp: does not use Unused", {"common/a.cpp": source})
+        self.assert_accepts({"common/a.cpp": source.replace("using other::Unused;", "")})
+
     def test_too_long_file(self):
         self.assert_finds("common/a.cpp: has more than 400 lines",
                           {"common/a.cpp": '#include "common/a.h"\n' * 401})
