@@ -1,5 +1,6 @@
 """Small pictures from filled outlines, with smooth edges. Coordinates run from 0 to 1, downwards."""
 
+import functools
 import math
 
 ROWS = 8  # sub-rows of a pixel that an outline is measured on
@@ -16,7 +17,7 @@ class Canvas:
     def fill(self, outline, paint, alpha=1.0, scale=None, at=(0.0, 0.0)):
         """Fills an outline of (x, y) points; `scale` pixels are 1, `at` is where 0, 0 falls."""
         scale = scale or self.width
-        points = [(x * scale + at[0], y * scale + at[1]) for x, y in outline]
+        points = tuple((x * scale + at[0], y * scale + at[1]) for x, y in outline)
         over = colour(paint)
         for index, cover in coverage(points, self.width, self.height).items():
             self.blend(index, over, min(cover, 1.0) * alpha)
@@ -35,6 +36,7 @@ def colour(text):
     return tuple(int(text[i:i + 2], 16) / 255 for i in (0, 2, 4))
 
 
+@functools.lru_cache(maxsize=256)  # a clip's frames repeat their two pictures
 def coverage(points, width, height):
     """Which part of each pixel lies inside, by the even-odd rule."""
     covered = {}
