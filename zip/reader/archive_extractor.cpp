@@ -83,10 +83,8 @@ class Extractor {
         ReportLost();
         const bool fits = options_.verify_only || EverythingFits();
         // Otherwise files are restored before planning ends.
-        if (!fits || !run_.planner.IsInOrder()) {
-            run_.planner.PlanAll();
-        }
         if (!fits) {
+            run_.planner.PlanAll();
             RequireSpace();
         }
         if (!options_.verify_only) {

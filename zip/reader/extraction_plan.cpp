@@ -103,16 +103,14 @@ ExtractionPlanner::ExtractionPlanner(const Directory& directory, const DosMask& 
 
 bool ExtractionPlanner::PlanMore(std::size_t count) {
     const std::size_t left = directory_.entries.size() - next_;
-    for (std::size_t portion = std::min(count, left); portion > 0; --portion) {
+    const std::size_t portion = in_order_ ? std::min(count, left) : left;
+    for (std::size_t i = 0; i < portion; ++i) {
         Add(next_++);
-    }
-    if (count < left) {
-        return true;
     }
     if (left > 0 && !in_order_) {
         SortFiles();
     }
-    return false;
+    return portion < left;
 }
 
 void ExtractionPlanner::PlanAll() {

@@ -50,10 +50,8 @@ class ExtractionPlanner {
     ExtractionPlanner(const ExtractionPlanner&) = delete;
     ExtractionPlanner& operator=(const ExtractionPlanner&) = delete;
 
-    // Whether the entries of the directory are in the order of their data, as usual.
-    bool IsInOrder() const { return in_order_; }
-
-    // Decides about the next `count` entries. False when the last of them is planned.
+    // Decides about the next `count` entries; about all when they are not in the order of their
+    // data. False when the last of them is planned.
     bool PlanMore(std::size_t count);
     void PlanAll();
 
@@ -64,8 +62,8 @@ class ExtractionPlanner {
         return PathOf(planned, directory_.entries[planned.index].name);
     }
 
-    // What is planned so far. With entries in order a planned file never moves, so that other
-    // threads may read it meanwhile; without, the order is right only after the last entry.
+    // What is planned so far. A planned file never moves, so that other threads may read it while
+    // PlanMore runs.
     const ExtractionPlan& Plan() const { return plan_; }
 
   private:
