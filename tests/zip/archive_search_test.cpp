@@ -267,7 +267,7 @@ class SearchBounds : public ::testing::Test {
         StringSource source(bytes);
         zip::Directory directory;
         SearchArchive(
-            source, machine.code_page(), machine.clock, [](std::uint64_t) {}, directory);
+            source, machine.code_page(), machine.clock, [](std::uint64_t) {}, directory, limits);
         bytes_read = source.bytes_read;
         return directory;
     }
@@ -294,7 +294,19 @@ class SearchBounds : public ::testing::Test {
         return all;
     }
 
+    // The local headers and data of ten files, or their central records.
+    static std::string TenFiles(bool central) {
+        BuiltArchive archive;
+        archive.entries =
+            EntriesNamed({"a0", "a1", "a2", "a3", "a4", "a5", "a6", "a7", "a8", "a9"});
+        const std::string bytes = archive.Bytes();
+        const std::size_t directory = bytes.find("PK\1\2");
+        return central ? bytes.substr(directory, bytes.find("PK\5\6") - directory)
+                       : bytes.substr(0, directory);
+    }
+
     TestMachine machine;
+    zip::SearchLimits limits;
     std::uint64_t bytes_read = 0;
 };
 
@@ -311,6 +323,24 @@ TEST_F(SearchBounds, HeadersThatEachStateTheRestOfTheArchive) {
         EXPECT_THAT(directory.entries, IsEmpty());
         EXPECT_LE(bytes_read, 16 * bytes.size() + (std::uint64_t{128} << 20));
     }
+}
+
+TEST_F(SearchBounds, HeadersAreLimited) {
+    limits.headers = 4;
+    EXPECT_EQ(Search(TenFiles(false)).entries.size(), 4u);
+}
+
+TEST_F(SearchBounds, LostEntriesAreLimited) {
+    limits.lost = 3;
+    EXPECT_EQ(Search(TenFiles(true)).lost.size(), 3u);
+    EXPECT_EQ(Search(TenFiles(true)).lost_unnamed, 7u);
+    EXPECT_EQ(Search(Repeated(Header(8, 100), 10 * 31)).lost_unnamed, 7u);
+}
+
+TEST_F(SearchBounds, NamesAreLimited) {
+    limits.name_bytes = 6;
+    EXPECT_EQ(Search(TenFiles(true)).lost_unnamed, 7u);
+    EXPECT_EQ(Search(Repeated(Header(8, 100), 10 * 31)).lost_unnamed, 4u);
 }
 
 TEST_F(SearchBounds, NamesOfLostEntriesAreLimited) {

@@ -13,23 +13,21 @@ namespace vantrel::zip {
 
 namespace {
 
-// Entries; an archive of nothing but headers would need memory without end.
-constexpr std::uint64_t kMaxFound = std::uint64_t{1} << 22;
-
 // No deflate stream becomes larger by more: 258 bytes take 2 bits at least (RFC 1951, 3.2.5).
 constexpr std::uint64_t kMaxDeflateRatio = 1032;
 
 class Search {
   public:
     Search(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
-           const SearchProgress& progress)
+           const SearchProgress& progress, const SearchLimits& limits)
         : source_(source),
           code_page_(code_page),
           clock_(clock),
           progress_(progress),
+          max_headers_(limits.headers),
           scanner_(source, [this] { progress_(done_); }),
           probe_(source, memory_, [this] { progress_(done_); }),
-          found_(probe_, source) {}
+          found_(probe_, source, limits) {}
 
     void Run(Directory& directory) {
         for (auto hit = scanner_.Next(0); hit; hit = scanner_.Next(done_)) {
@@ -56,12 +54,11 @@ class Search {
 
     std::uint64_t TakeLocal(std::uint64_t at) {
         const std::uint64_t behind = at + kSignatureSize;
-        const std::string_view fixed = scanner_.Peek(at, local_header::kFixedSize);
-        if (fixed.size() < local_header::kFixedSize || locals_ == kMaxFound) {
+        const auto header = ParseLocalHeader(scanner_.Peek(at, local_header::kFixedSize));
+        if (!header || locals_ == max_headers_) {
             return behind;
         }
-        auto record =
-            ParseLocalRecord(scanner_.Peek(at, LocalHeaderLength(fixed)), at, code_page_, clock_);
+        auto record = ParseLocalRecord(scanner_.Peek(at, header->Length()), at, code_page_, clock_);
         if (!record) {
             return behind;
         }
@@ -113,6 +110,7 @@ class Search {
     platform::CodePage& code_page_;
     platform::Clock& clock_;
     const SearchProgress& progress_;
+    const std::uint64_t max_headers_;
     std::uint64_t done_ = 0;
     RecordScanner scanner_;
     HeldMemory memory_{1};
@@ -138,8 +136,9 @@ bool NeedsSearch(const Directory& directory) {
 }
 
 void SearchArchive(ByteSource& source, platform::CodePage& code_page, platform::Clock& clock,
-                   const SearchProgress& progress, Directory& directory) {
-    Search(source, code_page, clock, progress).Run(directory);
+                   const SearchProgress& progress, Directory& directory,
+                   const SearchLimits& limits) {
+    Search(source, code_page, clock, progress, limits).Run(directory);
 }
 
 }  // namespace vantrel::zip

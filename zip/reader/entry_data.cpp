@@ -199,7 +199,7 @@ EntryData::DataLocation EntryData::FindData(const StoredEntry& entry) {
     if (name != entry.RawName()) {
         data.disagreement = "name";
     }
-    data.offset = name_at + header->name_length + header->extra_length;
+    data.offset = entry.offset + header->Length();
     return data;
 }
 

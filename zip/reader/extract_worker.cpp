@@ -202,12 +202,12 @@ std::optional<StoredEntry> ExtractWorker::ByLocalHeader(const StoredEntry& entry
 
 // Nothing when there is no local header with the entry's name.
 std::optional<LocalRecord> ExtractWorker::ReadLocalRecord(const StoredEntry& entry) {
-    const std::string fixed = source_.Bytes(entry.offset, local_header::kFixedSize);
-    if (!ParseLocalHeader(fixed)) {
+    const auto header = ParseLocalHeader(source_.Bytes(entry.offset, local_header::kFixedSize));
+    if (!header) {
         return std::nullopt;
     }
-    auto record = ParseLocalRecord(source_.Bytes(entry.offset, LocalHeaderLength(fixed)),
-                                   entry.offset, run_.machine.code_page, run_.machine.clock);
+    auto record = ParseLocalRecord(source_.Bytes(entry.offset, header->Length()), entry.offset,
+                                   run_.machine.code_page, run_.machine.clock);
     return record && record->entry.RawName() == entry.RawName() ? std::move(record) : std::nullopt;
 }
 

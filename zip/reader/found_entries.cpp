@@ -8,12 +8,6 @@ namespace vantrel::zip {
 
 namespace {
 
-// Bounds for archives that are made to waste memory: lost entries that are named, the bytes of
-// their names, local headers of one name that a central record is compared with, directories.
-constexpr std::size_t kMaxLost = std::size_t{1} << 20;
-constexpr std::uint64_t kMaxNameBytes = std::uint64_t{32} << 20;
-constexpr int kMaxSameName = 64;
-constexpr std::size_t kMaxRuns = std::size_t{1} << 16;
 // Before the data of a file that a deflate stream holds uncompressed (RFC 1951, 3.2.4).
 constexpr std::uint64_t kStoredBlockHeader = 5;
 
@@ -40,7 +34,7 @@ void FoundEntries::AddLocal(LocalRecord record, ProbeResult result) {
     if (!result.IsIntact()) {
         name_bytes_ += record.entry.name.size();
         ++damaged_;
-        if (damaged_ > kMaxLost || name_bytes_ > kMaxNameBytes) {
+        if (damaged_ > limits_.lost || name_bytes_ > limits_.name_bytes) {
             ++orphans_unnamed_;
             return;
         }
@@ -55,7 +49,7 @@ void FoundEntries::AddLocal(LocalRecord record, ProbeResult result) {
 }
 
 FoundEntries::Run& FoundEntries::CurrentRun(std::uint64_t at) {
-    if ((!run_is_open_ || runs_.back().end_record != 0) && runs_.size() < kMaxRuns) {
+    if ((!run_is_open_ || runs_.back().end_record != 0) && runs_.size() < limits_.directories) {
         runs_.emplace_back();
         runs_.back().start = at;
         run_is_open_ = true;
@@ -73,7 +67,7 @@ void FoundEntries::AddCentral(StoredEntry entry, std::uint64_t at, std::uint64_t
         return Describe(*found, std::move(entry));
     }
     name_bytes_ += entry.name.size();
-    if (orphans_.size() == kMaxLost || name_bytes_ > kMaxNameBytes) {
+    if (orphans_.size() == limits_.lost || name_bytes_ > limits_.name_bytes) {
         ++orphans_unnamed_;
         return;
     }
@@ -124,7 +118,7 @@ FoundEntries::Found* FoundEntries::ByName(const StoredEntry& described) {
     Found* best = nullptr;
     const std::size_t hash = HashOfName(described);
     auto next = by_name_.find(hash);  // equal_range would count all
-    for (int tries = kMaxSameName; next != by_name_.end() && next->first == hash && tries > 0;
+    for (int tries = limits_.same_name; next != by_name_.end() && next->first == hash && tries > 0;
          ++next, --tries) {
         Found& one = found_[next->second];
         const bool same = one.entry.crc == described.crc && one.entry.size == described.size;

@@ -17,6 +17,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "zip/reader/archive_search.h"
 #include "zip/reader/entry_probe.h"
 #include "zip/records/directory_reader.h"
 
@@ -24,8 +25,9 @@ namespace vantrel::zip {
 
 class FoundEntries {
   public:
-    // Both are borrowed.
-    FoundEntries(EntryProbe& probe, ByteSource& source) : probe_(probe), source_(source) {}
+    // The first two are borrowed.
+    FoundEntries(EntryProbe& probe, ByteSource& source, const SearchLimits& limits)
+        : probe_(probe), source_(source), limits_(limits) {}
 
     // Records in the order of their positions. A local header comes with its check; a central
     // record with its position and length.
@@ -95,6 +97,7 @@ class FoundEntries {
 
     EntryProbe& probe_;
     ByteSource& source_;
+    const SearchLimits limits_;
     std::vector<Found> found_;  // by position
     std::vector<Run> runs_;
     std::vector<Orphan> orphans_;

@@ -252,16 +252,10 @@ std::optional<LocalHeader> ParseLocalHeader(std::string_view bytes) {
     return ParseHeaderNumbers(bytes);
 }
 
-std::size_t LocalHeaderLength(std::string_view fixed_part) {
-    using namespace local_header;
-    return kFixedSize + GetNumber<std::uint16_t>(fixed_part, kNameLength) +
-           GetNumber<std::uint16_t>(fixed_part, kExtraLength);
-}
-
 std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_t offset,
                                             platform::CodePage& code_page, platform::Clock& clock) {
     const auto header = ParseLocalHeader(bytes);
-    if (!header || header->name_length == 0 || bytes.size() < LocalHeaderLength(bytes) ||
+    if (!header || header->name_length == 0 || bytes.size() < header->Length() ||
         !Exists(static_cast<unsigned char>(bytes[local_header::kVersionNeeded]),
                 static_cast<int>(header->method))) {
         return std::nullopt;
@@ -278,7 +272,7 @@ std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_
     ReadNameAndTimes(raw, extra, header->dos_time, code_page, clock, entry);
     entry.is_folder = entry.name.ends_with('/') || entry.name.ends_with('\\');
     entry.attributes = entry.is_folder ? attribute::kFolder : attribute::kArchive;
-    record.data_at = offset + LocalHeaderLength(bytes);
+    record.data_at = offset + header->Length();
     // Some writers set the flag and state the sizes all the same.
     record.states_sizes =
         (entry.flags & flag::kDescriptor) == 0 || (entry.crc != 0 && entry.packed_size != 0);

@@ -44,6 +44,9 @@ struct LocalHeader {
     std::uint32_t size = 0;
     std::size_t name_length = 0;
     std::size_t extra_length = 0;
+
+    // Of the complete header; the data follows.
+    std::size_t Length() const { return local_header::kFixedSize + name_length + extra_length; }
 };
 // Of bytes that begin with a local header; nothing when they do not, or are fewer than its fixed
 // part.
@@ -55,8 +58,6 @@ struct LocalRecord {
     std::uint64_t data_at = 0;  // where the data begins
     bool states_sizes = false;  // CRC and sizes stand in the header, not behind the data
 };
-// Length of the complete local header that begins with these bytes of its fixed part.
-std::size_t LocalHeaderLength(std::string_view fixed_part);
 // Of one complete header at `offset`; nothing when these bytes cannot be one: no signature, no
 // name, a method or version that nothing uses.
 std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_t offset,

@@ -118,8 +118,7 @@ std::optional<std::uint64_t> EarlierArchive::FindDataAt(const ChunkedData& data)
     if (!header) {
         return std::nullopt;
     }
-    const std::uint64_t at =
-        data.header_at + local_header::kFixedSize + header->name_length + header->extra_length;
+    const std::uint64_t at = data.header_at + header->Length();
     const std::uint64_t end = directory_.Start();
     return at <= end && data.packed_size <= end - at ? std::optional(at) : std::nullopt;
 }

@@ -43,8 +43,7 @@ std::string_view EarlierData::ViewData(const UnsplitData& data) {
     if (!header) {
         return {};
     }
-    bytes = View(data.header_at + kFixedSize + header->name_length + header->extra_length,
-                 data.packed_size);
+    bytes = View(data.header_at + header->Length(), data.packed_size);
     return bytes == nullptr
                ? std::string_view()
                : std::string_view(reinterpret_cast<const char*>(bytes), data.packed_size);
