@@ -42,6 +42,9 @@ class MemoryFile : public platform::File {
 
     std::size_t Read(void* buffer, std::size_t count) override {
         files_.Hook("Read", path_);
+        if (files_.unreadable && files_.unreadable(path_, position_, position_ + count)) {
+            RaiseError(error_number::kDeviceIo);
+        }
         const std::lock_guard lock(files_.mutex_);
         const std::size_t read = files_.Load(*node_, position_, static_cast<char*>(buffer), count);
         position_ += read;

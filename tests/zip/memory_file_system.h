@@ -24,6 +24,8 @@ class MemoryFileSystem : public platform::FileSystem {
     // Runs before every call, on the calling thread, without any lock held. `call` is the member's
     // name ("Open", "Read", ...), `path` the path it is about.
     std::function<void(const std::string& call, const std::string& path)> before;
+    // Whether a read of these bytes of a file raises 57.
+    std::function<bool(const std::string& path, std::uint64_t begin, std::uint64_t end)> unreadable;
     // Bytes that all files may hold together; a write beyond it writes what fits and raises 61.
     std::uint64_t capacity = ~std::uint64_t{0};
 

@@ -41,7 +41,16 @@ TEST(SectorReader, UnreadableSectorIsZerosAndTheRestIsRead) {
     EXPECT_EQ(reader.WhyUnreadable(5120, 6000), "");
     const int tries = bad.failed;
     EXPECT_EQ(reader.Bytes(4700, 10), std::string(10, '\0'));
+    EXPECT_EQ(reader.Bytes(4720, 10), std::string(10, '\0'));
     EXPECT_EQ(bad.failed, tries) << "an unreadable sector is not tried again";
+}
+
+TEST(SectorReader, BytesOfTheNextSectorAreRead) {
+    TestMachine machine;
+    const std::string bytes = Noise(6'000);
+    BadSource bad(bytes, 5'000, 5'001);
+    zip::SectorReader reader(bad, machine.clock);
+    EXPECT_EQ(reader.Bytes(4608, 600), std::string(512, '\0') + bytes.substr(5120, 88));
 }
 
 TEST(SectorReader, SectorThatIsReadAtARetryIsNoLoss) {
@@ -68,49 +77,6 @@ TEST(SectorReader, OtherErrorsAreRaised) {
     EXPECT_THROW(reader.Bytes(0, 5000), Error);
 }
 
-// A disk in memory whose archive has bytes that cannot be read.
-class BadDisk : public MemoryFileSystem {
-  public:
-    std::uint64_t begin = 0, end = 0;
-
-    std::unique_ptr<platform::File> Open(const std::string& path,
-                                         platform::OpenMode mode) override {
-        auto file = MemoryFileSystem::Open(path, mode);
-        return mode == platform::OpenMode::kRead ? std::make_unique<BadFile>(*this, std::move(file))
-                                                 : std::move(file);
-    }
-
-  private:
-    class BadFile : public platform::File {
-      public:
-        BadFile(const BadDisk& disk, std::unique_ptr<platform::File> file)
-            : disk_(disk), file_(std::move(file)) {}
-        std::size_t Read(void* buffer, std::size_t count) override {
-            if (at_ < disk_.end && disk_.begin < at_ + count) {
-                RaiseError(error_number::kDeviceIo);
-            }
-            const std::size_t got = file_->Read(buffer, count);
-            at_ += got;
-            return got;
-        }
-        void Write(const void* data, std::size_t count) override { file_->Write(data, count); }
-        void Seek(std::uint64_t position) override {
-            file_->Seek(position);
-            at_ = position;
-        }
-        std::uint64_t Size() override { return file_->Size(); }
-        void Truncate(std::uint64_t size) override { file_->Truncate(size); }
-        void SetTimes(const platform::FileTimes& times) override { file_->SetTimes(times); }
-        void Flush() override { file_->Flush(); }
-        void Close() override { file_->Close(); }
-
-      private:
-        const BadDisk& disk_;
-        std::unique_ptr<platform::File> file_;
-        std::uint64_t at_ = 0;
-    };
-};
-
 class BadMedium : public ReaderTest {
   protected:
     BadMedium() {
@@ -121,18 +87,19 @@ class BadMedium : public ReaderTest {
         options.search = true;
     }
     zip::RunOutcome RunWithBad(std::uint64_t begin, std::uint64_t end) {
-        disk.begin = begin;
-        disk.end = end;
-        disk.Put(options.archive, bytes);
+        files.unreadable = [=, this](const std::string& path, std::uint64_t from,
+                                     std::uint64_t to) {
+            return path == options.archive && from < end && begin < to;
+        };
+        files.Put(options.archive, bytes);
         events.questions = &questions;
-        result = zip::ExtractArchive(WithFiles(machine.machine(), disk), options, events);
+        Run();
         EXPECT_THAT(questions.asked, IsEmpty());
         return result.outcome;
     }
 
     BuiltArchive archive;
     std::string bytes;
-    BadDisk disk;
 };
 
 TEST_F(BadMedium, UnreadableSectorCostsTheFileInWhichItLies) {
@@ -147,6 +114,12 @@ TEST_F(BadMedium, UnreadableDirectoryIsReplacedByASearch) {
     EXPECT_EQ(RunWithBad(at, at + 1), zip::RunOutcome::kComplete);
     EXPECT_EQ(result.entries, 20u);
     EXPECT_TRUE(result.directory_damaged);
+}
+
+TEST_F(BadMedium, UnreadableBeginningInASearchCostsTheFirstFile) {
+    bytes.resize(bytes.find("PK\1\2"));
+    EXPECT_EQ(RunWithBad(0, 1), RunOutcome::kComplete);
+    EXPECT_EQ(result.entries, 19u);
 }
 
 TEST_F(BadMedium, UnreadableSectorInASearchCostsTheFilesInWhichItLies) {

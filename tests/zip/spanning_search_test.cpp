@@ -9,9 +9,6 @@
 namespace vantrel::test {
 namespace {
 
-using zip::MessageKind;
-using zip::RunOutcome;
-
 class SpanningSearch : public SpanningRead {
   protected:
     SpanningSearch() {
@@ -127,6 +124,36 @@ TEST_F(SpanningSearch, ReadThatFailsOnceCostsNothing) {
         ASSERT_FALSE(HasFailure()) << failing;
         if (reads < failing) {
             break;
+        }
+    }
+}
+
+// Each sector of each disk, the first of which identifies it.
+TEST_F(SpanningSearch, UnreadableSectorCostsTheFilesInWhichItLies) {
+    constexpr std::uint64_t kSector = 512;
+    MakeSetOf(0, 5000);
+    feeder.missing = {feeder.disks - 1};
+    box.Insert(0);
+    ASSERT_EQ(Restore(), RunOutcome::kComplete);
+    const auto files_restored = [this] {
+        return std::ranges::count_if(files.Everything(), [](const std::string& path) {
+            return path.starts_with("C:\\Out\\") && path.back() != '\\';
+        });
+    };
+    const auto all = files_restored();
+    const Strings wants = feeder.Wants();
+    for (int disk = 0; disk + 1 < feeder.disks; ++disk) {
+        for (std::uint64_t bad = 0; bad < 5000; bad += kSector) {
+            files.Remove("C:\\Out");
+            files.unreadable = [&](const std::string& path, std::uint64_t begin,
+                                   std::uint64_t end) {
+                return path.starts_with("A:") && box.Inserted() == disk && begin < bad + kSector &&
+                       bad < end;
+            };
+            box.Insert(0);
+            EXPECT_EQ(Restore(), RunOutcome::kComplete) << disk << " " << bad;
+            EXPECT_EQ(feeder.Wants(), wants) << disk << " " << bad;
+            EXPECT_GE(files_restored(), all - 3) << disk << " " << bad;
         }
     }
 }

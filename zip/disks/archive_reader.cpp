@@ -60,7 +60,7 @@ std::size_t DiskSet::ReadOnDisk(Position at, char* out, std::size_t count) {
         try {
             return clock_ == nullptr ? read() : platform::RetryReading(*clock_, read);
         } catch (const Error& error) {
-            if (clock_ != nullptr && error.number() == error_number::kDeviceIo) {
+            if (unreadable_ == Unreadable::kRaise && error.number() == error_number::kDeviceIo) {
                 throw;
             }
             file_.reset();
@@ -104,7 +104,8 @@ std::map<std::uint32_t, DiskIdentity::Listed> DiskSet::SeenFiles() const {
 }
 
 void DiskSet::RaiseMissing(std::uint32_t disk) const {
-    throw Error(clock_ == nullptr ? error_number::kDiskNotReady : error_number::kDeviceIo, "",
+    const bool asks = unreadable_ == Unreadable::kAsk;
+    throw Error(asks ? error_number::kDiskNotReady : error_number::kDeviceIo, "",
                 MissingText(disk));
 }
 
@@ -132,28 +133,44 @@ std::string DiskSet::OpenDisk(std::uint32_t disk) {
             return MissingNote(path_);
         }
         file_ = files_.Open(path_, platform::OpenMode::kRead);
-        return identity_.Matches(*file_, disk) && !IsAnother(*info, disk) ? "" : OtherDiskNote();
+        return IsExpected(*info, disk) ? "" : OtherDiskNote();
     } catch (const Error& error) {
         return ReadErrorNote(error);
     }
 }
 
-// A disk that cannot be verified must at least not be one that was in the drive before, most likely
-// because it was not changed.
-bool DiskSet::IsAnother(const platform::FileInfo& info, std::uint32_t disk) {
-    const Seen here{{info.size, DiskIdentity::HeadCrc(*file_)}, info.times.modified};
-    if (!identity_.CanVerify(disk)) {
-        const auto is_here = [&](const auto& other) {
-            return other.first != disk && other.second == here;
-        };
-        const auto is_listed = [&](const auto& other) { return other.second == here.file; };
-        if (std::any_of(seen_.begin(), seen_.end(), is_here) ||
-            std::any_of(identity_.listed.begin(), identity_.listed.end(), is_listed)) {
-            return true;
+bool DiskSet::IsExpected(const platform::FileInfo& info, std::uint32_t disk) {
+    Seen here{{info.size, 0}, info.times.modified};
+    for (int tries_left = platform::kTriesWhenLocked; tries_left > 0; --tries_left) {
+        try {
+            if (!identity_.Matches(*file_, disk)) {
+                return false;
+            }
+            here.file.head_crc = DiskIdentity::HeadCrc(*file_);
+            break;
+        } catch (const Error& error) {
+            // A disk with an unreadable sector where it would be identified may have intact files.
+            if (unreadable_ == Unreadable::kAsk || error.number() != error_number::kDeviceIo) {
+                throw;
+            }
         }
     }
+    if (!identity_.CanVerify(disk) && WasSeen(here, disk)) {
+        return false;
+    }
     seen_[disk] = here;
-    return false;
+    return true;
+}
+
+// A disk that cannot be verified must at least not be one that was in the drive before, most likely
+// because it was not changed.
+bool DiskSet::WasSeen(const Seen& here, std::uint32_t disk) const {
+    const auto is_here = [&](const auto& other) {
+        return other.first != disk && other.second == here;
+    };
+    const auto is_listed = [&](const auto& other) { return other.second == here.file; };
+    return std::any_of(seen_.begin(), seen_.end(), is_here) ||
+           std::any_of(identity_.listed.begin(), identity_.listed.end(), is_listed);
 }
 
 platform::File& ArchiveReader::Opened() {
@@ -204,12 +221,26 @@ bool ArchiveReader::OpenAsSpanned(const DiskIdentity& disks) {
         return false;
     }
     file_.reset();
-    set_ = std::make_unique<DiskSet>(files_, path_, disks, ask_, clock_);
+    const auto unreadable =
+        clock_ == nullptr ? DiskSet::Unreadable::kAsk : DiskSet::Unreadable::kRaise;
+    set_ = std::make_unique<DiskSet>(files_, path_, disks, ask_, unreadable, clock_);
     return true;
 }
 
+// The signature that the file begins with; "" when the medium cannot be read there.
+std::string ArchiveReader::Start() {
+    try {
+        return Bytes(0, kSignatureSize);
+    } catch (const Error& error) {
+        if (error.number() != error_number::kDeviceIo) {
+            throw;
+        }
+        return "";
+    }
+}
+
 DiskChanger::LastDisk ArchiveReader::ChangeToLastDisk() {
-    const std::string start = Bytes(0, kSignatureSize);
+    const std::string start = Start();
     if (!ask_ || (!removable_ && !HasSignature(start, kSpannedMarker))) {
         return LastDisk::kNone;
     }

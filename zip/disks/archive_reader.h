@@ -29,15 +29,17 @@ AskForDisk AskWith(RunContext& channel);
 // The disks of a spanned archive, which are inserted into one drive one after the other.
 class DiskSet {
   public:
-    // `identity` may still grow; it is consulted whenever a disk is inserted.
-    // `clock`, unless null: bytes that a disk cannot read are retried briefly, and raise 57, as
-    // does a missing disk; otherwise they are a question, and a missing disk raises 71.
+    // Bytes that a disk cannot read are a question, and a missing disk raises 71; or both raise 57.
+    enum class Unreadable { kAsk, kRaise };
+    // `identity` may still grow; it is consulted whenever a disk is inserted. With a clock, bytes
+    // that a disk cannot read are retried briefly.
     DiskSet(platform::FileSystem& files, std::string path, const DiskIdentity& identity,
-            AskForDisk ask, platform::Clock* clock)
+            AskForDisk ask, Unreadable unreadable, platform::Clock* clock = nullptr)
         : files_(files),
           path_(std::move(path)),
           identity_(identity),
           ask_(std::move(ask)),
+          unreadable_(unreadable),
           clock_(clock) {}
 
     // As the members of ByteSource; offsets hold their disk.
@@ -62,23 +64,25 @@ class DiskSet {
     [[noreturn]] void RaiseMissing(std::uint32_t disk) const;
     void Ask(int code, std::uint32_t disk, const std::string& note);
     std::string OpenDisk(std::uint32_t disk);
-    bool IsAnother(const platform::FileInfo& info, std::uint32_t disk);
+    struct Seen {
+        DiskIdentity::Listed file;
+        platform::Ticks modified = 0;
+        bool operator==(const Seen&) const = default;
+    };
+    bool IsExpected(const platform::FileInfo& info, std::uint32_t disk);
+    bool WasSeen(const Seen& here, std::uint32_t disk) const;
 
     platform::FileSystem& files_;
     std::string path_;
     const DiskIdentity& identity_;
     AskForDisk ask_;
+    Unreadable unreadable_;
     platform::Clock* clock_;
     std::unique_ptr<platform::File> file_;  // of disk_
     std::uint32_t disk_ = 0;
     std::set<std::uint32_t> missing_;   // no longer asked for
     std::vector<std::uint64_t> sizes_;  // of disks that were in the drive, otherwise 0
     // Files that were in the drive, for disks that the directory does not identify.
-    struct Seen {
-        DiskIdentity::Listed file;
-        platform::Ticks modified = 0;
-        bool operator==(const Seen&) const = default;
-    };
     std::map<std::uint32_t, Seen> seen_;
 };
 
@@ -107,6 +111,7 @@ class ArchiveReader : public ByteSource, public DiskChanger {
     template <typename Step>
     auto Try(Step step);
     platform::File& Opened();
+    std::string Start();
     std::size_t ReadOnce(std::uint64_t offset, void* out, std::size_t count);
 
     platform::FileSystem& files_;

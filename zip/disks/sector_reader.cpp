@@ -29,14 +29,28 @@ std::string SectorReader::WhyUnreadable(std::uint64_t begin, std::uint64_t end) 
                                : source_.WhyUnreadable(begin, end);
 }
 
+// Disk by disk, so that a failure on one does not cause another read of the one before.
 std::size_t SectorReader::ReadAt(std::uint64_t offset, void* out, std::size_t count) {
-    return ReadRange(offset, static_cast<char*>(out), count);
+    std::size_t total = 0;
+    while (total < count) {
+        const std::uint64_t at = offset + total;
+        // One byte brings the disk into the drive.
+        const std::size_t part =
+            source_.Available(at) == 0 ? 1 : source_.OnThisDisk(at, count - total);
+        const std::size_t got = ReadRange(at, static_cast<char*>(out) + total, part);
+        total += got;
+        if (got < part) {
+            break;
+        }
+    }
+    return total;
 }
 
 std::size_t SectorReader::ReadRange(std::uint64_t offset, char* out, std::size_t count) {
     const std::uint64_t end = offset + count;
-    const std::uint64_t middle = (offset + count / 2) / kSector * kSector;
-    const bool divisible = middle > offset && middle < end;
+    std::uint64_t middle = (offset + count / 2) / kSector * kSector;
+    middle += middle <= offset ? kSector : 0;
+    const bool divisible = middle < end;
     if (!IsKnown(offset, end) || !divisible) {
         try {
             return divisible ? source_.ReadAt(offset, out, count) : ReadSector(offset, out, count);
@@ -51,7 +65,7 @@ std::size_t SectorReader::ReadRange(std::uint64_t offset, char* out, std::size_t
     return got < half ? got : half + ReadRange(middle, out + half, count - half);
 }
 
-// Reads bytes of one sector, or of two that begin and end a range.
+// Reads bytes of one sector.
 std::size_t SectorReader::ReadSector(std::uint64_t offset, char* out, std::size_t count) {
     for (int tries_left = IsKnown(offset, offset + count) ? 0 : platform::kTriesWhenLocked;
          tries_left > 0; --tries_left) {
@@ -69,22 +83,16 @@ std::size_t SectorReader::ReadSector(std::uint64_t offset, char* out, std::size_
     const std::uint64_t size = source_.Size();
     count = static_cast<std::size_t>(std::min<std::uint64_t>(count, size - std::min(size, offset)));
     std::memset(out, 0, count);
-    auto& end = unreadable_[offset];
-    end = std::max(end, offset + count);
+    const auto next = unreadable_.upper_bound(offset);
+    if (next == unreadable_.begin() || std::prev(next)->second < offset + count) {
+        unreadable_[offset] = offset + count;
+    }
     return count;
 }
 
 DiskSequence::DiskSequence(platform::FileSystem& files, std::string path, AskForDisk ask,
                            const DiskIdentity& known)
-    : set_(
-          files, std::move(path), identity_,
-          [ask = std::move(ask)](const ComponentMessage& failure) {
-              if (failure.code == error_number::kDeviceIo) {
-                  RaiseError(failure.code);  // costs what lies there, and is no question
-              }
-              return ask(failure);
-          },
-          nullptr) {
+    : set_(files, std::move(path), identity_, std::move(ask), DiskSet::Unreadable::kRaise) {
     // Records of a damaged directory must not refuse the right disk.
     identity_.disks = known.disks;
     identity_.directory_disk = kMaxDisks;

@@ -36,15 +36,17 @@ void RecordScanner::Load(std::uint64_t at) {
 
 std::optional<RecordScanner::Hit> RecordScanner::Next(std::uint64_t from) {
     for (;;) {
-        if (from < window_at_ || from + kSignatureSize > window_at_ + window_.size()) {
+        const std::uint64_t window_end = window_at_ + window_.size();
+        if (from < window_at_ || from + kSignatureSize > window_end) {
+            // No record is split over two disks; a smaller window ends with its disk.
+            const bool is_over =
+                from >= window_at_ && from < window_end && window_.size() < kWindow;
+            from = is_over ? window_end : from;
             Load(from);
             if (window_.empty()) {
                 return std::nullopt;
             }
-            if (window_.size() < kSignatureSize) {
-                from += window_.size();  // no record is split over two disks
-                continue;
-            }
+            continue;
         }
         const auto* const begin = window_.data() + (from - window_at_);
         const std::size_t left = window_.size() - static_cast<std::size_t>(from - window_at_);
