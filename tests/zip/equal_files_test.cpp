@@ -72,6 +72,18 @@ TEST_F(EqualFiles, AnotherSizeReplacesTheFileUnread) {
     EXPECT_EQ(calls["Replace"], 1);
 }
 
+TEST_F(EqualFiles, AFileThatGrowsBeforeItIsOpenedIsReplaced) {
+    files.Put("C:\\Out\\a", small);
+    // The first call is for a new file.
+    files.before = [this, opened = 0](const std::string& call, const std::string& path) mutable {
+        if (call == "Open" && path == "C:\\Out\\a" && ++opened == 2) {
+            files.Append(path, "x");
+        }
+    };
+    Extract({{.name = "a", .content = small, .method = 8}});
+    EXPECT_TRUE(Content("a") == small);
+}
+
 TEST_F(EqualFiles, ADamagedEntryChangesNothing) {
     for (const std::string& content : {small, large}) {
         files.Put("C:\\Out\\a", content);

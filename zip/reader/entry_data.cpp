@@ -116,6 +116,7 @@ HeldMemory::HeldMemory(int threads, std::size_t entries) {
         entries < kLimitWithEntries / kOfEachEntry ? entries * kOfEachEntry : kLimitWithEntries;
     const std::size_t limit = std::min(kLimit, kLimitWithEntries - taken);
     left_ = limit - std::min(limit, static_cast<std::size_t>(threads) * kOfEachThread);
+    free_.reserve(kLimit / kOfEachThread);  // of all buffers; giving back cannot fail
 }
 
 // Capacities are powers of two, so that a later entry is likely to find one of its size.

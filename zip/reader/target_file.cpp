@@ -77,10 +77,13 @@ void TargetFile::OpenExisting(const platform::FileInfo& found) {
     if (found.size == size_) {
         try {
             existing_ = machine_.files.Open(path_, platform::OpenMode::kReadUnchanging);
-            return;
+            if (existing_->Size() == size_) {  // that nothing can change from now on
+                return;
+            }
         } catch (const Error&) {
             // A file that cannot be read can be replaced all the same.
         }
+        existing_.reset();
     }
     OpenBeside();
 }
