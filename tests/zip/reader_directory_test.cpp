@@ -68,6 +68,12 @@ TEST_F(DirectoryReading, EmptyArchiveHasNoEntriesAndNoTrouble) {
     EXPECT_EQ(Names(BuiltArchive{}.Bytes()), Strings{});
 }
 
+// Of an archive that was stored last in one that is cut off, or with zeros for its numbers.
+TEST_F(DirectoryReading, EndOfAnEmptyArchiveBehindEntriesIsNotTheirDirectory) {
+    const std::string bytes = two.Bytes();
+    EXPECT_FALSE(Read(bytes.substr(0, bytes.find("PK\1\2")) + BuiltArchive{}.Bytes()).IsComplete());
+}
+
 TEST_F(DirectoryReading, PrefixedData) {
     for (const bool zip64 : {false, true}) {
         two.prefix = "MZ this program extracts itself" + std::string(100000, 'x');

@@ -124,9 +124,7 @@ bool IsStoredInAnother(ByteSource& source, std::uint64_t prefix) {
     for (std::size_t at = before.rfind(signature); at != std::string::npos;
          at = at == 0 ? std::string::npos : before.rfind(signature, at - 1)) {
         const auto header = ParseLocalHeader(std::string_view(before).substr(at));
-        if (header &&
-            from + at + local_header::kFixedSize + header->name_length + header->extra_length ==
-                prefix) {
+        if (header && from + at + header->Length() == prefix) {
             return true;
         }
     }
@@ -142,7 +140,7 @@ DirectoryLocation Locate(ByteSource& source, const Stated& stated) {
         location.end = stated.records_at;
         location.found =
             stated.offset <= location.start &&
-            (stated.size == 0 ? stated.entries == 0
+            (stated.size == 0 ? stated.entries == 0 && !HasSignatureAt(source, 0, kLocalSignature)
                               : HasSignatureAt(source, location.start, kCentralSignature));
         location.prefix = location.found ? location.start - stated.offset : 0;
         // Bytes that were inserted into an archive move its directory, and not its entries.
