@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
+#include <string_view>
 
 #include "common/display_text.h"
 #include "common/product.h"
@@ -64,10 +65,10 @@ void RequireOperands(const std::vector<std::string>& operands, std::size_t count
 class Terminal : public zip::Questions {
   public:
     bool AskRetry(const std::string& text) override {
-        return Ask(text + "\n[r]etry or [q]uit? ") == 'r';
+        return Ask(text + "\n[r]etry or [q]uit? ", "rq") == 'r';
     }
     DiskAnswer AskForDisk(const std::string& text) override {
-        switch (Ask(text + "\n[r]etry, [c]ontinue without this disk, or [q]uit? ")) {
+        switch (Ask(text + "\n[r]etry, [c]ontinue without this disk, or [q]uit? ", "rcq")) {
             case 'r':
                 return DiskAnswer::kRetry;
             case 'c':
@@ -78,10 +79,18 @@ class Terminal : public zip::Questions {
     }
 
   private:
-    static int Ask(const std::string& question) {
-        std::fputs(question.c_str(), stderr);
-        char line[80];
-        return std::fgets(line, sizeof line, stdin) == nullptr ? 'q' : line[0];
+    // One of `letters`, in either case; any other answer is asked for again.
+    static char Ask(const std::string& question, std::string_view letters) {
+        for (char line[80];;) {
+            std::fputs(question.c_str(), stderr);
+            if (std::fgets(line, sizeof line, stdin) == nullptr) {
+                return 'q';
+            }
+            const char letter = static_cast<char>(line[0] | 0x20);
+            if (letters.find(letter) != std::string_view::npos) {
+                return letter;
+            }
+        }
     }
 };
 

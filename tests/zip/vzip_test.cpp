@@ -2,6 +2,10 @@
 #include "tools/vzip_commands.h"
 
 #include <libdeflate.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
 
 #include "common/product.h"
 #include "tests/zip/reader_fixture.h"
@@ -134,6 +138,24 @@ TEST_F(Vzip, CreateEscapesNamesInItsWarnings) {
     EXPECT_EQ(Call(tools::CreateArchive, {"/b.zip", "/data", "--quiet"}), tools::kExitSomeSkipped);
     EXPECT_NE(err.find("b\\x1b[2J (Permission denied)."), std::string::npos) << err;
     EXPECT_EQ(err.find('\x1b'), std::string::npos);
+}
+
+// An answer that is none of the letters is asked for again.
+TEST_F(Vzip, AnswersAreLettersInEitherCase) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> input(std::tmpfile(), std::fclose);
+    std::fputs("yes\n\nR\nQ\n", input.get());
+    std::rewind(input.get());
+    const int terminal = dup(fileno(stdin));
+    dup2(fileno(input.get()), fileno(stdin));
+    EXPECT_EQ(Call(tools::ExtractFiles, {"/missing.zip", "/out", "--disks"}), tools::kExitFailed);
+    dup2(terminal, fileno(stdin));
+    close(terminal);
+    std::size_t questions_asked = 0;
+    for (std::size_t at = err.find("[q]uit? "); at != std::string::npos;
+         at = err.find("[q]uit? ", at + 1)) {
+        ++questions_asked;
+    }
+    EXPECT_EQ(questions_asked, 4u) << err;
 }
 
 }  // namespace
