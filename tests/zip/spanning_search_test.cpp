@@ -114,6 +114,22 @@ TEST_F(SpanningSearch, DamagedDirectoryCostsNothing) {
                 Contains(StartsWith("The archive's directory is damaged: it ends after ")));
 }
 
+TEST_F(SpanningSearch, FilesOnTheLastDiskAreFound) {
+    int last = 0;
+    const auto begins_there = [&last](const auto& file) { return file.second.first == last; };
+    for (std::uint64_t size = 2500; last == 0 || std::ranges::none_of(set.disks, begins_there);
+         size += 100) {
+        MakeSetOf(0, size);
+        last = feeder.disks - 1;
+        ASSERT_GT(last, 0);
+    }
+    std::string& bytes = box.disks.at(static_cast<std::size_t>(last)).files.at(options.archive);
+    bytes[bytes.find("PK\1\2", bytes.find("PK\1\2") + 1)] = '?';
+    ExpectWithout({}, 0);
+    EXPECT_THAT(restored_events.Texts(MessageKind::kWarning),
+                Contains(StartsWith("The archive's directory is damaged: it ends after ")));
+}
+
 // Each read of a disk in turn; the last one that fails is the one after which there are no more.
 TEST_F(SpanningSearch, ReadThatFailsOnceCostsNothing) {
     MakeSetOf(0, 2500);
