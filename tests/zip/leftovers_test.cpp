@@ -68,5 +68,16 @@ TEST_F(Leftovers, OneThatIsStillBeingWrittenIsNotTouched) {
     EXPECT_TRUE(files.Exists("C:\\Backup\\20260101_000000\\Weekly.zip.vantrel-new"));
 }
 
+TEST(TemporaryPath, NameThatWouldBeTooLongLosesCharactersAtItsEnd) {
+    EXPECT_EQ(zip::TemporaryPath("C:\\" + std::string(243, 'N')),
+              "C:\\" + std::string(243, 'N') + zip::kTemporarySuffix);
+    std::string umlauts;
+    for (int i = 0; i < 250; ++i) {
+        umlauts += "\xC3\xA4";
+    }
+    EXPECT_EQ(zip::TemporaryPath("C:\\" + umlauts),
+              "C:\\" + umlauts.substr(0, 2 * 243) + zip::kTemporarySuffix);
+}
+
 }  // namespace
 }  // namespace vantrel::test

@@ -4,6 +4,7 @@
 
 #include "common/file_name.h"
 #include "common/path.h"
+#include "common/utf.h"
 #include "zip/base/bytes.h"
 #include "zip/base/folders.h"
 #include "zip/base/retry.h"
@@ -11,12 +12,23 @@
 
 namespace vantrel::zip {
 
+std::string TemporaryPath(std::string archive) {
+    while (utf::IsLongerThan(path::Name(archive) + kTemporarySuffix, kMaxFileNameLength)) {
+        const auto is_continuation = [](char byte) { return (byte & 0xC0) == 0x80; };
+        while (is_continuation(archive.back())) {
+            archive.pop_back();
+        }
+        archive.pop_back();
+    }
+    return archive + kTemporarySuffix;
+}
+
 ArchiveTarget::ArchiveTarget(const platform::Machine& machine, RunContext& channel,
                              std::string archive)
     : machine_(machine),
       channel_(channel),
       archive_(std::move(archive)),
-      temporary_(archive_ + kTemporarySuffix) {}
+      temporary_(TemporaryPath(archive_)) {}
 
 void ArchiveTarget::RemoveLeftovers() {
     const std::string folder = path::Parent(archive_);

@@ -12,6 +12,9 @@ namespace vantrel::zip {
 
 // Added to the archive's name while it is being written.
 constexpr const char* kTemporarySuffix = ".vantrel-new";
+// The archive's path while it is being written. A name that would become longer than file systems
+// allow loses characters at its end.
+std::string TemporaryPath(std::string archive);
 
 class ArchiveTarget {
   public:

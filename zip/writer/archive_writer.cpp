@@ -137,7 +137,7 @@ class ArchiveRun {
 
     // False when there was nothing to store.
     bool FillArchive() {
-        const OwnFiles own{options_.archive, options_.archive + kTemporarySuffix};
+        const OwnFiles own{options_.archive, TemporaryPath(options_.archive)};
         const int threads = ThreadCount(options_.threads, machine_.process);
         channel_.RestartFigures();
         SourceList list = ScanSource(machine_, options_.source, own, channel_, threads);
