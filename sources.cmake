@@ -174,8 +174,10 @@ set(TEST_SUPPORT_SOURCES
     tests/support/recording_mail.cpp
     tests/support/scripted_desktop.cpp
     tests/support/unflushed_writes.cpp)
-# The fake machine stands on the host's file system.
+# The fake machine stands on the host's file system; files in memory have the host's paths.
 set(TEST_SUPPORT_HOST_SOURCES
+    tests/support/memory_file_arranging.cpp
+    tests/support/memory_file_system.cpp
     tests/support/test_clock.cpp
     tests/support/test_machine.cpp
     tests/support/test_services.cpp)
@@ -203,6 +205,13 @@ set(PLATFORM_HOST_TESTS
     tests/support/faulty_file_system_test.cpp
     tests/support/scripted_desktop_test.cpp
     tests/support/test_machine_test.cpp)
+# The part of the conformance suite that is about files, over files in memory.
+set(MEMORY_FILES_TESTS
+    tests/platform/machine_under_test_memory.cpp
+    tests/platform/seam_facts_test.cpp
+    tests/platform/seam_folders_test.cpp
+    tests/platform/seam_names_test.cpp
+    tests/platform/seam_open_test.cpp)
 # On Windows only: what the conformance suite cannot ask of every machine.
 set(PLATFORM_WIN32_TESTS
     tests/platform/machine_under_test_win32.cpp
@@ -441,7 +450,6 @@ set(ARCHIVE_SUPPORT_SOURCES
     tests/zip/earlier_samples.cpp
     tests/zip/hostile_names.cpp
     tests/zip/hostile_structures.cpp
-    tests/zip/memory_file_system.cpp
     tests/zip/zip_builder.cpp)
 set(FUZZ_TARGETS
     tests/fuzz/compress_fuzz.cpp

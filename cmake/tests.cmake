@@ -68,8 +68,8 @@ function(vantrel_tests name)
     endif()
 endfunction()
 
-# The platform interface's conformance suite runs over both implementations. Everything above it is portable
-# and is tested on the host, under sanitizers.
+# The platform interface's conformance suite runs over both implementations and over the tests' files in memory.
+# Everything above it is portable and is tested on the host, under sanitizers.
 if(WIN32)
     list(APPEND PLATFORM_TESTS ${PLATFORM_WIN32_TESTS})
 else()
@@ -77,6 +77,9 @@ else()
 endif()
 vantrel_tests(platform SOURCES ${PLATFORM_TESTS} LINK vantrel_machine
               THROUGH ${CMAKE_SOURCE_DIR}/scripts/with-full-disk)
+if(NOT WIN32)
+    vantrel_tests(memory_files SOURCES ${MEMORY_FILES_TESTS} LINK vantrel_machine)
+endif()
 
 # One suite for the controls as plain objects and for the real Windows controls.
 if(WIN32)

@@ -6,8 +6,8 @@
 
 #include "platform/host/host_machine.h"
 #include "tests/fuzz/fuzz_input.h"
+#include "tests/support/memory_file_system.h"
 #include "tests/support/test_machine.h"
-#include "tests/zip/memory_file_system.h"
 #include "zip/reader/archive_extractor.h"
 
 namespace {

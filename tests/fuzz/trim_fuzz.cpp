@@ -11,8 +11,8 @@
 #include "log/clsLog.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/silent_desktop.h"
+#include "tests/support/memory_file_system.h"
 #include "tests/support/test_machine.h"
-#include "tests/zip/memory_file_system.h"
 
 namespace {
 

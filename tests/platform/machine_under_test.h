@@ -1,11 +1,13 @@
-// The conformance suite knows every implementation of the seam by this class only. Each build links
-// one of machine_under_test_host.cpp and machine_under_test_win32.cpp.
+// The conformance suite knows every implementation of the seam by this class only. Each program
+// links one of machine_under_test_host.cpp, machine_under_test_memory.cpp and
+// machine_under_test_win32.cpp.
 #pragma once
 
 #include <memory>
 #include <string>
 
 #include "platform/machine.h"
+#include "tests/platform/work_folder.h"
 
 namespace vantrel::test {
 
@@ -22,6 +24,8 @@ class MachineUnderTest {
     virtual std::string MissingDrive() const = 0;  // not there
     // Fixed, about 1 MB that really fill up. Fails the test when the disk is not set up.
     virtual std::string FullDrive() const = 0;
+    // The time that new files get; UtcNow but for files in memory, whose time stands still.
+    virtual platform::Ticks FileClock() const { return UtcNow(); }
 };
 
 // The time zone is New York's.

@@ -1,13 +1,9 @@
-// Drives, and what happens when one is full, on every machine.
-#include <algorithm>
-
+// Drives on every machine.
 #include "tests/platform/seam_fixture.h"
 
 namespace vantrel::test {
 namespace {
 
-using namespace error_number;
-using platform::OpenMode;
 namespace drive_type = platform::drive_type;
 
 class SeamDrives : public Seam {
@@ -55,59 +51,6 @@ TEST_F(SeamDrives, LabelIsTheVolumes) {
     EXPECT_EQ(drives().Label(under_test().OtherDrive() + "\\"), under_test().OtherLabel());
     EXPECT_EQ(drives().Label(under_test().EmptyDrive() + "\\"), "");
     EXPECT_EQ(drives().Label(under_test().MissingDrive() + "\\"), "");
-}
-
-class SeamFullDisk : public Seam {
-  protected:
-    ~SeamFullDisk() override {
-        for (const std::string& name : {Filler(), In2("small"), In2("~Vantrel.new")}) {
-            if (Exists(name)) {
-                files().RemoveFile(name);
-            }
-        }
-    }
-    std::string In2(const std::string& name) { return under_test().FullDrive() + "\\" + name; }
-    std::string Filler() { return In2("filler"); }
-    // Writes until nothing fits any more.
-    void Fill() {
-        auto file = Open(Filler(), OpenMode::kWrite);
-        const std::string block(4096, 'x');
-        constexpr int kFarTooMany = 16 * 1024;  // 64 MB: not a small disk after all
-        for (int i = 0; i < kFarTooMany; ++i) {
-            const int error = ErrorOf([&] { file->Write(block.data(), block.size()); });
-            if (error == 0) {
-                continue;
-            }
-            EXPECT_EQ(error, kDiskFull);
-            file->Close();
-            return;
-        }
-        FAIL() << "the disk does not fill up";
-    }
-};
-
-TEST_F(SeamFullDisk, WriteThatDoesNotFitIs61) {
-    Fill();
-    EXPECT_GT(files().Find(Filler())->size, 0u);
-    EXPECT_EQ(machine().drives.FreeBytes(under_test().FullDrive() + "\\"), 0u);
-}
-
-TEST_F(SeamFullDisk, ReplacingAWholeFileFailsAndLeavesTheOldOne) {
-    platform::WriteWholeFile(files(), In2("small"), "old");
-    Fill();
-    EXPECT_EQ(ErrorOf([&] {
-                  platform::ReplaceWholeFile(files(), In2("small"), std::string(100'000, 'n'));
-              }),
-              kDiskFull);
-    EXPECT_EQ(Content(In2("small")), "old");
-    EXPECT_FALSE(Exists(In2("~Vantrel.new")));
-}
-
-TEST_F(SeamFullDisk, RoomComesBackWhenAFileGoes) {
-    Fill();
-    files().RemoveFile(Filler());
-    platform::WriteWholeFile(files(), In2("small"), std::string(100'000, 'n'));
-    EXPECT_EQ(files().Find(In2("small"))->size, 100'000u);
 }
 
 }  // namespace

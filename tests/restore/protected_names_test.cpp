@@ -5,7 +5,7 @@
 
 #include "tests/restore/restore_tab_fixture.h"
 #include "tests/support/matchers.h"
-#include "tests/zip/memory_file_system.h"
+#include "tests/support/memory_file_system.h"
 #include "tests/zip/zip_builder.h"
 
 namespace vantrel::test {

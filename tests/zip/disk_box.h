@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/memory_file_system.h"
 #include "tests/support/test_machine.h"
-#include "tests/zip/memory_file_system.h"
 
 namespace vantrel::test {
 
@@ -14,7 +14,7 @@ class DiskBox : public platform::Drives {
   public:
     static constexpr std::uint64_t kHuge = std::uint64_t{1} << 40;
 
-    explicit DiskBox(MemoryFileSystem& files) : files_(files) {}
+    explicit DiskBox(MemoryFileSystem& files) : files_(files) { files_.TakeAway("A:"); }
 
     struct Disk {
         std::uint64_t size = kHuge;                  // bytes of all files that it takes
@@ -40,6 +40,7 @@ class DiskBox : public platform::Drives {
             }
         }
         files_.Remove("A:");
+        files_.TakeAway("A:");
         files_.capacity = ~std::uint64_t{0};
         inserted_ = -1;
     }
@@ -51,6 +52,7 @@ class DiskBox : public platform::Drives {
         }
         inserted_ = number;
         const Disk& disk = Current();
+        files_.BringBack();
         files_.PutFolder("A:\\");
         const std::uint64_t others = files_.Used();
         for (const auto& [path, bytes] : disk.files) {

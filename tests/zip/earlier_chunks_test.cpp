@@ -1,6 +1,7 @@
 // Large files: which of their chunks the second backup compresses again.
 #include <set>
 
+#include "common/file_name.h"
 #include "tests/zip/earlier_fixture.h"
 #include "zip/base/bytes.h"
 #include "zip/records/chunk_index.h"
@@ -109,7 +110,7 @@ TEST_F(EarlierChunksTest, NamesOutsideAsciiAreFound) {
     EXPECT_EQ(compressed, 0);
 }
 
-// A name that leaves space for few items in the central record.
+// A name, in many folders, that leaves space for few items in the central record.
 class LongNameTest : public EarlierChunksTest {
   protected:
     static constexpr std::size_t kItems = 3;
@@ -119,7 +120,11 @@ class LongNameTest : public EarlierChunksTest {
         while (zip::MaxChunkIndexItems(length) < kItems) {
             --length;
         }
-        path = "C:\\Data\\" + std::string(length, 'n');
+        std::string name(length, 'n');
+        for (std::size_t i = kMaxFileNameLength; i + 1 < length; i += kMaxFileNameLength + 1) {
+            name[i] = '\\';
+        }
+        path = "C:\\Data\\" + name;
     }
     std::string path;
 };

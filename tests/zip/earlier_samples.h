@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/machine.h"
-#include "tests/zip/memory_file_system.h"
+#include "tests/support/memory_file_system.h"
 #include "zip/writer/archive_writer.h"
 
 namespace vantrel::test {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "common/error.h"
-#include "tests/zip/memory_file_system.h"
+#include "tests/support/memory_file_system.h"
 
 namespace vantrel::test {
 namespace {

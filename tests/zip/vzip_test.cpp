@@ -129,14 +129,12 @@ TEST_F(Vzip, VersionNamesProgramAndCompressor) {
 
 TEST_F(Vzip, CreateEscapesNamesInItsWarnings) {
     files.Put(tools::PlatformPath("/data/a"), "x");
-    files.Put(tools::PlatformPath("/data/b\x1b[2J"), "y");
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "Open" && path.ends_with("b\x1b[2J")) {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    // As a host lists it; Windows has no such names.
+    files.Put(tools::PlatformPath("/data/b"), "y");
+    files.Change(tools::PlatformPath("/data/b"),
+                 [](platform::FileInfo& info) { info.name = "b\x1b[2J"; });
     EXPECT_EQ(Call(tools::CreateArchive, {"/b.zip", "/data", "--quiet"}), tools::kExitSomeSkipped);
-    EXPECT_NE(err.find("b\\x1b[2J (Permission denied)."), std::string::npos) << err;
+    EXPECT_NE(err.find("b\\x1b[2J (Bad file name or number)."), std::string::npos) << err;
     EXPECT_EQ(err.find('\x1b'), std::string::npos);
 }
 

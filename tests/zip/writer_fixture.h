@@ -14,9 +14,9 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/memory_file_system.h"
 #include "tests/support/test_machine.h"
 #include "tests/zip/archive_reader.h"
-#include "tests/zip/memory_file_system.h"
 #include "tests/zip/sample_data.h"
 #include "zip/writer/archive_writer.h"
 

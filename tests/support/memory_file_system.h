@@ -1,5 +1,6 @@
-// A disk in memory for tests of the engine: sparse, so that files of many gigabytes cost nothing;
-// with a hook before every call, which may look, raise an error, wait, or change the disk.
+// Drives in memory: sparse, so that files of many gigabytes cost nothing; with a hook before every
+// call, which may look, raise an error, wait, or change the disk. The conformance suite of the
+// platform interface runs over it; only the time of new files stands still.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +18,9 @@ namespace vantrel::test {
 
 class MemoryFileSystem : public platform::FileSystem {
   public:
+    // The time of every new file: 2026-11-15 13:05:09 UTC.
+    static constexpr platform::Ticks kFileTime = 134'392'215'090'000'000;
+
     // Folder "C:\" exists.
     MemoryFileSystem();
     ~MemoryFileSystem() override;
@@ -31,7 +35,7 @@ class MemoryFileSystem : public platform::FileSystem {
 
     // --- arranging and looking; nothing of it reaches `before` ---
     void PutFolder(const std::string& path);
-    // Folders are made as needed; modified 2026-11-15 13:05:09 UTC by default.
+    // Folders are made as needed.
     void Put(const std::string& path, const std::string& bytes);
     // A file of `size` zero bytes.
     void PutZeros(const std::string& path, std::uint64_t size);
@@ -41,7 +45,7 @@ class MemoryFileSystem : public platform::FileSystem {
     // A second name of the same file or folder (a share, a substituted drive).
     void Alias(const std::string& prefix, const std::string& stands_for);
 
-    // Everything below `prefix` is missing until BringBack, as when a disk is taken out.
+    // Everything below `prefix` is missing until BringBack; a drive is one without a disk.
     void TakeAway(const std::string& prefix);
     void BringBack();
 
@@ -76,15 +80,27 @@ class MemoryFileSystem : public platform::FileSystem {
     using Nodes = std::map<std::string, std::shared_ptr<Node>>;
 
     void Hook(const char* call, const std::string& path) const;
+    // These raise 52 for a malformed path; CheckedKey raises 68, 71 and 76 for a drive or folder
+    // that is not there, Needed 53 as well, NewKey 74 for another drive than that of `from_key`.
     std::string Key(const std::string& path) const;
+    std::string CheckedKey(const std::string& path) const;
+    std::pair<std::string, std::shared_ptr<Node>> Needed(const std::string& path) const;
+    std::string NewKey(const std::string& from_key, const std::string& to) const;
+    // Nothing where nothing is; Known is for tests, which know.
+    std::shared_ptr<Node> NodeAt(const std::string& key) const;
     std::shared_ptr<Node> Lookup(const std::string& path) const;
+    Node& Known(const std::string& path) const;
+
     std::shared_ptr<Node> Make(const std::string& path, bool folder);
     bool HasChildren(const std::string& key) const;
+    // These raise 70.
+    void CheckMovable(const Node& node) const;
+    void CheckRemovable(const Node& node) const;
+    void Clear(Node& node);
     void Store(Node& node, std::uint64_t offset, const char* data, std::size_t count);
-    std::size_t Load(const Node& node, std::uint64_t offset, char* out, std::size_t count) const;
 
     mutable std::mutex mutex_;
-    Nodes nodes_;  // by upper-case path without a last backslash
+    Nodes nodes_;  // by path in capitals with "/" between its names
     std::vector<std::pair<std::string, std::string>> aliases_;
     std::string taken_away_;
     std::uint64_t used_ = 0;
