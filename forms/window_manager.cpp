@@ -103,6 +103,7 @@ void WindowManager::ShowModal(Form& form) {
         }
     } catch (...) {
         EndModal();
+        Remove(form);  // as in Load
         throw;
     }
     form.MarkVisible(false);
