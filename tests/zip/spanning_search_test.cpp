@@ -123,11 +123,20 @@ TEST_F(SpanningSearch, FilesOnTheLastDiskAreFound) {
         last = feeder.disks - 1;
         ASSERT_GT(last, 0);
     }
-    std::string& bytes = box.disks.at(static_cast<std::size_t>(last)).files.at(options.archive);
-    bytes[bytes.find("PK\1\2", bytes.find("PK\1\2") + 1)] = '?';
-    ExpectWithout({}, 0);
-    EXPECT_THAT(restored_events.Texts(MessageKind::kWarning),
-                Contains(StartsWith("The archive's directory is damaged: it ends after ")));
+    const auto bytes = [&]() -> std::string& {
+        return box.disks.at(static_cast<std::size_t>(last)).files.at(options.archive);
+    };
+    const std::size_t first = bytes().find("PK\1\2");
+    for (const std::size_t record : {bytes().find("PK\1\2", first + 1), first}) {
+        ExpectWithout({}, 0);
+        box.Eject();
+        bytes()[record] = '?';
+        feeder.asked.clear();
+        ExpectWithout({}, 0);
+        EXPECT_EQ(std::ranges::count(feeder.Wants(), "last"), 1);
+        EXPECT_THAT(restored_events.Texts(MessageKind::kWarning),
+                    Contains(StartsWith("The archive's directory is damaged: it ends after ")));
+    }
 }
 
 // Each read of a disk in turn; the last one that fails is the one after which there are no more.

@@ -87,8 +87,9 @@ Stated ReadEnd(ByteSource& source, std::string_view record, std::uint64_t end_at
     return stated;
 }
 
-// Offsets of a spanned archive need no correction, and nothing may follow its end record.
-DirectoryLocation LocateInSet(ByteSource& source, const Stated& stated, bool ends_with_file) {
+// Offsets of a spanned archive need no correction, and nothing may follow its end record. That
+// record proves the last disk, also when the directory on it is damaged from its first record on.
+DirectoryLocation LocateInSet(const Stated& stated, bool ends_with_file) {
     DirectoryLocation location;
     location.entries = stated.entries;
     location.exact_count = stated.zip64;
@@ -96,10 +97,7 @@ DirectoryLocation LocateInSet(ByteSource& source, const Stated& stated, bool end
     location.last_disk = stated.disk;
     location.start = OffsetOnDisk(stated.start_disk, stated.offset);
     location.end = location.start + stated.size;
-    const bool here = stated.start_disk == stated.disk;
-    location.found = ends_with_file && stated.start_disk <= stated.disk &&
-                     stated.disk < kMaxDisks &&
-                     (!here || HasSignatureAt(source, stated.offset, kCentralSignature));
+    location.found = ends_with_file && stated.start_disk <= stated.disk && stated.disk < kMaxDisks;
     return location;
 }
 
@@ -207,7 +205,7 @@ void Consider(ByteSource& source, std::uint64_t size, std::uint64_t at, std::str
     const Stated stated = ReadEnd(source, record, at);
     DirectoryLocation location = stated.disk == 0 || IsOneFile(source, stated)
                                      ? Locate(source, stated)
-                                     : LocateInSet(source, stated, ends_with_file);
+                                     : LocateInSet(stated, ends_with_file);
     if (!ends_with_file && HasRecords(tail)) {
         location.found = false;
     }
