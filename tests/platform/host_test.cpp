@@ -81,9 +81,9 @@ TEST_F(Host, PipeIsADeviceAndOpeningItDoesNotBlock) {
 
 TEST_F(Host, DeviceIsADevice) {
     const platform::HostDriveMap map({{'Z', {.folder = "/"}}});
-    const auto whole = platform::NewHostFileSystem(map);
-    EXPECT_NE(whole->Find("Z:\\dev\\null")->attributes & attribute::kDevice, 0u);
-    EXPECT_EQ(ErrorOf([&] { whole->Open("Z:\\dev\\null", OpenMode::kRead); }), kPermissionDenied);
+    const auto all = platform::NewHostFileSystem(map);
+    EXPECT_NE(all->Find("Z:\\dev\\null")->attributes & attribute::kDevice, 0u);
+    EXPECT_EQ(ErrorOf([&] { all->Open("Z:\\dev\\null", OpenMode::kRead); }), kPermissionDenied);
 }
 
 TEST_F(Host, RootOfTheHostIsDriveZUnlessToldOtherwise) {

@@ -102,10 +102,10 @@ class PanelBinder : public BinderOf<forms::Panel> {
     };
 
     bool IsIdle() const { return object().FloodPercent() == 0 && object().Caption().empty(); }
-    // Of `whole` pixels.
-    LONG FilledWidth(LONG whole) const {
+    // Of `width` pixels.
+    LONG FilledWidth(LONG width) const {
         return static_cast<LONG>(
-            std::lround(static_cast<double>(whole) * object().FloodPercent() / 100));
+            std::lround(static_cast<double>(width) * object().FloodPercent() / 100));
     }
 
     void PaintPart(HDC device, const RECT& area, const RECT& part, int fill, int letters) const {
