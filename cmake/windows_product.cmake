@@ -18,24 +18,33 @@ list(TRANSFORM control_names REPLACE "#define (.+)" "VANTREL_CONTROL(\\1)\n")
 string(CONCAT control_table ${control_names})
 file(CONFIGURE OUTPUT ${VANTREL_GENERATED}/control_ids.inc CONTENT "${control_table}" @ONLY)
 
-# Scripts draw the pictures and the animation.
-set(VANTREL_DRAWING ${CMAKE_SOURCE_DIR}/scripts/drawing.py)
+# The icons and the animation, from the drawings.
+find_program(VANTREL_RSVG rsvg-convert REQUIRED)
+find_program(VANTREL_CONVERT NAMES magick convert REQUIRED)
+set(VANTREL_DRAWINGS ${CMAKE_SOURCE_DIR}/views/win32/pictures)
 set(VANTREL_PICTURES)
 foreach(picture product folder open_folder protected_folder backup_set files archive destination)
+    set(sizes 16 20 24 32 40 48 64 96)
+    if(picture STREQUAL product)
+        list(APPEND sizes 128 256)  # the splash at 192 dpi; the shell's large views
+    endif()
+    set(drawing ${VANTREL_DRAWINGS}/${picture}.svg)
     add_custom_command(
         OUTPUT ${VANTREL_GENERATED}/${picture}.ico
-        COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-icon ${picture}
-                ${VANTREL_GENERATED}/${picture}.ico
-        DEPENDS scripts/make-icon ${VANTREL_DRAWING} VERBATIM)
+        COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-icon ${VANTREL_CONVERT} ${drawing}
+                ${VANTREL_GENERATED}/${picture}.ico ${sizes}
+        DEPENDS scripts/make-icon ${drawing} VERBATIM)
     list(APPEND VANTREL_PICTURES ${VANTREL_GENERATED}/${picture}.ico)
 endforeach()
 set(VANTREL_CLIPS)
+file(GLOB drawings CONFIGURE_DEPENDS ${VANTREL_DRAWINGS}/*.svg)
 function(vantrel_clip name dpi)
     set(clip ${VANTREL_APP}/System/${name})
     add_custom_command(
         OUTPUT ${clip}
-        COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-animation ${clip} ${dpi}
-        DEPENDS scripts/make-animation ${VANTREL_DRAWING} VERBATIM)
+        COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/make-animation ${VANTREL_CONVERT}
+                ${VANTREL_DRAWINGS} ${clip} ${dpi}
+        DEPENDS scripts/make-animation ${drawings} VERBATIM)
     set(VANTREL_CLIPS ${VANTREL_CLIPS} ${clip} PARENT_SCOPE)
 endfunction()
 vantrel_clip(FileCopy.AVI 96)

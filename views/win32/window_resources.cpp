@@ -64,7 +64,7 @@ const wchar_t* WindowFace(int dpi) {
     return dpi <= USER_DEFAULT_SCREEN_DPI ? L"MS Sans Serif" : L"Microsoft Sans Serif";
 }
 
-// The sizes that every picture is drawn in, in pixels (scripts/make-icon).
+// The sizes that every picture is drawn in, in pixels (cmake/windows_product.cmake).
 constexpr int kSizes[] = {16, 20, 24, 32, 40, 48, 64, 96};
 constexpr int kLargestProduct = 128;  // for the splash at 192 dpi
 
