@@ -56,6 +56,23 @@ TEST_F(SpanningRead, FileThatIsTooLargeForMemory) {
     EXPECT_EQ(feeder.Wants(), (Strings{"1", "2", "3"}));
 }
 
+TEST_F(SpanningRead, BarsMoveBeforeTheNextDiskIsAskedFor) {
+    files.Put("C:\\Data\\held in memory", Noise(2 * kChunkSize));
+    ASSERT_EQ(MakeSet(kChunkSize), 3);
+    int overall = 0;
+    int of_file = 0;
+    feeder.at[2] = [&] {
+        overall = restored_events.overall.back();
+        of_file = restored_events.of_file.back();
+        return feeder.Insert(1);
+    };
+    ASSERT_EQ(Restore(), RunOutcome::kComplete);
+    EXPECT_EQ(feeder.Wants(), (Strings{"1", "2", "3"}));
+    EXPECT_GT(overall, 0);
+    EXPECT_GT(of_file, 0);
+    ExpectRestored();
+}
+
 TEST_F(SpanningRead, DirectoryOnSeveralDisks) {
     for (int i = 0; i < 200; ++i) {
         files.Put("C:\\Data\\" + std::to_string(i), "x");

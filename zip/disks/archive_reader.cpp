@@ -50,6 +50,14 @@ std::size_t DiskSet::ReadAhead(std::uint64_t offset, void* out, std::size_t coun
     return ReadOnDisk(at, static_cast<char*>(out), count);
 }
 
+// Only the disk that is open has a size that counts.
+std::uint64_t DiskSet::Available(std::uint64_t offset) const {
+    const std::uint32_t disk = DiskOfOffset(offset);
+    const std::uint64_t on_disk = offset - OffsetOnDisk(disk, 0);
+    const bool is_inside = IsOpen(disk) && on_disk < sizes_[disk];
+    return is_inside ? sizes_[disk] - on_disk : kUnknownSize;
+}
+
 std::size_t DiskSet::ReadOnDisk(Position at, char* out, std::size_t count) {
     for (;;) {
         RequireDisk(at.disk);

@@ -45,6 +45,7 @@ class DiskSet {
     // As the members of ByteSource; offsets hold their disk.
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count);
     std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count);
+    std::uint64_t Available(std::uint64_t offset) const;
 
     // One disk of the set.
     struct Position {
@@ -104,6 +105,9 @@ class ArchiveReader : public ByteSource, public DiskChanger {
     std::uint64_t Size() override;
     std::size_t ReadAt(std::uint64_t offset, void* out, std::size_t count) override;
     std::size_t ReadAhead(std::uint64_t offset, void* out, std::size_t count) override;
+    std::uint64_t Available(std::uint64_t offset) const override {
+        return set_ ? set_->Available(offset) : kUnknownSize;
+    }
     LastDisk ChangeToLastDisk() override;
     bool OpenAsSpanned(const DiskIdentity& disks) override;
 

@@ -218,9 +218,11 @@ std::string EntryData::Read(const StoredEntry& entry, const Sink& sink) {
     return disagreement;
 }
 
-// False when the entry has to stream.
+// False when the entry has to stream. One that continues on the next disk does, so that what is on
+// this disk is counted before the next one is asked for.
 bool EntryData::TryHold(const StoredEntry& entry, std::uint64_t data_at, const Sink& sink) {
-    if (passes_damaged_ || entry.method == Method::kDeflated64 || entry.packed_size >= kMaxHeld ||
+    if (passes_damaged_ || source_.Available(data_at) < entry.packed_size ||
+        entry.method == Method::kDeflated64 || entry.packed_size >= kMaxHeld ||
         entry.size >= kMaxHeld - entry.packed_size) {
         return false;
     }
@@ -265,8 +267,9 @@ void EntryData::Stream(const StoredEntry& entry, std::uint64_t data_at, const Si
     CheckedSink checked(entry, sink);
     std::uint64_t taken = 0;
     const auto more = [&]() -> std::string_view {
-        const auto wanted = static_cast<std::size_t>(
-            std::min<std::uint64_t>(kStreamChunk, entry.packed_size - taken));
+        const std::size_t wanted =
+            source_.OnThisDisk(data_at + taken, static_cast<std::size_t>(std::min<std::uint64_t>(
+                                                    kStreamChunk, entry.packed_size - taken)));
         held_.Clear();
         held_.Resize(wanted);
         held_.Resize(wanted == 0 ? 0 : source_.ReadAt(data_at + taken, held_.data(), wanted));
