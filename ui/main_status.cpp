@@ -87,6 +87,9 @@ StatusLine RestoreText(const RestoreStatus& status, const NumberFormat& numbers)
     if (status.archive.empty()) {
         return {"Choose a set under What to Restore?, or press ... and choose a zip file."};
     }
+    if (status.is_reading) {
+        return {"Reading " + status.archive + ".", status.archive};
+    }
     if (status.entries == 0) {
         return {"No entries are listed. Choose another set or zip file."};
     }

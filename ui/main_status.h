@@ -25,7 +25,8 @@ struct BackupStatus {
 
 struct RestoreStatus {
     std::string archive;  // "" for none
-    int entries = 0;      // listed
+    bool is_reading = false;
+    int entries = 0;  // listed
     std::uint64_t bytes = 0;
     std::string destination;  // "" for none
 };

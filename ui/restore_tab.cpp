@@ -29,8 +29,10 @@ RestoreTab::RestoreTab(forms::Form& window)
     Fld_Total.SetTooltip("Number of Files found in the Restore File");
 }
 
+// The component can ask for disks only while it lists or searches an archive.
 RestoreStatus RestoreTab::Status() const {
     return {.archive = Fld_RestoreFile.Caption(),
+            .is_reading = PKUNZIP.questions != nullptr,
             .entries = TV_Restore.Count(),
             .bytes = PKUNZIP.CountedBytes(),
             .destination = Fld_RestoreTo.Caption()};

@@ -95,6 +95,8 @@ const StatusRow kStatusRows[] = {
 
     {"NothingToRestore", OfRestore({}),
      "Choose a set under What to Restore?, or press ... and choose a zip file."},
+    {"ReadingAnArchive", OfRestore({.archive = "E:\\A.zip", .is_reading = true}),
+     "Reading E:\\A.zip.", "E:\\A.zip"},
     {"NoEntries", OfRestore({.archive = "E:\\A.zip", .destination = "C:\\BACK"}),
      "No entries are listed. Choose another set or zip file."},
     {"NowhereToRestoreTo", OfRestore({.archive = "E:\\A.zip", .entries = 1234, .bytes = 5'000'000}),

@@ -166,6 +166,21 @@ TEST_F(StatusBarTest, BoxOfAHandlerLiesOverTheStateThatTheHandlerHasMade) {
     EXPECT_THAT(behind_the_box, StartsWith("No entries are listed."));
 }
 
+TEST_F(StatusBarTest, QuestionForADiskLiesOverTheNameOfTheArchive) {
+    machine.AddDrive('A', platform::drive_type::kRemovable);
+    machine.PutFile("A:\\CUT.zip", archive_.substr(0, archive_.find("PK\1\2")));
+    Open();
+    window->TAB_Backup.SetTab(1);
+    desktop.files = {"A:\\CUT.zip"};
+    std::vector<std::string> behind_the_boxes;
+    desktop.on_box = [&](const forms::Box&) { behind_the_boxes.push_back(Status()); };
+    desktop.answers = {forms::Answer::kCancel};
+    window->Restore.Cmd_RestoreFile.UserPress();
+    EXPECT_THAT(desktop.boxes.front().text, StartsWith("Please insert the last disk"));
+    EXPECT_EQ(behind_the_boxes.front(), "Reading A:\\CUT.zip.");
+    EXPECT_THAT(Status(), StartsWith("No entries are listed."));
+}
+
 TEST_F(StatusBarTest, SecureDataNamesTheSelectedFolderAndItsProtection) {
     Open();
     window->TAB_Backup.SetTab(4);
