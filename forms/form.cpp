@@ -13,18 +13,20 @@ Control* Form::Find(const std::string& control_name) const {
     return nullptr;
 }
 
+void Form::Notify(Aspect aspect) {
+    if (view_) {
+        view_->Changed(aspect);
+    }
+}
+
 void Form::SetCaption(const std::string& caption) {
     caption_ = caption;
-    if (view_) {
-        view_->Changed(Aspect::kText);
-    }
+    Notify(Aspect::kText);
 }
 
 void Form::DrawBox(const FilledBox& box) {
     boxes_.push_back(box);
-    if (view_) {
-        view_->Changed(Aspect::kValue);
-    }
+    Notify(Aspect::kValue);
 }
 
 void Form::SetTaskProgress(int percent) {
@@ -32,23 +34,15 @@ void Form::SetTaskProgress(int percent) {
         return;
     }
     task_progress_ = percent;
-    if (view_) {
-        view_->Changed(Aspect::kTaskProgress);
-    }
+    Notify(Aspect::kTaskProgress);
 }
 
 void Form::ClearBoxes() {
     boxes_.clear();
-    if (view_) {
-        view_->Changed(Aspect::kValue);
-    }
+    Notify(Aspect::kValue);
 }
 
-void Form::Refresh() {
-    if (view_) {
-        view_->Changed(Aspect::kRedraw);
-    }
-}
+void Form::Refresh() { Notify(Aspect::kRedraw); }
 
 void Form::MarkSize(int width, int height) {
     width_ = width;

@@ -71,6 +71,8 @@ class Form {
 
   private:
     friend class Control;
+    void Notify(Aspect aspect);
+
     Program& program_;
     std::string name_;
     std::string caption_;
