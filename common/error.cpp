@@ -1,48 +1,44 @@
 #include "common/error.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "common/product.h"
 
 namespace vantrel {
 
+namespace {
+
+struct StandardText {
+    int number;
+    const char* words;
+};
+
+constexpr StandardText kTexts[] = {
+    {error_number::kOverflow, "Overflow"},
+    {error_number::kOutOfMemory, "Out of memory"},
+    {error_number::kBadFileName, "Bad file name or number"},
+    {error_number::kFileNotFound, "File not found"},
+    {error_number::kFileAlreadyOpen, "File already open"},
+    {error_number::kDeviceIo, "Device I/O error"},
+    {error_number::kFileExists, "File already exists"},
+    {error_number::kDiskFull, "Disk full"},
+    {error_number::kPastEnd, "Input past end of file"},
+    {error_number::kDeviceUnavailable, "Device unavailable"},
+    {error_number::kPermissionDenied, "Permission denied"},
+    {error_number::kDiskNotReady, "Disk not ready"},
+    {error_number::kAcrossDrives, "Can't rename with different drive"},
+    {error_number::kPathFileAccess, "Path/File access error"},
+    {error_number::kPathNotFound, "Path not found"},
+    {error_number::kInvalidPropertyValue, "Invalid property value"},
+    {error_number::kTextReadOnly, "'Text' property is read-only"},
+};
+
+}  // namespace
+
 std::string ErrorText(int number) {
-    switch (number) {
-        case error_number::kOverflow:
-            return "Overflow";
-        case error_number::kOutOfMemory:
-            return "Out of memory";
-        case error_number::kBadFileName:
-            return "Bad file name or number";
-        case error_number::kFileNotFound:
-            return "File not found";
-        case error_number::kFileAlreadyOpen:
-            return "File already open";
-        case error_number::kDeviceIo:
-            return "Device I/O error";
-        case error_number::kFileExists:
-            return "File already exists";
-        case error_number::kDiskFull:
-            return "Disk full";
-        case error_number::kPastEnd:
-            return "Input past end of file";
-        case error_number::kDeviceUnavailable:
-            return "Device unavailable";
-        case error_number::kPermissionDenied:
-            return "Permission denied";
-        case error_number::kDiskNotReady:
-            return "Disk not ready";
-        case error_number::kAcrossDrives:
-            return "Can't rename with different drive";
-        case error_number::kPathFileAccess:
-            return "Path/File access error";
-        case error_number::kPathNotFound:
-            return "Path not found";
-        case error_number::kInvalidPropertyValue:
-            return "Invalid property value";
-        case error_number::kTextReadOnly:
-            return "'Text' property is read-only";
-        default:
-            return "Application-defined or object-defined error";
-    }
+    const auto* const found = std::ranges::find(kTexts, number, &StandardText::number);
+    return found == std::end(kTexts) ? "Application-defined or object-defined error" : found->words;
 }
 
 void RaiseError(int number) { throw Error(number, product::kName, ErrorText(number)); }
