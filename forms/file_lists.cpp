@@ -149,19 +149,6 @@ void FolderList::Reload() {
     Notify(Aspect::kItems);
 }
 
-int FolderList::SubFolderCount() const {
-    return static_cast<int>(std::count_if(entries_.begin(), entries_.end(),
-                                          [](const Entry& entry) { return !entry.open; }));
-}
-
-std::string FolderList::SubFolder(int index) const {
-    const int first = static_cast<int>(entries_.size()) - SubFolderCount();
-    if (index < 0 || index >= SubFolderCount()) {
-        return "";
-    }
-    return entries_[static_cast<std::size_t>(first + index)].path;
-}
-
 void FolderList::UserOpen(int index) {
     if (index < 0 || index >= static_cast<int>(entries_.size())) {
         return;

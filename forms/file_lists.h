@@ -59,8 +59,6 @@ class FolderList : public Control {
         bool open = false;  // part of the chain
     };
     const std::vector<Entry>& Entries() const { return entries_; }
-    int SubFolderCount() const;
-    std::string SubFolder(int index) const;  // full path, "" when there is none
     // Double click or Enter on an entry. One that is gone meanwhile leaves the path as it is, and
     // the list shows what is still there; the error is for Refused or, without one, for the caller.
     void UserOpen(int index);

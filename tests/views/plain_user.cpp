@@ -1,4 +1,5 @@
 // The object is all there is: what it holds is what is seen.
+#include <algorithm>
 #include <map>
 
 #include "common/error.h"
@@ -218,7 +219,9 @@ class PlainUser : public ControlUser {
         if (clicked != clicked_.end() && clicked->second.path == list.Path()) {
             return clicked->second.index;
         }
-        return static_cast<int>(list.Entries().size()) - list.SubFolderCount() - 1;
+        return static_cast<int>(
+                   std::ranges::count(list.Entries(), true, &forms::FolderList::Entry::open)) -
+               1;
     }
 
     template <typename Visit>
