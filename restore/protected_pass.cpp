@@ -16,21 +16,6 @@ namespace vantrel {
 
 namespace {
 
-// Distinct paths in the order of their first occurrence.
-class DistinctPaths {
-  public:
-    void Add(std::string path) {
-        if (seen_.insert(path).second) {
-            paths_.push_back(std::move(path));
-        }
-    }
-    const std::vector<std::string>& All() const { return paths_; }
-
-  private:
-    std::vector<std::string> paths_;
-    std::set<std::string> seen_;
-};
-
 // `path` with its short (8.3) names replaced by the long ones. Every short name that the system
 // makes contains "~". The name of a folder that cannot be read stays as it is.
 std::string WithLongNames(forms::Program& program, const std::string& path) {
@@ -54,24 +39,30 @@ std::string WithLongNames(forms::Program& program, const std::string& path) {
     return with_long_names;
 }
 
-// The target folders: first those of the stored names, in their order, then those that the
-// component writes into, which differ for names that no file can have.
+// The target folders, each once: first those of the stored names, in their order, then those that
+// the component writes into, which differ for names that no file can have.
 std::vector<std::string> TargetPaths(forms::Program& program, const RestoreTargets& targets,
                                      const std::string& destination) {
     const std::string root = path::WithBackslash(destination);
-    DistinctPaths found;
+    std::vector<std::string> found;
+    std::set<std::string> seen;
+    const auto add = [&](const std::string& path) {
+        if (seen.insert(path).second) {
+            found.push_back(path);
+        }
+    };
     for (std::string entry : targets.entries) {
         std::replace(entry.begin(), entry.end(), '/', '\\');
-        found.Add(root + path::FolderPart(entry));
+        add(root + path::FolderPart(entry));
     }
     const auto folders = targets.folders ? targets.folders() : std::vector<std::string>();
     for (const std::string& real_root :
          {root, path::WithBackslash(WithLongNames(program, destination))}) {
         for (const std::string& folder : folders) {
-            found.Add(folder.empty() ? real_root : path::WithBackslash(real_root + folder));
+            add(folder.empty() ? real_root : path::WithBackslash(real_root + folder));
         }
     }
-    return found.All();
+    return found;
 }
 
 // The first of "C:\DATA_001" to "C:\DATA_999" that is not a folder; nothing when all are.
