@@ -47,14 +47,6 @@ std::string OpenPage(forms::Program& program, const std::string& page) {
            page;
 }
 
-std::string Trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string::npos) {
-        return "";
-    }
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 }  // namespace
 
 void clsSystem::ShowMessage(const std::string& text, const std::string& title) {
@@ -72,7 +64,7 @@ void clsSystem::ShowWebPage(const std::string& address) {
 }
 
 void clsSystem::OpenWith(const std::string& browser, const std::string& address) {
-    if (Trimmed(browser).empty()) {
+    if (browser.find_first_not_of(' ') == std::string::npos) {
         return ShowMessage("Could not find a Web Browser.", address);
     }
     if (program_.machine.shell.Open(address, platform::ShellVerb::kOpen) > kMaxShellError) {
