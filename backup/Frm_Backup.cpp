@@ -32,16 +32,8 @@ Frm_Backup::Frm_Backup(forms::Program& program, std::string set_name,
       set_name_(std::move(set_name)),
       component_(std::move(component)) {
     SetCaption("Backing Up Files...");
-    PKZIP.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
-        PKZIP_OverallProgress(percent, cancel);
-    };
-    PKZIP.FileProgress = [this](std::int32_t& percent) { PKZIP_FileProgress(percent); };
-    PKZIP.Message = [this](const zip::ComponentMessage& message) { PKZIP_Message(message); };
-    PKZIP.FatalStop = [this] { PKZIP_FatalStop(); };
-    if (!program.Unattended()) {
-        PKZIP.questions = this;
-        PKZIP.Figures = [this](const zip::RunFigures& figures) { Figures(figures); };
-    }
+    Follow(PKZIP);
+    PKZIP.FatalStop = [this] { FatalStop(); };
 }
 
 std::string Frm_Backup::SetPath() const { return program().InApplicationFolder(set_name_); }
@@ -152,21 +144,15 @@ void Frm_Backup::Finish() {
 
 void Frm_Backup::Cmd_Ok_Click() { program().desktop.Hide(*this); }
 
-void Frm_Backup::PKZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
-    OverallProgress(percent, cancel);
-}
-
-void Frm_Backup::PKZIP_FileProgress(std::int32_t& percent) { FileProgress(percent); }
-
 // The fatal stop that follows an error ends the program at once.
-void Frm_Backup::PKZIP_Message(const zip::ComponentMessage& message) {
-    Message(message);
+void Frm_Backup::Message(const zip::ComponentMessage& message) {
+    ProgressWindow::Message(message);
     if (message.kind == zip::MessageKind::kError && !program().Unattended()) {
         ShowFailure(message.text);
     }
 }
 
-void Frm_Backup::PKZIP_FatalStop() {
+void Frm_Backup::FatalStop() {
     messages_.WriteSummary(PKZIP.SkippedFiles(), kSkipped);
     program().machine.process.End(forms::exit_code::kFailed);
 }

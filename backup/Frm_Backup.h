@@ -30,10 +30,6 @@ class Frm_Backup : public ProgressWindow {
     void Form_Activate() override;
 
     void Cmd_Ok_Click() override;
-    void PKZIP_OverallProgress(std::int32_t& percent, bool& cancel);
-    void PKZIP_FileProgress(std::int32_t& percent);
-    void PKZIP_Message(const zip::ComponentMessage& message);
-    void PKZIP_FatalStop();
 
   private:
     // The archive's folder, as the set stores it for a restore, and its file name.
@@ -45,6 +41,8 @@ class Frm_Backup : public ProgressWindow {
     };
     Target MakeTarget(clsINI& set) const;
     void RunComponent(clsINI& set);
+    void Message(const zip::ComponentMessage& message) override;
+    void FatalStop();
     void Finish();
     // What the user sees of the end, until OK.
     void ShowEnd();

@@ -43,6 +43,18 @@ void ProgressWindow::Form_Load() {
 
 void ProgressWindow::Cmd_Cancel_Click() { Cmd_Cancel.SetEnabled(false); }
 
+void ProgressWindow::Follow(zip::Component& component) {
+    component.OverallProgress = [this](std::int32_t percent, bool& cancel) {
+        OverallProgress(percent, cancel);
+    };
+    component.FileProgress = [this](std::int32_t percent) { FileProgress(percent); };
+    component.Message = [this](const zip::ComponentMessage& message) { Message(message); };
+    if (!program().Unattended()) {
+        component.questions = this;
+        component.Figures = [this](const zip::RunFigures& figures) { Figures(figures); };
+    }
+}
+
 void ProgressWindow::OverallProgress(std::int32_t percent, bool& cancel) {
     program().desktop.DoEvents();
     PB_Folder.SetValue(percent);

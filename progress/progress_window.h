@@ -14,7 +14,7 @@
 #include "forms/lists.h"
 #include "forms/program.h"
 #include "progress/run_display.h"
-#include "zip/base/component_events.h"
+#include "zip/component.h"
 
 namespace vantrel {
 
@@ -74,11 +74,13 @@ class ProgressWindow : public forms::Form, protected zip::Questions {
     ProgressWindow(forms::Program& program, std::string name, std::string path_label,
                    std::string question_title);
 
+    // Handles the component's events from now on, and its questions unless the run is unattended.
+    void Follow(zip::Component& component);
     // Handlers of the component's events. The progress handlers first run pending events, so that
     // Cancel can be pressed and the window is painted.
     void OverallProgress(std::int32_t percent, bool& cancel);
     void FileProgress(std::int32_t percent);
-    void Message(const zip::ComponentMessage& message);
+    virtual void Message(const zip::ComponentMessage& message);
     // Updates the line of figures, at most ten times a second.
     void Figures(const zip::RunFigures& figures);
     // Shows no box when Cancel has been pressed: the answer is Cancel.

@@ -18,13 +18,7 @@ Frm_Restore::Frm_Restore(forms::Program& program, const RestoreControls& main_wi
       records_(program, main_window),
       component_(std::move(component)) {
     SetCaption("Restoring Files...");
-    PKUNZIP.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
-        PKUNZIP_OverallProgress(percent, cancel);
-    };
-    PKUNZIP.FileProgress = [this](std::int32_t& percent) { PKUNZIP_FileProgress(percent); };
-    PKUNZIP.Message = [this](const zip::ComponentMessage& message) { PKUNZIP_Message(message); };
-    PKUNZIP.questions = this;
-    PKUNZIP.Figures = [this](const zip::RunFigures& figures) { Figures(figures); };
+    Follow(PKUNZIP);
 }
 
 std::string Frm_Restore::SetPath() const {
@@ -94,14 +88,6 @@ void Frm_Restore::RememberDestination() {
 
 void Frm_Restore::Cmd_Ok_Click() { program().desktop.Unload(*this); }
 
-void Frm_Restore::PKUNZIP_OverallProgress(std::int32_t& percent, bool& cancel) {
-    OverallProgress(percent, cancel);
-}
-
-void Frm_Restore::PKUNZIP_FileProgress(std::int32_t& percent) { FileProgress(percent); }
-
-void Frm_Restore::PKUNZIP_Message(const zip::ComponentMessage& message) { Message(message); }
-
 std::string RestoreRecords::SourceText() const {
     const std::string set = controls_.Cmb_RestoreFile.Text();
     return set.empty() ? "ZIP File - " + controls_.Fld_RestoreFile.Caption() : set;
@@ -125,14 +111,8 @@ Frm_Search::Frm_Search(forms::Program& program, zip::PKUNZIP& component)
     : ProgressWindow(program, "Frm_Restore", "Lbl_RestorePath", "Restore"), component_(component) {
     SetCaption("Searching for Files...");
     path_label_.SetCaption("Please Wait...  Searching the Archive");
-    component_.OverallProgress = [this](std::int32_t& percent, bool& cancel) {
-        OverallProgress(percent, cancel);
-    };
-    component_.FileProgress = [this](std::int32_t& percent) { FileProgress(percent); };
-    component_.Message = [this](const zip::ComponentMessage& message) {
-        path_label_.SetCaption(message.text);
-    };
-    component_.questions = this;
+    Follow(component_);
+    component_.Figures = nullptr;  // a search counts no files
 }
 
 Frm_Search::~Frm_Search() {
@@ -140,6 +120,10 @@ Frm_Search::~Frm_Search() {
     component_.FileProgress = nullptr;
     component_.Message = nullptr;
     component_.questions = nullptr;
+}
+
+void Frm_Search::Message(const zip::ComponentMessage& message) {
+    path_label_.SetCaption(message.text);
 }
 
 void Frm_Search::Form_Activate() {

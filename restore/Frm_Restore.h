@@ -45,9 +45,6 @@ class Frm_Restore : public ProgressWindow {
     void Form_Activate() override;
 
     void Cmd_Ok_Click() override;
-    void PKUNZIP_OverallProgress(std::int32_t& percent, bool& cancel);
-    void PKUNZIP_FileProgress(std::int32_t& percent);
-    void PKUNZIP_Message(const zip::ComponentMessage& message);
 
   private:
     void RunComponent();
@@ -72,6 +69,8 @@ class Frm_Search : public ProgressWindow {
     void Cmd_Ok_Click() override;
 
   private:
+    void Message(const zip::ComponentMessage& message) override;
+
     zip::PKUNZIP& component_;
 };
 
