@@ -78,8 +78,7 @@ TEST_F(MainWindowMade, ErrorMeanwhileEndsTheProgramAsAnyOther) {
     EXPECT_EQ(error.number(), error_number::kDeviceIo);
     EXPECT_THROW(application.EndByError(error), ProgramEnded);
     EXPECT_FALSE(application.HasMainWindow());
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Run-time error '57':\r\n\r\nDevice I/O error");
+    ExpectBox("Run-time error '57':\r\n\r\nDevice I/O error", forms::Icon::kCritical, "");
     EXPECT_THAT(LogRecords(),
                 ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil"));
 }

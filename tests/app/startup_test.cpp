@@ -210,10 +210,7 @@ TEST_F(StartUp, UntrappedErrorAttendedIsTheStandardBoxAndEndsTheProgram) {
         application->EndByError(Error(53, "Vantrel", "File not found"));
     } catch (const ProgramEnded&) {
     }
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Run-time error '53':\r\n\r\nFile not found");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
-    EXPECT_EQ(desktop.boxes[0].title, "");
+    ExpectBox("Run-time error '53':\r\n\r\nFile not found", forms::Icon::kCritical, "");
     EXPECT_EQ(machine.settings.writes, 0);
     EXPECT_THAT(LogRecords(),
                 ElementsAre("Application 3.0.6 Started", "Command Line Parameter = Nil"));

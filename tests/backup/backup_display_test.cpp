@@ -190,11 +190,10 @@ TEST_F(BackupDisplay, FailedRunShowsTheReasonAndWhatIsOnTheDiskBeforeTheFatalSto
         component.FatalStop();
     };
     EXPECT_THROW(Run({}), ProgramEnded);
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "The backup has failed, and Vantrel ends after OK.\r\n\r\nOut of memory\r\nEarlier "
-              "archive, unchanged: C:\\Backups\\WEEKLY.zip");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
+    ExpectBox(
+        "The backup has failed, and Vantrel ends after OK.\r\n\r\nOut of memory\r\nEarlier "
+        "archive, unchanged: C:\\Backups\\WEEKLY.zip",
+        forms::Icon::kCritical, "Backup");
 }
 
 TEST_F(BackupDisplay, KeyboardIsAtOkAtTheEnd) {

@@ -118,7 +118,7 @@ TEST_F(DestinationDialog, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
     const auto index = static_cast<int>(backups - entries.begin());
     machine.files().RemoveFolder("C:\\Backups");
     dialog->Dir_DirList.UserOpen(index);
-    ExpectBox("Path not found: C:\\Backups", forms::Icon::kCritical, "Error");
+    ExpectError("Path not found: C:\\Backups");
     EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\");
     EXPECT_TRUE(dialog->Loaded());
 }
@@ -127,7 +127,7 @@ TEST_F(DestinationDialog, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
 TEST_F(DestinationDialog, DestinationThatTheListsRefuseIsToldAndTheyStayWhereTheyWere) {
     Select({.to_drive = "\\"});
     Open();
-    ExpectBox("Device unavailable: \\", forms::Icon::kCritical, "Error");
+    ExpectError("Device unavailable: \\");
     EXPECT_EQ(dialog->Dri_DriveList.Drive().substr(0, 2), "c:");
     EXPECT_EQ(dialog->Dir_DirList.Path(), "C:\\Vantrel");
     dialog->Cmd_Ok.UserPress();
@@ -162,7 +162,7 @@ TEST_F(DestinationDialog, ErrorWhileAFolderIsTakenIsToldAndTheDialogStays) {
     Frm_BackupWhere shown(other, window.Controls());
     desktop.Load(shown);
     shown.Cmd_Ok.UserPress();
-    ExpectBox("Out of memory", forms::Icon::kCritical, "Error");
+    ExpectError("Out of memory");
     EXPECT_TRUE(shown.Loaded());
     EXPECT_EQ(machine.Content("C:\\Vantrel\\WEEKLY.INI"), SetText({.to_drive = "C:\\"}));
 }

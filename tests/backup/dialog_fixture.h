@@ -45,12 +45,6 @@ class SelectedSetTest : public ProgramFixture {
         window.Fld_BackupWhere.SetCaption(set.to_drive);
         window.Dir_DirList.SetPath("C:\\Data");
     }
-    void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {
-        ASSERT_EQ(desktop.boxes.size(), 1u);
-        EXPECT_EQ(desktop.boxes[0].text, text);
-        EXPECT_EQ(desktop.boxes[0].icon, icon);
-        EXPECT_EQ(desktop.boxes[0].title, title);
-    }
     SelectedSet window{program};
 };
 

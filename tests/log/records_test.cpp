@@ -83,10 +83,7 @@ TEST_F(TransactionLog, PrevInstanceLeavesItsLineOpenForTheNextRecord) {
 
 TEST_F(TransactionLog, UnknownKindShowsABoxAndWritesNoRecord) {
     Write("backup", "x");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Hey");
-    EXPECT_EQ(desktop.boxes[0].title, "Select Case Missing");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    ExpectBox("Hey", forms::Icon::kExclamation, "Select Case Missing");
     EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kOk);
     EXPECT_EQ(Records(), "");  // the header, which comes before the kind is looked at
     Write("");

@@ -113,12 +113,6 @@ class RestoreTabTest : public ProgramFixture {
         PressOkWhenIdle();
         tab.actions.Cmd_Restore_Click();
     }
-    void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title) {
-        ASSERT_FALSE(desktop.boxes.empty());
-        EXPECT_EQ(desktop.boxes.back().text, text);
-        EXPECT_EQ(desktop.boxes.back().icon, icon);
-        EXPECT_EQ(desktop.boxes.back().title, title);
-    }
 
     Tab tab{program};
 };

@@ -161,10 +161,10 @@ TEST_F(UnlistedArchive, AnotherArchiveAtTheSamePathIsRefusedByTheRestoreWindow) 
     };
     AnswerWith({Answer::kRetry, Answer::kCancel});
     Restore();
-    ASSERT_THAT(desktop.boxes, SizeIs(2));
-    EXPECT_EQ(desktop.boxes[1].text,
-              "The archive cannot be read: C:\\Backups\\WEEKLY.zip (It is another archive than the "
-              "one listed).");
+    ExpectBox(
+        "The archive cannot be read: C:\\Backups\\WEEKLY.zip (It is another archive than the one "
+        "listed).",
+        forms::Icon::kExclamation, "Restore", 2);
     EXPECT_EQ(machine.Content("C:\\RESTORE\\Later\\d.txt"), "precious");
     EXPECT_FALSE(machine.Exists("C:\\RESTORE\\Sub\\b.txt"));
     EXPECT_THAT(LogRecords(), Contains("Cancelled by User"));

@@ -50,6 +50,19 @@ class ProgramFixture : public ::testing::Test {
         machine.MakeFolders("C:\\Backups");
     }
 
+    // `count` boxes were shown; the last one is this.
+    void ExpectBox(const std::string& text, forms::Icon icon, const std::string& title,
+                   std::size_t count = 1) {
+        ASSERT_EQ(desktop.boxes.size(), count);
+        EXPECT_EQ(desktop.boxes.back().text, text);
+        EXPECT_EQ(desktop.boxes.back().icon, icon);
+        EXPECT_EQ(desktop.boxes.back().title, title);
+    }
+    // The same for a box about a trapped run-time error.
+    void ExpectError(const std::string& description, std::size_t count = 1) {
+        ExpectBox(description, forms::Icon::kCritical, "Error", count);
+    }
+
     // Records of the log without its header and without the 20 characters of the stamp.
     std::vector<std::string> LogRecords() {
         std::vector<std::string> records;

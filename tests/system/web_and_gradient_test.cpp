@@ -35,10 +35,8 @@ TEST_F(WebPage, ScratchFileHoldsOneLineWithABackslashAndIsGoneAfterwards) {
 TEST_F(WebPage, NoBrowserIsToldUnderTheAddressAndLeavesNoScratchFile) {
     machine.shell.executable = "   ";
     Show();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Could not find a Web Browser.");
-    EXPECT_EQ(desktop.boxes[0].title, "https://www.example.com/");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+    ExpectBox("Could not find a Web Browser.", forms::Icon::kExclamation,
+              "https://www.example.com/");
     EXPECT_THAT(machine.shell.opened, IsEmpty());
     EXPECT_FALSE(machine.Exists(kScratch));
 }
@@ -49,9 +47,7 @@ TEST_F(WebPage, ShellAnswerOf32IsAFailureAnd33IsNot) {
     EXPECT_THAT(desktop.boxes, IsEmpty());
     machine.shell.answer = 32;
     Show();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Web Page not Opened");
-    EXPECT_EQ(desktop.boxes[0].title, "Web URL Failed");
+    ExpectBox("Web Page not Opened", forms::Icon::kExclamation, "Web URL Failed");
 }
 
 TEST_F(WebPage, ScratchFileThatCannotBeRemovedIsAnErrorOnceThePageIsOpen) {

@@ -51,10 +51,7 @@ TEST_F(BackupLists, OpeningAFolderThatIsGoneIsToldAndThePathStays) {
     machine.files().RemoveFile("C:\\Data\\Sub\\b.txt");
     machine.files().RemoveFolder("C:\\Data\\Sub");
     Tab().Dir_DirList.UserOpen(sub);
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found: C:\\Data\\Sub");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectError("Path not found: C:\\Data\\Sub");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     EXPECT_THAT(Shown(), Not(Contains("Sub")));
     EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));

@@ -102,10 +102,7 @@ TEST_F(BackupTabTest, MissingFolderOnAnAvailableDriveMovesNeitherListAndWritesNo
     EXPECT_EQ(StoredSource("GONE.INI"), "D:\\Gone\\*.DOC");
     EXPECT_EQ(Tab().Dri_DriveList.Drive().substr(0, 2), "c:");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found: D:\\Gone\\");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectError("Path not found: D:\\Gone\\");
     EXPECT_EQ(Tab().Lbl_FilestoBackup.Caption(), "*.DOC");
 }
 
@@ -125,12 +122,10 @@ TEST_F(BackupTabTest, AbsentSourceDriveShowsTheFirstMessageAndTheApplicationsDri
     Open();
     Select("DAILY.INI");
     Select("FLOPPY.INI");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "You have selected a file whereupon files from A:\\*.* are to backed up.  Vantrel "
-              "cannot locate A:\\*.*\r\n\r\n");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
-    EXPECT_EQ(desktop.boxes[0].title, "Backup");
+    ExpectBox(
+        "You have selected a file whereupon files from A:\\*.* are to backed up.  Vantrel cannot "
+        "locate A:\\*.*\r\n\r\n",
+        forms::Icon::kExclamation, "Backup");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\");
     EXPECT_EQ(StoredSource("FLOPPY.INI"), "A:\\*.*");
 }
@@ -149,13 +144,11 @@ TEST_F(BackupTabTest, UnreachableDestinationShowsTheSecondMessageAtEachSelection
     PutSet("FAR.INI", {.to_drive = "Q:\\Backups\\"});
     Open();
     Select("FAR.INI");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "You have selected to backup files to Q:\\Backups\\ are to backed up.  Vantrel "
-              "cannot locate Q:\\Backups\\\r\n\r\nIf the Drive Selected is a Removable Drive then "
-              "place a Disk into the Drive Now.");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
-    EXPECT_EQ(desktop.boxes[0].title, "Backup");
+    ExpectBox(
+        "You have selected to backup files to Q:\\Backups\\ are to backed up.  Vantrel cannot "
+        "locate Q:\\Backups\\\r\n\r\nIf the Drive Selected is a Removable Drive then place a Disk "
+        "into the Drive Now.",
+        forms::Icon::kExclamation, "Backup");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     window->TAB_Backup.SetTab(2);
     window->TAB_Backup.SetTab(0);
@@ -261,8 +254,7 @@ TEST_F(BackupTabTest, ButtonsOfADialogAskForASetFirst) {
     Open();
     Tab().Cmd_Change.Press();
     Tab().Cmd_Navigate.Press();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Please select a Backup Configuration.");
+    ExpectBox("Please select a Backup Configuration.", forms::Icon::kInformation, "Backup");
     for (auto& button : Tab().Cmd_Options) {
         button.Press();
         EXPECT_EQ(desktop.boxes.back().text, "Please select a Backup Configuration first.");
@@ -302,9 +294,7 @@ TEST_F(BackupTabTest, ChoosingAnEmptyDriveIsToldAndWritesNothing) {
     Open();
     Select("ALL.INI");
     Tab().Dri_DriveList.UserChoose(0);
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found: a:");
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectError("Path not found: a:");
     EXPECT_EQ(Tab().Dir_DirList.Path(), "C:\\Data");
     EXPECT_EQ(machine.Content("C:\\Vantrel\\ALL.INI"), SetText({}));
 }
@@ -314,8 +304,7 @@ TEST_F(BackupTabTest, SourceOnADriveThatIsNotListedIsToldAndKept) {
     PutSet("ODD.INI", {.files = "E:\\*.DOC"});
     Open();
     Select("ODD.INI");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Device unavailable: E:\\");
+    ExpectError("Device unavailable: E:\\");
     EXPECT_EQ(StoredSource("ODD.INI"), "E:\\*.DOC");
 }
 

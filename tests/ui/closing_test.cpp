@@ -24,12 +24,6 @@ class Closing : public ProgramFixture {
         desktop.Unload(window);
         EXPECT_FALSE(window.Loaded());
     }
-    void ExpectError(const std::string& text) {
-        ASSERT_EQ(desktop.boxes.size(), 1u);
-        EXPECT_EQ(desktop.boxes[0].text, text);
-        EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
-        EXPECT_EQ(desktop.boxes[0].title, "Error");
-    }
 };
 
 struct LockedSettings : TestSettings {

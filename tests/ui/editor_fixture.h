@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,22 +25,13 @@ class EditorFixture : public MainWindowFixture {
     }
     EditTab& Tab() { return window->Edit; }
 
-    std::vector<std::string> Listed() const {
-        std::vector<std::string> names;
-        for (int i = 0; i < window->Edit.Fil_INI.Count(); ++i) {
-            names.push_back(window->Edit.Fil_INI.Item(i));
-        }
-        return names;
-    }
+    std::vector<std::string> Listed() const { return EntriesOf(window->Edit.Fil_INI); }
     // Picks a file of the list, as a click does.
     void Pick(const std::string& name) {
-        auto& list = window->Edit.Fil_INI;
-        for (int i = 0; i < list.Count(); ++i) {
-            if (list.Item(i) == name) {
-                return list.SetIndex(i);
-            }
-        }
-        ADD_FAILURE() << name << " is not listed";
+        const std::vector<std::string> names = Listed();
+        const auto found = std::find(names.begin(), names.end(), name);
+        ASSERT_NE(found, names.end()) << name;
+        window->Edit.Fil_INI.SetIndex(static_cast<int>(found - names.begin()));
     }
     // A valid set's text, as the editor shows it, with one value of its own.
     static std::string TextWithName(const std::string& archive) {

@@ -55,10 +55,7 @@ TEST_F(EditorList, RefreshAfterTwoFilesWentSelectsAnIndexThatIsGoneAndClearsNoth
     Remove("A.INI");
     Remove("B.INI");
     Tab().Cmd_INIRefresh.UserPress();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Invalid property value");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kCritical);
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectError("Invalid property value");
     EXPECT_EQ(Tab().Fld_INI.Text(), text);
     EXPECT_EQ(Tab().CurrentINI, "D.INI");
     EXPECT_THAT(Listed(), ElementsAre("C.INI", "D.INI"));
@@ -110,12 +107,9 @@ TEST_F(EditorList, DeletingAsksWithNoAsDefault) {
     Open();
     Pick("B.INI");
     window->Menu_Options_Delete.UserChoose();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Are you sure that you wish to delete B.INI");
-    EXPECT_EQ(desktop.boxes[0].title, "Delete File");
+    ExpectBox("Are you sure that you wish to delete B.INI", forms::Icon::kNone, "Delete File");
     EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kYesNo);
     EXPECT_EQ(desktop.boxes[0].default_button, 2);
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kNone);
     EXPECT_TRUE(machine.Exists(PathOf("B.INI")));
     EXPECT_EQ(Tab().CurrentINI, "B.INI");
 }
@@ -185,8 +179,7 @@ TEST_F(EditorList, DeletingAProtectedFileIsAnErrorAndKeepsIt) {
     machine.files().SetAttributes(PathOf("B.INI"), platform::attribute::kReadOnly);
     desktop.answers = {forms::Answer::kYes};
     window->Menu_Options_Delete.UserChoose();
-    ASSERT_EQ(desktop.boxes.size(), 2u);
-    EXPECT_EQ(desktop.boxes[1].text, "Permission denied");
+    ExpectError("Permission denied", 2);
     EXPECT_EQ(window->Backup.Cmb_BackupSet.Count(), 4);
     EXPECT_EQ(Tab().CurrentINI, "B.INI");
 }

@@ -34,10 +34,8 @@ class EditorSave : public EditorFixture {
         Open();
         std::string text = SetText(values);
         SaveText(text);
-        ASSERT_EQ(desktop.boxes.size(), 1u);
-        EXPECT_EQ(desktop.boxes[0].text, "Unable to Save this file:\r\nReason: " + reason);
-        EXPECT_EQ(desktop.boxes[0].title, "INI Validation");
-        EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
+        ExpectBox("Unable to Save this file:\r\nReason: " + reason, forms::Icon::kExclamation,
+                  "INI Validation");
         EXPECT_EQ(desktop.boxes[0].buttons, forms::Buttons::kOk);
         EXPECT_FALSE(Tab().SaveAccepted);
         EXPECT_TRUE(Tab().Cmd_Save.Enabled());
@@ -169,9 +167,8 @@ TEST_F(EditorSave, FirstDirectSaveAfterOneThroughTheQuestionIsConfirmedAndNoOthe
     Tab().Fld_INI.UserType(TextWithName("TWO"));
     desktop.answers = {forms::Answer::kYes};
     Tab().Cmd_Save.UserPress();
-    ASSERT_EQ(desktop.boxes.size(), 2u);
-    EXPECT_EQ(desktop.boxes[1].text, "Are you sure that you wish to save the changes?");
-    EXPECT_EQ(desktop.boxes[1].title, "Save Changes");
+    ExpectBox("Are you sure that you wish to save the changes?", forms::Icon::kNone, "Save Changes",
+              2);
     EXPECT_EQ(desktop.boxes[1].buttons, forms::Buttons::kYesNo);
     EXPECT_EQ(desktop.boxes[1].default_button, 2);
     EXPECT_FALSE(Tab().ConfirmSave);
@@ -248,9 +245,7 @@ TEST_F(EditorSave, TextWithoutAFileIsAnErrorAndStays) {
     Open();
     Tab().Fld_INI.UserType(TextWithName("NOBODY"));
     Tab().Cmd_Save.UserPress();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
-    EXPECT_EQ(desktop.boxes[0].text, "Path/File access error");
+    ExpectError("Path/File access error");
     EXPECT_FALSE(Tab().SaveAccepted);
     EXPECT_TRUE(Tab().Cmd_Save.Enabled());
     EXPECT_EQ(Tab().Fld_INI.Text(), TextWithName("NOBODY"));
@@ -259,10 +254,9 @@ TEST_F(EditorSave, TextWithoutAFileIsAnErrorAndStays) {
 TEST_F(EditorSave, TextThatTheCodePageCannotHoldIsRefused) {
     Open();
     SaveText(SetText({.files = "C:\\\xE6\x96\x87\\*.*"}));
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "Unable to Save this file:\r\n"
-              "Reason: It holds characters that a Backup Set cannot store.");
+    ExpectBox(
+        "Unable to Save this file:\r\nReason: It holds characters that a Backup Set cannot store.",
+        forms::Icon::kExclamation, "INI Validation");
     EXPECT_EQ(Saved(), SetText({.name = "DAILY"}));
     EXPECT_TRUE(Tab().Cmd_Save.Enabled());
 }

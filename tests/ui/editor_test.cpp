@@ -133,10 +133,7 @@ TEST_F(Editor, SaveOfAFileThatCannotBeWrittenKeepsTheEditedText) {
     PickAndType("DAILY.INI", TextWithName("EDITED"));
     desktop.answers = {forms::Answer::kYes};
     Pick("WEEKLY.INI");
-    ASSERT_EQ(desktop.boxes.size(), 2u);
-    EXPECT_EQ(desktop.boxes[1].text, "Permission denied");
-    EXPECT_EQ(desktop.boxes[1].title, "Error");
-    EXPECT_EQ(desktop.boxes[1].icon, forms::Icon::kCritical);
+    ExpectError("Permission denied", 2);
     EXPECT_EQ(Tab().Fil_INI.FileName(), "DAILY.INI");
     EXPECT_EQ(Tab().Fld_INI.Text(), TextWithName("EDITED"));
     EXPECT_TRUE(Tab().Cmd_Save.Enabled());

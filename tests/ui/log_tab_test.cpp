@@ -113,9 +113,7 @@ TEST_F(LogTabTest, LogViewIsReadOnly) {
 TEST_F(LogTabTest, MissingLogIsAnEmptyViewAndAnErrorBoxForItsSize) {
     Tab().Cmd_Refresh.UserPress();
     EXPECT_EQ(Tab().Fld_Log.Text(), "");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "File not found");
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectError("File not found");
 }
 
 TEST_F(LogTabTest, LogThatCannotBeReadIsAnErrorBoxAndThePointerComesBack) {

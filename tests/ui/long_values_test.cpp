@@ -31,9 +31,9 @@ TEST_F(LongSources, ChosenFolderWhoseSourceIsTooLongIsRefusedAndNotStored) {
     Backup().Dir_DirList.SetPath(fits);
     EXPECT_EQ(StoredSource("DAILY.INI"), fits + "\\*.*");
     Backup().Dir_DirList.SetPath(too_long);
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Unable to use the folder " + too_long +
-                                         ".\r\nIts path is longer than a Backup Set can store.");
+    ExpectBox("Unable to use the folder " + too_long +
+                  ".\r\nIts path is longer than a Backup Set can store.",
+              forms::Icon::kExclamation, "Backup");
     EXPECT_EQ(StoredSource("DAILY.INI"), fits + "\\*.*");
     EXPECT_EQ(Backup().Dir_DirList.Path(), fits);
 }
@@ -110,9 +110,8 @@ TEST_P(LongValuesInTheEditor, AreRefusedAndTheFileStays) {
         EXPECT_THAT(machine.Content(PathOf("DAILY.INI")), HasSubstr(row.key + "=" + row.value));
         return;
     }
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Unable to Save this file:\r\nReason: " + row.reason + ".");
-    EXPECT_EQ(desktop.boxes[0].title, "INI Validation");
+    ExpectBox("Unable to Save this file:\r\nReason: " + row.reason + ".", forms::Icon::kExclamation,
+              "INI Validation");
     EXPECT_EQ(machine.Content(PathOf("DAILY.INI")), SetText({}));
     EXPECT_FALSE(Tab().SaveAccepted);
     EXPECT_TRUE(Tab().Cmd_Save.Enabled());

@@ -69,10 +69,8 @@ TEST_F(MailTheLogTest, SuccessIsLoggedAndTold) {
     MailTheLog();
     EXPECT_THAT(LogRecords(),
                 ElementsAre("Log File Emailed to Corvane Limited.", "Email Successful"));
-    ASSERT_EQ(desktop.boxes.size(), 2u);
-    EXPECT_EQ(desktop.boxes[1].text, "Log File Succesfully Sent to your E-Mail Application");
-    EXPECT_EQ(desktop.boxes[1].icon, forms::Icon::kInformation);
-    EXPECT_EQ(desktop.boxes[1].title, "E-Mail Log File");
+    ExpectBox("Log File Succesfully Sent to your E-Mail Application", forms::Icon::kInformation,
+              "E-Mail Log File", 2);
 }
 
 TEST_F(MailTheLogTest, AttemptIsLoggedBeforeTheSignOnAndSuccessAfterTheSignOff) {
@@ -91,11 +89,8 @@ TEST_F(MailTheLogTest, FailedSignOnIsShownAndLeavesAttemptAndFailureInTheLog) {
     EXPECT_THAT(LogRecords(),
                 ElementsAre("Log File Emailed to Corvane Limited.",
                             "Email Failed - Error Code 3 - Signing on to the mail program failed"));
-    ASSERT_EQ(desktop.boxes.size(), 2u);
-    EXPECT_EQ(desktop.boxes[1].text, "Logon Failure: Signing on to the mail program failed");
+    ExpectBox("Logon Failure: Signing on to the mail program failed", forms::Icon::kNone, "", 2);
     EXPECT_EQ(desktop.boxes[1].buttons, forms::Buttons::kOk);
-    EXPECT_EQ(desktop.boxes[1].icon, forms::Icon::kNone);
-    EXPECT_EQ(desktop.boxes[1].title, "");
 }
 
 TEST_F(MailTheLogTest, FailureIsShownBeforeItIsLogged) {
@@ -207,9 +202,7 @@ TEST_F(ContactTest, PointerIsAnHourglassMeanwhile) {
 TEST_F(ContactTest, FailedSignOnIsShownAndLogged) {
     machine.mail.sign_on_error = platform::mail_error::kNotSupported;
     Contact();
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Logon Failure: The mail program does not support this");
-    EXPECT_EQ(desktop.boxes[0].title, "");
+    ExpectBox("Logon Failure: The mail program does not support this", forms::Icon::kNone, "");
     EXPECT_THAT(
         LogRecords(),
         ElementsAre("Contact attempted for Corvane Limited.",

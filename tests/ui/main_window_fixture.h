@@ -26,10 +26,10 @@ class MainWindowFixture : public ProgramFixture {
         set.Read_INI(PathOf(name));
         return set.BackupFiles();
     }
-    static std::vector<std::string> EntriesOf(const forms::ComboBox& combo) {
+    static std::vector<std::string> EntriesOf(const forms::List& list) {
         std::vector<std::string> names;
-        for (int i = 0; i < combo.Count(); ++i) {
-            names.push_back(combo.Item(i));
+        for (int i = 0; i < list.Count(); ++i) {
+            names.push_back(list.Item(i));
         }
         return names;
     }

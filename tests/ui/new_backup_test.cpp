@@ -108,10 +108,8 @@ TEST_F(NewBackup, SetThatWasSelectedBeforeKeepsItsSource) {
 TEST_F(NewBackup, NameOfAnExistingFileInOtherCaseIsRefusedAndThatSetSelected) {
     PutSet("Daily.ini", {.name = "OLD"});
     Type("DAILY");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Unable to Save the Configuration File as it already exists.");
-    EXPECT_EQ(desktop.boxes[0].icon, forms::Icon::kExclamation);
-    EXPECT_EQ(desktop.boxes[0].title, "Backup");
+    ExpectBox("Unable to Save the Configuration File as it already exists.",
+              forms::Icon::kExclamation, "Backup");
     EXPECT_EQ(Backup().Cmb_BackupSet.Text(), "Daily.ini");
     EXPECT_EQ(Backup().Cmb_BackupSet.Count(), 1);
     EXPECT_EQ(machine.Content(PathOf("Daily.ini")), SetText({.name = "OLD"}));

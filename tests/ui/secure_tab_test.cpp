@@ -29,10 +29,7 @@ class SecureTabTest : public MainWindowFixture {
     SecureTab& Tab() { return window->Secure; }
     // The only box is this error; the tree is shown again.
     void ExpectErrorBesideTheTree(const std::string& text) {
-        ASSERT_EQ(desktop.boxes.size(), 1u);
-        EXPECT_EQ(desktop.boxes[0].text, text);
-        EXPECT_EQ(desktop.boxes[0].icon, Icon::kCritical);
-        EXPECT_EQ(desktop.boxes[0].title, "Error");
+        ExpectError(text);
         EXPECT_TRUE(Tab().TV_SecureMode.Visible());
         EXPECT_FALSE(Tab().SSP_PleaseWait.Visible());
         EXPECT_EQ(desktop.pointer, Pointer::kDefault);
@@ -128,9 +125,7 @@ TEST_F(SecureTabTest, ListThatCannotBeMadeIsShownAsAnErrorAndNoTreeIsLoaded) {
     LoadWindow();
     machine.process.application_folder = "C:\\Gone";
     window->TAB_Backup.SetTab(kTab);
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text, "Path not found");
-    EXPECT_EQ(desktop.boxes[0].title, "Error");
+    ExpectError("Path not found");
     EXPECT_EQ(Tab().TV_SecureMode.Count(), 0);
 }
 
@@ -262,12 +257,9 @@ TEST_F(SecureTabTest, WindowsFolderIsRefusedInAnyLetterCase) {
     machine.process.windows_folder = "c:\\Windows";
     Open();
     Add("C:\\WINDOWS");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "This folder is maintained by your Operating System.  "
-              "You may not Protect System Folders.");
-    EXPECT_EQ(desktop.boxes[0].icon, Icon::kExclamation);
-    EXPECT_EQ(desktop.boxes[0].title, "Protected Folders");
+    ExpectBox(
+        "This folder is maintained by your Operating System.  You may not Protect System Folders.",
+        Icon::kExclamation, "Protected Folders");
     ExpectNotProtected();
 }
 
@@ -288,10 +280,10 @@ TEST_F(SecureTabTest, FolderThatTheCodePageCannotHoldIsRefusedWithAMessage) {
     machine.MakeFolders("C:\\Data\\\xE6\x97\xA5");
     Open();
     Add("C:\\Data\\\xE6\x97\xA5");
-    ASSERT_EQ(desktop.boxes.size(), 1u);
-    EXPECT_EQ(desktop.boxes[0].text,
-              "Unable to use the folder C:\\Data\\\xE6\x97\xA5.\r\nIts name holds characters that "
-              "the list of Protected Folders cannot store.");
+    ExpectBox(
+        "Unable to use the folder C:\\Data\\\xE6\x97\xA5.\r\nIts name holds characters that the "
+        "list of Protected Folders cannot store.",
+        forms::Icon::kExclamation, "Protected Folders");
     ExpectNotProtected();
 }
 
