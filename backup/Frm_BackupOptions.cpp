@@ -66,8 +66,7 @@ void Frm_BackupOptions::Cmd_Ok_Click() {
 }
 
 void Frm_BackupOptions::ShowMessage(const std::string& text) {
-    program().globals.MessageText = text;
-    program().desktop.Show({.text = text, .icon = forms::Icon::kExclamation, .title = "Backup"});
+    program().ShowMessage({.text = text, .icon = forms::Icon::kExclamation, .title = "Backup"});
 }
 
 bool Frm_BackupOptions::ValidateEntries() {
@@ -142,21 +141,15 @@ clsINI Frm_BackupOptions::WithValues() const {
 // A source that was cut when it was loaded would be stored as another folder. The destination
 // matters only for the name of a dated folder: the dialog stores no other part of it.
 bool Frm_BackupOptions::ValidateLengths(const clsINI& changed) {
-    std::string problem = set_.SourceProblem();
-    if (problem.empty()) {
-        problem = changed.SourceProblem();
+    for (const std::string& problem :
+         {set_.SourceProblem(), changed.SourceProblem(), changed.ArchiveNameProblem(),
+          Chk_TimeBackup.Checked() ? changed.DestinationProblem() : ""}) {
+        if (!problem.empty()) {
+            ShowMessage("Unable to Save as " + problem + ".");
+            return false;
+        }
     }
-    if (problem.empty()) {
-        problem = changed.ArchiveNameProblem();
-    }
-    if (problem.empty() && Chk_TimeBackup.Checked()) {
-        problem = changed.DestinationProblem();
-    }
-    if (problem.empty()) {
-        return true;
-    }
-    ShowMessage("Unable to Save as " + problem + ".");
-    return false;
+    return true;
 }
 
 void Frm_BackupOptions::WriteKeys(const clsINI& set) {

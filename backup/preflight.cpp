@@ -51,8 +51,7 @@ class Preflight {
                               Icon::kExclamation);
         }
         if (refusal) {
-            program_.globals.MessageText = refusal->text;
-            program_.desktop.Show(*refusal);
+            program_.ShowMessage(*refusal);
             return false;
         }
         return program_.desktop.Show({.text = "Are you sure that you wish to start the backup now?",

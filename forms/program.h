@@ -39,6 +39,11 @@ struct Program {
 
     // Whether the run is unattended: the command line is not empty.
     bool Unattended() const { return !machine.process.CommandLine().empty(); }
+    // Shows a box whose text stays in MessageText.
+    Answer ShowMessage(const Box& box) {
+        globals.MessageText = box.text;
+        return desktop.Show(box);
+    }
     // `name` in the application folder, joined by one "\".
     std::string InApplicationFolder(const std::string& name) const {
         return machine.process.ApplicationFolder() + "\\" + name;

@@ -35,11 +35,10 @@ void Cmd_RestoreTo_Click(forms::Program& program, const RestoreControls& control
                               .title = "Backup"});
         return;
     }
-    program.globals.MessageText = LocationWarning(program);
-    program.desktop.Show({.text = program.globals.MessageText,
-                          .icon = forms::Icon::kCritical,
-                          .title = "Restore",
-                          .right_aligned = true});
+    program.ShowMessage({.text = LocationWarning(program),
+                         .icon = forms::Icon::kCritical,
+                         .title = "Restore",
+                         .right_aligned = true});
     Frm_RestoreWhere dialog(program, controls.Fld_RestoreTo);
     program.desktop.ShowModal(dialog);
 }

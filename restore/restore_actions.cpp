@@ -35,8 +35,7 @@ std::string RestoreActions::ArchiveToRestore() const {
 }
 
 void RestoreActions::ShowMessage(const std::string& text) {
-    program_.globals.MessageText = text;
-    program_.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Restore"});
+    program_.ShowMessage({.text = text, .icon = Icon::kExclamation, .title = "Restore"});
 }
 
 // False when another listing has replaced it.
@@ -89,29 +88,21 @@ void RestoreActions::TakeSet() {
     const std::string archive = set.RestoreFromDrive() + set.RestoreFileName();
     const std::string& line = program_.globals.CrLf;
     if (set.RestoreFromDrive().empty()) {
-        program_.desktop.SetPointer(Pointer::kDefault);
-        ShowMessage("There is no Restore Information available for this Backupset." + line +
-                    "Please select a new Backupset to Restore From or "
-                    "manually select a file.");
-        SelectNothing();
-        return;
+        return RefuseSet("There is no Restore Information available for this Backupset." + line +
+                         "Please select a new Backupset to Restore From or "
+                         "manually select a file.");
     }
     if (!set.RestoreSourceProblem().empty()) {
-        program_.desktop.SetPointer(Pointer::kDefault);
-        ShowMessage("Unable to Restore as " + set.RestoreSourceProblem() + ".");
-        return SelectNothing();
+        return RefuseSet("Unable to Restore as " + set.RestoreSourceProblem() + ".");
     }
     if (!clsFiles(program_).Exist(archive, true)) {
-        program_.desktop.SetPointer(Pointer::kDefault);
-        ShowMessage(
+        return RefuseSet(
             "This configuration file indicates that a backup file "
             "was created but it no longer appears to "
             "exist." +
             line + line + "File being sought is " + archive + line + line +
             "If the File is from a Removable Drive then "
             "place the disk into the drive now and try again.");
-        SelectNothing();
-        return;
     }
     controls_.Fld_RestoreFile.SetCaption(archive);
     ListOrSearch(archive);
@@ -119,7 +110,9 @@ void RestoreActions::TakeSet() {
 }
 
 // The earlier choice goes as well: the user has chosen another set since.
-void RestoreActions::SelectNothing() {
+void RestoreActions::RefuseSet(const std::string& reason) {
+    program_.desktop.SetPointer(Pointer::kDefault);
+    ShowMessage(reason);
     controls_.Cmb_RestoreFile.SetIndex(-1);
     controls_.TV_Restore.Clear();
     controls_.TV_Restore.SetVisible(true);

@@ -30,7 +30,8 @@ class RestoreActions {
 
   private:
     void TakeSet();
-    void SelectNothing();
+    // Shows why the chosen set cannot be restored; nothing is chosen then.
+    void RefuseSet(const std::string& reason);
     void Browse();
     void ForgetSetUnlessItNames(const std::string& archive);
     bool List(const std::string& archive);

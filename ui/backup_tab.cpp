@@ -164,7 +164,7 @@ void BackupTab::Cmb_BackupSet_Click() {
     set.Read_INI(SetPath());
 
     const std::string where = clsString().Backslash(set.BackupToDrive());
-    const bool source_found = SourceDriveFound(set);
+    const bool source_found = DriveFound(set, set.BackupFiles());
     if (!source_found) {
         if (window_.program().Unattended()) {
             return Fld_BackupWhere.SetCaption(where);
@@ -173,7 +173,7 @@ void BackupTab::Cmb_BackupSet_Click() {
         GoToApplicationDrive();
         Fld_BackupWhere.SetCaption(where);
     }
-    if (!DestinationDriveFound(set)) {
+    if (!DriveFound(set, set.BackupToDrive())) {
         if (window_.program().Unattended()) {
             return Fld_BackupWhere.SetCaption(where);
         }
@@ -190,34 +190,30 @@ void BackupTab::Cmb_BackupSet_Click() {
     UpdateFacts();
 }
 
-bool BackupTab::SourceDriveFound(clsINI& set) {
-    const std::string drive = set.Backup_Parts(set.BackupFiles(), clsINI::kDrive);
-    return clsFiles(window_.program()).Exist(drive, false);
-}
-
-bool BackupTab::DestinationDriveFound(clsINI& set) {
-    const std::string drive = set.Backup_Parts(set.BackupToDrive(), clsINI::kDrive);
-    return clsFiles(window_.program()).Exist(drive, false);
+bool BackupTab::DriveFound(const clsINI& set, const std::string& path) {
+    return clsFiles(window_.program()).Exist(set.Backup_Parts(path, clsINI::kDrive), false);
 }
 
 void BackupTab::ShowSourceMissing(clsINI& set) {
-    auto& globals = window_.program().globals;
-    globals.MessageText = "You have selected a file whereupon files from " + set.BackupFiles() +
-                          " are to backed up.  Vantrel cannot locate " + set.BackupFiles() +
-                          globals.CrLf + globals.CrLf;
-    window_.program().desktop.Show(
-        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+    forms::Program& program = window_.program();
+    const std::string& line = program.globals.CrLf;
+    program.ShowMessage({.text = "You have selected a file whereupon files from " +
+                                 set.BackupFiles() + " are to backed up.  Vantrel cannot locate " +
+                                 set.BackupFiles() + line + line,
+                         .icon = Icon::kExclamation,
+                         .title = "Backup"});
 }
 
 void BackupTab::ShowDestinationMissing(clsINI& set) {
-    auto& globals = window_.program().globals;
-    globals.MessageText = "You have selected to backup files to " + set.BackupToDrive() +
-                          " are to backed up.  Vantrel cannot locate " + set.BackupToDrive() +
-                          globals.CrLf + globals.CrLf +
-                          "If the Drive Selected is a Removable Drive "
-                          "then place a Disk into the Drive Now.";
-    window_.program().desktop.Show(
-        {.text = globals.MessageText, .icon = Icon::kExclamation, .title = "Backup"});
+    forms::Program& program = window_.program();
+    const std::string& line = program.globals.CrLf;
+    program.ShowMessage({.text = "You have selected to backup files to " + set.BackupToDrive() +
+                                 " are to backed up.  Vantrel cannot locate " +
+                                 set.BackupToDrive() + line + line +
+                                 "If the Drive Selected is a Removable Drive "
+                                 "then place a Disk into the Drive Now.",
+                         .icon = Icon::kExclamation,
+                         .title = "Backup"});
 }
 
 // A move that stops half-way would store a source that the user did not choose. So the folder is

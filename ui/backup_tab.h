@@ -67,8 +67,7 @@ class BackupTab {
     };
     class MovesScope;
 
-    bool SourceDriveFound(clsINI& set);
-    bool DestinationDriveFound(clsINI& set);
+    bool DriveFound(const clsINI& set, const std::string& path);
     void ShowSourceMissing(clsINI& set);
     void ShowDestinationMissing(clsINI& set);
     void ShowSource(clsINI& set);

@@ -91,13 +91,12 @@ bool EditTab::OfferToSave(const std::string& picked) {
         CurrentINI = picked;
         return true;
     }
-    auto& globals = program_.globals;
-    globals.MessageText = "You have not saved your changes to " + CurrentINI + "." + globals.CrLf +
-                          "Do you wish to do this now?";
-    const Answer answer = program_.desktop.Show({.text = globals.MessageText,
-                                                 .buttons = Buttons::kYesNo,
-                                                 .title = "Changes",
-                                                 .default_button = kSecondButton});
+    const Answer answer =
+        program_.ShowMessage({.text = "You have not saved your changes to " + CurrentINI + "." +
+                                      program_.globals.CrLf + "Do you wish to do this now?",
+                              .buttons = Buttons::kYesNo,
+                              .title = "Changes",
+                              .default_button = kSecondButton});
     if (answer != Answer::kYes) {
         return true;
     }
@@ -251,12 +250,10 @@ void EditTab::Menu_Options_Delete_Click(forms::ComboBox& Cmb_BackupSet) {
 }
 
 bool EditTab::ConfirmDeletion(const std::string& name) {
-    auto& message = program_.globals.MessageText;
-    message = "Are you sure that you wish to delete " + name;
-    return program_.desktop.Show({.text = message,
-                                  .buttons = Buttons::kYesNo,
-                                  .title = "Delete File",
-                                  .default_button = kSecondButton}) == Answer::kYes;
+    return program_.ShowMessage({.text = "Are you sure that you wish to delete " + name,
+                                 .buttons = Buttons::kYesNo,
+                                 .title = "Delete File",
+                                 .default_button = kSecondButton}) == Answer::kYes;
 }
 
 void EditTab::Delete(const std::string& name, forms::ComboBox& sets) {

@@ -128,13 +128,12 @@ void Mailing::MailLog() {
 }
 
 bool Mailing::ConfirmMailing() {
-    auto& message = program_.globals.MessageText;
-    message = "Are you sure that you wish to E-Mail the Log File to Corvane Limited.";
-    return program_.desktop.Show({.text = message,
-                                  .buttons = forms::Buttons::kYesNo,
-                                  .icon = Icon::kQuestion,
-                                  .title = "E-Mail",
-                                  .default_button = 2}) == Answer::kYes;
+    return program_.ShowMessage(
+               {.text = "Are you sure that you wish to E-Mail the Log File to Corvane Limited.",
+                .buttons = forms::Buttons::kYesNo,
+                .icon = Icon::kQuestion,
+                .title = "E-Mail",
+                .default_button = 2}) == Answer::kYes;
 }
 
 void Mailing::Contact() {

@@ -26,8 +26,7 @@ std::string WithExtension(forms::Program& program, const std::string& name) {
 
 // A name with a folder or a drive would make a set that no list shows, and "CON.INI" a file that
 // other programs cannot open. The archive gets the set's name without its extension, which is empty
-// for
-// ".INI".
+// for ".INI".
 bool CanBeNamed(forms::Program& program, const std::string& name) {
     const std::string stem = name.substr(0, name.size() - kExtensionLength);
     clsINI set(program);
@@ -47,9 +46,9 @@ bool IsTaken(forms::Program& program, const std::string& name) {
 }
 
 void ShowNameInUse(forms::Program& program) {
-    auto& message = program.globals.MessageText;
-    message = "Unable to Save the Configuration File as it already exists.";
-    program.desktop.Show({.text = message, .icon = forms::Icon::kExclamation, .title = "Backup"});
+    program.ShowMessage({.text = "Unable to Save the Configuration File as it already exists.",
+                         .icon = forms::Icon::kExclamation,
+                         .title = "Backup"});
 }
 
 // Creates the file first: when that fails, lists and labels are unchanged.

@@ -154,9 +154,8 @@ bool SecureTab::ValidateFolder(const std::string& folder) {
 }
 
 void SecureTab::ShowMessage(const std::string& text) {
-    forms::Program& program = window_.program();
-    program.globals.MessageText = text;
-    program.desktop.Show({.text = text, .icon = Icon::kExclamation, .title = "Protected Folders"});
+    window_.program().ShowMessage(
+        {.text = text, .icon = Icon::kExclamation, .title = "Protected Folders"});
 }
 
 void SecureTab::Menu_Secure_Delete_Click() {
