@@ -1,6 +1,7 @@
 #include "views/win32/binder.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "common/error.h"
@@ -137,47 +138,28 @@ POINT BelowInside(HWND list, const RECT& entry) {
 namespace {
 
 BinderMaker MakerFor(Kind kind) {
-    switch (kind) {
-        case Kind::kLabel:
-            return kLabelBinder;
-        case Kind::kButton:
-            return kButtonBinder;
-        case Kind::kCheckBox:
-            return kCheckBoxBinder;
-        case Kind::kFrame:
-            return kFrameBinder;
-        case Kind::kPicture:
-            return kPictureBinder;
-        case Kind::kStatusBar:
-            return kStatusBarBinder;
-        case Kind::kProgressBar:
-            return kProgressBarBinder;
-        case Kind::kPanel:
-            return kPanelBinder;
-        case Kind::kAnimation:
-            return kAnimationBinder;
-        case Kind::kTextBox:
-            return kTextBoxBinder;
-        case Kind::kTabs:
-            return kTabsBinder;
-        case Kind::kComboBox:
-            return kComboBoxBinder;
-        case Kind::kListBox:
-            return kListBoxBinder;
-        case Kind::kDriveList:
-            return kDriveListBinder;
-        case Kind::kFolderList:
-            return kFolderListBinder;
-        case Kind::kFileList:
-            return kFileListBinder;
-        case Kind::kTree:
-            return kTreeBinder;
-        case Kind::kMenu:
-            return kMenuBinder;
-        case Kind::kTimer:
-            break;
-    }
-    return kTimerBinder;
+    static const std::map<Kind, BinderMaker> kMakers = {
+        {Kind::kLabel, kLabelBinder},
+        {Kind::kButton, kButtonBinder},
+        {Kind::kCheckBox, kCheckBoxBinder},
+        {Kind::kFrame, kFrameBinder},
+        {Kind::kPicture, kPictureBinder},
+        {Kind::kStatusBar, kStatusBarBinder},
+        {Kind::kProgressBar, kProgressBarBinder},
+        {Kind::kPanel, kPanelBinder},
+        {Kind::kAnimation, kAnimationBinder},
+        {Kind::kTextBox, kTextBoxBinder},
+        {Kind::kTabs, kTabsBinder},
+        {Kind::kComboBox, kComboBoxBinder},
+        {Kind::kListBox, kListBoxBinder},
+        {Kind::kDriveList, kDriveListBinder},
+        {Kind::kFolderList, kFolderListBinder},
+        {Kind::kFileList, kFileListBinder},
+        {Kind::kTree, kTreeBinder},
+        {Kind::kMenu, kMenuBinder},
+        {Kind::kTimer, kTimerBinder},
+    };
+    return kMakers.at(kind);
 }
 
 }  // namespace

@@ -1,24 +1,16 @@
 #include "views/win32/text.h"
 
+#include "common/utf.h"
+
 namespace vantrel::views {
 
 std::wstring Wide(const std::string& utf8) {
-    const int bytes = static_cast<int>(utf8.size());
-    std::wstring wide(
-        static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, nullptr, 0)),
-        L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, wide.data(), static_cast<int>(wide.size()));
-    return wide;
+    const std::u16string utf16 = utf::ToUtf16(utf8);
+    return {utf16.begin(), utf16.end()};
 }
 
 std::string Utf8(const std::wstring& wide) {
-    const int count = static_cast<int>(wide.size());
-    std::string utf8(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, wide.data(), count,
-                                                                  nullptr, 0, nullptr, nullptr)),
-                     '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), count, utf8.data(), static_cast<int>(utf8.size()),
-                        nullptr, nullptr);
-    return utf8;
+    return utf::ToUtf8(std::u16string(wide.begin(), wide.end()));
 }
 
 std::string TextOf(HWND window) {

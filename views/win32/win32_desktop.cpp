@@ -110,12 +110,9 @@ void Win32Desktop::Dispatch(MSG& message) {
     }
     HandleEvent([&] {
         const HWND root = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
-        WindowView* target = nullptr;
-        for (const auto& view : views_) {
-            if (view->handle() == root) {
-                target = view.get();
-            }
-        }
+        const auto found =
+            std::ranges::find(views_, root, [](const auto& each) { return each->handle(); });
+        WindowView* const target = found == views_.end() ? nullptr : found->get();
         if (!target || !target->PreTranslate(message)) {
             TranslateMessage(&message);
             DispatchMessageW(&message);

@@ -4,14 +4,15 @@
 #include <oleacc.h>
 #include <uxtheme.h>
 
+#include <algorithm>
+
 #include "common/error.h"
+#include "forms/controls.h"
 #include "views/win32/own_texts.h"
 #include "views/win32/resource.h"
 #include "views/win32/text.h"
 #include "views/win32/window_resources.h"
 #include "views/win32/window_view.h"
-
-#include "forms/controls.h"
 
 namespace vantrel::views {
 
@@ -149,14 +150,8 @@ void WindowView::SystemColorsChanged() {
 }
 
 void WindowView::ShowPage(int page) {
-    const bool page_had_focus = [&] {
-        for (const Page& each : pages_) {
-            if (IsChild(each.window, GetFocus())) {
-                return true;
-            }
-        }
-        return false;
-    }();
+    const bool page_had_focus = std::ranges::any_of(
+        pages_, [](const Page& each) { return IsChild(each.window, GetFocus()) != FALSE; });
     for (std::size_t i = 0; i < pages_.size(); ++i) {
         if (static_cast<int>(i) != page) {
             ShowWindow(pages_[i].window, SW_HIDE);
