@@ -243,9 +243,8 @@ TEST_F(StartUp, PrevInstanceErrorCarriesItsLabelToMain) {
     } broken;
     platform::Machine broken_machine = With({.process = &broken}, machine.machine());
     Application starting(broken_machine, desktop);
-    const Error error = RaisedBy([&] { starting.Main(); });
-    EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
-    EXPECT_EQ(error.number(), -2147211505);
+    ExpectReported([&] { starting.Main(); }, "clsApplication:PrevInstance Method",
+                   "Device I/O error");
 }
 
 }  // namespace

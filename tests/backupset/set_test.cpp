@@ -4,6 +4,7 @@
 #include "backupset/clsINI.h"
 #include "common/error.h"
 #include "common/product.h"
+#include "tests/support/error_of.h"
 #include "tests/support/program_fixture.h"
 
 namespace vantrel {
@@ -78,23 +79,11 @@ TEST_F(BackupSetFile, CreateOverwritesAnExistingSet) {
     EXPECT_LT(machine.Content(kFile).size(), 500u);
 }
 
-void ExpectReported(const std::function<void()>& body, const std::string& label,
-                    const std::string& description) {
-    try {
-        body();
-        ADD_FAILURE() << "no error from " << label;
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), -2147211505);
-        EXPECT_EQ(error.source(), label);
-        EXPECT_EQ(error.description(), description);
-    }
-}
-
 TEST_F(BackupSetFile, CreateReportsItsErrorsUnderItsLabel) {
-    ExpectReported([&] { clsINI(program).Create_INI("INI"); }, "clsINI:Create_INI Method",
-                   "Invalid procedure call or argument");
-    ExpectReported([&] { clsINI(program).Create_INI("\xD0\x96.INI"); }, "clsINI:Create_INI Method",
-                   "Bad file name or number");
+    test::ExpectReported([&] { clsINI(program).Create_INI("INI"); }, "clsINI:Create_INI Method",
+                         "Invalid procedure call or argument");
+    test::ExpectReported([&] { clsINI(program).Create_INI("\xD0\x96.INI"); },
+                         "clsINI:Create_INI Method", "Bad file name or number");
     EXPECT_TRUE(machine.Names("C:\\Vantrel").empty());
 }
 
@@ -104,21 +93,21 @@ TEST_F(BackupSetFile, PartsReportTheirErrorsUnderTheirLabel) {
     } nowhere;
     platform::Machine lost = test::With({.process = &nowhere}, machine.machine());
     forms::Program its_program{lost, desktop, program.globals};
-    ExpectReported([&] { clsINI(its_program).Backup_Parts("A.TXT", clsINI::kDrive); },
-                   "clsINI:Backup_Parts Method", "Device I/O error");
+    test::ExpectReported([&] { clsINI(its_program).Backup_Parts("A.TXT", clsINI::kDrive); },
+                         "clsINI:Backup_Parts Method", "Device I/O error");
 }
 
 TEST_F(BackupSetFile, ValidationReportsItsErrorsUnderItsLabel) {
     desktop.on_box = [](const forms::Box&) { RaiseError(error_number::kOutOfMemory); };
-    ExpectReported([&] { clsINI(program).Validate_OnSave(); }, "clsINI:Validate_OnSave Method",
-                   "Out of memory");
+    test::ExpectReported([&] { clsINI(program).Validate_OnSave(); },
+                         "clsINI:Validate_OnSave Method", "Out of memory");
 }
 
 TEST_F(BackupSetFile, CreateOverAReadOnlySetFailsAndLeavesIt) {
     machine.PutFile(kFile, "old");
     machine.files().SetAttributes(kFile, platform::attribute::kReadOnly);
-    ExpectReported([&] { clsINI(program).Create_INI("WEEKLY.INI"); }, "clsINI:Create_INI Method",
-                   "Permission denied");
+    test::ExpectReported([&] { clsINI(program).Create_INI("WEEKLY.INI"); },
+                         "clsINI:Create_INI Method", "Permission denied");
     EXPECT_EQ(machine.Content(kFile), "old");
     EXPECT_EQ(machine.Names("C:\\Vantrel"), std::vector<std::string>{"WEEKLY.INI"});
 }

@@ -22,10 +22,8 @@ class LogFault : public test::TransactionLog {
 TEST_F(LogFault, FailingAppendTravelsUnderTheLabelOfTheRecord) {
     machine.PutFile(kLog, "old\r\n");
     faulty.plan.Inject({Call::kWrite, 1, false, error_number::kDiskFull});
-    const Error error = test::RaisedBy([&] { clsLog(there).WriteToLog("Backup", true, "lost"); });
-    EXPECT_EQ(error.number(), -2147211505);
-    EXPECT_EQ(error.source(), "clsLog:WriteToLog Method");
-    EXPECT_EQ(error.description(), "Disk full");
+    test::ExpectReported([&] { clsLog(there).WriteToLog("Backup", true, "lost"); },
+                         "clsLog:WriteToLog Method", "Disk full");
     EXPECT_EQ(machine.Content(kLog), "old\r\n");
 }
 

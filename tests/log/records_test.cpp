@@ -1,5 +1,6 @@
 #include "common/error.h"
 #include "tests/log/log_fixture.h"
+#include "tests/support/error_of.h"
 
 namespace vantrel {
 namespace {
@@ -126,14 +127,8 @@ class LogFailure : public TransactionLog {
   protected:
     void ExpectReported(const std::string& kind, const std::string& message,
                         const std::string& description) {
-        try {
-            Write(kind, message);
-            ADD_FAILURE() << "no error from " << kind;
-        } catch (const Error& error) {
-            EXPECT_EQ(error.number(), -2147211505);
-            EXPECT_EQ(error.source(), "clsLog:WriteToLog Method");
-            EXPECT_EQ(error.description(), description);
-        }
+        test::ExpectReported([&] { Write(kind, message); }, "clsLog:WriteToLog Method",
+                             description);
     }
 };
 

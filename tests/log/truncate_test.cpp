@@ -233,10 +233,7 @@ TEST_F(LogTruncation, LogThatCannotBeReplacedStaysAndIsReported) {
     const std::string text = LogOf(52000);
     machine.PutFile(kLog, text);
     machine.files().SetAttributes(kLog, platform::attribute::kReadOnly);
-    const Error error = test::RaisedBy([&] { Truncate(); });
-    EXPECT_EQ(error.number(), -2147211505);
-    EXPECT_EQ(error.source(), "clsLog:Log_Truncate Method");
-    EXPECT_EQ(error.description(), "Permission denied");
+    test::ExpectReported([&] { Truncate(); }, "clsLog:Log_Truncate Method", "Permission denied");
     EXPECT_EQ(Log(), text);
     EXPECT_EQ(machine.Names("C:\\Vantrel"), std::vector<std::string>{"Vantrel.Log"});
 }

@@ -47,9 +47,8 @@ TEST_F(ProtectedList, CreateReplacesAnExistingList) {
 }
 
 TEST_F(ProtectedList, CreateReportsUnderTheFileClassesLabel) {
-    const Error error = RaisedBy([&] { cfg.Create_CFG("Q:\\Vantrel.Cfg"); });
-    EXPECT_EQ(error.source(), "clsFiles:Create_CFG Method");
-    EXPECT_EQ(error.number(), -2147211505);
+    ExpectReported([&] { cfg.Create_CFG("Q:\\Vantrel.Cfg"); }, "clsFiles:Create_CFG Method",
+                   "Device unavailable");
 }
 
 TEST_F(ProtectedList, AddAppendsInUpperCaseAndMarksTheNode) {

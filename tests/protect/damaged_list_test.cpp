@@ -109,9 +109,8 @@ TEST_P(DamagedList, StaysWhereAMissingOneWouldBeMade) {
 }
 
 TEST_P(DamagedList, IsReportedWhileTheTreeIsRead) {
-    const Error error = RaisedBy([&] { Create_DirectoryStructure(tree, progress, "C:\\", ""); });
-    EXPECT_EQ(error.source(), "clsFiles:Create_DirectoryStructure Method");
-    EXPECT_EQ(error.description(), kDamaged);
+    ExpectReported([&] { Create_DirectoryStructure(tree, progress, "C:\\", ""); },
+                   "clsFiles:Create_DirectoryStructure Method", kDamaged);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, DamagedList, ::testing::ValuesIn(kDamagedLists),

@@ -217,10 +217,8 @@ TEST_F(FolderTree, BelowAParentNodesAreItsChildrenAndProgressStands) {
 
 TEST_F(FolderTree, MissingListIsAnErrorReportedUnderTheFileClassesLabel) {
     machine.MakeFolders("D:\\One");
-    const Error error = RaisedBy([&] { Load(); });
-    EXPECT_EQ(error.source(), "clsFiles:Create_DirectoryStructure Method");
-    EXPECT_EQ(error.description(), ErrorText(error_number::kFileNotFound));
-    EXPECT_EQ(error.number(), -2147211505);
+    ExpectReported([&] { Load(); }, "clsFiles:Create_DirectoryStructure Method",
+                   ErrorText(error_number::kFileNotFound));
 }
 
 TEST_F(FolderTree, DriveWithoutFoldersAsksForNoList) {
@@ -257,8 +255,8 @@ TEST_F(FolderTree, DeepFoldersAreFollowedToTheirEnd) {
 TEST_F(FolderTree, HelpTextReportsItsErrorsUnderItsLabel) {
     forms::TextBox box{window, "Fld_SecureData", true, true};
     box.Change = [] { RaiseError(error_number::kOutOfMemory); };
-    const Error error = RaisedBy([&] { clsInfo().SecureData(box); });
-    EXPECT_EQ(error.source(), "clsInfo:SecureData Method");
+    ExpectReported([&] { clsInfo().SecureData(box); }, "clsInfo:SecureData Method",
+                   "Out of memory");
 }
 
 TEST_F(FolderTree, HelpTextIsShownAsItAlwaysWas) {

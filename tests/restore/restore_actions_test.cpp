@@ -86,10 +86,8 @@ TEST_F(RestoreTabTest, PathThatDoesNotExistLeavesTheTreeHidden) {
 
 TEST_F(RestoreTabTest, ErrorWhileAnArchiveIsListedCarriesTheLabelOfTheFileClass) {
     desktop.on_events.push_back([] { RaiseError(error_number::kPermissionDenied); });
-    const Error error = RaisedBy([&] { ShowZipContents(program, tab.Controls(), kArchive); });
-    EXPECT_EQ(error.number(), error_number::kObjectBase + error_number::kReported);
-    EXPECT_EQ(error.source(), "clsFiles:ShowZipContents Method");
-    EXPECT_EQ(error.description(), "Permission denied");
+    ExpectReported([&] { ShowZipContents(program, tab.Controls(), kArchive); },
+                   "clsFiles:ShowZipContents Method", "Permission denied");
 }
 
 TEST_F(RestoreTabTest, CancelledBrowsingChangesNothing) {

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <string>
+
 #include "common/error.h"
 
 namespace vantrel::test {
@@ -19,6 +23,15 @@ Error RaisedBy(Action&& action) {
 template <typename Action>
 int ErrorOf(Action&& action) {
     return RaisedBy(action).number();
+}
+
+// `action` raises an error that the shared reporter has passed on under `label`.
+template <typename Action>
+void ExpectReported(Action&& action, const std::string& label, const std::string& description) {
+    const Error error = RaisedBy(action);
+    EXPECT_EQ(error.number(), -2147211505);
+    EXPECT_EQ(error.source(), label);
+    EXPECT_EQ(error.description(), description);
 }
 
 }  // namespace vantrel::test

@@ -28,10 +28,8 @@ TEST_F(Application, PrevInstanceReportsItsErrors) {
     FailingProcess process;
     platform::Machine broken = test::With({.process = &process}, machine.machine());
     forms::Program there{broken, desktop};
-    const Error error = test::RaisedBy([&] { clsApplication(there).PrevInstance(); });
-    EXPECT_EQ(error.number(), -2147211505);
-    EXPECT_EQ(error.source(), "clsApplication:PrevInstance Method");
-    EXPECT_EQ(error.description(), "Device I/O error");
+    test::ExpectReported([&] { clsApplication(there).PrevInstance(); },
+                         "clsApplication:PrevInstance Method", "Device I/O error");
 }
 
 TEST_F(Application, ShutDownUnloadsALoadedSplash) {
@@ -47,8 +45,8 @@ TEST_F(Application, ShutDownReportsItsErrors) {
         void Form_Unload() override { RaiseError(error_number::kDeviceIo); }
     } splash(program, "Frm_Splash");
     desktop.Load(splash);
-    const Error error = test::RaisedBy([&] { clsApplication(program).ShutDown(&splash); });
-    EXPECT_EQ(error.source(), "clsApplication:ShutDown Method");
+    test::ExpectReported([&] { clsApplication(program).ShutDown(&splash); },
+                         "clsApplication:ShutDown Method", "Device I/O error");
 }
 
 TEST_F(Application, ShutDownDoesNothingElse) {

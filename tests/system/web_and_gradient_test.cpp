@@ -54,9 +54,7 @@ TEST_F(WebPage, ScratchFileThatCannotBeRemovedIsAnErrorOnceThePageIsOpen) {
     machine.shell.on_find = [&] {
         machine.files().SetAttributes(kScratch, platform::attribute::kReadOnly);
     };
-    const Error error = RaisedBy([&] { Show(); });
-    EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
-    EXPECT_EQ(error.description(), "Permission denied");
+    ExpectReported([&] { Show(); }, "clsSystem:ShowWebPage Method", "Permission denied");
     EXPECT_THAT(machine.shell.opened, ElementsAre("https://www.example.com/"));
     EXPECT_THAT(desktop.boxes, IsEmpty());
     EXPECT_TRUE(machine.Exists(kScratch));
@@ -70,8 +68,7 @@ TEST_F(WebPage, ErrorLeavesNoScratchFile) {
 
 TEST_F(WebPage, ErrorCarriesItsLabel) {
     machine.MakeFolders(kScratch);
-    const Error error = RaisedBy([&] { Show(); });
-    EXPECT_EQ(error.source(), "clsSystem:ShowWebPage Method");
+    ExpectReported([&] { Show(); }, "clsSystem:ShowWebPage Method", "Permission denied");
 }
 
 class Scrolling : public ProgramFixture {
@@ -113,10 +110,8 @@ TEST_F(Scrolling, ErrorCarriesItsLabel) {
         void Changed(forms::Aspect) override { RaiseError(error_number::kOutOfMemory); }
     } broken;
     text.Bind(&broken);
-    const Error error = RaisedBy([&] { clsSystem(program).ScrollText(text, 1000); });
-    EXPECT_EQ(error.number(), -2147211505);
-    EXPECT_EQ(error.source(), "clsSystem:ScrollText Method");
-    EXPECT_EQ(error.description(), "Out of memory");
+    ExpectReported([&] { clsSystem(program).ScrollText(text, 1000); },
+                   "clsSystem:ScrollText Method", "Out of memory");
     text.Bind(nullptr);
 }
 
@@ -170,9 +165,7 @@ TEST_F(GradientTest, RepaintingReplacesTheBands) {
 }
 
 TEST_F(GradientTest, CoordinateBeyond16BitsEndsThroughTheErrorTrap) {
-    const Error error = RaisedBy([&] { Paint(40000, 255, true); });
-    EXPECT_EQ(error.source(), "clsForm:Gradient Method");
-    EXPECT_EQ(error.description(), "Overflow");
+    ExpectReported([&] { Paint(40000, 255, true); }, "clsForm:Gradient Method", "Overflow");
 }
 
 }  // namespace
