@@ -230,7 +230,6 @@ set(FORMS_TESTS
     tests/forms/file_list_test.cpp
     tests/forms/folder_list_test.cpp
     tests/forms/form_test.cpp
-    tests/forms/lists_test.cpp
     tests/forms/placement_test.cpp
     tests/forms/window_manager_test.cpp)
 # One suite for the controls as objects and as what is on the screen; the person in front of them

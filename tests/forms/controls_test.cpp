@@ -7,8 +7,6 @@ namespace vantrel::test {
 
 namespace {
 
-using std::chrono::milliseconds;
-
 class Controls : public FormsFixture {
   protected:
     int raised = 0;
@@ -75,92 +73,6 @@ TEST_F(Controls, AppendingToATextIsAChangeUnlessNothingIsAppended) {
     EXPECT_EQ("ab", text.Text());
 }
 
-TEST_F(Controls, EmptyingAnEmptyTextBoxIsNoChange) {
-    forms::TextBox text(form, "Fld_INI");
-    text.Change = Count();
-    text.SetText("");
-    EXPECT_EQ(0, raised);
-}
-
-TEST_F(Controls, ReadOnlyTextTakesNothingFromTheUser) {
-    forms::TextBox text(form, "Fld_Log", true, true);
-    text.SetText("log");
-    text.UserType("lag");
-    EXPECT_EQ("log", text.Text());
-}
-
-TEST_F(Controls, ProgramPressesADisabledButtonAndTheUserDoesNot) {
-    forms::Button button(form, "Cmd_Save", "&Save");
-    button.Click = Count();
-    button.SetEnabled(false);
-    button.UserPress();
-    EXPECT_EQ(0, raised);
-    button.Press();
-    EXPECT_EQ(1, raised);
-}
-
-TEST_F(Controls, UserCannotPressAHiddenButton) {
-    forms::Button button(form, "Cmd_Ok", "OK");
-    button.Click = Count();
-    button.SetVisible(false);
-    button.UserPress();
-    EXPECT_EQ(0, raised);
-}
-
-TEST_F(Controls, CheckBoxRaisesClickOnlyWhenItsMarkChanges) {
-    forms::CheckBox box(form, "Chk_TimeBackup", "Time Backup");
-    box.Click = Count();
-    box.SetChecked(false);
-    EXPECT_EQ(0, raised);
-    box.UserToggle();
-    EXPECT_TRUE(box.Checked());
-    EXPECT_EQ(1, raised);
-}
-
-TEST_F(Controls, ShowingTheShownTabRaisesNothing) {
-    forms::Tabs tabs(form, "TAB_Backup", {"Backup", "Restore", "About"});
-    std::vector<int> previous;
-    tabs.Click = [&](int tab) { previous.push_back(tab); };
-    tabs.SetTab(0);
-    EXPECT_TRUE(previous.empty());
-    tabs.SetTab(2);
-    tabs.SetTab(1);
-    EXPECT_EQ((std::vector{0, 2}), previous);
-    EXPECT_EQ(380, ErrorOf([&] { tabs.SetTab(3); }));
-    EXPECT_EQ(1, tabs.Tab());
-}
-
-TEST_F(Controls, BarsAndPanelsStayBetweenNothingAndAll) {
-    forms::ProgressBar bar(form, "PB_File");
-    bar.SetValue(101);
-    EXPECT_EQ(100, bar.Value());
-    bar.SetValue(-1);
-    EXPECT_EQ(0, bar.Value());
-    forms::Panel panel(form, "SSP_TotalFiles");
-    panel.SetFloodPercent(33.25);
-    EXPECT_EQ(33.25, panel.FloodPercent());
-    panel.SetFloodPercent(100.5);
-    EXPECT_EQ(100, panel.FloodPercent());
-}
-
-TEST_F(Controls, TimerStartsSwitchedOffAndTicksOnlyWhileOn) {
-    forms::Timer timer(form, "Tim_Flash", milliseconds(500));
-    timer.Tick = Count();
-    timer.Elapse();
-    EXPECT_EQ(0, raised);
-    timer.SetEnabled(true);
-    timer.Elapse();
-    EXPECT_EQ(1, raised);
-}
-
-TEST_F(Controls, DisabledMenuEntryCannotBeChosen) {
-    forms::MenuItem item(form, "Menu_Secure_Add", "&Add Protected Item");
-    item.Click = Count();
-    item.SetEnabled(false);
-    item.UserChoose();
-    EXPECT_EQ(0, raised);
-}
-
 TEST_F(Controls, ViewHearsOnlyRealChanges) {
     forms::Label label(form, "Lbl_Version", "Version");
     RecordingView view;
@@ -207,6 +119,28 @@ TEST_F(Controls, TreeNodesCountFromOneAndNeedTheirParent) {
     tree.Clear();
     EXPECT_EQ(0, tree.Selected());
     EXPECT_EQ(380, ErrorOf([&] { tree.Select(1); }));
+}
+
+TEST_F(Controls, EntriesOfAListOutOfRangeReadAsEmpty) {
+    forms::ComboBox combo(form, "Cmb_BackupSet");
+    combo.Add("Daily.ini");
+    for (const int index : {1, -1}) {
+        EXPECT_EQ("", combo.Item(index)) << index;
+    }
+}
+
+TEST_F(Controls, ClearingAListTellsTheViewAndRaisesNothing) {
+    forms::ComboBox combo(form, "Cmb_BackupSet");
+    combo.Add("Daily.ini");
+    combo.SetIndex(0);
+    combo.Click = Count();
+    RecordingView view;
+    combo.Bind(&view);
+    combo.Clear();
+    EXPECT_EQ(0, combo.Count());
+    EXPECT_EQ(-1, combo.Index());
+    EXPECT_EQ(std::vector{forms::Aspect::kItems}, view.changes);
+    EXPECT_EQ(0, raised);
 }
 
 }  // namespace

@@ -46,16 +46,6 @@ TEST_F(DriveLists, TakeADriveFromAnyTextThatBeginsWithIt) {
     EXPECT_EQ((std::vector<std::string>{"d: [MUSIC]", "n:", "d: [MUSIC]"}), changes);
 }
 
-TEST_F(DriveLists, RaiseChangeOnlyForAnotherDrive) {
-    forms::DriveList list(form, "Dri_DriveList");
-    Watch(list);
-    list.SetDrive("C:\\");
-    EXPECT_TRUE(changes.empty());
-    list.SetDrive("D:\\");
-    list.SetDrive("d:");
-    EXPECT_EQ(1u, changes.size());
-}
-
 TEST_F(DriveLists, RefuseWithError68AndKeepTheirValue) {
     forms::DriveList list(form, "Dri_DriveList");
     Watch(list);
@@ -87,13 +77,6 @@ TEST_F(DriveLists, TakeADriveOnceItsDiskIsIn) {
     machine.SetReady('A', true);
     list.SetDrive("A:\\");
     EXPECT_EQ("a:", list.Drive());
-}
-
-TEST_F(DriveLists, UserMayChooseADriveThatIsNotReady) {
-    forms::DriveList list(form, "Dri_DriveList");
-    Watch(list);
-    list.UserChoose(0);
-    EXPECT_EQ(std::vector<std::string>{"a:"}, changes);
 }
 
 }  // namespace

@@ -15,7 +15,6 @@ class FileLists : public FormsFixture {
         }
         machine.MakeFolders("C:\\Vantrel\\Folder.ini");
         list.SetPath("C:\\Vantrel");
-        list.Click = [this] { clicked.push_back(list.FileName()); };
     }
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
@@ -25,7 +24,6 @@ class FileLists : public FormsFixture {
         return names;
     }
     forms::FileList list{form, "Fil_INI", "*.INI"};
-    std::vector<std::string> clicked;
 };
 
 TEST_F(FileLists, ShowPlainFilesOfTheExactExtensionSortedCaseAside) {
@@ -45,29 +43,6 @@ TEST_F(FileLists, StartAtTheApplicationFolder) {
     EXPECT_EQ(3, fresh.Count());
 }
 
-TEST_F(FileLists, ChoosingRaisesClickAndPuttingBackDoesNot) {
-    list.SetIndex(1);
-    list.RestoreIndex(2);
-    EXPECT_EQ(std::vector<std::string>{"Letters.Ini"}, clicked);
-    EXPECT_EQ("weekly.ini", list.FileName());
-    EXPECT_EQ(380, ErrorOf([&] { list.SetIndex(3); }));
-}
-
-TEST_F(FileLists, ReadingAgainSelectsNothingAndRaisesNothing) {
-    list.SetIndex(1);
-    clicked.clear();
-    list.SetPattern("*.INI");
-    EXPECT_EQ(-1, list.Index());
-    EXPECT_EQ("", list.FileName());
-    EXPECT_TRUE(clicked.empty());
-}
-
-TEST_F(FileLists, RefuseAMissingFolderWithError76AndKeepTheirValue) {
-    EXPECT_EQ(76, ErrorOf([&] { list.SetPath("C:\\Missing"); }));
-    EXPECT_EQ("C:\\Vantrel", list.Path());
-    EXPECT_EQ(3, list.Count());
-}
-
 TEST_F(FileLists, NameThePathThatTheyRefuseAsItWasGiven) {
     for (const std::string refused : {"c:\\Missing\\", "\\Missing", "Missing", ""}) {
         EXPECT_EQ("Path not found: " + refused, DescriptionOf([&] { list.SetPath(refused); }));
@@ -82,13 +57,6 @@ TEST_F(FileLists, PathWithoutADriveIsOnTheApplicationDrive) {
     list.SetPath("\\Data");
     EXPECT_EQ("V:\\Data", list.Path());
     EXPECT_EQ(std::vector<std::string>{"There.ini"}, Names());
-}
-
-TEST_F(FileLists, RightButtonReachesTheHandler) {
-    int button = 0;
-    list.MouseDown = [&](int pressed) { button = pressed; };
-    list.UserMouseDown(2);
-    EXPECT_EQ(2, button);
 }
 
 }  // namespace

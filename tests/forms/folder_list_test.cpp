@@ -89,14 +89,6 @@ TEST_F(FolderLists, PointedAtADriveGoToItsRoot) {
     }
 }
 
-TEST_F(FolderLists, RaiseChangeOnlyForAnotherFolderCaseAndLastBackslashAside) {
-    list.SetPath("C:\\Data");
-    list.SetPath("c:\\DATA\\");
-    EXPECT_EQ(std::vector<std::string>{"C:\\Data"}, changes);
-    list.SetPath("C:\\Data\\Alpha");
-    EXPECT_EQ(2u, changes.size());
-}
-
 TEST_F(FolderLists, RefuseWithError76AndKeepTheirValue) {
     machine.AddDrive('A', platform::drive_type::kRemovable, "", false);
     list.SetPath("C:\\Data");
@@ -179,22 +171,6 @@ TEST_F(FolderLists, TakeNetworkPaths) {
     EXPECT_EQ("\\\\server\\share\\Data", list_there.Path());
     EXPECT_EQ("\\\\server\\share", list_there.Entries()[0].name);
     EXPECT_EQ(76, ErrorOf([&] { list_there.SetPath("\\\\server\\share\\Other"); }));
-}
-
-TEST_F(FolderLists, NewFolderIsSeenAfterReload) {
-    list.SetPath("C:\\Data");
-    machine.MakeFolders("C:\\Data\\Delta");
-    EXPECT_EQ(3u, SubFolders(list).size());
-    list.Reload();
-    EXPECT_EQ("C:\\Data\\Delta", SubFolders(list).at(2));
-}
-
-TEST_F(FolderLists, UserOpeningAFolderThatWentAwayGetsTheError) {
-    list.SetPath("C:\\Data");
-    const int gamma = IndexOf("Gamma");
-    machine.files().RemoveFolder("C:\\Data\\Gamma");
-    EXPECT_EQ(76, ErrorOf([&] { list.UserOpen(gamma); }));
-    EXPECT_EQ("C:\\Data", list.Path());
 }
 
 TEST_F(FolderLists, UserOpeningAFolderThatWentAwayIsForTheHandlerThatWantsIt) {

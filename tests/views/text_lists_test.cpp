@@ -108,7 +108,9 @@ TEST_F(Combos, TextThatIsNoEntryRaises383AndShowsNothingNew) {
 TEST_F(Combos, IndexOutOfRangeRaises380AndShowsNothingNew) {
     combo.SetIndex(0);
     Happened();
-    EXPECT_EQ(380, ErrorOf([&] { combo.SetIndex(3); }));
+    for (const int index : {3, -2}) {
+        EXPECT_EQ(380, ErrorOf([&] { combo.SetIndex(index); })) << index;
+    }
     EXPECT_EQ(Lines{}, Happened());
     Expect(0, "Daily.ini");
 }
