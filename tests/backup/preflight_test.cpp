@@ -1,5 +1,7 @@
 #include "backup/preflight.h"
 
+#include <algorithm>
+
 #include "common/error.h"
 #include "tests/backup/dialog_fixture.h"
 #include "tests/support/error_of.h"
@@ -39,12 +41,7 @@ class Preflight : public SelectedSetTest {
         ok->UserPress();
     }
     bool BackupWindowShown() const {
-        for (const auto& event : desktop.happened) {
-            if (event == "load Frm_Backup") {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::count(desktop.happened, "load Frm_Backup") > 0;
     }
     // Presses Backup in an unattended run of the set with these values; "Backup Failed - " precedes
     // the reason in the log.

@@ -26,9 +26,6 @@ class LogTruncation : public TransactionLog {
         }
         return text + std::string(size - text.size() - 2, 'z') + "\r\n";
     }
-    static bool EndsWith(const std::string& text, const std::string& end) {
-        return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-    }
     std::string Log() { return machine.Content(kLog); }
 };
 
@@ -57,7 +54,7 @@ TEST_F(LogTruncation, OneByteMoreIsTrimmedWithANoteOf52And52) {
     machine.PutFile(kLog, LogOf(52001));
     Truncate();
     const std::string note = "Log File Truncated from 52K to about 52K";
-    EXPECT_TRUE(EndsWith(Log(), "\r\n15/11/2026 13:05:09 " + note + "\r\n\r\n"));
+    EXPECT_TRUE(Log().ends_with("\r\n15/11/2026 13:05:09 " + note + "\r\n\r\n"));
     EXPECT_EQ(program.globals.MessageText, note);
     EXPECT_LT(Log().size(), 52000u);
 }
@@ -73,7 +70,7 @@ TEST_F(LogTruncation, HeaderAndFirstRecordStayAndAnEmptyLineEndsTheFile) {
     Truncate();
     const std::string start = Header() + Record(0) + "\r\n";
     EXPECT_EQ(Log().substr(0, start.size()), start);
-    EXPECT_TRUE(EndsWith(Log(), "\r\n\r\n"));
+    EXPECT_TRUE(Log().ends_with("\r\n\r\n"));
     EXPECT_LT(Log().size(), 52000u);
 }
 

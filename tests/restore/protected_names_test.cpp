@@ -78,9 +78,6 @@ const Row kRows[] = {
 
 class ProtectedNames : public RestoreTabTest, public ::testing::WithParamInterface<Row> {
   protected:
-    void Protect(const std::string& listed) {
-        platform::AppendToFile(machine.files(), clsCfg(program).ListPath(), listed + "\r\n");
-    }
     void RestoreArchiveOf(const std::vector<BuiltEntry>& entries) {
         BuiltArchive archive;
         archive.entries = entries;
