@@ -146,8 +146,7 @@ TEST_F(HighContrast, ValuesAndTextsTakeTheNewColorsWhileTheWindowIsOpen) {
     EXPECT_LT(50, Count(window.Fld_BackupWhere, kWhite));
     EXPECT_LT(500, Count(window.Fld_BackupWhere, kBlack));
     window.Fld_Log.SetText("WWWWWWWWWW\r\n");
-    window.TAB_Backup.SetTab(MainWindow::kLog);
-    Happened();
+    ShowPage(MainWindow::kLog);
     EXPECT_LT(50, Count(window.Fld_Log, kWhite));
     EXPECT_LT(5000, Count(window.Fld_Log, kBlack));
 }

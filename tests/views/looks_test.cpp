@@ -64,10 +64,8 @@ TEST_F(MainLooks, ButtonOfAnotherPageDoesNotKeepTheLook) {
     window.Cmd_Backup.SetFocus();
     Happened();
     ASSERT_EQ(Lines{"&Backup Now"}, MarkedButtons());
-    window.TAB_Backup.SetTab(MainWindow::kLog);
-    Happened();
-    window.TAB_Backup.SetTab(MainWindow::kBackup);
-    Happened();
+    ShowPage(MainWindow::kLog);
+    ShowPage(MainWindow::kBackup);
     EXPECT_EQ(Lines{}, MarkedButtons());
 }
 
@@ -167,8 +165,7 @@ TEST_F(RunLooks, ClipScalesWithTheDpi) {
     const HWND clip = HandleOf(window.Ani_File);
     window.Ani_File.Open(program.InApplicationFolder("app\\System\\FileCopy.AVI"));
     const auto width_at = [&](int dpi) {
-        RECT place{};
-        Send(TopOf(window), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        ChangeDpi(TopOf(window), dpi);
         static_cast<Win32User&>(*user).WaitUntil([&] { return PaintedWidth(clip) > 0; });
         EXPECT_TRUE(user->Playing(window.Ani_File)) << dpi;
         return PaintedWidth(clip);
@@ -191,8 +188,7 @@ TEST(Pictures, LogoIsDrawnInTwiceItsSizeForTheSplashAt192Dpi) {
 }
 
 TEST_F(MainLooks, BlinkingAddressHasABackgroundOfItsOwnWhileItIsHighlighted) {
-    window.TAB_Backup.SetTab(MainWindow::kAbout);
-    Happened();
+    ShowPage(MainWindow::kAbout);
     const HWND label = HandleOf(window.Lbl_WebAddress);
     const auto highlight = [&] {
         return PixelsOf(label, ClientOf(label), GetSysColor(COLOR_HIGHLIGHT));
@@ -210,8 +206,7 @@ TEST_F(MainLooks, BlinkingAddressHasABackgroundOfItsOwnWhileItIsHighlighted) {
 
 TEST_F(MainLooks, DropDownListIsAsHighAsAFieldAtEachDpi) {
     for (const int dpi : {96, 144, 192}) {
-        RECT place = ClientOf(TopOf(window));
-        Send(TopOf(window), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        ChangeDpi(TopOf(window), dpi);
         EXPECT_NEAR(ClientOf(HandleOf(window.Fld_BackupWhere)).bottom,
                     ClientOf(HandleOf(window.Cmb_BackupSet)).bottom, 1)
             << dpi;
@@ -265,8 +260,7 @@ TEST_F(MainLooks, DisabledControlShowsItsTip) {
 }
 
 TEST_F(MainLooks, ControlWithoutAGivenTipShowsOurOwn) {
-    window.TAB_Backup.SetTab(MainWindow::kLog);
-    Happened();
+    ShowPage(MainWindow::kLog);
     EXPECT_NE("", TipOver(window.Fld_Log));
 }
 

@@ -97,6 +97,12 @@ inline RECT ClientOf(HWND window) {
     return area;
 }
 
+// As when the window comes to a screen of this dpi.
+inline void ChangeDpi(HWND top, int dpi) {
+    RECT suggested = ClientOf(top);
+    Send(top, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&suggested));
+}
+
 enum class Mouse { kLeft, kRight, kTwice };
 
 // Posts what the mouse does at a point of `window`; nothing when that point is not to be reached.
@@ -125,6 +131,14 @@ inline void PressKey(HWND window, WPARAM key) {
     constexpr auto kUp = static_cast<LPARAM>(0xC0000001u);
     PostMessageW(window, WM_KEYDOWN, key, kDown);
     PostMessageW(window, WM_KEYUP, key, kUp);
+}
+
+// The Shift key, for the messages that this thread handles from now on.
+inline void HoldShift(bool down) {
+    BYTE keys[256]{};
+    GetKeyboardState(keys);
+    keys[VK_SHIFT] = down ? 0x80 : 0;
+    SetKeyboardState(keys);
 }
 
 // The messages of the two real lists.

@@ -106,9 +106,7 @@ TEST_F(RealDialogs, LongestTextsOfARunFitTheirLabels) {
          {static_cast<ProgressWindow*>(&backup), static_cast<ProgressWindow*>(&restore)}) {
         program.desktop.Load(*window);
         for (const int dpi : {96, 144, 192}) {
-            const RECT suggested = ClientOf(TopOf(*window));
-            Send(TopOf(*window), WM_DPICHANGED, static_cast<WPARAM>(MAKELONG(dpi, dpi)),
-                 reinterpret_cast<LPARAM>(&suggested));
+            ChangeDpi(TopOf(*window), dpi);
             ExpectFits(window->Lbl_Figures,
                        L"116,909 of 120,012 files, 1,023 MB of 1,023 GB, 1,023 KB/s, "
                        L"12 h 20 min left");

@@ -64,13 +64,9 @@ class RealMainWindow : public RealProgram {
     }
     // The same with the Shift key held down.
     Lines WalkBack() {
-        BYTE keys[256]{};
-        GetKeyboardState(keys);
-        keys[VK_SHIFT] = 0x80;
-        SetKeyboardState(keys);
+        HoldShift(true);
         const Lines order = Walk();
-        keys[VK_SHIFT] = 0;
-        SetKeyboardState(keys);
+        HoldShift(false);
         return order;
     }
     void ExpectTabOrder(int tab, Lines order) {
@@ -185,8 +181,7 @@ TEST_F(RealMainWindow, TextViewsAreInCourierTheProductInArialAllElseInSansSerif)
 // Line heights, and so the heights of controls, do not grow with the dpi as pictures do.
 TEST_F(RealMainWindow, PicturesAreNotClippedAtAnyDpi) {
     for (const int dpi : {144, 192}) {
-        RECT place = ClientOf(TopOf(window));
-        Send(TopOf(window), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        ChangeDpi(TopOf(window), dpi);
         for (const forms::Control* control : window.controls()) {
             if (control->kind() == Kind::kPicture) {
                 const RECT area = ClientOf(HandleOf(*control));

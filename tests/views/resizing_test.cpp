@@ -116,8 +116,7 @@ TEST_F(Resizing, DesignedSizeIsTheSmallest) {
 TEST_F(Resizing, GrowthScalesWithTheDpi) {
     const Run run(*this);
     const auto right_edge_at = [&](int dpi) {
-        RECT suggested = OuterOf(run.top());
-        Send(run.top(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&suggested));
+        ChangeDpi(run.top(), dpi);
         return PlaceOf(run.window.Fld_Log).right;
     };
     const LONG designed_at_120 = right_edge_at(120);

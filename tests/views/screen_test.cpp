@@ -11,10 +11,6 @@ namespace {
 
 class MainOnScreen : public WindowFixture<MainWindow> {
   protected:
-    void ShowPage(int page) {
-        window.TAB_Backup.SetTab(page);
-        Happened();
-    }
     static std::string Numbered(int lines) {
         std::string text;
         for (int i = 0; i < lines; ++i) {

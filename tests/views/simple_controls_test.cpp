@@ -9,10 +9,7 @@ class Buttons : public WindowFixture<MainWindow> {};
 class CheckBoxes : public WindowFixture<OptionsWindow> {};
 class Labels : public WindowFixture<MainWindow> {
   protected:
-    Labels() {
-        window.TAB_Backup.SetTab(MainWindow::kAbout);
-        Happened();
-    }
+    Labels() { ShowPage(MainWindow::kAbout); }
 };
 class Captions : public WindowFixture<MainWindow> {};
 

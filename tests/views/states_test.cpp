@@ -1,4 +1,6 @@
 // Hidden and disabled: every control of every window, one after the other.
+#include <functional>
+
 #include "tests/views/windows_under_test.h"
 
 namespace vantrel::test {
@@ -11,35 +13,33 @@ class States : public WindowFixture<Window> {
     static bool IsSeen(const forms::Control& control) {
         return control.kind() != forms::Kind::kTimer && control.kind() != forms::Kind::kMenu;
     }
-    // What the user can tell of each control: enabled, visible.
-    Lines Look() {
+    // A line for each control that can be seen: enabled, visible.
+    Lines Describe(const std::function<bool(forms::Control&)>& is_enabled,
+                   const std::function<bool(forms::Control&)>& is_visible) {
         Lines lines;
         for (forms::Control* control : this->window.controls()) {
-            if (!IsSeen(*control)) {
-                continue;
+            if (IsSeen(*control)) {
+                lines.push_back(control->name() +
+                                (is_enabled(*control) ? " enabled" : " disabled") +
+                                (is_visible(*control) ? " visible" : " hidden"));
             }
-            lines.push_back(control->name() +
-                            (this->user->Enabled(*control) ? " enabled" : " disabled") +
-                            (this->user->Visible(*control) ? " visible" : " hidden"));
         }
         return lines;
+    }
+    // As the user sees them, and as their objects have it.
+    Lines Look() {
+        return Describe([this](auto& each) { return this->user->Enabled(each); },
+                        [this](auto& each) { return this->user->Visible(each); });
+    }
+    Lines LookAtObjects() {
+        return Describe([](auto& each) { return each.Enabled(); },
+                        [](auto& each) { return each.Visible(); });
     }
     // After `changed` was: each control is as its object is, and not all are as before.
     void ExpectStatesOfObjects(const Lines& before, const forms::Control& changed) {
         const Lines seen = Look();
         EXPECT_EQ(LookAtObjects(), seen);
         EXPECT_NE(before, seen) << changed.name();
-    }
-    Lines LookAtObjects() {
-        Lines lines;
-        for (const forms::Control* control : this->window.controls()) {
-            if (!IsSeen(*control)) {
-                continue;
-            }
-            lines.push_back(control->name() + (control->Enabled() ? " enabled" : " disabled") +
-                            (control->Visible() ? " visible" : " hidden"));
-        }
-        return lines;
     }
 };
 

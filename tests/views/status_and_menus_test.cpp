@@ -8,13 +8,7 @@ namespace vantrel::test {
 
 namespace {
 
-class AskedScreen : public WindowFixture<MainWindow> {
-  protected:
-    void ShowPage(int page) {
-        window.TAB_Backup.SetTab(page);
-        Happened();
-    }
-};
+class AskedScreen : public WindowFixture<MainWindow> {};
 
 // Of one line of a tree's node, how many pixels look selected.
 int HighlightedPixels(HWND tree, HTREEITEM item) {
@@ -75,14 +69,10 @@ TEST_F(AskedScreen, MenuKeysOfATreeAreItsRightButton) {
     constexpr LPARAM kFromKeyboard = -1;
     Send(tree, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree), kFromKeyboard);
     EXPECT_EQ(Lines{"TV_SecureMode MouseDown 2"}, Happened());
-    BYTE keys[256]{};
-    GetKeyboardState(keys);
-    keys[VK_SHIFT] = 0x80;
-    SetKeyboardState(keys);
+    HoldShift(true);
     PostMessageW(tree, WM_SYSKEYDOWN, VK_F10, 1);
     EXPECT_EQ(Lines{"TV_SecureMode MouseDown 2"}, Happened());
-    keys[VK_SHIFT] = 0;
-    SetKeyboardState(keys);
+    HoldShift(false);
 }
 
 class StatusBarOnScreen : public AskedScreen {

@@ -9,13 +9,7 @@ class TextBoxes : public WindowFixture<OptionsWindow> {
     forms::TextBox& box = window.Fld_BackupFile;
 };
 
-class LongTexts : public WindowFixture<MainWindow> {
-  protected:
-    void ShowPage(int page) {
-        window.TAB_Backup.SetTab(page);
-        Happened();
-    }
-};
+class LongTexts : public WindowFixture<MainWindow> {};
 
 TEST_F(TextBoxes, RaiseChangeForEachKeyThatTheUserTypes) {
     user->Type(box, "a.b");

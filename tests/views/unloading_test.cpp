@@ -25,10 +25,6 @@ class Unloading : public WindowFixture<Window> {
         act();
         ExpectGone();
     }
-    void ShowPage(int page) {
-        this->window.TAB_Backup.SetTab(page);
-        this->Happened();
-    }
 };
 using UnloadingMain = Unloading<MainWindow>;
 using UnloadingRun = Unloading<RunWindow>;

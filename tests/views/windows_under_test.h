@@ -137,6 +137,12 @@ class WindowFixture : public ::testing::Test {
         return std::exchange(window.happened, {});
     }
 
+    // Of the main window; what happens meanwhile is not noted.
+    void ShowPage(int page) {
+        window.TAB_Backup.SetTab(page);
+        Happened();
+    }
+
     std::unique_ptr<MachineUnderTest> machine = NewMachineUnderTest();
     std::unique_ptr<ControlUser> user = NewControlUser();
     forms::Program program{machine->machine(), user->desktop()};

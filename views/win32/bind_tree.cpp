@@ -13,10 +13,7 @@ using forms::Aspect;
 
 namespace {
 
-struct ImageListCloser {
-    void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
-};
-using OwnedImageList = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListCloser>;
+using OwnedImageList = Owned<HIMAGELIST, ImageList_Destroy>;
 
 // Picture numbers of nodes count from 1, in this order.
 constexpr int kPictures[] = {IDI_Folder, IDI_OpenFolder, IDI_ProtectedFolder};

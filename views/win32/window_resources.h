@@ -13,19 +13,19 @@
 namespace vantrel::views {
 
 // Owners of Windows handles; each closes its handle.
-struct GdiCloser {
-    void operator()(HGDIOBJ object) const { DeleteObject(object); }
+template <auto kClose>
+struct Closer {
+    template <typename Handle>
+    void operator()(Handle handle) const {
+        kClose(handle);
+    }
 };
-struct MenuCloser {
-    void operator()(HMENU menu) const { DestroyMenu(menu); }
-};
-struct IconCloser {
-    void operator()(HICON icon) const { DestroyIcon(icon); }
-};
+template <typename Handle, auto kClose>
+using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, Closer<kClose>>;
 
-using OwnedFont = std::unique_ptr<std::remove_pointer_t<HFONT>, GdiCloser>;
-using OwnedMenu = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser>;
-using OwnedIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconCloser>;
+using OwnedFont = Owned<HFONT, DeleteObject>;
+using OwnedMenu = Owned<HMENU, DestroyMenu>;
+using OwnedIcon = Owned<HICON, DestroyIcon>;
 
 // The number of a control of the window `form`; 0 when resource.h has none.
 int ControlId(const std::string& form, const std::string& control);
