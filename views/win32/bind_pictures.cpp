@@ -4,6 +4,7 @@
 #include <uxtheme.h>
 
 #include <cmath>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -19,20 +20,13 @@ using forms::Aspect;
 namespace {
 
 int PictureOf(int control_id) {
-    switch (control_id) {
-        case Img_Set:
-            return IDI_BackupSet;
-        case Img_What:
-            return IDI_Folder;
-        case Img_FilesToBackup:
-            return IDI_Files;
-        case Img_BackupFileName:
-            return IDI_Archive;
-        case Img_Where:
-            return IDI_Destination;
-        default:
-            return IDI_Product;
-    }
+    static const std::map<int, int> kPictures = {{Img_Set, IDI_BackupSet},
+                                                 {Img_What, IDI_Folder},
+                                                 {Img_FilesToBackup, IDI_Files},
+                                                 {Img_BackupFileName, IDI_Archive},
+                                                 {Img_Where, IDI_Destination}};
+    const auto found = kPictures.find(control_id);
+    return found == kPictures.end() ? IDI_Product : found->second;
 }
 
 class PictureBinder : public Binder {

@@ -17,7 +17,6 @@ namespace vantrel::views {
 
 using forms::Answer;
 using forms::Buttons;
-using forms::Icon;
 
 namespace {
 
@@ -158,40 +157,15 @@ class OpeningBox {
     HHOOK hook_;
 };
 
-UINT StyleOf(Buttons buttons) {
-    switch (buttons) {
-        case Buttons::kOk:
-            return MB_OK;
-        case Buttons::kYesNo:
-            return MB_YESNO;
-        case Buttons::kRetryCancel:
-            return MB_RETRYCANCEL;
-        case Buttons::kRetryContinueCancel:
-            return MB_CANCELTRYCONTINUE | MB_DEFBUTTON2;
-        case Buttons::kSearchCancel:
-            return MB_OKCANCEL;
-    }
-    return 0;
-}
-
-UINT StyleOf(Icon icon) {
-    switch (icon) {
-        case Icon::kNone:
-            return 0;
-        case Icon::kCritical:
-            return MB_ICONERROR;
-        case Icon::kQuestion:
-            return MB_ICONQUESTION;
-        case Icon::kExclamation:
-            return MB_ICONEXCLAMATION;
-        case Icon::kInformation:
-            return MB_ICONINFORMATION;
-    }
-    return 0;
-}
+// In the order of the enumerators. A box may have to report that no memory is left: no map.
+constexpr UINT kButtonStyles[] = {MB_OK, MB_YESNO, MB_RETRYCANCEL,
+                                  MB_CANCELTRYCONTINUE | MB_DEFBUTTON2, MB_OKCANCEL};
+constexpr UINT kIconStyles[] = {0, MB_ICONERROR, MB_ICONQUESTION, MB_ICONEXCLAMATION,
+                                MB_ICONINFORMATION};
 
 UINT StyleOf(const forms::Box& box) {
-    UINT style = StyleOf(box.buttons) | StyleOf(box.icon);
+    UINT style = kButtonStyles[static_cast<std::size_t>(box.buttons)] |
+                 kIconStyles[static_cast<std::size_t>(box.icon)];
     if (box.right_aligned) {
         style |= MB_RIGHT;
     }
