@@ -308,6 +308,7 @@ set(ZIP_TESTS
     tests/zip/compressor_mark_test.cpp
     tests/zip/deflate_test.cpp
     tests/zip/disk_prompt_test.cpp
+    tests/zip/disk_sequence_test.cpp
     tests/zip/earlier_hostile_test.cpp
     tests/zip/entry_list_test.cpp
     tests/zip/entry_records_test.cpp

@@ -337,6 +337,37 @@ TEST_F(SearchBounds, LostEntriesAreLimited) {
     EXPECT_EQ(Search(Repeated(Header(8, 100), 10 * 31)).lost_unnamed, 7u);
 }
 
+// Two local headers of one name, of which a directory at a wrong offset describes one.
+TEST_F(SearchBounds, CandidatesOfOneNameAreLimited) {
+    BuiltArchive archive;
+    archive.entries = {{.name = "a", .content = "first"}, {.name = "a", .content = "second"}};
+    const std::string bytes = archive.Bytes();
+    const std::size_t second = bytes.rfind("PK\1\2");
+    const std::size_t first = bytes.find("PK\1\2");
+    const std::size_t length = second - first;
+    for (limits.same_name = 1; limits.same_name <= 2; ++limits.same_name) {
+        std::size_t lost = 0;
+        for (const std::size_t described : {first, second}) {
+            const std::string record = bytes.substr(described, length);
+            lost += Search(bytes.substr(0, first) +
+                           Over(record, zip::central_record::kOffset, Number32(9999)))
+                        .lost.size();
+        }
+        EXPECT_EQ(lost, limits.same_name == 1 ? 1u : 0u);
+    }
+}
+
+TEST_F(SearchBounds, DirectoriesBeyondTheLimitLoseNoFile) {
+    limits.directories = 1;
+    std::string bytes;
+    for (const char* const name : {"a", "b", "c"}) {
+        BuiltArchive archive;
+        archive.entries = EntriesNamed({name});
+        bytes += archive.Bytes();
+    }
+    EXPECT_EQ(Search(bytes).entries.size(), 3u);
+}
+
 TEST_F(SearchBounds, NamesAreLimited) {
     limits.name_bytes = 6;
     EXPECT_EQ(Search(TenFiles(true)).lost_unnamed, 7u);

@@ -10,9 +10,12 @@ class LargeEntries : public ReaderTest {};
 TEST_F(LargeEntries, AreRestored) {
     const std::string noise = Noise((17 << 20) + 3);
     const std::string prose = Prose((32 << 20) + 5);
-    Extract(
-        {{.name = "noise", .content = noise}, {.name = "prose", .content = prose, .method = 8}});
+    const std::string larger = Noise(static_cast<std::size_t>(zip::kMaxHeld) + 1);
+    Extract({{.name = "noise", .content = noise},
+             {.name = "larger", .content = larger},
+             {.name = "prose", .content = prose, .method = 8}});
     EXPECT_EQ(Content("noise") == noise, true);
+    EXPECT_EQ(Content("larger") == larger, true);
     EXPECT_EQ(Content("prose") == prose, true);
 }
 
