@@ -311,6 +311,14 @@ TEST_F(Extraction, VerifyChecksEachFileOnceInAnyOrder) {
     EXPECT_EQ(std::set<std::string>(warnings.begin(), warnings.end()).size(), warnings.size());
 }
 
+TEST_F(Extraction, VerificationReportsWhatCannotBeRestored) {
+    options.verify_only = true;
+    Extract({{.name = "../a", .content = "x"}, {.name = "b", .content = "x", .crc = 1}});
+    EXPECT_EQ(events.Texts(MessageKind::kWarning),
+              (Strings{"../a cannot be restored: it leads out of its folder with \"..\".",
+                       "b cannot be restored: its checksum is wrong."}));
+}
+
 TEST_F(Extraction, DamagedDirectoryRestoresWhatWasReadAndFails) {
     BuiltArchive archive;
     archive.entries = {{.name = "a", .content = "x"}, {.name = "b", .content = "y"}};

@@ -115,9 +115,9 @@ class Extractor {
         }
         for (const LostEntry& lost : directory.lost) {
             ++run_.failed;
-            channel_.Report(LeftOutWarning(lost.entry.name,
-                                           NotRestored(options_, lost.entry.name, lost.why),
-                                           error_number::kDeviceIo));
+            channel_.Report(LeftOutWarning(
+                lost.entry.name, NotRestored(lost.entry.name, lost.why, options_.verify_only),
+                error_number::kDeviceIo));
         }
         if (directory.lost_unnamed > 0) {
             run_.failed += static_cast<std::int32_t>(

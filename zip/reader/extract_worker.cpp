@@ -30,12 +30,6 @@ int ThreadCount(const Directory& directory, const ExtractOptions& options,
 
 }  // namespace
 
-std::string NotRestored(const ExtractOptions& options, const std::string& name,
-                        const std::string& why) {
-    return name + (options.verify_only ? " cannot be restored: " : " is not restored: ") + why +
-           ".";
-}
-
 Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunContext& run,
                        std::shared_ptr<const Directory> listed)
     : machine(seam),
@@ -45,8 +39,10 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
       directory(*held),
       threads(ThreadCount(directory, options, machine.process)),
       mask(machine.code_page.Fold(options.mask)),
-      planner(directory, mask, machine.code_page,
-              [this](ComponentMessage message) { channel.Report(std::move(message)); }),
+      planner(
+          directory, mask, machine.code_page,
+          [this](ComponentMessage message) { channel.Report(std::move(message)); },
+          options.verify_only),
       plan(planner.Plan()),
       folders(machine, options.destination,
               [this](const std::string& folder, const std::string& name) {
@@ -59,11 +55,7 @@ Extraction::Extraction(const platform::Machine& seam, const ExtractOptions& want
 
 void Extraction::Fail(std::uint32_t index, const Error& error) {
     ++failed;
-    ComponentMessage message =
-        EntryWarning(directory, index, error.number(),
-                     NotRestored(options, directory.entries[index].name, error.description()));
-    message.left_out = true;
-    channel.Report(std::move(message));
+    channel.Report(NotRestoredWarning(directory, index, error, options.verify_only));
 }
 
 ComponentMessage Extraction::DescribeFull(std::uint32_t index) const {

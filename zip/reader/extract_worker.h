@@ -25,10 +25,6 @@
 
 namespace vantrel::zip {
 
-// "a.txt is not restored: its checksum is wrong."
-std::string NotRestored(const ExtractOptions& options, const std::string& name,
-                        const std::string& why);
-
 // One extraction. The thread that plans uses `planner`; everything else is for all threads.
 struct Extraction {
     Extraction(const platform::Machine& seam, const ExtractOptions& wanted, RunContext& run,

@@ -86,12 +86,26 @@ ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, i
         directory.entries[index].name, text, static_cast<std::int32_t>(directory.entries.size())};
 }
 
+std::string NotRestored(const std::string& name, const std::string& why, bool verify_only) {
+    return name + (verify_only ? " cannot be restored: " : " is not restored: ") + why + ".";
+}
+
+ComponentMessage NotRestoredWarning(const Directory& directory, std::uint32_t index,
+                                    const Error& error, bool verify_only) {
+    ComponentMessage message =
+        EntryWarning(directory, index, error.number(),
+                     NotRestored(directory.entries[index].name, error.description(), verify_only));
+    message.left_out = true;
+    return message;
+}
+
 ExtractionPlanner::ExtractionPlanner(const Directory& directory, const DosMask& mask,
-                                     platform::CodePage& code_page, Report report)
+                                     platform::CodePage& code_page, Report report, bool verify_only)
     : directory_(directory),
       mask_(mask),
       code_page_(code_page),
       report_(std::move(report)),
+      verify_only_(verify_only),
       names_(directory.entries.size(), [this](std::uint32_t owner) { return KeyOf(owner); }) {
     Overlaps overlaps(directory);
     in_order_ = overlaps.IsInOrder();
@@ -273,11 +287,8 @@ void ExtractionPlanner::Warn(std::uint32_t index, const std::string& what) {
 }
 void ExtractionPlanner::Refuse(std::uint32_t index, const std::string& why) {
     ++plan_.failed;
-    ComponentMessage message =
-        EntryWarning(directory_, index, error_number::kBadFileName,
-                     directory_.entries[index].name + " is not restored: " + why + ".");
-    message.left_out = true;
-    report_(std::move(message));
+    report_(NotRestoredWarning(directory_, index, Error(error_number::kBadFileName, "", why),
+                               verify_only_));
 }
 
 }  // namespace vantrel::zip

@@ -44,9 +44,9 @@ class ExtractionPlanner {
     using Report = std::function<void(ComponentMessage)>;
 
     // `report` gets a warning for each refused entry, and for each that is restored under another
-    // name. The others are borrowed.
+    // name. `verify_only`: as in ExtractOptions. The others are borrowed.
     ExtractionPlanner(const Directory& directory, const DosMask& mask,
-                      platform::CodePage& code_page, Report report);
+                      platform::CodePage& code_page, Report report, bool verify_only = false);
     ExtractionPlanner(const ExtractionPlanner&) = delete;
     ExtractionPlanner& operator=(const ExtractionPlanner&) = delete;
 
@@ -84,6 +84,7 @@ class ExtractionPlanner {
     const DosMask& mask_;
     platform::CodePage& code_page_;
     Report report_;
+    const bool verify_only_;
     std::vector<bool> overlaps_;  // by index: shares bytes with another entry or the directory
     bool in_order_ = false;
     ExtractionPlan plan_;
@@ -104,5 +105,12 @@ bool HasOverlaps(const Directory& directory);
 // A warning about entry `index` of the directory (numbered from 1 for the user).
 ComponentMessage EntryWarning(const Directory& directory, std::uint32_t index, int code,
                               const std::string& text);
+
+// "a.txt is not restored: its checksum is wrong."; of a run that only verifies, "a.txt cannot be
+// restored: its checksum is wrong."
+std::string NotRestored(const std::string& name, const std::string& why, bool verify_only);
+// The same as a warning about entry `index`, which is missing in the result because of `error`.
+ComponentMessage NotRestoredWarning(const Directory& directory, std::uint32_t index,
+                                    const Error& error, bool verify_only);
 
 }  // namespace vantrel::zip
