@@ -105,6 +105,18 @@ std::unique_ptr<RawCompressor> MakeCompressor(int level) {
     return std::make_unique<LibdeflateCompressor>(level);
 }
 
+void FreeDecompressor::operator()(libdeflate_decompressor* decompressor) const {
+    libdeflate_free_decompressor(decompressor);
+}
+
+Decompressor MakeDecompressor() {
+    Decompressor made(libdeflate_alloc_decompressor());
+    if (!made) {
+        throw std::bad_alloc();
+    }
+    return made;
+}
+
 std::string CompressorDescription() {
     return "libdeflate " LIBDEFLATE_VERSION_STRING ", " VANTREL_TUNED_LEVEL_NAME;
 }
@@ -112,15 +124,14 @@ std::string CompressorDescription() {
 // Decompresses and compares: complete streams by libdeflate, which is faster, chunks by zlib, which
 // can stop at block boundaries.
 struct Deflater::Verifier {
-    std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor{
-        libdeflate_alloc_decompressor(), libdeflate_free_decompressor};
+    Decompressor decompressor = MakeDecompressor();
     z_stream stream{};
     RawCompressor& compressor;
     Buffer own_output;  // for a compressor without scratch memory
     std::uint8_t* output = nullptr;
 
     explicit Verifier(RawCompressor& for_output) : compressor(for_output) {
-        if (!decompressor || inflateInit2(&stream, -MAX_WBITS) != Z_OK) {
+        if (inflateInit2(&stream, -MAX_WBITS) != Z_OK) {
             throw std::bad_alloc();
         }
     }

@@ -11,7 +11,17 @@
 
 #include "zip/base/bytes.h"
 
+struct libdeflate_decompressor;
+
 namespace vantrel::zip {
+
+// The library's decompressor for complete streams.
+struct FreeDecompressor {
+    void operator()(libdeflate_decompressor* decompressor) const;
+};
+using Decompressor = std::unique_ptr<libdeflate_decompressor, FreeDecompressor>;
+// Throws std::bad_alloc.
+Decompressor MakeDecompressor();
 
 // Bytes of a big file that are compressed at a time. 4 MiB would save 0.13 % and take four times
 // the memory on every thread (docs/performance.md). The tuned level's window has the same size.

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <bit>
 #include <map>
-#include <new>
 #include <string_view>
 
 #include "common/error.h"
@@ -107,10 +106,6 @@ std::string UnreadableBecause(const StoredEntry& entry) {
     return "";
 }
 
-void EntryData::FreeDecompressor::operator()(libdeflate_decompressor* decompressor) const {
-    libdeflate_free_decompressor(decompressor);
-}
-
 HeldMemory::HeldMemory(int threads, std::size_t entries) {
     const std::size_t taken =
         entries < kLimitWithEntries / kOfEachEntry ? entries * kOfEachEntry : kLimitWithEntries;
@@ -146,11 +141,7 @@ void HeldMemory::GiveBack::operator()(Buffer* buffer) const {
     memory->free_.emplace_back(buffer);
 }
 
-EntryData::EntryData(ByteSource& source, HeldMemory& memory)
-    : source_(source), memory_(memory), decompressor_(libdeflate_alloc_decompressor()) {
-    if (!decompressor_) {
-        throw std::bad_alloc();
-    }
+EntryData::EntryData(ByteSource& source, HeldMemory& memory) : source_(source), memory_(memory) {
     held_.Reserve(kSmall);
 }
 

@@ -11,9 +11,8 @@
 #include <vector>
 
 #include "zip/base/bytes.h"
+#include "zip/deflate/deflate.h"
 #include "zip/records/record_parser.h"
-
-struct libdeflate_decompressor;
 
 namespace vantrel::zip {
 
@@ -79,9 +78,6 @@ class EntryData {
     std::string Read(const StoredEntry& entry, const Sink& sink);
 
   private:
-    struct FreeDecompressor {
-        void operator()(libdeflate_decompressor* decompressor) const;
-    };
     struct DataLocation {
         std::uint64_t offset = 0;
         std::string disagreement;
@@ -96,7 +92,7 @@ class EntryData {
 
     ByteSource& source_;
     HeldMemory& memory_;
-    std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor_;
+    Decompressor decompressor_ = MakeDecompressor();
     Buffer window_;  // of the archive, from window_at_ on
     std::uint64_t window_at_ = 0;
     Buffer held_;      // a small entry, or the packed bytes of one step of a stream

@@ -2,12 +2,10 @@
 
 #include <libdeflate.h>
 
-#include <new>
 #include <utility>
 
 #include "common/error.h"
 #include "zip/base/bytes.h"
-#include "zip/deflate/deflate.h"
 
 namespace vantrel::zip {
 
@@ -24,17 +22,6 @@ const std::uint8_t* AsBytes(const std::string& text) {
 
 }  // namespace
 
-struct RecordList::Codec {
-    std::unique_ptr<RawCompressor> compressor = MakeCompressor(kLevel);
-    std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor{
-        libdeflate_alloc_decompressor(), libdeflate_free_decompressor};
-};
-
-RecordList::RecordList() = default;
-RecordList::~RecordList() = default;
-RecordList::RecordList(RecordList&&) noexcept = default;
-RecordList& RecordList::operator=(RecordList&&) noexcept = default;
-
 void RecordList::Append(std::string_view record) {
     Put32(tail_, static_cast<std::uint32_t>(record.size()));
     tail_ += record;
@@ -45,19 +32,17 @@ void RecordList::Append(std::string_view record) {
 }
 
 void RecordList::PackTail() {
-    if (!codec_) {
-        codec_ = std::make_unique<Codec>();
-        if (!codec_->decompressor) {
-            throw std::bad_alloc();
-        }
+    if (!decompressor_) {
+        compressor_ = MakeCompressor(kLevel);
+        decompressor_ = MakeDecompressor();
     }
     Block block;
     block.raw_size = tail_.size();
     block.crc = Crc32(AsBytes(tail_), tail_.size());
-    std::string packed(codec_->compressor->Bound(tail_.size()), '\0');
-    packed.resize(codec_->compressor->Compress(AsBytes(tail_), tail_.size(),
-                                               reinterpret_cast<std::uint8_t*>(packed.data()),
-                                               packed.size()));
+    std::string packed(compressor_->Bound(tail_.size()), '\0');
+    packed.resize(compressor_->Compress(AsBytes(tail_), tail_.size(),
+                                        reinterpret_cast<std::uint8_t*>(packed.data()),
+                                        packed.size()));
     block.packed.assign(packed);  // a copy of the right capacity
     blocks_.push_back(std::move(block));
     tail_.clear();
@@ -72,9 +57,9 @@ bool RecordList::OpenNextBlock() {
     const Block block = std::move(blocks_.front());
     blocks_.pop_front();
     current_.resize(block.raw_size);
-    const auto result = libdeflate_deflate_decompress(codec_->decompressor.get(),
-                                                      block.packed.data(), block.packed.size(),
-                                                      current_.data(), block.raw_size, nullptr);
+    const auto result =
+        libdeflate_deflate_decompress(decompressor_.get(), block.packed.data(), block.packed.size(),
+                                      current_.data(), block.raw_size, nullptr);
     if (result != LIBDEFLATE_SUCCESS || Crc32(AsBytes(current_), current_.size()) != block.crc) {
         RaiseError(error_number::kDeviceIo);
     }

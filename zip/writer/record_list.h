@@ -10,17 +10,14 @@
 #include <string>
 #include <string_view>
 
+#include "zip/deflate/deflate.h"
+
 namespace vantrel::zip {
 
 // First in, first out: written completely, then read once. Records are collected in blocks, which
 // are compressed at a quick level. Used by one thread at a time.
 class RecordList {
   public:
-    RecordList();
-    ~RecordList();
-    RecordList(RecordList&&) noexcept;
-    RecordList& operator=(RecordList&&) noexcept;
-
     // `record` may be empty or longer than a block; less than 4 GiB. Not after the first Take.
     void Append(std::string_view record);
     // Removes and returns the first record; nothing when the list is empty. Raises 57 when a block
@@ -36,12 +33,13 @@ class RecordList {
         std::size_t raw_size = 0;
         std::uint32_t crc = 0;
     };
-    struct Codec;
 
     void PackTail();
     bool OpenNextBlock();
 
-    std::unique_ptr<Codec> codec_;  // null as long as there is no block
+    // Both null as long as there is no block.
+    std::unique_ptr<RawCompressor> compressor_;
+    Decompressor decompressor_;
     std::deque<Block> blocks_;
     std::string tail_;     // appended records, not yet compressed
     std::string current_;  // the block that is being read
