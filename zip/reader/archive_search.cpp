@@ -78,16 +78,12 @@ class Search {
     }
 
     std::uint64_t TakeCentral(std::uint64_t at) {
-        using namespace central_record;
-        const std::string_view fixed = scanner_.Peek(at, kFixedSize);
-        if (fixed.size() < kFixedSize || GetNumber<std::uint16_t>(fixed, kNameLength) == 0) {
+        const std::string_view record =
+            PeekCentralRecord([&](std::size_t count) { return scanner_.Peek(at, count); });
+        if (record.empty() || GetNumber<std::uint16_t>(record, central_record::kNameLength) == 0) {
             return at + kSignatureSize;
         }
-        const std::size_t length = CentralRecordLength(fixed);
-        const std::string_view record = scanner_.Peek(at, length);
-        if (record.size() < length) {
-            return at + kSignatureSize;
-        }
+        const std::size_t length = record.size();
         CentralRecord parsed = ParseCentralRecord(record, code_page_, clock_);
         parsed.entry.offset = source_.PositionOf(parsed.disk, parsed.entry.offset);
         found_.AddCentral(std::move(parsed.entry), at, length);

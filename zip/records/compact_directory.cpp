@@ -95,20 +95,16 @@ std::string CompactDirectory::ReadRecords(ByteSource& source, const std::string&
     BufferedRange bytes(source, start_, end_);
     std::uint64_t at = start_;
     for (std::uint64_t i = 0; i < entries_; ++i) {
-        const std::string_view fixed = bytes.Peek(central_record::kFixedSize);
-        if (fixed.size() < central_record::kFixedSize || !HasSignature(fixed, kCentralSignature)) {
-            return kForeign;
-        }
-        const std::size_t length = CentralRecordLength(fixed);
-        const std::string_view record = bytes.Peek(length);
-        if (record.size() < length || !Add(record, at)) {
+        const std::string_view record =
+            PeekCentralRecord([&](std::size_t count) { return bytes.Peek(count); });
+        if (record.empty() || !Add(record, at)) {
             return kForeign;
         }
         if (i == 0 && ParseCentralNumbers(record).compressor != mark) {
             return kOtherCompressor;
         }
-        bytes.Skip(length);
-        at += length;
+        bytes.Skip(record.size());
+        at += record.size();
     }
     std::sort(items_.begin(), items_.end(), Precedes);
     return at == end_ ? "" : kForeign;
@@ -180,13 +176,12 @@ std::optional<ChunkedData> CompactDirectory::FindChunked(const std::string& name
     if (item == nullptr) {
         return std::nullopt;
     }
-    const std::string fixed = source.Bytes(item->offset, central_record::kFixedSize);
-    if (fixed.size() < central_record::kFixedSize || !HasSignature(fixed, kCentralSignature)) {
-        return std::nullopt;
-    }
-    const std::size_t length = CentralRecordLength(fixed);
-    const std::string record = source.Bytes(item->offset, length);
-    if (record.size() < length) {
+    std::string bytes;
+    const auto peek = [&](std::size_t count) -> std::string_view {
+        return bytes = source.Bytes(item->offset, count);
+    };
+    const std::string_view record = PeekCentralRecord(peek);
+    if (record.empty()) {
         return std::nullopt;
     }
     const CentralRecord parsed = ParseCentralNumbers(record);

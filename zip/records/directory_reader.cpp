@@ -46,16 +46,12 @@ class DirectoryReader {
 
     // False at the end of the directory, or where it is damaged.
     bool ReadOne(Directory& directory) {
-        const std::string_view fixed = bytes_.Peek(central_record::kFixedSize);
-        if (!HasSignature(fixed, kCentralSignature)) {
+        if (!HasSignature(bytes_.Peek(kSignatureSize), kCentralSignature)) {
             return false;
         }
-        if (fixed.size() < central_record::kFixedSize) {
-            return Stop(directory, "the next record is cut off");
-        }
-        const std::size_t length = CentralRecordLength(fixed);
-        const std::string_view record = bytes_.Peek(length);
-        if (record.size() < length) {
+        const std::string_view record =
+            PeekCentralRecord([this](std::size_t count) { return bytes_.Peek(count); });
+        if (record.empty()) {
             return Stop(directory, "the next record is cut off");
         }
         CentralRecord parsed = ParseCentralRecord(record, code_page_, clock_);
@@ -66,7 +62,7 @@ class DirectoryReader {
                                       ? OffsetOnDisk(parsed.disk, parsed.entry.offset)
                                       : ~std::uint64_t{0};
         }
-        bytes_.Skip(length);
+        bytes_.Skip(record.size());
         parsed.entry.offset += location_.prefix;
         directory.entries.Append(parsed.entry);
         return true;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "platform/machine.h"
+#include "zip/base/bytes.h"
 #include "zip/records/format.h"
 
 namespace vantrel::zip {
@@ -65,6 +66,18 @@ std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_
 
 // Length of the complete central record that begins with these bytes of its fixed part.
 std::size_t CentralRecordLength(std::string_view fixed_part);
+// The complete central record at the position of which `peek` returns so many bytes, or as many as
+// there are; "" when there is none, or when it is cut off.
+template <typename Peek>
+std::string_view PeekCentralRecord(Peek&& peek) {
+    const std::string_view fixed = peek(central_record::kFixedSize);
+    if (fixed.size() < central_record::kFixedSize || !HasSignature(fixed, kCentralSignature)) {
+        return {};
+    }
+    const std::size_t length = CentralRecordLength(fixed);
+    const std::string_view record = peek(length);
+    return record.size() == length ? record : std::string_view();
+}
 
 // Of one complete record (APPNOTE 4.3.12). Extra fields of a wrong length are ignored. Times come
 // from field 000A, else from 5455, else from the DOS time, which is local. Offset and disk are as
