@@ -129,7 +129,7 @@ std::string Wide(const Entry& entry) {
 TEST(CentralRecord, NeedsZip64FromFourGigabytesMinusOne) {
     Entry entry = Plain();
     entry.size = entry.packed_size = 0xFFFFFFFE;
-    entry.offset = 0xFFFFFFFE;
+    entry.location.offset = 0xFFFFFFFE;
     EXPECT_EQ(Wide(entry), "");
     EXPECT_EQ(At16(Central(entry), 6), 10);
     entry.size = 0xFFFFFFFF;
@@ -144,13 +144,13 @@ TEST(CentralRecord, Zip64HoldsOnlyWhatIsSaturatedInOrder) {
     Entry entry = Plain();
     entry.size = 0x100000001;
     entry.packed_size = 5;
-    entry.offset = 0x200000002;
+    entry.location.offset = 0x200000002;
     std::string numbers;
     Put64(numbers, entry.size);
-    Put64(numbers, entry.offset);
+    Put64(numbers, entry.location.offset);
     EXPECT_EQ(Wide(entry), numbers);
     EXPECT_EQ(At32(Central(entry), 20), 5u);
-    entry.disk = 0xFFFF;
+    entry.location.disk = 0xFFFF;
     Put32(numbers, 0xFFFF);
     EXPECT_EQ(Wide(entry), numbers);
 }

@@ -8,15 +8,9 @@
 #include <string>
 #include <string_view>
 
+#include "zip/records/entry_records.h"
+
 namespace vantrel::zip {
-
-// The location of a record: its disk, counted from 0, and its offset from the start of that disk.
-struct RecordLocation {
-    std::uint32_t disk = 0;
-    std::uint64_t offset = 0;
-
-    bool operator==(const RecordLocation&) const = default;
-};
 
 // A range of the bytes of one Write that must be on one disk (APPNOTE 8.5.2), and its location,
 // which Write fills in.

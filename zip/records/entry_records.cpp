@@ -89,13 +89,13 @@ std::string LocalExtra(const Entry& entry) {
 // Only the numbers whose short field is saturated, in this order (4.5.3).
 std::string Zip64Numbers(const Entry& entry) {
     std::string numbers;
-    for (const std::uint64_t value : {entry.size, entry.packed_size, entry.offset}) {
+    for (const std::uint64_t value : {entry.size, entry.packed_size, entry.location.offset}) {
         if (value >= kSaturated32) {
             Put64(numbers, value);
         }
     }
-    if (entry.disk >= kSaturated16) {
-        Put32(numbers, entry.disk);
+    if (entry.location.disk >= kSaturated16) {
+        Put32(numbers, entry.location.disk);
     }
     return numbers;
 }
@@ -168,10 +168,10 @@ void AppendCentralRecord(std::string& out, const Entry& entry) {
     Put16(out, static_cast<std::uint16_t>(entry.name.size()));
     Put16(out, static_cast<std::uint16_t>(extra.size()));
     Put16(out, 0);  // comment
-    Put16(out, Saturate16(entry.disk));
+    Put16(out, Saturate16(entry.location.disk));
     Put16(out, 0);  // internal attributes
     Put32(out, entry.attributes & kStoredAttributes);
-    Put32(out, Saturate32(entry.offset));
+    Put32(out, Saturate32(entry.location.offset));
     out += entry.name;
     out += extra;
 }

@@ -10,6 +10,14 @@
 
 namespace vantrel::zip {
 
+// The location of a record: its disk, counted from 0, and its offset from the start of that disk.
+struct RecordLocation {
+    std::uint32_t disk = 0;
+    std::uint64_t offset = 0;
+
+    bool operator==(const RecordLocation&) const = default;
+};
+
 // One stored file or folder.
 struct Entry {
     std::string name;  // UTF-8, "/" between components; a folder's name ends in "/"
@@ -20,8 +28,7 @@ struct Entry {
     std::uint32_t crc = 0;
     std::uint64_t size = 0;
     std::uint64_t packed_size = 0;
-    std::uint64_t offset = 0;  // of the local header, from the start of its disk
-    std::uint32_t disk = 0;
+    RecordLocation location;  // of the local header
     // The local header has the 64-bit sizes field. Decided when space for the header is reserved,
     // that is, from the size which the file had when it was opened.
     bool zip64_sizes = false;

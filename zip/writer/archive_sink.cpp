@@ -14,13 +14,6 @@ namespace {
 // Bytes of central records per write, exceeded by less than one record.
 constexpr std::size_t kDirectoryWriteSize = 256 * 1024;
 
-RecordLocation LocationOf(const Entry& entry) { return {entry.disk, entry.offset}; }
-
-void SetLocation(Entry& entry, const RecordLocation& place) {
-    entry.disk = place.disk;
-    entry.offset = place.offset;
-}
-
 }  // namespace
 
 ArchiveSink::ArchiveSink(ArchiveOutput& archive, RunContext& channel, std::size_t max_jobs,
@@ -90,14 +83,15 @@ void ArchiveSink::WriteBatch(PackedJob& job) {
     unsplit_.clear();
     for (const PackedEntry& item : job.entries) {
         if (item.stored) {
-            unsplit_.push_back({static_cast<std::size_t>(item.entry.offset), item.header_size, {}});
+            unsplit_.push_back(
+                {static_cast<std::size_t>(item.entry.location.offset), item.header_size, {}});
         }
     }
     archive_.Write(job.bytes.View(), unsplit_);
     auto header = unsplit_.cbegin();
     for (PackedEntry& item : job.entries) {
         if (item.stored) {
-            SetLocation(item.entry, header++->place);
+            item.entry.location = header++->place;
             AddToDirectory(item.entry);
             AddData(item.entry.size, item.reused);
             ReportAdded(item.path);
@@ -128,7 +122,7 @@ void ArchiveSink::WriteChunk(PackedJob& job) {
     ReportProgress(job);
     if (chunk.unreadable) {
         if (!chunk.first) {
-            archive_.TruncateTo(LocationOf(file_));
+            archive_.TruncateTo(file_.location);
         }
         ++skipped_;
         channel_.LeaveOut(job.file.size, job.file.size);  // all of it was reported as done
@@ -156,7 +150,7 @@ void ArchiveSink::StartFile(PackedJob& job) {
     }
     record_.clear();
     AppendLocalHeader(record_, file_);
-    SetLocation(file_, archive_.WriteUnsplit(record_));
+    file_.location = archive_.WriteUnsplit(record_);
     if (!chunk.store_only) {
         ReportAdded(job.path);
     }
@@ -168,12 +162,12 @@ void ArchiveSink::FinishFile(const PackedJob& job) {
         AppendDescriptor(record_, file_);
         archive_.WriteUnsplit(record_);
     } else if (file_.method == Method::kDeflated && file_.packed_size >= file_.size) {
-        archive_.TruncateTo(LocationOf(file_));
+        archive_.TruncateTo(file_.location);
         deferred_.push_back({job.file, true});
         return;
     } else {
         AppendLocalHeader(record_, file_);
-        archive_.Patch(LocationOf(file_), record_);
+        archive_.Patch(file_.location, record_);
     }
     AddToDirectory(file_, chunk_index_.Body());
 }

@@ -67,7 +67,7 @@ struct Job {
 struct PackedEntry {
     bool stored = false;                 // header and data are in the batch's bytes
     std::optional<SourceItem> deferred;  // becomes a DeferredFile
-    Entry entry;                         // its offset counts from the batch's first byte
+    Entry entry;                         // its location counts from the batch's first byte
     std::size_t header_size = 0;
     std::uint64_t listed_size = 0;
     bool reused = false;  // the data is a copy of the earlier archive's

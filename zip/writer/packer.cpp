@@ -116,17 +116,17 @@ void Packer::AppendEntry(PackedEntry& result, Buffer& bytes) {
     Entry& entry = result.entry;
     entry.crc = Crc32(input_.data(), input_.size());
     entry.size = input_.size();
-    entry.offset = bytes.size();
+    entry.location.offset = bytes.size();
     header_.clear();
     AppendLocalHeader(header_, entry);
     result.header_size = header_.size();
     bytes.Append(header_);
     entry.method = AppendData(result, bytes);
-    entry.packed_size = bytes.size() - entry.offset - header_.size();
+    entry.packed_size = bytes.size() - entry.location.offset - header_.size();
     // Again, with method and size; its length is the same.
     header_.clear();
     AppendLocalHeader(header_, entry);
-    std::memcpy(bytes.data() + entry.offset, header_.data(), header_.size());
+    std::memcpy(bytes.data() + entry.location.offset, header_.data(), header_.size());
     result.stored = true;
 }
 
