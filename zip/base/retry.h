@@ -15,10 +15,11 @@ namespace vantrel::zip {
 
 // Runs `step` until it succeeds, and asks whether to go on after each failure. `describe` makes the
 // question, a ComponentMessage, from the Error; it may raise an error that is not to
-// be asked about. Throws RunStopped when the answer is no.
+// be asked about. Throws RunStopped when the answer is no, or when the run is to end.
 template <typename Describe, typename Step>
 auto RetryOrAsk(RunContext& channel, Describe&& describe, Step&& step) -> decltype(step()) {
     for (;;) {
+        channel.CheckStop();
         try {
             return step();
         } catch (const Error& error) {

@@ -33,10 +33,8 @@ void ArchiveFile::Open() {
 }
 
 void ArchiveFile::Create() {
-    file_ = RetryOrAsk(channel_, DescribeFailure("The archive cannot be created", path_), [this] {
-        channel_.CheckStop();
-        return files_.Open(path_, platform::OpenMode::kCreateNew);
-    });
+    file_ = RetryOrAsk(channel_, DescribeFailure("The archive cannot be created", path_),
+                       [this] { return files_.Open(path_, platform::OpenMode::kCreateNew); });
     created_ = true;
 }
 
@@ -84,7 +82,6 @@ ComponentMessage ArchiveFile::DescribeWrite(const Error& error, std::size_t byte
 void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
     const auto describe = [&](const Error& error) { return DescribeWrite(error, bytes.size()); };
     RetryOrAsk(channel_, describe, [&] {
-        channel_.CheckStop();
         if (!position_known_ || file_position_ != offset) {
             position_known_ = false;
             file_->Seek(offset);
@@ -117,7 +114,6 @@ void ArchiveFile::TruncateTo(const RecordLocation& place) {
         return;
     }
     RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
-        channel_.CheckStop();
         position_known_ = false;
         file_->Truncate(offset);
     });
@@ -128,11 +124,7 @@ void ArchiveFile::TruncateTo(const RecordLocation& place) {
 void ArchiveFile::Finish() {
     WriteBuffer();
     const auto describe = [this](const Error& error) { return DescribeWrite(error, 0); };
-    RetryOrAsk(channel_, describe, [this] {
-        channel_.CheckStop();
-        file_->Flush();
-    });
-    channel_.CheckStop();
+    RetryOrAsk(channel_, describe, [this] { file_->Flush(); });
     RetryOrAsk(channel_, DescribeFailure("The archive cannot be closed", path_),
                [this] { CloseChecked(); });
 }

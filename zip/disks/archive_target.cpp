@@ -105,7 +105,6 @@ void ArchiveTarget::MakeFolders() {
     for (const std::string& folder : MissingFolders(machine_.files, path::Parent(archive_))) {
         RetryOrAsk(channel_, DescribeFailure("The folder for the archive cannot be made", folder),
                    [&] {
-                       channel_.CheckStop();
                        // It may exist meanwhile, with the drive that holds it.
                        if (!MayExist(machine_.files, folder)) {
                            MakeFolder(folder);

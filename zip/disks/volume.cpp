@@ -27,7 +27,6 @@ Volume::Volume(platform::FileSystem& files, RunContext& channel, std::string pat
 
 std::size_t Volume::Offer(std::string_view bytes) {
     return RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
-        channel_.CheckStop();
         try {
             file_->Seek(state_.size);
             file_->Write(bytes.data(), bytes.size());
@@ -77,10 +76,7 @@ void Volume::Keep(std::string_view offered, std::size_t count) {
 }
 
 void Volume::Truncate(std::uint64_t size) {
-    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
-        channel_.CheckStop();
-        file_->Truncate(size);
-    });
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] { file_->Truncate(size); });
 }
 
 void Volume::TruncateTo() {
@@ -90,7 +86,6 @@ void Volume::TruncateTo() {
 
 void Volume::PatchHead(std::string_view bytes) {
     RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [&] {
-        channel_.CheckStop();
         file_->Seek(0);
         file_->Write(bytes.data(), bytes.size());
     });
@@ -100,10 +95,7 @@ void Volume::PatchHead(std::string_view bytes) {
 std::uint32_t Volume::HeadCrc() const { return Crc32(state_.head); }
 
 void Volume::Close() {
-    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [this] {
-        channel_.CheckStop();
-        file_->Flush();
-    });
+    RetryOrAsk(channel_, DescribeFailure(kCannotWrite, path_), [this] { file_->Flush(); });
     // A loss at closing is found by ReadBack.
     const std::unique_ptr<platform::File> closing = std::move(file_);
     try {

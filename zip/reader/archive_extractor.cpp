@@ -194,10 +194,8 @@ class Extractor {
 
     void MakeDestination() {
         RetryOrAsk(channel_,
-                   DescribeFailure("The destination cannot be used", options_.destination), [this] {
-                       channel_.CheckStop();
-                       MakeDestinationFolders();
-                   });
+                   DescribeFailure("The destination cannot be used", options_.destination),
+                   [this] { MakeDestinationFolders(); });
     }
     void MakeDestinationFolders() {
         if (options_.destination.empty()) {
