@@ -157,10 +157,9 @@ void ExtractWorker::Restore(const PlannedFile& planned) {
         counted_ = std::max(counted_, entry.size);
         restore(*local);
     }
-    run_.channel.Report(EntryWarning(run_.directory, planned.index, 0,
-                                     entry.name +
-                                         " differs in directory and local header; it is "
-                                         "restored by the one that its data agrees with."));
+    run_.Warn(planned.index, entry.name +
+                                 " differs in directory and local header; it is restored by the "
+                                 "one that its data agrees with.");
 }
 
 // The entry with the numbers of its local header when these differ and its data agrees with them.
@@ -242,9 +241,8 @@ void ExtractWorker::KeepBroken(const PlannedFile& planned) {
     }
     if (target) {
         target->Commit(entry.times, entry.attributes);
-        run_.channel.Report(
-            EntryWarning(run_.directory, planned.index, 0,
-                         "What can be read of " + entry.name + " is " + target->Path() + "."));
+        run_.Warn(planned.index,
+                  "What can be read of " + entry.name + " is " + target->Path() + ".");
     }
 }
 
@@ -292,14 +290,12 @@ void ExtractWorker::ReportRestored(const PlannedFile& planned, const std::string
     const std::uint32_t index = planned.index;
     const std::string& name = planned.entry.name;
     if (!disagreement.empty()) {
-        run_.channel.Report(EntryWarning(run_.directory, index, 0,
-                                         name + " has another " + disagreement +
-                                             " in its local header; the directory's holds."));
+        run_.Warn(index, name + " has another " + disagreement +
+                             " in its local header; the directory's holds.");
     }
     if (path::Split(path).name != path::Split(planned.path).name) {
-        run_.channel.Report(EntryWarning(
-            run_.directory, index, 0,
-            name + " is restored as " + path + ": its name is another file's short name."));
+        run_.Warn(index,
+                  name + " is restored as " + path + ": its name is another file's short name.");
     }
 }
 

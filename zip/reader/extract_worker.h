@@ -45,6 +45,10 @@ struct Extraction {
     std::atomic<std::uint64_t> restored{0};
     std::atomic<std::int32_t> failed{0};  // besides those of the plan
 
+    // Warns of something about an entry that is restored.
+    void Warn(std::uint32_t index, const std::string& text) {
+        channel.Report(EntryWarning(directory, index, 0, text));
+    }
     // Reports that an entry was not restored, and counts it.
     void Fail(std::uint32_t index, const Error& error);
     // Restores with `step`. A destination that is full or gone is a question, and then tried again;
@@ -112,10 +116,7 @@ bool Extraction::Restore(std::uint32_t index, Step&& step) {
         return DescribeFailure("This cannot be restored", directory.entries[index].name)(error);
     };
     try {
-        RetryOrAsk(channel, describe, [&] {
-            channel.CheckStop();
-            step();
-        });
+        RetryOrAsk(channel, describe, step);
         ++restored;
         return true;
     } catch (const Error& error) {
