@@ -103,12 +103,10 @@ TEST_F(EarlierArchiveTest, AMissingArchiveIsOneLine) {
 TEST_F(EarlierArchiveTest, ALockedArchiveIsNotUsedAndNotWaitedFor) {
     RunFirst();
     int opened = 0;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == kEarlier) {
-            ++opened;
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = kEarlier}, [&] {
+        ++opened;
+        RaiseError(error_number::kPermissionDenied);
+    });
     ExpectUnused("Permission denied");
     EXPECT_EQ(opened, 1);
 }
@@ -163,11 +161,9 @@ TEST_F(EarlierArchiveTest, AnArchiveOfAnotherGenerationIsNotUsed) {
 
 TEST_F(EarlierArchiveTest, AnArchiveThatIsBeingWrittenIsNotUsed) {
     RunFirst();
-    files.before = [this](const std::string& call, const std::string& path) {
-        if (call == "Read" && path == kEarlier) {
-            files.Change(kEarlier, [](platform::FileInfo& info) { ++info.times.modified; });
-        }
-    };
+    BeforeCalls(files, {.name = "Read", .path = kEarlier}, [this] {
+        files.Change(kEarlier, [](platform::FileInfo& info) { ++info.times.modified; });
+    });
     ExpectUnused("it is being changed");
 }
 
@@ -212,12 +208,8 @@ TEST_F(EarlierArchiveTest, ReadErrorsCostOnlyTheReuse) {
 
 TEST_F(EarlierArchiveTest, OneLineSaysThatItIsNotUsedAnyMore) {
     RunFirst();
-    std::atomic<int> reads{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Read" && path == kEarlier && ++reads > 2) {
-            RaiseError(error_number::kDeviceUnavailable);
-        }
-    };
+    FailCalls(files, {.name = "Read", .path = kEarlier, .first = 3},
+              error_number::kDeviceUnavailable);
     RunSecond();
     ASSERT_EQ(Lines().size(), 2u);
     EXPECT_EQ(
@@ -229,12 +221,8 @@ TEST_F(EarlierArchiveTest, OneLineSaysThatItIsNotUsedAnyMore) {
 
 TEST_F(EarlierArchiveTest, AnArchiveThatIsRemovedWhileItIsReadLosesNothing) {
     RunFirst();
-    std::atomic<int> reads{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Read" && path == kEarlier && ++reads == 3) {
-            files.Put(kEarlier, "");
-        }
-    };
+    BeforeCalls(files, {.name = "Read", .path = kEarlier, .first = 3, .last = 3},
+                [&] { files.Put(kEarlier, ""); });
     RunSecond();
     EXPECT_GE(compressed, 1);
 }

@@ -41,11 +41,7 @@ TEST_F(RestoreTexts, QuestionAboutAnEntry) {
     BuiltArchive archive;
     archive.entries = {{.name = "a\r\nb", .content = "alpha"}};
     files.Put(options.archive, archive.Bytes());
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "Write" && path.starts_with("C:\\Out")) {
-            RaiseError(error_number::kDiskFull);
-        }
-    };
+    FailCalls(files, {.name = "Write", .path = "C:\\Out"}, error_number::kDiskFull);
     events.questions = &questions;
     EXPECT_EQ(Run(), zip::RunOutcome::kCancelled);
     EXPECT_EQ(

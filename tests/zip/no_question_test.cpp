@@ -58,11 +58,7 @@ TEST_F(NoQuestionInABackup, FullDestination) {
 TEST_F(NoQuestionInABackup, DestinationFolderCannotBeMade) {
     files.Put("C:\\Data\\a", "x");
     options.archive = "D:\\Backup\\Weekly.zip";
-    files.before = [](const std::string& call, const std::string&) {
-        if (call == "MakeFolder") {
-            RaiseError(error_number::kDeviceUnavailable);
-        }
-    };
+    FailCalls(files, {.name = "MakeFolder"}, error_number::kDeviceUnavailable);
     Expect();
 }
 

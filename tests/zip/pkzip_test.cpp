@@ -142,11 +142,7 @@ TEST_F(PkZip, AttendedFailureIsAQuestionAndCancelComesFromTheNextEvent) {
 
 TEST_F(PkZip, SkippedFilesAreCountedForEachAction) {
     SetAll();
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\a.txt") {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    FailCalls(files, {.name = "Open", .path = "C:\\Data\\a.txt"}, error_number::kPermissionDenied);
     component.Set(kAction, kActionAdd);
     EXPECT_EQ(component.SkippedFiles(), 1);
     files.before = nullptr;

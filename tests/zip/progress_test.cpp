@@ -60,15 +60,13 @@ TEST_F(Progress, NoEventAfterTheLastOneAndTheRenameAfterIt) {
     std::atomic<std::size_t> raised{0};
     std::size_t at_replace = 0;
     events.on_overall = [&] { raised = events.overall.size(); };
-    files.before = [&](const std::string& call, const std::string&) {
-        if (call == "Replace") {
-            at_replace = raised;
-            const std::size_t until = machine.clock.Waits().size() + kTicks;
-            while (machine.clock.Waits().size() < until) {
-                std::this_thread::yield();
-            }
+    BeforeCalls(files, {.name = "Replace"}, [&] {
+        at_replace = raised;
+        const std::size_t until = machine.clock.Waits().size() + kTicks;
+        while (machine.clock.Waits().size() < until) {
+            std::this_thread::yield();
         }
-    };
+    });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(at_replace, events.overall.size());
     EXPECT_EQ(at_replace, events.of_file.size());
@@ -134,11 +132,7 @@ INSTANTIATE_TEST_SUITE_P(Phases, ProgressWhileTheDiskHangs,
                                            "Flush", "Close", "Find"));
 
 TEST_F(Progress, WaitsForALockedFileOnAnotherThread) {
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\a") {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    FailCalls(files, {.name = "Open", .path = "C:\\Data\\a"}, error_number::kPermissionDenied);
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(events.overall.back(), 100);
 }

@@ -153,7 +153,7 @@ TEST_F(DirectoryReading, Exactly65535And65536Entries) {
     for (const int count : {65535, 65536}) {
         BuiltArchive many;
         for (int i = 0; i < count; ++i) {
-            many.entries.push_back({.name = std::to_string(i), .content = ""});
+            many.entries.push_back({.name = std::to_string(i)});
         }
         for (const bool zip64 : {true, false}) {
             many.zip64 = zip64;
@@ -218,8 +218,7 @@ TEST_F(DirectoryReading, TimesFromNtfsThenUnixThenDos) {
               .content = "",
               .central_extra = ExtraField(0x000A, ntfs.substr(1)) + ExtraField(0x5455, unix_time)});
     EXPECT_EQ(entry.times.modified, kUnix);
-    entry = Only(
-        {.name = "a", .content = "", .central_extra = ExtraField(0x5455, unix_time.substr(0, 4))});
+    entry = Only({.name = "a", .central_extra = ExtraField(0x5455, unix_time.substr(0, 4))});
     EXPECT_EQ(machine.clock.ToLocal(entry.times.modified).year, 2025);
     EXPECT_EQ(machine.clock.ToLocal(entry.times.modified).minute, 5);
 }
@@ -228,11 +227,9 @@ TEST_F(DirectoryReading, ExtraFieldThatIsTooLongIsIgnored) {
     std::string extra = ExtraField(0x000A, std::string(32, '\0'));
     extra[2] = 100;
     EXPECT_EQ(
-        machine.clock
-            .ToLocal(Only({.name = "a", .content = "", .central_extra = extra}).times.modified)
-            .year,
+        machine.clock.ToLocal(Only({.name = "a", .central_extra = extra}).times.modified).year,
         2025);
-    EXPECT_EQ(Only({.name = "a", .content = "", .central_extra = "xyz"}).name, "a");
+    EXPECT_EQ(Only({.name = "a", .central_extra = "xyz"}).name, "a");
 }
 
 TEST_F(DirectoryReading, DatesThatDoNotExistAreBroughtBack) {
@@ -255,34 +252,30 @@ TEST_F(DirectoryReading, DatesThatDoNotExistAreBroughtBack) {
 
 TEST_F(DirectoryReading, NamesFlaggedUnicodePathUtf8AndOem) {
     const std::string umlaut = "\xC3\xA4";
-    EXPECT_EQ(Only({.name = umlaut, .content = "", .flags = 0x800}).name, umlaut);
-    EXPECT_EQ(Only({.name = umlaut, .content = ""}).name, umlaut);
-    EXPECT_EQ(Only({.name = "\x84", .content = ""}).name, umlaut);  // code page 437
-    EXPECT_EQ(Only({.name = "\x84", .content = ""}).RawName(), "\x84");
-    EXPECT_EQ(Only({.name = "\x84", .content = "", .flags = 0x800}).name, "\xEF\xBF\xBD");
+    EXPECT_EQ(Only({.name = umlaut, .flags = 0x800}).name, umlaut);
+    EXPECT_EQ(Only({.name = umlaut}).name, umlaut);
+    EXPECT_EQ(Only({.name = "\x84"}).name, umlaut);  // code page 437
+    EXPECT_EQ(Only({.name = "\x84"}).RawName(), "\x84");
+    EXPECT_EQ(Only({.name = "\x84", .flags = 0x800}).name, "\xEF\xBF\xBD");
     std::string field(1, '\1');
     zip::Put32(field, zip::Crc32(reinterpret_cast<const std::uint8_t*>("x"), 1));
     field += umlaut;
-    EXPECT_EQ(Only({.name = "x", .content = "", .central_extra = ExtraField(0x7075, field)}).name,
-              umlaut);
-    EXPECT_EQ(Only({.name = "y", .content = "", .central_extra = ExtraField(0x7075, field)}).name,
+    EXPECT_EQ(Only({.name = "x", .central_extra = ExtraField(0x7075, field)}).name, umlaut);
+    EXPECT_EQ(Only({.name = "y", .central_extra = ExtraField(0x7075, field)}).name,
               "y");  // made for another name
     field[0] = 2;
-    EXPECT_EQ(Only({.name = "x", .content = "", .central_extra = ExtraField(0x7075, field)}).name,
-              "x");
+    EXPECT_EQ(Only({.name = "x", .central_extra = ExtraField(0x7075, field)}).name, "x");
 }
 
 TEST_F(DirectoryReading, AttributesOfDosAndUnixHosts) {
-    EXPECT_EQ(Only({.name = "a", .content = "", .external = 0x27}).attributes, 0x27u);
-    EXPECT_EQ(Only({.name = "a", .content = "", .external = 0x81A40021u}).attributes, 0x21u);
-    EXPECT_EQ(Only({.name = "a", .content = "", .host = 3, .external = 0100644u << 16}).attributes,
-              0x20u);
-    EXPECT_EQ(Only({.name = "a", .content = "", .host = 3, .external = 0100444u << 16}).attributes,
-              0x21u);
-    const auto folder = Only({.name = "d", .content = "", .host = 3, .external = 040755u << 16});
+    EXPECT_EQ(Only({.name = "a", .external = 0x27}).attributes, 0x27u);
+    EXPECT_EQ(Only({.name = "a", .external = 0x81A40021u}).attributes, 0x21u);
+    EXPECT_EQ(Only({.name = "a", .host = 3, .external = 0100644u << 16}).attributes, 0x20u);
+    EXPECT_EQ(Only({.name = "a", .host = 3, .external = 0100444u << 16}).attributes, 0x21u);
+    const auto folder = Only({.name = "d", .host = 3, .external = 040755u << 16});
     EXPECT_TRUE(folder.is_folder);
-    EXPECT_TRUE(Only({.name = "d/", .content = ""}).is_folder);
-    EXPECT_TRUE(Only({.name = "d", .content = "", .external = 0x10}).is_folder);
+    EXPECT_TRUE(Only({.name = "d/"}).is_folder);
+    EXPECT_TRUE(Only({.name = "d", .external = 0x10}).is_folder);
     EXPECT_FALSE(Only({.name = "d", .content = "x", .external = 0x10}).is_folder);
     EXPECT_TRUE(Only({.name = "l", .content = "t", .host = 3, .external = 0120777u << 16}).is_link);
     EXPECT_TRUE(Only({.name = "l", .content = "t", .external = 0x420}).is_link);

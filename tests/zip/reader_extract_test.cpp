@@ -200,11 +200,7 @@ TEST_F(Extraction, TargetThatCannotBeReplacedKeepsDataAndAttributes) {
     files.Put("C:\\Out\\a", "old");
     files.Change("C:\\Out\\a",
                  [](platform::FileInfo& info) { info.attributes = attribute::kReadOnly; });
-    files.before = [](const std::string& call, const std::string&) {
-        if (call == "Replace") {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    FailCalls(files, {.name = "Replace"}, error_number::kPermissionDenied);
     Extract({{.name = "a", .content = "new"}});
     EXPECT_EQ(Content("a"), "old");
     EXPECT_EQ(files.Info("C:\\Out\\a").attributes, attribute::kReadOnly);

@@ -62,10 +62,7 @@ TEST_F(ExtractionFailure, EventsComeOnTheCallersThread) {
 
 TEST_F(ExtractionFailure, MissingArchiveIsAQuestionAndRetryContinues) {
     events.questions = &questions;
-    questions.answers = {[&] {
-        PutArchive();
-        return true;
-    }};
+    questions.RetryAfter([&] { PutArchive(); });
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(questions.asked, Strings{"The archive cannot be read: C:\\In.zip (File not found)."});
     EXPECT_EQ(Content("Sub\\b.txt"), "beta");
@@ -103,10 +100,7 @@ TEST_F(ExtractionFailure, MissingArchiveUnattendedFails) {
 TEST_F(ExtractionFailure, FileThatIsNoArchiveIsAQuestion) {
     files.Put(options.archive, "not an archive");
     events.questions = &questions;
-    questions.answers = {[&] {
-        PutArchive();
-        return true;
-    }};
+    questions.RetryAfter([&] { PutArchive(); });
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(questions.asked.size(), 1u);
 }
@@ -131,16 +125,9 @@ TEST_F(ExtractionFailure, AnotherArchiveInItsPlaceIsNotRead) {
     PutArchive();
     options.threads = 1;
     events.questions = &questions;
-    std::atomic<int> opens = 0;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == options.archive && ++opens == 2) {
-            files.Append(options.archive, "x");
-        }
-    };
-    questions.answers = {[&] {
-        PutArchive();
-        return true;
-    }};
+    BeforeCalls(files, {.name = "Open", .path = options.archive, .first = 2, .last = 2},
+                [&] { files.Append(options.archive, "x"); });
+    questions.RetryAfter([&] { PutArchive(); });
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(
         questions.asked,
@@ -152,11 +139,10 @@ TEST_F(ExtractionFailure, TooLittleSpaceIsReportedBeforeTheFirstByte) {
     PutArchive();
     machine.drives.drives['C'].free_bytes = 3003;  // 3004 are needed
     events.questions = &questions;
-    questions.answers = {[&] {
+    questions.RetryAfter([&] {
         EXPECT_FALSE(files.Exists("C:\\Out"));
         machine.drives.drives['C'].free_bytes = 3004;
-        return true;
-    }};
+    });
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(
         questions.asked,
@@ -175,17 +161,12 @@ TEST_F(ExtractionFailure, SpaceOfFilesThatAreReplacedCounts) {
 TEST_F(ExtractionFailure, FullDestinationIsAQuestionAndRetryContinues) {
     PutArchive();
     files.capacity = files.Info(options.archive).size + 1000;
-    files.before = [this](const std::string& call, const std::string&) {
-        if (call == "Write") {
-            machine.drives.drives['C'].free_bytes = 1000;
-        }
-    };
+    BeforeCalls(files, {.name = "Write"}, [this] { machine.drives.drives['C'].free_bytes = 1000; });
     events.questions = &questions;
-    questions.answers = {[&] {
+    questions.RetryAfter([&] {
         EXPECT_FALSE(files.Exists("C:\\Out\\a.txt"));  // nothing half is left meanwhile
         files.capacity = ~std::uint64_t{0};
-        return true;
-    }};
+    });
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(questions.asked,
               Strings{"The disk in drive C: is full: C:\\Out\\a.txt needs about 2.9 KB more (1,000 "
@@ -212,10 +193,7 @@ TEST_F(ExtractionFailure, FolderIsOpenedForFilesThatLieTogetherAndAnewAfterAQues
     for (const bool full : {false, true}) {
         CountingFolders counting;
         counting.Put(options.archive, archive.Bytes());
-        questions.answers = {[&] {
-            counting.capacity = ~std::uint64_t{0};
-            return true;
-        }};
+        questions.RetryAfter([&] { counting.capacity = ~std::uint64_t{0}; });
         events.questions = &questions;
         if (full) {
             counting.capacity = counting.Info(options.archive).size + 1000;
@@ -239,17 +217,10 @@ TEST_F(ExtractionFailure, FullDestinationCancelledKeepsTheOldFile) {
 
 TEST_F(ExtractionFailure, DestinationGoneInTheMiddleIsAQuestionAndRetryContinues) {
     PutArchive();
-    std::atomic<bool> taken = false;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path.starts_with("C:\\Out") && !taken.exchange(true)) {
-            files.TakeAway("C:\\Out");
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Out", .last = 1},
+                [&] { files.TakeAway("C:\\Out"); });
     events.questions = &questions;
-    questions.answers.push_back([this] {
-        files.BringBack();
-        return true;
-    });
+    questions.RetryAfter([this] { files.BringBack(); });
     options.threads = 1;
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(questions.asked.size(), 1u);
@@ -260,11 +231,7 @@ TEST_F(ExtractionFailure, DestinationGoneInTheMiddleIsAQuestionAndRetryContinues
 
 TEST_F(ExtractionFailure, DestinationGoneUnattendedFailsOnceInsteadOfForEachEntry) {
     PutArchive();
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path.starts_with("C:\\Out")) {
-            files.TakeAway("C:\\Out");
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Out"}, [&] { files.TakeAway("C:\\Out"); });
     options.threads = 1;
     EXPECT_EQ(Run(), RunOutcome::kFailed);
     EXPECT_TRUE(events.Texts(MessageKind::kWarning).empty());
@@ -273,11 +240,7 @@ TEST_F(ExtractionFailure, DestinationGoneUnattendedFailsOnceInsteadOfForEachEntr
 
 TEST_F(ExtractionFailure, FolderGoneInTheMiddleCostsItsFilesOnly) {
     PutArchive();
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path.starts_with("C:\\Out\\Sub")) {
-            RaiseError(error_number::kPathNotFound);
-        }
-    };
+    FailCalls(files, {.name = "Open", .path = "C:\\Out\\Sub"}, error_number::kPathNotFound);
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(result.failed, 1);
     EXPECT_EQ(Content("a.txt"), Prose(3000));

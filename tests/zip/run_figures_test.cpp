@@ -44,11 +44,7 @@ class WriterFigures : public WriterTest {
         files.PutFolder("C:\\Data\\Empty");
     }
     void MakeUnreadable(const std::string& unreadable) {
-        files.before = [unreadable](const std::string& call, const std::string& path) {
-            if (call == "Open" && path == unreadable) {
-                RaiseError(error_number::kPermissionDenied);
-            }
-        };
+        FailCalls(files, {.name = "Open", .path = unreadable}, error_number::kPermissionDenied);
     }
     const RunFigures& Last() const { return events.figures.back(); }
 };
@@ -91,12 +87,7 @@ TEST_F(WriterFigures, SmallFileThatIsLeftOutIsNeitherDoneNorInTheBytes) {
 }
 
 TEST_F(WriterFigures, LargeFileThatBecomesUnreadableIsTakenBack) {
-    std::atomic<int> reads{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (path == "C:\\Data\\b" && call == "Read" && ++reads > 3) {
-            RaiseError(error_number::kDeviceIo);
-        }
-    };
+    FailCalls(files, {.name = "Read", .path = "C:\\Data\\b", .first = 4}, error_number::kDeviceIo);
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     ASSERT_EQ(result.skipped, 1);
     EXPECT_EQ(Last().left_out, 1u);
@@ -106,11 +97,7 @@ TEST_F(WriterFigures, LargeFileThatBecomesUnreadableIsTakenBack) {
 }
 
 TEST_F(WriterFigures, UnreadableFolderIsLeftOut) {
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "List" && path == "C:\\Data\\Sub") {
-            RaiseError(error_number::kPathFileAccess);
-        }
-    };
+    FailCalls(files, {.name = "List", .path = "C:\\Data\\Sub"}, error_number::kPathFileAccess);
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(Last().left_out, 1u);
     EXPECT_EQ(Last().files_total, 2u);
@@ -118,12 +105,8 @@ TEST_F(WriterFigures, UnreadableFolderIsLeftOut) {
 }
 
 TEST_F(WriterFigures, WarningAboutAFileThatIsStoredLeavesNothingOut) {
-    files.before = [this](const std::string& call, const std::string& path) {
-        if (call == "Read" && path == "C:\\Data\\a") {
-            files.before = nullptr;
-            files.Put("C:\\Data\\a", Prose(1200));
-        }
-    };
+    BeforeCalls(files, {.name = "Read", .path = "C:\\Data\\a", .last = 1},
+                [this] { files.Put("C:\\Data\\a", Prose(1200)); });
     options.threads = 1;
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(Last().left_out, 0u);
@@ -140,10 +123,7 @@ TEST_F(WriterFigures, RunThatBeginsAgainCountsFromZero) {
     files.PutFolder("C:\\Data");
     files.Put("C:\\Data\\a", "locked");
     MakeUnreadable("C:\\Data\\a");
-    questions.answers.push_back([this] {
-        files.before = nullptr;
-        return true;
-    });
+    questions.RetryAfter([this] { files.before = nullptr; });
     events.questions = &questions;
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(Last().left_out, 0u);

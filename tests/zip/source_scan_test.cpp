@@ -82,11 +82,7 @@ TEST_F(SourceScan, DevicesAreSkippedWithAMessage) {
 }
 
 TEST_F(SourceScan, AnUnreadableFolderIsAWarningAndCounted) {
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "List" && path == "C:\\Data\\Sub") {
-            RaiseError(error_number::kPathFileAccess);
-        }
-    };
+    FailCalls(files, {.name = "List", .path = "C:\\Data\\Sub"}, error_number::kPathFileAccess);
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     files.before = nullptr;
     EXPECT_EQ(Archive().Names(), (Strings{"README", "a.txt", "b.doc", "Empty/"}));

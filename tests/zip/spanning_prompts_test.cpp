@@ -148,12 +148,8 @@ TEST_F(SpanningPrompts, StampedFolderIsMadeOnEveryDisk) {
 }
 
 TEST_F(SpanningPrompts, DiskThatDoesNotReadBackAsWrittenIsReportedAndReadAgain) {
-    int reads = 0;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Read" && path.starts_with("A:") && ++reads == 2) {
-            RaiseError(error_number::kDeviceIo);
-        }
-    };
+    FailCalls(files, {.name = "Read", .path = "A:", .first = 2, .last = 2},
+              error_number::kDeviceIo);
     changer.at[1] = [] { return true; };
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(changer.asked[0],

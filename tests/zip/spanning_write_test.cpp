@@ -220,12 +220,8 @@ TEST_F(SpanningWrite, FileThatCannotBeReadOnIsLeftOut) {
     files.Put("C:\\Data\\b", "after it");
     for (const std::uint64_t size : {kChunkSize / 2, 8 * kChunkSize}) {
         NewBox(size);
-        int reads = 0;
-        files.before = [&](const std::string& call, const std::string& path) {
-            if (call == "Read" && path == "C:\\Data\\a" && ++reads > 5) {
-                RaiseError(error_number::kDeviceIo);
-            }
-        };
+        FailCalls(files, {.name = "Read", .path = "C:\\Data\\a", .first = 6},
+                  error_number::kDeviceIo);
         ASSERT_EQ(Run(), RunOutcome::kComplete);
         files.before = nullptr;
         EXPECT_EQ(result.skipped, 1);

@@ -46,11 +46,7 @@ TEST_F(TargetFolders, ShortNameOfAnotherFolderGetsItsSign) {
 }
 
 TEST_F(TargetFolders, FolderThatMayNotBeLookedAtKeepsItsName) {
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "Find" && path == "C:\\Out\\Sub") {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    FailCalls(files, {.name = "Find", .path = "C:\\Out\\Sub"}, error_number::kPermissionDenied);
     EXPECT_THAT(FoldersOf({{.name = "Sub/Deep/a"}}), ElementsAre("Sub\\Deep"));
 }
 

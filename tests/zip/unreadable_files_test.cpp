@@ -16,12 +16,7 @@ class UnreadableFiles : public WriterTest {
     }
     // The calls of one kind on one path fail with `number`, the first `times` of them.
     void FailOn(const std::string& call, const std::string& path, int number, int times = 1000) {
-        auto count = std::make_shared<std::atomic<int>>(0);
-        files.before = [=](const std::string& c, const std::string& p) {
-            if (c == call && p == path && (*count)++ < times) {
-                RaiseError(number);
-            }
-        };
+        FailCalls(files, {.name = call, .path = path, .last = times}, number);
     }
     void ExpectSkipped(const std::string& name) {
         files.before = nullptr;
@@ -40,12 +35,10 @@ class UnreadableFiles : public WriterTest {
 
 TEST_F(UnreadableFiles, LockedFileIsTriedFourTimesThenSkippedWithAWarning) {
     std::atomic<int> opens{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\b") {
-            ++opens;
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Data\\b"}, [&] {
+        ++opens;
+        RaiseError(error_number::kPermissionDenied);
+    });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(opens, 4);
     ExpectSkipped("b");
@@ -65,12 +58,10 @@ TEST_F(UnreadableFiles, FileLockedForAMomentIsStored) {
 
 TEST_F(UnreadableFiles, VanishedFileIsSkippedWithoutFurtherTries) {
     std::atomic<int> opens{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\b") {
-            ++opens;
-            files.Remove("C:\\Data\\b");
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Data\\b"}, [&] {
+        ++opens;
+        files.Remove("C:\\Data\\b");
+    });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(opens, 1);
     ExpectSkipped("b");
@@ -95,12 +86,8 @@ TEST_F(UnreadableFiles, ReadErrorInTheMiddleOfABigFileRemovesIt) {
     files.Put("C:\\Data\\c", Prose(2 * kChunkSize));
     // One sample shows that it shrinks, then comes one read for each chunk.
     for (const int good_reads : {2, 5, 10}) {
-        std::atomic<int> reads{0};
-        files.before = [&](const std::string& call, const std::string& path) {
-            if (call == "Read" && path == "C:\\Data\\b" && ++reads > good_reads) {
-                RaiseError(error_number::kDeviceIo);
-            }
-        };
+        FailCalls(files, {.name = "Read", .path = "C:\\Data\\b", .first = good_reads + 1},
+                  error_number::kDeviceIo);
         events.messages.clear();
         ASSERT_EQ(Run(), RunOutcome::kComplete);
         ExpectSkipped("b");
@@ -111,12 +98,8 @@ TEST_F(UnreadableFiles, ReadErrorInTheMiddleOfABigFileRemovesIt) {
 
 TEST_F(UnreadableFiles, SmallFileThatGrewAboveAChunkIsStored) {
     std::string grown = "second" + Prose(3 * kChunkSize);
-    std::atomic<bool> done{false};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\b" && !done.exchange(true)) {
-            files.Put("C:\\Data\\b", grown);
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Data\\b", .last = 1},
+                [&] { files.Put("C:\\Data\\b", grown); });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(Archive().Names(), (Strings{"a", "c", "b"}));
     EXPECT_EQ(Archive().At("b").content, grown);
@@ -126,12 +109,8 @@ TEST_F(UnreadableFiles, SmallFileThatGrewAboveAChunkIsStored) {
 
 TEST_F(UnreadableFiles, BigFileFoundSmallIsStored) {
     files.Put("C:\\Data\\b", Prose(3 * kChunkSize));
-    std::atomic<bool> done{false};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\b" && !done.exchange(true)) {
-            files.Put("C:\\Data\\b", "now small");
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Data\\b", .last = 1},
+                [&] { files.Put("C:\\Data\\b", "now small"); });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(Archive().At("b").content, "now small");
 }
@@ -139,12 +118,8 @@ TEST_F(UnreadableFiles, BigFileFoundSmallIsStored) {
 TEST_F(UnreadableFiles, FileThatGrowsWhileReadIsStoredAtTheLengthItHadWhenOpened) {
     const std::string before = Prose(3 * kChunkSize);
     files.Put("C:\\Data\\b", before);
-    std::atomic<bool> done{false};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Read" && path == "C:\\Data\\b" && !done.exchange(true)) {
-            files.Append("C:\\Data\\b", Prose(2 * kChunkSize, 5));
-        }
-    };
+    BeforeCalls(files, {.name = "Read", .path = "C:\\Data\\b", .last = 1},
+                [&] { files.Append("C:\\Data\\b", Prose(2 * kChunkSize, 5)); });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_TRUE(Archive().At("b").content == before);
     EXPECT_EQ(events.Texts(MessageKind::kWarning),
@@ -156,12 +131,8 @@ TEST_F(UnreadableFiles, FileThatGrowsWhileReadIsStoredAtTheLengthItHadWhenOpened
 TEST_F(UnreadableFiles, SmallFileThatIsNotAsListedIsStoredAsItIs) {
     for (const std::string& now : {std::string("sec"), std::string(), Prose(5000)}) {
         files.Put("C:\\Data\\b", "second");
-        std::atomic<bool> done{false};
-        files.before = [&](const std::string& call, const std::string& path) {
-            if (call == "Read" && path == "C:\\Data\\b" && !done.exchange(true)) {
-                files.Put("C:\\Data\\b", now);
-            }
-        };
+        BeforeCalls(files, {.name = "Read", .path = "C:\\Data\\b", .last = 1},
+                    [&] { files.Put("C:\\Data\\b", now); });
         ASSERT_EQ(Run(), RunOutcome::kComplete);
         EXPECT_EQ(Archive().At("b").content, now);
         EXPECT_EQ(events.Texts(MessageKind::kWarning), Strings{});
@@ -170,11 +141,8 @@ TEST_F(UnreadableFiles, SmallFileThatIsNotAsListedIsStoredAsItIs) {
 
 TEST_F(UnreadableFiles, SmallFileThatChangesBetweenTwoReadsIsAWarning) {
     std::atomic<int> reads{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (path == "C:\\Data\\b" && call == "Read") {
-            files.Put("C:\\Data\\b", ++reads == 1 ? Prose(5000) : Prose(3000));
-        }
-    };
+    BeforeCalls(files, {.name = "Read", .path = "C:\\Data\\b"},
+                [&] { files.Put("C:\\Data\\b", ++reads == 1 ? Prose(5000) : Prose(3000)); });
     ASSERT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(Archive().At("b").content, Prose(3000));
     EXPECT_EQ(events.Texts(MessageKind::kWarning),
@@ -202,12 +170,8 @@ TEST_F(UnreadableFiles, BigFileThatShrinksWhileReadIsStoredAsRead) {
 
 TEST_F(UnreadableFiles, MissingSourceIsAQuestionNotAWarningForEachFile) {
     events.questions = &questions;
-    std::atomic<bool> done{false};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Open" && path == "C:\\Data\\b" && !done.exchange(true)) {
-            files.TakeAway("C:\\Data");
-        }
-    };
+    BeforeCalls(files, {.name = "Open", .path = "C:\\Data\\b", .last = 1},
+                [&] { files.TakeAway("C:\\Data"); });
     questions.answers = {[] { return true; },
                          [&] {
                              files.BringBack();
@@ -224,17 +188,11 @@ TEST_F(UnreadableFiles, MissingSourceIsAQuestionNotAWarningForEachFile) {
 TEST_F(UnreadableFiles, BigFileIsContinuedWhenTheSourceIsBack) {
     files.Put("C:\\Data\\b", Prose(6 * kChunkSize));
     events.questions = &questions;
-    std::atomic<int> reads{0};
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Read" && path == "C:\\Data\\b" && ++reads == 4) {
-            files.TakeAway("C:\\Data");
-            RaiseError(error_number::kDeviceUnavailable);
-        }
-    };
-    questions.answers = {[&] {
-        files.BringBack();
-        return true;
-    }};
+    BeforeCalls(files, {.name = "Read", .path = "C:\\Data\\b", .first = 4, .last = 4}, [&] {
+        files.TakeAway("C:\\Data");
+        RaiseError(error_number::kDeviceUnavailable);
+    });
+    questions.RetryAfter([&] { files.BringBack(); });
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(questions.asked.size(), 1u);
     EXPECT_TRUE(Archive().At("b").content == Prose(6 * kChunkSize));

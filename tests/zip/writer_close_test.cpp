@@ -8,12 +8,8 @@ namespace {
 TEST_F(WriterFailure, ArchiveIsCheckedWhenClosingFailed) {
     events.questions = &questions;
     questions.answers = {[] { return true; }};
-    int closes = 0;
-    files.before = [&](const std::string& call, const std::string& path) {
-        if (call == "Close" && path.ends_with(".vantrel-new") && ++closes == 1) {
-            RaiseError(error_number::kDeviceIo);
-        }
-    };
+    FailCalls(files, {.name = "Close", .path = options.archive, .last = 1},
+              error_number::kDeviceIo);
     EXPECT_EQ(Run(), RunOutcome::kComplete);
     EXPECT_EQ(questions.asked.size(), 1u);
     ExpectComplete();
@@ -46,11 +42,7 @@ TEST_F(WriterFailure, AReadOnlyArchiveIsNotReplaced) {
 
 TEST_F(WriterFailure, AFailedRenameIsAQuestionThatCanBeCancelled) {
     events.questions = &questions;
-    files.before = [](const std::string& call, const std::string&) {
-        if (call == "Replace") {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    FailCalls(files, {.name = "Replace"}, error_number::kPermissionDenied);
     std::size_t events_when_asked = 0;
     questions.answers = {[] { return true; },
                          [&] {

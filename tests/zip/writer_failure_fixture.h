@@ -38,10 +38,7 @@ class WriterFailure : public WriterTest {
     // A run whose first question is answered with Retry after `path` has been made.
     void RunAndMakeWhenAsked(const std::string& path) {
         events.questions = &questions;
-        questions.answers = {[this, path] {
-            files.Put(path, "x");
-            return true;
-        }};
+        questions.RetryAfter([this, path] { files.Put(path, "x"); });
         EXPECT_EQ(Run(), zip::RunOutcome::kComplete);
     }
     void ExpectComplete() {

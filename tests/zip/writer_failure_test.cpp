@@ -106,11 +106,7 @@ TEST_F(WriterFailure, NoFileMatchesIsScannedAgainOnRetry) {
 }
 
 TEST_F(WriterFailure, AnArchiveIsNotReplacedWhenNoFileCouldBeRead) {
-    files.before = [](const std::string& call, const std::string& path) {
-        if (call == "Open" && path.starts_with("C:\\Data")) {
-            RaiseError(error_number::kPermissionDenied);
-        }
-    };
+    FailCalls(files, {.name = "Open", .path = "C:\\Data"}, error_number::kPermissionDenied);
     EXPECT_EQ(Run(), RunOutcome::kFailed);
     ExpectNothingChanged();
     EXPECT_EQ(events.messages.back().text, "Nothing could be read of *.* in C:\\Data.");

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <deque>
 #include <functional>
+#include <limits>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -32,6 +34,13 @@ class ScriptedQuestions : public zip::Questions {
     std::deque<std::function<bool()>> answers;
     std::vector<std::string> asked;
 
+    // Answers the next question with Retry after `action`.
+    void RetryAfter(const std::function<void()>& action) {
+        answers = {[action] {
+            action();
+            return true;
+        }};
+    }
     bool AskRetry(const std::string& text) override {
         asked.push_back(text);
         if (answers.empty()) {
@@ -79,6 +88,31 @@ class Recorder : public zip::RunEvents {
         return texts;
     }
 };
+
+// Calls of the file system with this name, for paths that begin with `path`, counted from 1.
+struct Calls {
+    std::string name;
+    std::string path{};
+    int first = 1;
+    int last = std::numeric_limits<int>::max();
+};
+// From now on `action` runs before these calls, on their thread.
+inline void BeforeCalls(MemoryFileSystem& files, const Calls& calls,
+                        const std::function<void()>& action) {
+    const auto count = std::make_shared<std::atomic<int>>(0);
+    files.before = [=](const std::string& call, const std::string& path) {
+        if (call == calls.name && path.starts_with(calls.path)) {
+            const int number = ++*count;
+            if (calls.first <= number && number <= calls.last) {
+                action();
+            }
+        }
+    };
+}
+// From now on these calls fail.
+inline void FailCalls(MemoryFileSystem& files, const Calls& calls, int error) {
+    BeforeCalls(files, calls, [error] { RaiseError(error); });
+}
 
 class WriterTest : public ::testing::Test {
   protected:
