@@ -279,13 +279,6 @@ std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_
     return record;
 }
 
-std::size_t CentralRecordLength(std::string_view fixed_part) {
-    using namespace central_record;
-    return kFixedSize + GetNumber<std::uint16_t>(fixed_part, kNameLength) +
-           GetNumber<std::uint16_t>(fixed_part, kExtraLength) +
-           GetNumber<std::uint16_t>(fixed_part, kCommentLength);
-}
-
 CentralRecord ParseCentralNumbers(std::string_view record) {
     using namespace central_record;
     CentralRecord result;

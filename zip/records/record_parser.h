@@ -64,17 +64,19 @@ struct LocalRecord {
 std::optional<LocalRecord> ParseLocalRecord(std::string_view bytes, std::uint64_t offset,
                                             platform::CodePage& code_page, platform::Clock& clock);
 
-// Length of the complete central record that begins with these bytes of its fixed part.
-std::size_t CentralRecordLength(std::string_view fixed_part);
 // The complete central record at the position of which `peek` returns so many bytes, or as many as
 // there are; "" when there is none, or when it is cut off.
 template <typename Peek>
 std::string_view PeekCentralRecord(Peek&& peek) {
-    const std::string_view fixed = peek(central_record::kFixedSize);
-    if (fixed.size() < central_record::kFixedSize || !HasSignature(fixed, kCentralSignature)) {
+    using namespace central_record;
+    const std::string_view fixed = peek(kFixedSize);
+    if (fixed.size() < kFixedSize || !HasSignature(fixed, kCentralSignature)) {
         return {};
     }
-    const std::size_t length = CentralRecordLength(fixed);
+    std::size_t length = kFixedSize;
+    for (const std::size_t part : {kNameLength, kExtraLength, kCommentLength}) {
+        length += GetNumber<std::uint16_t>(fixed, part);
+    }
     const std::string_view record = peek(length);
     return record.size() == length ? record : std::string_view();
 }
