@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/path.h"
 #include "zip/base/retry.h"
 #include "zip/disks/disk_prompt.h"
 
@@ -21,7 +20,6 @@ constexpr const char* kCannotWrite = "The archive cannot be written";
 ArchiveFile::ArchiveFile(const platform::Machine& machine, RunContext& channel,
                          const std::string& archive)
     : files_(machine.files),
-      drives_(machine.drives),
       channel_(channel),
       target_(machine, channel, archive),
       path_(target_.Temporary()) {}
@@ -29,10 +27,6 @@ ArchiveFile::ArchiveFile(const platform::Machine& machine, RunContext& channel,
 void ArchiveFile::Open() {
     target_.RemoveLeftovers();
     target_.MakeFolders();
-    Create();
-}
-
-void ArchiveFile::Create() {
     file_ = RetryOrAsk(channel_, DescribeFailure("The archive cannot be created", path_),
                        [this] { return files_.Open(path_, platform::OpenMode::kCreateNew); });
     created_ = true;
@@ -42,10 +36,6 @@ void ArchiveFile::Write(std::string_view bytes, std::span<UnsplitRecord> records
     for (UnsplitRecord& record : records) {
         record.place = {0, Position() + record.at};
     }
-    Append(bytes);
-}
-
-void ArchiveFile::Append(std::string_view bytes) {
     buffer_.Reserve(kWriteSize);
     while (!bytes.empty()) {
         const std::size_t part = std::min(bytes.size(), kWriteSize - buffer_.size());
@@ -74,9 +64,8 @@ ComponentMessage ArchiveFile::DescribeWrite(const Error& error, std::size_t byte
     const double share = channel_.ShareDone();
     const double rest = share > 0 ? static_cast<double>(flushed_) * (1 - share) / share : 0;
     const std::uint64_t needed = bytes + static_cast<std::uint64_t>(rest);
-    const std::string& archive = target_.Archive();
-    return Failure(error.number(), archive,
-                   FullDriveText(archive, needed, drives_.FreeBytes(path::Parent(archive))));
+    return Failure(error.number(), target_.Archive(),
+                   FullDriveText(target_.Archive(), needed, target_.FreeBytes()));
 }
 
 void ArchiveFile::WriteAt(std::uint64_t offset, std::string_view bytes) {

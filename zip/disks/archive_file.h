@@ -35,15 +35,12 @@ class ArchiveFile : public ArchiveOutput {
 
   private:
     std::uint64_t Position() const { return flushed_ + buffer_.size(); }
-    void Create();
-    void Append(std::string_view bytes);
     void WriteBuffer();
     void WriteAt(std::uint64_t offset, std::string_view bytes);
     ComponentMessage DescribeWrite(const Error& error, std::size_t bytes) const;
     void CloseChecked();
 
     platform::FileSystem& files_;
-    platform::Drives& drives_;
     RunContext& channel_;
     ArchiveTarget target_;
     std::string path_;

@@ -30,6 +30,10 @@ ArchiveTarget::ArchiveTarget(const platform::Machine& machine, RunContext& chann
       archive_(std::move(archive)),
       temporary_(TemporaryPath(archive_)) {}
 
+std::uint64_t ArchiveTarget::FreeBytes() const {
+    return machine_.drives.FreeBytes(path::Parent(archive_));
+}
+
 void ArchiveTarget::RemoveLeftovers() {
     const std::string folder = path::Parent(archive_);
     RemoveLeftover(folder);

@@ -2,6 +2,7 @@
 // that killed runs have left there. Used by one thread.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,8 @@ class ArchiveTarget {
 
     const std::string& Archive() const { return archive_; }
     const std::string& Temporary() const { return temporary_; }
+    // Of the archive's drive.
+    std::uint64_t FreeBytes() const;
 
     // Removes temporary files that killed runs have left of an archive of this name: beside it, and
     // in date-and-time folders beside it or beside its own date-and-time folder; such a folder goes

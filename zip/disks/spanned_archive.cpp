@@ -89,7 +89,7 @@ void SpannedArchive::NextDisk(std::size_t needed) {
         volume_.reset();
         target_.Abandon(true);
     }
-    RequireDisk(needed, FreeSpaceNote(FreeBytes()));
+    RequireDisk(needed, FreeSpaceNote(target_.FreeBytes()));
 }
 
 // Asks until the disk in the drive is suitable.
@@ -144,7 +144,7 @@ std::string SpannedArchive::Begin(std::size_t needed) {
     target_.RemoveLeftovers();
     target_.TryMakeFolders();
     volume_ = std::make_unique<Volume>(machine_.files, channel_, target_.Temporary());
-    capacity_ = FreeBytes();
+    capacity_ = target_.FreeBytes();
     return capacity_ < needed ? FullNote(capacity_) : "";
 }
 
@@ -175,10 +175,6 @@ void SpannedArchive::Ask(std::uint32_t disk, const std::string& note) {
     channel_.AskRetryOrStop(
         question, "The archive needs disk " + number +
                       ", which an unattended run cannot ask for: " + target_.Archive() + ".");
-}
-
-std::uint64_t SpannedArchive::FreeBytes() {
-    return machine_.drives.FreeBytes(path::Parent(target_.Archive()));
 }
 
 // The list is part of one record, which must fit on a disk.

@@ -53,7 +53,6 @@ class SpannedArchive : public ArchiveOutput {
     std::string Begin(std::size_t needed);
     void FinishDisk();
     void Ask(std::uint32_t disk, const std::string& note);
-    std::uint64_t FreeBytes();
     bool IsPreviousInserted();
     Finished InfoOf(const std::string& path);
     void ReplaceOnDiskOne();
