@@ -7,6 +7,14 @@
 
 namespace vantrel::zip {
 
+std::optional<platform::FileInfo> TryFind(platform::FileSystem& files, const std::string& path) {
+    try {
+        return files.Find(path);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
 bool MayExist(platform::FileSystem& files, const std::string& path) {
     try {
         return files.Find(path).has_value();

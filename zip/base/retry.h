@@ -9,6 +9,7 @@
 #include "common/error.h"
 #include "platform/machine.h"
 #include "platform/retry.h"
+#include "zip/base/folders.h"
 #include "zip/base/run_context.h"
 
 namespace vantrel::zip {
@@ -64,13 +65,7 @@ class SourceFolder {
     }
 
     // Whether the source folder itself is missing; false also when that cannot be determined.
-    bool IsGone() const {
-        try {
-            return !machine_.files.Find(folder_);
-        } catch (const Error&) {
-            return false;
-        }
-    }
+    bool IsGone() const { return !MayExist(machine_.files, folder_); }
     // Asks whether to retry after the source failed with `error`. Throws RunStopped if not.
     void AskForSource(const Error& error) { channel_.AskRetryOrStop(Describe(error)); }
 

@@ -179,17 +179,11 @@ class Extractor {
         std::uint64_t bytes = 0;
         for (const PlannedEntry& planned : run_.plan.files) {
             channel_.CheckStop();
-            bytes += SizeOf(path::Join(options_.destination, run_.planner.PathOf(planned)));
+            const auto replaced = TryFind(
+                machine_.files, path::Join(options_.destination, run_.planner.PathOf(planned)));
+            bytes += replaced ? replaced->size : 0;
         }
         return std::min(bytes, run_.plan.bytes);
-    }
-    std::uint64_t SizeOf(const std::string& path) {
-        try {
-            const auto found = machine_.files.Find(path);
-            return found ? found->size : 0;
-        } catch (const Error&) {
-            return 0;
-        }
     }
 
     void MakeDestination() {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "common/path.h"
+#include "zip/base/folders.h"
 #include "zip/disks/disk_prompt.h"
 
 namespace vantrel::zip {
@@ -70,7 +71,7 @@ ComponentMessage Extraction::DescribeFull(std::uint32_t index) const {
 bool Extraction::IsOfDestination(int number) {
     return number == error_number::kDiskFull || number == error_number::kDeviceUnavailable ||
            number == error_number::kDiskNotReady ||
-           (number == error_number::kPathNotFound && folders.DestinationIsGone());
+           (number == error_number::kPathNotFound && !MayExist(machine.files, options.destination));
 }
 
 ExtractWorker::ExtractWorker(Extraction& run)

@@ -10,6 +10,7 @@
 #include "common/error.h"
 #include "common/path.h"
 #include "zip/base/bytes.h"
+#include "zip/base/folders.h"
 #include "zip/records/entry_name.h"
 
 namespace vantrel::zip {
@@ -53,7 +54,9 @@ class FolderFinder {
     Found Enter(const Found& parent, std::string name) {
         for (;;) {
             std::string path = path::Join(parent.path, name);
-            const auto found = parent.exists ? Find(path) : std::nullopt;
+            const auto found = parent.exists
+                                   ? TryFind(machine_.files, path::Join(destination_, path))
+                                   : std::nullopt;
             if (!found) {
                 return {std::move(path), false};
             }
@@ -61,13 +64,6 @@ class FolderFinder {
                 return {std::move(path), true};
             }
             name += '_';
-        }
-    }
-    std::optional<platform::FileInfo> Find(const std::string& path) {
-        try {
-            return machine_.files.Find(path::Join(destination_, path));
-        } catch (const Error&) {
-            return std::nullopt;
         }
     }
 
@@ -119,14 +115,6 @@ std::string FolderMaker::Ensure(const std::string& path) {
         is_new = known->second.is_new;
     }
     return full_path;
-}
-
-bool FolderMaker::DestinationIsGone() {
-    try {
-        return !machine_.files.Find(destination_);
-    } catch (const Error&) {
-        return false;  // it exists, and access to it is denied
-    }
 }
 
 FolderMaker::Made FolderMaker::Enter(const std::string& parent, bool parent_is_new,

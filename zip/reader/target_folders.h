@@ -69,9 +69,6 @@ class FolderMaker {
     // description for the user, and what the file system raises.
     std::string Ensure(const std::string& path);
 
-    // Whether the destination itself no longer exists.
-    bool DestinationIsGone();
-
   private:
     struct Made {
         std::string name;        // on disk

@@ -8,6 +8,7 @@
 #include "common/dos_mask.h"
 #include "common/path.h"
 #include "zip/base/bytes.h"
+#include "zip/base/folders.h"
 #include "zip/base/retry.h"
 #include "zip/records/entry_records.h"
 #include "zip/writer/folder_queue.h"
@@ -31,7 +32,8 @@ class Scanner {
           channel_(channel),
           source_(machine, channel, spec.folder),
           mask_(machine.code_page.Fold(spec.mask)),
-          archive_(FindArchive()),
+          // One that cannot be found cannot be stored either.
+          archive_(TryFind(machine.files, own.archive)),
           temporary_name_(machine.code_page.Fold(path::Name(own.temporary))),
           queue_(machine.files, spec.folder, channel.Token(), threads) {}
 
@@ -45,14 +47,6 @@ class Scanner {
     }
 
   private:
-    std::optional<FileInfo> FindArchive() {
-        try {
-            return machine_.files.Find(own_.archive);
-        } catch (const Error&) {
-            return std::nullopt;  // a file that cannot be found cannot be stored either
-        }
-    }
-
     // The folder's name is its path below the source folder, "" for that folder itself.
     void ScanFolder(FolderQueue::ListedFolder listed) {
         const FileInfo& folder = listed.folder;
