@@ -52,10 +52,13 @@ void MemoryFileSystem::Change(const std::string& path,
 void MemoryFileSystem::Remove(const std::string& path) {
     const std::lock_guard lock(mutex_);
     const std::string key = Key(path);
-    for (auto node = nodes_.begin(); node != nodes_.end();) {
-        const bool gone = node->first == key || node->first.starts_with(key + "/");
-        used_ -= gone ? node->second->info.size : 0;
-        node = gone ? nodes_.erase(node) : std::next(node);
+    const Range inside = Below(key);
+    for (const auto& [path_inside, node] : inside) {
+        used_ -= node->info.size;
+    }
+    nodes_.erase(inside.begin(), inside.end());
+    if (const auto node = nodes_.extract(key)) {
+        used_ -= node.mapped()->info.size;
     }
 }
 
@@ -96,10 +99,11 @@ std::string MemoryFileSystem::Content(const std::string& path, std::uint64_t off
     return bytes;
 }
 
-std::vector<std::string> MemoryFileSystem::Everything() const {
+std::vector<std::string> MemoryFileSystem::Everything(const std::string& folder) const {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> all;
-    for (const auto& [key, node] : nodes_) {
+    for (const auto& [key, node] :
+         folder.empty() ? Range{nodes_.begin(), nodes_.end()} : Below(Key(folder))) {
         const auto name = [](const std::string& at, const Node& of) {
             return of.info.name.empty() ? at : of.info.name;
         };
@@ -110,6 +114,12 @@ std::vector<std::string> MemoryFileSystem::Everything() const {
         all.push_back(path + (node->info.IsFolder() ? "\\" : ""));
     }
     std::sort(all.begin(), all.end());
+    return all;
+}
+
+std::vector<std::string> MemoryFileSystem::Files(const std::string& folder) const {
+    auto all = Everything(folder);
+    std::erase_if(all, [](const std::string& path) { return path.ends_with('\\'); });
     return all;
 }
 

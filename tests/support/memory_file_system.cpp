@@ -123,9 +123,9 @@ void MemoryFileSystem::Store(Node& node, std::uint64_t offset, const char* data,
     }
 }
 
-bool MemoryFileSystem::HasChildren(const std::string& key) const {
-    const auto next = nodes_.upper_bound(key + "/");
-    return next != nodes_.end() && next->first.starts_with(key + "/");
+MemoryFileSystem::Range MemoryFileSystem::Below(const std::string& key) const {
+    // "0" is the character after "/".
+    return {nodes_.lower_bound(key + "/"), nodes_.lower_bound(key + "0")};
 }
 
 void MemoryFileSystem::CheckMovable(const Node& node) const {
@@ -184,11 +184,9 @@ void MemoryFileSystem::List(const std::string& folder,
         if (!node || !node->info.IsFolder()) {
             RaiseError(error_number::kPathNotFound);
         }
-        const std::string prefix = key + "/";
-        for (auto each_node = nodes_.upper_bound(prefix);
-             each_node != nodes_.end() && each_node->first.starts_with(prefix); ++each_node) {
-            if (each_node->first.find('/', prefix.size()) == std::string::npos) {
-                children.push_back(each_node->second->info);
+        for (const auto& [child, child_node] : Below(key)) {
+            if (child.rfind('/') == key.size()) {
+                children.push_back(child_node->info);
             }
         }
     }
@@ -238,11 +236,13 @@ void MemoryFileSystem::Rename(const std::string& from, const std::string& to) {
     }
     CheckMovable(*node);
     node->info.name = platform::HostPath(to).Leaf();
-    Nodes moved;  // a folder with all that is in it
-    std::erase_if(nodes_, [&, &old_key = from_key](const auto& each) {
-        return (each.first + "/").starts_with(old_key + "/") &&
-               moved.emplace(to_key + each.first.substr(old_key.size()), each.second).second;
-    });
+    Nodes moved{{to_key, node}};
+    const Range inside = Below(from_key);
+    for (const auto& [key, each] : inside) {
+        moved.emplace(to_key + key.substr(from_key.size()), each);
+    }
+    nodes_.erase(inside.begin(), inside.end());
+    nodes_.erase(from_key);
     nodes_.merge(moved);
 }
 
@@ -281,7 +281,8 @@ void MemoryFileSystem::RemoveFolder(const std::string& path) {
     if (!node || !node->info.IsFolder()) {
         RaiseError(error_number::kPathNotFound);
     }
-    if (HasChildren(key) || KeyParent(key).empty()) {
+    const Range inside = Below(key);
+    if (inside.first != inside.last || KeyParent(key).empty()) {
         RaiseError(error_number::kPathFileAccess);
     }
     nodes_.erase(key);

@@ -8,7 +8,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -55,8 +54,10 @@ class MemoryFileSystem : public platform::FileSystem {
     platform::FileInfo Info(const std::string& path) const;
     std::string Content(const std::string& path) const;
     std::string Content(const std::string& path, std::uint64_t offset, std::size_t count) const;
-    // Full paths of everything, sorted; folders end in "\".
-    std::vector<std::string> Everything() const;
+    // Full paths of everything, or of everything below a folder, sorted; folders end in "\".
+    std::vector<std::string> Everything(const std::string& folder = "") const;
+    // The same without folders.
+    std::vector<std::string> Files(const std::string& folder) const;
     // Whether nothing was written to the file since it was last flushed.
     bool AllFlushed(const std::string& path) const;
 
@@ -78,6 +79,12 @@ class MemoryFileSystem : public platform::FileSystem {
     friend class MemoryFile;
     struct Node;
     using Nodes = std::map<std::string, std::shared_ptr<Node>>;
+    struct Range {
+        Nodes::const_iterator begin() const { return first; }
+        Nodes::const_iterator end() const { return last; }
+        Nodes::const_iterator first;
+        Nodes::const_iterator last;
+    };
 
     void Hook(const char* call, const std::string& path) const;
     // These raise 52 for a malformed path; CheckedKey raises 68, 71 and 76 for a drive or folder
@@ -92,7 +99,8 @@ class MemoryFileSystem : public platform::FileSystem {
     Node& Known(const std::string& path) const;
 
     std::shared_ptr<Node> Make(const std::string& path, bool folder);
-    bool HasChildren(const std::string& key) const;
+    // What lies below a folder.
+    Range Below(const std::string& key) const;
     // These raise 70.
     void CheckMovable(const Node& node) const;
     void CheckRemovable(const Node& node) const;

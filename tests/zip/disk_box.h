@@ -34,10 +34,8 @@ class DiskBox : public platform::Drives {
         }
         Disk& disk = disks[static_cast<std::size_t>(inserted_)];
         disk.files.clear();
-        for (const std::string& path : files_.Everything()) {
-            if (path.starts_with("A:\\") && path.back() != '\\') {
-                disk.files[path] = files_.Content(path);
-            }
+        for (const std::string& path : files_.Files("A:")) {
+            disk.files[path] = files_.Content(path);
         }
         files_.Remove("A:");
         files_.TakeAway("A:");

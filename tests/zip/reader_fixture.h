@@ -38,10 +38,8 @@ class ReaderTest : public ::testing::Test {
     // Paths below the destination, sorted; folders end in "\".
     Strings Restored() const {
         Strings all;
-        for (const std::string& path : files.Everything()) {
-            if (path.starts_with("C:\\Out\\") && path.size() > 7) {
-                all.push_back(path.substr(7));
-            }
+        for (const std::string& path : files.Everything("C:\\Out")) {
+            all.push_back(path.substr(7));
         }
         return all;
     }
