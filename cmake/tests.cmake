@@ -30,6 +30,33 @@ target_compile_options(vantrel_test_headers PRIVATE ${VANTREL_TEST_OPTIONS})
 target_link_libraries(vantrel_test_headers PRIVATE vantrel_options GTest::gmock GTest::gtest)
 target_precompile_headers(vantrel_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
 
+# The modules among the libraries ARGN, and all modules below them.
+function(vantrel_modules_of result)
+    set(modules)
+    foreach(library IN LISTS ARGN)
+        if(library MATCHES "^vantrel_")
+            get_target_property(below ${library} INTERFACE_LINK_LIBRARIES)
+            vantrel_modules_of(lower ${below})
+            get_target_property(type ${library} TYPE)
+            if(type STREQUAL "STATIC_LIBRARY")
+                list(APPEND modules ${library})
+            endif()
+            list(APPEND modules ${lower})
+        endif()
+    endforeach()
+    list(REMOVE_DUPLICATES modules)
+    set(${result} ${modules} PARENT_SCOPE)
+endfunction()
+
+# Links the modules before the sources of the test. Of several copies of one function of a template the linker
+# takes the first: std::string's in the modules are optimised and checked, those in the tests are neither.
+function(vantrel_modules_first test)
+    vantrel_modules_of(modules ${ARGN})
+    list(TRANSFORM modules REPLACE "(.+)" "$<TARGET_FILE:\\1>")
+    list(JOIN modules "," archives)
+    target_link_options(${test} PRIVATE "-Wl,--whole-archive,${archives},--no-whole-archive")
+endfunction()
+
 # One executable for each module. ctest runs it natively (THROUGH a script that prepares the machine), or
 # under Wine if it was cross-built (with a SCREEN if it shows windows). Long ones run in parallel SHARDS.
 function(vantrel_tests name)
@@ -46,6 +73,7 @@ function(vantrel_tests name)
                  COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-test $<$<BOOL:${TESTS_SCREEN}>:--screen>
                          $<TARGET_FILE:${name}_tests> COMMAND_EXPAND_LISTS)
     else()
+        vantrel_modules_first(${name}_tests ${TESTS_LINK} vantrel_test_support)
         add_test(NAME ${name}_tests COMMAND ${TESTS_THROUGH} $<TARGET_FILE:${name}_tests>)
         set(tests ${name}_tests)
         if(TESTS_SHARDS)
