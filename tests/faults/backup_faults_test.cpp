@@ -52,24 +52,24 @@ std::string Judge(Computer& computer, bool& reached) {
 }
 
 TEST(Faults, BackupWithSomebodyThere) {
-    ExpectNothingLost(Sweep({.name = "Backup, attended",
-                             .arrange = ArrangeWindow,
-                             .act =
-                                 [](Computer& computer) {
-                                     CloseWhenOver(computer);
-                                     computer.window().Backup.Cmd_Backup.UserPress();
-                                 },
-                             .judge = Judge,
-                             .disk = Computer::Disk::kHost}));
+    ExpectNothingLost({.name = "Backup, attended",
+                       .arrange = ArrangeWindow,
+                       .act =
+                           [](Computer& computer) {
+                               CloseWhenOver(computer);
+                               computer.window().Backup.Cmd_Backup.UserPress();
+                           },
+                       .judge = Judge,
+                       .disk = Computer::Disk::kHost});
 }
 
 // Its calls are those of a start, which the log's sweeps try one by one, and of a backup, as above.
 void SweepUnattended(const std::string& name, void (*arrange)(Computer&)) {
-    ExpectNothingLost(Sweep({.name = name,
-                             .arrange = arrange,
-                             .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
-                             .judge = Judge,
-                             .step = 3}));
+    ExpectNothingLost({.name = name,
+                       .arrange = arrange,
+                       .act = [](Computer& computer) { computer.Start("WEEKLY.INI"); },
+                       .judge = Judge,
+                       .step = 3});
 }
 
 TEST(Faults, BackupFromItsStartWithNobodyThere) {

@@ -33,7 +33,7 @@ std::vector<std::string> LossesOf(
     const std::function<std::string(Computer&, bool&)>& judge =
         [](Computer& computer, bool& reached) { return JudgeFile(computer, kSetPath, reached); }) {
     const Tally tally =
-        SweepQuietly({.name = "Work to be judged", .arrange = Arrange, .act = act, .judge = judge});
+        Sweep({.name = "Work to be judged", .arrange = Arrange, .act = act, .judge = judge});
     EXPECT_GT(tally.faults, 0);
     return tally.lost;
 }
@@ -172,23 +172,23 @@ TEST(Checks, ArchiveWrittenInPlaceIsLost) {
 // Every call is reached by every kind that can strike it.
 TEST(Checks, EveryCallIsTriedInEachWay) {
     std::set<std::string> tried;
-    SweepQuietly({.name = "Work to be judged",
-                  .arrange = Arrange,
-                  .act =
-                      [&](Computer& computer) {
-                          auto& files = computer.machine.files;
-                          files.Find(kSetPath);
-                          files.Open(kSetPath, platform::OpenMode::kRead)->Close();
-                      },
-                  .judge =
-                      [&](Computer& computer, bool& reached) {
-                          reached = true;
-                          const CallRecord call = computer.plan().FirstFired();
-                          if (computer.plan().Fired() > 0) {
-                              tried.insert(std::to_string(static_cast<int>(call.kind)));
-                          }
-                          return std::string();
-                      }});
+    Sweep({.name = "Work to be judged",
+           .arrange = Arrange,
+           .act =
+               [&](Computer& computer) {
+                   auto& files = computer.machine.files;
+                   files.Find(kSetPath);
+                   files.Open(kSetPath, platform::OpenMode::kRead)->Close();
+               },
+           .judge =
+               [&](Computer& computer, bool& reached) {
+                   reached = true;
+                   const CallRecord call = computer.plan().FirstFired();
+                   if (computer.plan().Fired() > 0) {
+                       tried.insert(std::to_string(static_cast<int>(call.kind)));
+                   }
+                   return std::string();
+               }});
     EXPECT_THAT(tried, ElementsAre(std::to_string(static_cast<int>(Call::kOpen)),
                                    std::to_string(static_cast<int>(Call::kClose)),
                                    std::to_string(static_cast<int>(Call::kFind))));

@@ -16,9 +16,12 @@ namespace {
 constexpr int kPatience = 2;
 constexpr std::size_t kLongPatience = 40;
 
-std::string ParentOf(const std::string& path) {
-    const std::size_t end = path.find_last_of('\\');
-    return end == std::string::npos ? std::string() : path.substr(0, end);
+std::string Lines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\r\n";
+    }
+    return text;
 }
 
 }  // namespace
@@ -32,19 +35,6 @@ Computer::Computer(Disk where)
 }
 
 Computer::~Computer() = default;
-
-void Computer::Put(const std::string& path, const std::string& bytes) {
-    MakeFolders(ParentOf(path));
-    platform::WriteWholeFile(disk, path, bytes);
-}
-
-void Computer::MakeFolders(const std::string& path) {
-    if (path.size() <= 2 || disk.Find(path)) {
-        return;
-    }
-    MakeFolders(ParentOf(path));
-    disk.MakeFolder(path);
-}
 
 void Computer::Furnish() {
     Put("C:\\Data\\a.txt", "alpha");
@@ -97,8 +87,6 @@ Ending Computer::Work(const std::function<void()>& act) {
     return ending;
 }
 
-bool Computer::Exists(const std::string& path) { return disk.Find(path).has_value(); }
-
 std::string Computer::Content(const std::string& path) {
     return Exists(path) ? platform::ReadWholeFile(disk, path) : std::string();
 }
@@ -122,11 +110,7 @@ Tree Computer::Below(const std::string& folder) {
 
 std::string SetText(const std::string& archive_name, const std::string& destination,
                     const std::string& multi_volume) {
-    std::string text;
-    for (const std::string& line : product::FileHeader()) {
-        text += line + "\r\n";
-    }
-    return text +
+    return Lines(product::FileHeader()) +
            "[BACKUP SOURCE]\r\nBackupFiles=C:\\DATA\\*.*\r\nBackupSubDirectories=ON\r\n\r\n"
            "[DESTINATION]\r\nBackupFileName=" +
            archive_name + "\r\nMultiVolumeBackup=" + multi_volume +
@@ -147,15 +131,8 @@ std::string LogText(std::size_t bytes) {
 }
 
 std::string ListText(const std::vector<std::string>& folders) {
-    std::string text;
-    for (const std::string& line : product::FileHeader()) {
-        text += line + "\r\n";
-    }
-    text += ";  Secure Data Directories  \r\n;\r\n\r\n";
-    for (const std::string& folder : folders) {
-        text += folder + "\r\n";
-    }
-    return text;
+    return Lines(product::FileHeader()) + ";  Secure Data Directories  \r\n;\r\n\r\n" +
+           Lines(folders);
 }
 
 void FurnishForBackup(Computer& computer) {

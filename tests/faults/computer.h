@@ -40,8 +40,8 @@ class Computer {
     FaultPlan& plan() { return faulty.plan; }
 
     // --- arranging; no fault strikes here unless one has been injected ---
-    void Put(const std::string& path, const std::string& bytes);
-    void MakeFolders(const std::string& path);
+    void Put(const std::string& path, const std::string& bytes) { PutFile(disk, path, bytes); }
+    void MakeFolders(const std::string& path) { test::MakeFolders(disk, path); }
     // C:\Vantrel with a set WEEKLY.INI (C:\Data to C:\Backups\WEEKLY.zip), a log with records and
     // a list that protects C:\Data; C:\Data with three files.
     void Furnish();
@@ -53,7 +53,7 @@ class Computer {
     Ending Work(const std::function<void()>& act);
 
     // --- looking, below the faults ---
-    bool Exists(const std::string& path);
+    bool Exists(const std::string& path) { return disk.Find(path).has_value(); }
     // "" for a file that is not there.
     std::string Content(const std::string& path);
     // Every file below a folder.

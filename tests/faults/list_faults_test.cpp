@@ -53,40 +53,38 @@ auto JudgeList(const std::vector<std::string>& texts) {
 TEST(Faults, FolderAddedToTheList) {
     const std::string before = ListText({"C:\\DATA", "C:\\DIARY"});
     ExpectNothingLost(
-        Sweep({.name = "Folder added to the protected list",
-               .arrange = [](Computer& computer) { ShowTab(computer, "C:\\Letters"); },
-               .act = [](Computer& computer) { computer.window().Menu_Secure_Add.UserChoose(); },
-               .judge = JudgeList({before, before + "C:\\LETTERS\r\n"})}));
+        {.name = "Folder added to the protected list",
+         .arrange = [](Computer& computer) { ShowTab(computer, "C:\\Letters"); },
+         .act = [](Computer& computer) { computer.window().Menu_Secure_Add.UserChoose(); },
+         .judge = JudgeList({before, before + "C:\\LETTERS\r\n"})});
 }
 
 TEST(Faults, FolderTakenFromTheList) {
-    ExpectNothingLost(Sweep(
+    ExpectNothingLost(
         {.name = "Folder taken from the protected list",
          .arrange = [](Computer& computer) { ShowTab(computer, "C:\\Data"); },
          .act = [](Computer& computer) { computer.window().Menu_Secure_Delete.UserChoose(); },
-         .judge = JudgeList({ListText({"C:\\DATA", "C:\\DIARY"}), ListText({"C:\\DIARY"})})}));
+         .judge = JudgeList({ListText({"C:\\DATA", "C:\\DIARY"}), ListText({"C:\\DIARY"})})});
 }
 
 // Merely looking at the tab makes a list where there is none, and must never make one where there
 // is.
 TEST(Faults, ListLookedAt) {
-    ExpectNothingLost(
-        Sweep({.name = "Protected list looked at",
-               .arrange = Arrange,
-               .act = [](Computer& computer) { computer.window().TAB_Backup.SetTab(kTab); },
-               .judge = JudgeList({ListText({"C:\\DATA", "C:\\DIARY"})})}));
+    ExpectNothingLost({.name = "Protected list looked at",
+                       .arrange = Arrange,
+                       .act = [](Computer& computer) { computer.window().TAB_Backup.SetTab(kTab); },
+                       .judge = JudgeList({ListText({"C:\\DATA", "C:\\DIARY"})})});
 }
 
 TEST(Faults, MissingListMade) {
-    ExpectNothingLost(
-        Sweep({.name = "Missing protected list made",
-               .arrange =
-                   [](Computer& computer) {
-                       Arrange(computer);
-                       computer.disk.RemoveFile(kListPath);
-                   },
-               .act = [](Computer& computer) { computer.window().TAB_Backup.SetTab(kTab); },
-               .judge = JudgeList({"", ListText({})})}));
+    ExpectNothingLost({.name = "Missing protected list made",
+                       .arrange =
+                           [](Computer& computer) {
+                               Arrange(computer);
+                               computer.disk.RemoveFile(kListPath);
+                           },
+                       .act = [](Computer& computer) { computer.window().TAB_Backup.SetTab(kTab); },
+                       .judge = JudgeList({"", ListText({})})});
 }
 
 }  // namespace

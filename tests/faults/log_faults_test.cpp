@@ -26,29 +26,29 @@ std::string Others(Computer& computer) {
 }
 
 TEST(Faults, RecordsWritten) {
-    ExpectNothingLost(Sweep({.name = "Log records written",
-                             .arrange =
-                                 [](Computer& computer) {
-                                     Arrange(computer);
-                                     computer.Start();
-                                     computer.desktop.boxes.clear();
-                                 },
-                             .act =
-                                 [](Computer& computer) {
-                                     forms::Program& program = computer.application->program();
-                                     for (const char* text : {"one", "two", "three"}) {
-                                         clsLog(program).WriteToLog("Backup", true, text);
-                                     }
-                                     computer.window().Menu_File_Exit.UserChoose();
-                                 },
-                             .judge =
-                                 [](Computer& computer, bool& reached) {
-                                     const std::string& earlier = computer.before[kLogPath];
-                                     reached = computer.Content(kLogPath).ends_with("-\r\n");
-                                     const bool told = reached || HasSaid(computer, earlier);
-                                     return FirstOf({LogWhole(computer, earlier), Others(computer),
-                                                     told ? "" : "records missing, untold"});
-                                 }}));
+    ExpectNothingLost({.name = "Log records written",
+                       .arrange =
+                           [](Computer& computer) {
+                               Arrange(computer);
+                               computer.Start();
+                               computer.desktop.boxes.clear();
+                           },
+                       .act =
+                           [](Computer& computer) {
+                               forms::Program& program = computer.application->program();
+                               for (const char* text : {"one", "two", "three"}) {
+                                   clsLog(program).WriteToLog("Backup", true, text);
+                               }
+                               computer.window().Menu_File_Exit.UserChoose();
+                           },
+                       .judge =
+                           [](Computer& computer, bool& reached) {
+                               const std::string& earlier = computer.before[kLogPath];
+                               reached = computer.Content(kLogPath).ends_with("-\r\n");
+                               const bool told = reached || HasSaid(computer, earlier);
+                               return FirstOf({LogWhole(computer, earlier), Others(computer),
+                                               told ? "" : "records missing, untold"});
+                           }});
 }
 
 // The disk dates files by the host's clock, the program looks at that of the test: a log that has
@@ -70,27 +70,27 @@ void DateNewLogs(Computer& computer) {
 
 // On the first of a month the log of the month before takes another name.
 TEST(Faults, LogRolledOver) {
-    ExpectNothingLost(Sweep({.name = "Log rolled over at the start",
-                             .arrange =
-                                 [](Computer& computer) {
-                                     computer.Put(kOldLogPath, "the month before that");
-                                     Arrange(computer);
-                                     computer.services.clock.Set(2026, 12, 1);
-                                     computer.disk.SetTimes(
-                                         kLogPath,
-                                         {.modified = computer.services.clock.UtcNow() - kTenDays});
-                                     DateNewLogs(computer);
-                                 },
-                             .act = [](Computer& computer) { computer.Start(); },
-                             .judge = [](Computer& computer, bool& reached) -> std::string {
-                                 const std::string earlier = computer.before[kLogPath];
-                                 reached = computer.Content(kOldLogPath).starts_with(earlier);
-                                 if (reached) {
-                                     return FirstOf({LogWhole(computer, ""), Others(computer)});
-                                 }
-                                 return FirstOf({LogWhole(computer, earlier), Others(computer),
-                                                 Untouched(computer, {kOldLogPath})});
-                             }}));
+    ExpectNothingLost({.name = "Log rolled over at the start",
+                       .arrange =
+                           [](Computer& computer) {
+                               computer.Put(kOldLogPath, "the month before that");
+                               Arrange(computer);
+                               computer.services.clock.Set(2026, 12, 1);
+                               computer.disk.SetTimes(
+                                   kLogPath,
+                                   {.modified = computer.services.clock.UtcNow() - kTenDays});
+                               DateNewLogs(computer);
+                           },
+                       .act = [](Computer& computer) { computer.Start(); },
+                       .judge = [](Computer& computer, bool& reached) -> std::string {
+                           const std::string earlier = computer.before[kLogPath];
+                           reached = computer.Content(kOldLogPath).starts_with(earlier);
+                           if (reached) {
+                               return FirstOf({LogWhole(computer, ""), Others(computer)});
+                           }
+                           return FirstOf({LogWhole(computer, earlier), Others(computer),
+                                           Untouched(computer, {kOldLogPath})});
+                       }});
 }
 
 // A trimmed log has its first lines and all from some record on.
@@ -112,25 +112,25 @@ std::string LogTrimmed(Computer& computer) {
 }
 
 TEST(Faults, LogTrimmedAtTheStart) {
-    ExpectNothingLost(Sweep({.name = "Log trimmed at the start",
-                             .arrange =
-                                 [](Computer& computer) {
-                                     computer.Furnish();
-                                     computer.Put(kLogPath, LogText(53000));
-                                     computer.before = computer.Below("C:");
-                                 },
-                             .act = [](Computer& computer) { computer.Start(); },
-                             .judge =
-                                 [](Computer& computer, bool& reached) {
-                                     const std::string earlier = computer.before[kLogPath];
-                                     const std::string now = computer.Content(kLogPath);
-                                     reached = now.size() < 52100;
-                                     // Untouched, or with its note and start records, or trimmed.
-                                     const bool appended = now.starts_with(earlier);
-                                     return FirstOf({appended ? LogWhole(computer, earlier)
-                                                              : LogTrimmed(computer),
-                                                     Others(computer)});
-                                 }}));
+    ExpectNothingLost({.name = "Log trimmed at the start",
+                       .arrange =
+                           [](Computer& computer) {
+                               computer.Furnish();
+                               computer.Put(kLogPath, LogText(53000));
+                               computer.before = computer.Below("C:");
+                           },
+                       .act = [](Computer& computer) { computer.Start(); },
+                       .judge =
+                           [](Computer& computer, bool& reached) {
+                               const std::string earlier = computer.before[kLogPath];
+                               const std::string now = computer.Content(kLogPath);
+                               reached = now.size() < 52100;
+                               // Untouched, or with its note and start records, or trimmed.
+                               const bool appended = now.starts_with(earlier);
+                               return FirstOf(
+                                   {appended ? LogWhole(computer, earlier) : LogTrimmed(computer),
+                                    Others(computer)});
+                           }});
 }
 
 }  // namespace

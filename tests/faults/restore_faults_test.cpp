@@ -84,37 +84,35 @@ std::string Claims(Computer& computer, const std::string& destination, bool& rea
 // Every other call: the protected folder's restore, below, makes nearly the same ones.
 TEST(Faults, RestoreOverFilesThatAreThere) {
     const std::string target = "C:\\Target";
-    ExpectNothingLost(Sweep({.name = "Restore over files that are there",
-                             .arrange = [=](Computer& computer) { Arrange(computer, target); },
-                             .act = Restore,
-                             .judge =
-                                 [=](Computer& computer, bool& reached) {
-                                     return FirstOf({
-                                         OneOf(computer, target + "\\a.txt", {kNewer, "alpha"}),
-                                         OthersWhole(computer, target),
-                                         Claims(computer, target, reached),
-                                     });
-                                 },
-                             .step = 2}));
+    ExpectNothingLost({.name = "Restore over files that are there",
+                       .arrange = [=](Computer& computer) { Arrange(computer, target); },
+                       .act = Restore,
+                       .judge =
+                           [=](Computer& computer, bool& reached) {
+                               return FirstOf({
+                                   OneOf(computer, target + "\\a.txt", {kNewer, "alpha"}),
+                                   OthersWhole(computer, target),
+                                   Claims(computer, target, reached),
+                               });
+                           },
+                       .step = 2});
 }
 
 TEST(Faults, RestoreOfAProtectedFolder) {
     const std::string target = "C:\\Data";
-    ExpectNothingLost(Sweep({.name = "Restore of a protected folder",
-                             .arrange = [=](Computer& computer) { Arrange(computer, target); },
-                             .act = Restore,
-                             .judge = [=](Computer& computer, bool& reached) -> std::string {
-                                 const bool aside =
-                                     computer.Content("C:\\DATA_001\\a.txt") == kNewer;
-                                 const bool in_place =
-                                     computer.Content("C:\\Data\\a.txt") == kNewer;
-                                 if (!aside && !in_place) {
-                                     return "newer work in a protected folder";
-                                 }
-                                 const std::string lost = OthersWhole(computer, target);
-                                 return lost.empty() ? Claims(computer, target, reached) : lost;
-                             },
-                             .disk = Computer::Disk::kHost}));
+    ExpectNothingLost({.name = "Restore of a protected folder",
+                       .arrange = [=](Computer& computer) { Arrange(computer, target); },
+                       .act = Restore,
+                       .judge = [=](Computer& computer, bool& reached) -> std::string {
+                           const bool aside = computer.Content("C:\\DATA_001\\a.txt") == kNewer;
+                           const bool in_place = computer.Content("C:\\Data\\a.txt") == kNewer;
+                           if (!aside && !in_place) {
+                               return "newer work in a protected folder";
+                           }
+                           const std::string lost = OthersWhole(computer, target);
+                           return lost.empty() ? Claims(computer, target, reached) : lost;
+                       },
+                       .disk = Computer::Disk::kHost});
 }
 
 }  // namespace

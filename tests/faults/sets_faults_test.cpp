@@ -87,23 +87,23 @@ std::vector<std::string> EditedTexts() {
 }
 
 TEST(Faults, SetSavedInTheEditor) {
-    ExpectNothingLost(Sweep({.name = "Set saved in the editor",
-                             .arrange = OpenEditor,
-                             .act = SaveInEditor,
-                             .judge = JudgeSet(kSetPath, EditedTexts(), false)}));
+    ExpectNothingLost({.name = "Set saved in the editor",
+                       .arrange = OpenEditor,
+                       .act = SaveInEditor,
+                       .judge = JudgeSet(kSetPath, EditedTexts(), false)});
 }
 
 // What a refused save left behind must not get into the next one.
 TEST(Faults, SetSavedInTheEditorWithAScratchFileLeft) {
-    ExpectNothingLost(Sweep({.name = "The same, a scratch file left behind",
-                             .arrange =
-                                 [](Computer& computer) {
-                                     computer.Put("C:\\Vantrel\\Temp.INI",
-                                                  SetText("LEFT", "C:\\ELSEWHERE\\"));
-                                     OpenEditor(computer);
-                                 },
-                             .act = SaveInEditor,
-                             .judge = JudgeSet(kSetPath, EditedTexts(), false)}));
+    ExpectNothingLost({.name = "The same, a scratch file left behind",
+                       .arrange =
+                           [](Computer& computer) {
+                               computer.Put("C:\\Vantrel\\Temp.INI",
+                                            SetText("LEFT", "C:\\ELSEWHERE\\"));
+                               OpenEditor(computer);
+                           },
+                       .act = SaveInEditor,
+                       .judge = JudgeSet(kSetPath, EditedTexts(), false)});
 }
 
 // --- New Backup ---
@@ -120,32 +120,31 @@ void PressNewBackup(Computer& computer) {
 }
 
 TEST(Faults, NewBackup) {
-    ExpectNothingLost(
-        Sweep({.name = "New Backup",
-               .arrange = Arrange,
-               .act = PressNewBackup,
-               .judge = JudgeSet("C:\\Vantrel\\Monthly.INI", {TemplateText()}, false)}));
+    ExpectNothingLost({.name = "New Backup",
+                       .arrange = Arrange,
+                       .act = PressNewBackup,
+                       .judge = JudgeSet("C:\\Vantrel\\Monthly.INI", {TemplateText()}, false)});
 }
 
 // A set that no list shows: every way of overlooking it is tried.
 TEST(Faults, NewBackupNeverReplacesAHiddenSet) {
     ExpectNothingLost(
-        Sweep({.name = "New Backup, the name taken by a hidden set",
-               .arrange =
-                   [](Computer& computer) {
-                       computer.Put("C:\\Vantrel\\Monthly.INI", SetText("KEPT", "C:\\BACKUPS\\"));
-                       computer.disk.SetAttributes("C:\\Vantrel\\Monthly.INI",
-                                                   platform::attribute::kHidden);
-                       Arrange(computer);
-                   },
-               .act = PressNewBackup,
-               .judge =
-                   [](Computer& computer, bool& reached) {
-                       reached = true;
-                       return FirstOf({Untouched(computer, {"C:\\Vantrel\\Monthly.INI", kSetPath,
-                                                            kOtherSet, kListPath}),
-                                       LogWhole(computer, computer.before[kLogPath])});
-                   }}));
+        {.name = "New Backup, the name taken by a hidden set",
+         .arrange =
+             [](Computer& computer) {
+                 computer.Put("C:\\Vantrel\\Monthly.INI", SetText("KEPT", "C:\\BACKUPS\\"));
+                 computer.disk.SetAttributes("C:\\Vantrel\\Monthly.INI",
+                                             platform::attribute::kHidden);
+                 Arrange(computer);
+             },
+         .act = PressNewBackup,
+         .judge =
+             [](Computer& computer, bool& reached) {
+                 reached = true;
+                 return FirstOf({Untouched(computer, {"C:\\Vantrel\\Monthly.INI", kSetPath,
+                                                      kOtherSet, kListPath}),
+                                 LogWhole(computer, computer.before[kLogPath])});
+             }});
 }
 
 // --- the dialogs ---
@@ -172,10 +171,10 @@ std::string OptionsText() {
 }
 
 TEST(Faults, OptionsSaved) {
-    ExpectNothingLost(Sweep({.name = "Options saved",
-                             .arrange = Arrange,
-                             .act = SaveOptions,
-                             .judge = JudgeSet(kSetPath, {OptionsText()}, true)}));
+    ExpectNothingLost({.name = "Options saved",
+                       .arrange = Arrange,
+                       .act = SaveOptions,
+                       .judge = JudgeSet(kSetPath, {OptionsText()}, true)});
 }
 
 void SaveDestination(Computer& computer) {
@@ -190,32 +189,31 @@ void SaveDestination(Computer& computer) {
 }
 
 TEST(Faults, DestinationSaved) {
-    ExpectNothingLost(
-        Sweep({.name = "Destination saved",
-               .arrange = Arrange,
-               .act = SaveDestination,
-               .judge = JudgeSet(kSetPath, {SetText("WEEKLY", "C:\\OTHER\\")}, true)}));
+    ExpectNothingLost({.name = "Destination saved",
+                       .arrange = Arrange,
+                       .act = SaveDestination,
+                       .judge = JudgeSet(kSetPath, {SetText("WEEKLY", "C:\\OTHER\\")}, true)});
 }
 
 // Two sets are selected one after the other: what one shows must not get into the other.
 TEST(Faults, SetsSelected) {
-    ExpectNothingLost(Sweep({.name = "Sets selected",
-                             .arrange = Arrange,
-                             .act =
-                                 [](Computer& computer) {
-                                     auto& sets = computer.window().Backup.Cmb_BackupSet;
-                                     sets.SetText("DAILY.INI");
-                                     computer.window().TAB_Backup.SetTab(1);
-                                     computer.window().TAB_Backup.SetTab(0);
-                                     sets.SetText("WEEKLY.INI");
-                                 },
-                             .judge =
-                                 [](Computer& computer, bool& reached) {
-                                     reached = true;
-                                     return FirstOf(
-                                         {Untouched(computer, {kSetPath, kOtherSet, kListPath}),
-                                          LogWhole(computer, computer.before[kLogPath])});
-                                 }}));
+    ExpectNothingLost({.name = "Sets selected",
+                       .arrange = Arrange,
+                       .act =
+                           [](Computer& computer) {
+                               auto& sets = computer.window().Backup.Cmb_BackupSet;
+                               sets.SetText("DAILY.INI");
+                               computer.window().TAB_Backup.SetTab(1);
+                               computer.window().TAB_Backup.SetTab(0);
+                               sets.SetText("WEEKLY.INI");
+                           },
+                       .judge =
+                           [](Computer& computer, bool& reached) {
+                               reached = true;
+                               return FirstOf(
+                                   {Untouched(computer, {kSetPath, kOtherSet, kListPath}),
+                                    LogWhole(computer, computer.before[kLogPath])});
+                           }});
 }
 
 }  // namespace

@@ -8,23 +8,13 @@
 #include "tests/faults/fault_sweep.h"
 #include "tests/faults/wholeness.h"
 #include "tests/zip/archive_reader.h"
+#include "tests/zip/sample_data.h"
 
 namespace vantrel::test {
 namespace {
 
 constexpr const char* kArchive = "A:\\WEEKLY.zip";
 constexpr std::uint64_t kDiskSize = 3000;  // bytes: the source takes three disks
-
-// Bytes that do not get smaller.
-std::string Noise(std::size_t size) {
-    std::string bytes(size, '\0');
-    std::uint32_t state = 12345;
-    for (char& byte : bytes) {
-        state = state * 1664525 + 1013904223;
-        byte = static_cast<char>(state >> 24);
-    }
-    return bytes;
-}
 
 // Puts in the disk that is asked for.
 void ChangeDisks(Computer& computer) {
@@ -117,12 +107,12 @@ std::string Judge(Computer& computer, bool& reached) {
 
 // Every other call of a long run.
 TEST(Faults, BackupOntoSeveralDisks) {
-    ExpectNothingLost(Sweep({.name = "Backup onto several disks, attended",
-                             .arrange = Arrange,
-                             .act = BackUp,
-                             .judge = Judge,
-                             .disk = Computer::Disk::kBoxOfDisks,
-                             .step = 2}));
+    ExpectNothingLost({.name = "Backup onto several disks, attended",
+                       .arrange = Arrange,
+                       .act = BackUp,
+                       .judge = Judge,
+                       .disk = Computer::Disk::kBoxOfDisks,
+                       .step = 2});
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "common/error.h"
+#include "common/path.h"
 #include "platform/host/host_code_page.h"
 #include "platform/host/host_drives.h"
 #include "platform/host/host_path.h"
@@ -24,12 +25,20 @@ std::string NewFolder() {
     return pattern;
 }
 
-std::string ParentOf(const std::string& path) {
-    const std::size_t end = path.find_last_of('\\');
-    return end == std::string::npos ? std::string() : path.substr(0, end);
+}  // namespace
+
+void MakeFolders(platform::FileSystem& files, const std::string& path) {
+    if (path.empty() || files.Find(path)) {
+        return;
+    }
+    MakeFolders(files, path::Parent(path));
+    files.MakeFolder(path);
 }
 
-}  // namespace
+void PutFile(platform::FileSystem& files, const std::string& path, const std::string& bytes) {
+    MakeFolders(files, path::Parent(path));
+    platform::WriteWholeFile(files, path, bytes);
+}
 
 struct TestMachine::State {
     explicit State(TestMachine& owner)
@@ -87,19 +96,6 @@ std::string TestMachine::HostPath(const std::string& path) const {
         // Folders that are still to be made are spelled as given.
     }
     return place.Path();
-}
-
-void TestMachine::MakeFolders(const std::string& path) {
-    if (path.empty() || state_->files.Find(path)) {
-        return;
-    }
-    MakeFolders(ParentOf(path));
-    state_->files.MakeFolder(path);
-}
-
-void TestMachine::PutFile(const std::string& path, const std::string& bytes) {
-    MakeFolders(ParentOf(path));
-    platform::WriteWholeFile(state_->files, path, bytes);
 }
 
 std::string TestMachine::Content(const std::string& path) const {

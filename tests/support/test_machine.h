@@ -124,6 +124,10 @@ class TestShell : public platform::Shell {
     }
 };
 
+// For arranging: missing folders are made first.
+void MakeFolders(platform::FileSystem& files, const std::string& path);
+void PutFile(platform::FileSystem& files, const std::string& path, const std::string& bytes);
+
 // Drive C: (fixed) with an empty application folder C:\Vantrel, nothing else. Every other letter
 // has no drive until AddDrive. Removes its folder from the host when it goes.
 class TestMachine {
@@ -153,8 +157,10 @@ class TestMachine {
     std::string HostPath(const std::string& path) const;
 
     // Shorthand for arranging and looking; folders are made as needed.
-    void MakeFolders(const std::string& path);
-    void PutFile(const std::string& path, const std::string& bytes);
+    void MakeFolders(const std::string& path) { test::MakeFolders(files(), path); }
+    void PutFile(const std::string& path, const std::string& bytes) {
+        test::PutFile(files(), path, bytes);
+    }
     std::string Content(const std::string& path) const;
     bool Exists(const std::string& path) const;
     // Names in a folder, sorted; folders end in "\".
