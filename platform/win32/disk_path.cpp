@@ -37,13 +37,7 @@ std::wstring_view NextName(std::wstring_view& rest) {
 std::wstring Normal(const std::string& program_path) {
     std::wstring text = Wide(program_path);
     std::replace(text.begin(), text.end(), L'/', L'\\');
-    if (text.starts_with(kLiteralShare)) {
-        return L"\\\\" + text.substr(kLiteralShare.size());
-    }
-    if (text.starts_with(kLiteral)) {
-        return text.substr(kLiteral.size());
-    }
-    return text;
+    return PlainPath(text);
 }
 
 // Takes the drive or the server and share off `rest`.
@@ -98,6 +92,13 @@ std::string Narrow(std::wstring_view utf16) {
     return utf::ToUtf8(std::u16string(utf16.begin(), utf16.end()));
 }
 
+std::wstring PlainPath(std::wstring_view path) {
+    if (path.starts_with(kLiteralShare)) {
+        return std::wstring(L"\\\\").append(path.substr(kLiteralShare.size()));
+    }
+    return std::wstring(path.substr(path.starts_with(kLiteral) ? kLiteral.size() : 0));
+}
+
 DiskPath::DiskPath(const std::string& program_path) {
     const std::wstring normal = Normal(program_path);
     std::wstring_view rest = normal;
@@ -109,13 +110,6 @@ DiskPath::DiskPath(const std::string& program_path) {
         }
         text_ += name;
     }
-}
-
-std::wstring DiskPath::PlainRoot() const {
-    if (root_.starts_with(kLiteralShare)) {
-        return L"\\\\" + root_.substr(kLiteralShare.size());
-    }
-    return root_.substr(kLiteral.size());
 }
 
 std::wstring DiskPath::Name() const {

@@ -12,6 +12,9 @@ namespace vantrel::platform {
 std::wstring Wide(std::string_view utf8);
 std::string Narrow(std::wstring_view utf16);
 
+// The plain form of a path: without "\\?\" or, for a share, "\\server\share".
+std::wstring PlainPath(std::wstring_view path);
+
 // The path of every system call on files and folders. Names may be long, end in dots or spaces, or
 // be those of devices.
 class DiskPath {
@@ -29,7 +32,7 @@ class DiskPath {
     // "\\?\C:\" or "\\?\UNC\server\share\".
     const std::wstring& Root() const { return root_; }
     // "C:\" or "\\server\share\", for the calls that ask about drives.
-    std::wstring PlainRoot() const;
+    std::wstring PlainRoot() const { return PlainPath(root_); }
     bool IsRoot() const { return text_.size() == root_.size(); }
     // The last name, empty at a root.
     std::wstring Name() const;

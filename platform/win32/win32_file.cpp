@@ -41,6 +41,13 @@ Opening OpeningFor(OpenMode mode) {
     return {GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL};
 }
 
+// Raises the system's last error unless the call before has succeeded.
+void CheckSystem(bool succeeded) {
+    if (!succeeded) {
+        RaiseSystemError(GetLastError());
+    }
+}
+
 DWORD Step(std::size_t left) { return static_cast<DWORD>(std::min(left, kMaxRequest)); }
 
 LARGE_INTEGER Position(std::uint64_t bytes) {
@@ -100,9 +107,7 @@ void Win32File::Write(const void* data, std::size_t count) {
     while (done < count) {
         DWORD put = 0;
         const char* const source = static_cast<const char*>(data) + done;
-        if (!WriteFile(handle_.Get(), source, Step(count - done), &put, nullptr)) {
-            RaiseSystemError(GetLastError());
-        }
+        CheckSystem(WriteFile(handle_.Get(), source, Step(count - done), &put, nullptr) != 0);
         if (put == 0) {
             RaiseError(error_number::kDiskFull);
         }
@@ -111,41 +116,27 @@ void Win32File::Write(const void* data, std::size_t count) {
 }
 
 void Win32File::Seek(std::uint64_t position) {
-    if (!SetFilePointerEx(handle_.Get(), Position(position), nullptr, FILE_BEGIN)) {
-        RaiseSystemError(GetLastError());
-    }
+    CheckSystem(SetFilePointerEx(handle_.Get(), Position(position), nullptr, FILE_BEGIN) != 0);
 }
 
 std::uint64_t Win32File::Size() {
     LARGE_INTEGER size;
-    if (!GetFileSizeEx(handle_.Get(), &size)) {
-        RaiseSystemError(GetLastError());
-    }
+    CheckSystem(GetFileSizeEx(handle_.Get(), &size) != 0);
     return static_cast<std::uint64_t>(size.QuadPart);
 }
 
 void Win32File::Truncate(std::uint64_t size) {
     Seek(size);
-    if (!SetEndOfFile(handle_.Get())) {
-        RaiseSystemError(GetLastError());
-    }
+    CheckSystem(SetEndOfFile(handle_.Get()) != 0);
 }
 
 void Win32File::SetTimes(const FileTimes& times) { times_ = times; }
 
-void Win32File::Flush() {
-    if (!FlushFileBuffers(handle_.Get())) {
-        RaiseSystemError(GetLastError());
-    }
-}
+void Win32File::Flush() { CheckSystem(FlushFileBuffers(handle_.Get()) != 0); }
 
 void Win32File::Close() {
-    if (times_ && handle_.IsValid() && !ApplyTimes(handle_.Get(), *times_)) {
-        RaiseSystemError(GetLastError());
-    }
-    if (!handle_.Close()) {
-        RaiseSystemError(GetLastError());
-    }
+    CheckSystem(!times_ || !handle_.IsValid() || ApplyTimes(handle_.Get(), *times_));
+    CheckSystem(handle_.Close());
 }
 
 bool ApplyTimes(HANDLE file, const FileTimes& times) {

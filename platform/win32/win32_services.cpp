@@ -69,17 +69,6 @@ std::string RegionText(LCTYPE which) {
 
 constexpr std::intptr_t kLastError = 32;  // the shell's answers up to here are error codes
 
-// The plain path of a program that was started by its literal path.
-std::wstring Plain(const std::wstring& path) {
-    if (path.starts_with(L"\\\\?\\UNC\\")) {
-        return L"\\\\" + path.substr(8);
-    }
-    if (path.starts_with(L"\\\\?\\")) {
-        return path.substr(4);
-    }
-    return path;
-}
-
 std::wstring ExecutablePath() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
@@ -87,7 +76,7 @@ std::wstring ExecutablePath() {
         const DWORD size = GetModuleFileNameW(nullptr, path.data(), capacity);
         if (size < capacity) {
             path.resize(size);
-            return Plain(path);
+            return PlainPath(path);  // it may have been started by its literal path
         }
         path.resize(path.size() * 2);
     }
