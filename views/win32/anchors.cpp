@@ -143,7 +143,8 @@ Anchors AnchorsOf(int control_id) {
         std::find_if(std::begin(kLines), std::end(kLines), [=](const Line& each) {
             return each.control_ids[0] == control_id || each.control_ids[1] == control_id;
         });
-    return line == std::end(kLines) ? Anchors{} : line->anchors;
+    const bool is_listed = control_id != 0 && line != std::end(kLines);
+    return is_listed ? line->anchors : Anchors{};
 }
 
 }  // namespace vantrel::views
