@@ -62,7 +62,8 @@ def read_anchors():
     text = ANCHORS.read_text(encoding="utf-8")
     shares = {name: tuple(map(int, numbers.split(","))) for name, numbers in
               re.findall(r"constexpr Anchors (\w+)\{([\d, ]+)\};", text)}
-    return {name: shares[kind] for name, kind in re.findall(r"\{(\w+), (k\w+)\},", text)}
+    return {name: shares[kind] for names, kind in re.findall(r"\{\{([\w, ]+)\}, (k\w+)\},", text)
+            for name in names.split(", ")}
 
 
 def stretched(control, shares, wider, higher):
