@@ -3,6 +3,7 @@
 Each archive is compared with one that is made with --fresh. For that, files are read once after each
 change: the archive holds times of access, which a first reading changes.
 """
+import contextlib
 import os
 import shutil
 import subprocess
@@ -57,6 +58,21 @@ def change_chunks(folder, every):
     read_all(folder)
 
 
+@contextlib.contextmanager
+def processors_awake():
+    """Endless loops of the lowest priority, one for each processor, so that none of them sleeps. Under
+    Wine the program and the server wait for each other some 240,000 times, and a virtual machine takes
+    long to wake a processor."""
+    loops = [subprocess.Popen(["nice", "-n", "19", "sh", "-c", "while :; do :; done"])
+             for _ in range(os.cpu_count())]
+    try:
+        yield
+    finally:
+        for loop in loops:
+            loop.kill()
+            loop.wait()
+
+
 class SecondBackups:
     def __init__(self, measured, vzip, base, scratch, rounds):
         self.measured = measured
@@ -86,13 +102,13 @@ class SecondBackups:
 
     def row(self, name, second, other_name, other, limit, faster):
         """`faster`: `limit` is the smallest factor by which `second` has to be faster than `other`;
-        otherwise the largest one by which it may be slower."""
+        otherwise the largest one by which it may be slower; None for no limit."""
         pairs = [(other.seconds, second.seconds), (other.processor, second.processor)]
         ratios = [one / two if faster else two / one for one, two in pairs]
         print(f"| {name} | {second.seconds:.2f} | {second.processor:.2f} | {second.memory:.0f} "
               f"| {other_name} | {other.seconds:.2f} | {other.processor:.2f} "
               f"| {ratios[0]:.2f} | {ratios[1]:.2f} |", flush=True)
-        if (ratios[0] < limit) if faster else (ratios[0] > limit):
+        if limit and ((ratios[0] < limit) if faster else (ratios[0] > limit)):
             self.failures.append(f"second backup, {name}: ratio {ratios[0]:.2f}, limit {limit}")
         if second.memory > MEMORY_MB:
             self.failures.append(f"second backup, {name}: too much memory")
@@ -155,13 +171,17 @@ class SecondBackups:
         command = ["wine", str(build / "vzip.exe"), "create"]
         folder = self.base / "mixed"
         tail = [windows(folder), "--quiet", "--threads", "2"]
-        results = self.runs({
+        commands = {
             "fresh": ([*command, windows(first), *tail, "--fresh"], folder, first, None),
             "second": ([*command, windows(second), *tail, "--earlier", windows(first)], folder,
-                       second, None)}, environment)
-        self.require_same("Wine", second, first)
-        self.row("mixed, unchanged, Wine", results["second"], "fresh", results["fresh"], UNDER_WINE,
-                 True)
+                       second, None)}
+        for name, limit, around in (
+                ("mixed, unchanged, Wine", UNDER_WINE, contextlib.nullcontext()),
+                ("the same, processors kept awake", None, processors_awake())):
+            with around:
+                results = self.runs(commands, environment)
+            self.require_same("Wine", second, first)
+            self.row(name, results["second"], "fresh", results["fresh"], limit, True)
 
 
 def rows(measured, vzip, base, scratch, rounds, chosen):
