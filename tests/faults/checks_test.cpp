@@ -22,9 +22,9 @@ void Arrange(Computer& computer) {
 
 std::string JudgeFile(Computer& computer, const std::string& path, bool& reached) {
     reached = computer.Content(path) == kNew;
-    const bool told = reached || HasSaid(computer, computer.before[kLogPath]);
-    return FirstOf(
-        {OneOf(computer, path, {computer.before[path], kNew}), told ? "" : "not done, untold"});
+    const bool reported = reached || IsReported(computer, computer.before[kLogPath]);
+    return FirstOf({OneOf(computer, path, {computer.before[path], kNew}),
+                    reported ? "" : "not done, unreported"});
 }
 
 // What a sweep of such work finds lost. The work itself must be right while nothing fails.
@@ -75,14 +75,14 @@ TEST(Checks, SetReplacedWithoutAFlushIsLostWithThePowerOnly) {
     EXPECT_THAT(lost, ::testing::Each(HasSubstr("power fails")));
 }
 
-TEST(Checks, ErrorThatIsSwallowedIsUntold) {
+TEST(Checks, ErrorThatIsSwallowedIsUnreported) {
     const auto lost = LossesOf([](Computer& computer) {
         try {
             platform::ReplaceWholeFile(computer.machine.files, kSetPath, kNew);
         } catch (const Error&) {
         }
     });
-    EXPECT_THAT(lost, Contains(HasSubstr("not done, untold")));
+    EXPECT_THAT(lost, Contains(HasSubstr("not done, unreported")));
     EXPECT_THAT(lost, Not(Contains(HasSubstr("neither the old one"))));
 }
 

@@ -33,7 +33,7 @@ bool TakesRoom(const CallRecord& call) {
 }
 
 constexpr int kMaxCalls = 20000;  // more are a program that never gives up
-constexpr std::size_t kToldLosses = 400;
+constexpr std::size_t kPrintedLosses = 400;
 
 // One way in which calls go wrong.
 struct FaultKind {
@@ -172,7 +172,7 @@ void ExpectNothingLost(const Scenario& scenario) {
     total.lost.insert(total.lost.end(), tally.lost.begin(), tally.lost.end());
     EXPECT_GT(tally.faults, 0);
     EXPECT_EQ(tally.faults, tally.survived);
-    for (std::size_t i = 0; i < std::min(tally.lost.size(), kToldLosses); ++i) {
+    for (std::size_t i = 0; i < std::min(tally.lost.size(), kPrintedLosses); ++i) {
         ADD_FAILURE() << "lost: " << tally.lost[i];
     }
     EXPECT_EQ(tally.lost.size(), 0u);

@@ -45,8 +45,8 @@ auto JudgeList(const std::vector<std::string>& texts) {
         if (!lost.empty()) {
             return lost;
         }
-        const bool told = HasSaid(computer, computer.before[kLogPath]);
-        return reached || told ? "" : "the list was not changed, untold";
+        const bool reported = IsReported(computer, computer.before[kLogPath]);
+        return reached || reported ? "" : "the list was not changed, unreported";
     };
 }
 

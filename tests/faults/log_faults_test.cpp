@@ -45,9 +45,9 @@ TEST(Faults, RecordsWritten) {
                            [](Computer& computer, bool& reached) {
                                const std::string& earlier = computer.before[kLogPath];
                                reached = computer.Content(kLogPath).ends_with("-\r\n");
-                               const bool told = reached || HasSaid(computer, earlier);
+                               const bool reported = reached || IsReported(computer, earlier);
                                return FirstOf({LogWhole(computer, earlier), Others(computer),
-                                               told ? "" : "records missing, untold"});
+                                               reported ? "" : "records missing, unreported"});
                            }});
 }
 

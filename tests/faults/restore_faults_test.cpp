@@ -73,10 +73,10 @@ std::string Claims(Computer& computer, const std::string& destination, bool& rea
     for (const auto& [name, content] : kSource) {
         equal = equal && computer.Content(destination + name) == content;
     }
-    const bool told = HasSaid(computer, computer.before[kLogPath]);
+    const bool reported = IsReported(computer, computer.before[kLogPath]);
     reached = equal && computer.outcome == "Restore Complete";
-    if (!equal && !told) {
-        return "not everything is restored, untold (" + computer.outcome + ")";
+    if (!equal && !reported) {
+        return "not everything is restored, unreported (" + computer.outcome + ")";
     }
     return "";
 }

@@ -44,8 +44,8 @@ auto JudgeSet(const std::string& path, const std::vector<std::string>& new_texts
         if (!lost.empty()) {
             return lost;
         }
-        if (!saved && !may_be_silent && !HasSaid(computer, computer.before[kLogPath])) {
-            return "it was not saved, untold";
+        if (!saved && !may_be_silent && !IsReported(computer, computer.before[kLogPath])) {
+            return "it was not saved, unreported";
         }
         return "";
     };

@@ -94,10 +94,10 @@ std::string Judge(Computer& computer, bool& reached) {
     if (claimed && !why_not.empty()) {
         return "successful, but the disks are no archive: " + why_not;
     }
-    if (claimed && !reached && !HasSaid(computer, earlier_log)) {
-        return "files left out, untold";
+    if (claimed && !reached && !IsReported(computer, earlier_log)) {
+        return "files left out, unreported";
     }
-    if (!claimed && !HasSaid(computer, earlier_log)) {
+    if (!claimed && !IsReported(computer, earlier_log)) {
         return "it failed and has not said so";
     }
     // The first disk's earlier archive goes only when all disks of the new one are written.

@@ -123,7 +123,7 @@ std::string Untouched(Computer& computer, const std::vector<std::string>& paths)
     return "";
 }
 
-bool HasSaid(Computer& computer, const std::string& earlier_log) {
+bool IsReported(Computer& computer, const std::string& earlier_log) {
     if (computer.ending == Ending::kDied || computer.power_failed) {
         return true;
     }

@@ -26,7 +26,7 @@ std::string Untouched(Computer& computer, const std::vector<std::string>& paths)
 
 // Whether a box, the log or the exit code has reported that something was not done. A process that
 // died has claimed nothing, nor has a computer whose power failed.
-bool HasSaid(Computer& computer, const std::string& earlier_log);
+bool IsReported(Computer& computer, const std::string& earlier_log);
 
 // The first that is not empty.
 std::string FirstOf(const std::vector<std::string>& losses);

@@ -129,7 +129,7 @@ TEST_F(Controls, EntriesOfAListOutOfRangeReadAsEmpty) {
     }
 }
 
-TEST_F(Controls, ClearingAListTellsTheViewAndRaisesNothing) {
+TEST_F(Controls, ClearingAListNotifiesTheViewAndRaisesNothing) {
     forms::ComboBox combo(form, "Cmb_BackupSet");
     combo.Add("Daily.ini");
     combo.SetIndex(0);
